@@ -1,0 +1,255 @@
+/*
+ * kel_core_ic_ebcom.h - the EBCOM service: Ethernet frames of its own EtherType over the IC ports.
+ *
+ * A control process brings the service up in this order and takes it down in the reverse one:
+ *
+ *     uint16_t out;
+ *     kel_vsi_t vsi;
+ *     const uint8_t settings[2] = {1, 2};
+ *     const kel_ebcom_global_params params = {.icPortMTU = 1500, .etherType = 0x88B5};
+ *     const kel_ebcom_path_config path = {.dst_mac = {2, 0, 0, 2, 0, 1}, .iell_port = 6};
+ *     uint32_t rc = kel_core_ic_ebcom_global_param_set(&params, settings);
+ *     if (rc == 0)
+ *         rc = kel_core_ic_ebcom_interface_create(&vsi, &out);
+ *     if (rc == 0)
+ *         rc = kel_core_ic_ebcom_start();
+ *     if (rc == 0)
+ *         rc = kel_core_ic_ebcom_path_add(&path);
+ *
+ * Threads: call every function from one thread, one call at a time; the library takes no locks. The one thread that
+ * the library starts itself, "kel-time-stamp", shares no data with the rest.
+ *
+ * Return codes: 0 is success. 13 stands for any failed driver-kit call. Other codes are the companion library's
+ * (`enum kel_init_rc` names those that this library gives itself); a code that a companion-library call returned is
+ * passed on unchanged. kei_util_init_rc_str_get() gives the text of any of them. Why a call failed is told by its
+ * trace records, and by nothing else.
+ *
+ * Unless a function says otherwise, what it did before a failing step stays done. Pointers are not checked.
+ */
+#ifndef KEL_CORE_IC_EBCOM_H
+#define KEL_CORE_IC_EBCOM_H
+
+#include "platform/kel_init.h"
+#include "platform/layout.h"
+#include "platform/ork.h"
+
+#include <stdint.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+#pragma GCC visibility push(default)
+
+/* ---- Start and stop ---- */
+
+/**
+ * Starts the EBCOM service: creates the table of destination counts if there is none yet, attaches to the
+ * accelerator, starts a thread "kel-time-stamp" that keeps the accelerator's timestamp offset in step with the
+ * node's timing unit, and builds the scheduler tree (kel_ic_ebcom_init_qos()).
+ *
+ * Every start that gets past the attachment starts one more thread; none is ever ended from outside. A thread ends
+ * by itself at its first failure, with an ERROR record; the offset it wrote last stays in force.
+ *
+ * If the table cannot be created, a node restart is requested and the start goes on.
+ *
+ * @return 0; the code of the failed attachment (no thread was started); 13 when the thread cannot be created; the
+ *         code of the failed scheduler set-up (the thread runs on, the schedulers made so far stay until a stop).
+ */
+uint32_t kel_core_ic_ebcom_start(void);
+
+/**
+ * Stops the EBCOM service: releases all queues, destination lists and schedulers (kel_ic_ebcom_deinit_qos()) and
+ * nothing else. Paths stay in the driver kit, their counts survive into the next start, and timestamp threads run on.
+ *
+ * @return 0, or the code of the failed take-down.
+ */
+uint32_t kel_core_ic_ebcom_stop(void);
+
+/**
+ * Converts a reading of the timing unit into the accelerator's timestamp offset: cycles times the whole part of
+ * 1,000,000 / frequency. The quotient is truncated before the multiplication, which wraps on overflow: 250,000 gives
+ * a factor of 4, 300,000 one of 3, anything above a million one of 0.
+ *
+ * @param cycles    cycle count, in the timing unit's units
+ * @param frequency cycles per second, in the timing unit's units
+ * @param ork_timestamp_offset written always; 0 when the frequency is 0
+ * @return 0, or 2 when the frequency is 0.
+ */
+uint32_t kel_ic_ebcom_cycles_to_ork_timestamp_offset(int64_t cycles, uint32_t frequency, int64_t *ork_timestamp_offset);
+
+/* ---- Global parameters and capabilities ---- */
+
+/** Service-wide Ethernet parameters. Only the low 16 bits of each are passed on, without a report. */
+typedef struct kel_ebcom_global_params {
+    uint32_t icPortMTU; /**< MTU of the IC ports, octets */
+    uint32_t etherType; /**< EtherType of EBCOM frames */
+} kel_ebcom_global_params;
+KEL_LAYOUT_SIZE(kel_ebcom_global_params, 8);
+KEL_LAYOUT_AT(kel_ebcom_global_params, etherType, 4);
+
+/** Fixed limits of the service. */
+typedef struct kel_ebcom_capabilities {
+    uint32_t max_burst_size;        /**< 1,048,575 */
+    uint32_t max_pcep_id;           /**< 511 */
+    uint32_t max_multicast_groups;  /**< 30 */
+    uint32_t max_multicast_members; /**< 16 of each group */
+} kel_ebcom_capabilities;
+KEL_LAYOUT_SIZE(kel_ebcom_capabilities, 16);
+KEL_LAYOUT_AT(kel_ebcom_capabilities, max_pcep_id, 4);
+KEL_LAYOUT_AT(kel_ebcom_capabilities, max_multicast_groups, 8);
+KEL_LAYOUT_AT(kel_ebcom_capabilities, max_multicast_members, 12);
+
+/**
+ * Hands the service-wide parameters to the driver kit. The library keeps no copy.
+ *
+ * @param params   read only
+ * @param settings two 4-bit values, read only; the upper bits of each are cut off without a report
+ * @return 0; the code of the failed attachment; 13 when the driver kit refuses.
+ */
+uint32_t kel_core_ic_ebcom_global_param_set(const kel_ebcom_global_params *params, const uint8_t settings[2]);
+
+/**
+ * Tells the fixed limits of the service; the same on every call, also before any start. Traces nothing.
+ *
+ * @param capabilities written always
+ * @return 0.
+ */
+uint32_t kel_core_ic_ebcom_capabilities_get(kel_ebcom_capabilities *capabilities);
+
+/* ---- The Ethernet interface ---- */
+
+/**
+ * Creates the EBCOM interface on the accelerator's event device and tells that device's VSI.
+ *
+ * The library does not remember the interface: whether a second one is possible is for the driver kit to say.
+ *
+ * @param vsi written by the companion library
+ * @param out set to 0 on success, untouched on failure
+ * @return 0; the code of the failed attachment or companion call; 13 when the driver kit refuses. When only the VSI
+ *         cannot be had, the interface stays.
+ */
+uint32_t kel_core_ic_ebcom_interface_create(kel_vsi_t *vsi, uint16_t *out);
+
+/**
+ * Deletes the EBCOM interface; works without a create in the same process.
+ *
+ * @return 0; the code of the failed attachment or companion call; 13 when the driver kit refuses.
+ */
+uint32_t kel_core_ic_ebcom_interface_delete(void);
+
+/* ---- Paths ---- */
+
+/** A path from an IC port to a destination, and the shaping it asks for. */
+typedef struct kel_ebcom_path_config {
+    uint8_t dst_mac[6];        /**< destination MAC address, wire order; bytes 2 and 3 tell its location */
+    uint8_t shaping_enabled;   /**< 0: unshaped queue, rate, threshold and burst of a new queue are ignored */
+    int32_t iell_port;         /**< IC port; 0, 6 to 13 and 19 to 42 carry EBCOM */
+    uint32_t shaping_rate;     /**< passed to the queue unchanged */
+    uint32_t buffer_threshold; /**< blocks of 256 octets */
+    uint32_t burst_size;       /**< passed to the queue unchanged */
+} kel_ebcom_path_config;
+KEL_LAYOUT_SIZE(kel_ebcom_path_config, 24);
+KEL_LAYOUT_AT(kel_ebcom_path_config, shaping_enabled, 6);
+KEL_LAYOUT_AT(kel_ebcom_path_config, iell_port, 8);
+KEL_LAYOUT_AT(kel_ebcom_path_config, shaping_rate, 12);
+KEL_LAYOUT_AT(kel_ebcom_path_config, buffer_threshold, 16);
+KEL_LAYOUT_AT(kel_ebcom_path_config, burst_size, 20);
+
+/**
+ * Adds a path to a destination: takes a reference on the port's queue, creates the path in the driver kit (on every
+ * add, also of a destination that is there already) and counts the destination.
+ *
+ * @param config read only
+ * @return 0; 3 for a port without EBCOM or an unsupported location; 7 when the port's queue has other shaping; 13
+ *         when the driver kit refuses, in which case the reference on the queue is not given back; or the code of a
+ *         failed attachment or companion call.
+ */
+uint32_t kel_core_ic_ebcom_path_add(const kel_ebcom_path_config *config);
+
+/**
+ * Removes one path to a destination. The last one for a MAC address deletes the path in the driver kit; the last one
+ * on a port releases the port's queue.
+ *
+ * @param config the configuration that the path was added with, read only
+ * @return 0; 4 when the destination was never added, or not on this port; 3 for a port without EBCOM; 13 when the
+ *         driver kit refuses, in which case the count stays 1 though the reference on the queue is gone; or the code of
+ *         a failed attachment or companion call.
+ */
+uint32_t kel_core_ic_ebcom_path_rem(const kel_ebcom_path_config *config);
+
+/**
+ * The MAC channel of an IC port. There is no mapping: every port but 0 is accepted and the output left as it is.
+ *
+ * @param mac_chan never written
+ * @return 0, or 3 for port 0.
+ */
+uint32_t kel_ic_ebcom_port_to_mac_chan(int32_t iell_port, uint8_t *mac_chan);
+
+/* ---- Schedulers, shapers and look-ups underneath ---- */
+
+/**
+ * Builds the scheduler tree: a chain of seven level schedulers and, under the last, one scheduler for each of the five
+ * groups of IC ports. Part of kel_core_ic_ebcom_start().
+ *
+ * @return 0, or the code of the first failing step; the schedulers made so far stay until kel_ic_ebcom_deinit_qos().
+ */
+uint32_t kel_ic_ebcom_init_qos(void);
+
+/**
+ * Releases every queue, destination list and scheduler, children before parents. A queue or scheduler that cannot be
+ * removed is traced and forgotten all the same. Part of kel_core_ic_ebcom_stop().
+ *
+ * @return 0, or the code that stopped the walk over the ports; everything not yet released then stays.
+ */
+uint32_t kel_ic_ebcom_deinit_qos(void);
+
+/**
+ * Takes a reference on the port's queue for a destination; the first one on a port creates the queue.
+ *
+ * @param config read only. An unshaped request matches an existing unshaped queue only when its rate and burst are 0.
+ *               The buffer threshold is not compared.
+ * @param path   only `queue_hdl` is written, with the port's queue
+ * @return 0; 3 for a port without EBCOM; 7 when the existing queue has other shaping; 10 without memory; 13 when the
+ *         driver kit refuses; or the code of a failed attachment or companion call. When a queue created by this very
+ *         call cannot be kept, it is removed again, without limit until that succeeds, and the result is 0.
+ */
+uint32_t kel_ic_ebcom_add_shaper(const kel_ebcom_path_config *config, ork_ebcom_pcep_path *path);
+
+/**
+ * Gives one reference on the port's queue back; the last one removes the queue. The number of references left is
+ * taken as 16 bits: 65,536 of them count as none.
+ *
+ * @param config read only
+ * @param path   not used
+ * @return 0; 3 for a port without EBCOM; 4 when the destination has no reference on this port; or the code of the
+ * failed removal of the queue, which then stays known.
+ */
+uint32_t kel_ic_ebcom_remove_shaper(const kel_ebcom_path_config *config, ork_ebcom_pcep_path *path);
+
+/**
+ * The queue that carries a destination. A destination on several ports is found in the lowest port group, and there
+ * in the lowest queue.
+ *
+ * @param dst_mac      6 bytes, wire order
+ * @param queue_handle written on success only; the handle stays the library's
+ * @return 0, or 4 when no queue carries the destination.
+ */
+uint32_t kel_ic_ebcom_queue_handle_get(const uint8_t *dst_mac, void **queue_handle);
+
+/**
+ * The port group's scheduler above the queue that carries a destination.
+ *
+ * @param dst_mac          6 bytes, wire order
+ * @param scheduler_handle written on success only; the handle stays the library's
+ * @return 0, or 4 when no queue carries the destination.
+ */
+uint32_t kel_ic_ebcom_scheduler_handle_get(const uint8_t *dst_mac, void **scheduler_handle);
+
+#pragma GCC visibility pop
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

@@ -1,0 +1,80 @@
+/*
+ * kel_init.h - the companion initialisation library: attachment to the accelerator, the identity of its event
+ * device, and the registry of QoS queues.
+ *
+ * Our own declarations of a closed library's interface; a vendor's header takes their place where there is one.
+ */
+#ifndef PLATFORM_KEL_INIT_H
+#define PLATFORM_KEL_INIT_H
+
+#include "platform/layout.h"
+
+#include <stddef.h>
+#include <stdint.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/**
+ * The companion library's return codes, as far as this project gives them a meaning. Texts come from
+ * kei_util_init_rc_str_get(). Other codes are possible and pass through unchanged.
+ */
+enum kel_init_rc {
+    KEL_RC_OK = 0,
+    KEL_RC_ZERO_FREQUENCY = 2, /**< a timing reading without a frequency */
+    KEL_RC_OUT_OF_RANGE = 3,   /**< unknown IC port, unsupported location, invalid PCEP id */
+    KEL_RC_NOT_FOUND = 4,      /**< MAC address not configured, PCEP id free */
+    KEL_RC_IN_USE = 5,         /**< PCEP id taken */
+    KEL_RC_NOT_EMPTY = 6,      /**< multicast group with members */
+    KEL_RC_MISMATCH = 7,       /**< other kind of PCEP, or other shaping than the queue already has */
+    KEL_RC_LIMIT = 10,         /**< limit reached, or no memory */
+    KEL_RC_UNSUPPORTED = 11,   /**< not offered for this kind of object */
+    KEL_RC_FAILED = 13         /**< a driver-kit, timing-unit, thread or file call failed */
+};
+
+/** VSI of the accelerator's event device. */
+typedef uint16_t kel_vsi_t;
+
+/** What an attachment yields. The opaque parts belong to the companion library. */
+typedef struct kel_attach_info {
+    void *sys_handle; /**< the driver kit's system handle */
+    uint8_t opaque8[120];
+    uint64_t ehsfp_target; /**< target that PCEPs on the HSFP are bound to */
+    void *ork_handle;      /**< first argument of the driver kit's calls */
+    uint8_t opaque144[32];
+} kel_attach_info;
+KEL_LAYOUT_SIZE(kel_attach_info, 176);
+KEL_LAYOUT_AT(kel_attach_info, ehsfp_target, 128);
+KEL_LAYOUT_AT(kel_attach_info, ork_handle, 136);
+
+/** Attaches the process to the accelerator and fills the record. May be called any number of times. */
+uint32_t kel_init_attach(kel_attach_info *attach);
+
+/** The Ethernet device identifier of the event device that EBCOM uses. */
+uint32_t kel_init_eventdev_dev_id_ebcom_get(uint16_t *eth_dev_id);
+
+/** The VSI of that event device. */
+uint32_t kel_init_eventdev_vsi_ebcom_get(kel_vsi_t *vsi);
+
+/** What a new queue is made from. */
+typedef struct kel_init_qos_queue_params {
+    uint32_t mode;
+    uint32_t rate;        /**< 0: unshaped */
+    uint32_t threshold;   /**< octets */
+    uint32_t bucket_size; /**< the largest burst, unit of the driver kit */
+} kel_init_qos_queue_params;
+KEL_LAYOUT_SIZE(kel_init_qos_queue_params, 16);
+KEL_LAYOUT_AT(kel_init_qos_queue_params, rate, 4);
+KEL_LAYOUT_AT(kel_init_qos_queue_params, threshold, 8);
+KEL_LAYOUT_AT(kel_init_qos_queue_params, bucket_size, 12);
+
+uint32_t kel_init_qos_queue_add(const kel_init_qos_queue_params *params, uint32_t five, void *scheduler,
+                                uint16_t eth_dev_id, void **queue);
+uint32_t kel_init_qos_queue_rem(void *queue);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

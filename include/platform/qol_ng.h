@@ -1,0 +1,23 @@
+/*
+ * qol_ng.h - the node-restart service.
+ *
+ * Our own declaration of a closed library's interface; a vendor's header takes its place where there is one.
+ */
+#ifndef PLATFORM_QOL_NG_H
+#define PLATFORM_QOL_NG_H
+
+#include <stdint.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/** Asks for a restart of the node, naming who asks and why. Returns to the caller; the service decides. */
+int32_t qol_ng_restart_request_line_and_file(uint32_t line, const char *file, uint32_t one, const char *reason,
+                                             uint32_t zero, void *null);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

@@ -1,0 +1,55 @@
+/*
+ * instance.h - the one node of this process, and the way into it.
+ *
+ * The adapters of the closed libraries and the control interface share it; the engine does not know of it.
+ */
+#ifndef SOFTNODE_INSTANCE_H
+#define SOFTNODE_INSTANCE_H
+
+#include "softnode/node.h"
+
+#include <condition_variable>
+#include <mutex>
+#include <string_view>
+
+namespace softnode
+{
+
+/** The node, the lock around it, and what threads wait for while they let go of the lock. */
+struct Instance {
+    std::mutex mutex;
+    std::condition_variable_any event_posted; /* or the node was switched off */
+    std::condition_variable_any user_moved;   /* a timing-unit user began to wait, or ended */
+    Node node;
+};
+
+/**
+ * Created on first use, with the fault rules of KEL_SOFTNODE_FAULTS; when one of them cannot be read, says so on
+ * standard error and ends the process with status 2. Never destroyed: a timestamp thread may still be inside at exit.
+ */
+Instance &instance();
+
+/** Runs `work` on the node, alone. */
+template <class Work> auto with_node(Work work)
+{
+    Instance &here = instance();
+    const std::lock_guard alone(here.mutex);
+    return work(here.node);
+}
+
+/**
+ * The way into a closed function that returns a code: alone, counted, and made to fail when a rule says so. Otherwise
+ * `work` does what the function is for and yields its code.
+ */
+template <class Code, class Work> Code enter(std::string_view function, Work work)
+{
+    return with_node([&](Node &node) -> Code {
+        if (const auto result = node.faults.enter(closed_function(function).value()))
+            return static_cast<Code>(*result);
+        return work(node);
+    });
+}
+
+} // namespace softnode
+
+#endif

@@ -1,0 +1,71 @@
+/*
+ * kel_init.cpp - the companion initialisation library, over the process-wide node.
+ */
+#include "softnode/facts.h"
+#include "softnode/instance.h"
+#include "softnode/platform.h"
+
+using namespace softnode;
+
+namespace
+{
+
+template <class Work> uint32_t companion_call(const char *function, Work work)
+{
+    return enter<uint32_t>(function, [&](Node &node) { return companion_code(work(node)); });
+}
+
+} // namespace
+
+/* Writes the whole record, so that nothing of an earlier attachment is left in it. */
+uint32_t kel_init_attach(kel_attach_info *attach)
+{
+    return companion_call(__func__, [&](Node &node) {
+        if (!attach)
+            return Refusal::invalid;
+        *attach = {};
+        attach->sys_handle = pointer_of(node.attachment.system());
+        attach->ehsfp_target = static_cast<uint64_t>(node.attachment.ehsfp_target());
+        attach->ork_handle = pointer_of(node.attachment.driver_kit());
+        return Refusal::granted;
+    });
+}
+
+uint32_t kel_init_eventdev_dev_id_ebcom_get(uint16_t *eth_dev_id)
+{
+    return companion_call(__func__, [&](Node &) {
+        if (!eth_dev_id)
+            return Refusal::invalid;
+        *eth_dev_id = facts::event_device;
+        return Refusal::granted;
+    });
+}
+
+uint32_t kel_init_eventdev_vsi_ebcom_get(kel_vsi_t *vsi)
+{
+    return companion_call(__func__, [&](Node &) {
+        if (!vsi)
+            return Refusal::invalid;
+        *vsi = facts::event_device_vsi;
+        return Refusal::granted;
+    });
+}
+
+uint32_t kel_init_qos_queue_add(const kel_init_qos_queue_params *params, uint32_t five, void *scheduler,
+                                uint16_t eth_dev_id, void **queue)
+{
+    return companion_call(__func__, [&](Node &node) {
+        if (!params || !queue)
+            return Refusal::invalid;
+        Handle added = Handle::null;
+        if (const Refusal refusal = node.qos.add_queue(*params, five, handle_of(scheduler), eth_dev_id, added))
+            return refusal;
+        *queue = pointer_of(added);
+        return Refusal::granted;
+    });
+}
+
+uint32_t kel_init_qos_queue_rem(void *queue)
+{
+    return companion_call(__func__, [&](Node &node) { return node.remove_queue(handle_of(queue)); });
+}

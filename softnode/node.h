@@ -1,0 +1,50 @@
+/*
+ * node.h - the node: one engine that holds everything the closed libraries keep behind them.
+ *
+ * Each family of objects is a class of its own; what concerns two of them is an operation here. No globals, no locks,
+ * no C interface: a test can have as many nodes as it likes.
+ */
+#ifndef SOFTNODE_NODE_H
+#define SOFTNODE_NODE_H
+
+#include "softnode/attachment.h"
+#include "softnode/ebcom_service.h"
+#include "softnode/fault_book.h"
+#include "softnode/qos_graph.h"
+#include "softnode/timing_unit.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace softnode
+{
+
+/* Somebody asked for a restart of the node. It is kept and not obeyed. */
+struct RestartRequest {
+    std::uint32_t line = 0;
+    std::string file;
+    std::string reason;
+};
+
+struct Node {
+    Attachment attachment;
+    QosGraph qos;
+    EbcomService ebcom;
+    TimingUnit timing;
+    std::vector<RestartRequest> restarts;
+    FaultBook faults;
+
+    /** Lays a path; its queue has to be there. */
+    Refusal create_path(const ork_ebcom_pcep_path &path);
+
+    /** Removes a queue, also under paths that use it. */
+    Refusal remove_queue(Handle queue);
+
+    /** Back to a node just switched on. Handles issued before are stale afterwards. */
+    void reset();
+};
+
+} // namespace softnode
+
+#endif

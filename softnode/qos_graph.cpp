@@ -1,0 +1,110 @@
+/*
+ * qos_graph.cpp - creating and deleting schedulers and queues.
+ */
+#include "softnode/qos_graph.h"
+
+#include "softnode/facts.h"
+
+#include <algorithm>
+
+namespace softnode
+{
+
+bool Queue::shaped() const
+{
+    return rate != 0 || bucket_size != 0;
+}
+
+Refusal QosGraph::create_scheduler(const ork_qos_scheduler_params &params, Handle &scheduler)
+{
+    const Handle parent = handle_of(params.parent);
+    if (parent != Handle::null)
+        if (const Refusal refusal = schedulers_.check(parent))
+            return refusal;
+    if (params.vsiEthDevId != facts::event_device)
+        return Refusal::no_device;
+    if (schedulers_.size() >= facts::most_schedulers)
+        return Refusal::full;
+
+    scheduler = schedulers_.add({parent, params});
+    return Refusal::granted;
+}
+
+Refusal QosGraph::delete_scheduler(Handle scheduler)
+{
+    if (const Refusal refusal = schedulers_.check(scheduler))
+        return refusal;
+    if (in_use(scheduler))
+        return Refusal::busy;
+
+    schedulers_.remove(scheduler);
+    return Refusal::granted;
+}
+
+Refusal QosGraph::add_queue(const kel_init_qos_queue_params &params, std::uint32_t queue_kind, Handle scheduler,
+                            std::uint16_t eth_dev_id, Handle &queue)
+{
+    if (params.mode != facts::queue_mode || queue_kind != facts::queue_kind)
+        return Refusal::invalid;
+    if (const Refusal refusal = schedulers_.check(scheduler))
+        return refusal;
+    if (eth_dev_id != facts::event_device)
+        return Refusal::no_device;
+    if (queues_.size() >= facts::most_queues)
+        return Refusal::full;
+
+    queue = queues_.add({scheduler, params.rate, params.threshold, params.bucket_size});
+    return Refusal::granted;
+}
+
+Refusal QosGraph::remove_queue(Handle queue)
+{
+    if (const Refusal refusal = queues_.check(queue))
+        return refusal;
+
+    queues_.remove(queue);
+    return Refusal::granted;
+}
+
+Refusal QosGraph::check_queue(Handle queue) const
+{
+    return queues_.check(queue);
+}
+
+Refusal QosGraph::read_queue(Handle queue, ork_qos_queue &record) const
+{
+    if (const Refusal refusal = queues_.check(queue))
+        return refusal;
+
+    const Queue &found = queues_.at(queue);
+    record.rate = found.rate;
+    record.bucketSize = found.bucket_size;
+    record.shapingMode = found.shaped() ? ORK_QOS_QUEUE_SHAPED : ORK_QOS_QUEUE_UNSHAPED;
+    return Refusal::granted;
+}
+
+const Registry<Scheduler> &QosGraph::schedulers() const
+{
+    return schedulers_;
+}
+
+const Registry<Queue> &QosGraph::queues() const
+{
+    return queues_;
+}
+
+void QosGraph::reset()
+{
+    queues_.clear();
+    schedulers_.clear();
+}
+
+bool QosGraph::in_use(Handle scheduler) const
+{
+    const auto hangs_below = [scheduler](const auto &entry) { return entry.second.parent == scheduler; };
+    const auto feeds_it = [scheduler](const auto &entry) { return entry.second.scheduler == scheduler; };
+    return std::any_of(schedulers_.begin(), schedulers_.end(), hangs_below) ||
+           std::any_of(queues_.begin(), queues_.end(), feeds_it);
+}
+
+} // namespace softnode

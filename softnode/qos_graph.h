@@ -1,0 +1,61 @@
+/*
+ * qos_graph.h - the QoS object graph: schedulers under schedulers, queues under schedulers.
+ *
+ * Knows nothing of what is sent through the queues, nor of the paths that use them.
+ */
+#ifndef SOFTNODE_QOS_GRAPH_H
+#define SOFTNODE_QOS_GRAPH_H
+
+#include "softnode/platform.h"
+#include "softnode/registry.h"
+
+#include <cstdint>
+
+namespace softnode
+{
+
+struct Scheduler {
+    Handle parent = Handle::null; /* null: directly under the root */
+    ork_qos_scheduler_params params{};
+};
+
+struct Queue {
+    Handle scheduler = Handle::null;
+    std::uint32_t rate = 0;
+    std::uint32_t threshold = 0;   /* octets */
+    std::uint32_t bucket_size = 0; /* the largest burst */
+
+    /** A queue is shaped as soon as it has a rate or a bucket. */
+    bool shaped() const;
+};
+
+class QosGraph
+{
+public:
+    /** Creates a scheduler under params.parent, or under the root when that is null. */
+    Refusal create_scheduler(const ork_qos_scheduler_params &params, Handle &scheduler);
+    Refusal delete_scheduler(Handle scheduler);
+
+    Refusal add_queue(const kel_init_qos_queue_params &params, std::uint32_t queue_kind, Handle scheduler,
+                      std::uint16_t eth_dev_id, Handle &queue);
+    Refusal remove_queue(Handle queue);
+    Refusal check_queue(Handle queue) const;
+
+    /** What the driver kit tells of a queue. */
+    Refusal read_queue(Handle queue, ork_qos_queue &record) const;
+
+    const Registry<Scheduler> &schedulers() const;
+    const Registry<Queue> &queues() const;
+
+    void reset();
+
+private:
+    bool in_use(Handle scheduler) const;
+
+    Registry<Scheduler> schedulers_{Kind::scheduler};
+    Registry<Queue> queues_{Kind::queue};
+};
+
+} // namespace softnode
+
+#endif

@@ -1,0 +1,166 @@
+/*
+ * snapshot.cpp - writing the JSON document that snapshot.h describes, one function per part.
+ */
+#include "softnode/snapshot.h"
+
+#include "softnode/facts.h"
+
+#include <nlohmann/json.hpp>
+
+namespace softnode
+{
+
+namespace
+{
+
+/* Keeps the keys in the order they are written here. */
+using Json = nlohmann::ordered_json;
+
+Json handle_or_null(Handle handle)
+{
+    return handle == Handle::null ? Json(nullptr) : Json(text_of(handle));
+}
+
+/* The handles of those objects that name `owner` in the given member. */
+template <class Object> Json handles_below(const Registry<Object> &objects, Handle Object::*member, Handle owner)
+{
+    Json handles = Json::array();
+    for (const auto &[handle, object] : objects)
+        if (object.*member == owner)
+            handles.push_back(text_of(handle));
+    return handles;
+}
+
+Json schedulers(const QosGraph &qos)
+{
+    Json list = Json::array();
+    for (const auto &[handle, scheduler] : qos.schedulers())
+        list.push_back({{"handle", text_of(handle)},
+                        {"parent", handle_or_null(scheduler.parent)},
+                        {"children", handles_below(qos.schedulers(), &Scheduler::parent, handle)},
+                        {"queues", handles_below(qos.queues(), &Queue::scheduler, handle)},
+                        {"shaping_mode", scheduler.params.shapingMode},
+                        {"scheduling_mode", scheduler.params.schedulingMode},
+                        {"arbitration_mode", scheduler.params.arbitrationMode},
+                        {"service_quantum", scheduler.params.serviceQuantum},
+                        {"root_id", scheduler.params.rootId}});
+    return list;
+}
+
+Json queues(const QosGraph &qos)
+{
+    Json list = Json::array();
+    for (const auto &[handle, queue] : qos.queues())
+        list.push_back({{"handle", text_of(handle)},
+                        {"scheduler", text_of(queue.scheduler)},
+                        {"rate", queue.rate},
+                        {"threshold", queue.threshold},
+                        {"bucket_size", queue.bucket_size},
+                        {"shaped", queue.shaped()}});
+    return list;
+}
+
+Json paths(const EbcomService &ebcom)
+{
+    Json list = Json::array();
+    for (const auto &[mac, path] : ebcom.paths())
+        list.push_back({{"mac", text_of(mac).data()},
+                        {"type", path.pcep_type},
+                        {"eioa_port", path.eioa_port},
+                        {"queue", handle_or_null(path.queue)}});
+    return list;
+}
+
+Json interface_of(const EbcomService &ebcom)
+{
+    if (!ebcom.interface_device())
+        return nullptr;
+    return {{"eth_dev_id", *ebcom.interface_device()}, {"vsi", facts::event_device_vsi}};
+}
+
+Json globals(const EbcomService &ebcom)
+{
+    if (!ebcom.globals())
+        return nullptr;
+    const ork_ebcom_global_config &config = *ebcom.globals();
+    return {{"mtu", config.icPortMTU},
+            {"ether_type", config.etherType},
+            {"settings", {config.nibbles & 0x0f, config.nibbles >> 4}}};
+}
+
+Json timestamp_offset(const EbcomService &ebcom)
+{
+    return ebcom.timestamp_offset() ? Json(*ebcom.timestamp_offset()) : Json(nullptr);
+}
+
+const char *name_of(ConnectionState state)
+{
+    switch (state) {
+    case ConnectionState::working:
+        return "working";
+    case ConnectionState::waiting:
+        return "waiting";
+    case ConnectionState::ended:
+        return "ended";
+    }
+    return "";
+}
+
+Json timing_unit(const TimingUnit &timing)
+{
+    Json connections = Json::array();
+    for (const auto &[handle, connection] : timing.connections())
+        connections.push_back({{"handle", text_of(handle)},
+                               {"subscribed", connection.subscribed},
+                               {"state", name_of(timing.state(handle))},
+                               {"events_left", connection.events.size()},
+                               {"events_outstanding", connection.outstanding.size()}});
+    const vorn_tu_nputimeoffset &reading = timing.reading();
+    return {{"reading", {{"cycles", reading.cycles}, {"frequency", reading.frequency}}},
+            {"connections", std::move(connections)}};
+}
+
+Json restarts(const std::vector<RestartRequest> &requests)
+{
+    Json list = Json::array();
+    for (const RestartRequest &request : requests)
+        list.push_back({{"line", request.line}, {"file", request.file}, {"reason", request.reason}});
+    return list;
+}
+
+Json calls(const FaultBook &book)
+{
+    Json counts = Json::object();
+    for (std::size_t function = 0; function < closed_functions.size(); ++function)
+        if (book.calls()[function] != 0)
+            counts[std::string(closed_functions[function])] = book.calls()[function];
+    return counts;
+}
+
+Json faults(const FaultBook &book)
+{
+    Json list = Json::array();
+    for (const FaultBook::Entry &entry : book.entries())
+        list.push_back({{"rule", entry.rule.text}, {"hits", entry.hits}});
+    return list;
+}
+
+} // namespace
+
+std::string snapshot(const Node &node)
+{
+    const Json document{{"schedulers", schedulers(node.qos)},
+                        {"queues", queues(node.qos)},
+                        {"paths", paths(node.ebcom)},
+                        {"interface", interface_of(node.ebcom)},
+                        {"globals", globals(node.ebcom)},
+                        {"timestamp_offset", timestamp_offset(node.ebcom)},
+                        {"timing_unit", timing_unit(node.timing)},
+                        {"restarts", restarts(node.restarts)},
+                        {"calls", calls(node.faults)},
+                        {"faults", faults(node.faults)}};
+    /* A restart reason is a caller's text and need not be UTF-8. */
+    return document.dump(2, ' ', false, Json::error_handler_t::replace);
+}
+
+} // namespace softnode

@@ -1,0 +1,51 @@
+/*
+ * snapshot.h - everything a node holds, as a JSON document. The keys are stable: tools and tests read them.
+ *
+ *     schedulers         in the order of creation
+ *         handle             "0x5c00000001", as %p prints it; so are all handles
+ *         parent             handle, or null: under the root
+ *         children, queues   handles of what hangs below, in the order of creation
+ *         shaping_mode, scheduling_mode, arbitration_mode, service_quantum, root_id     as given
+ *     queues             in the order of creation
+ *         handle, scheduler
+ *         rate, threshold, bucket_size     as given; threshold in octets
+ *         shaped             whether it has a rate or a bucket
+ *     paths              in the order of their addresses
+ *         mac                "02:00:02:02:00:01"
+ *         type, eioa_port
+ *         queue              handle, or null: the queue was removed
+ *     interface          null, or
+ *         eth_dev_id, vsi
+ *     globals            null until set, or
+ *         mtu                octets
+ *         ether_type
+ *         settings           the two 4-bit settings, the low one first
+ *     timestamp_offset   null until set
+ *     timing_unit
+ *         reading            cycles, frequency
+ *         connections        in the order of opening
+ *             handle, subscribed
+ *             state              "working", "waiting" (with no event left), "ended" (its thread has)
+ *             events_left        posted, not taken yet
+ *             events_outstanding taken, not handed back yet
+ *     restarts           requests for a restart of the node: line, file, reason
+ *     calls              per closed function that returns a code and was called: how often
+ *     faults             fault rules in the order they were added
+ *         rule               as written
+ *         hits               how many calls it made fail
+ */
+#ifndef SOFTNODE_SNAPSHOT_H
+#define SOFTNODE_SNAPSHOT_H
+
+#include "softnode/node.h"
+
+#include <string>
+
+namespace softnode
+{
+
+std::string snapshot(const Node &node);
+
+} // namespace softnode
+
+#endif

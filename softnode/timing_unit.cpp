@@ -1,0 +1,146 @@
+/*
+ * timing_unit.cpp - connections, events and readings of the timing unit.
+ */
+#include "softnode/timing_unit.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace softnode
+{
+
+vorn_tu_event *EventRecords::hand_out(const vorn_tu_event &event)
+{
+    if (free_.empty())
+        return &records_.emplace_back(event);
+
+    vorn_tu_event *record = free_.back();
+    free_.pop_back();
+    *record = event;
+    return record;
+}
+
+void EventRecords::take_back(vorn_tu_event *record)
+{
+    free_.push_back(record);
+}
+
+void TimingUnit::arrive(User user)
+{
+    anybody_arrived_ = true;
+    waits_on_.emplace(user, Handle::null);
+}
+
+void TimingUnit::leave(User user)
+{
+    waits_on_.erase(user);
+}
+
+Handle TimingUnit::open(User user)
+{
+    Connection connection;
+    connection.user = user;
+    return connections_.add(std::move(connection));
+}
+
+Refusal TimingUnit::subscribe(Handle connection, std::int32_t domain)
+{
+    if (const Refusal refusal = connections_.check(connection))
+        return refusal;
+    if (domain != facts::timing_domain)
+        return Refusal::no_domain;
+
+    connections_.at(connection).subscribed = true;
+    return Refusal::granted;
+}
+
+void TimingUnit::post(const vorn_tu_event &event)
+{
+    for (auto &[handle, connection] : connections_)
+        if (connection.subscribed)
+            connection.events.push_back(event);
+}
+
+Refusal TimingUnit::take_event(Handle connection, User user, vorn_tu_event *&event)
+{
+    if (const Refusal refusal = connections_.check(connection))
+        return refusal;
+
+    Connection &source = connections_.at(connection);
+    source.user = user;
+    arrive(user);
+    if (source.events.empty()) {
+        waits_on_[user] = connection;
+        event = nullptr;
+        return Refusal::granted;
+    }
+    waits_on_[user] = Handle::null;
+    event = records_.hand_out(source.events.front());
+    source.events.pop_front();
+    source.outstanding.insert(event);
+    return Refusal::granted;
+}
+
+Refusal TimingUnit::give_back(Handle connection, vorn_tu_event *event)
+{
+    if (const Refusal refusal = connections_.check(connection))
+        return refusal;
+    if (!connections_.at(connection).outstanding.erase(event))
+        return Refusal::invalid;
+
+    records_.take_back(event);
+    return Refusal::granted;
+}
+
+Refusal TimingUnit::read(Handle connection, vorn_tu_nputimeoffset &reading) const
+{
+    if (const Refusal refusal = connections_.check(connection))
+        return refusal;
+
+    reading = reading_;
+    return Refusal::granted;
+}
+
+void TimingUnit::set_reading(const vorn_tu_nputimeoffset &reading)
+{
+    reading_ = reading;
+}
+
+bool TimingUnit::settled() const
+{
+    const auto waits = [](const auto &entry) { return entry.second != Handle::null; };
+    const auto has_none_left = [this](const auto &entry) {
+        return entry.second.events.empty() || !waits_on_.contains(entry.second.user);
+    };
+    return anybody_arrived_ && std::all_of(waits_on_.begin(), waits_on_.end(), waits) &&
+           std::all_of(connections_.begin(), connections_.end(), has_none_left);
+}
+
+const vorn_tu_nputimeoffset &TimingUnit::reading() const
+{
+    return reading_;
+}
+
+const Registry<Connection> &TimingUnit::connections() const
+{
+    return connections_;
+}
+
+ConnectionState TimingUnit::state(Handle connection) const
+{
+    const auto user = waits_on_.find(connections_.at(connection).user);
+    if (user == waits_on_.end())
+        return ConnectionState::ended;
+    const bool waits = user->second == connection && connections_.at(connection).events.empty();
+    return waits ? ConnectionState::waiting : ConnectionState::working;
+}
+
+void TimingUnit::reset()
+{
+    reading_ = {facts::first_cycles, facts::first_frequency};
+    connections_.clear();
+    anybody_arrived_ = false;
+    waits_on_.clear();
+}
+
+} // namespace softnode

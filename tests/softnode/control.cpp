@@ -1,0 +1,79 @@
+/*
+ * control.cpp - what the tests over the process-wide node share.
+ */
+#include "control.h"
+
+#include <cstdlib>
+#include <memory>
+
+namespace
+{
+
+/* Takes over a text that the control interface made; empty for null. */
+std::string taken(char *text)
+{
+    const std::unique_ptr<char, void (*)(void *)> owner(text, std::free);
+    return owner ? owner.get() : "";
+}
+
+} // namespace
+
+nlohmann::json json_of(std::string_view text)
+{
+    return nlohmann::json::parse(text);
+}
+
+nlohmann::json look_into_node()
+{
+    return json_of(taken(softnode_snapshot_json()));
+}
+
+std::string add_faults(const char *rules)
+{
+    return taken(softnode_faults_add(rules));
+}
+
+ControlledNode::ControlledNode()
+{
+    switch_on_afresh();
+    EXPECT_EQ(kel_init_eventdev_dev_id_ebcom_get(&device), 0U);
+}
+
+void ControlledNode::switch_on_afresh()
+{
+    softnode_reset();
+    EXPECT_EQ(kel_init_attach(&attach), 0U);
+    ork = attach.ork_handle;
+}
+
+nlohmann::json ControlledNode::held()
+{
+    nlohmann::json document = look_into_node();
+    document.erase("calls");
+    document.erase("faults");
+    return document;
+}
+
+ork_qos_scheduler_params ControlledNode::scheduler_params(void *parent) const
+{
+    ork_qos_scheduler_params params{};
+    params.parent = parent;
+    params.vsiEthDevId = device;
+    return params;
+}
+
+void *ControlledNode::create_scheduler(void *parent)
+{
+    const ork_qos_scheduler_params params = scheduler_params(parent);
+    void *scheduler = nullptr;
+    EXPECT_EQ(ork_qos_scheduler_create(ork, &params, 0, &scheduler), ORK_OK);
+    return scheduler;
+}
+
+void *ControlledNode::add_queue(void *scheduler, std::uint32_t rate, std::uint32_t bucket_size)
+{
+    const kel_init_qos_queue_params params{1, rate, 5'120'000, bucket_size};
+    void *queue = nullptr;
+    EXPECT_EQ(kel_init_qos_queue_add(&params, 5, scheduler, device, &queue), 0U);
+    return queue;
+}

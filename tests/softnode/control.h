@@ -1,0 +1,47 @@
+/*
+ * control.h - a test over the process-wide node: switched on afresh, looked into, attached to.
+ */
+#ifndef TESTS_SOFTNODE_CONTROL_H
+#define TESTS_SOFTNODE_CONTROL_H
+
+#include "platform/kel_init.h"
+#include "platform/ork.h"
+#include "softnode/softnode.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+nlohmann::json json_of(std::string_view text);
+
+/* The node's snapshot. */
+nlohmann::json look_into_node();
+
+/* What is wrong with the rules; empty when they were added. */
+std::string add_faults(const char *rules);
+
+class ControlledNode : public testing::Test
+{
+protected:
+    ControlledNode();
+
+    void switch_on_afresh();
+
+    /* What no refused call may change: everything but the counts of calls and of faults. */
+    static nlohmann::json held();
+
+    ork_qos_scheduler_params scheduler_params(void *parent = nullptr) const;
+    void *create_scheduler(void *parent = nullptr);
+    void *add_queue(void *scheduler, std::uint32_t rate = 0, std::uint32_t bucket_size = 0);
+
+    kel_attach_info attach{};
+    std::uint16_t device = 0;
+    void *ork = nullptr;
+    int on_the_stack = 0;
+    void *const foreign = &on_the_stack; /* a pointer that no closed library handed out */
+};
+
+#endif

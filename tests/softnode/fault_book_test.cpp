@@ -1,0 +1,112 @@
+/*
+ * fault_book_test.cpp - counting calls and applying fault rules.
+ */
+#include "softnode/fault_book.h"
+
+#include <gtest/gtest.h>
+
+using namespace softnode;
+
+namespace
+{
+
+const std::size_t attach = *closed_function("kel_init_attach");
+const std::size_t wait_event = *closed_function("vorn_tu_wait_event");
+
+} // namespace
+
+TEST(FaultBook, CountsCallsPerFunction)
+{
+    FaultBook book;
+    EXPECT_FALSE(book.enter(attach));
+    EXPECT_FALSE(book.enter(attach));
+    EXPECT_FALSE(book.enter(wait_event));
+    EXPECT_EQ(book.calls()[attach], 2U);
+    EXPECT_EQ(book.calls()[wait_event], 1U);
+}
+
+TEST(FaultBook, ACallThatFailsIsCountedToo)
+{
+    FaultBook book;
+    ASSERT_EQ(book.add("kel_init_attach=10"), "");
+    EXPECT_EQ(book.enter(attach), 10);
+    EXPECT_EQ(book.calls()[attach], 1U);
+    EXPECT_EQ(book.entries().front().hits, 1U);
+}
+
+TEST(FaultBook, ARuleFailsItsFunctionOnly)
+{
+    FaultBook book;
+    ASSERT_EQ(book.add("kel_init_attach=10"), "");
+    EXPECT_FALSE(book.enter(wait_event));
+}
+
+TEST(FaultBook, ARuleCountsFromWhenItWasAdded)
+{
+    FaultBook book;
+    book.enter(attach);
+    book.enter(attach);
+    ASSERT_EQ(book.add("kel_init_attach:2=10"), "");
+    EXPECT_FALSE(book.enter(attach));
+    EXPECT_EQ(book.enter(attach), 10);
+    EXPECT_FALSE(book.enter(attach));
+    EXPECT_EQ(book.entries().front().hits, 1U);
+}
+
+TEST(FaultBook, OfSeveralRulesTheOneAddedFirstDecides)
+{
+    FaultBook book;
+    ASSERT_EQ(book.add("kel_init_attach:2=10;kel_init_attach=3"), "");
+    EXPECT_EQ(book.enter(attach), 3);
+    EXPECT_EQ(book.enter(attach), 10);
+    EXPECT_EQ(book.enter(attach), 3);
+    EXPECT_EQ(book.entries()[0].hits, 1U);
+    EXPECT_EQ(book.entries()[1].hits, 2U);
+}
+
+TEST(FaultBook, RulesComeSeparatedBySemicolons)
+{
+    FaultBook book;
+    ASSERT_EQ(book.add(" kel_init_attach:1=10 ;\n\tvorn_tu_wait_event=-5; ;"), "");
+    ASSERT_EQ(book.entries().size(), 2U);
+    EXPECT_EQ(book.entries()[0].rule.text, "kel_init_attach:1=10");
+    EXPECT_EQ(book.entries()[1].rule.text, "vorn_tu_wait_event=-5");
+}
+
+TEST(FaultBook, AnEmptyTextHoldsNoRules)
+{
+    FaultBook book;
+    EXPECT_EQ(book.add(""), "");
+    EXPECT_EQ(book.add(" ; "), "");
+    EXPECT_TRUE(book.entries().empty());
+}
+
+TEST(FaultBook, OneBadRuleAmongGoodOnesAddsNone)
+{
+    FaultBook book;
+    EXPECT_EQ(book.add("kel_init_attach=10;kel_init_attach;vorn_tu_wait_event=-5"),
+              "\"kel_init_attach\": no result; a rule is function[:call[*times]]=result");
+    EXPECT_TRUE(book.entries().empty());
+    EXPECT_FALSE(book.enter(attach));
+}
+
+TEST(FaultBook, ClearForgetsRulesAndKeepsCounts)
+{
+    FaultBook book;
+    ASSERT_EQ(book.add("kel_init_attach=10"), "");
+    book.enter(attach);
+    book.clear();
+    EXPECT_FALSE(book.enter(attach));
+    EXPECT_EQ(book.calls()[attach], 2U);
+    EXPECT_TRUE(book.entries().empty());
+}
+
+TEST(FaultBook, ResetForgetsBoth)
+{
+    FaultBook book;
+    ASSERT_EQ(book.add("kel_init_attach=10"), "");
+    book.enter(attach);
+    book.reset();
+    EXPECT_EQ(book.calls()[attach], 0U);
+    EXPECT_TRUE(book.entries().empty());
+}

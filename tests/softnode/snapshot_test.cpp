@@ -1,0 +1,178 @@
+/*
+ * snapshot_test.cpp - the JSON document of a node, key by key.
+ */
+#include "softnode/snapshot.h"
+
+#include "softnode/facts.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+using namespace softnode;
+using nlohmann::json;
+
+namespace
+{
+
+json look_into(const Node &node)
+{
+    return json::parse(snapshot(node));
+}
+
+Handle add_scheduler(Node &node, Handle parent)
+{
+    ork_qos_scheduler_params params{};
+    params.parent = pointer_of(parent);
+    params.shapingMode = 3;
+    params.schedulingMode = 11;
+    params.arbitrationMode = 7;
+    params.serviceQuantum = 3036;
+    params.rootId = 20;
+    params.vsiEthDevId = facts::event_device;
+    Handle scheduler = Handle::null;
+    EXPECT_EQ(node.qos.create_scheduler(params, scheduler), Refusal::granted);
+    return scheduler;
+}
+
+Handle add_queue(Node &node, Handle scheduler)
+{
+    Handle queue = Handle::null;
+    EXPECT_EQ(node.qos.add_queue({1, 1000, 25'600, 64}, facts::queue_kind, scheduler, facts::event_device, queue),
+              Refusal::granted);
+    return queue;
+}
+
+} // namespace
+
+TEST(Snapshot, OfAFreshNodeHasEveryKeyAndNothingBehindIt)
+{
+    EXPECT_EQ(look_into(Node{}), json::parse(R"({
+        "schedulers": [], "queues": [], "paths": [], "interface": null, "globals": null, "timestamp_offset": null,
+        "timing_unit": {"reading": {"cycles": 40, "frequency": 250000}, "connections": []},
+        "restarts": [], "calls": {}, "faults": []
+    })"));
+}
+
+TEST(Snapshot, KeysComeInTheDocumentedOrder)
+{
+    const auto document = nlohmann::ordered_json::parse(snapshot(Node{}));
+    std::vector<std::string> keys;
+    for (const auto &part : document.items())
+        keys.push_back(part.key());
+    EXPECT_EQ(keys, (std::vector<std::string>{"schedulers", "queues", "paths", "interface", "globals",
+                                              "timestamp_offset", "timing_unit", "restarts", "calls", "faults"}));
+}
+
+TEST(Snapshot, ShowsSchedulersWithWhatHangsBelow)
+{
+    Node node;
+    const Handle top = add_scheduler(node, Handle::null);
+    add_scheduler(node, top);
+    add_scheduler(node, top);
+    add_queue(node, top);
+    const json schedulers = look_into(node)["schedulers"];
+    ASSERT_EQ(schedulers.size(), 3U);
+    EXPECT_EQ(schedulers[0], json::parse(R"({
+        "handle": "0x5c00000001", "parent": null,
+        "children": ["0x5c00000002", "0x5c00000003"], "queues": ["0x5d00000001"],
+        "shaping_mode": 3, "scheduling_mode": 11, "arbitration_mode": 7, "service_quantum": 3036, "root_id": 20
+    })"));
+    EXPECT_EQ(schedulers[1]["parent"], "0x5c00000001");
+    EXPECT_EQ(schedulers[1]["children"], json::array());
+}
+
+TEST(Snapshot, ShowsQueues)
+{
+    Node node;
+    add_queue(node, add_scheduler(node, Handle::null));
+    EXPECT_EQ(look_into(node)["queues"], json::parse(R"([{
+        "handle": "0x5d00000001", "scheduler": "0x5c00000001",
+        "rate": 1000, "threshold": 25600, "bucket_size": 64, "shaped": true
+    }])"));
+}
+
+TEST(Snapshot, ShowsPathsWithAndWithoutQueue)
+{
+    Node node;
+    const Handle queue = add_queue(node, add_scheduler(node, Handle::null));
+    const Handle removed = add_queue(node, add_scheduler(node, Handle::null));
+    ASSERT_EQ(node.create_path({{2, 0, 2, 2, 0, 2}, 1, 9, pointer_of(queue)}), Refusal::granted);
+    ASSERT_EQ(node.create_path({{2, 0, 2, 2, 0, 1}, 2, 0, pointer_of(removed)}), Refusal::granted);
+    ASSERT_EQ(node.remove_queue(removed), Refusal::granted);
+    EXPECT_EQ(look_into(node)["paths"], json::parse(R"([
+        {"mac": "02:00:02:02:00:01", "type": 2, "eioa_port": 0, "queue": null},
+        {"mac": "02:00:02:02:00:02", "type": 1, "eioa_port": 9, "queue": "0x5d00000001"}
+    ])"));
+}
+
+TEST(Snapshot, ShowsTheServicesSettings)
+{
+    Node node;
+    ASSERT_EQ(node.ebcom.create_interface(facts::event_device), Refusal::granted);
+    ASSERT_EQ(node.ebcom.set_globals({1500, 0x88b5, 0x3a, 0}), Refusal::granted);
+    node.ebcom.set_timestamp_offset(-160);
+    const json document = look_into(node);
+    EXPECT_EQ(document["interface"], json::parse(R"({"eth_dev_id": 7, "vsi": 258})"));
+    EXPECT_EQ(document["globals"], json::parse(R"({"mtu": 1500, "ether_type": 34997, "settings": [10, 3]})"));
+    EXPECT_EQ(document["timestamp_offset"], -160);
+}
+
+TEST(Snapshot, ShowsTheTimingUnit)
+{
+    Node node;
+    node.timing.set_reading({-5, 300'000});
+    node.timing.arrive(1);
+    const Handle connection = node.timing.open(1);
+    ASSERT_EQ(node.timing.subscribe(connection, 0), Refusal::granted);
+    node.timing.post({6, 0, 0});
+    node.timing.post({6, 0, 0});
+    node.timing.post({6, 0, 0});
+    vorn_tu_event *event = nullptr;
+    ASSERT_EQ(node.timing.take_event(connection, 1, event), Refusal::granted);
+    node.timing.open(2);
+    EXPECT_EQ(look_into(node)["timing_unit"], json::parse(R"({
+        "reading": {"cycles": -5, "frequency": 300000},
+        "connections": [
+            {"handle": "0x6000000001", "subscribed": true, "state": "working", "events_left": 2,
+             "events_outstanding": 1},
+            {"handle": "0x6000000002", "subscribed": false, "state": "ended", "events_left": 0,
+             "events_outstanding": 0}
+        ]
+    })"));
+}
+
+TEST(Snapshot, ShowsAWaitingConnection)
+{
+    Node node;
+    const Handle connection = node.timing.open(1);
+    vorn_tu_event *event = nullptr;
+    ASSERT_EQ(node.timing.take_event(connection, 1, event), Refusal::granted);
+    EXPECT_EQ(look_into(node)["timing_unit"]["connections"][0]["state"], "waiting");
+}
+
+TEST(Snapshot, ShowsRestartRequests)
+{
+    Node node;
+    node.restarts.push_back({42, "main.cpp", "out of patience"});
+    EXPECT_EQ(look_into(node)["restarts"],
+              json::parse(R"([{"line": 42, "file": "main.cpp", "reason": "out of patience"}])"));
+}
+
+TEST(Snapshot, StandsARestartReasonThatIsNoUtf8)
+{
+    Node node;
+    node.restarts.push_back({42, "main.cpp", "cut \xc3"});
+    EXPECT_EQ(look_into(node)["restarts"][0]["reason"], "cut \xef\xbf\xbd");
+}
+
+TEST(Snapshot, ShowsCallsAndFaults)
+{
+    Node node;
+    ASSERT_EQ(node.faults.add("kel_init_attach:2=10;vorn_tu_init=-1"), "");
+    node.faults.enter(*closed_function("kel_init_attach"));
+    node.faults.enter(*closed_function("kel_init_attach"));
+    const json document = look_into(node);
+    EXPECT_EQ(document["calls"], json::parse(R"({"kel_init_attach": 2})"));
+    EXPECT_EQ(document["faults"], json::parse(R"([{"rule": "kel_init_attach:2=10", "hits": 1},
+                                                  {"rule": "vorn_tu_init=-1", "hits": 0}])"));
+}

@@ -1,0 +1,4 @@
+/*
+ * softnode_header.c - softnode.h compiles alone, as C.
+ */
+#include "softnode/softnode.h"
