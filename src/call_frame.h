@@ -1,0 +1,160 @@
+// The frame that every operation moves in: its trace statements, its attachment, and the reports of what failed.
+//
+// A trace statement tests its event's flag and does nothing more while the event is disabled: none of its arguments is
+// evaluated then. A report says why an outside call failed, in one line, and gives the code that the operation
+// returns, so that an operation reads
+//
+//     TRACE(API_CALL, "ork_ebcom_interface_create(eth_dev_id=%d)", eth_dev_id);
+//     if (const ork_rc rc = ork_ebcom_interface_create(attach.ork_handle, eth_dev_id))
+//         return report_ork(HERE, rc, "ork_ebcom_interface_create");
+//
+// A module includes this header once and says whose its records are: constexpr char trace_domain[] = "EBCOM";
+// Never trace from inside a lambda: its function has no name.
+#pragma once
+
+#include "kel/kel_trace.h"
+#include "platform/kei_util.h"
+#include "platform/kel_init.h"
+#include "platform/ork.h"
+#include "trace/com_vantorix_ob_kel_ic.h"
+#include "trace/com_vantorix_ob_kel_init.h"
+
+#include <cerrno>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <iterator>
+
+// Only a recording session formats: the compiler moves what calls these out of the way of the rest.
+extern "C" [[gnu::cold]] char *kel_trace_internal_format_str(const char *, const char *, const char *, ...);
+
+namespace kel
+{
+
+// Where a record comes from. Always constants, so it costs nothing until a record is made.
+struct call_site {
+    const char *location; // "kel_ic_ebcom.cpp:214"
+    const char *domain;   // "EBCOM", "PCEP" or "GENERAL"
+    const char *function;
+
+    constexpr call_site general() const
+    {
+        return {location, "GENERAL", function};
+    }
+};
+
+#define HERE (::kel::call_site{__FILE_NAME__ ":" lttng_ust_stringify(__LINE__), trace_domain, __func__})
+
+// The statement behind all others: an event of a provider, fired for a site.
+#define FIRE(provider, event, site, ...)                                                                               \
+    do {                                                                                                               \
+        if (lttng_ust_tracepoint_enabled(provider, event)) {                                                           \
+            const ::kel::call_site from = site;                                                                        \
+            lttng_ust_do_tracepoint(provider, event, from.location, from.domain,                                       \
+                                    kel_trace_internal_format_str("%s(): ", from.function, __VA_ARGS__));              \
+        }                                                                                                              \
+    } while (false)
+
+// TRACE speaks for the function it stands in, TRACE_AT for the one that handed its site on.
+#define TRACE(event, ...) TRACE_AT(HERE, event, __VA_ARGS__)
+#define TRACE_AT(site, event, ...) FIRE(com_vantorix_ob_kel_ic, event, site, __VA_ARGS__)
+
+// FN_ENTER here, FN_EXIT on every way out of the block.
+#define TRACE_FUNCTION() const ::kel::function_frame traced_function(HERE)
+
+class function_frame
+{
+public:
+    [[gnu::always_inline]] explicit function_frame(call_site site) : site_(site)
+    {
+        if (lttng_ust_tracepoint_enabled(com_vantorix_ob_kel_ic, FN_ENTER))
+            lttng_ust_do_tracepoint(com_vantorix_ob_kel_ic, FN_ENTER, site_.location, site_.domain,
+                                    kel_trace_internal_format_str("%s()", site_.function, no_body));
+    }
+
+    [[gnu::always_inline]] ~function_frame()
+    {
+        if (lttng_ust_tracepoint_enabled(com_vantorix_ob_kel_ic, FN_EXIT))
+            lttng_ust_do_tracepoint(com_vantorix_ob_kel_ic, FN_EXIT, site_.location, site_.domain,
+                                    kel_trace_internal_format_str("%s()", site_.function, no_body));
+    }
+
+    function_frame(const function_frame &) = delete;
+    function_frame &operator=(const function_frame &) = delete;
+
+private:
+    static constexpr const char *no_body = nullptr;
+
+    const call_site site_;
+};
+
+// ---- Reports of what failed ----
+
+// A companion-library call or a step of our own failed with a code of the companion library's; gives that code.
+[[gnu::cold]] inline uint32_t report(call_site site, uint32_t rc, const char *what)
+{
+    FIRE(com_vantorix_ob_kel_init, EXCEPTION, site.general(), "%s, %s", kei_util_init_rc_str_get(rc), what);
+    return rc;
+}
+
+// A driver-kit call failed. Its own code goes into the record only: callers see one code for all of them.
+[[gnu::cold]] inline uint32_t report_ork(call_site site, ork_rc rc, const char *callee)
+{
+    void *sys_handle = nullptr;
+    ork_syshandle_get(0, 1, &sys_handle);
+    FIRE(com_vantorix_ob_kel_init, EXCEPTION, site.general(), "0x%x - %s, %s", rc, ork_sys_status_get(sys_handle, rc),
+         callee);
+    return KEL_RC_FAILED;
+}
+
+// A call of the system library failed; errno is still its.
+[[gnu::cold]] inline uint32_t report_system(call_site site, int result, const char *call)
+{
+    FIRE(com_vantorix_ob_kel_init, EXCEPTION, site.general(), "%s => rc=%d, errno=%s(%d)", call, result,
+         strerror(errno), errno);
+    return KEL_RC_FAILED;
+}
+
+constexpr size_t ork_rc_text_size = 20;
+
+// The text of a code that is numbered like the driver kit's, written into the caller's text.
+inline const char *ork_rc_to_str(int32_t rc, char (&text)[ork_rc_text_size])
+{
+    constexpr const char *names[] = {"OK",       "INVAL",    "UNSUPP",   "NOPORT",   "AGAIN(try again)",
+                                     "SHUTDOWN", "NODOMAIN", "INTERNAL", "NOTAVAIL", "OUTOFRANGE"};
+    if (rc <= 0 && rc > -static_cast<int32_t>(std::size(names)))
+        snprintf(text, sizeof text, "%s", names[-rc]);
+    else
+        snprintf(text, sizeof text, "%s(%d)", "UNK_RET_VAL", rc);
+    return text;
+}
+
+// A call of the timing-unit client failed.
+[[gnu::cold]] inline uint32_t report_timing_unit(call_site site, int32_t rc, const char *callee)
+{
+    char text[ork_rc_text_size];
+    TRACE_AT(site.general(), EXCEPTION, "%s returned %s", callee, ork_rc_to_str(rc, text));
+    return KEL_RC_FAILED;
+}
+
+// ---- Steps that most operations begin with ----
+
+// Attaches to the accelerator; the record's driver-kit handle is the first argument of the driver kit's calls.
+[[gnu::always_inline]] inline uint32_t attach_accelerator(call_site site, kel_attach_info &attach)
+{
+    TRACE_AT(site, API_CALL, "kel_init_attach()");
+    if (const uint32_t rc = kel_init_attach(&attach))
+        return report(site, rc, "kel_init_attach");
+    return KEL_RC_OK;
+}
+
+// The Ethernet device identifier of the event device that EBCOM uses.
+[[gnu::always_inline]] inline uint32_t ebcom_event_device(call_site site, uint16_t &eth_dev_id)
+{
+    TRACE_AT(site, API_CALL, "kel_init_eventdev_dev_id_ebcom_get()");
+    if (const uint32_t rc = kel_init_eventdev_dev_id_ebcom_get(&eth_dev_id))
+        return report(site, rc, "kel_init_eventdev_dev_id_ebcom_get");
+    return KEL_RC_OK;
+}
+
+} // namespace kel

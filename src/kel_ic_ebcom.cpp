@@ -1,0 +1,356 @@
+// The EBCOM service: start and stop, the timestamp synchroniser, global parameters, and paths.
+#include "call_frame.h"
+#include "kel/kel_core_ic_ebcom.h"
+#include "kel/kel_core_ic_pcep.h"
+#include "kel/kel_node_names.h"
+#include "platform/vorn_tu.h"
+
+#include <glib.h>
+#include <pthread.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+using namespace kel;
+
+namespace
+{
+
+constexpr char trace_domain[] = "EBCOM";
+
+// Number of paths by the text of their destination MAC. Made by the first start; survives every stop with its counts.
+GHashTable *dest_mac_addr_count;
+
+// The thread started last. 0 while there never was one.
+pthread_t timestamp_thread_id;
+
+// ---- The timestamp synchroniser ----
+
+// At process exit the tracer's glue clears the function pointers that a thread still tracing is about to call. Every
+// timestamp thread therefore counts as one more user of the glue, from before it starts until it ends.
+void hold_trace_glue()
+{
+    __atomic_fetch_add(&lttng_ust_tracepoint_registered, 1, __ATOMIC_SEQ_CST);
+}
+
+void release_trace_glue()
+{
+    __atomic_fetch_sub(&lttng_ust_tracepoint_registered, 1, __ATOMIC_SEQ_CST);
+}
+
+// Reads the timing unit, converts, and writes the accelerator's offset once.
+uint32_t update_timestamp_offset(void *ork, void *timing_unit)
+{
+    vorn_tu_nputimeoffset reading{};
+    TRACE(API_CALL, "vorn_tu_get_nputimeoffset()");
+    if (const int32_t rc = vorn_tu_get_nputimeoffset(timing_unit, 0, &reading))
+        return report_timing_unit(HERE, rc, "vorn_tu_get_nputimeoffset");
+
+    int64_t offset = 0;
+    if (const uint32_t rc = kel_ic_ebcom_cycles_to_ork_timestamp_offset(reading.cycles, reading.frequency, &offset))
+        return report(HERE, rc, "kel_ic_ebcom_cycles_to_ork_timestamp_offset");
+
+    TRACE(API_CALL, "ork_ebcom_timestamp_offset_set(timestamp_offset=%ld)", offset);
+    if (const ork_rc rc = ork_ebcom_timestamp_offset_set(ork, offset))
+        return report_ork(HERE, rc, "ork_ebcom_timestamp_offset_set");
+    return KEL_RC_OK;
+}
+
+constexpr int32_t own_domain = 0;
+
+// True for an adjustment in our domain. Any other event stays with the timing-unit client: it is not handed back.
+bool is_adjustment(call_site site, const vorn_tu_event &event)
+{
+    if (event.type != VORN_TU_EVENT_ADJNPUOFFS) {
+        TRACE_AT(site, INFO, "Ignore unexpected event(%d)", event.type);
+        return false;
+    }
+    if (event.domain != own_domain) {
+        TRACE_AT(site, INFO, "Ignore unexpected domain(%d)", event.domain);
+        return false;
+    }
+    return true;
+}
+
+// The work of the timestamp thread: writes the current offset at once and again after every adjustment, until anything
+// fails. The timing-unit connection is never closed.
+uint32_t timestamp_thread()
+{
+    kel_attach_info attach{};
+    void *timing_unit = nullptr;
+    vorn_tu_event *event = nullptr;
+
+    if (const uint32_t rc = attach_accelerator(HERE, attach))
+        return rc;
+    TRACE(API_CALL, "vorn_tu_init()");
+    if (const int32_t rc = vorn_tu_init(&timing_unit))
+        return report_timing_unit(HERE, rc, "vorn_tu_init");
+    TRACE(API_CALL, "vorn_tu_subscribe_adjnpuoffs(doamin=%d)", own_domain);
+    if (const int32_t rc = vorn_tu_subscribe_adjnpuoffs(timing_unit, own_domain))
+        return report_timing_unit(HERE, rc, "vorn_tu_subscribe_adjnpuoffs");
+    if (const uint32_t rc = update_timestamp_offset(attach.ork_handle, timing_unit))
+        return report(HERE, rc, "udpate_timestamp_offset");
+
+    for (;;) {
+        TRACE(API_CALL, "vorn_tu_wait_event()");
+        if (const int32_t rc = vorn_tu_wait_event(timing_unit, &event))
+            return report_timing_unit(HERE, rc, "vorn_tu_wait_event");
+        if (!is_adjustment(HERE, *event))
+            continue;
+        if (const uint32_t rc = update_timestamp_offset(attach.ork_handle, timing_unit))
+            return report(HERE, rc, "udpate_timestamp_offset");
+        TRACE(API_CALL, "vorn_tu_free_event");
+        vorn_tu_free_event(timing_unit, &event);
+    }
+}
+
+// The thread itself. It bears the name of its work, which is the name that its records show.
+void *timestamp_thread(void *)
+{
+    timestamp_thread();
+    TRACE(ERROR, "tid=%ld terminated (pthread_exit)", syscall(SYS_gettid));
+    release_trace_glue();
+    pthread_exit(nullptr); // runs no destructors: nothing above may need one
+}
+
+// Starts one more thread. Only a negative result counts as a failure; a positive one is taken for success, as callers
+// rely on, though there is no thread then.
+uint32_t start_timestamp_thread(call_site site)
+{
+    char unused = 0;
+    TRACE_AT(site, API_CALL, "pthread_create(kel-time-stamp)");
+    hold_trace_glue();
+    const int created = pthread_create(&timestamp_thread_id, nullptr, timestamp_thread, &unused);
+    if (created != 0)
+        release_trace_glue();
+    if (created < 0)
+        return report_system(site, created, "pthread_create(kel-time-stamp)");
+
+    TRACE_AT(site, API_CALL, "pthread_setname_np(kel-time-stamp)");
+    // The C library crashes on a thread identifier that was never stored.
+    const int named = timestamp_thread_id ? pthread_setname_np(timestamp_thread_id, "kel-time-stamp") : 0;
+    if (named < 0)
+        report_system(site, named, "pthread_setname_np(kel-time-stamp)");
+    return KEL_RC_OK;
+}
+
+// ---- Paths ----
+
+constexpr size_t mac_text_size = 18;
+
+// What the driver kit calls a destination, by location; the other locations cannot be the end of a path.
+constexpr int32_t unsupported = -1;
+constexpr int32_t path_pcep_types[KEL_LOCATION_COUNT] = {unsupported, 1, 2, 2, 0, unsupported};
+
+int32_t path_pcep_type(uint32_t location)
+{
+    return location < KEL_LOCATION_COUNT ? path_pcep_types[location] : unsupported;
+}
+
+// Fills the driver kit's record, all but the queue, and tells the destination's location.
+uint32_t set_ork_path_attr(const kel_ebcom_path_config &config, const char *mac_text, ork_ebcom_pcep_path &path,
+                           uint32_t &location)
+{
+    memset(&path, 0, sizeof path); // the driver kit sees the padding, too
+    memcpy(path.macAddr, config.dst_mac, sizeof path.macAddr);
+
+    uint32_t branch_type = 0;
+    if (const uint32_t rc = kel_ic_pcep_get_location_and_type_from_branch(config.dst_mac, &location, &branch_type))
+        return report(HERE, rc, "kel_ic_pcep_get_location_and_type_from_branch");
+
+    path.pcepType = path_pcep_type(location);
+    if (path.pcepType == unsupported) {
+        TRACE_AT(HERE.general(), ERROR, "dst_mac=%s: Unsupported location=%d", mac_text, location);
+        return report(HERE, KEL_RC_OUT_OF_RANGE, "Unknown location");
+    }
+    if (location != KEL_LOCATION_EIOA)
+        return KEL_RC_OK;
+    if (const uint32_t rc = kel_ic_ebcom_port_to_mac_chan(config.iell_port, &path.eioaPort))
+        return report(HERE, rc, "kel_ic_ebcom_port_to_mac_chan");
+    return KEL_RC_OK;
+}
+
+void trace_path_config(call_site site, const kel_ebcom_path_config &config, const char *mac_text)
+{
+    TRACE_AT(site, FN_PARAM,
+             "dst_mac = %s, shaping_enabled = %u, iell_port = %i (%s), shaping_rate = %u, buffer_threshold = %u, "
+             "burst_size = %u",
+             mac_text, config.shaping_enabled, config.iell_port, kel_branch_name(config.iell_port), config.shaping_rate,
+             config.buffer_threshold, config.burst_size);
+}
+
+// The create and the delete of a path are announced alike.
+void trace_path_call(call_site site, const char *callee, const kel_ebcom_path_config &config, const char *mac_text,
+                     const ork_ebcom_pcep_path &path, uint32_t location)
+{
+    TRACE_AT(site, API_CALL, "%s(pcepType=%d, macAddr=%s(%s), eioaPort=%d%s, shaping_enabled=%d, queue_hdl=%p)", callee,
+             path.pcepType, mac_text, kel_location_name(location), path.eioaPort,
+             location == KEL_LOCATION_EIOA ? "" : " - NOT USED", config.shaping_enabled, path.queue_hdl);
+}
+
+guint path_count(const char *mac_text)
+{
+    return GPOINTER_TO_UINT(g_hash_table_lookup(dest_mac_addr_count, mac_text));
+}
+
+void set_path_count(const char *mac_text, guint count)
+{
+    g_hash_table_insert(dest_mac_addr_count, g_strdup(mac_text), GUINT_TO_POINTER(count));
+}
+
+} // namespace
+
+// ---- Exported: start and stop ----
+
+extern "C" uint32_t kel_core_ic_ebcom_start()
+{
+    TRACE_FUNCTION();
+
+    if (!dest_mac_addr_count)
+        dest_mac_addr_count = g_hash_table_new_full(g_str_hash, g_str_equal, g_free, nullptr);
+    if (!dest_mac_addr_count) {
+        TRACE(ERROR, "Failed to allocate memory for dest_mac_addr_count");
+        kel_abort_internal_abort(__LINE__, __FILE__, "Failed to allocate memory for dest_mac_addr_count");
+    }
+
+    kel_attach_info attach{};
+    if (const uint32_t rc = attach_accelerator(HERE, attach))
+        return rc;
+    if (const uint32_t rc = start_timestamp_thread(HERE))
+        return rc;
+    if (const uint32_t rc = kel_ic_ebcom_init_qos()) // the thread runs on
+        return report(HERE, rc, "kel_ic_ebcom_init_qos");
+    return KEL_RC_OK;
+}
+
+extern "C" uint32_t kel_core_ic_ebcom_stop()
+{
+    TRACE_FUNCTION();
+
+    // Only a table that is not there is destroyed: the counts survive a stop, and the next start goes on with them.
+    if (!dest_mac_addr_count)
+        g_hash_table_destroy(dest_mac_addr_count);
+
+    if (const uint32_t rc = kel_ic_ebcom_deinit_qos())
+        return report(HERE, rc, "kel_ic_ebcom_deinit_qos");
+    return KEL_RC_OK;
+}
+
+extern "C" uint32_t kel_ic_ebcom_cycles_to_ork_timestamp_offset(int64_t cycles, uint32_t frequency,
+                                                                int64_t *ork_timestamp_offset)
+{
+    TRACE_FUNCTION();
+
+    // The quotient is truncated before it is multiplied, and the product wraps: callers rely on both.
+    const uint64_t factor = frequency ? 1000000U / frequency : 0;
+    *ork_timestamp_offset = static_cast<int64_t>(static_cast<uint64_t>(cycles) * factor);
+    TRACE(LAB, "cycles=%ld frequency=%u ork_timestamp_offset=%ld", cycles, frequency, *ork_timestamp_offset);
+    return frequency ? KEL_RC_OK : KEL_RC_ZERO_FREQUENCY;
+}
+
+// ---- Exported: global parameters and capabilities ----
+
+extern "C" uint32_t kel_core_ic_ebcom_global_param_set(const kel_ebcom_global_params *params, const uint8_t settings[2])
+{
+    TRACE_FUNCTION();
+
+    kel_attach_info attach{};
+    if (const uint32_t rc = attach_accelerator(HERE, attach))
+        return rc;
+
+    const ork_ebcom_global_config config = {
+        .icPortMTU = static_cast<uint16_t>(params->icPortMTU),
+        .etherType = static_cast<uint16_t>(params->etherType),
+        .nibbles = static_cast<uint8_t>((settings[0] & 0x0F) | (settings[1] << 4)),
+        .reserved = 0,
+    };
+    TRACE(API_CALL, "ork_ebcom_global_config_set(icPortMTU=%d, etherType=0x%04x)", config.icPortMTU, config.etherType);
+    if (const ork_rc rc = ork_ebcom_global_config_set(attach.ork_handle, &config))
+        return report_ork(HERE, rc, "ork_ebcom_global_config_set");
+    return KEL_RC_OK;
+}
+
+extern "C" uint32_t kel_core_ic_ebcom_capabilities_get(kel_ebcom_capabilities *capabilities)
+{
+    *capabilities = {
+        .max_burst_size = 0xFFFFF,
+        .max_pcep_id = 511,
+        .max_multicast_groups = 30,
+        .max_multicast_members = 16,
+    };
+    return KEL_RC_OK;
+}
+
+// ---- Exported: paths ----
+
+extern "C" uint32_t kel_core_ic_ebcom_path_add(const kel_ebcom_path_config *config)
+{
+    TRACE_FUNCTION();
+
+    char mac_text[mac_text_size] = {};
+    macAddr2str(mac_text, config->dst_mac);
+    trace_path_config(HERE, *config, mac_text);
+
+    kel_attach_info attach{};
+    ork_ebcom_pcep_path path;
+    uint32_t location = KEL_LOCATION_NONE;
+    if (const uint32_t rc = attach_accelerator(HERE, attach))
+        return rc;
+    if (const uint32_t rc = set_ork_path_attr(*config, mac_text, path, location))
+        return report(HERE, rc, "set_ork_path_attr");
+    if (const uint32_t rc = kel_ic_ebcom_add_shaper(config, &path))
+        return report(HERE, rc, "kel_ic_ebcom_add_shaper");
+
+    // On every add, also of a destination that is counted already. A refusal leaves the reference on the queue.
+    trace_path_call(HERE, "ork_ebcom_pcep_path_create", *config, mac_text, path, location);
+    if (const ork_rc rc = ork_ebcom_pcep_path_create(attach.ork_handle, &path))
+        return report_ork(HERE, rc, "ork_ebcom_pcep_path_create");
+
+    set_path_count(mac_text, path_count(mac_text) + 1);
+    return KEL_RC_OK;
+}
+
+extern "C" uint32_t kel_core_ic_ebcom_path_rem(const kel_ebcom_path_config *config)
+{
+    TRACE_FUNCTION();
+
+    char mac_text[mac_text_size] = {};
+    macAddr2str(mac_text, config->dst_mac);
+    trace_path_config(HERE, *config, mac_text);
+
+    const guint count = path_count(mac_text);
+    if (count == 0)
+        return report(HERE, KEL_RC_NOT_FOUND, "mac address of port not found to be configured");
+
+    kel_attach_info attach{};
+    ork_ebcom_pcep_path path;
+    uint32_t location = KEL_LOCATION_NONE;
+    if (const uint32_t rc = attach_accelerator(HERE, attach))
+        return rc;
+    if (const uint32_t rc = set_ork_path_attr(*config, mac_text, path, location))
+        return report(HERE, rc, "set_ork_path_attr");
+    if (const uint32_t rc = kel_ic_ebcom_remove_shaper(config, &path))
+        return report(HERE, rc, "kel_ic_ebcom_remove_shaper");
+
+    if (count > 1) {
+        set_path_count(mac_text, count - 1);
+        return KEL_RC_OK;
+    }
+    // A refusal leaves the count at 1 though the reference on the queue is gone.
+    trace_path_call(HERE, "ork_ebcom_pcep_path_delete", *config, mac_text, path, location);
+    if (const ork_rc rc = ork_ebcom_pcep_path_delete(attach.ork_handle, &path))
+        return report_ork(HERE, rc, "ork_ebcom_pcep_path_delete");
+    g_hash_table_remove(dest_mac_addr_count, mac_text);
+    return KEL_RC_OK;
+}
+
+extern "C" uint32_t kel_ic_ebcom_port_to_mac_chan(int32_t iell_port, uint8_t *)
+{
+    TRACE_FUNCTION();
+
+    if (iell_port == 0) {
+        TRACE(ERROR, "Unknown iell_port=%d", iell_port);
+        return report(HERE, KEL_RC_OUT_OF_RANGE, "iell_port");
+    }
+    // There is no mapping table: the channel stays what the caller put there.
+    return KEL_RC_OK;
+}

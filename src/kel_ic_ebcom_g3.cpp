@@ -1,0 +1,459 @@
+// EBCOM's QoS objects: the registry of schedulers, queues and destinations by IC port, the scheduler tree, and the
+// shaped queues. The registry is this library's only memory of them; it is touched by one thread at a time.
+#include "call_frame.h"
+#include "kel/kel_core_ic_ebcom.h"
+
+#include <glib.h>
+
+#include <cstdlib>
+
+using namespace kel;
+
+namespace
+{
+
+constexpr char trace_domain[] = "EBCOM";
+
+// ---- The registry ----
+
+constexpr size_t group_count = 5;
+constexpr size_t queues_per_group = 8;
+constexpr size_t level_count = 7;
+constexpr size_t mac_size = 6;
+constexpr int32_t no_port = -1;
+
+// The IC ports that carry EBCOM, by scheduler index and queue index. Port 0 has a group of its own.
+constexpr int32_t qos_ports[group_count][queues_per_group] = {
+    {6, 7, 19, 20, 21, 22, 23, 24},
+    {8, 9, 25, 26, 27, 28, 29, 30},
+    {10, 11, 31, 32, 33, 34, 35, 36},
+    {12, 13, 37, 38, 39, 40, 41, 42},
+    {0, no_port, no_port, no_port, no_port, no_port, no_port, no_port},
+};
+
+struct queue_slot {
+    void *queue;          // the companion library's; null: the port has no queue
+    GSList *destinations; // one heap copy of 6 bytes for each path: the queue's reference count
+};
+
+struct port_group {
+    void *scheduler; // the driver kit's; null: not there
+    queue_slot queues[queues_per_group];
+};
+
+port_group port_groups[group_count];
+void *level_schedulers[level_count + 1]; // 1 is the top; 0 is never written
+
+constexpr int32_t highest_qos_port = 42;
+
+struct port_index {
+    bool known;
+    uint8_t scheduler;
+    uint8_t queue;
+};
+
+// qos_ports turned round: an IC port's indexes.
+constexpr auto port_indexes = [] {
+    struct {
+        port_index of[highest_qos_port + 1];
+    } indexes{};
+    for (uint8_t group = 0; group < group_count; ++group)
+        for (uint8_t queue = 0; queue < queues_per_group; ++queue)
+            if (const int32_t port = qos_ports[group][queue]; port != no_port)
+                indexes.of[port] = {true, group, queue};
+    return indexes;
+}();
+
+bool carries_ebcom(int32_t iell_port)
+{
+    return iell_port >= 0 && iell_port <= highest_qos_port && port_indexes.of[iell_port].known;
+}
+
+uint32_t get_scheduler_idx(int32_t iell_port, uint8_t &scheduler_idx)
+{
+    if (!carries_ebcom(iell_port))
+        return report(HERE, KEL_RC_OUT_OF_RANGE, "iell_port");
+    scheduler_idx = port_indexes.of[iell_port].scheduler;
+    return KEL_RC_OK;
+}
+
+uint32_t get_queue_idx(int32_t iell_port, uint8_t &queue_idx)
+{
+    if (!carries_ebcom(iell_port))
+        return report(HERE, KEL_RC_OUT_OF_RANGE, "iell_port");
+    queue_idx = port_indexes.of[iell_port].queue;
+    return KEL_RC_OK;
+}
+
+// An IC port's place in the registry. Failures are reported in the name of the function that asks.
+struct port_place {
+    port_group *group;
+    queue_slot *slot;
+};
+
+uint32_t find_place(call_site site, int32_t iell_port, port_place &place)
+{
+    uint8_t scheduler_idx = 0;
+    uint8_t queue_idx = 0;
+    if (const uint32_t rc = get_scheduler_idx(iell_port, scheduler_idx))
+        return report(site, rc, "get_scheduler_idx");
+    if (const uint32_t rc = get_queue_idx(iell_port, queue_idx))
+        return report(site, rc, "get_queue_idx");
+    place.group = &port_groups[scheduler_idx];
+    place.slot = &place.group->queues[queue_idx];
+    return KEL_RC_OK;
+}
+
+// A null queue clears the port's slot.
+uint32_t store_queue_handle(int32_t iell_port, void *queue)
+{
+    port_place place;
+    if (const uint32_t rc = find_place(HERE, iell_port, place))
+        return rc;
+    place.slot->queue = queue;
+    return KEL_RC_OK;
+}
+
+// Either handle may come back null; that is not an error.
+uint32_t ebcom_qos_handles_get(int32_t iell_port, void *&scheduler, void *&queue)
+{
+    port_place place;
+    if (const uint32_t rc = find_place(HERE, iell_port, place))
+        return rc;
+    scheduler = place.group->scheduler;
+    queue = place.slot->queue;
+    return KEL_RC_OK;
+}
+
+int compare_mac(const void *left, const void *right)
+{
+    return memcmp(left, right, mac_size);
+}
+
+GSList *find_mac(GSList *destinations, const uint8_t *mac)
+{
+    return g_slist_find_custom(destinations, mac, compare_mac);
+}
+
+uint32_t store_dst_mac(const kel_ebcom_path_config &config, ork_ebcom_pcep_path &path)
+{
+    port_place place;
+    if (const uint32_t rc = find_place(HERE, config.iell_port, place))
+        return rc;
+    void *copy = malloc(mac_size);
+    if (!copy)
+        return report(HERE, KEL_RC_LIMIT, "malloc");
+    memcpy(copy, config.dst_mac, mac_size);
+    place.slot->destinations = g_slist_append(place.slot->destinations, copy);
+    path.queue_hdl = place.slot->queue;
+    return KEL_RC_OK;
+}
+
+// Takes the oldest of the equal ones and tells how many destinations of any MAC are left on the port.
+uint32_t remove_dst_mac(const kel_ebcom_path_config &config, guint &left)
+{
+    port_place place;
+    if (const uint32_t rc = find_place(HERE, config.iell_port, place))
+        return rc;
+    GSList *found = find_mac(place.slot->destinations, config.dst_mac);
+    if (!found)
+        return report(HERE, KEL_RC_NOT_FOUND, "dst_mac");
+    place.slot->destinations = g_slist_remove_link(place.slot->destinations, found);
+    free(found->data);
+    g_slist_free(found);
+    left = g_slist_length(place.slot->destinations);
+    return KEL_RC_OK;
+}
+
+// The first list that holds the MAC, by scheduler index, then queue index.
+uint32_t find_handles_by_dst_mac(const uint8_t *dst_mac, void *&scheduler, void *&queue)
+{
+    for (const port_group &group : port_groups) {
+        for (const queue_slot &slot : group.queues) {
+            if (!find_mac(slot.destinations, dst_mac))
+                continue;
+            scheduler = group.scheduler;
+            queue = slot.queue;
+            return KEL_RC_OK;
+        }
+    }
+    return report(HERE, KEL_RC_NOT_FOUND, "dst_mac");
+}
+
+// ---- Schedulers ----
+
+// What all twelve schedulers share; they differ in their parent only. The numbers are the driver kit's.
+ork_qos_scheduler_params scheduler_params(void *parent, uint16_t eth_dev_id)
+{
+    ork_qos_scheduler_params params;
+    memset(&params, 0, sizeof params); // the driver kit sees the padding, too
+    params.parent = parent;
+    params.shapingMode = 3;
+    params.schedulingMode = 11;
+    params.arbitrationMode = 7;
+    params.serviceQuantum = 3036;
+    params.rootId = 20;
+    params.vsiEthDevId = eth_dev_id;
+    return params;
+}
+
+void trace_scheduler_create(call_site site, const ork_qos_scheduler_params &params)
+{
+    const ork_qos_rate &peak = params.qosRates.peak;
+    const ork_qos_rate &sustain = params.qosRates.sr_mr_u.sustain;
+    TRACE_AT(site, API_CALL,
+             "ork_qos_scheduler_create(tsScriptId=%u, shapingMode=%u, schedulingMode=%u, arbitrationMode=%u, "
+             "serviceQuantum=%u, qosRates.peak.rate=%lu, qosRates.peak.bucketSize=%u, "
+             "qosRates.sr_mr_u.sustain.rate=%lu, sr_mr_u.sustain.bucketSize=%u, lengthCorrection=%u, "
+             "outputIdSelect=%u, bpDestIndex=%u, timeScale=%u)",
+             params.tsScriptId, params.shapingMode, params.schedulingMode, params.arbitrationMode,
+             params.serviceQuantum, peak.rate, peak.bucketSize, sustain.rate, sustain.bucketSize,
+             params.lengthCorrection, params.outputIdSelect, params.bpDestIndex, params.timeScale);
+    TRACE_AT(site, API_CALL, "ork_qos_scheduler_create(rootId=%u, orkRootParentLevel=%u, vsiEthDevId=%u)",
+             params.rootId, params.orkRootParentLevel, params.vsiEthDevId);
+}
+
+// The handle is written on success only.
+uint32_t create_scheduler(const ork_qos_scheduler_params &params, void *&scheduler)
+{
+    kel_attach_info attach{};
+    if (const uint32_t rc = attach_accelerator(HERE, attach))
+        return rc;
+    trace_scheduler_create(HERE, params);
+    void *created = nullptr;
+    if (const ork_rc rc = ork_qos_scheduler_create(attach.ork_handle, &params, 0, &created))
+        return report_ork(HERE, rc, "ork_qos_scheduler_create");
+    TRACE(INFO, "ork_qos_scheduler_create handle: %p", created);
+    scheduler = created;
+    return KEL_RC_OK;
+}
+
+uint32_t remove_scheduler(void *scheduler)
+{
+    kel_attach_info attach{};
+    if (const uint32_t rc = attach_accelerator(HERE, attach))
+        return rc;
+    TRACE(API_CALL, "ork_qos_scheduler_delete(scheduler_hdl=%p)", scheduler);
+    if (const ork_rc rc = ork_qos_scheduler_delete(attach.ork_handle, scheduler))
+        return report_ork(HERE, rc, "ork_qos_scheduler_delete");
+    return KEL_RC_OK;
+}
+
+// Removes the port's queue if it has one. A queue that cannot be removed is forgotten all the same.
+uint32_t release_queue(call_site site, int32_t iell_port)
+{
+    void *scheduler = nullptr;
+    void *queue = nullptr;
+    if (const uint32_t rc = ebcom_qos_handles_get(iell_port, scheduler, queue))
+        return report(site, rc, "ebcom_qos_handles_get");
+    if (!queue)
+        return KEL_RC_OK;
+    TRACE_AT(site, API_CALL, "kel_init_qos_queue_rem()");
+    if (const uint32_t rc = kel_init_qos_queue_rem(queue))
+        report(site, rc, "kel_init_qos_queue_rem");
+    if (const uint32_t rc = store_queue_handle(iell_port, nullptr))
+        return report(site, rc, "store_queue_handle");
+    return KEL_RC_OK;
+}
+
+// A scheduler that cannot be removed, a null one among them, is traced and forgotten.
+void release_scheduler(call_site site, void *scheduler)
+{
+    if (const uint32_t rc = remove_scheduler(scheduler))
+        report(site, rc, "remove_scheduler");
+}
+
+// ---- Shapers ----
+
+constexpr uint32_t queue_mode = 1;
+constexpr uint32_t queue_add_constant = 5;
+constexpr uint32_t unshaped_threshold = 20000;
+constexpr uint32_t threshold_unit_bits = 8; // thresholds are counted in blocks of 256 octets
+
+kel_init_qos_queue_params queue_params(const kel_ebcom_path_config &config)
+{
+    if (!config.shaping_enabled)
+        return {queue_mode, 0, unshaped_threshold << threshold_unit_bits, 0};
+    return {queue_mode, config.shaping_rate, config.buffer_threshold << threshold_unit_bits, config.burst_size};
+}
+
+// The rate and burst of the request are compared as they are, for an unshaped one, too: callers send zeros there.
+bool matches(const ork_qos_queue &queue, const kel_ebcom_path_config &config)
+{
+    const uint32_t shaping_mode = config.shaping_enabled ? ORK_QOS_QUEUE_SHAPED : ORK_QOS_QUEUE_UNSHAPED;
+    return queue.rate == config.shaping_rate && queue.bucketSize == config.burst_size &&
+           queue.shapingMode == shaping_mode;
+}
+
+uint32_t check_if_queue_params_has_changed(const kel_ebcom_path_config &config, void *queue)
+{
+    kel_attach_info attach{};
+    if (const uint32_t rc = attach_accelerator(HERE, attach))
+        return rc;
+    ork_qos_queue present{};
+    TRACE(API_CALL, "ork_qos_queue_get(%p)", queue);
+    if (const ork_rc rc = ork_qos_queue_get(attach.ork_handle, queue, &present))
+        return report_ork(HERE, rc, "ork_qos_queue_get");
+    TRACE(LAB, "Queue params: rate = %lu, bucketSize = %u, shapingMode = %u", present.rate, present.bucketSize,
+          present.shapingMode);
+    TRACE(LAB, "Config params: shaping_rate = %u, burst_size = %u, shaping_enabled = %u", config.shaping_rate,
+          config.burst_size, config.shaping_enabled);
+    if (!matches(present, config))
+        return report(HERE, KEL_RC_MISMATCH, "Requested config is different than applied on already created queue");
+    return KEL_RC_OK;
+}
+
+// Makes the port's queue under its group's scheduler.
+uint32_t create_queue(call_site site, const kel_ebcom_path_config &config, void *scheduler, void *&queue)
+{
+    const kel_init_qos_queue_params params = queue_params(config);
+    uint16_t eth_dev_id = 0;
+    if (const uint32_t rc = ebcom_event_device(site, eth_dev_id))
+        return rc;
+    TRACE_AT(site, API_CALL, "kel_init_qos_queue_add()");
+    if (const uint32_t rc = kel_init_qos_queue_add(&params, queue_add_constant, scheduler, eth_dev_id, &queue))
+        return report(site, rc, "kel_init_qos_queue_add");
+    return KEL_RC_OK;
+}
+
+// Removes a queue that could not be kept. Callers rely on it as it stands: it tries without limit, it tells success,
+// and the registry may go on naming the removed queue.
+uint32_t roll_back_queue(call_site site, void *queue)
+{
+    for (;;) {
+        TRACE_AT(site, API_CALL, "kel_init_qos_queue_rem()");
+        const uint32_t rc = kel_init_qos_queue_rem(queue);
+        if (!rc)
+            return KEL_RC_OK;
+        report(site, rc, "kel_init_qos_queue_rem");
+    }
+}
+
+} // namespace
+
+// ---- Exported: look-ups ----
+
+extern "C" uint32_t kel_ic_ebcom_queue_handle_get(const uint8_t *dst_mac, void **queue_handle)
+{
+    TRACE_FUNCTION();
+
+    void *scheduler = nullptr;
+    if (const uint32_t rc = find_handles_by_dst_mac(dst_mac, scheduler, *queue_handle))
+        return report(HERE, rc, "find_handles_by_dst_mac");
+    return KEL_RC_OK;
+}
+
+extern "C" uint32_t kel_ic_ebcom_scheduler_handle_get(const uint8_t *dst_mac, void **scheduler_handle)
+{
+    TRACE_FUNCTION();
+
+    void *queue = nullptr;
+    if (const uint32_t rc = find_handles_by_dst_mac(dst_mac, *scheduler_handle, queue))
+        return report(HERE, rc, "find_handles_by_dst_mac");
+    return KEL_RC_OK;
+}
+
+// ---- Exported: the scheduler tree ----
+
+extern "C" uint32_t kel_ic_ebcom_init_qos()
+{
+    TRACE_FUNCTION();
+
+    uint16_t eth_dev_id = 0;
+    if (const uint32_t rc = ebcom_event_device(HERE, eth_dev_id))
+        return rc;
+
+    for (size_t level = 1; level <= level_count; ++level) {
+        // Slot 0 stays null: the first level has no parent.
+        const ork_qos_scheduler_params params = scheduler_params(level_schedulers[level - 1], eth_dev_id);
+        if (const uint32_t rc = create_scheduler(params, level_schedulers[level]))
+            return report(HERE, rc, "create_scheduler");
+    }
+
+    const ork_qos_scheduler_params params = scheduler_params(level_schedulers[level_count], eth_dev_id);
+    for (port_group &group : port_groups) {
+        if (const uint32_t rc = create_scheduler(params, group.scheduler))
+            return report(HERE, rc, "create_scheduler");
+    }
+    return KEL_RC_OK;
+}
+
+extern "C" uint32_t kel_ic_ebcom_deinit_qos()
+{
+    TRACE_FUNCTION();
+
+    for (size_t group = group_count; group-- > 0;) {
+        for (const int32_t iell_port : qos_ports[group]) {
+            if (iell_port == no_port)
+                continue;
+            if (const uint32_t rc = release_queue(HERE, iell_port))
+                return rc;
+        }
+    }
+
+    for (port_group &group : port_groups) {
+        for (queue_slot &slot : group.queues)
+            g_slist_free_full(slot.destinations, free);
+        release_scheduler(HERE, group.scheduler);
+    }
+    for (size_t level = level_count; level > 0; --level)
+        release_scheduler(HERE, level_schedulers[level]);
+
+    memset(port_groups, 0, sizeof port_groups);
+    memset(level_schedulers, 0, sizeof level_schedulers);
+    return KEL_RC_OK;
+}
+
+// ---- Exported: shapers ----
+
+extern "C" uint32_t kel_ic_ebcom_add_shaper(const kel_ebcom_path_config *config, ork_ebcom_pcep_path *path)
+{
+    TRACE_FUNCTION();
+
+    void *scheduler = nullptr;
+    void *queue = nullptr;
+    if (const uint32_t rc = ebcom_qos_handles_get(config->iell_port, scheduler, queue))
+        return report(HERE, rc, "ebcom_qos_handles_get");
+
+    if (queue) {
+        if (const uint32_t rc = check_if_queue_params_has_changed(*config, queue))
+            return report(HERE, rc, "check_if_queue_params_has_changed");
+        if (const uint32_t rc = store_dst_mac(*config, *path))
+            return report(HERE, rc, "store_dst_mac");
+        return KEL_RC_OK;
+    }
+
+    if (const uint32_t rc = create_queue(HERE, *config, scheduler, queue))
+        return rc;
+    if (const uint32_t rc = store_queue_handle(config->iell_port, queue)) {
+        report(HERE, rc, "store_queue_handle");
+        return roll_back_queue(HERE, queue);
+    }
+    if (const uint32_t rc = store_dst_mac(*config, *path)) {
+        report(HERE, rc, "store_dst_mac");
+        return roll_back_queue(HERE, queue);
+    }
+    return KEL_RC_OK;
+}
+
+extern "C" uint32_t kel_ic_ebcom_remove_shaper(const kel_ebcom_path_config *config, ork_ebcom_pcep_path *)
+{
+    TRACE_FUNCTION();
+
+    guint left = 0;
+    if (const uint32_t rc = remove_dst_mac(*config, left))
+        return report(HERE, rc, "remove_dst_mac");
+    if (static_cast<uint16_t>(left) != 0) // 65,536 count as none, a limit that is relied upon
+        return KEL_RC_OK;
+
+    void *scheduler = nullptr;
+    void *queue = nullptr;
+    if (const uint32_t rc = ebcom_qos_handles_get(config->iell_port, scheduler, queue))
+        return report(HERE, rc, "ebcom_qos_handles_get");
+    TRACE(API_CALL, "kel_init_qos_queue_rem()");
+    if (const uint32_t rc = kel_init_qos_queue_rem(queue)) // the port keeps its queue
+        return report(HERE, rc, "kel_init_qos_queue_rem");
+    if (const uint32_t rc = store_queue_handle(config->iell_port, nullptr))
+        return report(HERE, rc, "store_queue_handle");
+    return KEL_RC_OK;
+}

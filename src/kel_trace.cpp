@@ -1,0 +1,52 @@
+// The message formatter behind every trace record, and the fatal path. Nothing here traces.
+#include "kel/kel_trace.h"
+#include "platform/qol_ng.h"
+
+#include <algorithm>
+#include <cstdio>
+
+namespace
+{
+
+constexpr int prefix_limit = 256; // with the terminator
+
+// Reused by every message of its thread and never cleared: a message with neither prefix nor body shows the one before.
+thread_local char message[1024];
+
+} // namespace
+
+extern "C" char *kel_trace_internal_vformat_str(const char *prefix_format, const char *prefix_arg,
+                                                const char *body_format, va_list values)
+{
+    int prefix_length = 0;
+    if (prefix_arg)
+        prefix_length = std::clamp(snprintf(message, prefix_limit, prefix_format, prefix_arg), 0, prefix_limit - 1);
+    if (body_format)
+        vsnprintf(message + prefix_length, sizeof message - static_cast<size_t>(prefix_length), body_format, values);
+    return message;
+}
+
+extern "C" char *kel_trace_internal_format_str(const char *prefix_format, const char *prefix_arg,
+                                               const char *body_format, ...)
+{
+    va_list values;
+    va_start(values, body_format);
+    char *text = kel_trace_internal_vformat_str(prefix_format, prefix_arg, body_format, values);
+    va_end(values);
+    return text;
+}
+
+extern "C" void kel_tracepoint()
+{
+}
+
+extern "C" void kel_abort_internal_abort(uint32_t line, const char *file, const char *reason_format, ...)
+{
+    char reason[128] = {};
+    va_list values;
+    va_start(values, reason_format);
+    vsnprintf(reason, sizeof reason, reason_format, values);
+    va_end(values);
+    // The restart service decides what becomes of the node; the caller carries on.
+    qol_ng_restart_request_line_and_file(line, file, 1, reason, 0, nullptr);
+}

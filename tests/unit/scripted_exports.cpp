@@ -1,0 +1,60 @@
+// Exported operations of the library under test that its other operations call, and that a test must be able to make
+// fail though they never fail by themselves. Unless a test said otherwise, the library's own do the work.
+#include "kel/kel_core_ic_ebcom.h"
+#include "kel/kel_core_ic_pcep.h"
+#include "script.h"
+#include "scripted_platform.h"
+
+#include <dlfcn.h>
+
+#include <mutex>
+#include <optional>
+
+using scripted::next_result;
+
+namespace
+{
+
+struct real_functions {
+    decltype(&kel_ic_pcep_get_location_and_type_from_branch) classify;
+    decltype(&kel_ic_ebcom_deinit_qos) deinit_qos;
+} real;
+
+std::optional<uint32_t> chosen_location;
+
+template <typename Function> void find_real(const char *name, Function &function)
+{
+    function = reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
+}
+
+[[gnu::constructor]] void find_real_functions()
+{
+    find_real("kel_ic_pcep_get_location_and_type_from_branch", real.classify);
+    find_real("kel_ic_ebcom_deinit_qos", real.deinit_qos);
+}
+
+} // namespace
+
+void scripted::classify_as(uint32_t location)
+{
+    chosen_location = location;
+}
+
+extern "C" uint32_t kel_ic_pcep_get_location_and_type_from_branch(const uint8_t *mac, uint32_t *location,
+                                                                  uint32_t *type)
+{
+    if (const auto rc = next_result(__func__))
+        return static_cast<uint32_t>(*rc);
+    if (!chosen_location)
+        return real.classify(mac, location, type);
+    *location = *chosen_location;
+    *type = 0x7E57; // a type that no location has
+    return 0;
+}
+
+extern "C" uint32_t kel_ic_ebcom_deinit_qos()
+{
+    if (const auto rc = next_result(__func__))
+        return static_cast<uint32_t>(*rc);
+    return real.deinit_qos();
+}
