@@ -1,0 +1,52 @@
+// Running steps up and down.
+#include "kelctl/bring_up.h"
+
+#include <utility>
+
+namespace kelctl
+{
+
+bring_up::bring_up(std::vector<step> steps, trace_log &log) : steps_(std::move(steps)), log_(log)
+{
+}
+
+bring_up::~bring_up()
+{
+    down();
+}
+
+std::optional<failure> bring_up::up(const step_listener &on_made)
+{
+    while (made_ < steps_.size()) {
+        if (auto failed = run(steps_[made_].make)) {
+            failed_ = true;
+            return failed;
+        }
+        on_made(steps_.size() - ++made_);
+    }
+    return std::nullopt;
+}
+
+take_down bring_up::down()
+{
+    take_down done;
+    if (std::exchange(failed_, false) && steps_[made_].failure_leaves_something)
+        done.refused_leftover = run(steps_[made_].undo);
+    while (made_ > 0)
+        if (auto failed = run(steps_[--made_].undo))
+            done.failures.push_back(std::move(*failed));
+    return done;
+}
+
+std::optional<failure> bring_up::run(const operation &operation)
+{
+    if (!operation.call)
+        return std::nullopt;
+    log_.start_operation();
+    const uint32_t code = operation.call();
+    if (code == 0)
+        return std::nullopt;
+    return failure{operation.text(), code, log_.operation_records()};
+}
+
+} // namespace kelctl

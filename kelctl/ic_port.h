@@ -1,0 +1,30 @@
+// IC ports: their names, and which of them carry EBCOM.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kelctl
+{
+
+// Told to people who named a port that cannot be used.
+inline constexpr std::string_view ports_with_ebcom =
+    "0, RLU1P to RLU1W, RLU2P to RLU2W, RLU3P to RLU3W, RLU4P to RLU4W";
+
+// The port of that branch name, in either case.
+std::optional<int32_t> port_by_name(std::string_view name);
+
+// Whether a number, whatever its size, is that of a port.
+bool is_port(int64_t number);
+
+bool carries_ebcom(int32_t port);
+
+// "RLU1P (6)"
+std::string port_text(int32_t port);
+
+// The unit whose ports share a scheduler: "RLU1"; "NONE" for port 0.
+std::string port_group(int32_t port);
+
+} // namespace kelctl

@@ -1,0 +1,111 @@
+// Reading, writing and counting addresses; the location is the library's answer.
+#include "kelctl/mac_address.h"
+
+#include "kel/kel_core_ic_pcep.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+namespace kelctl
+{
+namespace
+{
+
+struct notation {
+    char separator;
+    size_t digits; // of each group
+};
+constexpr notation notations[] = {{':', 2}, {'-', 2}, {'.', 4}};
+constexpr size_t all_digits = 12;
+constexpr uint32_t last_low_part = 0xFF'FFFF;
+
+// 0 to 15, or -1
+int digit_value(char c)
+{
+    if (c >= '0' && c <= '9')
+        return c - '0';
+    if (c >= 'a' && c <= 'f')
+        return c - 'a' + 10;
+    if (c >= 'A' && c <= 'F')
+        return c - 'A' + 10;
+    return -1;
+}
+
+std::optional<mac_address> parse_as(std::string_view text, notation form)
+{
+    if (text.size() != all_digits + all_digits / form.digits - 1)
+        return std::nullopt;
+    mac_address mac;
+    size_t digits = 0;
+    for (size_t i = 0; i < text.size(); ++i) {
+        if (i % (form.digits + 1) == form.digits) {
+            if (text[i] != form.separator)
+                return std::nullopt;
+            continue;
+        }
+        const int value = digit_value(text[i]);
+        if (value < 0)
+            return std::nullopt;
+        uint8_t &octet = mac.octets[digits++ / 2];
+        octet = static_cast<uint8_t>(octet << 4 | value);
+    }
+    return mac;
+}
+
+uint32_t low_part(const mac_address &mac)
+{
+    return static_cast<uint32_t>(mac.octets[3] << 16 | mac.octets[4] << 8 | mac.octets[5]);
+}
+
+} // namespace
+
+mac_address mac_address_at(const uint8_t *octets)
+{
+    mac_address mac;
+    std::copy_n(octets, mac.octets.size(), mac.octets.begin());
+    return mac;
+}
+
+std::optional<mac_address> parse_mac_address(std::string_view text)
+{
+    for (const notation form : notations)
+        if (const auto mac = parse_as(text, form))
+            return mac;
+    return std::nullopt;
+}
+
+std::string to_text(const mac_address &mac)
+{
+    return fmt::format("{:02x}", fmt::join(mac.octets, ":"));
+}
+
+bool is_station(const mac_address &mac)
+{
+    return (mac.octets[0] & 1) == 0 && mac != mac_address{};
+}
+
+uint32_t addresses_after(const mac_address &mac)
+{
+    return last_low_part - low_part(mac);
+}
+
+mac_address counted_up(const mac_address &mac, uint32_t by)
+{
+    const uint32_t low = low_part(mac) + by;
+    mac_address result = mac;
+    result.octets[3] = static_cast<uint8_t>(low >> 16);
+    result.octets[4] = static_cast<uint8_t>(low >> 8);
+    result.octets[5] = static_cast<uint8_t>(low);
+    return result;
+}
+
+uint32_t location_of(const mac_address &mac)
+{
+    uint32_t location = 0;
+    uint32_t type = 0;
+    kel_ic_pcep_get_location_and_type_from_branch(mac.octets.data(), &location, &type);
+    return location;
+}
+
+} // namespace kelctl

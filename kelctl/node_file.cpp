@@ -1,0 +1,221 @@
+// The schema of node files: tables, keys, ranges. Values are fetched through table_reader.
+#include "kelctl/node_file.h"
+
+#include "kelctl/ic_port.h"
+#include "kelctl/table_reader.h"
+#include "kelctl/text.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+
+namespace kelctl
+{
+namespace
+{
+
+constexpr size_t largest_file = size_t{16} * 1024 * 1024;
+
+// The parser bounds how deep values nest, but not how many dots a key has, and a document is taken apart recursively.
+constexpr size_t most_dots_in_a_line = 128;
+
+constexpr std::string_view document_keys[] = {"node", "ebcom", "path"};
+constexpr std::string_view node_keys[] = {"mpid"};
+constexpr std::string_view ebcom_keys[] = {"ic_port_mtu", "ether_type", "settings"};
+constexpr std::string_view path_keys[] = {"dst_mac", "port", "shaping", "count"};
+constexpr std::string_view shaping_keys[] = {"rate", "burst", "threshold"};
+
+constexpr range mpid_range = {1, 255, "1 to 255"};
+constexpr range mtu_range = {68, 65535, "68 to 65535 octets"};
+constexpr range ether_type_range = {0x0600, 0xFFFF, "0x0600 to 0xFFFF"};
+constexpr range setting_range = {0, 15, "0 to 15"};
+constexpr range rate_range = {1, 4'294'967'295, "1 to 4294967295 kbit/s"};
+constexpr range burst_range = {1, 1'048'575, "1 to 1048575 octets"};
+constexpr range threshold_range = {256, 4'294'967'040, "256 to 4294967040 octets"};
+constexpr range count_range = {1, 100'000, "1 to 100000"};
+
+mac_address read_dst_mac(const table_reader &path)
+{
+    const auto text = path.text("dst_mac");
+    if (!text)
+        return {};
+    const auto mac = parse_mac_address(*text);
+    if (!mac)
+        path.note(path.at("dst_mac"),
+                  fmt::format("dst_mac: {} is not a MAC address such as 02:00:00:02:00:01", quoted(*text)));
+    else if (!is_station(*mac))
+        path.note(path.at("dst_mac"),
+                  fmt::format("dst_mac: {} is not the address of one station, as a path needs it", to_text(*mac)));
+    return mac.value_or(mac_address{});
+}
+
+// The port's number, whether it carries EBCOM or not.
+std::optional<int32_t> any_port(const table_reader &path, const toml::node &node)
+{
+    const position at = position_of(node.source());
+    if (const auto *number = node.as_integer()) {
+        if (is_port(number->get()))
+            return static_cast<int32_t>(number->get());
+        path.note(at, fmt::format("port: there is no port {}", number->get()));
+    } else if (const auto *name = node.as_string()) {
+        if (const auto port = port_by_name(name->get()))
+            return port;
+        path.note(at, fmt::format("port: there is no port {}", quoted(name->get())));
+    } else {
+        path.note(at, "port: expected the name or the number of a port");
+    }
+    return std::nullopt;
+}
+
+int32_t read_port(const table_reader &path)
+{
+    const toml::node *node = path.required("port");
+    const auto port = node ? any_port(path, *node) : std::nullopt;
+    if (port && !carries_ebcom(*port))
+        path.note(path.at("port"),
+                  fmt::format("port: {} does not carry EBCOM; these do: {}", port_text(*port), ports_with_ebcom));
+    return port.value_or(0);
+}
+
+std::optional<shaping> read_shaping(const table_reader &path)
+{
+    if (!path.has("shaping"))
+        return std::nullopt;
+    const auto table = path.table("shaping");
+    if (!table)
+        return std::nullopt;
+    table->allow_only(shaping_keys);
+    const shaping read = {.rate = table->quantity("rate", rate_units, rate_range),
+                          .burst = table->quantity("burst", size_units, burst_range),
+                          .threshold = table->quantity("threshold", size_units, threshold_range)};
+    if (read.threshold % threshold_block != 0)
+        table->note(table->at("threshold"), fmt::format("threshold: {} octets are not a multiple of {} octets",
+                                                        read.threshold, threshold_block));
+    return read;
+}
+
+uint32_t read_count(const table_reader &path, const mac_address &first)
+{
+    if (!path.has("count"))
+        return 1;
+    const uint32_t count = path.number("count", count_range);
+    if (count - 1 > addresses_after(first))
+        path.note(path.at("count"), fmt::format("count: only {} more addresses follow {} in its last three octets",
+                                                addresses_after(first), to_text(first)));
+    return count;
+}
+
+path_entry read_path(const table_reader &path)
+{
+    path.allow_only(path_keys);
+    path_entry entry;
+    entry.dst_mac = read_dst_mac(path);
+    entry.port = read_port(path);
+    entry.shaping = read_shaping(path);
+    entry.count = read_count(path, entry.dst_mac);
+    entry.at = path.at();
+    entry.port_at = path.at("port");
+    entry.shaping_at = path.at("shaping");
+    entry.count_at = path.at("count");
+    return entry;
+}
+
+ebcom_parameters read_ebcom(const table_reader &ebcom)
+{
+    ebcom.allow_only(ebcom_keys);
+    const auto settings = ebcom.numbers("settings", 2, setting_range);
+    return {.ic_port_mtu = static_cast<uint16_t>(ebcom.number("ic_port_mtu", mtu_range)),
+            .ether_type = static_cast<uint16_t>(ebcom.number("ether_type", ether_type_range)),
+            .settings = {static_cast<uint8_t>(settings[0]), static_cast<uint8_t>(settings[1])}};
+}
+
+std::optional<uint8_t> read_mpid(const table_reader &node)
+{
+    node.allow_only(node_keys);
+    if (!node.has("mpid"))
+        return std::nullopt;
+    return static_cast<uint8_t>(node.number("mpid", mpid_range));
+}
+
+void read_document(const table_reader &document, node_file_read &read)
+{
+    document.allow_only(document_keys);
+    if (document.has("node"))
+        if (const auto node = document.table("node"))
+            read.node.mpid = read_mpid(*node);
+    if (const auto ebcom = document.table("ebcom"))
+        read.node.ebcom = read_ebcom(*ebcom);
+    for (const table_reader &path : document.tables("path")) {
+        const size_t problems_before = read.problems.size();
+        path_entry entry = read_path(path);
+        if (read.problems.size() == problems_before)
+            read.node.paths.push_back(entry);
+    }
+}
+
+// The parser names the setting that a document exceeds, which says nothing to the file's author.
+std::string parser_message(std::string_view description)
+{
+    return printable(description.substr(0, description.find(" (TOML_")));
+}
+
+// The first place that must not reach the parser, if there is one.
+std::optional<problem> hostile_line(std::string_view text)
+{
+    uint32_t line = 1;
+    size_t dots = 0;
+    for (const char c : text) {
+        if (c == '.' && ++dots > most_dots_in_a_line)
+            return problem{{line, 1}, fmt::format("the line has more than {} dots", most_dots_in_a_line)};
+        if (c != '\n')
+            continue;
+        ++line;
+        dots = 0;
+    }
+    return std::nullopt;
+}
+
+// The file's text, or why there is none. Never reads more than the largest file, however long a device goes on.
+std::string read_text(const std::string &file, problem_list &problems)
+{
+    const std::unique_ptr<std::FILE, int (*)(std::FILE *)> stream(std::fopen(file.c_str(), "rb"), std::fclose);
+    std::string text(stream ? largest_file + 1 : 0, '\0');
+    if (stream)
+        text.resize(std::fread(text.data(), 1, text.size(), stream.get()));
+    if (!stream || std::ferror(stream.get()))
+        problems.push_back({{}, fmt::format("cannot be read: {}", std::strerror(errno))});
+    else if (text.size() > largest_file)
+        problems.push_back({{}, fmt::format("is larger than {}", quantity_text(largest_file, size_units))});
+    return text;
+}
+
+} // namespace
+
+node_file_read read_node_file(const std::string &file)
+{
+    problem_list problems;
+    const std::string text = read_text(file, problems);
+    return problems.empty() ? parse_node_file(text) : node_file_read{{}, std::move(problems)};
+}
+
+node_file_read parse_node_file(std::string_view text)
+{
+    node_file_read read;
+    if (auto hostile = hostile_line(text)) {
+        read.problems.push_back(std::move(*hostile));
+        return read;
+    }
+    try {
+        const toml::table document = toml::parse(text);
+        read_document(table_reader(document, "", read.problems), read);
+    } catch (const toml::parse_error &error) {
+        read.problems.push_back({position_of(error.source()), parser_message(error.description())});
+    }
+    return read;
+}
+
+} // namespace kelctl

@@ -1,0 +1,32 @@
+// What stands on the node, as text of 80 columns. Renders what it is given; asks nobody.
+#pragma once
+
+#include "kel/kel_core_ic_ebcom.h"
+#include "kelctl/snapshot.h"
+#include "kelctl/terminal.h"
+
+#include <map>
+#include <set>
+#include <string>
+
+namespace kelctl
+{
+
+// What the snapshot cannot tell: which port a queue serves, and which destinations were asked for on which port.
+struct port_knowledge {
+    std::map<handle, int32_t> port_of_queue;
+    std::map<int32_t, std::set<mac_address>> destinations;
+};
+
+// Interface, parameters, capabilities, timestamp offset and how much there is, one line each. Several of the paths
+// that were added may lead to one destination.
+std::string service_view(const snapshot &node, const kel_ebcom_capabilities &capabilities, size_t added_paths,
+                         const painter &paint);
+
+// The scheduler tree with the queues and, under each queue, its destinations.
+std::string tree_view(const snapshot &node, const port_knowledge &ports, const painter &paint);
+
+// "12 schedulers, 1 path" of what is there; empty for an empty node.
+std::string contents_text(const snapshot &node);
+
+} // namespace kelctl

@@ -1,0 +1,24 @@
+// What is wrong with a node file, and where.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace kelctl
+{
+
+// Both count from 1; columns count characters.
+struct position {
+    uint32_t line = 1;
+    uint32_t column = 1;
+};
+
+struct problem {
+    position at;
+    std::string message;
+};
+
+using problem_list = std::vector<problem>;
+
+} // namespace kelctl

@@ -1,0 +1,31 @@
+// How far a long job is: one line drawn over and over on a terminal, a line for every tenth of the job elsewhere.
+#pragma once
+
+#include <cstddef>
+#include <cstdio>
+#include <string>
+
+namespace kelctl
+{
+
+class progress
+{
+public:
+    // Short jobs show nothing. `redrawn` is for a terminal that nothing else writes to meanwhile.
+    progress(std::string what, size_t total, std::FILE *stream, bool redrawn);
+
+    // Call it for every number from 1 to the total.
+    void show(size_t done);
+
+    // Leaves the line that is being drawn over, if there is one. For a job that ends early.
+    void leave_line();
+
+private:
+    std::string what_;
+    size_t total_;
+    std::FILE *stream_;
+    bool redrawn_;
+    bool in_line_ = false;
+};
+
+} // namespace kelctl

@@ -1,0 +1,58 @@
+// The library's trace records, heard in this process: kept per operation for a failure report, and printed live.
+#pragma once
+
+#include "trace/tap.h"
+
+#include <cstdio>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace kelctl
+{
+
+struct trace_entry {
+    std::string event;
+    std::string domain;
+    std::string message;
+    std::string location;
+};
+
+// One line, without its end.
+std::string to_text(const trace_entry &entry);
+
+// Listens from its construction to its destruction; one at a time. Records arrive on the threads that fire them.
+class trace_log
+{
+public:
+    // `live` is where every record is printed as it is fired, or null.
+    explicit trace_log(std::FILE *live);
+    ~trace_log();
+    trace_log(const trace_log &) = delete;
+    trace_log &operator=(const trace_log &) = delete;
+
+    // Whether there is a tracer on this machine. Without one there are no records.
+    bool installed() const;
+
+    // From here on the calling thread's records are those of a new operation.
+    void start_operation();
+
+    // The records of the operation so far.
+    std::vector<trace_entry> operation_records();
+
+    // The failures that other threads told of, since the beginning. At most 100 are kept.
+    std::vector<trace_entry> background_failures();
+
+private:
+    void take(const trace::record &record);
+
+    std::FILE *const live_;
+    std::mutex mutex_; // guards what follows, and the order of lines on live_
+    std::thread::id operation_thread_ = std::this_thread::get_id();
+    std::vector<trace_entry> operation_;
+    std::vector<trace_entry> background_;
+    bool installed_ = false;
+};
+
+} // namespace kelctl

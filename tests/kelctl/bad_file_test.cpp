@@ -1,0 +1,210 @@
+// Every kind of wrong node file, with the exact place and message. Nothing may have been started.
+#include "program.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <ostream>
+
+namespace
+{
+
+struct bad_file {
+    const char *name;
+    std::string text;
+    std::vector<std::string> problems; // without the file's name
+};
+
+void PrintTo(const bad_file &file, std::ostream *out)
+{
+    *out << file.name;
+}
+
+// Line 5 and following, after the parameters.
+std::string after_ebcom(const std::string &text)
+{
+    return ebcom_table + text;
+}
+
+// A path whose fields start in line 6.
+std::string path_with(const std::string &fields)
+{
+    return after_ebcom("[[path]]\n" + fields);
+}
+
+// The same with an address in line 6 and a port in line 7.
+std::string good_path_with(const std::string &fields)
+{
+    return path_with("dst_mac = \"02:00:00:02:00:01\"\nport = \"RLU1P\"\n" + fields);
+}
+
+const std::string ports = "these do: 0, RLU1P to RLU1W, RLU2P to RLU2W, RLU3P to RLU3W, RLU4P to RLU4W";
+
+const bad_file bad_files[] = {
+    {"EmptyFile", "", {"1:1: [ebcom] is missing"}},
+    {"SyntaxError",
+     "[ebcom]\nic_port_mtu = \n",
+     {"2:15: Error while parsing key-value pair: expected value, saw '\\n'"}},
+    {"NotUtf8", "[ebcom]\n# \xff\n", {"2:2: Encountered invalid utf-8 sequence"}},
+    {"NestedTooDeep",
+     "a = " + std::string(100'000, '['),
+     {"1:37: Error while parsing value: exceeded maximum nested value depth of 32"}},
+    {"TooManyDots", "\n\na" + std::string(1000, '.') + "a = 1\n", {"3:1: the line has more than 128 dots"}},
+    {"UnknownTable",
+     after_ebcom("[ebcon]\n[[paths]]\n[nod]\n"),
+     {"5:2: unknown table \"ebcon\"; did you mean \"ebcom\"?", "6:3: unknown key \"paths\"; did you mean \"path\"?",
+      "7:2: unknown table \"nod\"; did you mean \"node\"?"}},
+    {"UnknownKey",
+     after_ebcom("ethertype = 1\ncolour = 2\n"),
+     {"5:1: unknown key \"ethertype\" in [ebcom]; did you mean \"ether_type\"?",
+      "6:1: unknown key \"colour\" in [ebcom]"}},
+    {"UnknownKeyInPath",
+     good_path_with("  counts = 3\n"),
+     {"8:3: unknown key \"counts\" in [[path]]; did you mean \"count\"?"}},
+    {"UnknownKeyInShaping",
+     good_path_with("shaping = { rate = 1, burts = 2, burst = 2, threshold = 256 }\n"),
+     {"8:23: unknown key \"burts\" in shaping; did you mean \"burst\"?"}},
+    {"KeyWithControlCharacters", after_ebcom("\"a\\u001b[31m\" = 1\n"), {"5:1: unknown key \"a?[31m\" in [ebcom]"}},
+    {"MissingParameters",
+     "\n[ebcom]\n",
+     {"2:1: [ebcom]: settings is missing", "2:1: [ebcom]: ic_port_mtu is missing",
+      "2:1: [ebcom]: ether_type is missing"}},
+    {"MissingPathKeys",
+     after_ebcom("\n[[path]]\n"),
+     {"6:1: [[path]]: dst_mac is missing", "6:1: [[path]]: port is missing"}},
+    {"MissingShapingKeys",
+     good_path_with("shaping = { rate = 1 }\n"),
+     {"8:11: shaping: burst is missing", "8:11: shaping: threshold is missing"}},
+    {"WrongTypes",
+     "node = 1\npath = 2\n[ebcom]\nic_port_mtu = \"1500\"\nether_type = 1.5\nsettings = 3\n",
+     {"1:8: node: expected a table, not a whole number", "2:8: path: write [[path]], once for each path",
+      "4:15: ic_port_mtu: expected a whole number, not a text",
+      "5:14: ether_type: expected a whole number, not a fraction",
+      "6:12: settings: expected an array of 2 whole numbers"}},
+    {"WrongTypesInPath",
+     path_with("dst_mac = 5\nport = true\nshaping = 100\ncount = []\n"),
+     {"6:11: dst_mac: expected a text, not a whole number", "7:8: port: expected the name or the number of a port",
+      "8:11: shaping: expected a table, not a whole number", "9:9: count: expected a whole number, not an array"}},
+    {"PathIsOneTable", after_ebcom("[path]\nport = 6\n"), {"5:1: path: write [[path]], once for each path"}},
+    {"PathsAreNoTables", "path = [1]\n" + ebcom_table, {"1:9: path: expected a table, not a whole number"}},
+    {"TooManySettings",
+     "[ebcom]\nic_port_mtu = 1500\nether_type = 0x88B5\nsettings = [1, 2, 3]\n",
+     {"4:12: settings: expected an array of 2 whole numbers"}},
+    {"ParametersOutOfRange",
+     "[node]\nmpid = 256\n[ebcom]\nic_port_mtu = 67\nether_type = 0x5FF\nsettings = [16, -1]\n",
+     {"2:8: mpid: 256 is not in 1 to 255", "4:15: ic_port_mtu: 67 is not in 68 to 65535 octets",
+      "5:14: ether_type: 1535 is not in 0x0600 to 0xFFFF", "6:13: settings: 16 is not in 0 to 15",
+      "6:17: settings: -1 is not in 0 to 15"}},
+    {"ParametersAboveTheirRange",
+     "[node]\nmpid = 0\n[ebcom]\nic_port_mtu = 65536\nether_type = 0x10000\nsettings = [9223372036854775807, 0]\n",
+     {"2:8: mpid: 0 is not in 1 to 255", "4:15: ic_port_mtu: 65536 is not in 68 to 65535 octets",
+      "5:14: ether_type: 65536 is not in 0x0600 to 0xFFFF", "6:13: settings: 9223372036854775807 is not in 0 to 15"}},
+    {"ShapingOutOfRange",
+     good_path_with("shaping = { rate = 0, burst = \"1 MiB\", threshold = 0 }\n"),
+     {"8:20: rate: 0 is not in 1 to 4294967295 kbit/s", "8:31: burst: \"1 MiB\" is not in 1 to 1048575 octets",
+      "8:52: threshold: 0 is not in 256 to 4294967040 octets"}},
+    {"ShapingFarOutOfRange",
+     good_path_with("shaping = { rate = \"99999999999999999999 Gbit/s\", burst = -1, threshold = 4294967296 }\n"),
+     {"8:20: rate: \"99999999999999999999 Gbit/s\" is not in 1 to 4294967295 kbit/s",
+      "8:59: burst: -1 is not in 1 to 1048575 octets",
+      "8:75: threshold: 4294967296 is not in 256 to 4294967040 octets"}},
+    {"BadUnits",
+     good_path_with("shaping = { rate = \"100 MBit\", burst = \"64\", threshold = \"1 GiB\" }\n"),
+     {"8:20: rate: \"100 MBit\" is not a whole number with one of the units kbit/s, Mbit/s or Gbit/s",
+      "8:40: burst: \"64\" is not a whole number with one of the units octets, KiB or MiB",
+      "8:58: threshold: \"1 GiB\" is not a whole number with one of the units octets, KiB or MiB"}},
+    {"ThresholdInPartsOfABlock",
+     good_path_with("shaping = { rate = 1, burst = 1, threshold = 1000 }\n"),
+     {"8:46: threshold: 1000 octets are not a multiple of 256 octets"}},
+    {"CountOutOfRange",
+     good_path_with("count = 0\n") + "[[path]]\ndst_mac = \"02:00:00:02:00:01\"\nport = 7\ncount = 100001\n",
+     {"8:9: count: 0 is not in 1 to 100000", "12:9: count: 100001 is not in 1 to 100000"}},
+    {"CountPastTheLastAddress",
+     path_with("dst_mac = \"02:00:00:ff:ff:fe\"\nport = 6\ncount = 3\n"),
+     {"8:9: count: only 1 more addresses follow 02:00:00:ff:ff:fe in its last three octets"}},
+    {"MalformedMac",
+     path_with("dst_mac = \"02:00:00:02:00\"\nport = 6\n"),
+     {"6:11: dst_mac: \"02:00:00:02:00\" is not a MAC address such as 02:00:00:02:00:01"}},
+    {"MulticastMac",
+     path_with("dst_mac = \"01:00:5e:00:00:01\"\nport = 6\n"),
+     {"6:11: dst_mac: 01:00:5e:00:00:01 is not the address of one station, as a path needs it"}},
+    {"NobodysMac",
+     path_with("dst_mac = \"0000.0000.0000\"\nport = 6\n"),
+     {"6:11: dst_mac: 00:00:00:00:00:00 is not the address of one station, as a path needs it"}},
+    {"UnknownPortName",
+     path_with("dst_mac = \"02:00:00:02:00:01\"\nport = \"RLU5P\"\n"),
+     {"7:8: port: there is no port \"RLU5P\""}},
+    {"UnknownPortNumber",
+     path_with("dst_mac = \"02:00:00:02:00:01\"\nport = 51\n"),
+     {"7:8: port: there is no port 51"}},
+    {"PortWithoutEbcomByName",
+     path_with("dst_mac = \"02:00:00:02:00:01\"\nport = \"debug\"\n"),
+     {"7:8: port: DEBUG (14) does not carry EBCOM; " + ports}},
+    {"PortWithoutEbcomByNumber",
+     path_with("dst_mac = \"02:00:00:02:00:01\"\nport = 43\n"),
+     {"7:8: port: MZ-KES_P1 (43) does not carry EBCOM; " + ports}},
+    {"EioaOnPortZero",
+     path_with("dst_mac = \"02:00:00:01:00:01\"\nport = 0\n"),
+     {"7:8: port: 02:00:00:01:00:01 is an EIOA destination, and port NONE (0) has no way there"}},
+    {"OtherShapingOnTheSamePort",
+     good_path_with("shaping = { rate = 1, burst = 1, threshold = 256 }\n") +
+         "[[path]]\ndst_mac = \"02:00:00:02:00:02\"\nport = 6\nshaping = { rate = 2, burst = 1, threshold = 256 }\n"
+         "[[path]]\ndst_mac = \"02:00:00:02:00:03\"\nport = 6\n",
+     {"12:11: shaping: differs from that of the path in line 5 on the same port, RLU1P (6)",
+      "13:1: shaping: differs from that of the path in line 5 on the same port, RLU1P (6)"}},
+    {"TooManyPathsOnAPort", good_path_with("count = 65536\n"), {"8:9: count: more than 65535 paths on port RLU1P (6)"}},
+    {"ProblemsOfReaderAndRulesInOrderOfTheirPlaces",
+     path_with("dst_mac = \"02:00:00:01:00:01\"\nport = 0\n[[path]]\nport = 99\n[node]\nmpid = \"x\"\n"),
+     {"7:8: port: 02:00:00:01:00:01 is an EIOA destination, and port NONE (0) has no way there",
+      "8:1: [[path]]: dst_mac is missing", "9:8: port: there is no port 99",
+      "11:8: mpid: expected a whole number, not a text"}},
+};
+
+class BadFile : public testing::TestWithParam<bad_file>
+{
+};
+
+TEST_P(BadFile, IsRefusedWithThePlaceOfEveryProblem)
+{
+    std::string expected;
+    for (const std::string &problem : GetParam().problems)
+        expected += "node.toml:" + problem + "\n";
+    const size_t count = GetParam().problems.size();
+    expected += "node.toml: " + std::to_string(count) + (count == 1 ? " problem" : " problems");
+    expected += ", nothing was started\n";
+
+    const program_outcome outcome = kelctl_up(GetParam().text);
+    EXPECT_EQ(outcome.err, expected);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_EQ(outcome.status, 2);
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, BadFile, testing::ValuesIn(bad_files),
+                         [](const auto &tested) { return std::string(tested.param.name); });
+
+TEST(BadFile, StartsNothingThatCouldFailOrBeTraced)
+{
+    const auto outcome = kelctl_up("", {{"KEL_SOFTNODE_FAULTS", "kel_init_attach=3"}}, {"--trace"});
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.err, "node.toml:1:1: [ebcom] is missing\nnode.toml: 1 problem, nothing was started\n");
+}
+
+TEST(UnreadableFile, IsToldWithTheSystemsReason)
+{
+    const auto missing = run_kelctl({.arguments = {"up", "/nowhere/node.toml"}});
+    EXPECT_EQ(missing.status, 2);
+    EXPECT_EQ(missing.err, "/nowhere/node.toml:1:1: cannot be read: No such file or directory\n"
+                           "/nowhere/node.toml: 1 problem, nothing was started\n");
+    const auto folder = run_kelctl({.arguments = {"up", "/"}});
+    EXPECT_EQ(folder.status, 2);
+    EXPECT_THAT(folder.err, testing::StartsWith("/:1:1: cannot be read: Is a directory\n"));
+}
+
+TEST(UnreadableFile, EndlessDeviceIsNotReadToItsEnd)
+{
+    const auto outcome = run_kelctl({.arguments = {"up", "/dev/zero"}});
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_THAT(outcome.err, testing::StartsWith("/dev/zero:1:1: is larger than 16 MiB\n"));
+}
+
+} // namespace

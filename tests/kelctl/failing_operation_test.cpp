@@ -1,0 +1,171 @@
+// Every step of the bring-up and of the take-down made to fail on the software accelerator.
+#include "program.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <ostream>
+
+namespace
+{
+
+using testing::AnyOf;
+using testing::HasSubstr;
+using testing::Not;
+
+constexpr const char *no_tracer = "\n  no trace records: the tracer is not installed on this machine\n";
+
+const std::string two_paths = ebcom_table + "[[path]]\ndst_mac = \"02:00:00:02:00:01\"\nport = \"RLU1P\"\n"
+                                            "[[path]]\ndst_mac = \"02:00:00:02:00:02\"\nport = \"RLU1P\"\n";
+const std::string second_path = "(dst_mac=02:00:00:02:00:02, port=RLU1P (6), unshaped)";
+
+struct failing_operation {
+    const char *name;
+    std::string fault;
+    std::string operation;
+    int code;
+    std::string record; // of the failed call
+    std::string end;    // the last line
+};
+
+void PrintTo(const failing_operation &failing, std::ostream *out)
+{
+    *out << failing.name;
+}
+
+const std::string empty_again = "Taken down. The node is empty again.\n";
+
+const failing_operation going_up[] = {
+    {"GlobalParameters", "ork_ebcom_global_config_set=-1",
+     "kel_core_ic_ebcom_global_param_set(icPortMTU=1500, etherType=0x88b5, settings=1, 2)", 13,
+     "EXCEPTION GENERAL kel_core_ic_ebcom_global_param_set(): 0xffffffff - ", empty_again},
+    {"InterfaceCreate", "ork_ebcom_interface_create=-4", "kel_core_ic_ebcom_interface_create()", 13,
+     "EXCEPTION GENERAL kel_core_ic_ebcom_interface_create(): 0xfffffffc - ", empty_again},
+    {"InterfaceVsiWhichLeavesTheInterface", "kel_init_eventdev_vsi_ebcom_get=9", "kel_core_ic_ebcom_interface_create()",
+     9, "EXCEPTION GENERAL kel_core_ic_ebcom_interface_create(): ", empty_again},
+    {"StartAttach", "kel_init_attach:3=10", "kel_core_ic_ebcom_start()", 10,
+     "EXCEPTION GENERAL kel_core_ic_ebcom_start(): ", empty_again},
+    {"StartSchedulerWhichLeavesTheFirstOnes", "ork_qos_scheduler_create:9=-7", "kel_core_ic_ebcom_start()", 13,
+     "EXCEPTION GENERAL create_scheduler(): 0xfffffff9 - ", empty_again},
+    {"PathQueue", "kel_init_qos_queue_add=10",
+     "kel_core_ic_ebcom_path_add(dst_mac=02:00:00:02:00:01, port=RLU1P (6), unshaped)", 10,
+     "EXCEPTION GENERAL kel_ic_ebcom_add_shaper(): ", empty_again},
+    {"PathCreateWhichLeavesAReferenceOnTheQueue", "ork_ebcom_pcep_path_create:2=-4",
+     "kel_core_ic_ebcom_path_add" + second_path, 13, "EXCEPTION GENERAL kel_core_ic_ebcom_path_add(): 0xfffffffc - ",
+     empty_again},
+};
+
+const failing_operation going_down[] = {
+    {"PathDelete", "ork_ebcom_pcep_path_delete:1=-4", "kel_core_ic_ebcom_path_rem" + second_path, 13,
+     "EXCEPTION GENERAL kel_core_ic_ebcom_path_rem(): 0xfffffffc - ", "Taken down, but left behind: 1 path\n"},
+    {"InterfaceDelete", "ork_ebcom_interface_delete=-4", "kel_core_ic_ebcom_interface_delete()", 13,
+     "EXCEPTION GENERAL kel_core_ic_ebcom_interface_delete(): 0xfffffffc - ",
+     "Taken down, but left behind: the interface\n"},
+};
+
+class FailingOperation : public testing::TestWithParam<failing_operation>
+{
+protected:
+    program_outcome outcome = kelctl_up(two_paths, {{"KEL_SOFTNODE_FAULTS", GetParam().fault}});
+
+    void expect_report()
+    {
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_THAT(outcome.err, HasSubstr("failed: " + GetParam().operation + "\n  code " +
+                                           std::to_string(GetParam().code) + ": "));
+        EXPECT_THAT(outcome.err, AnyOf(HasSubstr("\n    " + GetParam().record), HasSubstr(no_tracer)));
+        EXPECT_THAT(outcome.err, testing::EndsWith(GetParam().end));
+    }
+};
+
+class GoingUp : public FailingOperation
+{
+};
+
+TEST_P(GoingUp, IsReportedOnceAndTheNodeIsLeftEmpty)
+{
+    expect_report();
+    EXPECT_THAT(outcome.err, testing::StartsWith("failed: "));
+    EXPECT_EQ(outcome.err.rfind("failed: "), 0u);
+    EXPECT_EQ(outcome.out, "");
+}
+
+INSTANTIATE_TEST_SUITE_P(Steps, GoingUp, testing::ValuesIn(going_up),
+                         [](const auto &tested) { return std::string(tested.param.name); });
+
+class GoingDown : public FailingOperation
+{
+};
+
+TEST_P(GoingDown, IsReportedWithWhatIsLeftBehind)
+{
+    expect_report();
+    EXPECT_THAT(outcome.out, HasSubstr("02:00:00:02:00:02"));
+    EXPECT_THAT(outcome.out, Not(HasSubstr("Taken down")));
+}
+
+INSTANTIATE_TEST_SUITE_P(Steps, GoingDown, testing::ValuesIn(going_down),
+                         [](const auto &tested) { return std::string(tested.param.name); });
+
+TEST(FailingTakeDown, SchedulerThatStaysIsLeftBehindThoughNoOperationFailed)
+{
+    const auto outcome = kelctl_up(ebcom_table, {{"KEL_SOFTNODE_FAULTS", "ork_qos_scheduler_delete:1=-7"}});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.err, testing::EndsWith("Taken down, but left behind: 8 schedulers\n"));
+}
+
+TEST(FailingTakeDown, OnlyTheFirstOfManyFailuresAreToldInFull)
+{
+    const auto outcome = kelctl_up(ebcom_table + "[[path]]\ndst_mac = \"02:00:00:02:00:01\"\nport = 6\ncount = 25\n",
+                                   {{"KEL_SOFTNODE_FAULTS", "ork_ebcom_pcep_path_delete=-4"}});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.err, HasSubstr("\n15 more operations of the take-down failed\n"));
+    EXPECT_THAT(outcome.err, testing::EndsWith("Taken down, but left behind: 25 paths\n"));
+}
+
+TEST(FailingBoth, FailureGoingUpAndFailureGoingDownAreBothTold)
+{
+    const auto outcome = kelctl_up(
+        two_paths, {{"KEL_SOFTNODE_FAULTS", "ork_ebcom_pcep_path_create:2=-4;ork_ebcom_pcep_path_delete=-8"}});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.err, testing::StartsWith("failed: kel_core_ic_ebcom_path_add" + second_path));
+    EXPECT_THAT(outcome.err, HasSubstr("\nfailed: kel_core_ic_ebcom_path_rem(dst_mac=02:00:00:02:00:01, "));
+    EXPECT_THAT(outcome.err, testing::EndsWith("Taken down, but left behind: 1 path\n"));
+}
+
+TEST(FailingBoth, LeftoverThatCannotBeRemovedIsTold)
+{
+    const auto outcome = kelctl_up(
+        two_paths, {{"KEL_SOFTNODE_FAULTS", "kel_init_eventdev_vsi_ebcom_get=9;ork_ebcom_interface_delete=-4"}});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.err, testing::StartsWith("failed: kel_core_ic_ebcom_interface_create()\n"));
+    EXPECT_THAT(outcome.err, HasSubstr("\nfailed: kel_core_ic_ebcom_interface_delete()\n"));
+    EXPECT_THAT(outcome.err, testing::EndsWith("Taken down, but left behind: the interface\n"));
+}
+
+TEST(FailingOperation, RecordsAreThoseOfTheOperationOnly)
+{
+    const auto outcome = kelctl_up(two_paths, {{"KEL_SOFTNODE_FAULTS", "ork_ebcom_pcep_path_create:2=-4"}});
+    if (outcome.err.find(no_tracer) != std::string::npos)
+        GTEST_SKIP() << "there is no tracer on this machine";
+    EXPECT_THAT(outcome.err, HasSubstr("  trace records of this operation:\n"
+                                       "    FN_ENTER  EBCOM   kel_core_ic_ebcom_path_add()  ("));
+    EXPECT_THAT(outcome.err, HasSubstr("    FN_EXIT   EBCOM   kel_core_ic_ebcom_path_add()  ("));
+    EXPECT_THAT(outcome.err, Not(HasSubstr("02:00:00:02:00:01")));
+    EXPECT_THAT(outcome.err, Not(HasSubstr("timestamp_thread")));
+}
+
+TEST(TimestampThread, ItsFailureIsToldAndTheNodeStandsWithoutOffset)
+{
+    // A thread that ended is one that the thread sanitizer misses the joining of.
+    const auto outcome = kelctl_up(two_paths, {{"KEL_SOFTNODE_FAULTS", "vorn_tu_get_nputimeoffset=-8"},
+                                               {"TSAN_OPTIONS", "report_thread_leaks=0"}});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(outcome.out, HasSubstr("\nTimestamp     no offset\n"));
+    EXPECT_THAT(outcome.out, testing::EndsWith(empty_again));
+    EXPECT_THAT(outcome.err,
+                AnyOf("", testing::StartsWith("the timestamp thread reported:\n    EXCEPTION GENERAL "
+                                              "update_timestamp_offset(): vorn_tu_get_nputimeoffset returned ")));
+}
+
+} // namespace

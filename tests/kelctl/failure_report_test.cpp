@@ -1,0 +1,42 @@
+// The wording of a given failure.
+#include "kelctl/failure_report.h"
+
+#include "platform/kei_util.h"
+
+#include <gtest/gtest.h>
+
+namespace kelctl
+{
+namespace
+{
+
+const failure failed = {"do_it(port=6)",
+                        7,
+                        {{"API_CALL", "EBCOM", "do_it(): thing()", "file.cpp:12"},
+                         {"EXCEPTION", "GENERAL", "do_it(): no, thing", "file.cpp:14"}}};
+
+TEST(FailureReport, TellsOperationCodeTextAndRecords)
+{
+    EXPECT_EQ(report_of(failed, true, painter(false)), std::string("failed: do_it(port=6)\n"
+                                                                   "  code 7: ") +
+                                                           kei_util_init_rc_str_get(7) +
+                                                           "\n"
+                                                           "  trace records of this operation:\n"
+                                                           "    API_CALL  EBCOM   do_it(): thing()  (file.cpp:12)\n"
+                                                           "    EXCEPTION GENERAL do_it(): no, thing  (file.cpp:14)\n");
+}
+
+TEST(FailureReport, WithoutATracerOneLineSaysSo)
+{
+    EXPECT_EQ(report_of({"do_it()", 13, {}}, false, painter(false)),
+              std::string("failed: do_it()\n  code 13: ") + kei_util_init_rc_str_get(13) +
+                  "\n  no trace records: the tracer is not installed on this machine\n");
+}
+
+TEST(FailureReport, ItsFirstWordIsPainted)
+{
+    EXPECT_EQ(report_of(failed, true, painter(true)).substr(0, 20), "\x1b[1;31mfailed:\x1b[0m d");
+}
+
+} // namespace
+} // namespace kelctl

@@ -1,0 +1,169 @@
+// Starting, reading and ending the child process.
+#include "program.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <poll.h>
+#include <pty.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace
+{
+
+using clock_type = std::chrono::steady_clock;
+constexpr std::chrono::seconds time_limit(120);
+
+// What a test's result must not depend on.
+constexpr const char *forgotten[] = {"MPID", "NO_COLOR", "KEL_SOFTNODE_FAULTS"};
+
+std::vector<std::string> environment_with(const std::map<std::string, std::string> &more)
+{
+    std::vector<std::string> settings;
+    for (char **entry = environ; *entry; ++entry) {
+        const std::string setting = *entry;
+        const std::string name = setting.substr(0, setting.find('='));
+        const bool forget = std::find(std::begin(forgotten), std::end(forgotten), name) != std::end(forgotten);
+        if (!forget && !more.contains(name))
+            settings.push_back(setting);
+    }
+    for (const auto &[name, value] : more)
+        settings.push_back(name + "=" + value);
+    return settings;
+}
+
+std::vector<char *> pointers_to(std::vector<std::string> &texts)
+{
+    std::vector<char *> pointers;
+    for (std::string &text : texts)
+        pointers.push_back(text.data());
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+// A stream that the child writes and the test reads.
+struct channel {
+    int read_end = -1;
+    int write_end = -1;
+};
+
+channel open_channel(bool terminal)
+{
+    channel made;
+    std::array<int, 2> ends{-1, -1};
+    if (terminal)
+        EXPECT_EQ(openpty(&made.read_end, &made.write_end, nullptr, nullptr, nullptr), 0);
+    else if (pipe(ends.data()) == 0)
+        made = {ends[0], ends[1]};
+    fcntl(made.read_end, F_SETFD, FD_CLOEXEC);
+    fcntl(made.write_end, F_SETFD, FD_CLOEXEC);
+    return made;
+}
+
+pid_t spawn(const program_run &run, int out, int err)
+{
+    std::vector<std::string> arguments = run.arguments;
+    arguments.insert(arguments.begin(), "kelctl");
+    std::vector<std::string> environment = environment_with(run.environment);
+
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
+    posix_spawn_file_actions_adddup2(&actions, out, 1);
+    if (!run.out_device.empty())
+        posix_spawn_file_actions_addopen(&actions, 1, run.out_device.c_str(), O_WRONLY, 0);
+    posix_spawn_file_actions_adddup2(&actions, err, 2);
+    posix_spawn_file_actions_addchdir_np(&actions, run.folder.c_str());
+    pid_t child = -1;
+    EXPECT_EQ(posix_spawn(&child, KELCTL_PROGRAM, &actions, nullptr, pointers_to(arguments).data(),
+                          pointers_to(environment).data()),
+              0);
+    posix_spawn_file_actions_destroy(&actions);
+    return child;
+}
+
+// Adds what there is to read. False at the end, which a terminal reports as an error.
+bool read_some(int descriptor, std::string &text)
+{
+    std::array<char, 65536> buffer;
+    const ssize_t got = read(descriptor, buffer.data(), buffer.size());
+    if (got > 0)
+        text.append(buffer.data(), static_cast<size_t>(got));
+    return got > 0 || (got < 0 && errno == EINTR);
+}
+
+// Reads both to their ends. False when that takes too long.
+bool read_all(int out, int err, program_outcome &outcome)
+{
+    std::array<pollfd, 2> streams = {{{out, POLLIN, 0}, {err, POLLIN, 0}}};
+    const auto limit = clock_type::now() + time_limit;
+    while (streams[0].fd >= 0 || streams[1].fd >= 0) {
+        if (clock_type::now() > limit)
+            return false;
+        poll(streams.data(), streams.size(), 1000);
+        if (streams[0].revents && !read_some(out, outcome.out))
+            streams[0].fd = -1;
+        if (streams[1].revents && !read_some(err, outcome.err))
+            streams[1].fd = -1;
+    }
+    return true;
+}
+
+} // namespace
+
+program_outcome run_kelctl(const program_run &run)
+{
+    const channel out = open_channel(run.on_terminal);
+    const channel err = run.on_terminal ? channel{} : open_channel(false);
+    const pid_t child = spawn(run, out.write_end, run.on_terminal ? out.write_end : err.write_end);
+    close(out.write_end);
+    if (err.write_end >= 0)
+        close(err.write_end);
+    if (child < 0)
+        return {};
+
+    program_outcome outcome;
+    if (!read_all(out.read_end, err.read_end, outcome)) {
+        ADD_FAILURE() << "kelctl did not end in time";
+        kill(child, SIGKILL);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    outcome.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    close(out.read_end);
+    if (err.read_end >= 0)
+        close(err.read_end);
+    return outcome;
+}
+
+file_in_folder::file_in_folder(const std::string &name, const std::string &text)
+{
+    std::string pattern = testing::TempDir() + "kelctl.XXXXXX";
+    EXPECT_NE(mkdtemp(pattern.data()), nullptr);
+    folder_ = pattern;
+    std::ofstream(folder_ + "/" + name, std::ios::binary) << text;
+}
+
+file_in_folder::~file_in_folder()
+{
+    std::filesystem::remove_all(folder_);
+}
+
+program_outcome kelctl_up(const std::string &text, const std::map<std::string, std::string> &environment,
+                          const std::vector<std::string> &options)
+{
+    const file_in_folder file("node.toml", text);
+    std::vector<std::string> arguments = {"up", "node.toml"};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    return run_kelctl({.arguments = arguments, .environment = environment, .folder = file.folder()});
+}

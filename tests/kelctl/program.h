@@ -1,0 +1,48 @@
+// The real kelctl as a child process.
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+struct program_outcome {
+    int status = -1; // exit status; -1 when it was ended by a signal, or for taking too long
+    std::string out;
+    std::string err;
+};
+
+struct program_run {
+    std::vector<std::string> arguments;
+    std::map<std::string, std::string> environment{}; // besides what every child gets
+    std::string folder = ".";                         // where it runs
+    std::string out_device{};                         // what standard output goes to; `out` stays empty then
+    bool on_terminal = false;                         // both streams are a terminal; everything is in `out`
+};
+
+// Waits until the program ends. One that has not after two minutes is ended.
+program_outcome run_kelctl(const program_run &run);
+
+// A folder with one file in it, for the life of the object.
+class file_in_folder
+{
+public:
+    file_in_folder(const std::string &name, const std::string &text);
+    ~file_in_folder();
+    file_in_folder(const file_in_folder &) = delete;
+    file_in_folder &operator=(const file_in_folder &) = delete;
+
+    const std::string &folder() const
+    {
+        return folder_;
+    }
+
+private:
+    std::string folder_;
+};
+
+// `kelctl up` of a node file with this text, which is called node.toml.
+program_outcome kelctl_up(const std::string &text, const std::map<std::string, std::string> &environment = {},
+                          const std::vector<std::string> &options = {});
+
+// A node file's parameters, four lines.
+inline const std::string ebcom_table = "[ebcom]\nic_port_mtu = 1500\nether_type = 0x88B5\nsettings = [1, 2]\n";

@@ -1,0 +1,94 @@
+// Which queue serves which port, found out on a node that stands on the software accelerator.
+#include "kelctl/standing.h"
+
+#include "kelctl/node_steps.h"
+#include "softnode/softnode.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace kelctl
+{
+namespace
+{
+
+using testing::ElementsAre;
+using testing::Pair;
+using testing::UnorderedElementsAre;
+
+class Standing : public testing::Test
+{
+protected:
+    Standing()
+    {
+        softnode_reset();
+    }
+
+    // Brings up unshaped paths; the port knowledge of the node that then stands.
+    port_knowledge ports_with(std::vector<std::pair<const char *, int32_t>> wanted)
+    {
+        node_file node;
+        node.ebcom = {1500, 0x88B5, {1, 2}};
+        for (const auto &[text, port] : wanted) {
+            path_entry entry;
+            entry.dst_mac = parse_mac_address(text).value();
+            entry.port = port;
+            node.paths.push_back(entry);
+        }
+        const auto paths = path_configurations(node);
+        bring_up standing(steps_for(node.ebcom, paths), log);
+        EXPECT_FALSE(standing.up([](size_t) {}));
+        stood = settled_snapshot().value();
+        return ports_of(stood, paths);
+    }
+
+    // The ports in the order in which their queues were created.
+    std::vector<int32_t> ports_in_order(const port_knowledge &ports)
+    {
+        std::vector<int32_t> found;
+        for (const snapshot::queue &queue : stood.queues)
+            found.push_back(ports.port_of_queue.at(queue.self));
+        return found;
+    }
+
+    trace_log log{nullptr};
+    snapshot stood;
+};
+
+TEST_F(Standing, QueueBelongsToThePortOfItsDestinations)
+{
+    const auto ports = ports_with({{"02:00:00:02:00:01", 42}, {"02:00:00:02:00:02", 6}, {"02:00:00:02:00:03", 0}});
+    EXPECT_THAT(ports_in_order(ports), ElementsAre(42, 6, 0));
+}
+
+TEST_F(Standing, PortsThatOnlyShareDestinationsAreFoundToo)
+{
+    const auto ports = ports_with(
+        {{"02:00:00:02:00:01", 42}, {"02:00:00:02:00:01", 12}, {"02:00:00:02:00:02", 7}, {"02:00:00:02:00:01", 6}});
+    EXPECT_THAT(ports_in_order(ports), ElementsAre(42, 12, 7, 6));
+}
+
+TEST_F(Standing, DestinationsAreKeptPerPort)
+{
+    const auto ports = ports_with({{"02:00:00:02:00:01", 6}, {"02:00:00:02:00:01", 6}, {"02:00:00:02:00:01", 7}});
+    const mac_address mac = parse_mac_address("02:00:00:02:00:01").value();
+    EXPECT_THAT(ports.destinations, UnorderedElementsAre(Pair(6, ElementsAre(mac)), Pair(7, ElementsAre(mac))));
+}
+
+TEST_F(Standing, TimestampOffsetIsThereOnceSettled)
+{
+    softnode_timing_reading_set(7, 500'000);
+    ports_with({});
+    EXPECT_EQ(stood.timestamp_offset, 14);
+}
+
+TEST_F(Standing, TimestampThreadThatGivesUpIsNotWaitedFor)
+{
+    EXPECT_EQ(softnode_faults_add("vorn_tu_get_nputimeoffset=-8"), nullptr);
+    ports_with({});
+    EXPECT_EQ(stood.timestamp_offset, std::nullopt);
+    EXPECT_EQ(log.background_failures().empty(), !log.installed());
+}
+
+} // namespace
+} // namespace kelctl

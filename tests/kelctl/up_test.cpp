@@ -1,0 +1,125 @@
+// `kelctl up` of sound files.
+#include "program.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+
+namespace
+{
+
+using testing::HasSubstr;
+using testing::Not;
+
+const std::string empty_again = "\nTaken down. The node is empty again.\n";
+
+std::string paths_to(const std::string &mac, const std::string &port, int count)
+{
+    return "[[path]]\ndst_mac = \"" + mac + "\"\nport = \"" + port + "\"\ncount = " + std::to_string(count) + "\n";
+}
+
+std::string text_of(const std::string &file)
+{
+    std::ifstream stream(file);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+TEST(Up, ExampleFileShowsWhatIsExpected)
+{
+    const auto outcome =
+        run_kelctl({.arguments = {"up", "examples/node.toml"}, .environment = {}, .folder = KELCTL_SOURCE_DIR});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.out, text_of(KELCTL_EXPECTED_DIR "/up_example.expected"));
+}
+
+TEST(Up, FitsEightyColumns)
+{
+    std::istringstream lines(text_of(KELCTL_EXPECTED_DIR "/up_example.expected"));
+    size_t count = 0;
+    for (std::string line; std::getline(lines, line); ++count)
+        EXPECT_LE(line.size(), 80u) << line;
+    EXPECT_GT(count, 20u);
+}
+
+TEST(Up, NodeWithoutPathsStands)
+{
+    const auto outcome = kelctl_up(ebcom_table);
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_THAT(outcome.out, HasSubstr("Paths         0 added, to 0 destinations through 0 queues\n"));
+    EXPECT_THAT(outcome.out, testing::EndsWith(empty_again));
+}
+
+TEST(Up, OwnMpIdOfTheFileGoesBeforeTheEnvironments)
+{
+    const std::string path = paths_to("02:00:07:00:00:01", "RLU1P", 1);
+    EXPECT_THAT(kelctl_up(ebcom_table + path + "[node]\nmpid = 7\n", {{"MPID", "8"}}).out,
+                HasSubstr("02:00:07:00:00:01                      CPU\n"));
+    EXPECT_THAT(kelctl_up(ebcom_table + path, {{"MPID", "7"}}).out,
+                HasSubstr("02:00:07:00:00:01                      CPU\n"));
+    EXPECT_THAT(kelctl_up(ebcom_table + path, {{"MPID", "8"}}).out,
+                HasSubstr("02:00:07:00:00:01                      EIOA\n"));
+}
+
+TEST(Up, SameDestinationTwiceOnAPortIsOneDestination)
+{
+    const std::string path = paths_to("02:00:00:02:00:01", "RLU1P", 1);
+    const auto outcome = kelctl_up(ebcom_table + path + path);
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(outcome.out, HasSubstr("Paths         2 added, to 1 destination through 1 queue\n"));
+    EXPECT_THAT(outcome.out, testing::EndsWith(empty_again));
+}
+
+TEST(Up, TenThousandPathsComeAndGo)
+{
+    const auto outcome = kelctl_up(ebcom_table + paths_to("02:00:00:02:00:00", "RLU1P", 5000) +
+                                   paths_to("02:00:00:02:20:00", "RLU2P", 5000));
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(outcome.err, testing::StartsWith("adding paths 1000/10000\nadding paths 2000/10000\n"));
+    EXPECT_THAT(outcome.err, testing::EndsWith("adding paths 10000/10000\n"));
+    EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 10);
+    EXPECT_THAT(outcome.out, HasSubstr("02:00:00:02:00:00 - 02:00:00:02:13:87  OB   5000 destinations\n"));
+    EXPECT_THAT(outcome.out, HasSubstr("02:00:00:02:20:00 - 02:00:00:02:33:87  OB   5000 destinations\n"));
+    EXPECT_THAT(outcome.out, testing::EndsWith(empty_again));
+}
+
+TEST(Up, TerminalGetsColoursAndOneProgressLine)
+{
+    const file_in_folder file("node.toml", ebcom_table + paths_to("02:00:00:02:00:00", "RLU1P", 200));
+    const auto outcome =
+        run_kelctl({.arguments = {"up", "node.toml"}, .environment = {}, .folder = file.folder(), .on_terminal = true});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(outcome.out, HasSubstr("\x1b[1mInterface"));
+    EXPECT_THAT(outcome.out, HasSubstr("\radding paths 100/200\radding paths 102/200\r"));
+}
+
+TEST(Up, NodeIsTakenDownAlsoWhenItCannotBeShown)
+{
+    const file_in_folder file("node.toml", ebcom_table);
+    const auto outcome = run_kelctl({.arguments = {"up", "node.toml", "--trace"},
+                                     .environment = {},
+                                     .folder = file.folder(),
+                                     .out_device = "/dev/full"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.err, HasSubstr("kel_core_ic_ebcom_interface_delete()"));
+    EXPECT_THAT(outcome.err, testing::EndsWith("kelctl: standard output cannot be written\n"));
+}
+
+TEST(Up, NoColorIsHonoured)
+{
+    const file_in_folder file("node.toml", ebcom_table);
+    const auto outcome = run_kelctl({.arguments = {"up", "node.toml"},
+                                     .environment = {{"NO_COLOR", "1"}},
+                                     .folder = file.folder(),
+                                     .on_terminal = true});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(outcome.out, HasSubstr("Interface"));
+    EXPECT_THAT(outcome.out, Not(HasSubstr("\x1b")));
+}
+
+} // namespace
