@@ -107,7 +107,7 @@ uint32_t find_place(call_site site, int32_t iell_port, port_place &place)
 // A null queue clears the port's slot.
 uint32_t store_queue_handle(int32_t iell_port, void *queue)
 {
-    port_place place;
+    port_place place{};
     if (const uint32_t rc = find_place(HERE, iell_port, place))
         return rc;
     place.slot->queue = queue;
@@ -117,7 +117,7 @@ uint32_t store_queue_handle(int32_t iell_port, void *queue)
 // Either handle may come back null; that is not an error.
 uint32_t ebcom_qos_handles_get(int32_t iell_port, void *&scheduler, void *&queue)
 {
-    port_place place;
+    port_place place{};
     if (const uint32_t rc = find_place(HERE, iell_port, place))
         return rc;
     scheduler = place.group->scheduler;
@@ -137,7 +137,7 @@ GSList *find_mac(GSList *destinations, const uint8_t *mac)
 
 uint32_t store_dst_mac(const kel_ebcom_path_config &config, ork_ebcom_pcep_path &path)
 {
-    port_place place;
+    port_place place{};
     if (const uint32_t rc = find_place(HERE, config.iell_port, place))
         return rc;
     void *copy = malloc(mac_size);
@@ -152,7 +152,7 @@ uint32_t store_dst_mac(const kel_ebcom_path_config &config, ork_ebcom_pcep_path 
 // Takes the oldest of the equal ones and tells how many destinations of any MAC are left on the port.
 uint32_t remove_dst_mac(const kel_ebcom_path_config &config, guint &left)
 {
-    port_place place;
+    port_place place{};
     if (const uint32_t rc = find_place(HERE, config.iell_port, place))
         return rc;
     GSList *found = find_mac(place.slot->destinations, config.dst_mac);
