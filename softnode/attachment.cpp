@@ -26,6 +26,16 @@ Refusal Attachment::check_driver_kit(Handle handle) const
     return driver_kits_.judge(handle, handle == driver_kit_);
 }
 
+Refusal Attachment::check_system(Handle handle) const
+{
+    return systems_.judge(handle, handle == system_);
+}
+
+Refusal Attachment::check_ehsfp_target(Handle handle) const
+{
+    return ehsfp_targets_.judge(handle, handle == ehsfp_target_);
+}
+
 void Attachment::reset()
 {
     system_ = systems_.next();

@@ -21,6 +21,12 @@ public:
     /** Whether the handle may stand as first argument of a driver-kit call. */
     Refusal check_driver_kit(Handle handle) const;
 
+    /** Whether the handle may stand as first argument of a binding. */
+    Refusal check_system(Handle handle) const;
+
+    /** Whether PCEPs can be bound to it. */
+    Refusal check_ehsfp_target(Handle handle) const;
+
     void reset();
 
 private:

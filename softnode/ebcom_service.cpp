@@ -67,6 +67,11 @@ void EbcomService::forget_queue(Handle queue)
             path.queue = Handle::null;
 }
 
+void EbcomService::account(Fate fate, const Frames &frames)
+{
+    counters_.account(fate, frames);
+}
+
 const std::optional<ork_ebcom_global_config> &EbcomService::globals() const
 {
     return globals_;
@@ -85,6 +90,11 @@ std::optional<std::int64_t> EbcomService::timestamp_offset() const
 const std::map<Mac, Path> &EbcomService::paths() const
 {
     return paths_;
+}
+
+const Counters &EbcomService::counters() const
+{
+    return counters_;
 }
 
 void EbcomService::reset()

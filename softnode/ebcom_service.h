@@ -1,9 +1,11 @@
 /*
- * ebcom_service.h - the EBCOM service: its Ethernet parameters, its interface, its paths, its timestamp offset.
+ * ebcom_service.h - the EBCOM service: its Ethernet parameters, its interface, its paths, its timestamp offset, its
+ * counters.
  */
 #ifndef SOFTNODE_EBCOM_SERVICE_H
 #define SOFTNODE_EBCOM_SERVICE_H
 
+#include "softnode/counters.h"
 #include "softnode/handle.h"
 #include "softnode/mac.h"
 #include "softnode/platform.h"
@@ -39,11 +41,14 @@ public:
     /** Leaves the paths that used a queue, now gone, without one. */
     void forget_queue(Handle queue);
 
+    void account(Fate fate, const Frames &frames);
+
     /* What is there; null or empty until set. */
     const std::optional<ork_ebcom_global_config> &globals() const;
     std::optional<std::uint16_t> interface_device() const;
     std::optional<std::int64_t> timestamp_offset() const;
     const std::map<Mac, Path> &paths() const;
+    const Counters &counters() const;
 
     void reset();
 
@@ -52,6 +57,7 @@ private:
     std::optional<std::uint16_t> interface_device_;
     std::optional<std::int64_t> timestamp_offset_;
     std::map<Mac, Path> paths_;
+    Counters counters_;
 };
 
 } // namespace softnode

@@ -19,12 +19,21 @@ constexpr std::uint32_t queue_mode = 1;
 constexpr std::uint32_t queue_kind = 5;
 
 constexpr std::int32_t highest_pcep_type = 2;
+
+/* PCEPs and multicast groups are numbered from 1 and share the numbers. */
+constexpr std::uint32_t highest_pcep_id = 511;
+
+/* A queue's memory is counted in blocks; a frame takes as many as it begins. */
+constexpr std::uint32_t block_octets = 256;
+
 constexpr std::int32_t timing_domain = 0;
 
 /* Table sizes. Timing-unit connections have no limit: there is no call that closes one. */
 constexpr std::size_t most_schedulers = 64;
 constexpr std::size_t most_queues = 64;
 constexpr std::size_t most_paths = 65'536;
+constexpr std::size_t most_groups = 30;
+constexpr std::size_t most_members = 16;
 
 /* What the timing unit reports when the node is switched on. */
 constexpr std::int64_t first_cycles = 40;

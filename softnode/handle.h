@@ -21,6 +21,8 @@ enum class Kind : std::uint32_t {
     system = 0x50,
     driver_kit = 0x51,
     ehsfp_target = 0x52,
+    pcep = 0x54,
+    multicast_group = 0x55,
     scheduler = 0x5c,
     queue = 0x5d,
     timing_connection = 0x60,

@@ -5,6 +5,9 @@
 #include "softnode/instance.h"
 #include "softnode/platform.h"
 
+#include <cinttypes>
+#include <cstdio>
+
 using namespace softnode;
 
 namespace
@@ -68,4 +71,31 @@ uint32_t kel_init_qos_queue_add(const kel_init_qos_queue_params *params, uint32_
 uint32_t kel_init_qos_queue_rem(void *queue)
 {
     return companion_call(__func__, [&](Node &node) { return node.remove_queue(handle_of(queue)); });
+}
+
+uint32_t kel_init_qos_queue_stats_get(void *queue, qos_queue_stats *stats)
+{
+    return companion_call(__func__, [&](Node &node) {
+        return stats ? node.qos.read_statistics(handle_of(queue), *stats) : Refusal::invalid;
+    });
+}
+
+/*
+ * The destination is a stdio stream, and stays the caller's. Indexes 1 to count are asked for, outside the node: the
+ * accessors are the caller's and may call in here.
+ */
+uint32_t kel_init_dump_ork_handles(void *destination, const char *title, uint32_t count,
+                                   uint32_t (*id_get)(uint32_t index), uint64_t (*handle_get)(uint32_t index))
+{
+    const bool given = destination && title && id_get && handle_get;
+    if (const uint32_t rc =
+            companion_call(__func__, [given](Node &) { return given ? Refusal::granted : Refusal::invalid; }))
+        return rc;
+
+    FILE *const stream = static_cast<FILE *>(destination);
+    bool written = std::fprintf(stream, "%s\n", title) >= 0;
+    for (uint32_t before = 0; before < count; ++before)
+        if (const uint32_t id = id_get(before + 1))
+            written &= std::fprintf(stream, "  %3" PRIu32 "  0x%" PRIx64 "\n", id, handle_get(before + 1)) >= 0;
+    return written ? KEL_RC_OK : KEL_RC_FAILED;
 }

@@ -3,6 +3,9 @@
  */
 #include "softnode/node.h"
 
+#include "softnode/records.h"
+#include "softnode/statistics.h"
+
 namespace softnode
 {
 
@@ -23,14 +26,60 @@ Refusal Node::remove_queue(Handle queue)
     return Refusal::granted;
 }
 
+Refusal Node::delete_scheduler(Handle scheduler)
+{
+    if (const Refusal refusal = qos.check_scheduler(scheduler))
+        return refusal;
+    if (pceps.send_through(scheduler))
+        return Refusal::busy;
+    return qos.delete_scheduler(scheduler);
+}
+
+Refusal Node::bind(const ork_bind_params &params)
+{
+    if (const Refusal refusal = check_binding(params))
+        return refusal;
+    return pceps.bind(params.pcep_id, static_cast<Handle>(params.target));
+}
+
+Refusal Node::unbind(const ork_bind_params &params)
+{
+    if (const Refusal refusal = check_binding(params))
+        return refusal;
+    return pceps.unbind(params.pcep_id);
+}
+
+Refusal Node::create_group(const ork_ebcom_multicast_group &params, Handle scheduler, Handle &group)
+{
+    if (scheduler != Handle::null)
+        if (const Refusal refusal = qos.check_scheduler(scheduler))
+            return refusal;
+    return pceps.create_group(params, scheduler, group);
+}
+
+ebcom_global_stats Node::statistics() const
+{
+    return global_statistics(ebcom.counters(), {ebcom.paths().size(), pceps.pceps().size(), pceps.groups().size()});
+}
+
 void Node::reset()
 {
     attachment.reset();
     qos.reset();
     ebcom.reset();
+    pceps.reset();
     timing.reset();
     restarts.clear();
     faults.reset();
+}
+
+Refusal Node::check_binding(const ork_bind_params &params) const
+{
+    if (!well_formed(params))
+        return Refusal::invalid;
+    if (const Refusal refusal = attachment.check_driver_kit(handle_of(params.ork_handle)))
+        return refusal;
+    return attachment.check_ehsfp_target(static_cast<Handle>(params.target));
 }
 
 } // namespace softnode

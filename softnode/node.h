@@ -10,6 +10,7 @@
 #include "softnode/attachment.h"
 #include "softnode/ebcom_service.h"
 #include "softnode/fault_book.h"
+#include "softnode/pcep_table.h"
 #include "softnode/qos_graph.h"
 #include "softnode/timing_unit.h"
 
@@ -31,6 +32,7 @@ struct Node {
     Attachment attachment;
     QosGraph qos;
     EbcomService ebcom;
+    PcepTable pceps;
     TimingUnit timing;
     std::vector<RestartRequest> restarts;
     FaultBook faults;
@@ -41,8 +43,24 @@ struct Node {
     /** Removes a queue, also under paths that use it. */
     Refusal remove_queue(Handle queue);
 
+    /** Deletes a scheduler that nothing hangs below and no group sends through. */
+    Refusal delete_scheduler(Handle scheduler);
+
+    /* Tie a PCEP to the EHSFP target and untie it. Both take the same record. */
+    Refusal bind(const ork_bind_params &params);
+    Refusal unbind(const ork_bind_params &params);
+
+    /** Creates a group that sends through a scheduler of its own, or null: through those of its members' paths. */
+    Refusal create_group(const ork_ebcom_multicast_group &params, Handle scheduler, Handle &group);
+
+    /** The service's counters, and how much of everything there is. */
+    ebcom_global_stats statistics() const;
+
     /** Back to a node just switched on. Handles issued before are stale afterwards. */
     void reset();
+
+private:
+    Refusal check_binding(const ork_bind_params &params) const;
 };
 
 } // namespace softnode

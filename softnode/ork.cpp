@@ -21,6 +21,22 @@ template <class Work> ork_rc driver_kit_call(const char *function, void *ork, Wo
     });
 }
 
+/* A binding: its first argument is the system handle, the driver-kit handle is in the record. */
+template <class Work> ork_rc binding_call(const char *function, void *sys_handle, Work work)
+{
+    return enter<ork_rc>(function, [&](Node &node) {
+        if (const Refusal refusal = node.attachment.check_system(handle_of(sys_handle)))
+            return driver_kit_code(refusal);
+        return driver_kit_code(work(node));
+    });
+}
+
+/* PCEP and group handles are passed as numbers. */
+Handle numbered(uint64_t handle)
+{
+    return static_cast<Handle>(handle);
+}
+
 struct StatusText {
     ork_rc rc;
     const char *text;
@@ -101,6 +117,84 @@ ork_rc ork_ebcom_pcep_path_delete(void *ork, const ork_ebcom_pcep_path *path)
     });
 }
 
+ork_rc ork_ebcom_global_statistics_get(void *ork, ebcom_global_stats *stats)
+{
+    return driver_kit_call(__func__, ork, [&](Node &node) {
+        if (!stats)
+            return Refusal::invalid;
+        *stats = node.statistics();
+        return Refusal::granted;
+    });
+}
+
+ork_rc ork_ebcom_pcep_create(void *ork, const ork_ebcom_pcep_params *params, uint64_t *handle)
+{
+    return driver_kit_call(__func__, ork, [&](Node &node) {
+        if (!params || !handle)
+            return Refusal::invalid;
+        Handle created = Handle::null;
+        if (const Refusal refusal = node.pceps.create_pcep(*params, created))
+            return refusal;
+        *handle = static_cast<uint64_t>(created);
+        return Refusal::granted;
+    });
+}
+
+ork_rc ork_ebcom_pcep_delete(void *ork, uint64_t handle)
+{
+    return driver_kit_call(__func__, ork, [&](Node &node) { return node.pceps.delete_pcep(numbered(handle)); });
+}
+
+ork_rc ork_ebcom_pcep_statistics_get(void *ork, uint64_t handle, ebcom_pcep_stats *stats)
+{
+    return driver_kit_call(__func__, ork, [&](Node &node) {
+        return stats ? node.pceps.read_statistics(numbered(handle), *stats) : Refusal::invalid;
+    });
+}
+
+ork_rc ork_bind(void *sys_handle, const ork_bind_params *params)
+{
+    return binding_call(__func__, sys_handle,
+                        [&](Node &node) { return params ? node.bind(*params) : Refusal::invalid; });
+}
+
+ork_rc ork_unbind(void *sys_handle, const ork_bind_params *params)
+{
+    return binding_call(__func__, sys_handle,
+                        [&](Node &node) { return params ? node.unbind(*params) : Refusal::invalid; });
+}
+
+ork_rc ork_ebcom_multicast_group_create(void *ork, const ork_ebcom_multicast_group *group, uint64_t *handle,
+                                        uint64_t scheduler)
+{
+    return driver_kit_call(__func__, ork, [&](Node &node) {
+        if (!group || !handle)
+            return Refusal::invalid;
+        Handle created = Handle::null;
+        if (const Refusal refusal = node.create_group(*group, numbered(scheduler), created))
+            return refusal;
+        *handle = static_cast<uint64_t>(created);
+        return Refusal::granted;
+    });
+}
+
+ork_rc ork_ebcom_multicast_group_delete(void *ork, uint64_t handle)
+{
+    return driver_kit_call(__func__, ork, [&](Node &node) { return node.pceps.delete_group(numbered(handle)); });
+}
+
+ork_rc ork_ebcom_multicast_member_add(void *ork, uint64_t group_handle, uint32_t pcep_id)
+{
+    return driver_kit_call(__func__, ork,
+                           [&](Node &node) { return node.pceps.add_member(numbered(group_handle), pcep_id); });
+}
+
+ork_rc ork_ebcom_multicast_member_rem(void *ork, uint64_t group_handle, uint32_t pcep_id)
+{
+    return driver_kit_call(__func__, ork,
+                           [&](Node &node) { return node.pceps.remove_member(numbered(group_handle), pcep_id); });
+}
+
 ork_rc ork_qos_scheduler_create(void *ork, const ork_qos_scheduler_params *params, uint32_t zero, void **scheduler)
 {
     return driver_kit_call(__func__, ork, [&](Node &node) {
@@ -116,7 +210,7 @@ ork_rc ork_qos_scheduler_create(void *ork, const ork_qos_scheduler_params *param
 
 ork_rc ork_qos_scheduler_delete(void *ork, void *scheduler)
 {
-    return driver_kit_call(__func__, ork, [&](Node &node) { return node.qos.delete_scheduler(handle_of(scheduler)); });
+    return driver_kit_call(__func__, ork, [&](Node &node) { return node.delete_scheduler(handle_of(scheduler)); });
 }
 
 ork_rc ork_qos_queue_get(void *ork, void *queue, ork_qos_queue *record)

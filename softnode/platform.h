@@ -9,6 +9,7 @@
 
 #pragma GCC visibility push(default)
 #include "platform/kei_util.h"
+#include "platform/kel_fmt.h"
 #include "platform/kel_init.h"
 #include "platform/ork.h"
 #include "platform/qol_ng.h"

@@ -4,6 +4,7 @@
 #include "softnode/qos_graph.h"
 
 #include "softnode/facts.h"
+#include "softnode/statistics.h"
 
 #include <algorithm>
 
@@ -13,6 +14,21 @@ namespace softnode
 bool Queue::shaped() const
 {
     return rate != 0 || bucket_size != 0;
+}
+
+void Queue::account(Fate fate, const Frames &frames)
+{
+    counters.account(fate, frames);
+    const std::uint64_t taken = frames.count * ((frames.length + facts::block_octets - 1) / facts::block_octets);
+    blocks = fate == Fate::received ? blocks + taken : blocks - taken;
+}
+
+Waiting Queue::waiting() const
+{
+    const Tally &received = counters[Fate::received];
+    const Tally &sent = counters[Fate::sent];
+    const Tally &dropped = counters[Fate::dropped];
+    return {received.frames - sent.frames - dropped.frames, received.octets - sent.octets - dropped.octets, blocks};
 }
 
 Refusal QosGraph::create_scheduler(const ork_qos_scheduler_params &params, Handle &scheduler)
@@ -39,6 +55,11 @@ Refusal QosGraph::delete_scheduler(Handle scheduler)
 
     schedulers_.remove(scheduler);
     return Refusal::granted;
+}
+
+Refusal QosGraph::check_scheduler(Handle scheduler) const
+{
+    return schedulers_.check(scheduler);
 }
 
 Refusal QosGraph::add_queue(const kel_init_qos_queue_params &params, std::uint32_t queue_kind, Handle scheduler,
@@ -80,6 +101,25 @@ Refusal QosGraph::read_queue(Handle queue, ork_qos_queue &record) const
     record.rate = found.rate;
     record.bucketSize = found.bucket_size;
     record.shapingMode = found.shaped() ? ORK_QOS_QUEUE_SHAPED : ORK_QOS_QUEUE_UNSHAPED;
+    return Refusal::granted;
+}
+
+Refusal QosGraph::account(Handle queue, Fate fate, const Frames &frames)
+{
+    if (const Refusal refusal = queues_.check(queue))
+        return refusal;
+
+    queues_.at(queue).account(fate, frames);
+    return Refusal::granted;
+}
+
+Refusal QosGraph::read_statistics(Handle queue, qos_queue_stats &record) const
+{
+    if (const Refusal refusal = queues_.check(queue))
+        return refusal;
+
+    const Queue &found = queues_.at(queue);
+    record = queue_statistics(found.counters, found.waiting());
     return Refusal::granted;
 }
 

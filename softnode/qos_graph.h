@@ -1,11 +1,12 @@
 /*
  * qos_graph.h - the QoS object graph: schedulers under schedulers, queues under schedulers.
  *
- * Knows nothing of what is sent through the queues, nor of the paths that use them.
+ * Knows nothing of the paths that lead through the queues, nor of the groups that send through the schedulers.
  */
 #ifndef SOFTNODE_QOS_GRAPH_H
 #define SOFTNODE_QOS_GRAPH_H
 
+#include "softnode/counters.h"
 #include "softnode/platform.h"
 #include "softnode/registry.h"
 
@@ -24,9 +25,15 @@ struct Queue {
     std::uint32_t rate = 0;
     std::uint32_t threshold = 0;   /* octets */
     std::uint32_t bucket_size = 0; /* the largest burst */
+    Counters counters{};
+    std::uint64_t blocks = 0; /* memory in use, see Waiting */
 
     /** A queue is shaped as soon as it has a rate or a bucket. */
     bool shaped() const;
+
+    /** Frames leave a queue, sent or dropped, after they came in: what came in and did not leave waits. */
+    void account(Fate fate, const Frames &frames);
+    Waiting waiting() const;
 };
 
 class QosGraph
@@ -35,6 +42,7 @@ public:
     /** Creates a scheduler under params.parent, or under the root when that is null. */
     Refusal create_scheduler(const ork_qos_scheduler_params &params, Handle &scheduler);
     Refusal delete_scheduler(Handle scheduler);
+    Refusal check_scheduler(Handle scheduler) const;
 
     Refusal add_queue(const kel_init_qos_queue_params &params, std::uint32_t queue_kind, Handle scheduler,
                       std::uint16_t eth_dev_id, Handle &queue);
@@ -43,6 +51,9 @@ public:
 
     /** What the driver kit tells of a queue. */
     Refusal read_queue(Handle queue, ork_qos_queue &record) const;
+
+    Refusal account(Handle queue, Fate fate, const Frames &frames);
+    Refusal read_statistics(Handle queue, qos_queue_stats &record) const;
 
     const Registry<Scheduler> &schedulers() const;
     const Registry<Queue> &queues() const;

@@ -6,10 +6,12 @@
  *     invalid     handle null, never issued or of another kind;          INVAL (-1)                OUT_OF_RANGE (3)
  *                 null pointer; field or argument with an impossible
  *                 value
- *     gone        handle of an object that is no more; interface or      NOTAVAIL (-8)             NOT_FOUND (4)
- *                 path that is not there
- *     busy        scheduler that still has schedulers or queues;         AGAIN (-4)                IN_USE (5)
- *                 second interface
+ *     gone        handle of an object that is no more; interface,        NOTAVAIL (-8)             NOT_FOUND (4)
+ *                 path, PCEP, binding or member that is not there
+ *     busy        scheduler that still has schedulers, queues or         AGAIN (-4)                IN_USE (5)
+ *                 groups; PCEP still bound; group that still has
+ *                 members; second interface, binding or membership;
+ *                 PCEP id in use
  *     no_device   Ethernet device other than the event device            NOPORT (-3)               OUT_OF_RANGE (3)
  *     full        no room in a table                                     OUTOFRANGE (-9)           LIMIT (10)
  *     no_domain   timing domain other than 0                             NODOMAIN (-6)             FAILED (13)

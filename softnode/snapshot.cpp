@@ -47,6 +47,20 @@ Json schedulers(const QosGraph &qos)
     return list;
 }
 
+Json counters_of(const Counters &counters)
+{
+    const auto tally = [&](Fate fate) -> Json {
+        return {{"frames", counters[fate].frames}, {"octets", counters[fate].octets}};
+    };
+    return {{"received", tally(Fate::received)}, {"sent", tally(Fate::sent)}, {"dropped", tally(Fate::dropped)}};
+}
+
+Json waiting_in(const Queue &queue)
+{
+    const Waiting waiting = queue.waiting();
+    return {{"frames", waiting.frames}, {"octets", waiting.octets}, {"blocks", waiting.blocks}};
+}
+
 Json queues(const QosGraph &qos)
 {
     Json list = Json::array();
@@ -56,7 +70,9 @@ Json queues(const QosGraph &qos)
                         {"rate", queue.rate},
                         {"threshold", queue.threshold},
                         {"bucket_size", queue.bucket_size},
-                        {"shaped", queue.shaped()}});
+                        {"shaped", queue.shaped()},
+                        {"counters", counters_of(queue.counters)},
+                        {"waiting", waiting_in(queue)}});
     return list;
 }
 
@@ -68,6 +84,42 @@ Json paths(const EbcomService &ebcom)
                         {"type", path.pcep_type},
                         {"eioa_port", path.eioa_port},
                         {"queue", handle_or_null(path.queue)}});
+    return list;
+}
+
+Json pceps(const PcepTable &table)
+{
+    Json list = Json::array();
+    for (const auto &[handle, pcep] : table.pceps())
+        list.push_back({{"handle", text_of(handle)},
+                        {"id", pcep.id()},
+                        {"remote_id", pcep.remote_id()},
+                        {"local_mac", text_of(mac_at(pcep.params.sMac)).data()},
+                        {"remote_mac", text_of(mac_at(pcep.params.dMac)).data()},
+                        {"vlan", pcep.vlan_id()},
+                        {"priority", pcep.priority()},
+                        {"target", handle_or_null(pcep.target)},
+                        {"counters", counters_of(pcep.counters)}});
+    return list;
+}
+
+Json bindings(const PcepTable &table)
+{
+    Json list = Json::array();
+    for (const auto &[handle, pcep] : table.pceps())
+        if (pcep.target != Handle::null)
+            list.push_back({{"pcep", pcep.id()}, {"target", text_of(pcep.target)}});
+    return list;
+}
+
+Json groups(const PcepTable &table)
+{
+    Json list = Json::array();
+    for (const auto &[handle, group] : table.groups())
+        list.push_back({{"handle", text_of(handle)},
+                        {"id", group.id},
+                        {"scheduler", handle_or_null(group.scheduler)},
+                        {"members", group.members}});
     return list;
 }
 
@@ -152,8 +204,12 @@ std::string snapshot(const Node &node)
     const Json document{{"schedulers", schedulers(node.qos)},
                         {"queues", queues(node.qos)},
                         {"paths", paths(node.ebcom)},
+                        {"pceps", pceps(node.pceps)},
+                        {"bindings", bindings(node.pceps)},
+                        {"groups", groups(node.pceps)},
                         {"interface", interface_of(node.ebcom)},
                         {"globals", globals(node.ebcom)},
+                        {"statistics", counters_of(node.ebcom.counters())},
                         {"timestamp_offset", timestamp_offset(node.ebcom)},
                         {"timing_unit", timing_unit(node.timing)},
                         {"restarts", restarts(node.restarts)},

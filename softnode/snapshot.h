@@ -10,16 +10,33 @@
  *         handle, scheduler
  *         rate, threshold, bucket_size     as given; threshold in octets
  *         shaped             whether it has a rate or a bucket
+ *         counters           received, sent, dropped: frames and octets of each
+ *         waiting            frames, octets, and blocks, the memory that they take
  *     paths              in the order of their addresses
  *         mac                "02:00:02:02:00:01"
  *         type, eioa_port
  *         queue              handle, or null: the queue was removed
+ *     pceps              in the order of creation
+ *         handle
+ *         id, remote_id
+ *         local_mac, remote_mac
+ *         vlan, priority
+ *         target             handle, or null: not bound
+ *         counters           received, sent, dropped (on the way in): frames and octets of each
+ *     bindings           in the order of their PCEPs' creation
+ *         pcep               id
+ *         target             handle
+ *     groups             in the order of creation
+ *         handle, id
+ *         scheduler          handle, or null
+ *         members            ids in the order of adding, also those whose PCEP was deleted
  *     interface          null, or
  *         eth_dev_id, vsi
  *     globals            null until set, or
  *         mtu                octets
  *         ether_type
  *         settings           the two 4-bit settings, the low one first
+ *     statistics         received, sent, dropped by the service: frames and octets of each
  *     timestamp_offset   null until set
  *     timing_unit
  *         reading            cycles, frequency

@@ -137,6 +137,18 @@ inline const char *ork_rc_to_str(int32_t rc, char (&text)[ork_rc_text_size])
     return KEL_RC_FAILED;
 }
 
+// ---- Texts made for a record ----
+
+// The text of a MAC address. As an argument of a trace statement it is made only while the event is enabled.
+struct mac_text {
+    explicit mac_text(const uint8_t *mac)
+    {
+        macAddr2str(text, mac);
+    }
+
+    char text[50] = {};
+};
+
 // ---- Steps that most operations begin with ----
 
 // Attaches to the accelerator; the record's driver-kit handle is the first argument of the driver kit's calls.

@@ -1,14 +1,17 @@
-// The EBCOM service: start and stop, the timestamp synchroniser, global parameters, and paths.
+// The EBCOM service: start and stop, the timestamp synchroniser, global parameters, paths, and statistics.
 #include "call_frame.h"
 #include "kel/kel_core_ic_ebcom.h"
 #include "kel/kel_core_ic_pcep.h"
 #include "kel/kel_node_names.h"
+#include "platform/kel_fmt.h"
 #include "platform/vorn_tu.h"
 
 #include <glib.h>
 #include <pthread.h>
 #include <sys/syscall.h>
 #include <unistd.h>
+
+#include <span>
 
 using namespace kel;
 
@@ -135,8 +138,6 @@ uint32_t start_timestamp_thread(call_site site)
 
 // ---- Paths ----
 
-constexpr size_t mac_text_size = 18;
-
 // What the driver kit calls a destination, by location; the other locations cannot be the end of a path.
 constexpr int32_t unsupported = -1;
 constexpr int32_t path_pcep_types[KEL_LOCATION_COUNT] = {unsupported, 1, 2, 2, 0, unsupported};
@@ -147,7 +148,7 @@ int32_t path_pcep_type(uint32_t location)
 }
 
 // Fills the driver kit's record, all but the queue, and tells the destination's location.
-uint32_t set_ork_path_attr(const kel_ebcom_path_config &config, const char *mac_text, ork_ebcom_pcep_path &path,
+uint32_t set_ork_path_attr(const kel_ebcom_path_config &config, const mac_text &mac, ork_ebcom_pcep_path &path,
                            uint32_t &location)
 {
     memset(&path, 0, sizeof path); // the driver kit sees the padding, too
@@ -159,7 +160,7 @@ uint32_t set_ork_path_attr(const kel_ebcom_path_config &config, const char *mac_
 
     path.pcepType = path_pcep_type(location);
     if (path.pcepType == unsupported) {
-        TRACE_AT(HERE.general(), ERROR, "dst_mac=%s: Unsupported location=%d", mac_text, location);
+        TRACE_AT(HERE.general(), ERROR, "dst_mac=%s: Unsupported location=%d", mac.text, location);
         return report(HERE, KEL_RC_OUT_OF_RANGE, "Unknown location");
     }
     if (location != KEL_LOCATION_EIOA)
@@ -169,32 +170,104 @@ uint32_t set_ork_path_attr(const kel_ebcom_path_config &config, const char *mac_
     return KEL_RC_OK;
 }
 
-void trace_path_config(call_site site, const kel_ebcom_path_config &config, const char *mac_text)
+void trace_path_config(call_site site, const kel_ebcom_path_config &config, const mac_text &mac)
 {
     TRACE_AT(site, FN_PARAM,
              "dst_mac = %s, shaping_enabled = %u, iell_port = %i (%s), shaping_rate = %u, buffer_threshold = %u, "
              "burst_size = %u",
-             mac_text, config.shaping_enabled, config.iell_port, kel_branch_name(config.iell_port), config.shaping_rate,
+             mac.text, config.shaping_enabled, config.iell_port, kel_branch_name(config.iell_port), config.shaping_rate,
              config.buffer_threshold, config.burst_size);
 }
 
 // The create and the delete of a path are announced alike.
-void trace_path_call(call_site site, const char *callee, const kel_ebcom_path_config &config, const char *mac_text,
+void trace_path_call(call_site site, const char *callee, const kel_ebcom_path_config &config, const mac_text &mac,
                      const ork_ebcom_pcep_path &path, uint32_t location)
 {
     TRACE_AT(site, API_CALL, "%s(pcepType=%d, macAddr=%s(%s), eioaPort=%d%s, shaping_enabled=%d, queue_hdl=%p)", callee,
-             path.pcepType, mac_text, kel_location_name(location), path.eioaPort,
+             path.pcepType, mac.text, kel_location_name(location), path.eioaPort,
              location == KEL_LOCATION_EIOA ? "" : " - NOT USED", config.shaping_enabled, path.queue_hdl);
 }
 
-guint path_count(const char *mac_text)
+guint path_count(const mac_text &mac)
 {
-    return GPOINTER_TO_UINT(g_hash_table_lookup(dest_mac_addr_count, mac_text));
+    return GPOINTER_TO_UINT(g_hash_table_lookup(dest_mac_addr_count, mac.text));
 }
 
-void set_path_count(const char *mac_text, guint count)
+void set_path_count(const mac_text &mac, guint count)
 {
-    g_hash_table_insert(dest_mac_addr_count, g_strdup(mac_text), GUINT_TO_POINTER(count));
+    g_hash_table_insert(dest_mac_addr_count, g_strdup(mac.text), GUINT_TO_POINTER(count));
+}
+
+// ---- Statistics ----
+
+// A line of text: a counter's label and its place in the record. Of a 64-bit counter the low half is printed.
+struct text_line {
+    const char *label;
+    size_t offset;
+};
+
+struct text_layout {
+    const char *title;
+    std::span<const text_line> lines;
+};
+
+constexpr text_line queue_lines[] = {
+    {"mem_blks_in_use", offsetof(ebcom_queue_stats, mem_blks_in_use)},
+    {"pkts_out_standing", offsetof(ebcom_queue_stats, pkts_out_standing)},
+    {"pkts_dropped", offsetof(ebcom_queue_stats, pkts_dropped)},
+    {"pkts_tx", offsetof(ebcom_queue_stats, pkts_tx)},
+    {"pkts_rq", offsetof(ebcom_queue_stats, pkts_rx)}, // readers know it by this label
+};
+
+constexpr text_line queue_lines_2[] = {
+    {"mem_blks_in_use", offsetof(ebcom_queue_stats, mem_blks_in_use)},
+    {"pkts_out_standing", offsetof(ebcom_queue_stats, pkts_out_standing)},
+    {"pkts_dropped", offsetof(ebcom_queue_stats, pkts_dropped)},
+    {"pkts_tx", offsetof(ebcom_queue_stats, pkts_tx)},
+    {"pkts_rx", offsetof(ebcom_queue_stats, pkts_rx)},
+    {"octets_dropped", offsetof(ebcom_queue_stats, octets_dropped)},
+    {"octets_tx", offsetof(ebcom_queue_stats, octets_tx)},
+    {"octets_rx", offsetof(ebcom_queue_stats, octets_rx)},
+    {"max_burst_size", offsetof(ebcom_queue_stats, max_burst_size)},
+    {"current_burst_size", offsetof(ebcom_queue_stats, current_burst_size)},
+};
+
+constexpr text_layout queue_layout = {"EBCOM Queue statistics", queue_lines};
+constexpr text_layout queue_layout_2 = {"EBCOM Queue statistics version 2", queue_lines_2};
+
+uint32_t low_word(const ebcom_queue_stats &stats, size_t offset)
+{
+    uint32_t word = 0;
+    memcpy(&word, reinterpret_cast<const char *>(&stats) + offset, sizeof word);
+    return word;
+}
+
+uint32_t format_queue_stats(call_site site, const text_layout &layout, const uint8_t *dst_mac, char *buf, uint32_t len,
+                            uint8_t format)
+{
+    *buf = '\0';
+    ebcom_queue_stats stats{};
+    if (const uint32_t rc = kel_core_ic_ebcom_queue_stats_get(dst_mac, &stats))
+        return report(site, rc, "kel_core_ic_ebcom_queue_stats_get");
+    kel_fmt_header(buf, len, format, layout.title);
+    for (const text_line &line : layout.lines)
+        kel_fmt_uint32(buf, len, format, line.label, low_word(stats, line.offset));
+    if (const uint32_t rc = kel_fmt_end(buf, len))
+        return report(site, rc, "kel_fmt_end");
+    return KEL_RC_OK;
+}
+
+// The companion library's counters in our order.
+void copy_counters(const qos_queue_stats &from, ebcom_queue_stats &to)
+{
+    to.mem_blks_in_use = from.mem_blks_in_use;
+    to.pkts_out_standing = from.pkts_out_standing;
+    to.pkts_dropped = from.pkts_dropped;
+    to.pkts_tx = from.pkts_tx;
+    to.pkts_rx = from.pkts_rx;
+    to.octets_dropped = from.octets_dropped;
+    to.octets_tx = from.octets_tx;
+    to.octets_rx = from.octets_rx;
 }
 
 } // namespace
@@ -286,26 +359,25 @@ extern "C" uint32_t kel_core_ic_ebcom_path_add(const kel_ebcom_path_config *conf
 {
     TRACE_FUNCTION();
 
-    char mac_text[mac_text_size] = {};
-    macAddr2str(mac_text, config->dst_mac);
-    trace_path_config(HERE, *config, mac_text);
+    const mac_text mac(config->dst_mac);
+    trace_path_config(HERE, *config, mac);
 
     kel_attach_info attach{};
     ork_ebcom_pcep_path path;
     uint32_t location = KEL_LOCATION_NONE;
     if (const uint32_t rc = attach_accelerator(HERE, attach))
         return rc;
-    if (const uint32_t rc = set_ork_path_attr(*config, mac_text, path, location))
+    if (const uint32_t rc = set_ork_path_attr(*config, mac, path, location))
         return report(HERE, rc, "set_ork_path_attr");
     if (const uint32_t rc = kel_ic_ebcom_add_shaper(config, &path))
         return report(HERE, rc, "kel_ic_ebcom_add_shaper");
 
     // On every add, also of a destination that is counted already. A refusal leaves the reference on the queue.
-    trace_path_call(HERE, "ork_ebcom_pcep_path_create", *config, mac_text, path, location);
+    trace_path_call(HERE, "ork_ebcom_pcep_path_create", *config, mac, path, location);
     if (const ork_rc rc = ork_ebcom_pcep_path_create(attach.ork_handle, &path))
         return report_ork(HERE, rc, "ork_ebcom_pcep_path_create");
 
-    set_path_count(mac_text, path_count(mac_text) + 1);
+    set_path_count(mac, path_count(mac) + 1);
     return KEL_RC_OK;
 }
 
@@ -313,11 +385,10 @@ extern "C" uint32_t kel_core_ic_ebcom_path_rem(const kel_ebcom_path_config *conf
 {
     TRACE_FUNCTION();
 
-    char mac_text[mac_text_size] = {};
-    macAddr2str(mac_text, config->dst_mac);
-    trace_path_config(HERE, *config, mac_text);
+    const mac_text mac(config->dst_mac);
+    trace_path_config(HERE, *config, mac);
 
-    const guint count = path_count(mac_text);
+    const guint count = path_count(mac);
     if (count == 0)
         return report(HERE, KEL_RC_NOT_FOUND, "mac address of port not found to be configured");
 
@@ -326,20 +397,20 @@ extern "C" uint32_t kel_core_ic_ebcom_path_rem(const kel_ebcom_path_config *conf
     uint32_t location = KEL_LOCATION_NONE;
     if (const uint32_t rc = attach_accelerator(HERE, attach))
         return rc;
-    if (const uint32_t rc = set_ork_path_attr(*config, mac_text, path, location))
+    if (const uint32_t rc = set_ork_path_attr(*config, mac, path, location))
         return report(HERE, rc, "set_ork_path_attr");
     if (const uint32_t rc = kel_ic_ebcom_remove_shaper(config, &path))
         return report(HERE, rc, "kel_ic_ebcom_remove_shaper");
 
     if (count > 1) {
-        set_path_count(mac_text, count - 1);
+        set_path_count(mac, count - 1);
         return KEL_RC_OK;
     }
     // A refusal leaves the count at 1 though the reference on the queue is gone.
-    trace_path_call(HERE, "ork_ebcom_pcep_path_delete", *config, mac_text, path, location);
+    trace_path_call(HERE, "ork_ebcom_pcep_path_delete", *config, mac, path, location);
     if (const ork_rc rc = ork_ebcom_pcep_path_delete(attach.ork_handle, &path))
         return report_ork(HERE, rc, "ork_ebcom_pcep_path_delete");
-    g_hash_table_remove(dest_mac_addr_count, mac_text);
+    g_hash_table_remove(dest_mac_addr_count, mac.text);
     return KEL_RC_OK;
 }
 
@@ -353,4 +424,81 @@ extern "C" uint32_t kel_ic_ebcom_port_to_mac_chan(int32_t iell_port, uint8_t *)
     }
     // There is no mapping table: the channel stays what the caller put there.
     return KEL_RC_OK;
+}
+
+// ---- Exported: statistics ----
+
+extern "C" uint32_t kel_ic_ebcom_get_global_stats(ebcom_global_stats *stats)
+{
+    *stats = {};
+    kel_attach_info attach{};
+    if (const uint32_t rc = kel_init_attach(&attach))
+        return report(HERE, rc, "kel_init_attach");
+    if (const ork_rc rc = ork_ebcom_global_statistics_get(attach.ork_handle, stats))
+        return report_ork(HERE, rc, "ork_ebcom_global_statistics_get");
+    return KEL_RC_OK;
+}
+
+extern "C" uint32_t kel_core_ic_ebcom_global_fmt_stats_get(char *buf, uint32_t len, uint8_t format)
+{
+    *buf = '\0';
+    ebcom_global_stats stats;
+    if (const uint32_t rc = kel_ic_ebcom_get_global_stats(&stats))
+        return report(HERE, rc, "kel_ic_ebcom_get_global_stats");
+    kel_fmt_ebcom_global_stats(buf, len, format, &stats);
+    if (const uint32_t rc = kel_fmt_end(buf, len))
+        return report(HERE, rc, "kel_fmt_end");
+    return KEL_RC_OK;
+}
+
+extern "C" uint32_t kel_core_ic_ebcom_fmt_global_stats(char *buf, uint32_t len, uint32_t format)
+{
+    return kel_core_ic_ebcom_global_fmt_stats_get(buf, len, static_cast<uint8_t>(format));
+}
+
+extern "C" uint32_t kel_core_ic_ebcom_queue_stats_get(const uint8_t *dst_mac, ebcom_queue_stats *stats)
+{
+    TRACE_FUNCTION();
+
+    memset(stats, 0, sizeof *stats);
+    TRACE(FN_PARAM, "dst_mac = %s", mac_text(dst_mac).text);
+
+    void *queue = nullptr;
+    void *scheduler = nullptr;
+    qos_queue_stats counters{};
+    if (const uint32_t rc = kel_ic_ebcom_queue_handle_get(dst_mac, &queue))
+        return report(HERE, rc, "kel_ic_ebcom_queue_handle_get");
+    TRACE(API_CALL, "kel_init_qos_queue_stats_get()");
+    if (const uint32_t rc = kel_init_qos_queue_stats_get(queue, &counters))
+        return report(HERE, rc, "kel_init_qos_queue_stats_get");
+    copy_counters(counters, *stats);
+
+    if (const uint32_t rc = kel_ic_ebcom_scheduler_handle_get(dst_mac, &scheduler))
+        return report(HERE, rc, "kel_ic_ebcom_scheduler_handle_get");
+    if (const uint32_t rc = kel_ic_ebcom_set_burst_stats(queue, scheduler, stats))
+        return report(HERE, rc, "kel_core_ic_set_burst_stats"); // readers know it by this name
+    return KEL_RC_OK;
+}
+
+extern "C" uint32_t kel_core_ic_ebcom_queue_fmt_stats_get(const uint8_t *dst_mac, char *buf, uint32_t len,
+                                                          uint8_t format)
+{
+    return format_queue_stats(HERE, queue_layout, dst_mac, buf, len, format);
+}
+
+extern "C" uint32_t kel_core_ic_ebcom_queue_fmt_stats_get_2(const uint8_t *dst_mac, char *buf, uint32_t len,
+                                                            uint8_t format)
+{
+    return format_queue_stats(HERE, queue_layout_2, dst_mac, buf, len, format);
+}
+
+extern "C" uint32_t kel_core_ic_ebcom_fmt_queue_stats(const uint8_t *dst_mac, char *buf, uint32_t len, uint32_t format)
+{
+    return kel_core_ic_ebcom_queue_fmt_stats_get(dst_mac, buf, len, static_cast<uint8_t>(format));
+}
+
+extern "C" uint32_t kel_ic_ebcom_set_burst_stats(void *, void *, ebcom_queue_stats *)
+{
+    TRACE_FUNCTION();
+    return KEL_RC_OK; // bursts are not measured
 }

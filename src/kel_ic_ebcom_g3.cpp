@@ -1,5 +1,6 @@
-// EBCOM's QoS objects: the registry of schedulers, queues and destinations by IC port, the scheduler tree, and the
-// shaped queues. The registry is this library's only memory of them; it is touched by one thread at a time.
+// EBCOM's QoS objects: the registry of schedulers, queues and destinations by IC port, the scheduler tree, the shaped
+// queues, and the handle dump. The registry is this library's only memory of them; it is touched by one thread at a
+// time.
 #include "call_frame.h"
 #include "kel/kel_core_ic_ebcom.h"
 
@@ -329,6 +330,36 @@ uint32_t roll_back_queue(call_site site, void *queue)
     }
 }
 
+// ---- The handle dump ----
+
+constexpr char dump_path[] = "/tmp/KEL_DUMP_EBCOM_QOS_HANDLE_FILENAME";
+constexpr char dump_header[] = "\n------ EBCOM QOS scheduler and queue handle info------\n";
+
+// Writes one line of the dump, traced first. The record has no line end.
+uint32_t dump_handle(call_site site, FILE *file, const char *label, const void *handle)
+{
+    TRACE_AT(site, LAB, "%s=%p", label, handle);
+    if (const int written = fprintf(file, "%s=%p\n", label, handle); written < 0)
+        return report_system(site, written, "fprintf");
+    return KEL_RC_OK;
+}
+
+// Every slot is written, used or not. Stops at the first line that cannot be written.
+uint32_t dump_registry(call_site site, FILE *file)
+{
+    if (const int written = fprintf(file, "%s", dump_header); written < 0)
+        return report_system(site, written, "fprintf");
+    for (const port_group &group : port_groups) {
+        if (const uint32_t rc = dump_handle(site, file, "scheduler_handle", group.scheduler))
+            return rc;
+        for (const queue_slot &slot : group.queues) {
+            if (const uint32_t rc = dump_handle(site, file, "  queue_handle", slot.queue))
+                return rc;
+        }
+    }
+    return KEL_RC_OK;
+}
+
 } // namespace
 
 // ---- Exported: look-ups ----
@@ -456,4 +487,20 @@ extern "C" uint32_t kel_ic_ebcom_remove_shaper(const kel_ebcom_path_config *conf
     if (const uint32_t rc = store_queue_handle(config->iell_port, nullptr))
         return report(HERE, rc, "store_queue_handle");
     return KEL_RC_OK;
+}
+
+// ---- Exported: the handle dump ----
+
+extern "C" uint32_t kel_core_ic_ebcom_qos_handle_dump()
+{
+    TRACE(API_CALL, "fopen(%s, w)", dump_path);
+    FILE *file = fopen(dump_path, "w");
+    if (!file) {
+        if (errno < 0) // which it never is: a file that cannot be opened leaves no record, as callers rely on
+            report_system(HERE, errno, "fopen(w)");
+        return KEL_RC_FAILED;
+    }
+    const uint32_t rc = dump_registry(HERE, file);
+    fclose(file);
+    return rc;
 }

@@ -246,6 +246,97 @@ uint32_t kel_ic_ebcom_queue_handle_get(const uint8_t *dst_mac, void **queue_hand
  */
 uint32_t kel_ic_ebcom_scheduler_handle_get(const uint8_t *dst_mac, void **scheduler_handle);
 
+/* ---- Statistics and the handle dump ---- */
+
+/**
+ * Reads the service's global counters. The record's layout is the driver kit's. Traces failures only.
+ *
+ * @param stats 256 octets, cleared first; the driver kit fills this very record, also if it refuses after all
+ * @return 0; the code of the failed attachment; 13 when the driver kit refuses.
+ */
+uint32_t kel_ic_ebcom_get_global_stats(ebcom_global_stats *stats);
+
+/**
+ * The same as text, laid out by the formatting library.
+ *
+ * @param buf    written always; the empty string when the counters cannot be read
+ * @param len    size of the buffer, octets; at least 1
+ * @param format the formatting library's selector
+ * @return 0; the code of the failed reading; or what the formatting library says at the end of the text.
+ */
+uint32_t kel_core_ic_ebcom_global_fmt_stats_get(char *buf, uint32_t len, uint8_t format);
+
+/** A second name for kel_core_ic_ebcom_global_fmt_stats_get(); only the low 8 bits of the format count. */
+uint32_t kel_core_ic_ebcom_fmt_global_stats(char *buf, uint32_t len, uint32_t format);
+
+/** Counters of the queue that carries a destination. A block of memory is 256 octets. */
+typedef struct ebcom_queue_stats {
+    uint32_t mem_blks_in_use;
+    uint32_t pkts_out_standing;
+    uint32_t pkts_dropped;
+    uint32_t pkts_tx;
+    uint32_t pkts_rx;
+    uint64_t octets_dropped;
+    uint64_t octets_tx;
+    uint64_t octets_rx;
+    uint32_t max_burst_size;     /**< not measured: always 0 */
+    uint32_t current_burst_size; /**< not measured: always 0 */
+} ebcom_queue_stats;
+KEL_LAYOUT_SIZE(ebcom_queue_stats, 56);
+KEL_LAYOUT_AT(ebcom_queue_stats, pkts_out_standing, 4);
+KEL_LAYOUT_AT(ebcom_queue_stats, pkts_dropped, 8);
+KEL_LAYOUT_AT(ebcom_queue_stats, pkts_tx, 12);
+KEL_LAYOUT_AT(ebcom_queue_stats, pkts_rx, 16);
+KEL_LAYOUT_AT(ebcom_queue_stats, octets_dropped, 24);
+KEL_LAYOUT_AT(ebcom_queue_stats, octets_tx, 32);
+KEL_LAYOUT_AT(ebcom_queue_stats, octets_rx, 40);
+KEL_LAYOUT_AT(ebcom_queue_stats, max_burst_size, 48);
+KEL_LAYOUT_AT(ebcom_queue_stats, current_burst_size, 52);
+
+/**
+ * Reads the counters of the queue that carries a destination. Do not change paths meanwhile.
+ *
+ * @param dst_mac 6 bytes, wire order
+ * @param stats   cleared first: all zero when the counters cannot be read
+ * @return 0; 4 when no queue carries the destination; or the code of the failed reading.
+ */
+uint32_t kel_core_ic_ebcom_queue_stats_get(const uint8_t *dst_mac, ebcom_queue_stats *stats);
+
+/**
+ * The packet counters as text: "EBCOM Queue statistics" with five lines, the last of them labelled "pkts_rq".
+ *
+ * @param buf    written always; the empty string when the counters cannot be read
+ * @param len    size of the buffer, octets; at least 1
+ * @param format the formatting library's selector
+ * @return 0; the code of the failed reading; or what the formatting library says at the end of the text.
+ */
+uint32_t kel_core_ic_ebcom_queue_fmt_stats_get(const uint8_t *dst_mac, char *buf, uint32_t len, uint8_t format);
+
+/** A second name for kel_core_ic_ebcom_queue_fmt_stats_get(); only the low 8 bits of the format count. */
+uint32_t kel_core_ic_ebcom_fmt_queue_stats(const uint8_t *dst_mac, char *buf, uint32_t len, uint32_t format);
+
+/**
+ * All counters as text: "EBCOM Queue statistics version 2" with ten lines. Of the octet counters, the low 32 bits are
+ * shown. Arguments and return codes as for kel_core_ic_ebcom_queue_fmt_stats_get().
+ */
+uint32_t kel_core_ic_ebcom_queue_fmt_stats_get_2(const uint8_t *dst_mac, char *buf, uint32_t len, uint8_t format);
+
+/**
+ * The burst step of the queue counters. Burst sizes are not measured: nothing is read or written.
+ *
+ * @return 0.
+ */
+uint32_t kel_ic_ebcom_set_burst_stats(void *queue_handle, void *scheduler_handle, ebcom_queue_stats *stats);
+
+/**
+ * Writes every scheduler and queue handle to the file "/tmp/KEL_DUMP_EBCOM_QOS_HANDLE_FILENAME", anew each time: an
+ * empty line, a banner, and 45 lines, those of empty slots included. Anybody who may read the file sees them.
+ *
+ * @return 0, or 13 when the file cannot be opened (without a record of it) or a line cannot be written (the lines
+ * before it stay).
+ */
+uint32_t kel_core_ic_ebcom_qos_handle_dump(void);
+
 #pragma GCC visibility pop
 
 #ifdef __cplusplus

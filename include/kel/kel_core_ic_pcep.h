@@ -1,17 +1,32 @@
 /*
- * kel_core_ic_pcep.h - the PCEP side: where a MAC address sits in the node.
+ * kel_core_ic_pcep.h - PCEPs, packet communication end points: unicast ones between a local and a remote MAC address,
+ * and multicast groups of them.
  *
- * A MAC address tells the location of its owner in bytes 2 and 3, counted from 0:
+ *     const kel_pcep_config config = {.remote_pcep_id = {9, 0, 0},                // little-endian: 9
+ *                                     .local_mac = {2, 0, 0, 3, 0, 1},           // on the HSFP: gets bound
+ *                                     .remote_mac = {2, 0, 0, 2, 0, 1},
+ *                                     .vlan_id = 100, .priority = 5};
+ *     uint32_t rc = kel_core_ic_pcep_start();
+ *     if (rc == 0)
+ *         rc = kel_core_ic_pcep_add(7, &config);
+ *     if (rc == 0)
+ *         rc = kel_core_ic_pcep_mc_group_add(300);
+ *     if (rc == 0)
+ *         rc = kel_core_ic_pcep_mc_member_add(300, 7);
  *
- *     const uint8_t peer[6] = {2, 0, 0, 2, 0, 1};
- *     uint32_t location, type;
- *     kel_ic_pcep_get_location_and_type_from_branch(peer, &location, &type);      // location 2, "OB"
+ * Unicast PCEPs and multicast groups share the ids 1 to 511. The library keeps a table of them from start to stop.
+ * Calls before the start or after the stop reach the driver kit with null handles.
  *
  * Threads and return codes are as in kel_core_ic_ebcom.h.
  */
 #ifndef KEL_CORE_IC_PCEP_H
 #define KEL_CORE_IC_PCEP_H
 
+#include "platform/kel_init.h"
+#include "platform/layout.h"
+#include "platform/ork.h"
+
+#include <stddef.h>
 #include <stdint.h>
 
 #ifdef __cplusplus
@@ -20,8 +35,10 @@ extern "C" {
 
 #pragma GCC visibility push(default)
 
+/* ---- Locations ---- */
+
 /**
- * Tells where a MAC address sits and which PCEP type goes with it:
+ * Tells where a MAC address sits and which PCEP type goes with it, from its bytes 2 and 3, counted from 0:
  *
  * | byte 3 | byte 2                            | location | type |
  * |--------|-----------------------------------|----------|------|
@@ -39,6 +56,180 @@ extern "C" {
  * @return 0.
  */
 uint32_t kel_ic_pcep_get_location_and_type_from_branch(const uint8_t *mac, uint32_t *location, uint32_t *type);
+
+/* ---- Start, stop and the handle dump ---- */
+
+/**
+ * Starts the PCEP service: empties the table and attaches to the accelerator, once for all PCEP calls until the stop.
+ *
+ * @return 0, or the code of the failed attachment; the table is empty in any case.
+ */
+uint32_t kel_core_ic_pcep_start(void);
+
+/**
+ * Stops the PCEP service: forgets the attachment and the table. PCEPs, bindings and groups stay in the driver kit, and
+ * the number of groups stays counted.
+ *
+ * @return 0.
+ */
+uint32_t kel_core_ic_pcep_stop(void);
+
+/**
+ * Lists the driver-kit handles of all PCEPs through the companion library.
+ *
+ * @param destination handed on as it is; the companion library says what it must be
+ * @return 0, whatever becomes of the dump.
+ */
+uint32_t kel_core_ic_pcep_handle_dump(void *destination);
+
+/**
+ * The hook that the start calls for a multicast queue and scheduler. Makes none and writes nothing.
+ *
+ * @return 0.
+ */
+uint32_t kel_core_ic_pcep_create_queue_and_scheduler_for_multicast(kel_attach_info *attach, uint64_t *queue_handle,
+                                                                   uint64_t *scheduler_handle);
+
+/* ---- Unicast PCEPs ---- */
+
+/** What a PCEP is made from. */
+typedef struct kel_pcep_config {
+    uint8_t remote_pcep_id[3]; /**< little-endian */
+    uint8_t reserved3;         /**< not read */
+    uint8_t local_mac[6];      /**< wire order; a location on the HSFP gets the PCEP bound */
+    uint8_t remote_mac[6];     /**< wire order */
+    uint16_t vlan_id;          /**< low 12 bits */
+    uint8_t priority;          /**< low 3 bits */
+    uint8_t byte19;            /**< handed to the driver kit as it is */
+    uint16_t word20;           /**< handed to the driver kit as it is */
+    uint8_t rest[22];          /**< kept, not read */
+} kel_pcep_config;
+KEL_LAYOUT_SIZE(kel_pcep_config, 44);
+KEL_LAYOUT_AT(kel_pcep_config, local_mac, 4);
+KEL_LAYOUT_AT(kel_pcep_config, remote_mac, 10);
+KEL_LAYOUT_AT(kel_pcep_config, vlan_id, 16);
+KEL_LAYOUT_AT(kel_pcep_config, priority, 18);
+KEL_LAYOUT_AT(kel_pcep_config, byte19, 19);
+KEL_LAYOUT_AT(kel_pcep_config, word20, 20);
+KEL_LAYOUT_AT(kel_pcep_config, rest, 22);
+
+/**
+ * Creates a PCEP in the driver kit and, when its local address is on the HSFP, binds it to the EHSFP target.
+ *
+ * @param pcep_id 1 to 511
+ * @param config  read only, copied
+ * @return 0; 3 for an invalid id; 5 when the id is taken; 13 when the driver kit refuses. When only the binding fails,
+ * the PCEP stays in the driver kit and the id stays free.
+ */
+uint32_t kel_core_ic_pcep_add(uint32_t pcep_id, const kel_pcep_config *config);
+
+/**
+ * Unbinds a PCEP that was bound and deletes it in the driver kit. Its id is free afterwards, whatever the result: what
+ * the driver kit refused to delete is forgotten. The id of a multicast group gives 7 and is forgotten, too.
+ *
+ * @return 0; 3 for an invalid id; 4 for a free one; 7 for a multicast group; 13 when the driver kit refuses; after a
+ * failed unbinding, the PCEP is not deleted.
+ */
+uint32_t kel_core_ic_pcep_rem(uint32_t pcep_id);
+
+/* ---- Multicast groups ---- */
+
+/**
+ * Creates a multicast group, of which there may be 30.
+ *
+ * @param mc_pcep_id 1 to 511
+ * @return 0; 3 for an invalid id; 5 when the id is taken; 10 when there are too many groups; 13 when the driver kit
+ * refuses.
+ */
+uint32_t kel_core_ic_pcep_mc_group_add(uint32_t mc_pcep_id);
+
+/**
+ * Deletes a multicast group without members. The group is forgotten and no longer counted, also when the driver kit
+ * refuses. A free id lowers the count as well; below 0 it wraps, and every further group is refused with 10.
+ *
+ * @return 0; 3 for an invalid id; 4 for a free one; 7 for a unicast PCEP; 6 while there are members; 13 when the driver
+ * kit refuses.
+ */
+uint32_t kel_core_ic_pcep_mc_group_rem(uint32_t mc_pcep_id);
+
+/**
+ * Adds a PCEP to a group, which may have 16 members. Whether it is one already is for the driver kit to say.
+ *
+ * @return 0; 3 for an invalid id; 4 for a free one; 7 when the group is none; 10 when it is full; 13 when the driver
+ * kit refuses.
+ */
+uint32_t kel_core_ic_pcep_mc_member_add(uint32_t mc_pcep_id, uint32_t uc_pcep_id);
+
+/**
+ * Removes a PCEP from a group.
+ *
+ * @return 0; 3 for an invalid id; 4 for a free one; 7 when the group is none; 13 when the driver kit refuses.
+ */
+uint32_t kel_core_ic_pcep_mc_member_rem(uint32_t mc_pcep_id, uint32_t uc_pcep_id);
+
+/* ---- Statistics ---- */
+
+/**
+ * Reads a unicast PCEP's counters as the driver kit has them. Octets 16 to 63 stay 0. Traces failures only.
+ *
+ * @param stats 128 octets, cleared first: all zero on failure
+ * @return 0; 3 for an invalid id; 4 for a free one; 11 for a multicast group; 13 when the driver kit refuses.
+ */
+uint32_t kel_ic_pcep_get_stats(uint32_t pcep_id, ebcom_pcep_stats *stats);
+
+/** The same counters in a record of 76 octets without gaps. The order of the words is part of the interface. */
+typedef struct __attribute__((packed)) pcep_stats {
+    uint64_t in_cnt0;
+    uint32_t in_word4;
+    uint32_t in_word0;
+    uint32_t in_word5;
+    uint32_t in_word1;
+    uint32_t in_word2;
+    uint64_t in_cnt1;
+    uint32_t in_word3;
+    uint32_t in_word6;
+    uint64_t in_cnt2;
+    uint64_t in_cnt3;
+    uint64_t out_cnt0;
+    uint64_t out_cnt1;
+} pcep_stats;
+KEL_LAYOUT_SIZE(pcep_stats, 76);
+KEL_LAYOUT_AT(pcep_stats, in_word4, 8);
+KEL_LAYOUT_AT(pcep_stats, in_word0, 12);
+KEL_LAYOUT_AT(pcep_stats, in_word5, 16);
+KEL_LAYOUT_AT(pcep_stats, in_word1, 20);
+KEL_LAYOUT_AT(pcep_stats, in_word2, 24);
+KEL_LAYOUT_AT(pcep_stats, in_cnt1, 28);
+KEL_LAYOUT_AT(pcep_stats, in_word3, 36);
+KEL_LAYOUT_AT(pcep_stats, in_word6, 40);
+KEL_LAYOUT_AT(pcep_stats, in_cnt2, 44);
+KEL_LAYOUT_AT(pcep_stats, in_cnt3, 52);
+KEL_LAYOUT_AT(pcep_stats, out_cnt0, 60);
+KEL_LAYOUT_AT(pcep_stats, out_cnt1, 68);
+
+/**
+ * Reads a unicast PCEP's counters into the compact record.
+ *
+ * @param stats cleared first: all zero on failure
+ * @return as kel_ic_pcep_get_stats().
+ */
+uint32_t kel_core_ic_pcep_stats_get(uint32_t pcep_id, pcep_stats *stats);
+
+/** A second name for kel_core_ic_pcep_stats_get(). */
+uint32_t kel_core_ic_pcep_get_stats(uint32_t pcep_id, pcep_stats *stats);
+
+/**
+ * A unicast PCEP's counters as text, inbound ones first.
+ *
+ * @param buf    written always; the empty string when the counters cannot be read
+ * @param len    size of the buffer, octets; at least 1
+ * @param format the formatting library's selector
+ * @return as kel_ic_pcep_get_stats(), or what the formatting library says at the end of the text.
+ */
+uint32_t kel_core_ic_pcep_fmt_stats_get(uint32_t pcep_id, char *buf, uint32_t len, uint8_t format);
+
+/** A second name for kel_core_ic_pcep_fmt_stats_get(); only the low 8 bits of the format count. */
+uint32_t kel_core_ic_pcep_fmt_stats(uint32_t pcep_id, char *buf, uint32_t len, uint32_t format);
 
 #pragma GCC visibility pop
 

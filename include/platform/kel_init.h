@@ -73,6 +73,37 @@ uint32_t kel_init_qos_queue_add(const kel_init_qos_queue_params *params, uint32_
                                 uint16_t eth_dev_id, void **queue);
 uint32_t kel_init_qos_queue_rem(void *queue);
 
+/** Counters of a queue. A block is 256 octets. */
+typedef struct qos_queue_stats {
+    uint64_t octets_tx;
+    uint64_t octets_rx;
+    uint64_t octets_dropped;
+    uint32_t pkts_dropped;
+    uint32_t mem_blks_in_use;
+    uint32_t pkts_out_standing;
+    uint32_t pkts_tx;
+    uint32_t pkts_rx;
+    uint32_t word9; /**< not read by this library */
+} qos_queue_stats;
+KEL_LAYOUT_SIZE(qos_queue_stats, 48);
+KEL_LAYOUT_AT(qos_queue_stats, octets_rx, 8);
+KEL_LAYOUT_AT(qos_queue_stats, octets_dropped, 16);
+KEL_LAYOUT_AT(qos_queue_stats, pkts_dropped, 24);
+KEL_LAYOUT_AT(qos_queue_stats, mem_blks_in_use, 28);
+KEL_LAYOUT_AT(qos_queue_stats, pkts_out_standing, 32);
+KEL_LAYOUT_AT(qos_queue_stats, pkts_tx, 36);
+KEL_LAYOUT_AT(qos_queue_stats, pkts_rx, 40);
+KEL_LAYOUT_AT(qos_queue_stats, word9, 44);
+
+uint32_t kel_init_qos_queue_stats_get(void *queue, qos_queue_stats *stats);
+
+/**
+ * Lists handles on a destination of the companion library's kind, a stdio stream. The accessors are asked by index; an
+ * id of 0 marks a free entry.
+ */
+uint32_t kel_init_dump_ork_handles(void *destination, const char *title, uint32_t count,
+                                   uint32_t (*id_get)(uint32_t index), uint64_t (*handle_get)(uint32_t index));
+
 #ifdef __cplusplus
 }
 #endif

@@ -77,6 +77,138 @@ KEL_LAYOUT_AT(ork_ebcom_pcep_path, queue_hdl, 16);
 ork_rc ork_ebcom_pcep_path_create(void *ork, const ork_ebcom_pcep_path *path);
 ork_rc ork_ebcom_pcep_path_delete(void *ork, const ork_ebcom_pcep_path *path);
 
+/**
+ * The service's counters. The layout is the driver kit's: this library clears the record, has it filled, and hands it
+ * on.
+ */
+typedef struct ebcom_global_stats {
+    uint8_t octets[256];
+} ebcom_global_stats;
+KEL_LAYOUT_SIZE(ebcom_global_stats, 256);
+
+ork_rc ork_ebcom_global_statistics_get(void *ork, ebcom_global_stats *stats);
+
+/* ---- PCEPs ---- */
+
+/** What a new PCEP is made from. */
+typedef struct ork_ebcom_pcep_params {
+    uint8_t sMac[6]; /**< local */
+    uint8_t dMac[6]; /**< remote */
+    uint16_t vlan;   /**< bits 0 to 11: vlanId; 12 to 14: priority, not where an 802.1Q tag has it; 15: 0 */
+    uint16_t reserved14;
+    uint32_t localPcepId;  /**< bits 0 to 23 */
+    uint32_t remotePcepId; /**< bits 8 to 31; bits 0 to 7 are a byte of their own */
+    uint16_t word24;
+    uint16_t reserved26;
+    uint8_t byte28; /**< always 1 */
+    uint8_t reserved29[11];
+} ork_ebcom_pcep_params;
+KEL_LAYOUT_SIZE(ork_ebcom_pcep_params, 40);
+KEL_LAYOUT_AT(ork_ebcom_pcep_params, dMac, 6);
+KEL_LAYOUT_AT(ork_ebcom_pcep_params, vlan, 12);
+KEL_LAYOUT_AT(ork_ebcom_pcep_params, reserved14, 14);
+KEL_LAYOUT_AT(ork_ebcom_pcep_params, localPcepId, 16);
+KEL_LAYOUT_AT(ork_ebcom_pcep_params, remotePcepId, 20);
+KEL_LAYOUT_AT(ork_ebcom_pcep_params, word24, 24);
+KEL_LAYOUT_AT(ork_ebcom_pcep_params, reserved26, 26);
+KEL_LAYOUT_AT(ork_ebcom_pcep_params, byte28, 28);
+KEL_LAYOUT_AT(ork_ebcom_pcep_params, reserved29, 29);
+
+ork_rc ork_ebcom_pcep_create(void *ork, const ork_ebcom_pcep_params *params, uint64_t *handle);
+ork_rc ork_ebcom_pcep_delete(void *ork, uint64_t handle);
+
+/** What a PCEP has sent; the library names the words by their positions. */
+typedef struct ebcom_pcep_outbound_stats {
+    uint64_t out_cnt0;
+    uint64_t out_cnt1;
+    uint8_t rest[48];
+} ebcom_pcep_outbound_stats;
+KEL_LAYOUT_SIZE(ebcom_pcep_outbound_stats, 64);
+
+/** What a PCEP has received. */
+typedef struct ebcom_pcep_inbound_stats {
+    uint64_t in_cnt0;
+    uint32_t in_word0;
+    uint32_t in_word1;
+    uint64_t in_cnt1;
+    uint32_t in_word2;
+    uint32_t in_word3;
+    uint64_t in_cnt2;
+    uint64_t in_cnt3;
+    uint32_t in_word4;
+    uint32_t in_word5;
+    uint32_t in_word6;
+    uint8_t rest[4];
+} ebcom_pcep_inbound_stats;
+KEL_LAYOUT_SIZE(ebcom_pcep_inbound_stats, 64);
+KEL_LAYOUT_AT(ebcom_pcep_inbound_stats, in_word0, 8);
+KEL_LAYOUT_AT(ebcom_pcep_inbound_stats, in_word1, 12);
+KEL_LAYOUT_AT(ebcom_pcep_inbound_stats, in_cnt1, 16);
+KEL_LAYOUT_AT(ebcom_pcep_inbound_stats, in_word2, 24);
+KEL_LAYOUT_AT(ebcom_pcep_inbound_stats, in_word3, 28);
+KEL_LAYOUT_AT(ebcom_pcep_inbound_stats, in_cnt2, 32);
+KEL_LAYOUT_AT(ebcom_pcep_inbound_stats, in_cnt3, 40);
+KEL_LAYOUT_AT(ebcom_pcep_inbound_stats, in_word4, 48);
+KEL_LAYOUT_AT(ebcom_pcep_inbound_stats, in_word5, 52);
+KEL_LAYOUT_AT(ebcom_pcep_inbound_stats, in_word6, 56);
+KEL_LAYOUT_AT(ebcom_pcep_inbound_stats, rest, 60);
+
+/** The counters of one PCEP. */
+typedef struct ebcom_pcep_stats {
+    ebcom_pcep_outbound_stats outbound;
+    ebcom_pcep_inbound_stats inbound;
+} ebcom_pcep_stats;
+KEL_LAYOUT_SIZE(ebcom_pcep_stats, 128);
+KEL_LAYOUT_AT(ebcom_pcep_stats, inbound, 64);
+
+ork_rc ork_ebcom_pcep_statistics_get(void *ork, uint64_t handle, ebcom_pcep_stats *stats);
+
+/** Ties a PCEP to an event target. The names say what is known of the words. */
+typedef struct ork_bind_params {
+    uint32_t word0; /**< always 4 */
+    uint32_t word4; /**< always 1 */
+    uint32_t word8; /**< always 1 */
+    uint32_t reserved12;
+    void *ork_handle;
+    uint64_t reserved24;
+    uint32_t pcep_id;
+    uint32_t word36; /**< always 2 */
+    uint64_t target;
+    uint8_t reserved48[12];
+    uint32_t word60; /**< always 2 */
+    uint8_t reserved64[20];
+    uint8_t byte84; /**< always 1 */
+    uint8_t reserved85[11];
+} ork_bind_params;
+KEL_LAYOUT_SIZE(ork_bind_params, 96);
+KEL_LAYOUT_AT(ork_bind_params, word4, 4);
+KEL_LAYOUT_AT(ork_bind_params, word8, 8);
+KEL_LAYOUT_AT(ork_bind_params, ork_handle, 16);
+KEL_LAYOUT_AT(ork_bind_params, pcep_id, 32);
+KEL_LAYOUT_AT(ork_bind_params, word36, 36);
+KEL_LAYOUT_AT(ork_bind_params, target, 40);
+KEL_LAYOUT_AT(ork_bind_params, word60, 60);
+KEL_LAYOUT_AT(ork_bind_params, byte84, 84);
+
+ork_rc ork_bind(void *sys_handle, const ork_bind_params *params);
+ork_rc ork_unbind(void *sys_handle, const ork_bind_params *params);
+
+/** What a new multicast group is made from. */
+typedef struct ork_ebcom_multicast_group {
+    uint16_t pcep_id; /**< low 12 bits */
+    uint8_t reserved[6];
+} ork_ebcom_multicast_group;
+KEL_LAYOUT_SIZE(ork_ebcom_multicast_group, 8);
+KEL_LAYOUT_AT(ork_ebcom_multicast_group, reserved, 2);
+
+ork_rc ork_ebcom_multicast_group_create(void *ork, const ork_ebcom_multicast_group *group, uint64_t *handle,
+                                        uint64_t scheduler);
+ork_rc ork_ebcom_multicast_group_delete(void *ork, uint64_t handle);
+
+/** Members are named by their PCEP id, not by a handle. */
+ork_rc ork_ebcom_multicast_member_add(void *ork, uint64_t group_handle, uint32_t pcep_id);
+ork_rc ork_ebcom_multicast_member_rem(void *ork, uint64_t group_handle, uint32_t pcep_id);
+
 /* ---- QoS: schedulers and queues ---- */
 
 typedef struct ork_qos_rate {

@@ -24,13 +24,37 @@ TEST(Attachment, OnlyTheDriverKitHandleIsGoodForDriverKitCalls)
     EXPECT_EQ(attachment.check_driver_kit(Handle::null), Refusal::invalid);
 }
 
+TEST(Attachment, OnlyTheSystemHandleIsGoodForBindingCalls)
+{
+    const Attachment attachment;
+    EXPECT_EQ(attachment.check_system(attachment.system()), Refusal::granted);
+    EXPECT_EQ(attachment.check_system(attachment.driver_kit()), Refusal::invalid);
+    EXPECT_EQ(attachment.check_system(attachment.ehsfp_target()), Refusal::invalid);
+    EXPECT_EQ(attachment.check_system(Handle::null), Refusal::invalid);
+}
+
+TEST(Attachment, OnlyTheEhsfpTargetIsATarget)
+{
+    const Attachment attachment;
+    EXPECT_EQ(attachment.check_ehsfp_target(attachment.ehsfp_target()), Refusal::granted);
+    EXPECT_EQ(attachment.check_ehsfp_target(attachment.system()), Refusal::invalid);
+    EXPECT_EQ(attachment.check_ehsfp_target(attachment.driver_kit()), Refusal::invalid);
+    EXPECT_EQ(attachment.check_ehsfp_target(Handle::null), Refusal::invalid);
+}
+
 TEST(Attachment, HandlesOfBeforeAResetAreGone)
 {
     Attachment attachment;
-    const Handle before = attachment.driver_kit();
+    const Handle driver_kit = attachment.driver_kit();
+    const Handle system = attachment.system();
+    const Handle target = attachment.ehsfp_target();
     attachment.reset();
-    EXPECT_EQ(attachment.check_driver_kit(before), Refusal::gone);
+    EXPECT_EQ(attachment.check_driver_kit(driver_kit), Refusal::gone);
+    EXPECT_EQ(attachment.check_system(system), Refusal::gone);
+    EXPECT_EQ(attachment.check_ehsfp_target(target), Refusal::gone);
     EXPECT_EQ(attachment.check_driver_kit(attachment.driver_kit()), Refusal::granted);
+    EXPECT_EQ(attachment.check_system(attachment.system()), Refusal::granted);
+    EXPECT_EQ(attachment.check_ehsfp_target(attachment.ehsfp_target()), Refusal::granted);
 }
 
 TEST(Attachment, AResetRenewsAllThreeHandles)

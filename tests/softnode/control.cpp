@@ -77,3 +77,42 @@ void *ControlledNode::add_queue(void *scheduler, std::uint32_t rate, std::uint32
     EXPECT_EQ(kel_init_qos_queue_add(&params, 5, scheduler, device, &queue), 0U);
     return queue;
 }
+
+ork_ebcom_pcep_params ControlledNode::pcep_params(std::uint32_t id)
+{
+    ork_ebcom_pcep_params params{};
+    params.localPcepId = id;
+    params.byte28 = 1;
+    return params;
+}
+
+std::uint64_t ControlledNode::create_pcep(std::uint32_t id)
+{
+    const ork_ebcom_pcep_params params = pcep_params(id);
+    std::uint64_t pcep = 0;
+    EXPECT_EQ(ork_ebcom_pcep_create(ork, &params, &pcep), ORK_OK);
+    return pcep;
+}
+
+std::uint64_t ControlledNode::create_group(std::uint16_t id)
+{
+    const ork_ebcom_multicast_group params{id, {}};
+    std::uint64_t group = 0;
+    EXPECT_EQ(ork_ebcom_multicast_group_create(ork, &params, &group, 0), ORK_OK);
+    return group;
+}
+
+ork_bind_params ControlledNode::binding_of(std::uint32_t pcep_id) const
+{
+    ork_bind_params params{};
+    params.word0 = 4;
+    params.word4 = 1;
+    params.word8 = 1;
+    params.ork_handle = ork;
+    params.pcep_id = pcep_id;
+    params.word36 = 2;
+    params.target = attach.ehsfp_target;
+    params.word60 = 2;
+    params.byte84 = 1;
+    return params;
+}

@@ -37,6 +37,13 @@ protected:
     void *create_scheduler(void *parent = nullptr);
     void *add_queue(void *scheduler, std::uint32_t rate = 0, std::uint32_t bucket_size = 0);
 
+    static ork_ebcom_pcep_params pcep_params(std::uint32_t id);
+    std::uint64_t create_pcep(std::uint32_t id);
+    std::uint64_t create_group(std::uint16_t id);
+
+    /* The record that binds a PCEP. */
+    ork_bind_params binding_of(std::uint32_t pcep_id) const;
+
     kel_attach_info attach{};
     std::uint16_t device = 0;
     void *ork = nullptr;

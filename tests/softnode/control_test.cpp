@@ -3,6 +3,7 @@
  */
 #include "control.h"
 
+#include "platform/kel_fmt.h"
 #include "platform/qol_ng.h"
 #include "platform/vorn_tu.h"
 #include "softnode/closed_functions.h"
@@ -17,21 +18,43 @@ namespace
 
 /* Every closed function that returns a code, called so that it is refused unless a fault rule answers first. */
 const std::map<std::string_view, std::int64_t (*)()> calls{
+    {"kel_fmt_ebcom_global_stats", [] { return std::int64_t{kel_fmt_ebcom_global_stats(nullptr, 0, 0, nullptr)}; }},
+    {"kel_fmt_ebcom_pcep_inbound_stats",
+     [] { return std::int64_t{kel_fmt_ebcom_pcep_inbound_stats(nullptr, 0, 0, nullptr)}; }},
+    {"kel_fmt_ebcom_pcep_outbound_stats",
+     [] { return std::int64_t{kel_fmt_ebcom_pcep_outbound_stats(nullptr, 0, 0, nullptr)}; }},
+    {"kel_fmt_end", [] { return std::int64_t{kel_fmt_end(nullptr, 0)}; }},
+    {"kel_fmt_header", [] { return std::int64_t{kel_fmt_header(nullptr, 0, 0, nullptr)}; }},
+    {"kel_fmt_uint32", [] { return std::int64_t{kel_fmt_uint32(nullptr, 0, 0, nullptr, 0)}; }},
     {"kel_init_attach", [] { return std::int64_t{kel_init_attach(nullptr)}; }},
+    {"kel_init_dump_ork_handles",
+     [] { return std::int64_t{kel_init_dump_ork_handles(nullptr, nullptr, 0, nullptr, nullptr)}; }},
     {"kel_init_eventdev_dev_id_ebcom_get", [] { return std::int64_t{kel_init_eventdev_dev_id_ebcom_get(nullptr)}; }},
     {"kel_init_eventdev_vsi_ebcom_get", [] { return std::int64_t{kel_init_eventdev_vsi_ebcom_get(nullptr)}; }},
     {"kel_init_qos_queue_add", [] { return std::int64_t{kel_init_qos_queue_add(nullptr, 5, nullptr, 0, nullptr)}; }},
     {"kel_init_qos_queue_rem", [] { return std::int64_t{kel_init_qos_queue_rem(nullptr)}; }},
+    {"kel_init_qos_queue_stats_get", [] { return std::int64_t{kel_init_qos_queue_stats_get(nullptr, nullptr)}; }},
+    {"ork_bind", [] { return std::int64_t{ork_bind(nullptr, nullptr)}; }},
     {"ork_ebcom_global_config_set", [] { return std::int64_t{ork_ebcom_global_config_set(nullptr, nullptr)}; }},
+    {"ork_ebcom_global_statistics_get", [] { return std::int64_t{ork_ebcom_global_statistics_get(nullptr, nullptr)}; }},
     {"ork_ebcom_interface_create", [] { return std::int64_t{ork_ebcom_interface_create(nullptr, 0)}; }},
     {"ork_ebcom_interface_delete", [] { return std::int64_t{ork_ebcom_interface_delete(nullptr, 0)}; }},
+    {"ork_ebcom_multicast_group_create",
+     [] { return std::int64_t{ork_ebcom_multicast_group_create(nullptr, nullptr, nullptr, 0)}; }},
+    {"ork_ebcom_multicast_group_delete", [] { return std::int64_t{ork_ebcom_multicast_group_delete(nullptr, 0)}; }},
+    {"ork_ebcom_multicast_member_add", [] { return std::int64_t{ork_ebcom_multicast_member_add(nullptr, 0, 0)}; }},
+    {"ork_ebcom_multicast_member_rem", [] { return std::int64_t{ork_ebcom_multicast_member_rem(nullptr, 0, 0)}; }},
+    {"ork_ebcom_pcep_create", [] { return std::int64_t{ork_ebcom_pcep_create(nullptr, nullptr, nullptr)}; }},
+    {"ork_ebcom_pcep_delete", [] { return std::int64_t{ork_ebcom_pcep_delete(nullptr, 0)}; }},
     {"ork_ebcom_pcep_path_create", [] { return std::int64_t{ork_ebcom_pcep_path_create(nullptr, nullptr)}; }},
     {"ork_ebcom_pcep_path_delete", [] { return std::int64_t{ork_ebcom_pcep_path_delete(nullptr, nullptr)}; }},
+    {"ork_ebcom_pcep_statistics_get", [] { return std::int64_t{ork_ebcom_pcep_statistics_get(nullptr, 0, nullptr)}; }},
     {"ork_ebcom_timestamp_offset_set", [] { return std::int64_t{ork_ebcom_timestamp_offset_set(nullptr, 0)}; }},
     {"ork_qos_queue_get", [] { return std::int64_t{ork_qos_queue_get(nullptr, nullptr, nullptr)}; }},
     {"ork_qos_scheduler_create", [] { return std::int64_t{ork_qos_scheduler_create(nullptr, nullptr, 0, nullptr)}; }},
     {"ork_qos_scheduler_delete", [] { return std::int64_t{ork_qos_scheduler_delete(nullptr, nullptr)}; }},
     {"ork_syshandle_get", [] { return std::int64_t{ork_syshandle_get(0, 1, nullptr)}; }},
+    {"ork_unbind", [] { return std::int64_t{ork_unbind(nullptr, nullptr)}; }},
     {"qol_ng_restart_request_line_and_file",
      [] { return std::int64_t{qol_ng_restart_request_line_and_file(0, nullptr, 1, nullptr, 0, nullptr)}; }},
     {"vorn_tu_free_event", [] { return std::int64_t{vorn_tu_free_event(nullptr, nullptr)}; }},
@@ -97,6 +120,29 @@ TEST_F(Faults, ACallMadeToFailChangesNothing)
     EXPECT_EQ(held(), before);
 }
 
+TEST_F(Faults, APcepOrGroupCallMadeToFailChangesNothing)
+{
+    const std::uint64_t pcep = create_pcep(1);
+    const std::uint64_t group = create_group(100);
+    std::uint64_t untouched = 11;
+    const auto before = held();
+    ASSERT_EQ(add_faults("ork_ebcom_pcep_create=-1;ork_ebcom_pcep_delete=-2;ork_bind=-3;"
+                         "ork_ebcom_multicast_group_create=-4;ork_ebcom_multicast_group_delete=-5;"
+                         "ork_ebcom_multicast_member_add=-6"),
+              "");
+    const ork_ebcom_pcep_params params = pcep_params(2);
+    const ork_ebcom_multicast_group group_params{101, {}};
+    const ork_bind_params binding = binding_of(1);
+    EXPECT_EQ(ork_ebcom_pcep_create(ork, &params, &untouched), -1);
+    EXPECT_EQ(ork_ebcom_pcep_delete(ork, pcep), -2);
+    EXPECT_EQ(ork_bind(attach.sys_handle, &binding), -3);
+    EXPECT_EQ(ork_ebcom_multicast_group_create(ork, &group_params, &untouched, 0), -4);
+    EXPECT_EQ(ork_ebcom_multicast_group_delete(ork, group), -5);
+    EXPECT_EQ(ork_ebcom_multicast_member_add(ork, group, 1), -6);
+    EXPECT_EQ(untouched, 11U);
+    EXPECT_EQ(held(), before);
+}
+
 TEST_F(Faults, ResultsTakeTheTypeOfTheFunction)
 {
     ASSERT_EQ(add_faults("kel_init_attach=-1;vorn_tu_init=4294967295"), "");
@@ -144,6 +190,8 @@ TEST_F(Reset, LeavesANodeJustSwitchedOn)
     switch_on_afresh();
     const auto before = look_into_node();
     add_queue(create_scheduler());
+    create_pcep(1);
+    create_group(100);
     softnode_timing_reading_set(1, 2);
     ASSERT_EQ(add_faults("kel_init_attach=10"), "");
     ASSERT_NE(look_into_node(), before);
@@ -156,8 +204,12 @@ TEST_F(Reset, MakesEveryHandleStale)
     void *const kit = ork;
     void *const scheduler = create_scheduler();
     void *const queue = add_queue(scheduler);
+    const std::uint64_t pcep = create_pcep(1);
+    const std::uint64_t group = create_group(100);
     switch_on_afresh();
     EXPECT_EQ(ork_ebcom_interface_create(kit, device), ORK_NOTAVAIL);
     EXPECT_EQ(ork_qos_scheduler_delete(ork, scheduler), ORK_NOTAVAIL);
     EXPECT_EQ(kel_init_qos_queue_rem(queue), 4U);
+    EXPECT_EQ(ork_ebcom_pcep_delete(ork, pcep), ORK_NOTAVAIL);
+    EXPECT_EQ(ork_ebcom_multicast_group_delete(ork, group), ORK_NOTAVAIL);
 }

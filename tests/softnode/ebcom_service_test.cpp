@@ -161,6 +161,17 @@ TEST(EbcomService, AForgottenQueueLeavesItsPathsWithoutOne)
     EXPECT_EQ(ebcom.paths().at(numbered_mac(2)).queue, other_queue);
 }
 
+TEST(EbcomService, CountsFrames)
+{
+    EbcomService ebcom;
+    ebcom.account(Fate::received, {1, 64});
+    ebcom.account(Fate::sent, {2, 64});
+    ebcom.account(Fate::dropped, {3, 64});
+    EXPECT_EQ(ebcom.counters()[Fate::received].octets, 64U);
+    EXPECT_EQ(ebcom.counters()[Fate::sent].octets, 128U);
+    EXPECT_EQ(ebcom.counters()[Fate::dropped].octets, 192U);
+}
+
 TEST(EbcomService, AResetLeavesNothing)
 {
     EbcomService ebcom;
@@ -168,7 +179,9 @@ TEST(EbcomService, AResetLeavesNothing)
     ASSERT_EQ(ebcom.create_interface(facts::event_device), Refusal::granted);
     ASSERT_EQ(ebcom.create_path(mac, {2, 9, queue}), Refusal::granted);
     ebcom.set_timestamp_offset(160);
+    ebcom.account(Fate::sent, {1, 64});
     ebcom.reset();
+    EXPECT_EQ(ebcom.counters()[Fate::sent].frames, 0U);
     EXPECT_FALSE(ebcom.globals());
     EXPECT_FALSE(ebcom.interface_device());
     EXPECT_FALSE(ebcom.timestamp_offset());

@@ -4,7 +4,10 @@
 #include "control.h"
 
 #include <algorithm>
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <string>
 
 namespace
 {
@@ -20,6 +23,64 @@ protected:
     kel_init_qos_queue_params params{1, 0, 5'120'000, 0};
     void *untouched = &on_the_stack;
 };
+
+/* A stream into memory. */
+class MemoryStream
+{
+public:
+    MemoryStream() : stream_(open_memstream(&text_, &size_))
+    {
+    }
+
+    MemoryStream(const MemoryStream &) = delete;
+    MemoryStream &operator=(const MemoryStream &) = delete;
+
+    ~MemoryStream()
+    {
+        std::fclose(stream_);
+        std::free(text_);
+    }
+
+    operator void *()
+    {
+        return stream_;
+    }
+
+    std::string text()
+    {
+        std::fflush(stream_);
+        return {text_, size_};
+    }
+
+private:
+    char *text_ = nullptr;
+    std::size_t size_ = 0;
+    FILE *stream_;
+};
+
+/* The entries 1, 7 and 511 are used, and so is 512, past the end. */
+uint32_t id_at(uint32_t index)
+{
+    return index == 1 || index == 7 || index >= 511 ? index : 0;
+}
+
+uint64_t handle_at(uint32_t index)
+{
+    return 0x5400000000 + index;
+}
+
+uint32_t no_id(uint32_t)
+{
+    return 0;
+}
+
+/* An accessor that calls into the companion library itself. */
+uint32_t id_of_device(uint32_t index)
+{
+    uint16_t eth_dev_id = 0;
+    EXPECT_EQ(kel_init_eventdev_dev_id_ebcom_get(&eth_dev_id), 0U);
+    return index;
+}
 
 } // namespace
 
@@ -132,4 +193,79 @@ TEST_F(KelInit, AQueueCanBeRemovedUnderItsPaths)
     const auto paths = look_into_node()["paths"];
     ASSERT_EQ(paths.size(), 1U);
     EXPECT_TRUE(paths[0]["queue"].is_null());
+}
+
+TEST_F(KelInit, StatisticsOfAnIdleQueueAreZero)
+{
+    qos_queue_stats record;
+    std::memset(&record, 0xa5, sizeof record);
+    ASSERT_EQ(kel_init_qos_queue_stats_get(add_queue(create_scheduler()), &record), 0U);
+    const qos_queue_stats expected{};
+    EXPECT_EQ(std::memcmp(&record, &expected, sizeof expected), 0);
+}
+
+TEST_F(KelInit, StatisticsRefuseWrongHandlesAndNull)
+{
+    void *scheduler = create_scheduler();
+    void *queue = add_queue(scheduler);
+    qos_queue_stats record{};
+    record.pkts_tx = 11;
+    EXPECT_EQ(kel_init_qos_queue_stats_get(queue, nullptr), 3U);
+    for (void *wrong : {static_cast<void *>(nullptr), foreign, scheduler, ork})
+        EXPECT_EQ(kel_init_qos_queue_stats_get(wrong, &record), 3U);
+    ASSERT_EQ(kel_init_qos_queue_rem(queue), 0U);
+    EXPECT_EQ(kel_init_qos_queue_stats_get(queue, &record), 4U);
+    EXPECT_EQ(record.pkts_tx, 11U);
+}
+
+TEST_F(KelInit, AHandleDumpHasATitleAndALinePerUsedEntry)
+{
+    MemoryStream stream;
+    EXPECT_EQ(kel_init_dump_ork_handles(stream, "PCEP Handles", 511, id_at, handle_at), 0U);
+    EXPECT_EQ(stream.text(), "PCEP Handles\n"
+                             "    1  0x5400000001\n"
+                             "    7  0x5400000007\n"
+                             "  511  0x54000001ff\n");
+}
+
+TEST_F(KelInit, AHandleDumpOfNothingIsItsTitle)
+{
+    MemoryStream stream;
+    EXPECT_EQ(kel_init_dump_ork_handles(stream, "None used", 511, no_id, handle_at), 0U);
+    EXPECT_EQ(kel_init_dump_ork_handles(stream, "None there", 0, id_at, handle_at), 0U);
+    EXPECT_EQ(stream.text(), "None used\nNone there\n");
+}
+
+TEST_F(KelInit, AHandleDumpRefusesNull)
+{
+    MemoryStream stream;
+    EXPECT_EQ(kel_init_dump_ork_handles(nullptr, "Handles", 1, id_at, handle_at), 3U);
+    EXPECT_EQ(kel_init_dump_ork_handles(stream, nullptr, 1, id_at, handle_at), 3U);
+    EXPECT_EQ(kel_init_dump_ork_handles(stream, "Handles", 1, nullptr, handle_at), 3U);
+    EXPECT_EQ(kel_init_dump_ork_handles(stream, "Handles", 1, id_at, nullptr), 3U);
+    EXPECT_EQ(stream.text(), "");
+}
+
+TEST_F(KelInit, AHandleDumpLetsItsAccessorsCallIn)
+{
+    MemoryStream stream;
+    EXPECT_EQ(kel_init_dump_ork_handles(stream, "Handles", 2, id_of_device, handle_at), 0U);
+    EXPECT_EQ(stream.text(), "Handles\n    1  0x5400000001\n    2  0x5400000002\n");
+}
+
+TEST_F(KelInit, AHandleDumpThatCannotBeWrittenFails)
+{
+    FILE *unwritable = std::fopen("/dev/null", "r");
+    ASSERT_NE(unwritable, nullptr);
+    EXPECT_EQ(kel_init_dump_ork_handles(unwritable, "Handles", 2, id_at, handle_at),
+              static_cast<uint32_t>(KEL_RC_FAILED));
+    std::fclose(unwritable);
+}
+
+TEST_F(KelInit, AHandleDumpThatIsMadeToFailWritesNothing)
+{
+    MemoryStream stream;
+    ASSERT_EQ(add_faults("kel_init_dump_ork_handles=13"), "");
+    EXPECT_EQ(kel_init_dump_ork_handles(stream, "Handles", 2, id_at, handle_at), 13U);
+    EXPECT_EQ(stream.text(), "");
 }

@@ -3,6 +3,7 @@
  */
 #include "control.h"
 
+#include <cstring>
 #include <functional>
 #include <vector>
 
@@ -18,8 +19,12 @@ protected:
     }
 
     /* Every driver-kit call, good but for its first argument. */
-    std::vector<std::function<ork_rc(void *)>> calls_through(void *scheduler, void *queue)
+    std::vector<std::function<ork_rc(void *)>> good_calls()
     {
+        void *scheduler = create_scheduler();
+        void *queue = add_queue(create_scheduler());
+        const std::uint64_t pcep = create_pcep(1);
+        const std::uint64_t group = create_group(100);
         return {
             [](void *kit) {
                 const ork_ebcom_global_config config{1500, 0x88b5, 0, 0};
@@ -42,35 +47,53 @@ protected:
             },
             [scheduler](void *kit) { return ork_qos_scheduler_delete(kit, scheduler); },
             [this, queue](void *kit) { return ork_qos_queue_get(kit, queue, &record); },
+            [this](void *kit) { return ork_ebcom_global_statistics_get(kit, &global_record); },
+            [this](void *kit) {
+                const ork_ebcom_pcep_params params = pcep_params(2);
+                return ork_ebcom_pcep_create(kit, &params, &untouched_number);
+            },
+            [pcep](void *kit) { return ork_ebcom_pcep_delete(kit, pcep); },
+            [this, pcep](void *kit) { return ork_ebcom_pcep_statistics_get(kit, pcep, &pcep_record); },
+            [this](void *kit) {
+                const ork_ebcom_multicast_group params{101, {}};
+                return ork_ebcom_multicast_group_create(kit, &params, &untouched_number, 0);
+            },
+            [group](void *kit) { return ork_ebcom_multicast_group_delete(kit, group); },
+            [group](void *kit) { return ork_ebcom_multicast_member_add(kit, group, 1); },
+            [group](void *kit) { return ork_ebcom_multicast_member_rem(kit, group, 1); },
         };
     }
 
     void *untouched = &on_the_stack;
+    std::uint64_t untouched_number = 11;
     ork_qos_queue record{11, 22, 33};
+    ebcom_global_stats global_record{{44}};
+    ebcom_pcep_stats pcep_record{{55, 0, {}}, {}};
 };
 
 } // namespace
 
 TEST_F(Ork, EveryCallRefusesAWrongDriverKitHandleAndChangesNothing)
 {
+    const auto calls = good_calls();
     void *scheduler = create_scheduler();
-    void *queue = add_queue(create_scheduler());
     const auto before = held();
-    for (const auto &call : calls_through(scheduler, queue))
+    for (const auto &call : calls)
         for (void *wrong : {static_cast<void *>(nullptr), foreign, attach.sys_handle, scheduler})
             EXPECT_EQ(call(wrong), ORK_INVAL);
     EXPECT_EQ(held(), before);
     EXPECT_EQ(untouched, &on_the_stack);
+    EXPECT_EQ(untouched_number, 11U);
     EXPECT_EQ(record.shapingMode, 33U);
+    EXPECT_EQ(global_record.octets[0], 44);
+    EXPECT_EQ(pcep_record.outbound.out_cnt0, 55U);
 }
 
 TEST_F(Ork, EveryCallRefusesADriverKitHandleOfBeforeAReset)
 {
     void *stale = ork;
     switch_on_afresh();
-    void *scheduler = create_scheduler();
-    void *queue = add_queue(create_scheduler());
-    for (const auto &call : calls_through(scheduler, queue))
+    for (const auto &call : good_calls())
         EXPECT_EQ(call(stale), ORK_NOTAVAIL);
 }
 
@@ -145,6 +168,19 @@ TEST_F(Ork, AnInterfaceNeedsTheEventDevice)
 {
     EXPECT_EQ(ork_ebcom_interface_create(ork, static_cast<uint16_t>(device + 1)), ORK_NOPORT);
     EXPECT_EQ(ork_ebcom_interface_delete(ork, static_cast<uint16_t>(device + 1)), ORK_NOPORT);
+}
+
+TEST_F(Ork, GlobalStatisticsOverwriteTheWholeRecord)
+{
+    create_pcep(1);
+    create_group(100);
+    std::memset(&global_record, 0xa5, sizeof global_record);
+    ASSERT_EQ(ork_ebcom_global_statistics_get(ork, &global_record), ORK_OK);
+    ebcom_global_stats expected{};
+    expected.octets[56] = 1; /* PCEPs */
+    expected.octets[64] = 1; /* groups */
+    EXPECT_EQ(std::memcmp(&global_record, &expected, sizeof expected), 0);
+    EXPECT_EQ(ork_ebcom_global_statistics_get(ork, nullptr), ORK_INVAL);
 }
 
 TEST_F(Ork, TimestampOffsetReachesTheNode)

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 namespace facts = softnode::facts;
+using softnode::Fate;
 using softnode::Handle;
 using softnode::Refusal;
 
@@ -252,6 +253,75 @@ TEST_F(QosGraph, ReadingAQueueThatIsNotThereLeavesTheRecord)
     EXPECT_EQ(record.rate, 11U);
     EXPECT_EQ(record.bucketSize, 22U);
     EXPECT_EQ(record.shapingMode, 33U);
+}
+
+TEST_F(QosGraph, ASchedulerIsCheckedForWhatItIs)
+{
+    const Handle top = scheduler();
+    EXPECT_EQ(graph.check_scheduler(top), Refusal::granted);
+    EXPECT_EQ(graph.check_scheduler(Handle::null), Refusal::invalid);
+    EXPECT_EQ(graph.check_scheduler(queue(scheduler())), Refusal::invalid);
+    ASSERT_EQ(graph.delete_scheduler(top), Refusal::granted);
+    EXPECT_EQ(graph.check_scheduler(top), Refusal::gone);
+}
+
+TEST_F(QosGraph, CountersAreReadFromTheirQueue)
+{
+    const Handle counted = queue(scheduler());
+    const Handle idle = queue(scheduler());
+    ASSERT_EQ(graph.account(counted, Fate::received, {9, 300}), Refusal::granted);
+    ASSERT_EQ(graph.account(counted, Fate::sent, {4, 300}), Refusal::granted);
+    ASSERT_EQ(graph.account(counted, Fate::dropped, {2, 300}), Refusal::granted);
+    qos_queue_stats record{};
+    ASSERT_EQ(graph.read_statistics(counted, record), Refusal::granted);
+    EXPECT_EQ(record.pkts_rx, 9U);
+    EXPECT_EQ(record.pkts_tx, 4U);
+    EXPECT_EQ(record.pkts_dropped, 2U);
+    EXPECT_EQ(record.pkts_out_standing, 3U);
+    EXPECT_EQ(record.mem_blks_in_use, 6U);
+    ASSERT_EQ(graph.read_statistics(idle, record), Refusal::granted);
+    EXPECT_EQ(record.pkts_rx, 0U);
+    EXPECT_EQ(record.pkts_out_standing, 0U);
+}
+
+TEST_F(QosGraph, AWaitingFrameTakesEveryBlockItBegins)
+{
+    const auto blocks_of = [this](std::uint32_t length) {
+        const Handle counted = queue(scheduler());
+        EXPECT_EQ(graph.account(counted, Fate::received, {1, length}), Refusal::granted);
+        return graph.queues().at(counted).waiting().blocks;
+    };
+    EXPECT_EQ(blocks_of(1), 1U);
+    EXPECT_EQ(blocks_of(256), 1U);
+    EXPECT_EQ(blocks_of(257), 2U);
+    EXPECT_EQ(blocks_of(9000), 36U);
+}
+
+TEST_F(QosGraph, NothingWaitsOnceEverythingLeft)
+{
+    const Handle counted = queue(scheduler());
+    ASSERT_EQ(graph.account(counted, Fate::received, {2, 257}), Refusal::granted);
+    ASSERT_EQ(graph.account(counted, Fate::sent, {1, 257}), Refusal::granted);
+    ASSERT_EQ(graph.account(counted, Fate::dropped, {1, 257}), Refusal::granted);
+    const softnode::Waiting waiting = graph.queues().at(counted).waiting();
+    EXPECT_EQ(waiting.frames, 0U);
+    EXPECT_EQ(waiting.octets, 0U);
+    EXPECT_EQ(waiting.blocks, 0U);
+}
+
+TEST_F(QosGraph, CountersBelongToQueuesOnly)
+{
+    const Handle removed = queue(scheduler());
+    ASSERT_EQ(graph.remove_queue(removed), Refusal::granted);
+    qos_queue_stats record{};
+    record.pkts_tx = 11;
+    for (const Handle wrong : {Handle::null, static_cast<Handle>(0x1234), scheduler()}) {
+        EXPECT_EQ(graph.account(wrong, Fate::sent, {1, 1}), Refusal::invalid);
+        EXPECT_EQ(graph.read_statistics(wrong, record), Refusal::invalid);
+    }
+    EXPECT_EQ(graph.account(removed, Fate::sent, {1, 1}), Refusal::gone);
+    EXPECT_EQ(graph.read_statistics(removed, record), Refusal::gone);
+    EXPECT_EQ(record.pkts_tx, 11U);
 }
 
 TEST_F(QosGraph, AResetLeavesNothingAndMakesHandlesStale)

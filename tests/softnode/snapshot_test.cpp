@@ -42,12 +42,24 @@ Handle add_queue(Node &node, Handle scheduler)
     return queue;
 }
 
+Handle add_pcep(Node &node, std::uint32_t id)
+{
+    const ork_ebcom_pcep_params params{{2, 0, 2, 3, 0, 1}, {2, 0, 2, 2, 0, 2}, 0x5123, 0, id, 0xabcdef77, 0, 0, 1, {}};
+    Handle pcep = Handle::null;
+    EXPECT_EQ(node.pceps.create_pcep(params, pcep), Refusal::granted);
+    return pcep;
+}
+
 } // namespace
 
 TEST(Snapshot, OfAFreshNodeHasEveryKeyAndNothingBehindIt)
 {
     EXPECT_EQ(look_into(Node{}), json::parse(R"({
-        "schedulers": [], "queues": [], "paths": [], "interface": null, "globals": null, "timestamp_offset": null,
+        "schedulers": [], "queues": [], "paths": [], "pceps": [], "bindings": [], "groups": [],
+        "interface": null, "globals": null,
+        "statistics": {"received": {"frames": 0, "octets": 0}, "sent": {"frames": 0, "octets": 0},
+                       "dropped": {"frames": 0, "octets": 0}},
+        "timestamp_offset": null,
         "timing_unit": {"reading": {"cycles": 40, "frequency": 250000}, "connections": []},
         "restarts": [], "calls": {}, "faults": []
     })"));
@@ -59,8 +71,9 @@ TEST(Snapshot, KeysComeInTheDocumentedOrder)
     std::vector<std::string> keys;
     for (const auto &part : document.items())
         keys.push_back(part.key());
-    EXPECT_EQ(keys, (std::vector<std::string>{"schedulers", "queues", "paths", "interface", "globals",
-                                              "timestamp_offset", "timing_unit", "restarts", "calls", "faults"}));
+    EXPECT_EQ(keys, (std::vector<std::string>{"schedulers", "queues", "paths", "pceps", "bindings", "groups",
+                                              "interface", "globals", "statistics", "timestamp_offset", "timing_unit",
+                                              "restarts", "calls", "faults"}));
 }
 
 TEST(Snapshot, ShowsSchedulersWithWhatHangsBelow)
@@ -84,10 +97,16 @@ TEST(Snapshot, ShowsSchedulersWithWhatHangsBelow)
 TEST(Snapshot, ShowsQueues)
 {
     Node node;
-    add_queue(node, add_scheduler(node, Handle::null));
+    const Handle queue = add_queue(node, add_scheduler(node, Handle::null));
+    ASSERT_EQ(node.qos.account(queue, Fate::received, {9, 300}), Refusal::granted);
+    ASSERT_EQ(node.qos.account(queue, Fate::sent, {4, 300}), Refusal::granted);
+    ASSERT_EQ(node.qos.account(queue, Fate::dropped, {2, 300}), Refusal::granted);
     EXPECT_EQ(look_into(node)["queues"], json::parse(R"([{
         "handle": "0x5d00000001", "scheduler": "0x5c00000001",
-        "rate": 1000, "threshold": 25600, "bucket_size": 64, "shaped": true
+        "rate": 1000, "threshold": 25600, "bucket_size": 64, "shaped": true,
+        "counters": {"received": {"frames": 9, "octets": 2700}, "sent": {"frames": 4, "octets": 1200},
+                     "dropped": {"frames": 2, "octets": 600}},
+        "waiting": {"frames": 3, "octets": 900, "blocks": 6}
     }])"));
 }
 
@@ -103,6 +122,59 @@ TEST(Snapshot, ShowsPathsWithAndWithoutQueue)
         {"mac": "02:00:02:02:00:01", "type": 2, "eioa_port": 0, "queue": null},
         {"mac": "02:00:02:02:00:02", "type": 1, "eioa_port": 9, "queue": "0x5d00000001"}
     ])"));
+}
+
+TEST(Snapshot, ShowsPcepsAndTheirBindings)
+{
+    Node node;
+    const Handle bound = add_pcep(node, 17);
+    const Handle unbound = add_pcep(node, 5);
+    ASSERT_EQ(node.pceps.bind(17, node.attachment.ehsfp_target()), Refusal::granted);
+    ASSERT_EQ(node.pceps.account(bound, Fate::received, {2, 100}), Refusal::granted);
+    ASSERT_EQ(node.pceps.account(bound, Fate::sent, {3, 100}), Refusal::granted);
+    ASSERT_EQ(node.pceps.account(bound, Fate::dropped, {1, 50}), Refusal::granted);
+    const json document = look_into(node);
+    ASSERT_EQ(document["pceps"].size(), 2U);
+    EXPECT_EQ(document["pceps"][0], json::parse(R"({
+        "handle": "0x5400000001", "id": 17, "remote_id": 11259375,
+        "local_mac": "02:00:02:03:00:01", "remote_mac": "02:00:02:02:00:02", "vlan": 291, "priority": 5,
+        "target": "0x5200000001",
+        "counters": {"received": {"frames": 2, "octets": 200}, "sent": {"frames": 3, "octets": 300},
+                     "dropped": {"frames": 1, "octets": 50}}
+    })"));
+    EXPECT_EQ(document["pceps"][1]["handle"], text_of(unbound));
+    EXPECT_TRUE(document["pceps"][1]["target"].is_null());
+    EXPECT_EQ(document["bindings"], json::parse(R"([{"pcep": 17, "target": "0x5200000001"}])"));
+}
+
+TEST(Snapshot, ShowsGroupsWithTheirMembers)
+{
+    Node node;
+    const Handle scheduler = add_scheduler(node, Handle::null);
+    Handle through_paths = Handle::null;
+    Handle through_scheduler = Handle::null;
+    ASSERT_EQ(node.create_group({100, {}}, Handle::null, through_paths), Refusal::granted);
+    ASSERT_EQ(node.create_group({101, {}}, scheduler, through_scheduler), Refusal::granted);
+    for (const std::uint32_t member : {9U, 4U}) {
+        add_pcep(node, member);
+        ASSERT_EQ(node.pceps.add_member(through_paths, member), Refusal::granted);
+    }
+    EXPECT_EQ(look_into(node)["groups"], json::parse(R"([
+        {"handle": "0x5500000001", "id": 100, "scheduler": null, "members": [9, 4]},
+        {"handle": "0x5500000002", "id": 101, "scheduler": "0x5c00000001", "members": []}
+    ])"));
+}
+
+TEST(Snapshot, ShowsTheServicesCounters)
+{
+    Node node;
+    node.ebcom.account(Fate::received, {1, 64});
+    node.ebcom.account(Fate::sent, {2, 64});
+    node.ebcom.account(Fate::dropped, {3, 64});
+    EXPECT_EQ(look_into(node)["statistics"], json::parse(R"({
+        "received": {"frames": 1, "octets": 64}, "sent": {"frames": 2, "octets": 128},
+        "dropped": {"frames": 3, "octets": 192}
+    })"));
 }
 
 TEST(Snapshot, ShowsTheServicesSettings)

@@ -36,7 +36,7 @@ std::string hexadecimal(int32_t rc)
     return scripted::text("0x%x", static_cast<uint32_t>(rc));
 }
 
-using octets = std::vector<uint8_t>;
+using scripted::octets;
 
 void put(octets &record, size_t at, uint64_t value, size_t size)
 {

@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+using scripted::octets;
+
 namespace
 {
 
@@ -89,8 +91,7 @@ TEST(ShaperAdd, ReadBackRecordIsZeroedBeforeTheCall)
     port_in_use(6, {0x1111111111111111, 0x22222222, ORK_QOS_QUEUE_SHAPED});
     EXPECT_EQ(add(unshaped(6)), 7U);
     EXPECT_EQ(add(unshaped(6)), 7U);
-    EXPECT_EQ(scripted::records_of("ork_qos_queue_get"),
-              std::vector<std::vector<uint8_t>>(2, std::vector<uint8_t>(16)));
+    EXPECT_EQ(scripted::records_of("ork_qos_queue_get"), std::vector<octets>(2, octets(16)));
 }
 
 TEST(ShaperAdd, SecondPathWithTheSameShapingSharesTheQueue)

@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+using scripted::octets;
+
 namespace
 {
 
@@ -55,16 +57,16 @@ TEST(ShaperAdd, UnshapedQueueHasAFixedThresholdWhateverIsAskedFor)
     kel_ebcom_path_config config = shaped(6, 1000, 64, 20);
     config.shaping_enabled = 0;
     EXPECT_EQ(add(config), 0U);
-    const std::vector<uint8_t> record = scripted::record_of("kel_init_qos_queue_add");
-    EXPECT_EQ(record, (std::vector<uint8_t>{1, 0, 0, 0, 0, 0, 0, 0, 0x00, 0x20, 0x4E, 0, 0, 0, 0, 0}));
+    const octets record = scripted::record_of("kel_init_qos_queue_add");
+    EXPECT_EQ(record, (octets{1, 0, 0, 0, 0, 0, 0, 0, 0x00, 0x20, 0x4E, 0, 0, 0, 0, 0}));
 }
 
 TEST(ShaperAdd, RateAndBurstReachTheQueueUnchanged)
 {
     scheduler_tree_up();
     EXPECT_EQ(add(shaped(6, 0x89ABCDEF, 0xFEDCBA98, 0)), 0U);
-    const std::vector<uint8_t> record = scripted::record_of("kel_init_qos_queue_add");
-    EXPECT_EQ(record, (std::vector<uint8_t>{1, 0, 0, 0, 0xEF, 0xCD, 0xAB, 0x89, 0, 0, 0, 0, 0x98, 0xBA, 0xDC, 0xFE}));
+    const octets record = scripted::record_of("kel_init_qos_queue_add");
+    EXPECT_EQ(record, (octets{1, 0, 0, 0, 0xEF, 0xCD, 0xAB, 0x89, 0, 0, 0, 0, 0x98, 0xBA, 0xDC, 0xFE}));
 }
 
 TEST(ShaperAdd, ThresholdIsMultipliedBy256AndCutTo32Bits)
@@ -98,8 +100,8 @@ TEST(ShaperAdd, EveryNonZeroFlagAsksForAShapedQueue)
         kel_ebcom_path_config config = shaped(port, 1000, 64, 20);
         config.shaping_enabled = flag;
         EXPECT_EQ(add(config), 0U);
-        const std::vector<uint8_t> record = scripted::record_of("kel_init_qos_queue_add");
-        EXPECT_EQ(record, (std::vector<uint8_t>{1, 0, 0, 0, 0xE8, 3, 0, 0, 0, 20, 0, 0, 64, 0, 0, 0})) << int(flag);
+        const octets record = scripted::record_of("kel_init_qos_queue_add");
+        EXPECT_EQ(record, (octets{1, 0, 0, 0, 0xE8, 3, 0, 0, 0, 20, 0, 0, 64, 0, 0, 0})) << int(flag);
         ++port;
     }
 }

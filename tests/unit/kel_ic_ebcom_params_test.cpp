@@ -7,7 +7,7 @@
 
 #include <vector>
 
-using octets = std::vector<uint8_t>;
+using scripted::octets;
 
 namespace
 {

@@ -12,7 +12,7 @@
 namespace
 {
 
-using octets = std::vector<uint8_t>;
+using scripted::octets;
 
 constexpr kel_ebcom_path_config to_ob = {{2, 0, 0, 2, 0, 1}, 0, 6, 0, 0, 0};
 

@@ -30,7 +30,7 @@ struct script {
     std::mutex mutex;
     side main;
     side threads;
-    std::map<std::string, std::vector<std::vector<uint8_t>>> records;
+    std::map<std::string, std::vector<octets>> records;
 };
 
 script &the_script()
@@ -84,22 +84,27 @@ uint32_t calls_of(const std::string &function)
 
 void keep_record(const char *function, const void *record, size_t size)
 {
-    const auto *octets = static_cast<const uint8_t *>(record);
+    const auto *begin = static_cast<const uint8_t *>(record);
     const std::lock_guard lock(the_script().mutex);
-    the_script().records[function].emplace_back(octets, octets + size);
+    the_script().records[function].emplace_back(begin, begin + size);
 }
 
-std::vector<std::vector<uint8_t>> records_of(const std::string &function)
+std::vector<octets> records_of(const std::string &function)
 {
     const std::lock_guard lock(the_script().mutex);
     return the_script().records[function];
 }
 
-std::vector<uint8_t> record_of(const std::string &function)
+octets record_of(const std::string &function)
 {
     const std::lock_guard lock(the_script().mutex);
     const auto &records = the_script().records[function];
-    return records.empty() ? std::vector<uint8_t>{} : records.back();
+    return records.empty() ? octets{} : records.back();
+}
+
+std::string ork_text(const void *handle)
+{
+    return handle == ork_handle ? "ork" : text("%p", handle);
 }
 
 std::string text(const char *format, ...)

@@ -18,6 +18,9 @@ int64_t logged_result(const char *function, const std::string &arguments);
 // Keeps the octets of a record for record_of().
 void keep_record(const char *function, const void *record, size_t size);
 
+// The driver-kit handle as the transcript shows it: "ork" when it is the right one.
+std::string ork_text(const void *handle);
+
 // printf into a string.
 [[gnu::format(printf, 1, 2)]] std::string text(const char *format, ...);
 

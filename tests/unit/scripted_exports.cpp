@@ -3,6 +3,7 @@
 #include "kel/kel_core_ic_ebcom.h"
 #include "kel/kel_core_ic_pcep.h"
 #include "script.h"
+#include "scripted_pcep.h"
 #include "scripted_platform.h"
 
 #include <dlfcn.h>
@@ -18,9 +19,17 @@ namespace
 struct real_functions {
     decltype(&kel_ic_pcep_get_location_and_type_from_branch) classify;
     decltype(&kel_ic_ebcom_deinit_qos) deinit_qos;
+    decltype(&kel_core_ic_pcep_create_queue_and_scheduler_for_multicast) multicast_hook;
 } real;
 
+struct multicast_handles {
+    uint64_t queue;
+    uint64_t scheduler;
+};
+
 std::optional<uint32_t> chosen_location;
+std::optional<multicast_handles> chosen_handles;
+scripted::hook_call latest_hook_call;
 
 template <typename Function> void find_real(const char *name, Function &function)
 {
@@ -31,6 +40,7 @@ template <typename Function> void find_real(const char *name, Function &function
 {
     find_real("kel_ic_pcep_get_location_and_type_from_branch", real.classify);
     find_real("kel_ic_ebcom_deinit_qos", real.deinit_qos);
+    find_real("kel_core_ic_pcep_create_queue_and_scheduler_for_multicast", real.multicast_hook);
 }
 
 } // namespace
@@ -38,6 +48,16 @@ template <typename Function> void find_real(const char *name, Function &function
 void scripted::classify_as(uint32_t location)
 {
     chosen_location = location;
+}
+
+scripted::hook_call scripted::last_hook_call()
+{
+    return latest_hook_call;
+}
+
+void scripted::set_hook_handles(uint64_t queue_handle, uint64_t scheduler_handle)
+{
+    chosen_handles = {queue_handle, scheduler_handle};
 }
 
 extern "C" uint32_t kel_ic_pcep_get_location_and_type_from_branch(const uint8_t *mac, uint32_t *location,
@@ -57,4 +77,18 @@ extern "C" uint32_t kel_ic_ebcom_deinit_qos()
     if (const auto rc = next_result(__func__))
         return static_cast<uint32_t>(*rc);
     return real.deinit_qos();
+}
+
+extern "C" uint32_t kel_core_ic_pcep_create_queue_and_scheduler_for_multicast(kel_attach_info *attach,
+                                                                              uint64_t *queue_handle,
+                                                                              uint64_t *scheduler_handle)
+{
+    latest_hook_call = {*attach, attach, *queue_handle, *scheduler_handle};
+    if (const auto rc = next_result(__func__))
+        return static_cast<uint32_t>(*rc);
+    if (!chosen_handles)
+        return real.multicast_hook(attach, queue_handle, scheduler_handle);
+    *queue_handle = chosen_handles->queue;
+    *scheduler_handle = chosen_handles->scheduler;
+    return 0;
 }

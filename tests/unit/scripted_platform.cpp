@@ -32,12 +32,6 @@ void *numbered(uint64_t base, uint32_t n)
     return reinterpret_cast<void *>(base + n);
 }
 
-// The driver-kit handle reads as "ork" in the transcript when it is the right one.
-std::string ork(const void *handle)
-{
-    return handle == ork_handle ? "ork" : text("%p", handle);
-}
-
 std::string mac_text(const uint8_t *mac)
 {
     return text("%02x:%02x:%02x:%02x:%02x:%02x", mac[0], mac[1], mac[2], mac[3], mac[4], mac[5]);
@@ -101,29 +95,29 @@ extern "C" const char *ork_sys_status_get(void *sys_handle, ork_rc rc)
 extern "C" ork_rc ork_ebcom_global_config_set(void *ork, const ork_ebcom_global_config *config)
 {
     keep_record(__func__, config, sizeof *config);
-    return static_cast<ork_rc>(logged_result(__func__, scripted::ork(ork)));
+    return static_cast<ork_rc>(logged_result(__func__, scripted::ork_text(ork)));
 }
 
 extern "C" ork_rc ork_ebcom_interface_create(void *ork, uint16_t eth_dev_id)
 {
-    return static_cast<ork_rc>(logged_result(__func__, text("%s, %u", scripted::ork(ork).c_str(), eth_dev_id)));
+    return static_cast<ork_rc>(logged_result(__func__, text("%s, %u", scripted::ork_text(ork).c_str(), eth_dev_id)));
 }
 
 extern "C" ork_rc ork_ebcom_interface_delete(void *ork, uint16_t eth_dev_id)
 {
-    return static_cast<ork_rc>(logged_result(__func__, text("%s, %u", scripted::ork(ork).c_str(), eth_dev_id)));
+    return static_cast<ork_rc>(logged_result(__func__, text("%s, %u", scripted::ork_text(ork).c_str(), eth_dev_id)));
 }
 
 extern "C" ork_rc ork_ebcom_timestamp_offset_set(void *ork, int64_t offset)
 {
-    return static_cast<ork_rc>(logged_result(__func__, text("%s, %ld", scripted::ork(ork).c_str(), offset)));
+    return static_cast<ork_rc>(logged_result(__func__, text("%s, %ld", scripted::ork_text(ork).c_str(), offset)));
 }
 
 static ork_rc path_call(const char *function, const void *ork, const ork_ebcom_pcep_path *path)
 {
     keep_record(function, path, sizeof *path);
     return static_cast<ork_rc>(logged_result(
-        function, text("%s, %s, type %d, eioa %u, queue %p", scripted::ork(ork).c_str(),
+        function, text("%s, %s, type %d, eioa %u, queue %p", scripted::ork_text(ork).c_str(),
                        scripted::mac_text(path->macAddr).c_str(), path->pcepType, path->eioaPort, path->queue_hdl)));
 }
 
@@ -142,21 +136,21 @@ extern "C" ork_rc ork_qos_scheduler_create(void *ork, const ork_qos_scheduler_pa
 {
     keep_record(__func__, params, sizeof *params);
     const int64_t rc =
-        logged_result(__func__, text("%s, parent %p, %u", scripted::ork(ork).c_str(), params->parent, zero));
+        logged_result(__func__, text("%s, parent %p, %u", scripted::ork_text(ork).c_str(), params->parent, zero));
     *scheduler = rc ? scripted::rubbish : scripted::scheduler(++scripted::schedulers);
     return static_cast<ork_rc>(rc);
 }
 
 extern "C" ork_rc ork_qos_scheduler_delete(void *ork, void *scheduler)
 {
-    return static_cast<ork_rc>(logged_result(__func__, text("%s, %p", scripted::ork(ork).c_str(), scheduler)));
+    return static_cast<ork_rc>(logged_result(__func__, text("%s, %p", scripted::ork_text(ork).c_str(), scheduler)));
 }
 
 extern "C" ork_rc ork_qos_queue_get(void *ork, void *queue, ork_qos_queue *record)
 {
     keep_record(__func__, record, sizeof *record);
     *record = scripted::queue_record;
-    return static_cast<ork_rc>(logged_result(__func__, text("%s, %p", scripted::ork(ork).c_str(), queue)));
+    return static_cast<ork_rc>(logged_result(__func__, text("%s, %p", scripted::ork_text(ork).c_str(), queue)));
 }
 
 // ---- The companion library ----

@@ -5,7 +5,8 @@
 // (pthread_create, pthread_setname_np, malloc of 6 bytes, g_hash_table_new_full) or that make text (strerror, syscall
 // for the thread's number): those act for the library only. And it goes for exported operations of the library that its
 // other operations call and that never fail by themselves (kel_ic_pcep_get_location_and_type_from_branch,
-// kel_ic_ebcom_deinit_qos): fail() makes them fail, unseen in the transcript; else they are the real ones.
+// kel_ic_ebcom_deinit_qos, kel_core_ic_pcep_create_queue_and_scheduler_for_multicast): fail() makes them fail, unseen
+// in the transcript; else they are the real ones.
 #pragma once
 
 #include "platform/kel_init.h"
@@ -41,11 +42,14 @@ void fail_on_thread(const std::string &function, int64_t result, uint32_t call =
 // How often the function was called, on any thread.
 uint32_t calls_of(const std::string &function);
 
-// The octets of the record that the function got last.
-std::vector<uint8_t> record_of(const std::string &function);
+// A record as it lies in memory.
+using octets = std::vector<uint8_t>;
 
-// The octets of all the records that the function got, oldest first.
-std::vector<std::vector<uint8_t>> records_of(const std::string &function);
+// The record that the function got last.
+octets record_of(const std::string &function);
+
+// All the records that the function got, oldest first.
+std::vector<octets> records_of(const std::string &function);
 
 // Fills the stack that the next call will use, so that a record in there is zero only where it was made so.
 void soil_stack();

@@ -111,10 +111,10 @@ void add_record(const trace::record &record)
     if (own.speaker != speaker)
         own.text += speaker + ":\n";
     own.speaker = speaker;
-    own.text += std::string("  ") + (is_init ? "init:" : "") + record.event + " " + record.domain;
+    own.text.append(is_init ? "  init:" : "  ").append(record.event).append(" ").append(record.domain);
     if (!rest.empty()) {
         EXPECT_EQ(rest.substr(0, 2), ": ") << message;
-        own.text += " " + with_own_tid_marked(rest.substr(2));
+        own.text.append(" ").append(with_own_tid_marked(rest.substr(2)));
     }
     own.text += "\n";
 }
@@ -180,7 +180,7 @@ bool is_main_thread()
 void add(const std::string &line)
 {
     const std::lock_guard lock(all().mutex);
-    own_log().text += "  " + line + "\n";
+    own_log().text.append("  ").append(line).append("\n");
 }
 
 std::string take()

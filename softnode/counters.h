@@ -1,0 +1,49 @@
+/*
+ * counters.h - frames and octets, counted by what became of them. Counters never go down and are 64 bits wide here;
+ * what a record makes of them is statistics.h's.
+ */
+#ifndef SOFTNODE_COUNTERS_H
+#define SOFTNODE_COUNTERS_H
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+namespace softnode
+{
+
+/* What became of a frame at an object: it came in, it went out, it was thrown away. */
+enum class Fate : std::uint8_t { received, sent, dropped };
+
+/* Frames of one length. */
+struct Frames {
+    std::uint64_t count = 0;
+    std::uint32_t length = 0; /* octets of each */
+};
+
+struct Tally {
+    std::uint64_t frames = 0;
+    std::uint64_t octets = 0;
+};
+
+/* What came in and has not left. */
+struct Waiting {
+    std::uint64_t frames = 0;
+    std::uint64_t octets = 0;
+    std::uint64_t blocks = 0; /* memory it takes, in blocks of facts::block_octets */
+};
+
+class Counters
+{
+public:
+    void account(Fate fate, const Frames &frames);
+
+    const Tally &operator[](Fate fate) const;
+
+private:
+    std::array<Tally, static_cast<std::size_t>(Fate::dropped) + 1> tallies_{};
+};
+
+} // namespace softnode
+
+#endif

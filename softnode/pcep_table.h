@@ -1,0 +1,86 @@
+/*
+ * pcep_table.h - PCEPs, their bindings, and the multicast groups they are members of.
+ *
+ * PCEPs and groups are numbered from one range of ids. A group lists its members by id, as the replication table of an
+ * accelerator does, and not by handle: a PCEP can be deleted while groups list it, and its id stays listed. Copies for
+ * an id without a PCEP are dropped; a PCEP created with that id takes part again; the id can be taken off the list at
+ * any time. Until then no group can have it.
+ */
+#ifndef SOFTNODE_PCEP_TABLE_H
+#define SOFTNODE_PCEP_TABLE_H
+
+#include "softnode/counters.h"
+#include "softnode/facts.h"
+#include "softnode/platform.h"
+#include "softnode/registry.h"
+
+#include <array>
+#include <cstdint>
+#include <vector>
+
+namespace softnode
+{
+
+struct Pcep {
+    ork_ebcom_pcep_params params{};
+    Handle target = Handle::null; /* null: not bound */
+    Counters counters{};          /* dropped: on the way in */
+
+    std::uint32_t id() const;
+    std::uint32_t remote_id() const;
+    std::uint16_t vlan_id() const;
+    std::uint16_t priority() const;
+};
+
+struct Group {
+    std::uint32_t id = 0;
+    Handle scheduler = Handle::null;      /* null: the schedulers of the members' paths */
+    std::vector<std::uint32_t> members{}; /* PCEP ids, in the order of adding */
+
+    bool lists(std::uint32_t pcep_id) const;
+};
+
+class PcepTable
+{
+public:
+    Refusal create_pcep(const ork_ebcom_pcep_params &params, Handle &pcep);
+
+    /** Refused while the PCEP is bound; granted while groups list it. */
+    Refusal delete_pcep(Handle pcep);
+
+    /** Ties a PCEP to a target that exists. */
+    Refusal bind(std::uint32_t pcep_id, Handle target);
+    Refusal unbind(std::uint32_t pcep_id);
+
+    /** Creates a group that sends through a scheduler that exists, or null. */
+    Refusal create_group(const ork_ebcom_multicast_group &params, Handle scheduler, Handle &group);
+
+    /** Refused while the group has members. */
+    Refusal delete_group(Handle group);
+
+    Refusal add_member(Handle group, std::uint32_t pcep_id);
+    Refusal remove_member(Handle group, std::uint32_t pcep_id);
+
+    Refusal account(Handle pcep, Fate fate, const Frames &frames);
+    Refusal read_statistics(Handle pcep, ebcom_pcep_stats &record) const;
+
+    /** Whether a group sends through the scheduler. */
+    bool send_through(Handle scheduler) const;
+
+    const Registry<Pcep> &pceps() const;
+    const Registry<Group> &groups() const;
+
+    void reset();
+
+private:
+    Refusal check_free(std::uint32_t id) const;
+    Refusal check_pcep_id(std::uint32_t id) const;
+
+    Registry<Pcep> pceps_{Kind::pcep};
+    Registry<Group> groups_{Kind::multicast_group};
+    std::array<Handle, facts::highest_pcep_id + 1> holders_{}; /* by id: its PCEP or group; null: free */
+};
+
+} // namespace softnode
+
+#endif
