@@ -18,11 +18,11 @@ bring_up::~bring_up()
 std::optional<failure> bring_up::up(const step_listener &on_made)
 {
     while (made_ < steps_.size()) {
-        if (auto failed = run(steps_[made_].make)) {
+        if (auto failed = run(steps_[made_].make, log_)) {
             failed_ = true;
             return failed;
         }
-        on_made(steps_.size() - ++made_);
+        on_made(++made_);
     }
     return std::nullopt;
 }
@@ -31,22 +31,11 @@ take_down bring_up::down()
 {
     take_down done;
     if (std::exchange(failed_, false) && steps_[made_].failure_leaves_something)
-        done.refused_leftover = run(steps_[made_].undo);
+        done.refused_leftover = run(steps_[made_].undo, log_);
     while (made_ > 0)
-        if (auto failed = run(steps_[--made_].undo))
+        if (auto failed = run(steps_[--made_].undo, log_))
             done.failures.push_back(std::move(*failed));
     return done;
-}
-
-std::optional<failure> bring_up::run(const operation &operation)
-{
-    if (!operation.call)
-        return std::nullopt;
-    log_.start_operation();
-    const uint32_t code = operation.call();
-    if (code == 0)
-        return std::nullopt;
-    return failure{operation.text(), code, log_.operation_records()};
 }
 
 } // namespace kelctl

@@ -2,22 +2,15 @@
 // the steps do.
 #pragma once
 
-#include "kelctl/trace_log.h"
+#include "kelctl/operation.h"
 
-#include <cstdint>
+#include <cstddef>
 #include <functional>
 #include <optional>
-#include <string>
 #include <vector>
 
 namespace kelctl
 {
-
-// A call into the library. What it references must outlive it.
-struct operation {
-    std::function<std::string()> text; // the call with its arguments
-    std::function<uint32_t()> call;    // null: nothing to do
-};
 
 struct step {
     operation make;
@@ -26,20 +19,14 @@ struct step {
     bool failure_leaves_something = false;
 };
 
-struct failure {
-    std::string operation;
-    uint32_t code = 0;
-    std::vector<trace_entry> records;
-};
-
 struct take_down {
     std::vector<failure> failures;
     // What came of removing what a failed step may have left. Means something only when something is left.
     std::optional<failure> refused_leftover;
 };
 
-// Told after each step that was made, with how many are left.
-using step_listener = std::function<void(size_t left)>;
+// Told after each step that was made, with how many were by then.
+using step_listener = std::function<void(size_t made)>;
 
 class bring_up
 {
@@ -56,8 +43,6 @@ public:
     take_down down();
 
 private:
-    std::optional<failure> run(const operation &operation);
-
     std::vector<step> steps_;
     trace_log &log_;
     size_t made_ = 0;

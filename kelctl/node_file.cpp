@@ -23,11 +23,13 @@ constexpr size_t largest_file = size_t{16} * 1024 * 1024;
 // The parser bounds how deep values nest, but not how many dots a key has, and a document is taken apart recursively.
 constexpr size_t most_dots_in_a_line = 128;
 
-constexpr std::string_view document_keys[] = {"node", "ebcom", "path"};
+constexpr std::string_view document_keys[] = {"node", "ebcom", "path", "pcep", "multicast"};
 constexpr std::string_view node_keys[] = {"mpid"};
 constexpr std::string_view ebcom_keys[] = {"ic_port_mtu", "ether_type", "settings"};
 constexpr std::string_view path_keys[] = {"dst_mac", "port", "shaping", "count"};
 constexpr std::string_view shaping_keys[] = {"rate", "burst", "threshold"};
+constexpr std::string_view pcep_keys[] = {"id", "remote_id", "local_mac", "remote_mac", "vlan", "priority"};
+constexpr std::string_view multicast_keys[] = {"id", "members"};
 
 constexpr range mpid_range = {1, 255, "1 to 255"};
 constexpr range mtu_range = {68, 65535, "68 to 65535 octets"};
@@ -37,21 +39,10 @@ constexpr range rate_range = {1, 4'294'967'295, "1 to 4294967295 kbit/s"};
 constexpr range burst_range = {1, 1'048'575, "1 to 1048575 octets"};
 constexpr range threshold_range = {256, 4'294'967'040, "256 to 4294967040 octets"};
 constexpr range count_range = {1, 100'000, "1 to 100000"};
-
-mac_address read_dst_mac(const table_reader &path)
-{
-    const auto text = path.text("dst_mac");
-    if (!text)
-        return {};
-    const auto mac = parse_mac_address(*text);
-    if (!mac)
-        path.note(path.at("dst_mac"),
-                  fmt::format("dst_mac: {} is not a MAC address such as 02:00:00:02:00:01", quoted(*text)));
-    else if (!is_station(*mac))
-        path.note(path.at("dst_mac"),
-                  fmt::format("dst_mac: {} is not the address of one station, as a path needs it", to_text(*mac)));
-    return mac.value_or(mac_address{});
-}
+constexpr range id_range = {1, 511, "1 to 511"};
+constexpr range remote_id_range = {0, 0xFF'FFFF, "0 to 0xFFFFFF"};
+constexpr range vlan_range = {0, 4095, "0 to 4095"};
+constexpr range priority_range = {0, 7, "0 to 7"};
 
 // The port's number, whether it carries EBCOM or not.
 std::optional<int32_t> any_port(const table_reader &path, const toml::node &node)
@@ -113,7 +104,7 @@ path_entry read_path(const table_reader &path)
 {
     path.allow_only(path_keys);
     path_entry entry;
-    entry.dst_mac = read_dst_mac(path);
+    entry.dst_mac = path.station("dst_mac");
     entry.port = read_port(path);
     entry.shaping = read_shaping(path);
     entry.count = read_count(path, entry.dst_mac);
@@ -122,6 +113,29 @@ path_entry read_path(const table_reader &path)
     entry.shaping_at = path.at("shaping");
     entry.count_at = path.at("count");
     return entry;
+}
+
+pcep_entry read_pcep(const table_reader &pcep)
+{
+    pcep.allow_only(pcep_keys);
+    const uint32_t priority = pcep.has("priority") ? pcep.number("priority", priority_range) : 0;
+    return {.id = pcep.sound_number("id", id_range).value_or(no_id),
+            .remote_id = pcep.number("remote_id", remote_id_range),
+            .local_mac = pcep.station("local_mac"),
+            .remote_mac = pcep.station("remote_mac"),
+            .vlan = static_cast<uint16_t>(pcep.number("vlan", vlan_range)),
+            .priority = static_cast<uint8_t>(priority),
+            .at = pcep.at(),
+            .id_at = pcep.at("id")};
+}
+
+multicast_entry read_multicast(const table_reader &multicast)
+{
+    multicast.allow_only(multicast_keys);
+    return {.id = multicast.sound_number("id", id_range).value_or(no_id),
+            .members = multicast.list("members", id_range),
+            .at = multicast.at(),
+            .id_at = multicast.at("id")};
 }
 
 ebcom_parameters read_ebcom(const table_reader &ebcom)
@@ -155,6 +169,10 @@ void read_document(const table_reader &document, node_file_read &read)
         if (read.problems.size() == problems_before)
             read.node.paths.push_back(entry);
     }
+    for (const table_reader &pcep : document.tables("pcep"))
+        read.node.pceps.push_back(read_pcep(pcep));
+    for (const table_reader &multicast : document.tables("multicast"))
+        read.node.groups.push_back(read_multicast(multicast));
 }
 
 // The parser names the setting that a document exceeds, which says nothing to the file's author.

@@ -44,13 +44,41 @@ struct path_entry {
     position count_at;
 };
 
+// The id of an entry whose own cannot be read, which is a problem. No entry has it otherwise.
+inline constexpr uint32_t no_id = 0;
+
+// One [[pcep]].
+struct pcep_entry {
+    uint32_t id = no_id;
+    uint32_t remote_id = 0;
+    mac_address local_mac;
+    mac_address remote_mac;
+    uint16_t vlan = 0;
+    uint8_t priority = 0;
+
+    position at;
+    position id_at;
+};
+
+// One [[multicast]]: a group of PCEPs.
+struct multicast_entry {
+    uint32_t id = no_id;
+    std::vector<placed_number> members; // ids of PCEPs
+
+    position at;
+    position id_at;
+};
+
 struct node_file {
     std::optional<uint8_t> mpid; // none: as the environment says
     ebcom_parameters ebcom;
     std::vector<path_entry> paths;
+    std::vector<pcep_entry> pceps;
+    std::vector<multicast_entry> groups;
 };
 
-// Unusable when there are problems; then it holds the entries that have none themselves.
+// Unusable when there are problems; then it holds the paths that have none themselves, and every PCEP and group,
+// because others may rightly name the id of one that is wrong otherwise.
 struct node_file_read {
     node_file node;
     problem_list problems;

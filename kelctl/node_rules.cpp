@@ -6,7 +6,10 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <map>
+#include <set>
+#include <string_view>
 #include <utility>
 
 namespace kelctl
@@ -17,6 +20,8 @@ namespace
 constexpr uint64_t most_paths = 100'000;
 constexpr uint64_t most_paths_on_a_port = 65'535; // the library counts a queue's paths in 16 bits
 constexpr int32_t port_without_mac_channel = 0;
+constexpr size_t most_groups = 30;
+constexpr size_t most_members = 16; // of a group
 
 // The first of the entry's addresses that lies behind the EIOA.
 std::optional<mac_address> first_eioa_address(const path_entry &entry)
@@ -72,6 +77,78 @@ void check_amounts(const node_file &node, problem_list &problems)
     }
 }
 
+// What has an id: a PCEP or a group.
+struct end_point {
+    uint32_t id;
+    position id_at;
+    position at;
+    std::string_view kind;
+};
+
+constexpr std::string_view pcep_kind = "PCEP";
+constexpr std::string_view group_kind = "multicast group";
+
+// In the order of the file, in which both kinds may be mixed.
+std::vector<end_point> end_points_of(const node_file &node)
+{
+    std::vector<end_point> all;
+    for (const pcep_entry &pcep : node.pceps)
+        all.push_back({pcep.id, pcep.id_at, pcep.at, pcep_kind});
+    for (const multicast_entry &group : node.groups)
+        all.push_back({group.id, group.id_at, group.at, group_kind});
+    std::erase_if(all, [](const end_point &one) { return one.id == no_id; });
+    std::sort(all.begin(), all.end(), [](const end_point &a, const end_point &b) { return a.at < b.at; });
+    return all;
+}
+
+// Of each id the first one, which is whom other entries mean by it.
+using end_points = std::map<uint32_t, end_point>;
+
+end_points check_ids(const node_file &node, problem_list &problems)
+{
+    end_points first_of_id;
+    for (const end_point &one : end_points_of(node)) {
+        const auto [first, is_new] = first_of_id.try_emplace(one.id, one);
+        if (!is_new)
+            problems.push_back({one.id_at, fmt::format("id: {} is that of the {} in line {}", one.id,
+                                                       first->second.kind, first->second.at.line)});
+    }
+    return first_of_id;
+}
+
+void check_member(const placed_number &member, const end_points &all, problem_list &problems)
+{
+    const auto named = all.find(member.value);
+    if (named == all.end())
+        problems.push_back({member.at, fmt::format("members: no PCEP of this file has the id {}", member.value)});
+    else if (named->second.kind != pcep_kind)
+        problems.push_back({member.at, fmt::format("members: {} is the {} in line {}, not a PCEP", member.value,
+                                                   named->second.kind, named->second.at.line)});
+}
+
+void check_members(const multicast_entry &group, const end_points &all, problem_list &problems)
+{
+    std::set<uint32_t> before;
+    for (const placed_number &member : group.members) {
+        if (before.insert(member.value).second)
+            check_member(member, all, problems);
+        else
+            problems.push_back({member.at, fmt::format("members: {} is named twice", member.value)});
+    }
+    if (group.members.size() > most_members)
+        problems.push_back(
+            {group.members[most_members].at, fmt::format("members: more than {} in one group", most_members)});
+}
+
+void check_groups(const node_file &node, const end_points &all, problem_list &problems)
+{
+    for (const multicast_entry &group : node.groups)
+        check_members(group, all, problems);
+    if (node.groups.size() > most_groups)
+        problems.push_back(
+            {node.groups[most_groups].at, fmt::format("[[multicast]]: more than {} groups", most_groups)});
+}
+
 } // namespace
 
 void check_rules(const node_file &node, problem_list &problems)
@@ -79,6 +156,7 @@ void check_rules(const node_file &node, problem_list &problems)
     check_mac_channels(node, problems);
     check_shaping(node, problems);
     check_amounts(node, problems);
+    check_groups(node, check_ids(node, problems), problems);
 }
 
 } // namespace kelctl

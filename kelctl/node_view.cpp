@@ -187,6 +187,10 @@ std::string contents_text(const snapshot &node)
         parts.push_back(counted(node.queues.size(), "queue"));
     if (!node.paths.empty())
         parts.push_back(counted(node.paths.size(), "path"));
+    if (!node.pceps.empty())
+        parts.push_back(counted(node.pceps.size(), "PCEP"));
+    if (!node.groups.empty())
+        parts.push_back(counted(node.groups.size(), "multicast group"));
     if (node.interface)
         parts.push_back("the interface");
     return fmt::format("{}", fmt::join(parts, ", "));

@@ -12,10 +12,13 @@
 namespace kelctl
 {
 
-// What the snapshot cannot tell: which port a queue serves, and which destinations were asked for on which port.
+// What the snapshot cannot tell: which port a queue serves, which destinations were asked for on which port, and how to
+// ask the library for a queue.
 struct port_knowledge {
     std::map<handle, int32_t> port_of_queue;
     std::map<int32_t, std::set<mac_address>> destinations;
+    // A destination by which the library finds the queue. None when it finds all of the queue's on others.
+    std::map<handle, mac_address> found_by;
 };
 
 // Interface, parameters, capabilities, timestamp offset and how much there is, one line each. Several of the paths

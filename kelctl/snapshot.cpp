@@ -39,10 +39,39 @@ snapshot::queue queue_in(const json &value)
             .shaped = value.at("shaped")};
 }
 
+mac_address mac_in(const json &value)
+{
+    return parse_mac_address(value.get_ref<const std::string &>()).value_or(mac_address{});
+}
+
 snapshot::path path_in(const json &value)
 {
-    return {parse_mac_address(value.at("mac").get_ref<const std::string &>()).value_or(mac_address{}),
-            handle_in(value.at("queue"))};
+    return {mac_in(value.at("mac")), handle_in(value.at("queue"))};
+}
+
+snapshot::pcep pcep_in(const json &value)
+{
+    return {.id = value.at("id"),
+            .remote_id = value.at("remote_id"),
+            .local_mac = mac_in(value.at("local_mac")),
+            .remote_mac = mac_in(value.at("remote_mac")),
+            .vlan = value.at("vlan"),
+            .priority = value.at("priority"),
+            .bound = false};
+}
+
+snapshot::group group_in(const json &value)
+{
+    return {value.at("id"), value.at("members")};
+}
+
+// The only target there is to be bound to is the EHSFP.
+void read_bindings(const json &bindings, std::vector<snapshot::pcep> &pceps)
+{
+    for (const json &binding : bindings)
+        for (snapshot::pcep &pcep : pceps)
+            if (pcep.id == binding.at("pcep"))
+                pcep.bound = true;
 }
 
 template <typename Element> std::vector<Element> list_in(const json &list, Element (*read)(const json &))
@@ -57,7 +86,7 @@ template <typename Element> std::vector<Element> list_in(const json &list, Eleme
 
 bool snapshot::empty() const
 {
-    return schedulers.empty() && queues.empty() && paths.empty() && !interface;
+    return schedulers.empty() && queues.empty() && paths.empty() && pceps.empty() && groups.empty() && !interface;
 }
 
 snapshot read_snapshot(std::string_view text)
@@ -67,6 +96,9 @@ snapshot read_snapshot(std::string_view text)
     read.schedulers = list_in(document.at("schedulers"), scheduler_in);
     read.queues = list_in(document.at("queues"), queue_in);
     read.paths = list_in(document.at("paths"), path_in);
+    read.pceps = list_in(document.at("pceps"), pcep_in);
+    read_bindings(document.at("bindings"), read.pceps);
+    read.groups = list_in(document.at("groups"), group_in);
     if (const json &interface = document.at("interface"); !interface.is_null())
         read.interface = {interface.at("eth_dev_id"), interface.at("vsi")};
     if (const json &globals = document.at("globals"); !globals.is_null())

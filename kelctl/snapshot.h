@@ -31,6 +31,19 @@ struct snapshot {
         mac_address mac;
         handle queue; // 0: its queue was removed
     };
+    struct pcep {
+        uint32_t id;
+        uint32_t remote_id;
+        mac_address local_mac;
+        mac_address remote_mac;
+        uint16_t vlan;
+        uint8_t priority;
+        bool bound; // to the EHSFP
+    };
+    struct group {
+        uint32_t id;
+        std::vector<uint32_t> members; // in the order of their adding
+    };
     struct interface_identity {
         uint16_t eth_dev_id;
         uint16_t vsi;
@@ -44,6 +57,8 @@ struct snapshot {
     std::vector<scheduler> schedulers; // in the order of their creation, as are the queues
     std::vector<queue> queues;
     std::vector<path> paths; // in the order of their addresses
+    std::vector<pcep> pceps; // in the order of their creation, as are the groups
+    std::vector<group> groups;
     std::optional<interface_identity> interface;
     std::optional<global_parameters> globals;
     std::optional<int64_t> timestamp_offset;

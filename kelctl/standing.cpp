@@ -3,8 +3,6 @@
 
 #include "kelctl/software_accelerator.h"
 
-#include <algorithm>
-
 namespace kelctl
 {
 namespace
@@ -12,16 +10,26 @@ namespace
 
 constexpr uint32_t longest_wait = 2'000; // milliseconds
 
-// The queue of a port that one of these destinations leads to and no other port shares; 0 when there is none such.
-handle queue_of_own_destination(const std::set<mac_address> &destinations,
-                                const std::map<mac_address, size_t> &ports_of_mac)
+// 0: none
+handle queue_of(const mac_address &destination)
 {
-    const auto own = std::find_if(destinations.begin(), destinations.end(),
-                                  [&](const mac_address &mac) { return ports_of_mac.at(mac) == 1; });
     void *queue = nullptr;
-    if (own != destinations.end())
-        kel_ic_ebcom_queue_handle_get(own->octets.data(), &queue);
+    kel_ic_ebcom_queue_handle_get(destination.octets.data(), &queue);
     return reinterpret_cast<handle>(queue);
+}
+
+// Destinations that are on the same ports are found on the same one of them: one destination is asked about for all.
+void look_up(const std::map<mac_address, std::set<int32_t>> &ports_of_mac, port_knowledge &ports)
+{
+    std::set<std::set<int32_t>> asked;
+    for (const auto &[mac, on] : ports_of_mac) {
+        const handle queue = asked.insert(on).second ? queue_of(mac) : 0;
+        if (queue == 0)
+            continue;
+        ports.found_by.try_emplace(queue, mac);
+        if (on.size() == 1)
+            ports.port_of_queue[queue] = *on.begin();
+    }
 }
 
 // Queues are listed in the order of their creation, that is of their ports' first paths. So are the ports left over.
@@ -50,25 +58,19 @@ std::optional<snapshot> settled_snapshot()
 port_knowledge ports_of(const snapshot &node, const std::vector<kel_ebcom_path_config> &added)
 {
     port_knowledge ports;
-    std::vector<int32_t> in_order;
-    std::map<mac_address, size_t> ports_of_mac;
+    std::vector<int32_t> left;
+    std::map<mac_address, std::set<int32_t>> ports_of_mac;
     for (const kel_ebcom_path_config &path : added) {
+        const mac_address mac = mac_address_at(path.dst_mac);
+        ports_of_mac[mac].insert(path.iell_port);
         auto &destinations = ports.destinations[path.iell_port];
         if (destinations.empty())
-            in_order.push_back(path.iell_port);
-        const mac_address mac = mac_address_at(path.dst_mac);
-        if (destinations.insert(mac).second)
-            ++ports_of_mac[mac];
+            left.push_back(path.iell_port);
+        destinations.insert(mac);
     }
-
-    std::vector<int32_t> left;
-    for (const int32_t port : in_order) {
-        const handle queue = queue_of_own_destination(ports.destinations[port], ports_of_mac);
-        if (queue != 0)
-            ports.port_of_queue[queue] = port;
-        else
-            left.push_back(port);
-    }
+    look_up(ports_of_mac, ports);
+    for (const auto &[queue, port] : ports.port_of_queue)
+        std::erase(left, port);
     match_in_order(node, left, ports);
     return ports;
 }

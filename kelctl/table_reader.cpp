@@ -21,6 +21,11 @@ std::string_view type_name(const toml::node &node)
     return type_names[static_cast<size_t>(node.type())];
 }
 
+uint32_t least(const range &allowed)
+{
+    return static_cast<uint32_t>(allowed.min);
+}
+
 } // namespace
 
 position position_of(const toml::source_region &region)
@@ -72,25 +77,30 @@ const toml::node *table_reader::required(std::string_view key) const
 
 uint32_t table_reader::number(std::string_view key, const range &allowed) const
 {
+    return sound_number(key, allowed).value_or(least(allowed));
+}
+
+std::optional<uint32_t> table_reader::sound_number(std::string_view key, const range &allowed) const
+{
     const toml::node *node = required(key);
-    return node ? number_of(key, *node, allowed) : static_cast<uint32_t>(allowed.min);
+    return node ? number_of(key, *node, allowed) : std::nullopt;
 }
 
 uint32_t table_reader::quantity(std::string_view key, std::span<const unit> units, const range &allowed) const
 {
     const toml::node *node = required(key);
     if (!node)
-        return static_cast<uint32_t>(allowed.min);
+        return least(allowed);
     if (!node->is_string())
-        return number_of(key, *node, allowed);
+        return number_of(key, *node, allowed).value_or(least(allowed));
 
     const std::string &text = node->as_string()->get();
     const auto value = parse_quantity(text, units);
     if (value)
-        return checked(key, *node, *value, allowed);
+        return checked(key, *node, *value, allowed).value_or(least(allowed));
     note(position_of(node->source()),
          fmt::format("{}: {} is not a whole number with one of the units {}", key, quoted(text), names_of(units)));
-    return static_cast<uint32_t>(allowed.min);
+    return least(allowed);
 }
 
 std::optional<std::string> table_reader::text(std::string_view key) const
@@ -104,9 +114,22 @@ std::optional<std::string> table_reader::text(std::string_view key) const
     return std::nullopt;
 }
 
+mac_address table_reader::station(std::string_view key) const
+{
+    const auto written = text(key);
+    if (!written)
+        return {};
+    const auto mac = parse_mac_address(*written);
+    if (!mac)
+        note(at(key), fmt::format("{}: {} is not a MAC address such as 02:00:00:02:00:01", key, quoted(*written)));
+    else if (!is_station(*mac))
+        note(at(key), fmt::format("{}: {} is not the address of one station", key, to_text(*mac)));
+    return mac.value_or(mac_address{});
+}
+
 std::vector<uint32_t> table_reader::numbers(std::string_view key, size_t count, const range &allowed) const
 {
-    std::vector<uint32_t> values(count, static_cast<uint32_t>(allowed.min));
+    std::vector<uint32_t> values(count, least(allowed));
     const toml::node *node = required(key);
     if (!node)
         return values;
@@ -116,7 +139,24 @@ std::vector<uint32_t> table_reader::numbers(std::string_view key, size_t count, 
         return values;
     }
     for (size_t i = 0; i < count; ++i)
-        values[i] = number_of(key, *array->get(i), allowed);
+        values[i] = number_of(key, *array->get(i), allowed).value_or(least(allowed));
+    return values;
+}
+
+std::vector<placed_number> table_reader::list(std::string_view key, const range &allowed) const
+{
+    std::vector<placed_number> values;
+    const toml::node *node = required(key);
+    if (!node)
+        return values;
+    const toml::array *array = node->as_array();
+    if (!array) {
+        note_type(key, *node, "an array of whole numbers");
+        return values;
+    }
+    for (const toml::node &element : *array)
+        if (const auto value = number_of(key, element, allowed))
+            values.push_back({*value, position_of(element.source())});
     return values;
 }
 
@@ -156,28 +196,30 @@ void table_reader::note(position at, std::string message) const
     problems_->push_back({at, std::move(message)});
 }
 
-uint32_t table_reader::number_of(std::string_view key, const toml::node &node, const range &allowed) const
+std::optional<uint32_t> table_reader::number_of(std::string_view key, const toml::node &node,
+                                                const range &allowed) const
 {
     const auto *number = node.as_integer();
     if (!number) {
         note_type(key, node, "a whole number");
-        return static_cast<uint32_t>(allowed.min);
+        return std::nullopt;
     }
     // Negative numbers become larger than any range and are told by what stands in the file.
     if (number->get() >= 0)
         return checked(key, node, static_cast<uint64_t>(number->get()), allowed);
     note(position_of(node.source()), fmt::format("{}: {} is not in {}", key, number->get(), allowed.text));
-    return static_cast<uint32_t>(allowed.min);
+    return std::nullopt;
 }
 
-uint32_t table_reader::checked(std::string_view key, const toml::node &node, uint64_t value, const range &allowed) const
+std::optional<uint32_t> table_reader::checked(std::string_view key, const toml::node &node, uint64_t value,
+                                              const range &allowed) const
 {
     if (value >= static_cast<uint64_t>(allowed.min) && value <= static_cast<uint64_t>(allowed.max))
         return static_cast<uint32_t>(value);
     const auto *text = node.as_string();
     note(position_of(node.source()),
          fmt::format("{}: {} is not in {}", key, text ? quoted(text->get()) : fmt::to_string(value), allowed.text));
-    return static_cast<uint32_t>(allowed.min);
+    return std::nullopt;
 }
 
 void table_reader::note_type(std::string_view key, const toml::node &node, std::string_view expected) const

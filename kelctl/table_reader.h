@@ -1,11 +1,11 @@
 // Typed access to one table of a TOML document. Whatever is not as expected is noted with its place, and reading goes
-// on: a caller that finds no new problems has good values only. Knows nothing of nodes.
+// on: a caller that finds no new problems has good values only. Knows nothing of what the tables mean.
 #pragma once
 
+#include "kelctl/mac_address.h"
 #include "kelctl/problem.h"
 #include "kelctl/quantity.h"
-
-#include <toml++/toml.h>
+#include "kelctl/toml.h"
 
 #include <cstdint>
 #include <optional>
@@ -45,13 +45,22 @@ public:
     // A whole number within the range; range.min, and a problem, for anything else.
     uint32_t number(std::string_view key, const range &allowed) const;
 
+    // The same, but none for anything else.
+    std::optional<uint32_t> sound_number(std::string_view key, const range &allowed) const;
+
     // A whole number of the first unit, or a text with a unit: 64, "64 KiB".
     uint32_t quantity(std::string_view key, std::span<const unit> units, const range &allowed) const;
 
     std::optional<std::string> text(std::string_view key) const;
 
+    // The MAC address of one station; no address, and a problem, for anything else.
+    mac_address station(std::string_view key) const;
+
     // The whole numbers of an array of exactly that many; what is wrong with them becomes range.min.
     std::vector<uint32_t> numbers(std::string_view key, size_t count, const range &allowed) const;
+
+    // The whole numbers of an array of any length, as far as they are within the range.
+    std::vector<placed_number> list(std::string_view key, const range &allowed) const;
 
     std::optional<table_reader> table(std::string_view key) const;
 
@@ -61,8 +70,9 @@ public:
     void note(position at, std::string message) const;
 
 private:
-    uint32_t number_of(std::string_view key, const toml::node &node, const range &allowed) const;
-    uint32_t checked(std::string_view key, const toml::node &node, uint64_t value, const range &allowed) const;
+    std::optional<uint32_t> number_of(std::string_view key, const toml::node &node, const range &allowed) const;
+    std::optional<uint32_t> checked(std::string_view key, const toml::node &node, uint64_t value,
+                                    const range &allowed) const;
     void note_type(std::string_view key, const toml::node &node, std::string_view expected) const;
 
     const toml::table *table_;

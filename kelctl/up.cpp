@@ -1,18 +1,23 @@
 // The order of `kelctl up`, and all that it prints.
 #include "kelctl/up.h"
 
+#include "kelctl/ebcom_steps.h"
 #include "kelctl/exit_status.h"
 #include "kelctl/failure_report.h"
 #include "kelctl/node_rules.h"
-#include "kelctl/node_steps.h"
 #include "kelctl/node_view.h"
+#include "kelctl/pcep_steps.h"
+#include "kelctl/pcep_view.h"
 #include "kelctl/progress.h"
 #include "kelctl/standing.h"
+#include "kelctl/statistics.h"
+#include "kelctl/statistics_view.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <cstdlib>
+#include <iterator>
 #include <memory>
 #include <utility>
 
@@ -21,13 +26,11 @@ namespace kelctl
 namespace
 {
 
-constexpr size_t most_full_reports = 10; // of a take-down; more of them would hide the rest
+constexpr size_t most_full_reports = 10; // of one stage; more of them would hide the rest
 
 void print_problems(const std::string &file, problem_list problems)
 {
-    std::stable_sort(problems.begin(), problems.end(), [](const problem &a, const problem &b) {
-        return std::pair(a.at.line, a.at.column) < std::pair(b.at.line, b.at.column);
-    });
+    std::stable_sort(problems.begin(), problems.end(), [](const problem &a, const problem &b) { return a.at < b.at; });
     std::string text;
     for (const problem &problem : problems)
         text += fmt::format("{}:{}:{}: {}\n", file, problem.at.line, problem.at.column, problem.message);
@@ -49,18 +52,35 @@ std::unique_ptr<node_file> sound_node_file(const std::string &file)
     return nullptr;
 }
 
-void show_what_stands(const std::vector<kel_ebcom_path_config> &paths)
+// `what` names what more of them belong to.
+void report_failures(const std::vector<failure> &failures, std::string_view what, trace_log &log)
+{
+    for (size_t i = 0; i < std::min(failures.size(), most_full_reports); ++i)
+        write(stderr, report_of(failures[i], log.installed(), painter_for(stderr)));
+    if (failures.size() > most_full_reports)
+        write(stderr, fmt::format("{} more operations of the {} failed\n", failures.size() - most_full_reports, what));
+}
+
+std::string standing_text(const snapshot &node, const port_knowledge &ports, size_t added_paths, const painter &paint)
+{
+    kel_ebcom_capabilities capabilities{};
+    kel_core_ic_ebcom_capabilities_get(&capabilities);
+    return service_view(node, capabilities, added_paths, paint) + "\n" + tree_view(node, ports, paint) + "\n" +
+           pcep_view(node, paint);
+}
+
+// True when all of it could be read.
+bool show_what_stands(const node_file &file, const std::vector<kel_ebcom_path_config> &paths, trace_log &log)
 {
     const painter paint = painter_for(stdout);
     const auto node = settled_snapshot();
-    if (!node) {
-        write(stdout, "What stands cannot be shown: not available on this platform\n");
-        return;
-    }
-    kel_ebcom_capabilities capabilities{};
-    kel_core_ic_ebcom_capabilities_get(&capabilities);
-    write(stdout, service_view(*node, capabilities, paths.size(), paint) + "\n" +
-                      tree_view(*node, ports_of(*node, paths), paint) + "\n");
+    const port_knowledge ports = ports_of(node.value_or(snapshot{}), paths);
+    const statistics counters = read_statistics(ports, file.pceps, log);
+    write(stdout, node ? standing_text(*node, ports, paths.size(), paint)
+                       : "What stands cannot be shown: not available on this platform\n");
+    write(stdout, statistics_view(counters, paint));
+    report_failures(counters.failures, "reading of counters", log);
+    return counters.failures.empty();
 }
 
 void show_background_failures(trace_log &log)
@@ -73,26 +93,23 @@ void show_background_failures(trace_log &log)
         write(stderr, fmt::format("    {}\n", to_text(entry)));
 }
 
-// The steps of the paths are the last ones.
-bool bring_up_reporting(bring_up &node, size_t paths, trace_log &log, bool trace)
+// Where the steps of the paths stand among all.
+struct path_steps {
+    size_t before;
+    size_t count;
+};
+
+bool bring_up_reporting(bring_up &node, path_steps paths, trace_log &log, bool trace)
 {
-    progress shown("adding paths", paths, stderr, is_terminal(stderr) && !trace);
-    const auto failed = node.up([&](size_t left) {
-        if (left < paths)
-            shown.show(paths - left);
+    progress shown("adding paths", paths.count, stderr, is_terminal(stderr) && !trace);
+    const auto failed = node.up([&](size_t made) {
+        if (made > paths.before && made <= paths.before + paths.count)
+            shown.show(made - paths.before);
     });
     shown.leave_line();
     if (failed)
         write(stderr, report_of(*failed, log.installed(), painter_for(stderr)));
     return !failed;
-}
-
-void report_failures(const std::vector<failure> &failures, trace_log &log)
-{
-    for (size_t i = 0; i < std::min(failures.size(), most_full_reports); ++i)
-        write(stderr, report_of(failures[i], log.installed(), painter_for(stderr)));
-    if (failures.size() > most_full_reports)
-        write(stderr, fmt::format("{} more operations of the take-down failed\n", failures.size() - most_full_reports));
 }
 
 std::string outcome_text(const std::optional<snapshot> &left)
@@ -111,7 +128,7 @@ bool take_down_reporting(bring_up &node, bool stood, trace_log &log)
     const auto left = current_snapshot();
     if (done.refused_leftover && !(left && left->empty()))
         done.failures.insert(done.failures.begin(), std::move(*done.refused_leftover));
-    report_failures(done.failures, log);
+    report_failures(done.failures, "take-down", log);
 
     const bool clean = done.failures.empty() && (!left || left->empty());
     write(stood && clean ? stdout : stderr, outcome_text(left));
@@ -131,13 +148,16 @@ int up(const up_options &options)
         return exit_wrong_input;
 
     const std::vector<kel_ebcom_path_config> paths = path_configurations(*file);
-    bring_up node(steps_for(file->ebcom, paths), log);
-    const bool stood = bring_up_reporting(node, paths.size(), log, options.trace);
-    if (stood)
-        show_what_stands(paths);
+    std::vector<step> steps = ebcom_steps(file->ebcom, paths);
+    const path_steps among = {steps.size() - paths.size(), paths.size()};
+    std::ranges::move(pcep_steps(*file), std::back_inserter(steps));
+
+    bring_up node(std::move(steps), log);
+    const bool stood = bring_up_reporting(node, among, log, options.trace);
+    const bool shown = stood && show_what_stands(*file, paths, log);
     show_background_failures(log);
     const bool clean = take_down_reporting(node, stood, log);
-    return stood && clean ? exit_done : exit_operation_failed;
+    return shown && clean ? exit_done : exit_operation_failed;
 }
 
 } // namespace kelctl

@@ -38,6 +38,31 @@ std::string good_path_with(const std::string &fields)
     return path_with("dst_mac = \"02:00:00:02:00:01\"\nport = \"RLU1P\"\n" + fields);
 }
 
+// Six lines.
+std::string pcep_table(const std::string &id)
+{
+    return "[[pcep]]\nid = " + id +
+           "\nremote_id = 1\nlocal_mac = \"02:00:00:02:00:01\"\nremote_mac = \"02:00:00:02:00:02\"\nvlan = 1\n";
+}
+
+// Those with the ids from 1.
+std::string pcep_tables(int count)
+{
+    std::string text;
+    for (int id = 1; id <= count; ++id)
+        text += pcep_table(std::to_string(id));
+    return text;
+}
+
+// Three lines each.
+std::string group_tables(int count)
+{
+    std::string text;
+    for (int id = 1; id <= count; ++id)
+        text += "[[multicast]]\nid = " + std::to_string(id) + "\nmembers = []\n";
+    return text;
+}
+
 const std::string ports = "these do: 0, RLU1P to RLU1W, RLU2P to RLU2W, RLU3P to RLU3W, RLU4P to RLU4W";
 
 const bad_file bad_files[] = {
@@ -127,10 +152,10 @@ const bad_file bad_files[] = {
      {"6:11: dst_mac: \"02:00:00:02:00\" is not a MAC address such as 02:00:00:02:00:01"}},
     {"MulticastMac",
      path_with("dst_mac = \"01:00:5e:00:00:01\"\nport = 6\n"),
-     {"6:11: dst_mac: 01:00:5e:00:00:01 is not the address of one station, as a path needs it"}},
+     {"6:11: dst_mac: 01:00:5e:00:00:01 is not the address of one station"}},
     {"NobodysMac",
      path_with("dst_mac = \"0000.0000.0000\"\nport = 6\n"),
-     {"6:11: dst_mac: 00:00:00:00:00:00 is not the address of one station, as a path needs it"}},
+     {"6:11: dst_mac: 00:00:00:00:00:00 is not the address of one station"}},
     {"UnknownPortName",
      path_with("dst_mac = \"02:00:00:02:00:01\"\nport = \"RLU5P\"\n"),
      {"7:8: port: there is no port \"RLU5P\""}},
@@ -153,6 +178,74 @@ const bad_file bad_files[] = {
      {"12:11: shaping: differs from that of the path in line 5 on the same port, RLU1P (6)",
       "13:1: shaping: differs from that of the path in line 5 on the same port, RLU1P (6)"}},
     {"TooManyPathsOnAPort", good_path_with("count = 65536\n"), {"8:9: count: more than 65535 paths on port RLU1P (6)"}},
+    {"MissingPcepKeys",
+     after_ebcom("[[pcep]]\npriority = 1\n"),
+     {"5:1: [[pcep]]: id is missing", "5:1: [[pcep]]: remote_id is missing", "5:1: [[pcep]]: local_mac is missing",
+      "5:1: [[pcep]]: remote_mac is missing", "5:1: [[pcep]]: vlan is missing"}},
+    {"MissingMulticastKeys",
+     after_ebcom("[[multicast]]\n"),
+     {"5:1: [[multicast]]: id is missing", "5:1: [[multicast]]: members is missing"}},
+    {"UnknownKeyInPcep",
+     after_ebcom(pcep_table("1") + "vlan_id = 5\npriorty = 1\n"),
+     {"11:1: unknown key \"vlan_id\" in [[pcep]]",
+      "12:1: unknown key \"priorty\" in [[pcep]]; did you mean \"priority\"?"}},
+    {"UnknownKeyInMulticast",
+     after_ebcom("[[multicast]]\nid = 1\nmembers = []\nmember = [1]\n"),
+     {"8:1: unknown key \"member\" in [[multicast]]; did you mean \"members\"?"}},
+    {"PcepIsOneTable", after_ebcom("[pcep]\nid = 6\n"), {"5:1: pcep: write [[pcep]], once for each pcep"}},
+    {"MulticastIsOneTable",
+     after_ebcom("[multicast]\nid = 6\n"),
+     {"5:1: multicast: write [[multicast]], once for each multicast"}},
+    {"WrongTypesInPcep",
+     after_ebcom("[[pcep]]\nid = \"1\"\nremote_id = 1.5\nlocal_mac = 5\nremote_mac = []\nvlan = true\n"
+                 "priority = \"high\"\n"),
+     {"6:6: id: expected a whole number, not a text", "7:13: remote_id: expected a whole number, not a fraction",
+      "8:13: local_mac: expected a text, not a whole number", "9:14: remote_mac: expected a text, not an array",
+      "10:8: vlan: expected a whole number, not a boolean", "11:12: priority: expected a whole number, not a text"}},
+    {"WrongTypesInMulticast",
+     after_ebcom("[[multicast]]\nid = {}\nmembers = 1\n[[multicast]]\nid = 2\nmembers = [\"1\", [2]]\n"),
+     {"6:6: id: expected a whole number, not a table",
+      "7:11: members: expected an array of whole numbers, not a whole "
+      "number",
+      "10:12: members: expected a whole number, not a text", "10:17: members: expected a whole number, not an array"}},
+    {"PcepBelowItsRanges",
+     after_ebcom("[[pcep]]\nid = 0\nremote_id = -1\nlocal_mac = \"02:00:00:02:00:01\"\n"
+                 "remote_mac = \"02:00:00:02:00:02\"\nvlan = -1\npriority = -1\n"),
+     {"6:6: id: 0 is not in 1 to 511", "7:13: remote_id: -1 is not in 0 to 0xFFFFFF",
+      "10:8: vlan: -1 is not in 0 to 4095", "11:12: priority: -1 is not in 0 to 7"}},
+    {"PcepAboveItsRanges",
+     after_ebcom("[[pcep]]\nid = 512\nremote_id = 0x1000000\nlocal_mac = \"02:00:00:02:00:01\"\n"
+                 "remote_mac = \"02:00:00:02:00:02\"\nvlan = 4096\npriority = 8\n"),
+     {"6:6: id: 512 is not in 1 to 511", "7:13: remote_id: 16777216 is not in 0 to 0xFFFFFF",
+      "10:8: vlan: 4096 is not in 0 to 4095", "11:12: priority: 8 is not in 0 to 7"}},
+    {"PcepAddressesOfNoStation",
+     after_ebcom("[[pcep]]\nid = 1\nremote_id = 1\nlocal_mac = \"here\"\nremote_mac = \"ff:ff:ff:ff:ff:ff\"\n"
+                 "vlan = 1\n"),
+     {"8:13: local_mac: \"here\" is not a MAC address such as 02:00:00:02:00:01",
+      "9:14: remote_mac: ff:ff:ff:ff:ff:ff is not the address of one station"}},
+    {"MulticastOutOfRange",
+     after_ebcom("[[multicast]]\nid = 512\nmembers = [0, 512]\n"),
+     {"6:6: id: 512 is not in 1 to 511", "7:12: members: 0 is not in 1 to 511",
+      "7:15: members: 512 is not in 1 to 511"}},
+    {"IdOfAnEarlierPcep",
+     after_ebcom(pcep_table("7") + "[[multicast]]\nid = 7\nmembers = []\n" + pcep_table("7")),
+     {"12:6: id: 7 is that of the PCEP in line 5", "15:6: id: 7 is that of the PCEP in line 5"}},
+    {"IdOfAnEarlierGroup",
+     after_ebcom("[[multicast]]\nid = 7\nmembers = []\n" + pcep_table("7")),
+     {"9:6: id: 7 is that of the multicast group in line 5"}},
+    {"MembersThatAreNoPcepsOfTheFile",
+     after_ebcom(pcep_table("7") + "[[multicast]]\nid = 300\nmembers = [7, 8, 300, 7]\n"),
+     {"13:15: members: no PCEP of this file has the id 8",
+      "13:18: members: 300 is the multicast group in line 11, not a PCEP", "13:23: members: 7 is named twice"}},
+    {"MemberThatIsWrongOtherwiseIsAMember",
+     after_ebcom("[[pcep]]\nid = 7\nremote_id = 1\nlocal_mac = \"here\"\nremote_mac = \"02:00:00:02:00:01\"\n"
+                 "vlan = 1\n[[multicast]]\nid = 300\nmembers = [7]\n"),
+     {"8:13: local_mac: \"here\" is not a MAC address such as 02:00:00:02:00:01"}},
+    {"TooManyMembers",
+     after_ebcom(pcep_tables(17) +
+                 "[[multicast]]\nid = 300\nmembers = [1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16,\n17]\n"),
+     {"110:1: members: more than 16 in one group"}},
+    {"TooManyGroups", after_ebcom(group_tables(32)), {"95:1: [[multicast]]: more than 30 groups"}},
     {"ProblemsOfReaderAndRulesInOrderOfTheirPlaces",
      path_with("dst_mac = \"02:00:00:01:00:01\"\nport = 0\n[[path]]\nport = 99\n[node]\nmpid = \"x\"\n"),
      {"7:8: port: 02:00:00:01:00:01 is an EIOA destination, and port NONE (0) has no way there",

@@ -42,8 +42,8 @@ TEST_F(BringUp, GoesUpInOrderAndDownInReverse)
 {
     bring_up node({plain("a"), plain("b")}, log);
     std::vector<size_t> told;
-    EXPECT_FALSE(node.up([&](size_t left) { told.push_back(left); }));
-    EXPECT_THAT(told, ElementsAre(1, 0));
+    EXPECT_FALSE(node.up([&](size_t made) { told.push_back(made); }));
+    EXPECT_THAT(told, ElementsAre(1, 2));
     EXPECT_THAT(node.down().failures, IsEmpty());
     EXPECT_THAT(calls, ElementsAre("a", "b", "undo b", "undo a"));
 }

@@ -19,6 +19,17 @@ const std::string two_paths = ebcom_table + "[[path]]\ndst_mac = \"02:00:00:02:0
                                             "[[path]]\ndst_mac = \"02:00:00:02:00:02\"\nport = \"RLU1P\"\n";
 const std::string second_path = "(dst_mac=02:00:00:02:00:02, port=RLU1P (6), unshaped)";
 
+// With a board's PCEP and one that gets bound, in one group and alone in another.
+const std::string two_groups =
+    two_paths +
+    "[[pcep]]\nid = 7\nremote_id = 9\nlocal_mac = \"02:00:00:02:00:01\"\nremote_mac = \"02:00:00:02:00:02\"\n"
+    "vlan = 100\n"
+    "[[pcep]]\nid = 8\nremote_id = 9\nlocal_mac = \"02:00:00:03:00:01\"\nremote_mac = \"02:00:00:02:00:02\"\n"
+    "vlan = 100\npriority = 5\n"
+    "[[multicast]]\nid = 300\nmembers = [7, 8]\n[[multicast]]\nid = 301\nmembers = [8]\n";
+const std::string bound_pcep = "(pcep_id=8, remote_pcep_id=9, local_mac=02:00:00:03:00:01, "
+                               "remote_mac=02:00:00:02:00:02, vlan_id=100, priority=5)";
+
 struct failing_operation {
     const char *name;
     std::string fault;
@@ -53,6 +64,27 @@ const failing_operation going_up[] = {
     {"PathCreateWhichLeavesAReferenceOnTheQueue", "ork_ebcom_pcep_path_create:2=-4",
      "kel_core_ic_ebcom_path_add" + second_path, 13, "EXCEPTION GENERAL kel_core_ic_ebcom_path_add(): 0xfffffffc - ",
      empty_again},
+    {"PcepCreate", "ork_ebcom_pcep_create:2=-4", "kel_core_ic_pcep_add" + bound_pcep, 13,
+     "EXCEPTION GENERAL kel_core_ic_pcep_add(): 0xfffffffc - ", empty_again},
+    {"BindWhichLeavesThePcep", "ork_bind=-8", "kel_core_ic_pcep_add" + bound_pcep, 13,
+     "EXCEPTION GENERAL kel_core_ic_pcep_add(): 0xfffffff8 - ", "Taken down, but left behind: 1 PCEP\n"},
+    {"GroupCreate", "ork_ebcom_multicast_group_create:2=-4", "kel_core_ic_pcep_mc_group_add(mc_pcep_id=301)", 13,
+     "EXCEPTION GENERAL kel_core_ic_pcep_mc_group_add(): 0xfffffffc - ", empty_again},
+    {"MemberAdd", "ork_ebcom_multicast_member_add:3=-4", "kel_core_ic_pcep_mc_member_add(mc_pcep_id=301, uc_pcep_id=8)",
+     13, "EXCEPTION GENERAL kel_core_ic_pcep_mc_member_add(): 0xfffffffc - ", empty_again},
+};
+
+// What stands is shown as far as it can be, and taken down.
+const failing_operation showing[] = {
+    {"GlobalStatistics", "ork_ebcom_global_statistics_get=-1", "kel_core_ic_ebcom_global_fmt_stats_get()", 13,
+     "EXCEPTION GENERAL kel_ic_ebcom_get_global_stats(): 0xffffffff - ", ""},
+    {"QueueStatistics", "kel_init_qos_queue_stats_get=9",
+     "kel_core_ic_ebcom_queue_stats_get(dst_mac=02:00:00:02:00:01)", 9,
+     "EXCEPTION GENERAL kel_core_ic_ebcom_queue_stats_get(): ", ""},
+    {"PcepStatistics", "ork_ebcom_pcep_statistics_get:2=-8", "kel_core_ic_pcep_fmt_stats_get(pcep_id=8)", 13,
+     "EXCEPTION GENERAL kel_ic_pcep_get_stats(): 0xfffffff8 - ", ""},
+    {"EndOfTheText", "kel_fmt_end:1=10", "kel_core_ic_ebcom_global_fmt_stats_get()", 10,
+     "EXCEPTION GENERAL kel_core_ic_ebcom_global_fmt_stats_get(): ", ""},
 };
 
 const failing_operation going_down[] = {
@@ -61,12 +93,22 @@ const failing_operation going_down[] = {
     {"InterfaceDelete", "ork_ebcom_interface_delete=-4", "kel_core_ic_ebcom_interface_delete()", 13,
      "EXCEPTION GENERAL kel_core_ic_ebcom_interface_delete(): 0xfffffffc - ",
      "Taken down, but left behind: the interface\n"},
+    {"Unbind", "ork_unbind=-4", "kel_core_ic_pcep_rem(pcep_id=8)", 13,
+     "EXCEPTION GENERAL kel_core_ic_pcep_rem(): 0xfffffffc - ", "Taken down, but left behind: 1 PCEP\n"},
+    {"PcepDelete", "ork_ebcom_pcep_delete=-4", "kel_core_ic_pcep_rem(pcep_id=7)", 13,
+     "EXCEPTION GENERAL kel_core_ic_pcep_rem(): 0xfffffffc - ", "Taken down, but left behind: 2 PCEPs\n"},
+    {"GroupDelete", "ork_ebcom_multicast_group_delete:1=-4", "kel_core_ic_pcep_mc_group_rem(mc_pcep_id=301)", 13,
+     "EXCEPTION GENERAL kel_core_ic_pcep_mc_group_rem(): 0xfffffffc - ",
+     "Taken down, but left behind: 1 multicast group\n"},
+    {"MemberRemoveWhichKeepsTheGroup", "ork_ebcom_multicast_member_rem:1=-4",
+     "kel_core_ic_pcep_mc_group_rem(mc_pcep_id=301)", 6,
+     "EXCEPTION GENERAL kel_core_ic_pcep_mc_group_rem(): ", "Taken down, but left behind: 1 multicast group\n"},
 };
 
 class FailingOperation : public testing::TestWithParam<failing_operation>
 {
 protected:
-    program_outcome outcome = kelctl_up(two_paths, {{"KEL_SOFTNODE_FAULTS", GetParam().fault}});
+    program_outcome outcome = kelctl_up(two_groups, {{"KEL_SOFTNODE_FAULTS", GetParam().fault}});
 
     void expect_report()
     {
@@ -82,7 +124,7 @@ class GoingUp : public FailingOperation
 {
 };
 
-TEST_P(GoingUp, IsReportedOnceAndTheNodeIsLeftEmpty)
+TEST_P(GoingUp, IsReportedOnceWithWhatIsLeftBehind)
 {
     expect_report();
     EXPECT_THAT(outcome.err, testing::StartsWith("failed: "));
@@ -92,6 +134,35 @@ TEST_P(GoingUp, IsReportedOnceAndTheNodeIsLeftEmpty)
 
 INSTANTIATE_TEST_SUITE_P(Steps, GoingUp, testing::ValuesIn(going_up),
                          [](const auto &tested) { return std::string(tested.param.name); });
+
+class Showing : public FailingOperation
+{
+};
+
+TEST_P(Showing, IsReportedAndTheRestIsShownAndTakenDown)
+{
+    expect_report();
+    EXPECT_EQ(outcome.err.rfind("failed: "), 0u);
+    EXPECT_THAT(outcome.out, HasSubstr("\nPCEP remote id "));
+    EXPECT_THAT(outcome.out, HasSubstr("\nPCEP inbound "));
+    EXPECT_THAT(outcome.out, testing::EndsWith("\n" + empty_again));
+}
+
+INSTANTIATE_TEST_SUITE_P(Reads, Showing, testing::ValuesIn(showing),
+                         [](const auto &tested) { return std::string(tested.param.name); });
+
+TEST(FailingStatistics, OnlyTheFirstOfManyFailuresAreToldInFull)
+{
+    std::string pceps;
+    for (int id = 1; id <= 25; ++id)
+        pceps += "[[pcep]]\nid = " + std::to_string(id) +
+                 "\nremote_id = 1\nlocal_mac = \"02:00:00:02:00:01\"\nremote_mac = \"02:00:00:02:00:02\"\nvlan = 1\n";
+    const auto outcome = kelctl_up(ebcom_table + pceps, {{"KEL_SOFTNODE_FAULTS", "ork_ebcom_pcep_statistics_get=-8"}});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.err, HasSubstr("failed: kel_core_ic_pcep_fmt_stats_get(pcep_id=10)\n"));
+    EXPECT_THAT(outcome.err, Not(HasSubstr("pcep_id=11)")));
+    EXPECT_THAT(outcome.err, testing::EndsWith("\n15 more operations of the reading of counters failed\n"));
+}
 
 class GoingDown : public FailingOperation
 {

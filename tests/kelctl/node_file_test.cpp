@@ -87,6 +87,57 @@ TEST(NodeFile, EntryWithAProblemIsLeftOutAndTheOthersStay)
     EXPECT_EQ(node.paths[0].port, 7);
 }
 
+TEST(NodeFile, PcepIsRead)
+{
+    const auto [node, problems] =
+        with_ebcom("[[pcep]]\nid = 511\nremote_id = 0xFFFFFF\nlocal_mac = '02:00:00:03:00:01'\n"
+                   "remote_mac = '0200.0002.0001'\nvlan = 4095\npriority = 7\n");
+    EXPECT_THAT(problems, IsEmpty());
+    ASSERT_THAT(node.pceps, SizeIs(1));
+    const pcep_entry &pcep = node.pceps[0];
+    EXPECT_EQ(pcep.id, 511u);
+    EXPECT_EQ(pcep.remote_id, 0xFFFFFFu);
+    EXPECT_EQ(to_text(pcep.local_mac), "02:00:00:03:00:01");
+    EXPECT_EQ(to_text(pcep.remote_mac), "02:00:00:02:00:01");
+    EXPECT_EQ(pcep.vlan, 4095);
+    EXPECT_EQ(pcep.priority, 7);
+    EXPECT_EQ(pcep.at, (position{5, 1}));
+    EXPECT_EQ(pcep.id_at, (position{6, 6}));
+}
+
+TEST(NodeFile, PcepHasPriorityZeroUnlessItSaysOtherwise)
+{
+    const auto [node, problems] = with_ebcom("[[pcep]]\nid = 1\nremote_id = 0\nlocal_mac = '02:00:00:03:00:01'\n"
+                                             "remote_mac = '02:00:00:02:00:01'\nvlan = 0\n");
+    EXPECT_THAT(problems, IsEmpty());
+    ASSERT_THAT(node.pceps, SizeIs(1));
+    EXPECT_EQ(node.pceps[0].priority, 0);
+}
+
+TEST(NodeFile, GroupIsReadWithThePlacesOfItsMembers)
+{
+    const auto [node, problems] = with_ebcom("[[multicast]]\nmembers = [ 1,\n 511 ]\nid = 300\n"
+                                             "[[multicast]]\nid = 1\nmembers = []\n");
+    EXPECT_THAT(problems, IsEmpty());
+    ASSERT_THAT(node.groups, SizeIs(2));
+    EXPECT_EQ(node.groups[0].id, 300u);
+    ASSERT_THAT(node.groups[0].members, SizeIs(2));
+    EXPECT_EQ(node.groups[0].members[0].value, 1u);
+    EXPECT_EQ(node.groups[0].members[0].at, (position{6, 13}));
+    EXPECT_EQ(node.groups[0].members[1].value, 511u);
+    EXPECT_EQ(node.groups[0].members[1].at, (position{7, 2}));
+    EXPECT_THAT(node.groups[1].members, IsEmpty());
+}
+
+TEST(NodeFile, PcepWithAProblemStaysForThoseWhoNameItsId)
+{
+    const auto [node, problems] = with_ebcom("[[pcep]]\nid = 7\n[[pcep]]\nid = 'x'\n");
+    EXPECT_THAT(problems, SizeIs(9));
+    ASSERT_THAT(node.pceps, SizeIs(2));
+    EXPECT_EQ(node.pceps[0].id, 7u);
+    EXPECT_EQ(node.pceps[1].id, no_id);
+}
+
 TEST(NodeFile, HostileTextIsAProblemAndNothingElse)
 {
     const std::string dots = "a" + std::string(500'000, '.') + "a = 1";

@@ -34,8 +34,8 @@ snapshot small_node()
 
 TEST(TreeView, ShowsChainsGroupsQueuesAndDestinations)
 {
-    const port_knowledge ports = {.port_of_queue = {{0x20, 6}, {0x21, 7}},
-                                  .destinations = {{6, {mac("02:00:00:02:00:01")}}}};
+    const port_knowledge ports = {
+        .port_of_queue = {{0x20, 6}, {0x21, 7}}, .destinations = {{6, {mac("02:00:00:02:00:01")}}}, .found_by = {}};
     EXPECT_EQ(tree_view(small_node(), ports, plain),
               "Schedulers and queues                   rate            burst          threshold\n"
               "0x10 - 0x11, a chain of 2 levels\n"
@@ -55,7 +55,8 @@ TEST(TreeView, DestinationOfAnotherQueueSaysThroughWhichItIsSent)
 {
     const port_knowledge ports = {
         .port_of_queue = {{0x20, 6}, {0x21, 7}},
-        .destinations = {{6, {mac("02:00:00:02:00:01")}}, {7, {mac("02:00:00:02:00:01"), mac("02:00:00:02:00:09")}}}};
+        .destinations = {{6, {mac("02:00:00:02:00:01")}}, {7, {mac("02:00:00:02:00:01"), mac("02:00:00:02:00:09")}}},
+        .found_by = {}};
     const std::string view = tree_view(small_node(), ports, plain);
     EXPECT_THAT(view, HasSubstr("02:00:00:02:00:01                      OB   sent through RLU1P (6)\n"));
     EXPECT_THAT(view, HasSubstr("02:00:00:02:00:09                      OB   without a queue\n"));
@@ -112,6 +113,9 @@ TEST(ContentsText, CountsWhatIsThere)
     node.queues.clear();
     node.paths.clear();
     EXPECT_EQ(contents_text(node), "4 schedulers, the interface");
+    node.pceps.resize(2);
+    node.groups.resize(1);
+    EXPECT_EQ(contents_text(node), "4 schedulers, 2 PCEPs, 1 multicast group, the interface");
     EXPECT_EQ(contents_text({}), "");
 }
 

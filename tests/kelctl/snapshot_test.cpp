@@ -10,12 +10,13 @@ namespace kelctl
 namespace
 {
 
+using testing::ElementsAre;
 using testing::SizeIs;
 
 nlohmann::json empty_document()
 {
-    return nlohmann::json::parse(R"({"schedulers": [], "queues": [], "paths": [], "interface": null, "globals": null,
-                                     "timestamp_offset": null})");
+    return nlohmann::json::parse(R"({"schedulers": [], "queues": [], "paths": [], "pceps": [], "bindings": [],
+                                     "groups": [], "interface": null, "globals": null, "timestamp_offset": null})");
 }
 
 TEST(Snapshot, NodeJustSwitchedOnIsEmpty)
@@ -66,6 +67,40 @@ TEST(Snapshot, EveryKindOfObjectIsRead)
     EXPECT_EQ(node.timestamp_offset, -160);
 }
 
+TEST(Snapshot, PcepsBindingsAndGroupsAreRead)
+{
+    auto document = empty_document();
+    document["pceps"] = {{{"id", 7},
+                          {"remote_id", 0xFFFFFF},
+                          {"local_mac", "02:00:00:03:00:01"},
+                          {"remote_mac", "02:00:00:02:00:01"},
+                          {"vlan", 4095},
+                          {"priority", 7}},
+                         {{"id", 511},
+                          {"remote_id", 0},
+                          {"local_mac", "02:00:00:03:00:02"},
+                          {"remote_mac", "02:00:00:02:00:02"},
+                          {"vlan", 0},
+                          {"priority", 0}}};
+    document["bindings"] = {{{"pcep", 511}, {"target", "0x5e00000001"}}};
+    document["groups"] = {{{"id", 300}, {"members", {511, 7}}}, {{"id", 1}, {"members", nlohmann::json::array()}}};
+
+    const snapshot node = read_snapshot(document.dump());
+    ASSERT_THAT(node.pceps, SizeIs(2));
+    EXPECT_EQ(node.pceps[0].id, 7u);
+    EXPECT_EQ(node.pceps[0].remote_id, 0xFFFFFFu);
+    EXPECT_EQ(to_text(node.pceps[0].local_mac), "02:00:00:03:00:01");
+    EXPECT_EQ(to_text(node.pceps[0].remote_mac), "02:00:00:02:00:01");
+    EXPECT_EQ(node.pceps[0].vlan, 4095);
+    EXPECT_EQ(node.pceps[0].priority, 7);
+    EXPECT_FALSE(node.pceps[0].bound);
+    EXPECT_TRUE(node.pceps[1].bound);
+    ASSERT_THAT(node.groups, SizeIs(2));
+    EXPECT_EQ(node.groups[0].id, 300u);
+    EXPECT_THAT(node.groups[0].members, ElementsAre(511, 7));
+    EXPECT_THAT(node.groups[1].members, SizeIs(0));
+}
+
 TEST(Snapshot, ParametersAndOffsetLeaveItEmpty)
 {
     snapshot node;
@@ -76,12 +111,14 @@ TEST(Snapshot, ParametersAndOffsetLeaveItEmpty)
 
 TEST(Snapshot, AnyObjectMakesItNotEmpty)
 {
-    snapshot with_scheduler, with_queue, with_path, with_interface;
+    snapshot with_scheduler, with_queue, with_path, with_pcep, with_group, with_interface;
     with_scheduler.schedulers.resize(1);
     with_queue.queues.resize(1);
     with_path.paths.resize(1);
+    with_pcep.pceps.resize(1);
+    with_group.groups.resize(1);
     with_interface.interface = snapshot::interface_identity{7, 258};
-    for (const snapshot &node : {with_scheduler, with_queue, with_path, with_interface})
+    for (const snapshot &node : {with_scheduler, with_queue, with_path, with_pcep, with_group, with_interface})
         EXPECT_FALSE(node.empty());
 }
 

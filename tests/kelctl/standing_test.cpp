@@ -1,7 +1,7 @@
 // Which queue serves which port, found out on a node that stands on the software accelerator.
 #include "kelctl/standing.h"
 
-#include "kelctl/node_steps.h"
+#include "kelctl/ebcom_steps.h"
 #include "softnode/softnode.h"
 
 #include <gmock/gmock.h>
@@ -36,7 +36,7 @@ protected:
             node.paths.push_back(entry);
         }
         const auto paths = path_configurations(node);
-        bring_up standing(steps_for(node.ebcom, paths), log);
+        bring_up standing(ebcom_steps(node.ebcom, paths), log);
         EXPECT_FALSE(standing.up([](size_t) {}));
         stood = settled_snapshot().value();
         return ports_of(stood, paths);
@@ -66,6 +66,30 @@ TEST_F(Standing, PortsThatOnlyShareDestinationsAreFoundToo)
     const auto ports = ports_with(
         {{"02:00:00:02:00:01", 42}, {"02:00:00:02:00:01", 12}, {"02:00:00:02:00:02", 7}, {"02:00:00:02:00:01", 6}});
     EXPECT_THAT(ports_in_order(ports), ElementsAre(42, 12, 7, 6));
+}
+
+TEST_F(Standing, QueueIsFoundByADestinationThatTheLibraryFindsOnIt)
+{
+    const auto ports = ports_with({{"02:00:00:02:00:01", 42},
+                                   {"02:00:00:02:00:01", 12},
+                                   {"02:00:00:02:00:02", 6},
+                                   {"02:00:00:02:00:01", 6},
+                                   {"02:00:00:02:00:03", 12},
+                                   {"02:00:00:02:00:03", 42},
+                                   {"02:00:00:02:00:04", 42}});
+    std::map<int32_t, std::string> found_by;
+    for (const auto &[queue, mac] : ports.found_by)
+        found_by[ports.port_of_queue.at(queue)] = to_text(mac);
+    EXPECT_THAT(found_by, ElementsAre(Pair(6, "02:00:00:02:00:01"), Pair(12, "02:00:00:02:00:03"),
+                                      Pair(42, "02:00:00:02:00:04")));
+}
+
+TEST_F(Standing, QueueWhoseDestinationsAreAllFoundElsewhereIsFoundByNone)
+{
+    const auto ports = ports_with({{"02:00:00:02:00:01", 42}, {"02:00:00:02:00:01", 6}});
+    ASSERT_EQ(ports.found_by.size(), 1u);
+    EXPECT_EQ(ports.port_of_queue.at(ports.found_by.begin()->first), 6);
+    EXPECT_EQ(ports.port_of_queue.size(), 2u);
 }
 
 TEST_F(Standing, DestinationsAreKeptPerPort)

@@ -12,6 +12,12 @@ namespace
 using testing::ContainsRegex;
 using testing::HasSubstr;
 
+const std::string with_path =
+    ebcom_table + "[[path]]\ndst_mac = \"02:00:05:00:00:01\"\nport = \"RLU1P\"\n[node]\nmpid = 5\n";
+const std::string with_group = with_path +
+                               "[[pcep]]\nid = 7\nremote_id = 9\nlocal_mac = \"02:00:00:03:00:01\"\n"
+                               "remote_mac = \"02:00:00:02:00:01\"\nvlan = 1\n[[multicast]]\nid = 300\nmembers = [7]\n";
+
 class Trace : public testing::Test
 {
 protected:
@@ -21,9 +27,7 @@ protected:
             GTEST_SKIP() << "there is no tracer on this machine";
     }
 
-    program_outcome outcome =
-        kelctl_up(ebcom_table + "[[path]]\ndst_mac = \"02:00:05:00:00:01\"\nport = \"RLU1P\"\n[node]\nmpid = 5\n", {},
-                  {"--trace"});
+    program_outcome outcome = kelctl_up(with_group, {}, {"--trace"});
 };
 
 TEST_F(Trace, EveryLineHasEventDomainMessageAndLocation)
@@ -41,12 +45,23 @@ TEST_F(Trace, EveryLineHasEventDomainMessageAndLocation)
 TEST_F(Trace, TellsTheWholeWayUpAndDown)
 {
     size_t from = 0;
-    for (const char *function : {"kel_core_ic_ebcom_global_param_set", "kel_core_ic_ebcom_interface_create",
-                                 "kel_core_ic_ebcom_start", "kel_core_ic_ebcom_path_add", "kel_core_ic_ebcom_path_rem",
-                                 "kel_core_ic_ebcom_stop", "kel_core_ic_ebcom_interface_delete"}) {
-        from = outcome.err.find(std::string("FN_ENTER  EBCOM   ") + function + "()  (", from);
-        ASSERT_NE(from, std::string::npos) << function;
+    for (const char *entered :
+         {"EBCOM   kel_core_ic_ebcom_global_param_set", "EBCOM   kel_core_ic_ebcom_interface_create",
+          "EBCOM   kel_core_ic_ebcom_start", "EBCOM   kel_core_ic_ebcom_path_add", "PCEP    kel_core_ic_pcep_start",
+          "PCEP    kel_core_ic_pcep_add", "PCEP    kel_core_ic_pcep_mc_group_add",
+          "PCEP    kel_core_ic_pcep_mc_member_add", "EBCOM   kel_core_ic_ebcom_queue_stats_get",
+          "PCEP    kel_core_ic_pcep_mc_member_rem", "PCEP    kel_core_ic_pcep_mc_group_rem",
+          "PCEP    kel_core_ic_pcep_rem", "PCEP    kel_core_ic_pcep_stop", "EBCOM   kel_core_ic_ebcom_path_rem",
+          "EBCOM   kel_core_ic_ebcom_stop", "EBCOM   kel_core_ic_ebcom_interface_delete"}) {
+        from = outcome.err.find(std::string("FN_ENTER  ") + entered + "()  (", from);
+        ASSERT_NE(from, std::string::npos) << entered;
     }
+}
+
+TEST_F(Trace, PcepServiceIsNotStartedForAFileWithoutPcepsAndGroups)
+{
+    ASSERT_THAT(outcome.err, HasSubstr("kel_core_ic_pcep_start()"));
+    EXPECT_THAT(kelctl_up(with_path, {}, {"--trace"}).err, testing::Not(HasSubstr("kel_core_ic_pcep_start()")));
 }
 
 TEST_F(Trace, HasTheTimestampThreadsRecordsAndTheOwnMpId)
@@ -58,8 +73,7 @@ TEST_F(Trace, HasTheTimestampThreadsRecordsAndTheOwnMpId)
 
 TEST_F(Trace, LeavesStandardOutputAsItIs)
 {
-    const auto quiet = kelctl_up(ebcom_table + "[[path]]\ndst_mac = \"02:00:05:00:00:01\"\nport = \"RLU1P\"\n"
-                                               "[node]\nmpid = 5\n");
+    const auto quiet = kelctl_up(with_group);
     EXPECT_EQ(quiet.out, outcome.out);
     EXPECT_EQ(quiet.err, "");
 }

@@ -44,6 +44,7 @@ TEST(Up, FitsEightyColumns)
     for (std::string line; std::getline(lines, line); ++count)
         EXPECT_LE(line.size(), 80u) << line;
     EXPECT_GT(count, 20u);
+    EXPECT_LE(count, 90u);
 }
 
 TEST(Up, NodeWithoutPathsStands)
@@ -52,6 +53,35 @@ TEST(Up, NodeWithoutPathsStands)
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.err, "");
     EXPECT_THAT(outcome.out, HasSubstr("Paths         0 added, to 0 destinations through 0 queues\n"));
+    EXPECT_THAT(outcome.out, testing::EndsWith(empty_again));
+}
+
+const std::string one_pcep = "[[pcep]]\nid = 7\nremote_id = 9\nlocal_mac = \"02:00:00:03:00:01\"\n"
+                             "remote_mac = \"02:00:00:02:00:01\"\nvlan = 100\n";
+
+TEST(Up, NodeWithPcepsButNoPathsStands)
+{
+    const auto outcome = kelctl_up(ebcom_table + one_pcep);
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_THAT(outcome.out,
+                HasSubstr("\n   7         9  100    0  02:00:00:03:00:01 HSFP 02:00:00:02:00:01 OB   EHSFP\n"));
+    EXPECT_THAT(outcome.out, Not(HasSubstr("\nQueues ")));
+    EXPECT_THAT(outcome.out, testing::EndsWith(empty_again));
+}
+
+TEST(Up, FullNodeOfPcepsAndGroupsComesAndGoes)
+{
+    std::string file = ebcom_table;
+    for (int id = 1; id <= 481; ++id)
+        file += "[[pcep]]\nid = " + std::to_string(id) + one_pcep.substr(one_pcep.find("\nremote_id"));
+    for (int id = 482; id <= 511; ++id)
+        file += "[[multicast]]\nid = " + std::to_string(id) +
+                "\nmembers = [1, 2, 3, 4, 5, 6, 7, 8, 474, 475, 476, 477, 478, 479, 480, 481]\n";
+    const auto outcome = kelctl_up(file);
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_THAT(outcome.out, HasSubstr("\n  511  1 2 3 4 5 6 7 8 474 475 476 477 478 479 480 481\n"));
     EXPECT_THAT(outcome.out, testing::EndsWith(empty_again));
 }
 

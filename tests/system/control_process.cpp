@@ -2,6 +2,7 @@
 // without failures. Prints each record that the process itself saw fired, as "tid provider:event location domain
 // message".
 #include "kel/kel_core_ic_ebcom.h"
+#include "kel/kel_core_ic_pcep.h"
 #include "softnode/softnode.h"
 #include "trace/tap.h"
 
@@ -78,6 +79,23 @@ void use_paths()
     check(kel_core_ic_ebcom_path_rem(&cpu) == 0, "CPU path removed");
 }
 
+void use_pceps()
+{
+    kel_pcep_config on_hsfp = {};
+    on_hsfp.local_mac[3] = 3;
+    on_hsfp.remote_mac[3] = 2;
+    ebcom_pcep_stats stats;
+    check(kel_core_ic_pcep_start() == 0, "PCEP service started");
+    check(kel_core_ic_pcep_add(7, &on_hsfp) == 0, "PCEP added and bound");
+    check(kel_core_ic_pcep_mc_group_add(300) == 0, "group added");
+    check(kel_core_ic_pcep_mc_member_add(300, 7) == 0, "member added");
+    check(kel_ic_pcep_get_stats(300, &stats) == 11, "a group has no statistics");
+    check(kel_core_ic_pcep_mc_member_rem(300, 7) == 0, "member removed");
+    check(kel_core_ic_pcep_mc_group_rem(300) == 0, "group removed");
+    check(kel_core_ic_pcep_rem(7) == 0, "PCEP removed");
+    check(kel_core_ic_pcep_stop() == 0, "PCEP service stopped");
+}
+
 void move_the_timing_unit()
 {
     softnode_timing_event_post(5, 0);
@@ -98,6 +116,7 @@ int main()
         fprintf(stderr, "control_process: the tracer is not installed\n");
     bring_up();
     use_paths();
+    use_pceps();
     move_the_timing_unit();
     check(kel_core_ic_ebcom_stop() == 0, "service stopped");
     check(kel_core_ic_ebcom_interface_delete() == 0, "interface deleted");

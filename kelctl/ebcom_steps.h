@@ -1,4 +1,5 @@
-// The steps that bring up what a node file asks for: which operations, with which arguments, undone by which.
+// The steps of the EBCOM service: parameters, interface, start, paths. Which operations, with which arguments, undone
+// by which.
 #pragma once
 
 #include "kel/kel_core_ic_ebcom.h"
@@ -14,6 +15,6 @@ namespace kelctl
 std::vector<kel_ebcom_path_config> path_configurations(const node_file &node);
 
 // The paths' steps are the last ones. Both arguments must outlive the steps.
-std::vector<step> steps_for(const ebcom_parameters &parameters, const std::vector<kel_ebcom_path_config> &paths);
+std::vector<step> ebcom_steps(const ebcom_parameters &parameters, const std::vector<kel_ebcom_path_config> &paths);
 
 } // namespace kelctl

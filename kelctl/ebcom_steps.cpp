@@ -1,5 +1,5 @@
-// The one place that calls the operations which change the node.
-#include "kelctl/node_steps.h"
+// Calls of the operations that change the EBCOM service.
+#include "kelctl/ebcom_steps.h"
 
 #include "kelctl/ic_port.h"
 #include "kelctl/quantity.h"
@@ -92,7 +92,7 @@ std::vector<kel_ebcom_path_config> path_configurations(const node_file &node)
     return paths;
 }
 
-std::vector<step> steps_for(const ebcom_parameters &parameters, const std::vector<kel_ebcom_path_config> &paths)
+std::vector<step> ebcom_steps(const ebcom_parameters &parameters, const std::vector<kel_ebcom_path_config> &paths)
 {
     std::vector<step> steps = {global_parameters_step(parameters), interface_step(), service_step()};
     steps.reserve(steps.size() + paths.size());

@@ -1,5 +1,5 @@
-// The steps of a node file, made on the software accelerator.
-#include "kelctl/node_steps.h"
+// The EBCOM steps of a node file, made on the software accelerator.
+#include "kelctl/ebcom_steps.h"
 
 #include "kelctl/standing.h"
 #include "softnode/softnode.h"
@@ -26,10 +26,13 @@ node_file small_node()
     counted.dst_mac = parse_mac_address("02:00:00:03:00:fe").value();
     counted.port = 42;
     counted.count = 3;
-    return {.mpid = {}, .ebcom = {1500, 0x88B5, {1, 2}}, .paths = {shaped, counted}};
+    node_file node;
+    node.ebcom = {1500, 0x88B5, {1, 2}};
+    node.paths = {shaped, counted};
+    return node;
 }
 
-TEST(NodeSteps, CountBecomesSoManyPaths)
+TEST(EbcomSteps, CountBecomesSoManyPaths)
 {
     const auto paths = path_configurations(small_node());
     ASSERT_THAT(paths, SizeIs(4));
@@ -38,7 +41,7 @@ TEST(NodeSteps, CountBecomesSoManyPaths)
     EXPECT_EQ(paths[3].iell_port, 42);
 }
 
-TEST(NodeSteps, ThresholdIsPassedInBlocksOf256Octets)
+TEST(EbcomSteps, ThresholdIsPassedInBlocksOf256Octets)
 {
     const auto paths = path_configurations(small_node());
     EXPECT_EQ(paths[0].shaping_enabled, 1);
@@ -47,7 +50,7 @@ TEST(NodeSteps, ThresholdIsPassedInBlocksOf256Octets)
     EXPECT_EQ(paths[0].buffer_threshold, 4u);
 }
 
-TEST(NodeSteps, UnshapedPathsCarryNoRateAndNoBurst)
+TEST(EbcomSteps, UnshapedPathsCarryNoRateAndNoBurst)
 {
     const auto paths = path_configurations(small_node());
     EXPECT_EQ(paths[1].shaping_enabled, 0);
@@ -55,11 +58,11 @@ TEST(NodeSteps, UnshapedPathsCarryNoRateAndNoBurst)
     EXPECT_EQ(paths[1].burst_size, 0u);
 }
 
-TEST(NodeSteps, EveryStepSaysItsOperationWithArguments)
+TEST(EbcomSteps, EveryStepSaysItsOperationWithArguments)
 {
     const node_file node = small_node();
     const auto paths = path_configurations(node);
-    const auto steps = steps_for(node.ebcom, paths);
+    const auto steps = ebcom_steps(node.ebcom, paths);
     ASSERT_THAT(steps, SizeIs(7));
     EXPECT_EQ(steps[0].make.text(),
               "kel_core_ic_ebcom_global_param_set(icPortMTU=1500, etherType=0x88b5, settings=1, 2)");
@@ -72,13 +75,13 @@ TEST(NodeSteps, EveryStepSaysItsOperationWithArguments)
     EXPECT_EQ(steps[6].undo.text(), "kel_core_ic_ebcom_path_rem(dst_mac=02:00:00:03:01:00, port=RLU4W (42), unshaped)");
 }
 
-TEST(NodeSteps, BringTheNodeUpAndDown)
+TEST(EbcomSteps, BringTheNodeUpAndDown)
 {
     softnode_reset();
     const node_file node = small_node();
     const auto paths = path_configurations(node);
     trace_log log(nullptr);
-    bring_up standing(steps_for(node.ebcom, paths), log);
+    bring_up standing(ebcom_steps(node.ebcom, paths), log);
     ASSERT_FALSE(standing.up([](size_t) {}));
 
     const auto up = settled_snapshot();

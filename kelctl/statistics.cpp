@@ -1,0 +1,93 @@
+// The operations that read counters.
+#include "kelctl/statistics.h"
+
+#include "kel/kel_core_ic_pcep.h"
+
+#include <fmt/format.h>
+
+#include <array>
+#include <utility>
+
+namespace kelctl
+{
+namespace
+{
+
+constexpr uint32_t longest_text = 4096; // octets; one that is longer fails with the formatting library's code
+constexpr uint8_t text_table = 0;       // the format
+
+using text_buffer = std::array<char, longest_text>;
+
+class statistics_reader
+{
+public:
+    explicit statistics_reader(trace_log &log) : log_(log)
+    {
+    }
+
+    void read_ebcom()
+    {
+        text_buffer text{};
+        if (succeeds({[] { return "kel_core_ic_ebcom_global_fmt_stats_get()"; },
+                      [&] { return kel_core_ic_ebcom_global_fmt_stats_get(text.data(), longest_text, text_table); }}))
+            read_.ebcom = text.data();
+    }
+
+    void read_queue(int32_t port, const mac_address &found_by)
+    {
+        ebcom_queue_stats stats{};
+        if (succeeds({[&] { return fmt::format("kel_core_ic_ebcom_queue_stats_get(dst_mac={})", to_text(found_by)); },
+                      [&] { return kel_core_ic_ebcom_queue_stats_get(found_by.octets.data(), &stats); }}))
+            read_.queues.push_back({port, stats});
+    }
+
+    void pass_over_queue(int32_t port)
+    {
+        read_.queues.push_back({port, std::nullopt});
+    }
+
+    void read_pcep(uint32_t id)
+    {
+        text_buffer text{};
+        if (succeeds({[id] { return fmt::format("kel_core_ic_pcep_fmt_stats_get(pcep_id={})", id); },
+                      [&] { return kel_core_ic_pcep_fmt_stats_get(id, text.data(), longest_text, text_table); }}))
+            read_.pceps.push_back({id, text.data()});
+    }
+
+    statistics take()
+    {
+        return std::move(read_);
+    }
+
+private:
+    bool succeeds(const operation &operation)
+    {
+        auto failed = run(operation, log_);
+        if (failed)
+            read_.failures.push_back(std::move(*failed));
+        return !failed;
+    }
+
+    trace_log &log_;
+    statistics read_;
+};
+
+} // namespace
+
+statistics read_statistics(const port_knowledge &ports, const std::vector<pcep_entry> &pceps, trace_log &log)
+{
+    statistics_reader reader(log);
+    reader.read_ebcom();
+    for (const auto &[queue, port] : ports.port_of_queue) {
+        const auto found_by = ports.found_by.find(queue);
+        if (found_by != ports.found_by.end())
+            reader.read_queue(port, found_by->second);
+        else
+            reader.pass_over_queue(port);
+    }
+    for (const pcep_entry &pcep : pceps)
+        reader.read_pcep(pcep.id);
+    return reader.take();
+}
+
+} // namespace kelctl

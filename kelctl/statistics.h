@@ -1,0 +1,37 @@
+// The counters of everything that stands, read through the library.
+#pragma once
+
+#include "kel/kel_core_ic_ebcom.h"
+#include "kelctl/node_file.h"
+#include "kelctl/node_view.h"
+#include "kelctl/operation.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kelctl
+{
+
+struct queue_counters {
+    int32_t port = 0;
+    std::optional<ebcom_queue_stats> stats; // none: the library finds the queue by no destination
+};
+
+struct pcep_counters {
+    uint32_t id = 0;
+    std::string text; // the formatting library's: what each of them counts, only the platform knows
+};
+
+// What could not be read is left out, and among the failures.
+struct statistics {
+    std::string ebcom; // the formatting library's text
+    std::vector<queue_counters> queues;
+    std::vector<pcep_counters> pceps;
+    std::vector<failure> failures;
+};
+
+statistics read_statistics(const port_knowledge &ports, const std::vector<pcep_entry> &pceps, trace_log &log);
+
+} // namespace kelctl

@@ -1,0 +1,65 @@
+// The layout of counters.
+#include "kelctl/statistics_view.h"
+
+#include "kelctl/ic_port.h"
+#include "kelctl/side_by_side.h"
+
+#include <fmt/format.h>
+
+namespace kelctl
+{
+namespace
+{
+
+// Larger counters push their row out of line, which reads better than counters cut short.
+constexpr std::string_view queue_columns = "{:<11}{:>8} {:>7} {:>7} {:>7} {:>9} {:>9} {:>9} {:>6}\n";
+
+std::string queue_row(const queue_counters &queue)
+{
+    const std::string name = port_text(queue.port);
+    if (!queue.stats)
+        return fmt::format("{:<11}  not known: the library finds its destinations on other queues\n", name);
+    const ebcom_queue_stats &stats = *queue.stats;
+    return fmt::format(queue_columns, name, stats.pkts_rx, stats.pkts_tx, stats.pkts_dropped, stats.pkts_out_standing,
+                       stats.octets_rx, stats.octets_tx, stats.octets_dropped, stats.mem_blks_in_use);
+}
+
+std::string queue_table(const std::vector<queue_counters> &queues, const painter &paint)
+{
+    if (queues.empty())
+        return "";
+    std::string table = fmt::format("{:<11}{:^32}  {:^28} {:>6}\n", "Queues", "packets", "octets", "blocks");
+    table += fmt::format(queue_columns, "", "received", "sent", "dropped", "waiting", "received", "sent", "dropped",
+                         "in use");
+    table = paint(colour::heading, table.substr(0, table.size() - 1)) + "\n";
+    for (const queue_counters &queue : queues)
+        table += queue_row(queue);
+    return table + "\n";
+}
+
+std::string pcep_table(const std::vector<pcep_counters> &pceps, const painter &paint)
+{
+    if (pceps.empty())
+        return "";
+    std::vector<titled_text> texts;
+    texts.reserve(pceps.size());
+    for (const pcep_counters &pcep : pceps)
+        texts.push_back({fmt::to_string(pcep.id), pcep.text});
+    return side_by_side("PCEP", texts, paint) + "\n";
+}
+
+std::string ebcom_text(const std::string &text)
+{
+    if (text.empty())
+        return "";
+    return text + (text.ends_with('\n') ? "\n" : "\n\n");
+}
+
+} // namespace
+
+std::string statistics_view(const statistics &read, const painter &paint)
+{
+    return ebcom_text(read.ebcom) + queue_table(read.queues, paint) + pcep_table(read.pceps, paint);
+}
+
+} // namespace kelctl
