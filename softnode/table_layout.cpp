@@ -72,7 +72,7 @@ std::string text_with_mark(std::string_view text)
 /* Quoted where its letters ask for it. */
 std::string csv_field(std::string_view words)
 {
-    const std::string line = on_one_line(words);
+    std::string line = on_one_line(words);
     if (line.find_first_of(",\"") == std::string::npos)
         return line;
     std::string field = "\"";

@@ -48,7 +48,7 @@ protected:
     std::string global_text(uint8_t format)
     {
         ebcom_global_stats stats{};
-        for (uint8_t counter = 0; counter < 9; ++counter)
+        for (std::size_t counter = 0; counter < 9; ++counter)
             stats.octets[8 * counter] = static_cast<uint8_t>(counter + 1);
         buffer[0] = '\0';
         EXPECT_EQ(kel_fmt_ebcom_global_stats(buffer, sizeof buffer, format, &stats), 0U);
