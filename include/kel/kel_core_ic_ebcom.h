@@ -53,6 +53,8 @@ extern "C" {
  *
  * If the table cannot be created, a node restart is requested and the start goes on.
  *
+ * A second start without a stop builds a second scheduler tree and forgets the first one, which no stop can release.
+ *
  * @return 0; the code of the failed attachment (no thread was started); 13 when the thread cannot be created; the
  *         code of the failed scheduler set-up (the thread runs on, the schedulers made so far stay until a stop).
  */
@@ -61,6 +63,7 @@ uint32_t kel_core_ic_ebcom_start(void);
 /**
  * Stops the EBCOM service: releases all queues, destination lists and schedulers (kel_ic_ebcom_deinit_qos()) and
  * nothing else. Paths stay in the driver kit, their counts survive into the next start, and timestamp threads run on.
+ * Remove all paths first: those left cannot be deleted any more.
  *
  * @return 0, or the code of the failed take-down.
  */
@@ -71,8 +74,8 @@ uint32_t kel_core_ic_ebcom_stop(void);
  * 1,000,000 / frequency. The quotient is truncated before the multiplication, which wraps on overflow: 250,000 gives
  * a factor of 4, 300,000 one of 3, anything above a million one of 0.
  *
- * @param cycles    cycle count, in the timing unit's units
- * @param frequency cycles per second, in the timing unit's units
+ * @param cycles    cycle count
+ * @param frequency clock frequency. Units are the timing unit's; nothing is scaled further.
  * @param ork_timestamp_offset written always; 0 when the frequency is 0
  * @return 0, or 2 when the frequency is 0.
  */
@@ -145,9 +148,9 @@ typedef struct kel_ebcom_path_config {
     uint8_t dst_mac[6];        /**< destination MAC address, wire order; bytes 2 and 3 tell its location */
     uint8_t shaping_enabled;   /**< 0: unshaped queue, rate, threshold and burst of a new queue are ignored */
     int32_t iell_port;         /**< IC port; 0, 6 to 13 and 19 to 42 carry EBCOM */
-    uint32_t shaping_rate;     /**< passed to the queue unchanged */
+    uint32_t shaping_rate;     /**< the platform's unit, passed on unchanged; kbit/s in the software accelerator */
     uint32_t buffer_threshold; /**< blocks of 256 octets */
-    uint32_t burst_size;       /**< passed to the queue unchanged */
+    uint32_t burst_size;       /**< the platform's unit, passed on unchanged; octets in the software accelerator */
 } kel_ebcom_path_config;
 KEL_LAYOUT_SIZE(kel_ebcom_path_config, 24);
 KEL_LAYOUT_AT(kel_ebcom_path_config, shaping_enabled, 6);
@@ -161,9 +164,9 @@ KEL_LAYOUT_AT(kel_ebcom_path_config, burst_size, 20);
  * add, also of a destination that is there already) and counts the destination.
  *
  * @param config read only
- * @return 0; 3 for a port without EBCOM or an unsupported location; 7 when the port's queue has other shaping; 13
- *         when the driver kit refuses, in which case the reference on the queue is not given back; or the code of a
- *         failed attachment or companion call.
+ * @return 0; 3 for a port without EBCOM, and for an EIOA destination on port 0; 7 when the port's queue has other
+ *         shaping; 13 when the driver kit refuses, in which case the reference on the queue is not given back; or the
+ *         code of a failed attachment or companion call.
  */
 uint32_t kel_core_ic_ebcom_path_add(const kel_ebcom_path_config *config);
 
@@ -172,9 +175,10 @@ uint32_t kel_core_ic_ebcom_path_add(const kel_ebcom_path_config *config);
  * on a port releases the port's queue.
  *
  * @param config the configuration that the path was added with, read only
- * @return 0; 4 when the destination was never added, or not on this port; 3 for a port without EBCOM; 13 when the
- *         driver kit refuses, in which case the count stays 1 though the reference on the queue is gone; or the code of
- *         a failed attachment or companion call.
+ * @return 0; 4 when the destination was never added, not on this port, or before the last stop, which drops its
+ *         reference on the queue but not its count; 3 for a port without EBCOM, and for an EIOA destination on port 0;
+ *         13 when the driver kit refuses, in which case the count stays 1 though the reference on the queue is gone; or
+ *         the code of a failed attachment or companion call.
  */
 uint32_t kel_core_ic_ebcom_path_rem(const kel_ebcom_path_config *config);
 
@@ -190,7 +194,7 @@ uint32_t kel_ic_ebcom_port_to_mac_chan(int32_t iell_port, uint8_t *mac_chan);
 
 /**
  * Builds the scheduler tree: a chain of seven level schedulers and, under the last, one scheduler for each of the five
- * groups of IC ports. Part of kel_core_ic_ebcom_start().
+ * groups of IC ports. Part of kel_core_ic_ebcom_start(). A tree that stands already is forgotten, not released.
  *
  * @return 0, or the code of the first failing step; the schedulers made so far stay until kel_ic_ebcom_deinit_qos().
  */
@@ -297,7 +301,7 @@ KEL_LAYOUT_AT(ebcom_queue_stats, current_burst_size, 52);
  * Reads the counters of the queue that carries a destination. Do not change paths meanwhile.
  *
  * @param dst_mac 6 bytes, wire order
- * @param stats   cleared first: all zero when the counters cannot be read
+ * @param stats   cleared first: all zero when the counters cannot be read, filled when only a step after it fails
  * @return 0; 4 when no queue carries the destination; or the code of the failed reading.
  */
 uint32_t kel_core_ic_ebcom_queue_stats_get(const uint8_t *dst_mac, ebcom_queue_stats *stats);
