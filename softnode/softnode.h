@@ -2,8 +2,17 @@
  * softnode.h - control of the software accelerator.
  *
  * libkel-softnode stands in for the six closed libraries of a node. A control process that is linked to it needs
- * nothing from this header; tests and tools use it to make the node fail, to move its timing unit and to look inside.
- * Every function may be called from any thread.
+ * nothing from this header; tests and tools use it to load the node with traffic, to let its time pass, to make it fail,
+ * to move its timing unit and to look inside. Every function may be called from any thread.
+ *
+ * Units are the same everywhere: rates are kbit/s (1,000 bits per second), bursts and thresholds octets, virtual time
+ * nanoseconds since the node was switched on. Functions that can be refused answer with the driver kit's codes
+ * (platform/ork.h) and change nothing then. Texts and documents are the caller's: release them with free().
+ *
+ *     const uint8_t mac[6] = {2, 0, 0, 2, 0, 1};
+ *     softnode_traffic_offer(mac, 1000, 1500);        // 1,000 frames of 1,500 octets, at this instant
+ *     softnode_time_advance(1000000000);              // a second passes: what the shaping lets through has left
+ *     char *document = softnode_snapshot_json();
  */
 #ifndef SOFTNODE_H
 #define SOFTNODE_H
@@ -16,26 +25,116 @@ extern "C" {
 
 #pragma GCC visibility push(default)
 
+/* ---- Traffic in virtual time ---- */
+
+/**
+ * Offers frames for a destination, all at this instant of virtual time.
+ *
+ * Frames for an address that a path leads to enter the queue of that path. They wait there as long as the queue's
+ * threshold has room for them, in blocks of 256 octets that a frame begins; those that find none are dropped. They leave
+ * as the queue's token bucket (its rate and burst) and the scheduler above it allow, once time passes; a frame that fits
+ * the bucket right now leaves at once. A frame longer than its queue's burst could never leave, and is dropped. A frame
+ * that left arrives at its destination. Frames for a local address of a PCEP that no path leads to arrive at once. What
+ * counts where is told with the counters in the snapshot (docs/software-accelerator.md).
+ *
+ * They count as sent by the PCEP with the lowest id whose remote address this is, and as received by the one with the
+ * lowest id whose local address this is.
+ *
+ * @param mac               destination, 6 octets in wire order
+ * @param frames            how many; 0 offers nothing
+ * @param octets_per_frame  length of each, 1 to 65535
+ * @return 0; ORK_INVAL (-1): null pointer, impossible length; ORK_NOTAVAIL (-8): neither path nor PCEP has this address
+ */
+int32_t softnode_traffic_offer(const uint8_t mac[6], uint64_t frames, uint32_t octets_per_frame);
+
+/**
+ * Offers frames of one sender: a PCEP sends them to its remote address; a multicast group replicates each of them to the
+ * remote address of every member, in the order of adding. A copy for a member that is no more, or whose remote address
+ * has no path, is dropped.
+ *
+ * @param id                of a PCEP or of a group
+ * @param frames            how many; 0 offers nothing
+ * @param octets_per_frame  length of each, 1 to 65535
+ * @return 0; ORK_INVAL (-1): impossible id or length; ORK_NOTAVAIL (-8): neither a PCEP nor a group has this id
+ */
+int32_t softnode_traffic_send(uint32_t id, uint64_t frames, uint32_t octets_per_frame);
+
+/** Lets virtual time pass. However an interval is cut into calls, what happens in it is the same. */
+void softnode_time_advance(uint64_t nanoseconds);
+
+/** @return virtual time, in nanoseconds since the node was switched on. It stands still unless it is told to pass. */
+uint64_t softnode_time(void);
+
 /* ---- Making it fail ---- */
 
 /**
- * Adds fault rules, separated by semicolons. One rule is
+ * Adds fault rules, separated by semicolons or line ends; a # begins a comment up to the end of its line. One rule is
  *
- *     function[:call[*times]]=result        "ork_qos_scheduler_create:3=-4"      the third call returns -4
- *                                           "kel_init_attach:2*3=10"             calls 2, 3 and 4 return 10
- *                                           "vorn_tu_wait_event=-5"              every call returns -5
+ *     function[:call[*times]]=effect[,effect]
+ *
+ *     "ork_qos_scheduler_create:3=-4"            the third call returns -4
+ *     "kel_init_attach:2*3=10"                   calls 2, 3 and 4 return 10
+ *     "vorn_tu_wait_event=-5"                    every call returns -5
+ *     "ork_bind=latency:250us"                   every call takes 250 microseconds of virtual time
+ *     "ork_bind:1=latency:2ms,-4"                the first call takes 2 milliseconds and then returns -4
+ *     "vorn_tu_get_nputimeoffset:2=block"        the second call blocks until softnode_faults_release()
  *
  * `function` is any closed function that returns a code, `call` counts that function's calls from 1 as of the moment
- * the rule was added, `result` is a decimal number that fits 32 bits. A call that a rule makes fail changes nothing in
- * the node. The environment variable KEL_SOFTNODE_FAULTS holds rules for a process that does not know this header; when
- * one of them cannot be read, the first closed call says so on standard error and ends the process with status 2.
+ * the rule was added. A result is a decimal number that fits 32 bits; a latency has the unit ns, us, ms or s; only
+ * functions of the timing unit can block. A call that a rule makes return something changes nothing in the node, but for
+ * the time it took. Of the rules that one call meets, the one added first counts.
  *
- * @return null, or what is wrong with the rules; then none was added. Release the text with free().
+ * The environment variable KEL_SOFTNODE_FAULTS holds rules for a process that does not know this header, or "@FILE", a
+ * file with rules. When they cannot be read, the first closed call says so on standard error and ends the process with
+ * status 2.
+ *
+ * @return null, or what is wrong with the rules, with the known names when a function is not known; then none was added
  */
 char *softnode_faults_add(const char *rules);
 
-/** Forgets every fault rule. */
+/** Adds the rules of a file. @return null, or what is wrong, as FILE:LINE:COLUMN: message; then none was added */
+char *softnode_faults_add_file(const char *file);
+
+/** The rules in the order of adding, as a JSON array: `rule` as written, `hits` how many calls met it. */
+char *softnode_faults_json(void);
+
+/** Forgets every fault rule, and lets blocked calls go on. */
 void softnode_faults_clear(void);
+
+/** Lets the calls go on that a rule blocks at this moment. @return how many these are */
+uint32_t softnode_faults_release(void);
+
+/* ---- Trying every fault ---- */
+
+/** What to do with the node, again and again. Every function is called with `context`. */
+typedef struct softnode_scenario {
+    uint32_t (*run)(void *context);              /* drives a node just switched on; its result is reported */
+    void (*clean_up)(void *context);             /* what the caller does after that, failed or not; may be null */
+    const char *(*describe)(void *context);      /* asked last: a note for the report; may be null, and answer null */
+    void *context;
+    uint32_t time_limit;                         /* milliseconds for one run; 0: 10,000 */
+} softnode_scenario;
+
+/**
+ * Runs a scenario once undisturbed, to count the closed functions it calls. Then, for each of these calls and for each of
+ * the codes that its library may answer with, runs it with that one call failing, and with that call and all later ones
+ * of that function failing. Each run is a child process of its own with a node just switched on, so that neither a crash
+ * nor a hang ends the sweep, and no run knows of another. The caller should have no other threads.
+ *
+ * @return a JSON document
+ *     calls        closed calls of the undisturbed run, in their order: function, call (its number among that function's)
+ *     undisturbed  a run, see below
+ *     runs         in the order of calls, codes, and first the single failure:
+ *         function, call, code, persistent      the fault; null each in `undisturbed`
+ *         outcome      "returned", "crashed" (by a signal, or it ended the process) or "hung" (its time limit passed)
+ *         result       of the scenario, null unless it returned
+ *         note         of the scenario, or null
+ *         left         objects that the undisturbed run does not leave: kind and name of each. Nobody owns them: the
+ *                      scenario has cleaned up.
+ *         missing      objects that the undisturbed run leaves and this one does not
+ *     or null, when scenario or scenario->run is null, or no child process can be made
+ */
+char *softnode_fault_sweep(const softnode_scenario *scenario);
 
 /* ---- The timing unit ---- */
 
@@ -47,8 +146,8 @@ void softnode_timing_event_post(uint32_t type, int32_t domain);
 
 /**
  * Waits until the timing unit's users are at rest: every thread that opened a connection has taken all its events and
- * waits for the next one, or has failed and ended. A failure counts once the thread is gone, so that all it still had
- * to do is done by then.
+ * waits for the next one, or is blocked by a fault rule, or has failed and ended. A failure counts once the thread is
+ * gone, so that all it still had to do is done by then.
  *
  * A thread is known from its vorn_tu_init() on, whether that succeeds or not. As long as none has come this far,
  * counted from the start of the process or the last softnode_reset(), nobody is at rest; so the call may follow at once
@@ -61,12 +160,15 @@ int softnode_timing_settle(uint32_t milliseconds);
 
 /* ---- Looking in ---- */
 
-/** Everything the node holds, as a JSON document with stable keys. Release it with free(). */
+/** Everything the node holds, as a JSON document with stable keys (docs/software-accelerator.md). */
 char *softnode_snapshot_json(void);
 
+/** A picture of the node for Graphviz: schedulers, queues with rates and destinations, end points, groups. */
+char *softnode_graph_dot(void);
+
 /**
- * Back to a node just switched on, without fault rules and with all call counts 0. Handles issued before are stale
- * afterwards; a thread that waits in vorn_tu_wait_event() gets SHUTDOWN (-5).
+ * Back to a node just switched on: time 0, no fault rules, all counts 0. Handles issued before are stale afterwards; a
+ * thread that waits in vorn_tu_wait_event() gets SHUTDOWN (-5), as does one that a rule blocks.
  */
 void softnode_reset(void);
 
