@@ -5,6 +5,7 @@
 
 #include <dlfcn.h>
 
+#include <mutex>
 #include <utility>
 
 namespace trace
@@ -13,8 +14,8 @@ namespace
 {
 
 using register_function = int (*)(const char *, const char *, void (*)(void), void *, const char *);
-using unregister_function = int (*)(const char *, const char *, void (*)(void), void *);
 
+std::mutex mutex; // guards the listener, and orders the records of all threads
 listener current_listener;
 
 constexpr const lttng_ust_tracepoint *events[] = {
@@ -33,7 +34,9 @@ constexpr const lttng_ust_tracepoint *events[] = {
 void probe(void *event, const char *location, const char *domain, const char *message)
 {
     const auto *fired = static_cast<const lttng_ust_tracepoint *>(event);
-    current_listener({fired->provider_name, fired->event_name, location, domain, message});
+    const std::lock_guard alone(mutex);
+    if (current_listener)
+        current_listener({fired->provider_name, fired->event_name, location, domain, message});
 }
 
 void (*const probe_address)(void) = reinterpret_cast<void (*)(void)>(probe);
@@ -43,33 +46,35 @@ void *data_of(const lttng_ust_tracepoint *event)
     return const_cast<lttng_ust_tracepoint *>(event);
 }
 
-// A function of the tracer, null where it is not installed.
-template <typename Function> Function tracer_function(const char *name)
+// They stay registered: a thread may be on its way into one at any time. False where the tracer is not installed.
+bool register_probes()
 {
-    static void *const tracer = dlopen(LTTNG_UST_TRACEPOINT_LIB_SONAME, RTLD_NOW);
-    return tracer ? reinterpret_cast<Function>(dlsym(tracer, name)) : nullptr;
+    void *const tracer = dlopen(LTTNG_UST_TRACEPOINT_LIB_SONAME, RTLD_NOW);
+    if (!tracer)
+        return false;
+    const auto add = reinterpret_cast<register_function>(dlsym(tracer, "lttng_ust_tracepoint_provider_register"));
+    if (!add)
+        return false;
+    for (const auto *event : events)
+        add(event->provider_name, event->event_name, probe_address, data_of(event), event->signature);
+    return true;
 }
 
 } // namespace
 
 bool listen(listener on_record)
 {
-    const auto add = tracer_function<register_function>("lttng_ust_tracepoint_provider_register");
-    if (!add)
+    static const bool installed = register_probes();
+    if (!installed)
         return false;
+    const std::lock_guard alone(mutex);
     current_listener = std::move(on_record);
-    for (const auto *event : events)
-        add(event->provider_name, event->event_name, probe_address, data_of(event), event->signature);
     return true;
 }
 
 void stop_listening()
 {
-    const auto remove = tracer_function<unregister_function>("lttng_ust_tracepoint_provider_unregister");
-    if (!remove)
-        return;
-    for (const auto *event : events)
-        remove(event->provider_name, event->event_name, probe_address, data_of(event));
+    const std::lock_guard alone(mutex);
     current_listener = nullptr;
 }
 

@@ -16,14 +16,14 @@ struct record {
     const char *message;
 };
 
-// Called on the thread that fires the record, with the tracer's read lock held: it must not fire records itself.
+// Called on the thread that fires the record, one record at a time: it must not fire records itself.
 using listener = std::function<void(const record &)>;
 
-// Starts listening; all events are enabled from here on. One listener at a time.
+// Starts listening, in place of an earlier listener; all events are enabled from here on, for good.
 // False when the tracer is not installed on this machine: then there are no records to be had.
 bool listen(listener on_record);
 
-// Stops listening. A record being fired on another thread may still arrive until this returns.
+// Stops listening: no record arrives once this has returned.
 void stop_listening();
 
 } // namespace trace
