@@ -9,7 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <ranges>
+#include <iterator>
 #include <vector>
 
 namespace
@@ -72,8 +72,8 @@ TEST(PortMapping, EachPortWithQosHasAQueueOfItsOwnUnderItsGroupsScheduler)
 TEST(PortMapping, ADestinationOnAllPortsIsFoundGroupByGroupAndQueueByQueue)
 {
     scheduler_tree_up();
-    for (const qos_port &each : qos_ports | std::views::reverse)
-        EXPECT_EQ(add(unshaped(each.iell_port)), 0U);
+    for (auto each = std::rbegin(qos_ports); each != std::rend(qos_ports); ++each)
+        EXPECT_EQ(add(unshaped(each->iell_port)), 0U);
 
     auto queue = static_cast<uint32_t>(std::size(qos_ports)); // the last one created is found first
     for (const auto &[port, group] : qos_ports) {

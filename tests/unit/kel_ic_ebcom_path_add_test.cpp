@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#ifdef __SANITIZE_ADDRESS__
+#ifdef KEL_LEAK_CHECKER
 #include <sanitizer/lsan_interface.h>
 #endif
 
@@ -402,7 +402,7 @@ TEST(PathAdd, PortWithoutQosIsToldByAllThreeWhoAsk)
 // The copy of the MAC text belongs to nobody then.
 TEST(PathAdd, BeforeAnyStartThePathIsCreatedButNotCounted)
 {
-#ifdef __SANITIZE_ADDRESS__
+#ifdef KEL_LEAK_CHECKER
     const __lsan::ScopedDisabler lost_copy;
 #endif
     EXPECT_EQ(kel_core_ic_ebcom_path_add(&to_ob), 0U);

@@ -2,6 +2,7 @@
 // which are looked up before any library is initialised, because the tracer's threads open files early.
 #include "scripted_dump_file.h"
 
+#include "real_function.h"
 #include "script.h"
 
 #include <sys/mman.h>
@@ -15,6 +16,7 @@
 #include <fstream>
 #include <iterator>
 
+using scripted::find_real;
 using scripted::logged_result;
 
 namespace
@@ -29,18 +31,10 @@ struct real_functions {
     int (*close)(FILE *stream);
 } real;
 
-// Runs before a sanitizer is up.
-#define EARLY [[gnu::no_sanitize("thread", "address", "undefined")]]
-
-template <typename Function> EARLY void find_real(const char *name, Function &function)
-{
-    function = reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
-}
-
 EARLY void find_real_functions()
 {
-    find_real("fopen", real.open);
-    find_real("fclose", real.close);
+    find_real("__interceptor_fopen", real.open);
+    find_real("__interceptor_fclose", real.close);
 }
 
 [[gnu::section(".preinit_array"), gnu::used]] void (*const before_any_library)() = find_real_functions;

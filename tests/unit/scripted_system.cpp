@@ -3,6 +3,7 @@
 //
 // The tracer's threads call some of them while the loader still holds its lock. So nothing may ask the loader then: the
 // real functions are looked up before any library is initialised, the library's place right afterwards.
+#include "real_function.h"
 #include "script.h"
 #include "transcript.h"
 
@@ -17,6 +18,7 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+using scripted::find_real;
 using scripted::logged_result;
 using scripted::next_result;
 
@@ -33,23 +35,15 @@ struct real_functions {
     decltype(&::syscall) system_call;
 } real;
 
-// Code that malloc() below runs through, which a sanitizer calls before it is up itself: free of the sanitizer's calls.
-#define EARLY [[gnu::no_sanitize("thread", "address", "undefined")]]
-
-template <typename Function> EARLY void find_real(const char *name, Function &function)
-{
-    function = reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
-}
-
 void find_real_functions()
 {
-    find_real("pthread_create", real.create_thread);
-    find_real("pthread_setname_np", real.name_thread);
-    find_real("g_hash_table_new_full", real.new_table);
-    find_real("g_hash_table_destroy", real.destroy_table);
-    find_real("malloc", real.allocate);
-    find_real("strerror", real.error_text);
-    find_real("syscall", real.system_call);
+    find_real("__interceptor_pthread_create", real.create_thread);
+    find_real("__interceptor_pthread_setname_np", real.name_thread);
+    find_real("__interceptor_g_hash_table_new_full", real.new_table);
+    find_real("__interceptor_g_hash_table_destroy", real.destroy_table);
+    find_real("__interceptor_malloc", real.allocate);
+    find_real("__interceptor_strerror", real.error_text);
+    find_real("__interceptor_syscall", real.system_call);
 }
 
 [[gnu::section(".preinit_array"), gnu::used]] void (*const before_any_library)() = find_real_functions;
@@ -76,7 +70,7 @@ int note_library(dl_phdr_info *info, size_t, void *)
     dl_iterate_phdr(note_library, nullptr);
 }
 
-EARLY bool in_library(const void *address)
+bool in_library(const void *address)
 {
     const auto place = reinterpret_cast<uintptr_t>(address);
     return place >= library.begin && place < library.end;
@@ -128,10 +122,10 @@ extern "C" void g_hash_table_destroy(GHashTable *table)
 
 // Copies of a MAC address are the library's only blocks of 6 bytes. No other allocation is looked at: the test's own
 // bookkeeping allocates, too.
-extern "C" EARLY void *malloc(size_t size) noexcept
+extern "C" void *malloc(size_t size) noexcept
 {
     if (!real.allocate) // a sanitizer being set up: nothing else runs yet
-        find_real("malloc", real.allocate);
+        find_real("__interceptor_malloc", real.allocate);
     if (size == 6 && CALLED_BY_LIBRARY() && next_result(__func__))
         return nullptr;
     return real.allocate(size);
