@@ -7,7 +7,7 @@
 #ifndef PLATFORM_KEL_FMT_H
 #define PLATFORM_KEL_FMT_H
 
-#include "platform/ork.h"
+#include "ork.h"
 
 #include <stdint.h>
 

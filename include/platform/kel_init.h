@@ -7,7 +7,7 @@
 #ifndef PLATFORM_KEL_INIT_H
 #define PLATFORM_KEL_INIT_H
 
-#include "platform/layout.h"
+#include "layout.h"
 
 #include <stddef.h>
 #include <stdint.h>

@@ -7,7 +7,7 @@
 #ifndef PLATFORM_ORK_H
 #define PLATFORM_ORK_H
 
-#include "platform/layout.h"
+#include "layout.h"
 
 #include <stddef.h>
 #include <stdint.h>

@@ -7,7 +7,7 @@
 #ifndef PLATFORM_VORN_TU_H
 #define PLATFORM_VORN_TU_H
 
-#include "platform/layout.h"
+#include "layout.h"
 
 #include <stddef.h>
 #include <stdint.h>

@@ -1,0 +1,44 @@
+# What is installed and where: the two libraries, for each its headers, a pkg-config file and a CMake package; kelctl.
+# All headers lie below include/kel. Both kinds of package put that folder itself on the search path as well, for
+# <platform/...> and <softnode/...>.
+include(CMakePackageConfigHelpers)
+
+# kel_package(NAME DESCRIPTION REQUIRES): the files by which others find an installed library and its export set.
+function(kel_package name description requires)
+    set(folder ${CMAKE_INSTALL_LIBDIR}/cmake/${name})
+    file(RELATIVE_PATH PACKAGE_PREFIX /${CMAKE_INSTALL_LIBDIR}/pkgconfig /) # so that the tree can be moved
+    set(PACKAGE_NAME ${name})
+    set(PACKAGE_DESCRIPTION ${description})
+    set(PACKAGE_REQUIRES ${requires})
+    configure_file(cmake/package.pc.in ${PROJECT_BINARY_DIR}/${name}.pc @ONLY)
+    configure_package_config_file(cmake/package-config.cmake.in ${PROJECT_BINARY_DIR}/${name}-config.cmake
+        INSTALL_DESTINATION ${folder})
+    write_basic_package_version_file(${PROJECT_BINARY_DIR}/${name}-config-version.cmake COMPATIBILITY SameMajorVersion)
+
+    install(EXPORT ${name} NAMESPACE kel:: DESTINATION ${folder} FILE ${name}-targets.cmake COMPONENT ${name}-dev)
+    install(FILES ${PROJECT_BINARY_DIR}/${name}-config.cmake ${PROJECT_BINARY_DIR}/${name}-config-version.cmake
+        DESTINATION ${folder} COMPONENT ${name}-dev)
+    install(FILES ${PROJECT_BINARY_DIR}/${name}.pc
+        DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT ${name}-dev)
+endfunction()
+
+set(platform_package "")
+if(KEL_STOOD_IN_FOR)
+    set(platform_package kel-softnode)
+    install(TARGETS kel-softnode EXPORT kel-softnode
+        LIBRARY COMPONENT kel-softnode NAMELINK_COMPONENT kel-softnode-dev)
+    install(FILES softnode/softnode.h
+        DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kel/softnode COMPONENT kel-softnode-dev)
+    kel_package(kel-softnode "The software accelerator: stands in for the closed libraries of a node" "")
+endif()
+
+install(TARGETS kel-core-ic kel-trace-ic kel-trace-init kel-interface kel-platform-headers EXPORT kel-core-ic
+    LIBRARY COMPONENT kel-core-ic NAMELINK_COMPONENT kel-core-ic-dev)
+install(TARGETS kel-trace-ic-probes kel-trace-init-probes LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    COMPONENT kel-core-ic)
+install(DIRECTORY include/kel/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kel COMPONENT kel-core-ic-dev)
+install(DIRECTORY include/platform DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kel COMPONENT kel-core-ic-dev
+    FILES_MATCHING PATTERN *.h)
+kel_package(kel-core-ic ${PROJECT_DESCRIPTION} "${platform_package}")
+
+install(TARGETS kelctl RUNTIME COMPONENT kelctl)
