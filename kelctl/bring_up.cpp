@@ -15,9 +15,9 @@ bring_up::~bring_up()
     down();
 }
 
-std::optional<failure> bring_up::up(const step_listener &on_made)
+std::optional<failure> bring_up::up(const step_listener &on_made, const stop_question &stop)
 {
-    while (made_ < steps_.size()) {
+    while (made_ < steps_.size() && !stop()) {
         if (auto failed = run(steps_[made_].make, log_)) {
             failed_ = true;
             return failed;
@@ -25,6 +25,11 @@ std::optional<failure> bring_up::up(const step_listener &on_made)
         on_made(++made_);
     }
     return std::nullopt;
+}
+
+bool bring_up::whole() const
+{
+    return made_ == steps_.size();
 }
 
 take_down bring_up::down()

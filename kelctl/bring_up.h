@@ -28,6 +28,9 @@ struct take_down {
 // Told after each step that was made, with how many were by then.
 using step_listener = std::function<void(size_t made)>;
 
+// Asked before each step: true stops there.
+using stop_question = std::function<bool()>;
+
 class bring_up
 {
 public:
@@ -36,8 +39,13 @@ public:
     bring_up(const bring_up &) = delete;
     bring_up &operator=(const bring_up &) = delete;
 
-    // Makes the steps that are not made yet. Stops at the first failure; what was made before it stands.
-    std::optional<failure> up(const step_listener &on_made);
+    // Makes the steps that are not made yet. Stops at the first failure, and when told to; what was made before it
+    // stands.
+    std::optional<failure> up(
+        const step_listener &on_made, const stop_question &stop = [] { return false; });
+
+    // Whether all steps are made.
+    bool whole() const;
 
     // Undoes what stands, and what the failed step may have left. Goes on after failures.
     take_down down();

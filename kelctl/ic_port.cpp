@@ -1,25 +1,39 @@
-// Which ports there are, and the ranges that carry EBCOM.
+// Which ports there are, and where the library keeps those that carry EBCOM.
 #include "kelctl/ic_port.h"
 
 #include "kel/kel_node_names.h"
 #include "kelctl/text.h"
+#include "kelctl/whole_number.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <iterator>
+#include <array>
+#include <vector>
 
 namespace kelctl
 {
 namespace
 {
 
-struct port_range {
-    int32_t first;
-    int32_t last;
-};
-constexpr port_range ranges_with_ebcom[] = {{0, 0}, {6, 13}, {19, 42}};
+// The library's table of ports by scheduler and queue. tests/kelctl/ic_port_test.cpp compares the two.
+constexpr int32_t queues_of_a_scheduler = 8;
+constexpr std::array<std::array<int32_t, queues_of_a_scheduler>, 4> ports_of_schedulers = {{
+    {6, 7, 19, 20, 21, 22, 23, 24},
+    {8, 9, 25, 26, 27, 28, 29, 30},
+    {10, 11, 31, 32, 33, 34, 35, 36},
+    {12, 13, 37, 38, 39, 40, 41, 42},
+}};
+constexpr int32_t port_by_itself = 0; // has a scheduler of its own, behind those
 constexpr size_t group_name_length = 4;
+
+std::vector<std::string_view> branch_names()
+{
+    std::vector<std::string_view> names;
+    for (int32_t port = 0; port < KEL_IELL_PORT_COUNT; ++port)
+        names.emplace_back(kel_branch_name(port));
+    return names;
+}
 
 } // namespace
 
@@ -31,6 +45,13 @@ std::optional<int32_t> port_by_name(std::string_view name)
     return std::nullopt;
 }
 
+std::string no_such_port(std::string_view written)
+{
+    if (parse_whole_number(written))
+        return fmt::format("there is no port {}", printable(written));
+    return fmt::format("there is no port {}{}", in_quotes(written), did_you_mean(written, branch_names()));
+}
+
 bool is_port(int64_t number)
 {
     return number >= 0 && number < KEL_IELL_PORT_COUNT;
@@ -38,8 +59,20 @@ bool is_port(int64_t number)
 
 bool carries_ebcom(int32_t port)
 {
-    return std::any_of(std::begin(ranges_with_ebcom), std::end(ranges_with_ebcom),
-                       [port](port_range range) { return port >= range.first && port <= range.last; });
+    return qos_row(port).has_value();
+}
+
+std::optional<qos_place> qos_row(int32_t port)
+{
+    if (port == port_by_itself)
+        return qos_place{static_cast<int32_t>(ports_of_schedulers.size()), 0};
+    for (int32_t scheduler = 0; const auto &ports : ports_of_schedulers) {
+        const auto *const found = std::find(ports.begin(), ports.end(), port);
+        if (found != ports.end())
+            return qos_place{scheduler, static_cast<int32_t>(found - ports.begin())};
+        ++scheduler;
+    }
+    return std::nullopt;
 }
 
 std::string port_text(int32_t port)

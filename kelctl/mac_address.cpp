@@ -2,6 +2,7 @@
 #include "kelctl/mac_address.h"
 
 #include "kel/kel_core_ic_pcep.h"
+#include "kelctl/text.h"
 
 #include <fmt/format.h>
 
@@ -73,6 +74,11 @@ std::optional<mac_address> parse_mac_address(std::string_view text)
         if (const auto mac = parse_as(text, form))
             return mac;
     return std::nullopt;
+}
+
+std::string no_mac_address(std::string_view written)
+{
+    return fmt::format("{} is not a MAC address such as 02:00:00:02:00:01", in_quotes(written));
 }
 
 std::string to_text(const mac_address &mac)

@@ -23,6 +23,9 @@ mac_address mac_address_at(const uint8_t *octets);
 // aa:bb:cc:dd:ee:ff, aa-bb-cc-dd-ee-ff or aabb.ccdd.eeff, digits in either case.
 std::optional<mac_address> parse_mac_address(std::string_view text);
 
+// What to tell people who wrote something else.
+std::string no_mac_address(std::string_view written);
+
 // aa:bb:cc:dd:ee:ff
 std::string to_text(const mac_address &mac);
 

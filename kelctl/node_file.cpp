@@ -1,24 +1,20 @@
 // The schema of node files: tables, keys, ranges. Values are fetched through table_reader.
 #include "kelctl/node_file.h"
 
+#include "kelctl/file_text.h"
 #include "kelctl/ic_port.h"
+#include "kelctl/limits.h"
 #include "kelctl/table_reader.h"
 #include "kelctl/text.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
-#include <memory>
 
 namespace kelctl
 {
 namespace
 {
-
-constexpr size_t largest_file = size_t{16} * 1024 * 1024;
 
 // The parser bounds how deep values nest, but not how many dots a key has, and a document is taken apart recursively.
 constexpr size_t most_dots_in_a_line = 128;
@@ -31,18 +27,7 @@ constexpr std::string_view shaping_keys[] = {"rate", "burst", "threshold"};
 constexpr std::string_view pcep_keys[] = {"id", "remote_id", "local_mac", "remote_mac", "vlan", "priority"};
 constexpr std::string_view multicast_keys[] = {"id", "members"};
 
-constexpr range mpid_range = {1, 255, "1 to 255"};
-constexpr range mtu_range = {68, 65535, "68 to 65535 octets"};
-constexpr range ether_type_range = {0x0600, 0xFFFF, "0x0600 to 0xFFFF"};
-constexpr range setting_range = {0, 15, "0 to 15"};
-constexpr range rate_range = {1, 4'294'967'295, "1 to 4294967295 kbit/s"};
-constexpr range burst_range = {1, 1'048'575, "1 to 1048575 octets"};
-constexpr range threshold_range = {256, 4'294'967'040, "256 to 4294967040 octets"};
 constexpr range count_range = {1, 100'000, "1 to 100000"};
-constexpr range id_range = {1, 511, "1 to 511"};
-constexpr range remote_id_range = {0, 0xFF'FFFF, "0 to 0xFFFFFF"};
-constexpr range vlan_range = {0, 4095, "0 to 4095"};
-constexpr range priority_range = {0, 7, "0 to 7"};
 
 // The port's number, whether it carries EBCOM or not.
 std::optional<int32_t> any_port(const table_reader &path, const toml::node &node)
@@ -51,11 +36,11 @@ std::optional<int32_t> any_port(const table_reader &path, const toml::node &node
     if (const auto *number = node.as_integer()) {
         if (is_port(number->get()))
             return static_cast<int32_t>(number->get());
-        path.note(at, fmt::format("port: there is no port {}", number->get()));
+        path.note(at, "port: " + no_such_port(fmt::to_string(number->get())));
     } else if (const auto *name = node.as_string()) {
         if (const auto port = port_by_name(name->get()))
             return port;
-        path.note(at, fmt::format("port: there is no port {}", quoted(name->get())));
+        path.note(at, "port: " + no_such_port(name->get()));
     } else {
         path.note(at, "port: expected the name or the number of a port");
     }
@@ -76,7 +61,7 @@ std::optional<shaping> read_shaping(const table_reader &path)
 {
     if (!path.has("shaping"))
         return std::nullopt;
-    const auto table = path.table("shaping");
+    auto table = path.table("shaping");
     if (!table)
         return std::nullopt;
     table->allow_only(shaping_keys);
@@ -84,8 +69,7 @@ std::optional<shaping> read_shaping(const table_reader &path)
                           .burst = table->quantity("burst", size_units, burst_range),
                           .threshold = table->quantity("threshold", size_units, threshold_range)};
     if (read.threshold % threshold_block != 0)
-        table->note(table->at("threshold"), fmt::format("threshold: {} octets are not a multiple of {} octets",
-                                                        read.threshold, threshold_block));
+        table->note(table->at("threshold"), "threshold: " + no_multiple(read.threshold, threshold_block));
     return read;
 }
 
@@ -100,7 +84,7 @@ uint32_t read_count(const table_reader &path, const mac_address &first)
     return count;
 }
 
-path_entry read_path(const table_reader &path)
+path_entry read_path(table_reader &path)
 {
     path.allow_only(path_keys);
     path_entry entry;
@@ -115,7 +99,7 @@ path_entry read_path(const table_reader &path)
     return entry;
 }
 
-pcep_entry read_pcep(const table_reader &pcep)
+pcep_entry read_pcep(table_reader &pcep)
 {
     pcep.allow_only(pcep_keys);
     const uint32_t priority = pcep.has("priority") ? pcep.number("priority", priority_range) : 0;
@@ -129,7 +113,7 @@ pcep_entry read_pcep(const table_reader &pcep)
             .id_at = pcep.at("id")};
 }
 
-multicast_entry read_multicast(const table_reader &multicast)
+multicast_entry read_multicast(table_reader &multicast)
 {
     multicast.allow_only(multicast_keys);
     return {.id = multicast.sound_number("id", id_range).value_or(no_id),
@@ -138,7 +122,7 @@ multicast_entry read_multicast(const table_reader &multicast)
             .id_at = multicast.at("id")};
 }
 
-ebcom_parameters read_ebcom(const table_reader &ebcom)
+ebcom_parameters read_ebcom(table_reader &ebcom)
 {
     ebcom.allow_only(ebcom_keys);
     const auto settings = ebcom.numbers("settings", 2, setting_range);
@@ -147,7 +131,7 @@ ebcom_parameters read_ebcom(const table_reader &ebcom)
             .settings = {static_cast<uint8_t>(settings[0]), static_cast<uint8_t>(settings[1])}};
 }
 
-std::optional<uint8_t> read_mpid(const table_reader &node)
+std::optional<uint8_t> read_mpid(table_reader &node)
 {
     node.allow_only(node_keys);
     if (!node.has("mpid"))
@@ -155,23 +139,23 @@ std::optional<uint8_t> read_mpid(const table_reader &node)
     return static_cast<uint8_t>(node.number("mpid", mpid_range));
 }
 
-void read_document(const table_reader &document, node_file_read &read)
+void read_document(table_reader document, node_file_read &read)
 {
     document.allow_only(document_keys);
     if (document.has("node"))
-        if (const auto node = document.table("node"))
+        if (auto node = document.table("node"))
             read.node.mpid = read_mpid(*node);
-    if (const auto ebcom = document.table("ebcom"))
+    if (auto ebcom = document.table("ebcom"))
         read.node.ebcom = read_ebcom(*ebcom);
-    for (const table_reader &path : document.tables("path")) {
+    for (table_reader &path : document.tables("path")) {
         const size_t problems_before = read.problems.size();
         path_entry entry = read_path(path);
         if (read.problems.size() == problems_before)
             read.node.paths.push_back(entry);
     }
-    for (const table_reader &pcep : document.tables("pcep"))
+    for (table_reader &pcep : document.tables("pcep"))
         read.node.pceps.push_back(read_pcep(pcep));
-    for (const table_reader &multicast : document.tables("multicast"))
+    for (table_reader &multicast : document.tables("multicast"))
         read.node.groups.push_back(read_multicast(multicast));
 }
 
@@ -197,26 +181,12 @@ std::optional<problem> hostile_line(std::string_view text)
     return std::nullopt;
 }
 
-// The file's text, or why there is none. Never reads more than the largest file, however long a device goes on.
-std::string read_text(const std::string &file, problem_list &problems)
-{
-    const std::unique_ptr<std::FILE, int (*)(std::FILE *)> stream(std::fopen(file.c_str(), "rb"), std::fclose);
-    std::string text(stream ? largest_file + 1 : 0, '\0');
-    if (stream)
-        text.resize(std::fread(text.data(), 1, text.size(), stream.get()));
-    if (!stream || std::ferror(stream.get()))
-        problems.push_back({{}, fmt::format("cannot be read: {}", std::strerror(errno))});
-    else if (text.size() > largest_file)
-        problems.push_back({{}, fmt::format("is larger than {}", quantity_text(largest_file, size_units))});
-    return text;
-}
-
 } // namespace
 
 node_file_read read_node_file(const std::string &file)
 {
     problem_list problems;
-    const std::string text = read_text(file, problems);
+    const std::string text = text_of_file(file, problems);
     return problems.empty() ? parse_node_file(text) : node_file_read{{}, std::move(problems)};
 }
 

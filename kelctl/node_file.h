@@ -20,9 +20,6 @@ struct ebcom_parameters {
     std::array<uint8_t, 2> settings{}; // 4 bits each
 };
 
-// A queue's threshold is configured in blocks of so many octets.
-inline constexpr uint32_t threshold_block = 256;
-
 struct shaping {
     uint32_t rate = 0;      // kbit/s
     uint32_t burst = 0;     // octets

@@ -1,4 +1,4 @@
-// What is wrong with a node file, and where.
+// What is wrong with a file, and where.
 #pragma once
 
 #include <compare>
@@ -9,13 +9,15 @@
 namespace kelctl
 {
 
-// Both count from 1; columns count characters.
+// Both count from 1; columns count characters. A column of 0 stands for the line, a line of 0 for the whole file.
 struct position {
     uint32_t line = 1;
     uint32_t column = 1;
 
     auto operator<=>(const position &) const = default;
 };
+
+inline constexpr position whole_file = {0, 0};
 
 // A number of the file, and where it stands there.
 struct placed_number {

@@ -1,6 +1,8 @@
 // Numbers with units, in and out.
 #include "kelctl/quantity.h"
 
+#include "kelctl/text.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -55,6 +57,16 @@ std::string names_of(std::span<const unit> units)
     for (size_t i = 1; i < units.size(); ++i)
         names += fmt::format("{}{}", i + 1 == units.size() ? " or " : ", ", units[i].name);
     return names;
+}
+
+std::string no_quantity(std::string_view written, std::span<const unit> units)
+{
+    return fmt::format("{} is not a whole number with one of the units {}", in_quotes(written), names_of(units));
+}
+
+std::string no_multiple(uint64_t octets, uint32_t block)
+{
+    return fmt::format("{} octets are not a multiple of {} octets", octets, block);
 }
 
 } // namespace kelctl

@@ -28,4 +28,10 @@ std::string quantity_text(uint64_t value, std::span<const unit> units);
 // "kbit/s, Mbit/s or Gbit/s"
 std::string names_of(std::span<const unit> units);
 
+// What to tell people who wrote something else.
+std::string no_quantity(std::string_view written, std::span<const unit> units);
+
+// What to tell people whose octets do not make up whole blocks.
+std::string no_multiple(uint64_t octets, uint32_t block);
+
 } // namespace kelctl

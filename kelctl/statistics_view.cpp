@@ -1,6 +1,7 @@
 // The layout of counters.
 #include "kelctl/statistics_view.h"
 
+#include "kel/kel_node_names.h"
 #include "kelctl/ic_port.h"
 #include "kelctl/side_by_side.h"
 
@@ -55,7 +56,38 @@ std::string ebcom_text(const std::string &text)
     return text + (text.ends_with('\n') ? "\n" : "\n\n");
 }
 
+fields queue_fields(const queue_counters &queue)
+{
+    fields shown = {{"port", queue.port}, {"name", kel_branch_name(queue.port)}};
+    shown["counters"] = queue.stats ? counters_of(*queue.stats) : fields(nullptr);
+    return shown;
+}
+
 } // namespace
+
+fields counters_of(const ebcom_queue_stats &stats)
+{
+    return {{"mem_blks_in_use", stats.mem_blks_in_use},
+            {"pkts_out_standing", stats.pkts_out_standing},
+            {"pkts_dropped", stats.pkts_dropped},
+            {"pkts_tx", stats.pkts_tx},
+            {"pkts_rx", stats.pkts_rx},
+            {"octets_dropped", stats.octets_dropped},
+            {"octets_tx", stats.octets_tx},
+            {"octets_rx", stats.octets_rx},
+            {"max_burst_size", stats.max_burst_size},
+            {"current_burst_size", stats.current_burst_size}};
+}
+
+fields statistics_fields(const statistics &read)
+{
+    fields shown = {{"ebcom", read.ebcom}, {"queues", fields::array()}, {"pceps", fields::array()}};
+    for (const queue_counters &queue : read.queues)
+        shown["queues"].push_back(queue_fields(queue));
+    for (const pcep_counters &pcep : read.pceps)
+        shown["pceps"].push_back({{"id", pcep.id}, {"text", pcep.text}});
+    return shown;
+}
 
 std::string statistics_view(const statistics &read, const painter &paint)
 {

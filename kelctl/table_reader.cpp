@@ -38,16 +38,15 @@ table_reader::table_reader(const toml::table &table, std::string_view name, prob
 {
 }
 
-void table_reader::allow_only(std::span<const std::string_view> known) const
+void table_reader::allow_only(std::span<const std::string_view> known)
 {
     for (const auto &[key, value] : *table_) {
         if (std::find(known.begin(), known.end(), key.str()) != known.end())
             continue;
-        const std::string_view meant = nearest(key.str(), known);
-        const std::string hint = meant.empty() ? "" : fmt::format("; did you mean \"{}\"?", meant);
+        misspelt_.push_back(nearest(key.str(), known));
         const std::string where = name_.empty() ? "" : fmt::format(" in {}", name_);
-        note(position_of(key.source()),
-             fmt::format("unknown {} {}{}{}", value.is_table() ? "table" : "key", quoted(key.str()), where, hint));
+        note(position_of(key.source()), fmt::format("unknown {} {}{}{}", value.is_table() ? "table" : "key",
+                                                    in_quotes(key.str()), where, did_you_mean(key.str(), known)));
     }
 }
 
@@ -70,7 +69,7 @@ position table_reader::at() const
 const toml::node *table_reader::required(std::string_view key) const
 {
     const toml::node *node = table_->get(key);
-    if (!node)
+    if (!node && std::find(misspelt_.begin(), misspelt_.end(), key) == misspelt_.end())
         note(at(), name_.empty() ? fmt::format("[{}] is missing", key) : fmt::format("{}: {} is missing", name_, key));
     return node;
 }
@@ -98,8 +97,7 @@ uint32_t table_reader::quantity(std::string_view key, std::span<const unit> unit
     const auto value = parse_quantity(text, units);
     if (value)
         return checked(key, *node, *value, allowed).value_or(least(allowed));
-    note(position_of(node->source()),
-         fmt::format("{}: {} is not a whole number with one of the units {}", key, quoted(text), names_of(units)));
+    note(position_of(node->source()), fmt::format("{}: {}", key, no_quantity(text, units)));
     return least(allowed);
 }
 
@@ -121,7 +119,7 @@ mac_address table_reader::station(std::string_view key) const
         return {};
     const auto mac = parse_mac_address(*written);
     if (!mac)
-        note(at(key), fmt::format("{}: {} is not a MAC address such as 02:00:00:02:00:01", key, quoted(*written)));
+        note(at(key), fmt::format("{}: {}", key, no_mac_address(*written)));
     else if (!is_station(*mac))
         note(at(key), fmt::format("{}: {} is not the address of one station", key, to_text(*mac)));
     return mac.value_or(mac_address{});
@@ -207,7 +205,7 @@ std::optional<uint32_t> table_reader::number_of(std::string_view key, const toml
     // Negative numbers become larger than any range and are told by what stands in the file.
     if (number->get() >= 0)
         return checked(key, node, static_cast<uint64_t>(number->get()), allowed);
-    note(position_of(node.source()), fmt::format("{}: {} is not in {}", key, number->get(), allowed.text));
+    note(position_of(node.source()), fmt::format("{}: {}", key, outside(fmt::to_string(number->get()), allowed)));
     return std::nullopt;
 }
 
@@ -218,7 +216,7 @@ std::optional<uint32_t> table_reader::checked(std::string_view key, const toml::
         return static_cast<uint32_t>(value);
     const auto *text = node.as_string();
     note(position_of(node.source()),
-         fmt::format("{}: {} is not in {}", key, text ? quoted(text->get()) : fmt::to_string(value), allowed.text));
+         fmt::format("{}: {}", key, outside(text ? in_quotes(text->get()) : fmt::to_string(value), allowed)));
     return std::nullopt;
 }
 

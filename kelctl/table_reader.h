@@ -6,6 +6,7 @@
 #include "kelctl/problem.h"
 #include "kelctl/quantity.h"
 #include "kelctl/toml.h"
+#include "kelctl/whole_number.h"
 
 #include <cstdint>
 #include <optional>
@@ -17,21 +18,14 @@
 namespace kelctl
 {
 
-// Both ends belong to the range. `text` is how people are told of it.
-struct range {
-    int64_t min;
-    int64_t max;
-    std::string_view text;
-};
-
 // The document must outlive its readers.
 class table_reader
 {
 public:
     table_reader(const toml::table &table, std::string_view name, problem_list &problems);
 
-    // Notes every key that is not known.
-    void allow_only(std::span<const std::string_view> known) const;
+    // Notes every key that is not known. A known one that is missing because it is misspelt is not noted again.
+    void allow_only(std::span<const std::string_view> known);
 
     bool has(std::string_view key) const;
 
@@ -78,6 +72,7 @@ private:
     const toml::table *table_;
     std::string name_;
     problem_list *problems_;
+    std::vector<std::string_view> misspelt_; // known keys that unknown ones come close to
 };
 
 position position_of(const toml::source_region &region);

@@ -14,6 +14,7 @@ namespace
 constexpr size_t longest_shown = 160;
 constexpr size_t longest_word = 40; // no known word comes near it
 constexpr size_t most_wrong_letters = 2;
+constexpr size_t line_width = 80;
 
 char lower(char c)
 {
@@ -53,15 +54,21 @@ size_t edit_distance(std::string_view from, std::string_view to)
 
 } // namespace
 
-std::string printable(std::string_view text)
+std::string without_controls(std::string_view text)
 {
-    const bool cut = text.size() > longest_shown;
-    std::string shown(cut ? text.substr(0, cut_before(text, longest_shown)) : text);
+    std::string shown(text);
     std::replace_if(shown.begin(), shown.end(), is_control, '?');
-    return cut ? shown + "..." : shown;
+    return shown;
 }
 
-std::string quoted(std::string_view text)
+std::string printable(std::string_view text)
+{
+    if (text.size() <= longest_shown)
+        return without_controls(text);
+    return without_controls(text.substr(0, cut_before(text, longest_shown))) + "...";
+}
+
+std::string in_quotes(std::string_view text)
 {
     return fmt::format("\"{}\"", printable(text));
 }
@@ -79,12 +86,46 @@ std::string_view nearest(std::string_view word, std::span<const std::string_view
     size_t fewest = most_wrong_letters + 1;
     for (const std::string_view candidate : known) {
         const size_t wrong = edit_distance(word, candidate);
-        if (wrong < fewest && wrong < candidate.size()) {
-            fewest = wrong;
-            best = candidate;
-        }
+        if (wrong > fewest || wrong > most_wrong_letters || wrong >= candidate.size())
+            continue;
+        best = wrong < fewest ? candidate : std::string_view{};
+        fewest = wrong;
     }
     return best;
+}
+
+std::string did_you_mean(std::string_view word, std::span<const std::string_view> known)
+{
+    const std::string_view meant = nearest(word, known);
+    return meant.empty() ? "" : fmt::format("; did you mean \"{}\"?", meant);
+}
+
+std::string wrapped(std::string_view lead, std::string_view text)
+{
+    std::vector<std::string> words;
+    while (!text.empty()) {
+        const size_t end = std::min(text.find(' '), text.size());
+        words.emplace_back(text.substr(0, end));
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+    return wrapped(lead, words);
+}
+
+std::string wrapped(std::string_view lead, std::span<const std::string> parts)
+{
+    std::string lines;
+    std::string line(lead);
+    bool line_begins = true;
+    for (const std::string &part : parts) {
+        if (!line_begins && line.size() + 1 + part.size() > line_width) {
+            lines += line + "\n";
+            line = std::string(lead.size(), ' ');
+            line_begins = true;
+        }
+        line += fmt::format("{}{}", line_begins ? "" : " ", part);
+        line_begins = false;
+    }
+    return lines + line + "\n";
 }
 
 } // namespace kelctl

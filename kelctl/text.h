@@ -8,16 +8,30 @@
 namespace kelctl
 {
 
-// Foreign text as one line without control characters, cut after 160 octets.
+// Foreign text as one line without control characters.
+std::string without_controls(std::string_view text);
+
+// The same, cut after 160 octets.
 std::string printable(std::string_view text);
 
 // The same in double quotes.
-std::string quoted(std::string_view text);
+std::string in_quotes(std::string_view text);
 
 // Whether two texts are equal but for the case of their ASCII letters.
 bool same_word(std::string_view a, std::string_view b);
 
-// The known word that at most two wrong, missing or extra letters turn `word` into; empty when there is none.
+// The known word that at most two wrong, missing or extra letters turn `word` into; empty when there is none, or when
+// several are equally near.
 std::string_view nearest(std::string_view word, std::span<const std::string_view> known);
+
+// "; did you mean "settings"?" of the nearest word, empty when there is none.
+std::string did_you_mean(std::string_view word, std::span<const std::string_view> known);
+
+// Lines of at most 80 characters: the first begins with `lead`, the others with as many blanks. They are broken at
+// blanks; a word that is longer stays whole.
+std::string wrapped(std::string_view lead, std::string_view text);
+
+// The same, broken between these parts only; one blank is put between two of a line.
+std::string wrapped(std::string_view lead, std::span<const std::string> parts);
 
 } // namespace kelctl

@@ -24,6 +24,11 @@ std::string to_text(const trace_entry &entry)
     return fmt::format("{:<9} {:<7} {}  ({})", entry.event, entry.domain, entry.message, entry.location);
 }
 
+std::string text_line(const trace_entry &entry)
+{
+    return to_text(entry) + "\n";
+}
+
 trace_log::trace_log(std::FILE *live) : live_(live)
 {
     installed_ = trace::listen([this](const trace::record &record) { take(record); });
@@ -33,6 +38,13 @@ trace_log::~trace_log()
 {
     if (installed_)
         trace::stop_listening();
+}
+
+void trace_log::print_to(std::FILE *live, std::string (*layout)(const trace_entry &))
+{
+    const std::lock_guard lock(mutex_);
+    live_ = live;
+    layout_ = layout;
 }
 
 bool trace_log::installed() const
@@ -64,7 +76,7 @@ void trace_log::take(const trace::record &record)
     trace_entry entry{record.event, record.domain, record.message, record.location};
     const std::lock_guard lock(mutex_);
     if (live_)
-        write(live_, to_text(entry) + "\n");
+        write(live_, layout_(entry));
     if (std::this_thread::get_id() == operation_thread_)
         operation_.push_back(std::move(entry));
     else if (tells_failure(entry) && background_.size() < most_background_failures)

@@ -22,6 +22,9 @@ struct trace_entry {
 // One line, without its end.
 std::string to_text(const trace_entry &entry);
 
+// The same with its end.
+std::string text_line(const trace_entry &entry);
+
 // Listens from its construction to its destruction; one at a time. Records arrive on the threads that fire them.
 class trace_log
 {
@@ -31,6 +34,9 @@ public:
     ~trace_log();
     trace_log(const trace_log &) = delete;
     trace_log &operator=(const trace_log &) = delete;
+
+    // From here on every record is printed there, as this lays it out; nowhere when null.
+    void print_to(std::FILE *live, std::string (*layout)(const trace_entry &));
 
     // Whether there is a tracer on this machine. Without one there are no records.
     bool installed() const;
@@ -47,8 +53,9 @@ public:
 private:
     void take(const trace::record &record);
 
-    std::FILE *const live_;
     std::mutex mutex_; // guards what follows, and the order of lines on live_
+    std::FILE *live_;
+    std::string (*layout_)(const trace_entry &) = text_line;
     std::thread::id operation_thread_ = std::this_thread::get_id();
     std::vector<trace_entry> operation_;
     std::vector<trace_entry> background_;

@@ -1,14 +1,15 @@
-// The order of `kelctl up`, and all that it prints.
+// The order of a node's bring-up and take-down, and all that is told of it.
 #include "kelctl/up.h"
 
 #include "kelctl/ebcom_steps.h"
-#include "kelctl/exit_status.h"
 #include "kelctl/failure_report.h"
-#include "kelctl/node_rules.h"
+#include "kelctl/interruption.h"
+#include "kelctl/load_node_file.h"
 #include "kelctl/node_view.h"
 #include "kelctl/pcep_steps.h"
 #include "kelctl/pcep_view.h"
 #include "kelctl/progress.h"
+#include "kelctl/software_accelerator.h"
 #include "kelctl/standing.h"
 #include "kelctl/statistics.h"
 #include "kelctl/statistics_view.h"
@@ -16,9 +17,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <iterator>
-#include <memory>
 #include <utility>
 
 namespace kelctl
@@ -28,39 +27,6 @@ namespace
 
 constexpr size_t most_full_reports = 10; // of one stage; more of them would hide the rest
 
-void print_problems(const std::string &file, problem_list problems)
-{
-    std::stable_sort(problems.begin(), problems.end(), [](const problem &a, const problem &b) { return a.at < b.at; });
-    std::string text;
-    for (const problem &problem : problems)
-        text += fmt::format("{}:{}:{}: {}\n", file, problem.at.line, problem.at.column, problem.message);
-    text +=
-        fmt::format("{}: {} problem{}, nothing was started\n", file, problems.size(), problems.size() == 1 ? "" : "s");
-    write(stderr, text);
-}
-
-// The node file, whole and sound; null once its problems are printed.
-std::unique_ptr<node_file> sound_node_file(const std::string &file)
-{
-    node_file_read read = read_node_file(file);
-    if (read.node.mpid)
-        setenv("MPID", std::to_string(*read.node.mpid).c_str(), 1);
-    check_rules(read.node, read.problems);
-    if (read.problems.empty())
-        return std::make_unique<node_file>(std::move(read.node));
-    print_problems(file, std::move(read.problems));
-    return nullptr;
-}
-
-// `what` names what more of them belong to.
-void report_failures(const std::vector<failure> &failures, std::string_view what, trace_log &log)
-{
-    for (size_t i = 0; i < std::min(failures.size(), most_full_reports); ++i)
-        write(stderr, report_of(failures[i], log.installed(), painter_for(stderr)));
-    if (failures.size() > most_full_reports)
-        write(stderr, fmt::format("{} more operations of the {} failed\n", failures.size() - most_full_reports, what));
-}
-
 std::string standing_text(const snapshot &node, const port_knowledge &ports, size_t added_paths, const painter &paint)
 {
     kel_ebcom_capabilities capabilities{};
@@ -69,47 +35,19 @@ std::string standing_text(const snapshot &node, const port_knowledge &ports, siz
            pcep_view(node, paint);
 }
 
-// True when all of it could be read.
-bool show_what_stands(const node_file &file, const std::vector<kel_ebcom_path_config> &paths, trace_log &log)
+// What the accelerator tells of itself, as it tells it.
+fields standing_fields()
 {
-    const painter paint = painter_for(stdout);
-    const auto node = settled_snapshot();
-    const port_knowledge ports = ports_of(node.value_or(snapshot{}), paths);
-    const statistics counters = read_statistics(ports, file.pceps, log);
-    write(stdout, node ? standing_text(*node, ports, paths.size(), paint)
-                       : "What stands cannot be shown: not available on this platform\n");
-    write(stdout, statistics_view(counters, paint));
-    report_failures(counters.failures, "reading of counters", log);
-    return counters.failures.empty();
+    const auto document = accelerator_snapshot();
+    return document ? fields::parse(*document) : fields(nullptr);
 }
 
-void show_background_failures(trace_log &log)
+fields records_of(const std::vector<trace_entry> &entries)
 {
-    const auto failures = log.background_failures();
-    if (failures.empty())
-        return;
-    write(stderr, "the timestamp thread reported:\n");
-    for (const trace_entry &entry : failures)
-        write(stderr, fmt::format("    {}\n", to_text(entry)));
-}
-
-// Where the steps of the paths stand among all.
-struct path_steps {
-    size_t before;
-    size_t count;
-};
-
-bool bring_up_reporting(bring_up &node, path_steps paths, trace_log &log, bool trace)
-{
-    progress shown("adding paths", paths.count, stderr, is_terminal(stderr) && !trace);
-    const auto failed = node.up([&](size_t made) {
-        if (made > paths.before && made <= paths.before + paths.count)
-            shown.show(made - paths.before);
-    });
-    shown.leave_line();
-    if (failed)
-        write(stderr, report_of(*failed, log.installed(), painter_for(stderr)));
-    return !failed;
+    fields records = fields::array();
+    for (const trace_entry &entry : entries)
+        records.push_back(to_text(entry));
+    return records;
 }
 
 std::string outcome_text(const std::optional<snapshot> &left)
@@ -121,43 +59,114 @@ std::string outcome_text(const std::optional<snapshot> &left)
     return "Taken down. The node is empty again.\n";
 }
 
-// True when every operation succeeded and nothing is left.
-bool take_down_reporting(bring_up &node, bool stood, trace_log &log)
+} // namespace
+
+node_from_file::node_from_file(std::unique_ptr<node_file> file, session &session)
+    : file_(std::move(file)), session_(session), paths_(path_configurations(*file_))
 {
-    take_down done = node.down();
+    std::vector<step> steps = ebcom_steps(file_->ebcom, paths_);
+    steps_before_paths_ = steps.size() - paths_.size();
+    std::ranges::move(pcep_steps(*file_), std::back_inserter(steps));
+    node_ = std::make_unique<bring_up>(std::move(steps), session_.log());
+}
+
+bool node_from_file::up()
+{
+    stood_ = make_steps();
+    result_.shown["stood"] = stood_;
+    return stood_;
+}
+
+bool node_from_file::make_steps()
+{
+    const bool redrawn = is_terminal(stderr) && !session_.tracing();
+    progress shown("adding paths", session_.json() ? 0 : paths_.size(), stderr, redrawn);
+    const auto show_path = [&](size_t made) {
+        if (made > steps_before_paths_ && made <= steps_before_paths_ + paths_.size())
+            shown.show(made - steps_before_paths_);
+    };
+    auto failed = node_->up(show_path, interrupted);
+    shown.leave_line();
+    if (failed)
+        tell_failures({std::move(*failed)}, "bring-up");
+    else if (!node_->whole())
+        session_.tell(stderr, "interrupted before the whole node stood\n");
+    return node_->whole();
+}
+
+bool node_from_file::show()
+{
+    const painter paint = painter_for(stdout);
+    const auto node = settled_snapshot();
+    const port_knowledge ports = ports_of(node.value_or(snapshot{}), paths_);
+    statistics counters = read_statistics(ports, file_->pceps, session_.log());
+    session_.tell(stdout, node ? standing_text(*node, ports, paths_.size(), paint)
+                               : "What stands cannot be shown: not available on this platform\n");
+    session_.tell(stdout, statistics_view(counters, paint));
+    result_.shown["paths_added"] = paths_.size();
+    result_.shown["node"] = standing_fields();
+    result_.shown["statistics"] = statistics_fields(counters);
+    const bool whole = counters.failures.empty();
+    tell_failures(std::move(counters.failures), "reading of counters");
+    return whole;
+}
+
+bool node_from_file::down()
+{
+    tell_background_failures();
+    take_down done = node_->down();
     const auto left = current_snapshot();
     if (done.refused_leftover && !(left && left->empty()))
         done.failures.insert(done.failures.begin(), std::move(*done.refused_leftover));
-    report_failures(done.failures, "take-down", log);
-
     const bool clean = done.failures.empty() && (!left || left->empty());
-    write(stood && clean ? stdout : stderr, outcome_text(left));
+    tell_failures(std::move(done.failures), "take-down");
+
+    session_.tell(stood_ && clean ? stdout : stderr, outcome_text(left));
+    result_.shown["left_behind"] = left ? fields(contents_text(*left)) : fields(nullptr);
     return clean;
 }
 
-} // namespace
-
-int up(const up_options &options)
+result node_from_file::take_result(bool succeeded)
 {
-    trace_log log(options.trace ? stderr : nullptr);
-    if (options.trace && !log.installed())
-        write(stderr, "no trace: the tracer is not installed on this machine\n");
+    result_.told = true;
+    result_.status = succeeded ? exit_done : exit_operation_failed;
+    return std::move(result_);
+}
 
-    const auto file = sound_node_file(options.file);
+// `what` names what more of them belong to.
+void node_from_file::tell_failures(std::vector<failure> failures, std::string_view what)
+{
+    for (size_t i = 0; i < std::min(failures.size(), most_full_reports); ++i)
+        session_.tell(stderr, report_of(failures[i], session_.log().installed(), painter_for(stderr)));
+    if (failures.size() > most_full_reports)
+        session_.tell(stderr,
+                      fmt::format("{} more operations of the {} failed\n", failures.size() - most_full_reports, what));
+    std::ranges::move(failures, std::back_inserter(result_.failures));
+}
+
+void node_from_file::tell_background_failures()
+{
+    const auto failures = session_.log().background_failures();
+    result_.shown["timestamp_thread"] = records_of(failures);
+    if (failures.empty())
+        return;
+    session_.tell(stderr, "the timestamp thread reported:\n");
+    for (const trace_entry &entry : failures)
+        session_.tell(stderr, fmt::format("    {}\n", to_text(entry)));
+}
+
+result up(const invocation &asked, session &session)
+{
+    const std::string &name = asked.given.text("FILE");
+    auto [file, errors] = load_node_file(name);
     if (!file)
-        return exit_wrong_input;
+        return wrong_input(name, std::move(errors), "nothing was started");
 
-    const std::vector<kel_ebcom_path_config> paths = path_configurations(*file);
-    std::vector<step> steps = ebcom_steps(file->ebcom, paths);
-    const path_steps among = {steps.size() - paths.size(), paths.size()};
-    std::ranges::move(pcep_steps(*file), std::back_inserter(steps));
-
-    bring_up node(std::move(steps), log);
-    const bool stood = bring_up_reporting(node, among, log, options.trace);
-    const bool shown = stood && show_what_stands(*file, paths, log);
-    show_background_failures(log);
-    const bool clean = take_down_reporting(node, stood, log);
-    return shown && clean ? exit_done : exit_operation_failed;
+    const interruption_watch watch;
+    node_from_file node(std::move(file), session);
+    const bool shown = node.up() && node.show();
+    const bool clean = node.down();
+    return node.take_result(shown && clean);
 }
 
 } // namespace kelctl

@@ -1,17 +1,51 @@
-// `kelctl up`: reads a node file, brings the node up, shows what stands, takes it down.
+// A node brought up from its file, shown and taken down: the work of `kelctl up`, and of the shell around its lines.
 #pragma once
 
-#include <string>
+#include "kel/kel_core_ic_ebcom.h"
+#include "kelctl/bring_up.h"
+#include "kelctl/node_file.h"
+#include "kelctl/result.h"
+#include "kelctl/session.h"
+
+#include <memory>
+#include <vector>
 
 namespace kelctl
 {
 
-struct up_options {
-    std::string file;
-    bool trace = false; // print the library's trace records as they are fired
+// Tells people what it does as it does it, and keeps everything for the result.
+class node_from_file
+{
+public:
+    node_from_file(std::unique_ptr<node_file> file, session &session);
+
+    // True when all of it stands.
+    bool up();
+
+    // True when all of it could be read.
+    bool show();
+
+    // Takes down what stands. True when every operation succeeded and nothing is left.
+    bool down();
+
+    // All that was told, and how it went.
+    result take_result(bool succeeded);
+
+private:
+    bool make_steps();
+    void tell_failures(std::vector<failure> failures, std::string_view what);
+    void tell_background_failures();
+
+    std::unique_ptr<node_file> file_;
+    session &session_;
+    std::vector<kel_ebcom_path_config> paths_;
+    size_t steps_before_paths_ = 0;
+    std::unique_ptr<bring_up> node_;
+    bool stood_ = false;
+    result result_;
 };
 
-// The program's exit status.
-int up(const up_options &options);
+// The handler of the command.
+result up(const invocation &asked, session &session);
 
 } // namespace kelctl

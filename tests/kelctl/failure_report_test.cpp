@@ -21,6 +21,7 @@ TEST(FailureReport, TellsOperationCodeTextAndRecords)
                                                                    "  code 7: ") +
                                                            kei_util_init_rc_str_get(7) +
                                                            "\n"
+                                                           "  refused by the library itself: thing: no\n"
                                                            "  trace records of this operation:\n"
                                                            "    API_CALL  EBCOM   do_it(): thing()  (file.cpp:12)\n"
                                                            "    EXCEPTION GENERAL do_it(): no, thing  (file.cpp:14)\n");

@@ -70,7 +70,7 @@ channel open_channel(bool terminal)
     return made;
 }
 
-pid_t spawn(const program_run &run, int out, int err)
+pid_t spawn(const program_run &run, int in, int out, int err)
 {
     std::vector<std::string> arguments = run.arguments;
     arguments.insert(arguments.begin(), "kelctl");
@@ -78,7 +78,7 @@ pid_t spawn(const program_run &run, int out, int err)
 
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
+    posix_spawn_file_actions_adddup2(&actions, in, 0);
     posix_spawn_file_actions_adddup2(&actions, out, 1);
     if (!run.out_device.empty())
         posix_spawn_file_actions_addopen(&actions, 1, run.out_device.c_str(), O_WRONLY, 0);
@@ -90,6 +90,16 @@ pid_t spawn(const program_run &run, int out, int err)
               0);
     posix_spawn_file_actions_destroy(&actions);
     return child;
+}
+
+// The read end of a pipe that holds the whole text.
+int pipe_holding(const std::string &text)
+{
+    const channel made = open_channel(false);
+    EXPECT_LT(text.size(), 65536u); // what a pipe holds
+    EXPECT_EQ(write(made.write_end, text.data(), text.size()), static_cast<ssize_t>(text.size()));
+    close(made.write_end);
+    return made.read_end;
 }
 
 // Adds what there is to read. False at the end, which a terminal reports as an error.
@@ -125,7 +135,9 @@ program_outcome run_kelctl(const program_run &run)
 {
     const channel out = open_channel(run.on_terminal);
     const channel err = run.on_terminal ? channel{} : open_channel(false);
-    const pid_t child = spawn(run, out.write_end, run.on_terminal ? out.write_end : err.write_end);
+    const int in = pipe_holding(run.in);
+    const pid_t child = spawn(run, in, out.write_end, run.on_terminal ? out.write_end : err.write_end);
+    close(in);
     close(out.write_end);
     if (err.write_end >= 0)
         close(err.write_end);

@@ -16,6 +16,7 @@ struct program_run {
     std::map<std::string, std::string> environment{}; // besides what every child gets
     std::string folder = ".";                         // where it runs
     std::string out_device{};                         // what standard output goes to; `out` stays empty then
+    std::string in{};                                 // standard input; short enough for a pipe to hold
     bool on_terminal = false;                         // both streams are a terminal; everything is in `out`
 };
 

@@ -24,7 +24,7 @@ TEST(Text, LongTextIsCutBetweenCharacters)
 
 TEST(Text, QuotedTextStandsInQuotes)
 {
-    EXPECT_EQ(quoted("a\tb"), "\"a?b\"");
+    EXPECT_EQ(in_quotes("a\tb"), "\"a?b\"");
 }
 
 TEST(Text, CaseDoesNotTellWordsApart)

@@ -1,0 +1,277 @@
+// One reader for each kind.
+#include "kelctl/argument_kind.h"
+
+#include "kel/kel_node_names.h"
+#include "kelctl/ic_port.h"
+#include "kelctl/limits.h"
+#include "kelctl/quantity.h"
+#include "kelctl/text.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <charconv>
+#include <span>
+
+namespace kelctl
+{
+namespace
+{
+
+// The formatting library's selectors, by their numbers.
+constexpr std::string_view format_names[] = {"text", "csv", "json"};
+
+std::string allowed_text(const range &allowed)
+{
+    return std::string(allowed.text);
+}
+
+int64_t read_number(std::string_view text, const range &allowed)
+{
+    const auto value = parse_whole_number(text);
+    if (!value)
+        throw wrong_value(fmt::format("{} is not a whole number", in_quotes(text)));
+    if (!allowed.holds(*value))
+        throw wrong_value(outside(printable(text), allowed));
+    return *value;
+}
+
+// A plain number is one of the first unit.
+int64_t read_quantity(std::string_view text, std::span<const unit> units, const range &allowed)
+{
+    if (parse_whole_number(text))
+        return read_number(text, allowed);
+    const auto value = parse_quantity(text, units);
+    if (!value)
+        throw wrong_value(no_quantity(text, units));
+    if (*value > static_cast<uint64_t>(allowed.max) || !allowed.holds(static_cast<int64_t>(*value)))
+        throw wrong_value(outside(in_quotes(text), allowed));
+    return static_cast<int64_t>(*value);
+}
+
+argument_value read_mac(std::string_view text)
+{
+    const auto mac = parse_mac_address(text);
+    if (!mac)
+        throw wrong_value(no_mac_address(text));
+    return *mac;
+}
+
+argument_value read_port(std::string_view text)
+{
+    if (const auto port = port_by_name(text))
+        return int64_t{*port};
+    const auto number = parse_whole_number(text);
+    if (!number || !is_port(*number))
+        throw wrong_value(no_such_port(text));
+    return *number;
+}
+
+argument_value read_threshold(std::string_view text)
+{
+    const int64_t octets = read_quantity(text, size_units, threshold_range);
+    if (octets % threshold_block != 0)
+        throw wrong_value(no_multiple(static_cast<uint64_t>(octets), threshold_block));
+    return octets;
+}
+
+argument_value read_numbers(std::string_view text, size_t count, const range &allowed)
+{
+    std::vector<uint32_t> values;
+    for (std::string_view rest = text; values.size() <= count;) {
+        const size_t comma = std::min(rest.find(','), rest.size());
+        values.push_back(static_cast<uint32_t>(read_number(rest.substr(0, comma), allowed)));
+        if (comma == rest.size())
+            break;
+        rest.remove_prefix(comma + 1);
+    }
+    if (values.size() != count)
+        throw wrong_value(fmt::format("{} is not {} numbers with commas between", in_quotes(text), count));
+    return values;
+}
+
+argument_value read_handle(std::string_view text)
+{
+    uint64_t value = 0;
+    const bool prefixed = text.starts_with("0x") || text.starts_with("0X");
+    const std::string_view digits = text.substr(prefixed ? 2 : 0);
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value, 16);
+    if (error != std::errc{} || end != digits.data() + digits.size())
+        throw wrong_value(fmt::format("{} is not a handle such as 0x5c00000001", in_quotes(text)));
+    return value;
+}
+
+argument_value read_choice(std::string_view text, const std::vector<std::string> &words)
+{
+    if (std::find(words.begin(), words.end(), text) != words.end())
+        return std::string(text);
+    const std::vector<std::string_view> known(words.begin(), words.end());
+    throw wrong_value(
+        fmt::format("{} is none of {}{}", in_quotes(text), fmt::join(words, ", "), did_you_mean(text, known)));
+}
+
+argument_value read_format(std::string_view text)
+{
+    const auto *const named = std::find(std::begin(format_names), std::end(format_names), text);
+    if (named != std::end(format_names))
+        return int64_t{named - std::begin(format_names)};
+    if (parse_whole_number(text))
+        return read_number(text, octet_range);
+    throw wrong_value(
+        fmt::format("{} is neither text, csv, json nor a number{}", in_quotes(text), did_you_mean(text, format_names)));
+}
+
+argument_value read_text(std::string_view text)
+{
+    return std::string(text);
+}
+
+// A file's name reaches the system as a C string.
+argument_value read_file(std::string_view text)
+{
+    if (text.empty() || text.find('\0') != std::string_view::npos)
+        throw wrong_value(fmt::format("{} is not the name of a file", in_quotes(text)));
+    return std::string(text);
+}
+
+candidates known_macs(const known_words &known)
+{
+    candidates found;
+    for (const mac_address &mac : known.macs)
+        found.words.push_back(to_text(mac));
+    return found;
+}
+
+candidates known_ids(const known_words &known)
+{
+    candidates found;
+    for (const uint32_t id : known.ids)
+        found.words.push_back(fmt::to_string(id));
+    return found;
+}
+
+candidates known_handles(const known_words &known)
+{
+    candidates found;
+    for (const uint64_t handle : known.handles)
+        found.words.push_back(fmt::format("0x{:x}", handle));
+    return found;
+}
+
+candidates port_names(const known_words &)
+{
+    candidates found;
+    for (int32_t port = 0; port < KEL_IELL_PORT_COUNT; ++port)
+        found.words.emplace_back(kel_branch_name(port));
+    return found;
+}
+
+} // namespace
+
+argument_kind flag()
+{
+    return {};
+}
+
+argument_kind mac()
+{
+    return {.placeholder = "MAC", .allowed = "", .read = read_mac, .complete = known_macs};
+}
+
+argument_kind port()
+{
+    return {.placeholder = "PORT", .allowed = "name or 0 to 50", .read = read_port, .complete = port_names};
+}
+
+argument_kind id()
+{
+    return {.placeholder = "ID",
+            .allowed = allowed_text(id_range),
+            .read = [](std::string_view text) -> argument_value {
+                return pcep_id{static_cast<uint32_t>(read_number(text, id_range))};
+            },
+            .complete = known_ids};
+}
+
+argument_kind rate()
+{
+    return {.placeholder = "RATE",
+            .allowed = allowed_text(rate_range),
+            .read = [](std::string_view text) { return read_quantity(text, rate_units, rate_range); },
+            .complete = {}};
+}
+
+argument_kind burst()
+{
+    return {.placeholder = "SIZE",
+            .allowed = allowed_text(burst_range),
+            .read = [](std::string_view text) { return read_quantity(text, size_units, burst_range); },
+            .complete = {}};
+}
+
+argument_kind threshold()
+{
+    return {.placeholder = "SIZE",
+            .allowed = fmt::format("{}, a multiple of {}", threshold_range.text, threshold_block),
+            .read = read_threshold,
+            .complete = {}};
+}
+
+argument_kind number(const range &allowed)
+{
+    return {.placeholder = "N",
+            .allowed = allowed_text(allowed),
+            .read = [allowed](std::string_view text) { return read_number(text, allowed); },
+            .complete = {}};
+}
+
+argument_kind numbers(size_t count, const range &allowed)
+{
+    return {.placeholder = "N,N",
+            .allowed = fmt::format("{} numbers, {}", count, allowed.text),
+            .read = [=](std::string_view text) { return read_numbers(text, count, allowed); },
+            .complete = {}};
+}
+
+argument_kind handle_value()
+{
+    return {.placeholder = "HANDLE", .allowed = "", .read = read_handle, .complete = known_handles};
+}
+
+argument_kind format()
+{
+    return {.placeholder = "FORMAT",
+            .allowed = "text, csv, json or 0 to 255",
+            .read = read_format,
+            .complete = [](const known_words &) {
+                return candidates{{std::begin(format_names), std::end(format_names)}};
+            }};
+}
+
+argument_kind choice(std::vector<std::string> words)
+{
+    const std::string allowed = fmt::format("{}", fmt::join(words, ", "));
+    return {.placeholder = "WORD",
+            .allowed = allowed,
+            .read = [words](std::string_view text) { return read_choice(text, words); },
+            .complete = [words](const known_words &) { return candidates{words}; }};
+}
+
+argument_kind file()
+{
+    return {.placeholder = "FILE", .allowed = "", .read = read_file, .complete = [](const known_words &) {
+                return candidates{{}, true};
+            }};
+}
+
+argument_kind text()
+{
+    return {.placeholder = "TEXT", .allowed = "", .read = read_text, .complete = {}};
+}
+
+argument_kind command_words()
+{
+    return {.placeholder = "COMMAND", .allowed = "", .read = read_text, .complete = {}};
+}
+
+} // namespace kelctl

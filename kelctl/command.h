@@ -1,0 +1,101 @@
+// The table of commands. A row says how a command is asked for, what it takes and what carries it out; the command line,
+// scripts, the shell, help and completion all follow from it, and so do the tests. To add a command, add a row to the
+// family it belongs to (commands_*.cpp):
+//
+//     {.name = "pcep remove",
+//      .variants = {{"kel_core_ic_pcep_rem", pcep_remove}},
+//      .help = "Remove a PCEP",
+//      .arguments = {{.name = "ID", .kind = id(), .help = "of the PCEP"}},
+//      .example = "pcep remove 7"}
+#pragma once
+
+#include "kelctl/argument_kind.h"
+#include "kelctl/arguments.h"
+#include "kelctl/result.h"
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kelctl
+{
+
+class session;
+struct invocation;
+
+using handler = result (*)(const invocation &asked, session &session);
+
+// What carries a command out. Most commands have one way. One with several gets an option --variant, whose words these
+// are; the first is the default.
+struct variant {
+    std::string_view function = {}; // the library's, which the handler calls; empty: none of its own
+    handler run = nullptr;
+    std::string_view word = {};
+};
+
+struct argument {
+    std::string name; // "MAC"; with two dashes, an option: "--port"
+    argument_kind kind = {};
+    std::string help = {};
+    bool required = true;
+    std::string otherwise = {};                  // what counts when it is not given, as it would be written
+    std::string needs = {};                      // an option that has to come along with this one
+    bool repeated = false;                       // takes all words that are left; a list of texts
+    std::vector<std::string_view> only_for = {}; // variants that it means something to; none: all
+
+    bool is_option() const
+    {
+        return name.starts_with("--");
+    }
+    bool is_flag() const
+    {
+        return kind.placeholder.empty();
+    }
+};
+
+enum class place { program, script, shell };
+
+struct command {
+    std::string_view name; // words with one blank between
+    std::vector<variant> variants;
+    std::string_view help;         // one line
+    std::string_view details = {}; // more of it, in lines of 80 columns
+    std::vector<argument> arguments = {};
+    std::string_view example = {};
+    std::vector<place> places = {place::program, place::script, place::shell};
+
+    bool allowed_in(place where) const;
+    const argument *find_argument(std::string_view argument_name) const;
+};
+
+// A first word that several commands share.
+struct command_group {
+    std::string_view name;
+    std::string_view help;
+};
+
+// Rows in the order that help shows them.
+const std::vector<command> &commands();
+std::span<const command_group> command_groups();
+
+// Options that every command has: --json, --trace, --help.
+const std::vector<argument> &shared_options();
+
+// The row of exactly these words; null when there is none.
+const command *find_command(std::string_view name);
+
+// The words that may follow these, in the table's order: "add" and "remove" after "ebcom path". None after a whole
+// command and after words that begin none.
+std::vector<std::string_view> next_words(std::string_view words, place where);
+
+// A command as it was asked for.
+struct invocation {
+    const command *row = nullptr;
+    const variant *chosen = nullptr;
+    arguments given;
+    bool json = false;
+    bool trace = false;
+};
+
+} // namespace kelctl

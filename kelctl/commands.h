@@ -1,0 +1,19 @@
+// The families of commands. commands.cpp puts them together.
+#pragma once
+
+#include "kelctl/command.h"
+
+#include <vector>
+
+namespace kelctl
+{
+
+std::vector<command> node_commands();       // up, check, plan, ports, codes, limits
+std::vector<command> session_commands();    // run, shell, help, exit
+std::vector<command> ebcom_commands();      // service, parameters, interface, timestamp
+std::vector<command> path_commands();       // paths, shapers, schedulers, handles
+std::vector<command> pcep_commands();       // PCEPs and multicast groups
+std::vector<command> statistics_commands(); // counters of everything
+std::vector<command> trace_commands();      // messages, trace point, abort
+
+} // namespace kelctl

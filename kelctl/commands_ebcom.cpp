@@ -1,0 +1,114 @@
+// The EBCOM service: start and stop, parameters, capabilities, the interface, the timestamp offset.
+#include "kel/kel_core_ic_ebcom.h"
+#include "kelctl/commands.h"
+#include "kelctl/limits.h"
+#include "kelctl/session.h"
+
+#include <fmt/format.h>
+
+#include <limits>
+
+namespace kelctl
+{
+namespace
+{
+
+constexpr range cycles_range = {std::numeric_limits<int64_t>::min(), std::numeric_limits<int64_t>::max(),
+                                "64 bits with a sign"};
+constexpr range frequency_range = {0, std::numeric_limits<uint32_t>::max(), "0 to 4294967295"};
+
+result set_parameters(const invocation &asked, session &session)
+{
+    const auto &settings = asked.given.get<std::vector<uint32_t>>("--settings");
+    const uint8_t nibbles[2] = {static_cast<uint8_t>(settings[0]), static_cast<uint8_t>(settings[1])};
+    const kel_ebcom_global_params params = {asked.given.number<uint32_t>("--mtu"),
+                                            asked.given.number<uint32_t>("--ether-type")};
+    return session.call(asked,
+                        fmt::format("icPortMTU={}, etherType=0x{:04x}, settings={}, {}", params.icPortMTU,
+                                    params.etherType, nibbles[0], nibbles[1]),
+                        [&] { return kel_core_ic_ebcom_global_param_set(&params, nibbles); });
+}
+
+result show_capabilities(const invocation &asked, session &session)
+{
+    kel_ebcom_capabilities capabilities{};
+    result done = session.call(asked, "", [&] { return kel_core_ic_ebcom_capabilities_get(&capabilities); });
+    done.shown = {{"max_burst_size", capabilities.max_burst_size},
+                  {"max_pcep_id", capabilities.max_pcep_id},
+                  {"max_multicast_groups", capabilities.max_multicast_groups},
+                  {"max_multicast_members", capabilities.max_multicast_members}};
+    return done;
+}
+
+result create_interface(const invocation &asked, session &session)
+{
+    kel_vsi_t vsi = 0;
+    uint16_t out = 0;
+    result done = session.call(asked, "", [&] { return kel_core_ic_ebcom_interface_create(&vsi, &out); });
+    if (done.code == 0)
+        done.shown = {{"vsi", vsi}};
+    return done;
+}
+
+result convert_offset(const invocation &asked, session &session)
+{
+    const auto cycles = asked.given.number<int64_t>("--cycles");
+    const auto frequency = asked.given.number<uint32_t>("--frequency");
+    int64_t offset = 0;
+    result done = session.call(asked, fmt::format("cycles={}, frequency={}", cycles, frequency),
+                               [&] { return kel_ic_ebcom_cycles_to_ork_timestamp_offset(cycles, frequency, &offset); });
+    done.shown = {{"ork_timestamp_offset", offset}};
+    return done;
+}
+
+} // namespace
+
+std::vector<command> ebcom_commands()
+{
+    return {
+        {.name = "ebcom params set",
+         .variants = {{"kel_core_ic_ebcom_global_param_set", set_parameters}},
+         .help = "Set the service-wide Ethernet parameters",
+         .arguments = {{.name = "--mtu", .kind = number(mtu_range), .help = "MTU of the IC ports"},
+                       {.name = "--ether-type", .kind = number(ether_type_range), .help = "of EBCOM frames"},
+                       {.name = "--settings", .kind = numbers(2, setting_range), .help = "two 4-bit values"}},
+         .example = "ebcom params set --mtu 1500 --ether-type 0x88b5 --settings 1,2"},
+        {.name = "ebcom capabilities",
+         .variants = {{"kel_core_ic_ebcom_capabilities_get", show_capabilities}},
+         .help = "Show the fixed limits of the service",
+         .example = "ebcom capabilities"},
+        {.name = "ebcom interface create",
+         .variants = {{"kel_core_ic_ebcom_interface_create", create_interface}},
+         .help = "Create the EBCOM interface",
+         .example = "ebcom interface create"},
+        {.name = "ebcom interface delete",
+         .variants = {{"kel_core_ic_ebcom_interface_delete", call_plainly<kel_core_ic_ebcom_interface_delete>}},
+         .help = "Delete the EBCOM interface",
+         .example = "ebcom interface delete"},
+        {.name = "ebcom start",
+         .variants = {{"kel_core_ic_ebcom_start", call_plainly<kel_core_ic_ebcom_start>}},
+         .help = "Start the service: timestamp thread and scheduler tree",
+         .example = "ebcom start"},
+        {.name = "ebcom stop",
+         .variants = {{"kel_core_ic_ebcom_stop", call_plainly<kel_core_ic_ebcom_stop>}},
+         .help = "Stop the service: release queues and schedulers",
+         .details = "Remove all paths first: those left in the driver kit cannot be deleted any more.",
+         .example = "ebcom stop"},
+        {.name = "ebcom timestamp offset",
+         .variants = {{"kel_ic_ebcom_cycles_to_ork_timestamp_offset", convert_offset}},
+         .help = "Convert a timing-unit reading into a timestamp offset",
+         .arguments = {{.name = "--cycles", .kind = number(cycles_range), .help = "cycle count of the reading"},
+                       {.name = "--frequency", .kind = number(frequency_range), .help = "clock frequency of it"}},
+         .example = "ebcom timestamp offset --cycles 40 --frequency 250000"},
+        {.name = "ebcom qos init",
+         .variants = {{"kel_ic_ebcom_init_qos", call_plainly<kel_ic_ebcom_init_qos>}},
+         .help = "Build the scheduler tree, a part of the start",
+         .example = "ebcom qos init"},
+        {.name = "ebcom qos deinit",
+         .variants = {{"kel_ic_ebcom_deinit_qos", call_plainly<kel_ic_ebcom_deinit_qos>}},
+         .help = "Release queues and schedulers, a part of the stop",
+         .example = "ebcom qos deinit"},
+    };
+}
+
+} // namespace kelctl

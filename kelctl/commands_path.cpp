@@ -1,0 +1,166 @@
+// Paths, the shapers and queues underneath, and what is looked up by a destination.
+#include "kel/kel_core_ic_ebcom.h"
+#include "kelctl/commands.h"
+#include "kelctl/ebcom_steps.h"
+#include "kelctl/ic_port.h"
+#include "kelctl/limits.h"
+#include "kelctl/session.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+namespace kelctl
+{
+namespace
+{
+
+constexpr std::string_view qos_dump_file = "/tmp/KEL_DUMP_EBCOM_QOS_HANDLE_FILENAME";
+
+// An unshaped queue's threshold is the library's own.
+constexpr std::string_view unshaped_threshold = "5000 KiB";
+
+const argument destination = {.name = "MAC", .kind = mac(), .help = "address of the destination"};
+const argument through_port = {.name = "--port", .kind = port(), .help = "IC port"};
+
+std::vector<argument> path_arguments_with_shaping()
+{
+    return {destination,
+            through_port,
+            {.name = "--rate",
+             .kind = rate(),
+             .help = "shape the port's queue to this rate",
+             .required = false,
+             .needs = "--burst"},
+            {.name = "--burst",
+             .kind = burst(),
+             .help = "largest burst of the shaped queue",
+             .required = false,
+             .needs = "--rate"},
+            {.name = "--threshold",
+             .kind = threshold(),
+             .help = "how much may wait in the shaped queue",
+             .required = false,
+             .otherwise = std::string(unshaped_threshold)}};
+}
+
+constexpr std::string_view shaping_details =
+    R"(Without --rate and --burst the queue is not shaped. A port has one queue: every
+path on it has to ask for the same shaping.)";
+
+kel_ebcom_path_config path_of(const arguments &given)
+{
+    kel_ebcom_path_config path{};
+    std::ranges::copy(given.mac("MAC").octets, path.dst_mac);
+    path.iell_port = given.number<int32_t>("--port");
+    if (!given.has("--rate"))
+        return path;
+    path.shaping_enabled = 1;
+    path.shaping_rate = given.number<uint32_t>("--rate");
+    path.burst_size = given.number<uint32_t>("--burst");
+    path.buffer_threshold = given.number<uint32_t>("--threshold") / threshold_block;
+    return path;
+}
+
+template <uint32_t (*Function)(const kel_ebcom_path_config *)>
+result change_path(const invocation &asked, session &session)
+{
+    const kel_ebcom_path_config path = path_of(asked.given);
+    return session.call(asked, path_parameters(path), [&] { return Function(&path); });
+}
+
+template <uint32_t (*Function)(const kel_ebcom_path_config *, ork_ebcom_pcep_path *)>
+result change_shaper(const invocation &asked, session &session)
+{
+    const kel_ebcom_path_config config = path_of(asked.given);
+    ork_ebcom_pcep_path path{};
+    result done = session.call(asked, path_parameters(config), [&] { return Function(&config, &path); });
+    if (path.queue_hdl)
+        done.shown = {{"queue_handle", fmt::format("{}", path.queue_hdl)}};
+    return done;
+}
+
+template <uint32_t (*Function)(const uint8_t *, void **)>
+result look_up_handle(const invocation &asked, session &session)
+{
+    const mac_address &mac = asked.given.mac("MAC");
+    void *handle = nullptr;
+    result done = session.call(asked, fmt::format("dst_mac={}", to_text(mac)),
+                               [&] { return Function(mac.octets.data(), &handle); });
+    if (done.code == 0) {
+        done.shown = {{"handle", fmt::format("{}", handle)}};
+        session.known.handles.insert(reinterpret_cast<uint64_t>(handle));
+    }
+    return done;
+}
+
+result check_port_channel(const invocation &asked, session &session)
+{
+    const auto port = asked.given.number<int32_t>("PORT");
+    uint8_t channel = 0;
+    result done = session.call(asked, fmt::format("iell_port={}", port),
+                               [&] { return kel_ic_ebcom_port_to_mac_chan(port, &channel); });
+    // The library has no mapping: what it accepts it leaves as it was.
+    done.shown = {{"port", port_text(port)}, {"accepted", done.code == 0}};
+    return done;
+}
+
+result dump_handles(const invocation &asked, session &session)
+{
+    result done = session.call(asked, "", kel_core_ic_ebcom_qos_handle_dump);
+    if (done.code == 0)
+        done.shown = {{"file", qos_dump_file}};
+    return done;
+}
+
+} // namespace
+
+std::vector<command> path_commands()
+{
+    return {
+        {.name = "ebcom path add",
+         .variants = {{"kel_core_ic_ebcom_path_add", change_path<kel_core_ic_ebcom_path_add>}},
+         .help = "Add a path from an IC port to a destination",
+         .details = shaping_details,
+         .arguments = path_arguments_with_shaping(),
+         .example = "ebcom path add 02:00:02:02:00:01 --port RLU1P --rate 100000 --burst 4096"},
+        {.name = "ebcom path remove",
+         .variants = {{"kel_core_ic_ebcom_path_rem", change_path<kel_core_ic_ebcom_path_rem>}},
+         .help = "Remove one path to a destination",
+         .arguments = {destination, through_port},
+         .example = "ebcom path remove 02:00:02:02:00:01 --port RLU1P"},
+        {.name = "ebcom shaper add",
+         .variants = {{"kel_ic_ebcom_add_shaper", change_shaper<kel_ic_ebcom_add_shaper>}},
+         .help = "Take a reference on a port's queue, a part of path add",
+         .details = shaping_details,
+         .arguments = path_arguments_with_shaping(),
+         .example = "ebcom shaper add 02:00:02:02:00:02 --port RLU1Q"},
+        {.name = "ebcom shaper remove",
+         .variants = {{"kel_ic_ebcom_remove_shaper", change_shaper<kel_ic_ebcom_remove_shaper>}},
+         .help = "Give a reference on a port's queue back",
+         .arguments = {destination, through_port},
+         .example = "ebcom shaper remove 02:00:02:02:00:02 --port RLU1Q"},
+        {.name = "ebcom queue handle",
+         .variants = {{"kel_ic_ebcom_queue_handle_get", look_up_handle<kel_ic_ebcom_queue_handle_get>}},
+         .help = "Show the queue that carries a destination",
+         .arguments = {destination},
+         .example = "ebcom queue handle 02:00:02:02:00:01"},
+        {.name = "ebcom scheduler handle",
+         .variants = {{"kel_ic_ebcom_scheduler_handle_get", look_up_handle<kel_ic_ebcom_scheduler_handle_get>}},
+         .help = "Show the scheduler above that queue",
+         .arguments = {destination},
+         .example = "ebcom scheduler handle 02:00:02:02:00:01"},
+        {.name = "ebcom port channel",
+         .variants = {{"kel_ic_ebcom_port_to_mac_chan", check_port_channel}},
+         .help = "Ask for the MAC channel of an IC port",
+         .details = "There is no mapping of ports to channels: every port but 0 is accepted.",
+         .arguments = {{.name = "PORT", .kind = port(), .help = "IC port"}},
+         .example = "ebcom port channel RLU1P"},
+        {.name = "ebcom qos dump",
+         .variants = {{"kel_core_ic_ebcom_qos_handle_dump", dump_handles}},
+         .help = "Write all scheduler and queue handles to a file in /tmp",
+         .example = "ebcom qos dump"},
+    };
+}
+
+} // namespace kelctl

@@ -1,0 +1,73 @@
+// Commands about commands: scripts, the shell, help.
+#include "kelctl/commands.h"
+#include "kelctl/help.h"
+#include "kelctl/script.h"
+#include "kelctl/session.h"
+#include "kelctl/text.h"
+
+#include <fmt/format.h>
+
+namespace kelctl
+{
+namespace
+{
+
+constexpr std::string_view run_details = R"(A script has a command in each line, written as on the command line, without
+"kelctl". # begins a comment; quotes keep blanks in a word. All lines are checked
+before the first one is run: wrong ones are printed as script:line:column:
+message. It stops at the first line that fails.
+
+All commands run in one process and so on one node.)";
+
+result show_help(const invocation &asked, session &session)
+{
+    const std::string words = fmt::format("{}", fmt::join(asked.given.get<std::vector<std::string>>("COMMAND"), " "));
+    const place where = session.where;
+    result done;
+    if (const command *row = find_command(words); row && row->allowed_in(where))
+        done.text = help_of(*row);
+    else if (!next_words(words, where).empty())
+        done.text = help_of_words(words, where);
+    else
+        return {.status = exit_wrong_input, .errors = {{fmt::format("there is no command {}", in_quotes(words))}}};
+    done.shown = {{"help", *done.text}};
+    return done;
+}
+
+result leave(const invocation &, session &session)
+{
+    session.finished = true;
+    return {};
+}
+
+} // namespace
+
+std::vector<command> session_commands()
+{
+    return {
+        {.name = "run",
+         .variants = {{.run = run_script}},
+         .help = "Carry out a script of commands",
+         .details = run_details,
+         .arguments = {{.name = "SCRIPT", .kind = file(), .help = "script; - for standard input"},
+                       {.name = "--keep-going", .kind = flag(), .help = "go on after lines that fail"}},
+         .example = "run setup.kel",
+         .places = {place::program}},
+        {.name = "help",
+         .variants = {{.run = show_help}},
+         .help = "Tell about commands",
+         .arguments = {{.name = "COMMAND",
+                        .kind = command_words(),
+                        .help = "words of a command or of a group",
+                        .required = false,
+                        .repeated = true}},
+         .example = "help ebcom path add"},
+        {.name = "exit",
+         .variants = {{.run = leave}},
+         .help = "Leave the script or shell",
+         .example = "exit",
+         .places = {place::script, place::shell}},
+    };
+}
+
+} // namespace kelctl

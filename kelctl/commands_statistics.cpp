@@ -1,0 +1,201 @@
+// Counters: of the service, of queues, of PCEPs; as records and as the formatting library's text.
+#include "kel/kel_core_ic_ebcom.h"
+#include "kel/kel_core_ic_pcep.h"
+#include "kelctl/commands.h"
+#include "kelctl/session.h"
+#include "kelctl/statistics_view.h"
+
+#include <fmt/format.h>
+
+#include <array>
+#include <span>
+
+namespace kelctl
+{
+namespace
+{
+
+constexpr uint32_t longest_text = 4096; // octets; one that is longer fails with the formatting library's code
+
+constexpr uint8_t text_table = 0; // the format
+
+const argument destination = {.name = "MAC", .kind = mac(), .help = "destination that the queue carries"};
+const argument pcep = {.name = "ID", .kind = id(), .help = "of a unicast PCEP"};
+
+argument text_format()
+{
+    return {.name = "--format",
+            .kind = format(),
+            .help = "layout of the text; text unless given",
+            .required = false,
+            .only_for = {"text", "text-second-name", "text-2"}};
+}
+
+// The text that a function lays out in a buffer. A document of counters is taken apart for the result as well.
+result laid_out(const invocation &asked, session &session, const std::string &parameters,
+                const std::function<uint32_t(char *, uint32_t, uint8_t)> &lay_out)
+{
+    std::array<char, longest_text> buffer{};
+    const uint8_t format = asked.given.has("--format") ? asked.given.number<uint8_t>("--format") : text_table;
+    const std::string all = fmt::format("{}{}format={}", parameters, parameters.empty() ? "" : ", ", format);
+    result done = session.call(asked, all, [&] { return lay_out(buffer.data(), longest_text, format); });
+    done.text = buffer.data();
+    done.shown = {{"format", format}, {"text", *done.text}};
+    if (fields counters = fields::parse(*done.text, nullptr, false); counters.is_object())
+        done.shown["counters"] = std::move(counters);
+    return done;
+}
+
+std::string hexadecimal(const void *octets, size_t count)
+{
+    return fmt::format("{:02x}", fmt::join(std::span(static_cast<const uint8_t *>(octets), count), ""));
+}
+
+// ---- The service ----
+
+// What the octets count, only the driver kit knows.
+result global_record(const invocation &asked, session &session)
+{
+    ebcom_global_stats stats{};
+    result done = session.call(asked, "", [&] { return kel_ic_ebcom_get_global_stats(&stats); });
+    if (done.code != 0)
+        return done;
+    constexpr size_t row = 32;
+    for (size_t i = 0; i < sizeof stats; i += row)
+        done.shown[fmt::format("octet_{:03}", i)] = hexadecimal(reinterpret_cast<const uint8_t *>(&stats) + i, row);
+    return done;
+}
+
+template <typename Format, uint32_t (*Function)(char *, uint32_t, Format)>
+result global_text(const invocation &asked, session &session)
+{
+    return laid_out(asked, session, "", Function);
+}
+
+// ---- Queues ----
+
+result queue_record(const invocation &asked, session &session)
+{
+    const mac_address &mac = asked.given.mac("MAC");
+    ebcom_queue_stats stats{};
+    result done = session.call(asked, fmt::format("dst_mac={}", to_text(mac)),
+                               [&] { return kel_core_ic_ebcom_queue_stats_get(mac.octets.data(), &stats); });
+    if (done.code == 0)
+        done.shown = counters_of(stats);
+    return done;
+}
+
+template <typename Format, uint32_t (*Function)(const uint8_t *, char *, uint32_t, Format)>
+result queue_text(const invocation &asked, session &session)
+{
+    const mac_address &mac = asked.given.mac("MAC");
+    return laid_out(
+        asked, session, fmt::format("dst_mac={}", to_text(mac)),
+        [&](char *text, uint32_t length, uint8_t format) { return Function(mac.octets.data(), text, length, format); });
+}
+
+result burst_record(const invocation &asked, session &session)
+{
+    const auto handle = [&asked](const char *name) {
+        return asked.given.has(name) ? asked.given.get<uint64_t>(name) : 0;
+    };
+    const uint64_t queue = handle("--queue");
+    const uint64_t scheduler = handle("--scheduler");
+    ebcom_queue_stats stats{};
+    result done =
+        session.call(asked, fmt::format("queue_handle=0x{:x}, scheduler_handle=0x{:x}", queue, scheduler), [&] {
+            return kel_ic_ebcom_set_burst_stats(reinterpret_cast<void *>(queue), reinterpret_cast<void *>(scheduler),
+                                                &stats);
+        });
+    done.shown = {{"max_burst_size", stats.max_burst_size}, {"current_burst_size", stats.current_burst_size}};
+    return done;
+}
+
+// ---- PCEPs ----
+
+result pcep_driver_kit_record(const invocation &asked, session &session)
+{
+    const uint32_t id = asked.given.id("ID");
+    ebcom_pcep_stats stats{};
+    result done = session.call(asked, fmt::format("pcep_id={}", id), [&] { return kel_ic_pcep_get_stats(id, &stats); });
+    const auto &[outbound, inbound] = stats;
+    if (done.code == 0)
+        done.shown = {{"out_cnt0", outbound.out_cnt0}, {"out_cnt1", outbound.out_cnt1}, {"in_cnt0", inbound.in_cnt0},
+                      {"in_word0", inbound.in_word0},  {"in_word1", inbound.in_word1},  {"in_cnt1", inbound.in_cnt1},
+                      {"in_word2", inbound.in_word2},  {"in_word3", inbound.in_word3},  {"in_cnt2", inbound.in_cnt2},
+                      {"in_cnt3", inbound.in_cnt3},    {"in_word4", inbound.in_word4},  {"in_word5", inbound.in_word5},
+                      {"in_word6", inbound.in_word6}};
+    return done;
+}
+
+// The members are copied: those of a packed record cannot be referred to.
+template <uint32_t (*Function)(uint32_t, pcep_stats *)> result pcep_record(const invocation &asked, session &session)
+{
+    const uint32_t id = asked.given.id("ID");
+    pcep_stats stats{};
+    result done = session.call(asked, fmt::format("pcep_id={}", id), [&] { return Function(id, &stats); });
+    if (done.code == 0)
+        done.shown = {{"in_cnt0", uint64_t{stats.in_cnt0}},   {"in_word4", uint32_t{stats.in_word4}},
+                      {"in_word0", uint32_t{stats.in_word0}}, {"in_word5", uint32_t{stats.in_word5}},
+                      {"in_word1", uint32_t{stats.in_word1}}, {"in_word2", uint32_t{stats.in_word2}},
+                      {"in_cnt1", uint64_t{stats.in_cnt1}},   {"in_word3", uint32_t{stats.in_word3}},
+                      {"in_word6", uint32_t{stats.in_word6}}, {"in_cnt2", uint64_t{stats.in_cnt2}},
+                      {"in_cnt3", uint64_t{stats.in_cnt3}},   {"out_cnt0", uint64_t{stats.out_cnt0}},
+                      {"out_cnt1", uint64_t{stats.out_cnt1}}};
+    return done;
+}
+
+template <typename Format, uint32_t (*Function)(uint32_t, char *, uint32_t, Format)>
+result pcep_text(const invocation &asked, session &session)
+{
+    const uint32_t id = asked.given.id("ID");
+    return laid_out(asked, session, fmt::format("pcep_id={}", id),
+                    [id](char *text, uint32_t length, uint8_t format) { return Function(id, text, length, format); });
+}
+
+} // namespace
+
+std::vector<command> statistics_commands()
+{
+    return {
+        {.name = "ebcom stats",
+         .variants = {{"kel_core_ic_ebcom_global_fmt_stats_get",
+                       global_text<uint8_t, kel_core_ic_ebcom_global_fmt_stats_get>, "text"},
+                      {"kel_core_ic_ebcom_fmt_global_stats", global_text<uint32_t, kel_core_ic_ebcom_fmt_global_stats>,
+                       "text-second-name"},
+                      {"kel_ic_ebcom_get_global_stats", global_record, "record"}},
+         .help = "Show the service's global counters",
+         .arguments = {text_format()},
+         .example = "ebcom stats --format csv"},
+        {.name = "ebcom queue stats",
+         .variants = {{"kel_core_ic_ebcom_queue_fmt_stats_get",
+                       queue_text<uint8_t, kel_core_ic_ebcom_queue_fmt_stats_get>, "text"},
+                      {"kel_core_ic_ebcom_fmt_queue_stats", queue_text<uint32_t, kel_core_ic_ebcom_fmt_queue_stats>,
+                       "text-second-name"},
+                      {"kel_core_ic_ebcom_queue_fmt_stats_get_2",
+                       queue_text<uint8_t, kel_core_ic_ebcom_queue_fmt_stats_get_2>, "text-2"},
+                      {"kel_core_ic_ebcom_queue_stats_get", queue_record, "record"}},
+         .help = "Show the counters of the queue that carries a destination",
+         .arguments = {destination, text_format()},
+         .example = "ebcom queue stats 02:00:02:02:00:01"},
+        {.name = "ebcom burst stats",
+         .variants = {{"kel_ic_ebcom_set_burst_stats", burst_record}},
+         .help = "Run the burst step of the queue counters: it measures none",
+         .arguments =
+             {{.name = "--queue", .kind = handle_value(), .help = "of the queue", .required = false},
+              {.name = "--scheduler", .kind = handle_value(), .help = "of the scheduler above it", .required = false}},
+         .example = "ebcom burst stats --queue 0x5c0000000d"},
+        {.name = "pcep stats",
+         .variants = {{"kel_core_ic_pcep_fmt_stats_get", pcep_text<uint8_t, kel_core_ic_pcep_fmt_stats_get>, "text"},
+                      {"kel_core_ic_pcep_fmt_stats", pcep_text<uint32_t, kel_core_ic_pcep_fmt_stats>,
+                       "text-second-name"},
+                      {"kel_core_ic_pcep_stats_get", pcep_record<kel_core_ic_pcep_stats_get>, "record"},
+                      {"kel_core_ic_pcep_get_stats", pcep_record<kel_core_ic_pcep_get_stats>, "record-second-name"},
+                      {"kel_ic_pcep_get_stats", pcep_driver_kit_record, "driver-kit-record"}},
+         .help = "Show the counters of a unicast PCEP",
+         .arguments = {pcep, text_format()},
+         .example = "pcep stats 7"},
+    };
+}
+
+} // namespace kelctl

@@ -1,0 +1,100 @@
+// The message formatter, the trace point without effect, and the fatal path.
+#include "kel/kel_trace.h"
+#include "kelctl/commands.h"
+#include "kelctl/session.h"
+
+#include <fmt/format.h>
+
+#include <cstdarg>
+#include <limits>
+
+namespace kelctl
+{
+namespace
+{
+
+constexpr range line_range = {0, std::numeric_limits<uint32_t>::max(), "0 to 4294967295"};
+constexpr const char *prefix_format = "%s(): ";
+
+// The list of values is what this variant is about: it can be made only from arguments.
+[[gnu::format(printf, 3, 4)]] char *format_list(const char *format, const char *prefix, const char *body, ...)
+{
+    va_list values;
+    va_start(values, body);
+    char *const message = kel_trace_internal_vformat_str(format, prefix, body, values);
+    va_end(values);
+    return message;
+}
+
+template <char *(*Function)(const char *, const char *, const char *, ...)>
+result format_message(const invocation &asked, session &session)
+{
+    const std::string &text = asked.given.text("TEXT");
+    const char *prefix = asked.given.has("--prefix") ? asked.given.text("--prefix").c_str() : nullptr;
+    std::string message;
+    const std::string parameters = fmt::format("\"{}\", {}, \"%s\", ...", prefix_format, prefix ? prefix : "null");
+    result done = session.call(asked, parameters, [&] {
+        message = Function(prefix_format, prefix, "%s", text.c_str());
+        return 0u;
+    });
+    done.text = message;
+    done.shown = {{"message", message}};
+    return done;
+}
+
+result pass_trace_point(const invocation &asked, session &session)
+{
+    return session.call(asked, "", [] {
+        kel_tracepoint();
+        return 0u;
+    });
+}
+
+result abort_node(const invocation &asked, session &session)
+{
+    const auto line = asked.given.number<uint32_t>("--line");
+    const std::string &file = asked.given.text("--file");
+    const std::string &reason = asked.given.text("REASON");
+    return session.call(asked, fmt::format("line={}, file={}, reason={}", line, file, reason), [&] {
+        kel_abort_internal_abort(line, file.c_str(), "%s", reason.c_str());
+        return 0u;
+    });
+}
+
+} // namespace
+
+std::vector<command> trace_commands()
+{
+    return {
+        {.name = "trace message",
+         .variants = {{"kel_trace_internal_format_str", format_message<kel_trace_internal_format_str>, "values"},
+                      {"kel_trace_internal_vformat_str", format_message<format_list>, "list"}},
+         .help = "Format a message as trace records are",
+         .arguments =
+             {{.name = "TEXT", .kind = text(), .help = "of the message; cut at 1023 characters"},
+              {.name = "--prefix", .kind = text(), .help = "name of a function to stand before it", .required = false}},
+         .example = "trace message 'port=6' --prefix bring_up"},
+        {.name = "trace point",
+         .variants = {{"kel_tracepoint", pass_trace_point}},
+         .help = "Pass the trace point, which does nothing",
+         .example = "trace point"},
+        {.name = "abort",
+         .variants = {{"kel_abort_internal_abort", abort_node}},
+         .help = "Ask the node's restart service for a restart",
+         .details = "The service decides; the command itself goes on.",
+         .arguments = {{.name = "REASON", .kind = text(), .help = "cut at 127 characters"},
+                       {.name = "--file",
+                        .kind = text(),
+                        .help = "source file of the request",
+                        .required = false,
+                        .otherwise = "kelctl"},
+                       {.name = "--line",
+                        .kind = number(line_range),
+                        .help = "source line of the request",
+                        .required = false,
+                        .otherwise = "0"}},
+         .example = "abort 'out of memory' --file main.c --line 12"},
+    };
+}
+
+} // namespace kelctl

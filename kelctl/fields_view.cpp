@@ -1,0 +1,114 @@
+// Aligning names, values and columns.
+#include "kelctl/fields_view.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <vector>
+
+namespace kelctl
+{
+namespace
+{
+
+std::string title(std::string name)
+{
+    std::replace(name.begin(), name.end(), '_', ' ');
+    return name;
+}
+
+bool is_table(const fields &value)
+{
+    return value.is_array() && !value.empty() && value.front().is_object();
+}
+
+std::string cell(const fields &value)
+{
+    if (value.is_null())
+        return "-";
+    if (value.is_string())
+        return value.get<std::string>();
+    if (value.is_boolean())
+        return value.get<bool>() ? "yes" : "no";
+    if (!value.is_array())
+        return value.dump();
+    std::vector<std::string> parts;
+    for (const fields &part : value)
+        parts.push_back(cell(part));
+    return parts.empty() ? "none" : fmt::format("{}", fmt::join(parts, ", "));
+}
+
+// A column of the rows' values under a name; numbers stand at its right end.
+struct column {
+    std::string name;
+    bool numbers;
+    size_t width;
+};
+
+column column_of(const std::string &name, const fields &rows)
+{
+    column made = {name, true, title(name).size()};
+    for (const fields &row : rows) {
+        made.numbers = made.numbers && (row.at(name).is_number() || row.at(name).is_null());
+        made.width = std::max(made.width, cell(row.at(name)).size());
+    }
+    return made;
+}
+
+std::string aligned(const std::string &text, const column &in)
+{
+    return in.numbers ? fmt::format("{:>{}}", text, in.width) : fmt::format("{:<{}}", text, in.width);
+}
+
+std::string without_trailing_blanks(const std::string &text)
+{
+    return text.substr(0, text.find_last_not_of(' ') + 1);
+}
+
+std::string table_text(const fields &rows, const painter &paint)
+{
+    std::vector<column> columns;
+    for (const auto &[name, value] : rows.front().items())
+        columns.push_back(column_of(name, rows));
+
+    std::vector<std::string> head;
+    for (const column &one : columns)
+        head.push_back(aligned(title(one.name), one));
+    std::string text = paint(colour::heading, without_trailing_blanks(fmt::format("{}", fmt::join(head, "  ")))) + "\n";
+    for (const fields &row : rows) {
+        std::vector<std::string> cells;
+        for (const column &one : columns)
+            cells.push_back(aligned(cell(row.at(one.name)), one));
+        text += without_trailing_blanks(fmt::format("{}", fmt::join(cells, "  "))) + "\n";
+    }
+    return text;
+}
+
+size_t widest_title(const fields &shown)
+{
+    size_t width = 0;
+    for (const auto &[name, value] : shown.items())
+        if (!is_table(value) && !value.is_object())
+            width = std::max(width, title(name).size());
+    return width;
+}
+
+} // namespace
+
+std::string fields_text(const fields &shown, const painter &paint)
+{
+    std::string text;
+    const size_t width = widest_title(shown);
+    for (const auto &[name, value] : shown.items()) {
+        if (is_table(value))
+            text += (text.empty() ? "" : "\n") + table_text(value, paint);
+        else if (value.is_object())
+            text += (text.empty() ? "" : "\n") + paint(colour::heading, title(name)) + "\n" + fields_text(value, paint);
+        else
+            text +=
+                fmt::format("{}  {}\n", paint(colour::heading, fmt::format("{:<{}}", title(name), width)), cell(value));
+    }
+    return text;
+}
+
+} // namespace kelctl

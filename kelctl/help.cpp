@@ -1,0 +1,167 @@
+// The layout of help.
+#include "kelctl/help.h"
+
+#include "kelctl/text.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+namespace kelctl
+{
+namespace
+{
+
+constexpr size_t narrowest_left_column = 24;
+
+constexpr std::string_view about = "Control process of a node: configures the IC side of its packet accelerator.\n";
+
+constexpr std::string_view footer = R"(
+Exit status:
+  0  done
+  1  an operation failed, or was interrupted; standard error tells which and why
+  2  the command line, a script or the node file is wrong; nothing was started
+
+Environment:
+  MPID                  own MP id, unless the node file gives one
+  NO_COLOR              when not empty: no colours on a terminal
+  XDG_STATE_HOME        where the shell keeps its history
+  KEL_SOFTNODE_FAULTS   calls that the software accelerator shall let fail,
+                        such as "ork_ebcom_pcep_path_create:3=-4"
+
+"kelctl help COMMAND" tells more of a command.
+)";
+
+struct help_row {
+    std::string left;
+    std::string right;
+};
+
+// All with one left column, as wide as the widest of them.
+std::string rows_text(const std::vector<help_row> &rows)
+{
+    size_t width = narrowest_left_column;
+    for (const help_row &row : rows)
+        width = std::max(width, row.left.size() + 4);
+    std::string text;
+    for (const help_row &row : rows)
+        text += wrapped(fmt::format("  {:<{}}", row.left, width - 2), row.right);
+    return text;
+}
+
+std::string section(std::string_view heading, const std::vector<help_row> &rows)
+{
+    return rows.empty() ? "" : fmt::format("\n{}:\n{}", heading, rows_text(rows));
+}
+
+std::string with_value(const argument &argument)
+{
+    if (!argument.is_option())
+        return argument.repeated ? argument.name + "..." : argument.name;
+    return argument.is_flag() ? argument.name : fmt::format("{} {}", argument.name, argument.kind.placeholder);
+}
+
+std::string usage_of(const argument &argument)
+{
+    const bool needed = argument.required && argument.otherwise.empty() && !argument.is_flag();
+    return needed ? with_value(argument) : fmt::format("[{}]", with_value(argument));
+}
+
+std::string argument_text(const argument &argument)
+{
+    std::string text = argument.help;
+    if (!argument.kind.allowed.empty())
+        text += fmt::format("; {}", argument.kind.allowed);
+    if (!argument.otherwise.empty())
+        text += fmt::format(" (default {})", argument.otherwise);
+    return text;
+}
+
+void add_arguments(const std::vector<argument> &arguments, bool options, std::vector<help_row> &rows)
+{
+    for (const argument &one : arguments)
+        if (one.is_option() == options)
+            rows.push_back({with_value(one), argument_text(one)});
+}
+
+std::string argument_sections(const command &row)
+{
+    std::vector<help_row> arguments;
+    std::vector<help_row> options;
+    add_arguments(row.arguments, false, arguments);
+    add_arguments(row.arguments, true, options);
+    add_arguments(shared_options(), true, options);
+    return section("Arguments", arguments) + section("Options", options);
+}
+
+std::string function_section(const command &row)
+{
+    std::vector<help_row> functions;
+    for (const variant &one : row.variants)
+        if (!one.function.empty())
+            functions.push_back({std::string(one.word), fmt::format("{}()", one.function)});
+    if (functions.size() > 1)
+        return section("Functions of the library, by --variant", functions);
+    return functions.empty() ? "" : fmt::format("\nFunction of the library:\n  {}\n", functions.front().right);
+}
+
+std::string usage_of(const command &row)
+{
+    std::vector<std::string> parts = {std::string(row.name)};
+    for (const argument &one : row.arguments)
+        parts.push_back(usage_of(one));
+    return wrapped("Usage: ", parts);
+}
+
+// Commands of which `wanted` is true.
+template <typename Predicate> std::vector<help_row> command_rows(place where, Predicate wanted)
+{
+    std::vector<help_row> rows;
+    for (const command &one : commands())
+        if (one.allowed_in(where) && wanted(one))
+            rows.push_back({std::string(one.name), std::string(one.help)});
+    return rows;
+}
+
+std::vector<help_row> group_rows(place where)
+{
+    std::vector<help_row> rows;
+    for (const command_group &group : command_groups())
+        if (!next_words(group.name, where).empty())
+            rows.push_back({fmt::format("{} ...", group.name), std::string(group.help)});
+    return rows;
+}
+
+std::string overview(place where)
+{
+    const auto of_one_word = [](const command &row) { return row.name.find(' ') == std::string_view::npos; };
+    std::vector<help_row> options;
+    add_arguments(shared_options(), true, options);
+    if (where == place::program)
+        options.push_back({"--version", "print the version"});
+    return section("Commands", command_rows(where, of_one_word)) + section("Groups of commands", group_rows(where)) +
+           section("Options of every command", options);
+}
+
+} // namespace
+
+std::string help_of(const command &row)
+{
+    const std::string details = row.details.empty() ? "" : fmt::format("\n{}\n", row.details);
+    const std::string example = row.example.empty() ? "" : "\nExample:\n" + wrapped("  ", row.example);
+    return fmt::format("{}\n\n{}", row.help, usage_of(row)) + argument_sections(row) + details + function_section(row) +
+           example;
+}
+
+std::string help_of_words(std::string_view words, place where)
+{
+    if (words.empty() && where == place::program)
+        return fmt::format("{}\nUsage: kelctl COMMAND ...\n{}{}", about, overview(where), footer);
+    if (words.empty())
+        return overview(where).substr(1) + "\n\"help COMMAND\" tells more of a command or group.\n";
+    const std::string beginning = fmt::format("{} ", words);
+    const auto begins = [&](const command &row) { return row.name.starts_with(beginning); };
+    return section("Commands", command_rows(where, begins)).substr(1);
+}
+
+} // namespace kelctl

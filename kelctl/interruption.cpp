@@ -1,0 +1,89 @@
+// The handlers and what they may touch: flags, and a descriptor that wakes who waits for input.
+#include "kelctl/interruption.h"
+
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <cstdint>
+#include <sys/eventfd.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace kelctl
+{
+namespace
+{
+
+static_assert(std::atomic<bool>::is_always_lock_free);
+std::atomic<bool> interrupt_noted = false;
+std::atomic<bool> termination_noted = false;
+std::atomic<int> wake_up = -1;
+
+struct sigaction before_interrupt;
+struct sigaction before_termination;
+
+void note(int signal)
+{
+    const int error = errno;
+    (signal == SIGINT ? interrupt_noted : termination_noted) = true;
+    const uint64_t one = 1;
+    // There is nothing to do about a failure; the flag is set.
+    [[maybe_unused]] const ssize_t written = write(wake_up, &one, sizeof one);
+    errno = error;
+}
+
+// Handled once: then the signal does what it does by default. Calls that it meets are continued.
+void handle_once(int signal, struct sigaction *before)
+{
+    struct sigaction action = {};
+    action.sa_handler = note;
+    action.sa_flags = static_cast<int>(SA_RESETHAND | SA_RESTART);
+    sigaction(signal, &action, before);
+}
+
+} // namespace
+
+interruption_watch::interruption_watch()
+{
+    wake_up = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+    if (wake_up < 0)
+        throw std::system_error(errno, std::generic_category(), "eventfd");
+    interrupt_noted = false;
+    termination_noted = false;
+    handle_once(SIGINT, &before_interrupt);
+    handle_once(SIGTERM, &before_termination);
+}
+
+interruption_watch::~interruption_watch()
+{
+    sigaction(SIGINT, &before_interrupt, nullptr);
+    sigaction(SIGTERM, &before_termination, nullptr);
+    interrupt_noted = false;
+    termination_noted = false;
+    close(wake_up.exchange(-1));
+}
+
+bool interrupted()
+{
+    return interrupt_noted || termination_noted;
+}
+
+bool terminated()
+{
+    return termination_noted;
+}
+
+void take_interruption()
+{
+    uint64_t count = 0;
+    [[maybe_unused]] const ssize_t got = read(wake_up, &count, sizeof count);
+    handle_once(SIGINT, nullptr);
+    interrupt_noted = false;
+}
+
+int interruption_descriptor()
+{
+    return wake_up;
+}
+
+} // namespace kelctl

@@ -1,0 +1,32 @@
+// Ctrl-C and SIGTERM as something that is asked about between operations, so that none is torn apart.
+//
+// While there is a watch, the first such signal is only noted. A second one ends the process at once: the way out when an
+// operation hangs.
+#pragma once
+
+namespace kelctl
+{
+
+// One at a time, on any thread.
+class interruption_watch
+{
+public:
+    interruption_watch();
+    ~interruption_watch(); // signals mean what they meant before
+    interruption_watch(const interruption_watch &) = delete;
+    interruption_watch &operator=(const interruption_watch &) = delete;
+};
+
+// Whether a signal was noted and not taken. False without a watch.
+bool interrupted();
+
+// The same for SIGTERM alone, which is never taken.
+bool terminated();
+
+// Takes Ctrl-C back: it is as if it had not been, and the next one is the first again.
+void take_interruption();
+
+// Becomes readable when a signal is noted. For poll(); -1 without a watch.
+int interruption_descriptor();
+
+} // namespace kelctl

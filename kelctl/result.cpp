@@ -1,0 +1,23 @@
+// Results that several commands have in common.
+#include "kelctl/result.h"
+
+#include "kelctl/text.h"
+
+#include <fmt/format.h>
+
+#include <utility>
+
+namespace kelctl
+{
+
+result wrong_input(const std::string &file, std::vector<input_error> errors, std::string_view consequence)
+{
+    result wrong;
+    wrong.status = exit_wrong_input;
+    wrong.remark = fmt::format("{}: {} problem{}, {}", without_controls(file), errors.size(),
+                               errors.size() == 1 ? "" : "s", consequence);
+    wrong.errors = std::move(errors);
+    return wrong;
+}
+
+} // namespace kelctl

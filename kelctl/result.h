@@ -1,0 +1,44 @@
+// What a command did: what there is to show, how it went, and what failed. Commands fill it; result_view.h lays it out for
+// people, result_document.h for programs.
+#pragma once
+
+#include "kelctl/exit_status.h"
+#include "kelctl/operation.h"
+#include "kelctl/problem.h"
+
+#include <nlohmann/json.hpp>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kelctl
+{
+
+// Named values in the order of their adding: text, numbers, lists of them, and lists of rows with the same names.
+using fields = nlohmann::ordered_json;
+
+// Something wrong with what was asked for, before anything was done.
+struct input_error {
+    std::string message;
+    std::string file = {}; // empty: the command line
+    position at = whole_file;
+};
+
+struct result {
+    exit_status status = exit_done;
+    fields shown = fields::object();
+    std::optional<std::string> text = {}; // what people are shown instead of the fields
+    std::optional<uint32_t> code = {};    // the library's; none: no function of it was asked
+    std::vector<failure> failures = {};
+    std::vector<input_error> errors = {};
+    bool told = false;       // people were told all of it as it came up
+    std::string remark = {}; // the last line for people, on standard error: "2 problems, nothing was started"
+};
+
+// That a file is not as it has to be: "node.toml: 3 problems, nothing was started".
+result wrong_input(const std::string &file, std::vector<input_error> errors, std::string_view consequence);
+
+} // namespace kelctl

@@ -1,0 +1,24 @@
+// A result as programs read it: one JSON document for each command. Its schema is docs/kelctl-json.md: keep the two
+// together.
+#pragma once
+
+#include "kelctl/result.h"
+#include "kelctl/session.h"
+
+#include <string>
+
+namespace kelctl
+{
+
+fields document_of(const result &done, const invocation &asked, const origin &from, bool tracer_installed);
+
+// Of a line that never became a command.
+fields document_of(const input_error &error);
+
+// The trace record, as --trace prints it where results are JSON.
+std::string json_line(const trace_entry &entry);
+
+// A document as one line with its end. Octets that are not UTF-8 are replaced.
+std::string line_of(const fields &document);
+
+} // namespace kelctl

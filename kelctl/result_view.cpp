@@ -1,0 +1,71 @@
+// The order of what is told, and the place before it.
+#include "kelctl/result_view.h"
+
+#include "kelctl/failure_report.h"
+#include "kelctl/fields_view.h"
+#include "kelctl/result_document.h"
+#include "kelctl/terminal.h"
+#include "kelctl/text.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+namespace kelctl
+{
+namespace
+{
+
+constexpr size_t most_full_reports = 10; // more of them would hide the rest
+
+std::string shown_text(const result &done)
+{
+    if (!done.text)
+        return fields_text(done.shown, painter_for(stdout));
+    return done.text->empty() || done.text->ends_with('\n') ? *done.text : *done.text + "\n";
+}
+
+std::string place_text(const origin &from)
+{
+    return from.file.empty() ? "" : fmt::format("{}:{}: ", without_controls(from.file), from.line);
+}
+
+} // namespace
+
+void show(const result &done, const origin &from, bool tracer_installed)
+{
+    if (done.told)
+        return;
+    write(stdout, shown_text(done));
+    std::string told;
+    for (const input_error &error : done.errors)
+        told += text_of(error) + "\n";
+    for (size_t i = 0; i < std::min(done.failures.size(), most_full_reports); ++i)
+        told += place_text(from) + report_of(done.failures[i], tracer_installed, painter_for(stderr));
+    if (done.failures.size() > most_full_reports)
+        told += fmt::format("{} more operations failed\n", done.failures.size() - most_full_reports);
+    if (!done.remark.empty())
+        told += done.remark + "\n";
+    write(stderr, told);
+}
+
+void show_wrong_line(const input_error &error, bool json)
+{
+    if (json)
+        write(stdout, line_of(document_of(error)));
+    else
+        write(stderr, text_of(error) + "\n");
+}
+
+std::string text_of(const input_error &error)
+{
+    const std::string file = without_controls(error.file.empty() ? "kelctl" : error.file);
+    const auto [line, column] = error.at;
+    if (line == 0)
+        return fmt::format("{}: {}", file, error.message);
+    if (column == 0)
+        return fmt::format("{}:{}: {}", file, line, error.message);
+    return fmt::format("{}:{}:{}: {}", file, line, column, error.message);
+}
+
+} // namespace kelctl

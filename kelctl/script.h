@@ -1,0 +1,30 @@
+// Scripts: commands line by line, checked as a whole before the first one is carried out.
+#pragma once
+
+#include "kelctl/command.h"
+#include "kelctl/problem.h"
+#include "kelctl/result.h"
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+namespace kelctl
+{
+
+struct script_line {
+    uint32_t number; // from 1
+    invocation asked;
+};
+
+struct script {
+    std::vector<script_line> lines; // without empty ones and comments
+    problem_list problems;          // of all lines that are none of the above
+};
+
+script parse_script(std::string_view text);
+
+// The handler of `run`.
+result run_script(const invocation &asked, session &session);
+
+} // namespace kelctl

@@ -1,0 +1,141 @@
+// The table of commands: complete, without contradictions, and with an example in every row that its own grammar takes.
+#include "kelctl/command_line.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cctype>
+#include <cstdio>
+#include <memory>
+#include <set>
+#include <sstream>
+
+namespace kelctl
+{
+namespace
+{
+
+using testing::AllOf;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+
+place first_place(const command &row)
+{
+    return row.places.front();
+}
+
+// What the built library exports, as its symbol table tells.
+std::set<std::string> exported_functions()
+{
+    const std::unique_ptr<std::FILE, int (*)(std::FILE *)> list(popen("nm -D --defined-only " KEL_LIBRARY, "r"),
+                                                                pclose);
+    std::set<std::string> names;
+    std::array<char, 256> line;
+    while (list && std::fgets(line.data(), line.size(), list.get())) {
+        std::istringstream columns(line.data());
+        std::string address;
+        std::string type;
+        std::string name;
+        columns >> address >> type >> name;
+        if (type == "T")
+            names.insert(name.substr(0, name.find('@')));
+    }
+    return names;
+}
+
+TEST(Commands, CallEveryExportedFunctionAndNoOther)
+{
+    std::multiset<std::string> called;
+    for (const command &row : commands())
+        for (const variant &one : row.variants)
+            called.emplace(one.function);
+    called.erase(""); // what kelctl does by itself
+    const std::set<std::string> exported = exported_functions();
+    EXPECT_EQ(exported.size(), 45u);
+    EXPECT_EQ(called, std::multiset<std::string>(exported.begin(), exported.end()));
+}
+
+TEST(Commands, HaveNamesOfTheirOwnInSmallLetters)
+{
+    std::set<std::string_view> names;
+    for (const command &row : commands()) {
+        EXPECT_TRUE(names.insert(row.name).second) << row.name;
+        for (const char c : row.name)
+            EXPECT_TRUE(std::islower(static_cast<unsigned char>(c)) || c == ' ' || c == '-') << row.name;
+    }
+}
+
+TEST(Commands, NoneBeginsWithTheWordsOfAnother)
+{
+    for (const command &row : commands())
+        for (const place where : row.places)
+            EXPECT_THAT(next_words(row.name, where), IsEmpty()) << row.name;
+}
+
+TEST(Commands, CanAllBeCarriedOutAndHaveHelpAndAnExample)
+{
+    for (const command &row : commands()) {
+        ASSERT_FALSE(row.variants.empty()) << row.name;
+        for (const variant &one : row.variants)
+            EXPECT_NE(one.run, nullptr) << row.name;
+        EXPECT_FALSE(row.help.empty()) << row.name;
+        EXPECT_FALSE(row.places.empty()) << row.name;
+        EXPECT_TRUE(row.example.starts_with(row.name)) << row.name;
+    }
+}
+
+TEST(Commands, ExamplesAreParsedToTheirOwnRows)
+{
+    for (const command &row : commands())
+        EXPECT_EQ(parse(words_of(row.example), first_place(row)).row, &row) << row.example;
+}
+
+TEST(Commands, ArgumentsFitTogether)
+{
+    for (const command &row : commands()) {
+        std::set<std::string> names;
+        for (const argument &one : row.arguments) {
+            EXPECT_TRUE(names.insert(one.name).second) << row.name << ": " << one.name;
+            EXPECT_FALSE(one.help.empty()) << row.name << ": " << one.name;
+            EXPECT_TRUE(one.is_option() || !one.is_flag()) << row.name << ": " << one.name;
+            EXPECT_TRUE(one.needs.empty() || row.find_argument(one.needs)) << row.name << ": " << one.name;
+            EXPECT_TRUE(!one.repeated || &one == &row.arguments.back()) << row.name << ": " << one.name;
+            if (!one.otherwise.empty()) {
+                EXPECT_NO_THROW(one.kind.read(one.otherwise)) << row.name << ": " << one.name;
+            }
+        }
+    }
+}
+
+TEST(Commands, GroupsAreFirstWordsOfSeveral)
+{
+    for (const command_group &group : command_groups())
+        EXPECT_FALSE(next_words(group.name, place::script).empty()) << group.name;
+    std::set<std::string_view> named;
+    for (const command_group &group : command_groups())
+        named.insert(group.name);
+    for (const command &row : commands()) {
+        const size_t blank = row.name.find(' ');
+        EXPECT_TRUE(blank == std::string_view::npos || named.contains(row.name.substr(0, blank))) << row.name;
+    }
+}
+
+TEST(Commands, NextWordsFollowTheTable)
+{
+    EXPECT_THAT(next_words("ebcom path", place::shell), ElementsAre("add", "remove"));
+    EXPECT_THAT(next_words("group member", place::program), ElementsAre("add", "remove"));
+    EXPECT_THAT(next_words("nothing", place::program), IsEmpty());
+    EXPECT_THAT(next_words("ebco", place::program), IsEmpty());
+}
+
+TEST(Commands, PlacesAreKeptApart)
+{
+    EXPECT_THAT(next_words("", place::program), AllOf(Contains("up"), Not(Contains("exit"))));
+    EXPECT_THAT(next_words("", place::script), AllOf(Contains("exit"), Not(Contains("up"))));
+}
+
+} // namespace
+} // namespace kelctl

@@ -1,0 +1,155 @@
+// `kelctl run`: scripts from files and from standard input.
+#include "program.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace
+{
+
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+program_outcome run_text(const std::string &script, const std::vector<std::string> &options = {})
+{
+    std::vector<std::string> arguments = {"run", "-"};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    return run_kelctl({.arguments = arguments, .in = script});
+}
+
+program_outcome run_file(const std::string &script)
+{
+    const file_in_folder file("setup.kel", script);
+    return run_kelctl({.arguments = {"run", "setup.kel"}, .environment = {}, .folder = file.folder()});
+}
+
+const std::string started = "ebcom params set --mtu 1500 --ether-type 0x88b5 --settings 1,2\n"
+                            "ebcom interface create\n"
+                            "ebcom start\n";
+
+TEST(Run, CommandsOfAScriptShareOneNode)
+{
+    const auto outcome = run_text(started + "\n  # two paths on one port\n"
+                                            "ebcom path add 02:00:00:02:00:01 --port RLU1P\n"
+                                            "ebcom path add '02-00-00-02-00-02' --port 6   # the same port\n"
+                                            "ebcom path remove 02:00:00:02:00:01 --port rlu1p\n"
+                                            "ebcom queue handle 02:00:00:02:00:02\n");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_THAT(outcome.out, testing::MatchesRegex("vsi  258\nhandle  0x[0-9a-f]+\n"));
+}
+
+TEST(Run, StopsAtTheFirstLineThatFails)
+{
+    const auto outcome = run_file("pcep start\npcep remove 7\ntrace message never\n");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_THAT(outcome.err, StartsWith("setup.kel:2: failed: kel_core_ic_pcep_rem(pcep_id=7)\n  code 4: "));
+    EXPECT_THAT(outcome.err, testing::EndsWith("\nsetup.kel: stopped, 2 of 3 commands were run\n"));
+}
+
+TEST(Run, LastLineThatFailsStopsNothing)
+{
+    EXPECT_THAT(run_file("pcep start\npcep remove 7\n").err, Not(HasSubstr("stopped")));
+}
+
+TEST(Run, KeepGoingRunsTheRestAndStillTells)
+{
+    const auto outcome = run_text("pcep start\npcep remove 7\ntrace message still\n", {"--keep-going"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.out, "still\n");
+    EXPECT_THAT(outcome.err, StartsWith("-:2: failed: "));
+    EXPECT_THAT(outcome.err, Not(HasSubstr("stopped")));
+}
+
+TEST(Run, NothingIsRunWhenAnyLineIsWrong)
+{
+    const auto outcome = run_file("trace message first\n"
+                                  "ebcom pth add\n"
+                                  "group add 512\n"
+                                  "trace message 'open\n"
+                                  "pcep add 7\n");
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_EQ(outcome.err, "setup.kel:2:7: there is no command \"ebcom pth\"; did you mean \"ebcom path\"?\n"
+                           "setup.kel:3:11: GROUP: 512 is not in 1 to 511\n"
+                           "setup.kel:4:15: the quotation mark is not closed\n"
+                           "setup.kel:5:11: --remote-id is required\n"
+                           "setup.kel: 4 problems, nothing was run\n");
+}
+
+TEST(Run, CommandThatFindsItsFileWrongStopsWithStatus2)
+{
+    const auto outcome = run_file("check /nowhere/node.toml\ntrace message never\n");
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_THAT(outcome.err, StartsWith("/nowhere/node.toml: cannot be read: No such file or directory\n"));
+}
+
+TEST(Run, ExitLeavesTheRest)
+{
+    const auto outcome = run_text("trace message first\nexit\ntrace message never\n");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.out, "first\n");
+    EXPECT_EQ(outcome.err, "");
+}
+
+TEST(Run, EmptyScriptDoesNothing)
+{
+    for (const char *script : {"", "\n\n", "# nothing"}) {
+        const auto outcome = run_text(script);
+        EXPECT_EQ(outcome.status, 0);
+        EXPECT_EQ(outcome.out + outcome.err, "");
+    }
+}
+
+TEST(Run, UnreadableScriptIsToldWithoutAPlace)
+{
+    const auto outcome = run_kelctl({.arguments = {"run", "/nowhere/a\nb.kel"}});
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.err, "/nowhere/a?b.kel: cannot be read: No such file or directory\n"
+                           "/nowhere/a?b.kel: 1 problem, nothing was run\n");
+}
+
+TEST(Run, JsonIsALineForEachCommandAndOneForTheScript)
+{
+    const auto outcome = run_text("pcep locate 02:00:00:02:00:01\npcep start\npcep remove 7\n", {"--json"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_THAT(outcome.out,
+                StartsWith(R"({"command":"pcep locate","arguments":{"mac":"02:00:00:02:00:01"},"file":"-","line":1,)"
+                           R"("ok":true,"code":0,"text":"success",)"
+                           R"("result":{"location":"OB","location_code":2,"type":2}})"
+                           "\n"
+                           R"({"command":"pcep start",)"));
+    EXPECT_THAT(outcome.out, HasSubstr(R"(,"line":3,"ok":false,"code":4,)"));
+    EXPECT_THAT(outcome.out, testing::EndsWith(R"({"command":"run","arguments":{"script":"-"},"ok":false,)"
+                                               R"("code":null,"text":null,)"
+                                               R"("result":{"commands":3,"run":3,"failed":1}})"
+                                               "\n"));
+}
+
+TEST(Run, JsonHasTheErrorsInsideTheDocument)
+{
+    const auto outcome = run_text("pcep start\ngroup add 512\nebcom\n", {"--json"});
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.out,
+              R"({"command":"run","arguments":{"script":"-"},"ok":false,"code":null,"text":null,"result":{},)"
+              R"("error":{"message":"GROUP: 512 is not in 1 to 511","file":"-","line":2,"column":11},)"
+              R"("further_errors":[{"message":"\"ebcom\" is followed by one of these: params, capabilities, )"
+              R"(interface, start, stop, timestamp, qos, path, shaper, queue, scheduler, port, stats, burst",)"
+              R"("file":"-","line":3,"column":6}]})"
+              "\n");
+}
+
+TEST(Run, SingleLineMayAskForJson)
+{
+    const auto outcome = run_text("trace message a\ntrace message b --json\ntrace message c\n");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(outcome.out, StartsWith("a\n{\"command\":\"trace message\","));
+    EXPECT_THAT(outcome.out, testing::EndsWith("}\nc\n"));
+}
+
+} // namespace
