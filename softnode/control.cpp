@@ -1,5 +1,6 @@
 /*
- * control.cpp - the control interface of the software accelerator, over the process-wide node.
+ * control.cpp - the control interface of the software accelerator, over the process-wide node: the timing unit, looking
+ * in, switching off and on. Making it fail is in control_faults.cpp.
  */
 #include "softnode/softnode.h"
 
@@ -11,19 +12,6 @@
 #include <string>
 
 using namespace softnode;
-
-char *softnode_faults_add(const char *rules)
-{
-    if (!rules)
-        return strdup("no rules: the pointer is null");
-    const std::string problem = with_node([&](Node &node) { return node.faults.add(rules); });
-    return problem.empty() ? nullptr : strdup(problem.c_str());
-}
-
-void softnode_faults_clear()
-{
-    with_node([](Node &node) { node.faults.clear(); });
-}
 
 void softnode_timing_reading_set(int64_t cycles, uint32_t frequency)
 {
@@ -57,4 +45,5 @@ void softnode_reset()
 {
     with_node([](Node &node) { node.reset(); });
     instance().event_posted.notify_all();
+    instance().released.notify_all();
 }

@@ -1,5 +1,5 @@
 /*
- * fault_book.h - how often each closed function was called, and which calls are to fail.
+ * fault_book.h - how often each closed function was called, and what fault rules make of its calls.
  */
 #ifndef SOFTNODE_FAULT_BOOK_H
 #define SOFTNODE_FAULT_BOOK_H
@@ -10,7 +10,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -27,15 +26,13 @@ public:
         std::uint64_t hits = 0;
     };
 
-    /**
-     * Adds rules, separated by semicolons; an empty one is skipped. Answers what is wrong with the first bad one, and
-     * then adds none; empty when all are good.
-     */
+    /* Both add the rules of a text, or none, and answer what is wrong with the first bad one; see fault_text.h. */
     std::string add(std::string_view rules);
+    std::string add_file(const std::string &file);
     void clear();
 
-    /** Counts a call. When rules make it fail, answers the result of the one that was added first. */
-    std::optional<std::int64_t> enter(std::size_t function);
+    /** Counts a call. Of the rules that it meets, the one added first tells what becomes of it. */
+    FaultEffects enter(std::size_t function);
 
     const std::array<std::uint64_t, closed_functions.size()> &calls() const;
     const std::vector<Entry> &entries() const;
@@ -43,8 +40,11 @@ public:
     void reset();
 
 private:
+    void add(std::vector<FaultRule> rules);
+
     std::array<std::uint64_t, closed_functions.size()> calls_{};
     std::vector<Entry> entries_;
+    std::array<std::vector<std::size_t>, closed_functions.size()> entries_of_; /* by function: places in entries_ */
 };
 
 } // namespace softnode

@@ -3,6 +3,8 @@
  */
 #include "softnode/instance.h"
 
+#include "softnode/timing_user.h"
+
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -18,12 +20,18 @@ namespace
 constexpr const char *faults_variable = "KEL_SOFTNODE_FAULTS";
 constexpr int unreadable_faults_status = 2;
 
+/* "@FILE" or the rules themselves. */
+std::string add_faults(FaultBook &faults, const std::string &given)
+{
+    return given.starts_with('@') ? faults.add_file(given.substr(1)) : faults.add(given);
+}
+
 void take_faults_from_environment(FaultBook &faults)
 {
-    const char *rules = std::getenv(faults_variable);
-    if (!rules)
+    const char *given = std::getenv(faults_variable);
+    if (!given)
         return;
-    const std::string problem = faults.add(rules);
+    const std::string problem = add_faults(faults, given);
     if (problem.empty())
         return;
     std::fprintf(stderr, "libkel-softnode: %s: %s\n", faults_variable, problem.c_str());
@@ -37,12 +45,33 @@ Instance *switch_on()
     return fresh.release();
 }
 
+/* Lets go of the node until the call may go on. False when the node was switched off meanwhile. */
+bool wait_for_release(std::size_t function)
+{
+    Instance &here = instance();
+    TimingUnit &timing = here.node.timing;
+    const Handle system = here.node.attachment.system(); /* another one after every reset */
+    const User user = this_thread();
+    timing.hold(user, function);
+    here.user_moved.notify_all();
+    here.released.wait(here.mutex, [&] { return !timing.holds(user); });
+    return here.node.attachment.system() == system;
+}
+
 } // namespace
 
 Instance &instance()
 {
     static Instance *const here = switch_on();
     return *here;
+}
+
+std::optional<std::int64_t> arrive_at(std::size_t function)
+{
+    const FaultEffects effects = instance().node.enter(function);
+    if (effects.block && !wait_for_release(function))
+        return driver_kit_code(Refusal::shut_down);
+    return effects.result;
 }
 
 } // namespace softnode

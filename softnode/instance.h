@@ -9,7 +9,10 @@
 #include "softnode/node.h"
 
 #include <condition_variable>
+#include <cstddef>
+#include <cstdint>
 #include <mutex>
+#include <optional>
 #include <string_view>
 
 namespace softnode
@@ -19,7 +22,8 @@ namespace softnode
 struct Instance {
     std::mutex mutex;
     std::condition_variable_any event_posted; /* or the node was switched off */
-    std::condition_variable_any user_moved;   /* a timing-unit user began to wait, or ended */
+    std::condition_variable_any user_moved;   /* a timing-unit user began to wait, was blocked, or ended */
+    std::condition_variable_any released;     /* blocked calls may go on, or the node was switched off */
     Node node;
 };
 
@@ -38,13 +42,19 @@ template <class Work> auto with_node(Work work)
 }
 
 /**
- * The way into a closed function that returns a code: alone, counted, and made to fail when a rule says so. Otherwise
- * `work` does what the function is for and yields its code.
+ * What happens to every call of a closed function first, under the lock: it is counted, takes the time and waits for
+ * the release that a fault rule says. Answers what the call returns instead of doing its work, if it does.
+ */
+std::optional<std::int64_t> arrive_at(std::size_t function);
+
+/**
+ * The way into a closed function that returns a code: alone, counted, and slowed, blocked or made to fail when a rule
+ * says so. Otherwise `work` does what the function is for and yields its code.
  */
 template <class Code, class Work> Code enter(std::string_view function, Work work)
 {
     return with_node([&](Node &node) -> Code {
-        if (const auto result = node.faults.enter(closed_function(function).value()))
+        if (const auto result = arrive_at(closed_function(function).value()))
             return static_cast<Code>(*result);
         return work(node);
     });

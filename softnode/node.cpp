@@ -6,8 +6,23 @@
 #include "softnode/records.h"
 #include "softnode/statistics.h"
 
+#include <algorithm>
+#include <limits>
+
 namespace softnode
 {
+
+void Node::advance(std::uint64_t nanoseconds)
+{
+    time += std::min(nanoseconds, std::numeric_limits<std::uint64_t>::max() - time);
+}
+
+FaultEffects Node::enter(std::size_t function)
+{
+    const FaultEffects effects = faults.enter(function);
+    advance(effects.latency);
+    return effects;
+}
 
 Refusal Node::create_path(const ork_ebcom_pcep_path &path)
 {
@@ -71,6 +86,7 @@ void Node::reset()
     timing.reset();
     restarts.clear();
     faults.reset();
+    time = 0;
 }
 
 Refusal Node::check_binding(const ork_bind_params &params) const

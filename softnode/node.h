@@ -36,6 +36,13 @@ struct Node {
     TimingUnit timing;
     std::vector<RestartRequest> restarts;
     FaultBook faults;
+    std::uint64_t time = 0; /* virtual, nanoseconds since the node was switched on */
+
+    /** Lets virtual time pass. It ends at its highest value. */
+    void advance(std::uint64_t nanoseconds);
+
+    /** Counts a call of a closed function, and lets the time pass that a rule says it takes. */
+    FaultEffects enter(std::size_t function);
 
     /** Lays a path; its queue has to be there. */
     Refusal create_path(const ork_ebcom_pcep_path &path);

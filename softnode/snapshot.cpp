@@ -152,6 +152,8 @@ const char *name_of(ConnectionState state)
         return "working";
     case ConnectionState::waiting:
         return "waiting";
+    case ConnectionState::blocked:
+        return "blocked";
     case ConnectionState::ended:
         return "ended";
     }
@@ -167,9 +169,13 @@ Json timing_unit(const TimingUnit &timing)
                                {"state", name_of(timing.state(handle))},
                                {"events_left", connection.events.size()},
                                {"events_outstanding", connection.outstanding.size()}});
+    Json blocked = Json::array();
+    for (const auto &[user, function] : timing.held())
+        blocked.push_back(closed_functions[function]);
     const vorn_tu_nputimeoffset &reading = timing.reading();
     return {{"reading", {{"cycles", reading.cycles}, {"frequency", reading.frequency}}},
-            {"connections", std::move(connections)}};
+            {"connections", std::move(connections)},
+            {"blocked", std::move(blocked)}};
 }
 
 Json restarts(const std::vector<RestartRequest> &requests)
@@ -197,6 +203,12 @@ Json faults(const FaultBook &book)
     return list;
 }
 
+/* The reason of a restart is a caller's text and need not be UTF-8. */
+std::string written(const Json &document)
+{
+    return document.dump(2, ' ', false, Json::error_handler_t::replace);
+}
+
 } // namespace
 
 std::string snapshot(const Node &node)
@@ -215,8 +227,12 @@ std::string snapshot(const Node &node)
                         {"restarts", restarts(node.restarts)},
                         {"calls", calls(node.faults)},
                         {"faults", faults(node.faults)}};
-    /* A restart reason is a caller's text and need not be UTF-8. */
-    return document.dump(2, ' ', false, Json::error_handler_t::replace);
+    return written(document);
+}
+
+std::string fault_list(const FaultBook &book)
+{
+    return written(faults(book));
 }
 
 } // namespace softnode

@@ -42,14 +42,17 @@
  *         reading            cycles, frequency
  *         connections        in the order of opening
  *             handle, subscribed
- *             state              "working", "waiting" (with no event left), "ended" (its thread has)
+ *             state              "working", "waiting" (with no event left), "blocked" (by a fault rule), "ended" (its
+ *                                thread has)
  *             events_left        posted, not taken yet
  *             events_outstanding taken, not handed back yet
+ *         blocked            calls that a fault rule blocks at this moment, in the order of their threads' first calls: the
+ *                            function of each
  *     restarts           requests for a restart of the node: line, file, reason
  *     calls              per closed function that returns a code and was called: how often
  *     faults             fault rules in the order they were added
  *         rule               as written
- *         hits               how many calls it made fail
+ *         hits               how many calls met it
  */
 #ifndef SOFTNODE_SNAPSHOT_H
 #define SOFTNODE_SNAPSHOT_H
@@ -62,6 +65,9 @@ namespace softnode
 {
 
 std::string snapshot(const Node &node);
+
+/** The part `faults` alone. */
+std::string fault_list(const FaultBook &book);
 
 } // namespace softnode
 

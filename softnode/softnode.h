@@ -79,20 +79,31 @@ uint64_t softnode_time(void);
  *     "ork_bind:1=latency:2ms,-4"                the first call takes 2 milliseconds and then returns -4
  *     "vorn_tu_get_nputimeoffset:2=block"        the second call blocks until softnode_faults_release()
  *
- * `function` is any closed function that returns a code, `call` counts that function's calls from 1 as of the moment
- * the rule was added. A result is a decimal number that fits 32 bits; a latency has the unit ns, us, ms or s; only
- * functions of the timing unit can block. A call that a rule makes return something changes nothing in the node, but for
- * the time it took. Of the rules that one call meets, the one added first counts.
+ * `function` is any closed function that returns a code; `call` counts its calls from 1, as of the moment the rule was
+ * added. A rule has one result, one latency and one block at most. A call that meets it takes the latency, then blocks,
+ * then returns the result, and has changed nothing in the node but the time; without a result it does its work as ever.
+ * Of the rules that one call meets, the one added first counts, and it alone.
+ *
+ *     result     decimal, fits 32 bits; 0 makes a call that claims success and did nothing
+ *     latency    1 to 4294967295, with the unit ns, us, ms or s
+ *     block      for functions of the timing unit (vorn_tu_...). The call waits until it is released, and lets go of the
+ *                node meanwhile. softnode_timing_settle() takes its thread for one at rest.
  *
  * The environment variable KEL_SOFTNODE_FAULTS holds rules for a process that does not know this header, or "@FILE", a
  * file with rules. When they cannot be read, the first closed call says so on standard error and ends the process with
  * status 2.
  *
- * @return null, or what is wrong with the rules, with the known names when a function is not known; then none was added
+ * @return null, or what is wrong with the first bad rule; then none was added. For a function that is not known this
+ *         names those that are, and the one that was probably meant.
  */
 char *softnode_faults_add(const char *rules);
 
-/** Adds the rules of a file. @return null, or what is wrong, as FILE:LINE:COLUMN: message; then none was added */
+/**
+ * Adds the rules of a file.
+ *
+ * @return null, or what is wrong, as FILE:LINE:COLUMN: message, without position for a file that cannot be read; then
+ *         none was added
+ */
 char *softnode_faults_add_file(const char *file);
 
 /** The rules in the order of adding, as a JSON array: `rule` as written, `hits` how many calls met it. */
@@ -101,7 +112,11 @@ char *softnode_faults_json(void);
 /** Forgets every fault rule, and lets blocked calls go on. */
 void softnode_faults_clear(void);
 
-/** Lets the calls go on that a rule blocks at this moment. @return how many these are */
+/**
+ * Lets the calls go on that a rule blocks at this moment; later ones block as before.
+ *
+ * @return how many were released
+ */
 uint32_t softnode_faults_release(void);
 
 /* ---- Trying every fault ---- */

@@ -106,14 +106,36 @@ void TimingUnit::set_reading(const vorn_tu_nputimeoffset &reading)
     reading_ = reading;
 }
 
+void TimingUnit::hold(User user, std::size_t function)
+{
+    arrive(user);
+    held_[user] = function;
+}
+
+bool TimingUnit::holds(User user) const
+{
+    return held_.contains(user);
+}
+
+std::size_t TimingUnit::let_go()
+{
+    const std::size_t count = held_.size();
+    held_.clear();
+    return count;
+}
+
 bool TimingUnit::settled() const
 {
-    const auto waits = [](const auto &entry) { return entry.second != Handle::null; };
-    const auto has_none_left = [this](const auto &entry) {
-        return entry.second.events.empty() || !waits_on_.contains(entry.second.user);
+    return anybody_arrived_ && users_at_rest() == waits_on_.size();
+}
+
+std::size_t TimingUnit::users_at_rest() const
+{
+    const auto rests = [this](const auto &entry) {
+        const auto [user, waits_on] = entry;
+        return holds(user) || (waits_on != Handle::null && took_all_events(user));
     };
-    return anybody_arrived_ && std::all_of(waits_on_.begin(), waits_on_.end(), waits) &&
-           std::all_of(connections_.begin(), connections_.end(), has_none_left);
+    return static_cast<std::size_t>(std::count_if(waits_on_.begin(), waits_on_.end(), rests));
 }
 
 const vorn_tu_nputimeoffset &TimingUnit::reading() const
@@ -131,8 +153,15 @@ ConnectionState TimingUnit::state(Handle connection) const
     const auto user = waits_on_.find(connections_.at(connection).user);
     if (user == waits_on_.end())
         return ConnectionState::ended;
+    if (holds(user->first))
+        return ConnectionState::blocked;
     const bool waits = user->second == connection && connections_.at(connection).events.empty();
     return waits ? ConnectionState::waiting : ConnectionState::working;
+}
+
+const std::map<User, std::size_t> &TimingUnit::held() const
+{
+    return held_;
 }
 
 void TimingUnit::reset()
@@ -141,6 +170,13 @@ void TimingUnit::reset()
     connections_.clear();
     anybody_arrived_ = false;
     waits_on_.clear();
+    held_.clear();
+}
+
+bool TimingUnit::took_all_events(User user) const
+{
+    return std::all_of(connections_.begin(), connections_.end(),
+                       [user](const auto &entry) { return entry.second.user != user || entry.second.events.empty(); });
 }
 
 } // namespace softnode

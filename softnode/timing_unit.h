@@ -49,13 +49,14 @@ struct Connection {
 enum class ConnectionState {
     working, /* its user is alive and elsewhere */
     waiting, /* its user waits on it, with no event left */
+    blocked, /* a fault rule blocks its user */
     ended    /* its user has ended */
 };
 
 class TimingUnit
 {
 public:
-    /* A user is waited for, by settled(), from arriving until leaving. Arriving twice does no harm. */
+    /* A user is waited for, by settled(), from arriving until leaving. Arriving twice changes nothing. */
     void arrive(User user);
     void leave(User user);
 
@@ -74,21 +75,36 @@ public:
     Refusal read(Handle connection, vorn_tu_nputimeoffset &reading) const;
     void set_reading(const vorn_tu_nputimeoffset &reading);
 
-    /** Whether somebody has arrived, everybody who has not left waits, and no event is left for them. */
+    /* A user that a fault rule blocks is held, in a call of a closed function, until everybody is let go. */
+    void hold(User user, std::size_t function);
+    bool holds(User user) const;
+    /** Answers how many were held. */
+    std::size_t let_go();
+
+    /** Whether somebody has arrived, and everybody who has not left is at rest. */
     bool settled() const;
+
+    /** How many users wait with no event left for them, or are held. */
+    std::size_t users_at_rest() const;
 
     const vorn_tu_nputimeoffset &reading() const;
     const Registry<Connection> &connections() const;
     ConnectionState state(Handle connection) const;
 
+    /** Whom fault rules block: the function of the call, by user. */
+    const std::map<User, std::size_t> &held() const;
+
     void reset();
 
 private:
+    bool took_all_events(User user) const;
+
     vorn_tu_nputimeoffset reading_{facts::first_cycles, facts::first_frequency};
     Registry<Connection> connections_{Kind::timing_connection};
     EventRecords records_;
     bool anybody_arrived_ = false;
     std::map<User, Handle> waits_on_; /* everybody who has not left; null: does not wait */
+    std::map<User, std::size_t> held_;
 };
 
 } // namespace softnode

@@ -1,45 +1,14 @@
 /*
- * vorn_tu.cpp - the timing-unit client, over the process-wide node: waiting, and who waits.
+ * vorn_tu.cpp - the timing-unit client, over the process-wide node.
  */
 #include "softnode/instance.h"
 #include "softnode/platform.h"
-
-#include <atomic>
+#include "softnode/timing_user.h"
 
 using namespace softnode;
 
 namespace
 {
-
-/**
- * The calling thread as a user of the timing unit. There is no call that closes a connection, so the end of the thread
- * is what tells that nobody is coming back to it.
- */
-class ThreadAsUser
-{
-public:
-    ThreadAsUser() = default;
-
-    ~ThreadAsUser()
-    {
-        with_node([this](Node &node) { node.timing.leave(user); });
-        instance().user_moved.notify_all();
-    }
-
-    ThreadAsUser(const ThreadAsUser &) = delete;
-    ThreadAsUser &operator=(const ThreadAsUser &) = delete;
-
-    const User user = ++last_user;
-
-private:
-    static inline std::atomic<User> last_user = 0;
-};
-
-User this_thread()
-{
-    thread_local const ThreadAsUser self;
-    return self.user;
-}
 
 template <class Work> int32_t timing_call(const char *function, Work work)
 {

@@ -33,6 +33,16 @@ std::string add_faults(const char *rules)
     return taken(softnode_faults_add(rules));
 }
 
+std::string add_fault_file(const char *file)
+{
+    return taken(softnode_faults_add_file(file));
+}
+
+nlohmann::json fault_rules()
+{
+    return json_of(taken(softnode_faults_json()));
+}
+
 ControlledNode::ControlledNode()
 {
     switch_on_afresh();

@@ -22,6 +22,10 @@ nlohmann::json look_into_node();
 
 /* What is wrong with the rules; empty when they were added. */
 std::string add_faults(const char *rules);
+std::string add_fault_file(const char *file);
+
+/* The rules, and how many calls met each. */
+nlohmann::json fault_rules();
 
 class ControlledNode : public testing::Test
 {

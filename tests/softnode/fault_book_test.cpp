@@ -18,9 +18,9 @@ const std::size_t wait_event = *closed_function("vorn_tu_wait_event");
 TEST(FaultBook, CountsCallsPerFunction)
 {
     FaultBook book;
-    EXPECT_FALSE(book.enter(attach));
-    EXPECT_FALSE(book.enter(attach));
-    EXPECT_FALSE(book.enter(wait_event));
+    EXPECT_FALSE(book.enter(attach).result);
+    EXPECT_FALSE(book.enter(attach).result);
+    EXPECT_FALSE(book.enter(wait_event).result);
     EXPECT_EQ(book.calls()[attach], 2U);
     EXPECT_EQ(book.calls()[wait_event], 1U);
 }
@@ -29,7 +29,7 @@ TEST(FaultBook, ACallThatFailsIsCountedToo)
 {
     FaultBook book;
     ASSERT_EQ(book.add("kel_init_attach=10"), "");
-    EXPECT_EQ(book.enter(attach), 10);
+    EXPECT_EQ(book.enter(attach).result, 10);
     EXPECT_EQ(book.calls()[attach], 1U);
     EXPECT_EQ(book.entries().front().hits, 1U);
 }
@@ -38,7 +38,7 @@ TEST(FaultBook, ARuleFailsItsFunctionOnly)
 {
     FaultBook book;
     ASSERT_EQ(book.add("kel_init_attach=10"), "");
-    EXPECT_FALSE(book.enter(wait_event));
+    EXPECT_FALSE(book.enter(wait_event).result);
 }
 
 TEST(FaultBook, ARuleCountsFromWhenItWasAdded)
@@ -47,9 +47,9 @@ TEST(FaultBook, ARuleCountsFromWhenItWasAdded)
     book.enter(attach);
     book.enter(attach);
     ASSERT_EQ(book.add("kel_init_attach:2=10"), "");
-    EXPECT_FALSE(book.enter(attach));
-    EXPECT_EQ(book.enter(attach), 10);
-    EXPECT_FALSE(book.enter(attach));
+    EXPECT_FALSE(book.enter(attach).result);
+    EXPECT_EQ(book.enter(attach).result, 10);
+    EXPECT_FALSE(book.enter(attach).result);
     EXPECT_EQ(book.entries().front().hits, 1U);
 }
 
@@ -57,37 +57,56 @@ TEST(FaultBook, OfSeveralRulesTheOneAddedFirstDecides)
 {
     FaultBook book;
     ASSERT_EQ(book.add("kel_init_attach:2=10;kel_init_attach=3"), "");
-    EXPECT_EQ(book.enter(attach), 3);
-    EXPECT_EQ(book.enter(attach), 10);
-    EXPECT_EQ(book.enter(attach), 3);
+    EXPECT_EQ(book.enter(attach).result, 3);
+    EXPECT_EQ(book.enter(attach).result, 10);
+    EXPECT_EQ(book.enter(attach).result, 3);
     EXPECT_EQ(book.entries()[0].hits, 1U);
     EXPECT_EQ(book.entries()[1].hits, 2U);
 }
 
-TEST(FaultBook, RulesComeSeparatedBySemicolons)
+TEST(FaultBook, ACallMeetsARuleWithAllItsEffects)
 {
     FaultBook book;
-    ASSERT_EQ(book.add(" kel_init_attach:1=10 ;\n\tvorn_tu_wait_event=-5; ;"), "");
-    ASSERT_EQ(book.entries().size(), 2U);
-    EXPECT_EQ(book.entries()[0].rule.text, "kel_init_attach:1=10");
-    EXPECT_EQ(book.entries()[1].rule.text, "vorn_tu_wait_event=-5");
+    ASSERT_EQ(book.add("vorn_tu_wait_event:1=latency:3us,block,-5"), "");
+    const FaultEffects effects = book.enter(wait_event);
+    EXPECT_EQ(effects.latency, 3'000U);
+    EXPECT_TRUE(effects.block);
+    EXPECT_EQ(effects.result, -5);
 }
 
-TEST(FaultBook, AnEmptyTextHoldsNoRules)
+TEST(FaultBook, ARuleWithoutResultHidesTheOnesAddedLater)
 {
     FaultBook book;
-    EXPECT_EQ(book.add(""), "");
-    EXPECT_EQ(book.add(" ; "), "");
-    EXPECT_TRUE(book.entries().empty());
+    ASSERT_EQ(book.add("kel_init_attach=latency:3us"), "");
+    ASSERT_EQ(book.add("kel_init_attach=10"), "");
+    EXPECT_FALSE(book.enter(attach).result);
+    EXPECT_EQ(book.entries()[1].hits, 0U);
 }
 
 TEST(FaultBook, OneBadRuleAmongGoodOnesAddsNone)
 {
     FaultBook book;
     EXPECT_EQ(book.add("kel_init_attach=10;kel_init_attach;vorn_tu_wait_event=-5"),
-              "\"kel_init_attach\": no result; a rule is function[:call[*times]]=result");
+              "\"kel_init_attach\": no effect; a rule is function[:call[*times]]=effect[,effect]");
     EXPECT_TRUE(book.entries().empty());
-    EXPECT_FALSE(book.enter(attach));
+    EXPECT_FALSE(book.enter(attach).result);
+}
+
+TEST(FaultBook, AFileThatCannotBeReadAddsNone)
+{
+    FaultBook book;
+    EXPECT_EQ(book.add_file("/nowhere/rules"), "/nowhere/rules: No such file or directory");
+    EXPECT_TRUE(book.entries().empty());
+}
+
+TEST(FaultBook, ARuleAddedAfterAClearCounts)
+{
+    FaultBook book;
+    ASSERT_EQ(book.add("vorn_tu_wait_event=-1;kel_init_attach=10"), "");
+    book.clear();
+    ASSERT_EQ(book.add("kel_init_attach=3"), "");
+    EXPECT_EQ(book.enter(attach).result, 3);
+    EXPECT_EQ(book.entries().front().hits, 1U);
 }
 
 TEST(FaultBook, ClearForgetsRulesAndKeepsCounts)
@@ -96,7 +115,7 @@ TEST(FaultBook, ClearForgetsRulesAndKeepsCounts)
     ASSERT_EQ(book.add("kel_init_attach=10"), "");
     book.enter(attach);
     book.clear();
-    EXPECT_FALSE(book.enter(attach));
+    EXPECT_FALSE(book.enter(attach).result);
     EXPECT_EQ(book.calls()[attach], 2U);
     EXPECT_TRUE(book.entries().empty());
 }

@@ -2,6 +2,7 @@
  * instance_test.cpp - fault rules from the environment, in processes of their own.
  */
 #include "command.h"
+#include "temporary_file.h"
 
 #include "softnode/closed_functions.h"
 
@@ -41,9 +42,30 @@ TEST(FaultsFromTheEnvironment, MayBeEmpty)
 TEST(FaultsFromTheEnvironment, EndTheProcessWhenTheyCannotBeRead)
 {
     const Outcome outcome = run_with_faults("kel_init_attach:2=10;kel_init_attach=ten");
-    EXPECT_EQ(outcome.output, "libkel-softnode: KEL_SOFTNODE_FAULTS: \"kel_init_attach=ten\": the result is not a "
-                              "number from -2147483648 to 4294967295\n");
+    EXPECT_EQ(outcome.output, "libkel-softnode: KEL_SOFTNODE_FAULTS: \"kel_init_attach=ten\": the effect is neither "
+                              "a result, a number from -2147483648 to 4294967295, nor latency:NUMBER with its unit, "
+                              "nor block\n");
     EXPECT_EQ(outcome.status, 2);
+}
+
+TEST(FaultsFromTheEnvironment, MayStandInAFile)
+{
+    const TemporaryFile file("kel_init_attach:1=10 # once\nkel_init_attach:2=4\n");
+    const Outcome outcome = run_with_faults("@" + file.name());
+    EXPECT_EQ(outcome.output, "10\n4\n0\n");
+    EXPECT_EQ(outcome.status, 0);
+}
+
+TEST(FaultsFromTheEnvironment, EndTheProcessWhenTheirFileCannotBeRead)
+{
+    const TemporaryFile file("kel_init_attach:0=10\n");
+    const Outcome bad = run_with_faults("@" + file.name());
+    EXPECT_EQ(bad.output, "libkel-softnode: KEL_SOFTNODE_FAULTS: " + file.name() +
+                              ":1:17: the call is not a number from 1 to 4294967295\n");
+    EXPECT_EQ(bad.status, 2);
+    const Outcome missing = run_with_faults("@/nowhere/rules");
+    EXPECT_EQ(missing.output, "libkel-softnode: KEL_SOFTNODE_FAULTS: /nowhere/rules: No such file or directory\n");
+    EXPECT_EQ(missing.status, 2);
 }
 
 TEST(FaultsFromTheEnvironment, NameTheFunctionsWhenOneIsUnknown)

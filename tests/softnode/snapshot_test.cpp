@@ -60,7 +60,7 @@ TEST(Snapshot, OfAFreshNodeHasEveryKeyAndNothingBehindIt)
         "statistics": {"received": {"frames": 0, "octets": 0}, "sent": {"frames": 0, "octets": 0},
                        "dropped": {"frames": 0, "octets": 0}},
         "timestamp_offset": null,
-        "timing_unit": {"reading": {"cycles": 40, "frequency": 250000}, "connections": []},
+        "timing_unit": {"reading": {"cycles": 40, "frequency": 250000}, "connections": [], "blocked": []},
         "restarts": [], "calls": {}, "faults": []
     })"));
 }
@@ -209,7 +209,8 @@ TEST(Snapshot, ShowsTheTimingUnit)
              "events_outstanding": 1},
             {"handle": "0x6000000002", "subscribed": false, "state": "ended", "events_left": 0,
              "events_outstanding": 0}
-        ]
+        ],
+        "blocked": []
     })"));
 }
 
@@ -220,6 +221,17 @@ TEST(Snapshot, ShowsAWaitingConnection)
     vorn_tu_event *event = nullptr;
     ASSERT_EQ(node.timing.take_event(connection, 1, event), Refusal::granted);
     EXPECT_EQ(look_into(node)["timing_unit"]["connections"][0]["state"], "waiting");
+}
+
+TEST(Snapshot, ShowsABlockedCallAndItsConnection)
+{
+    Node node;
+    node.timing.open(3);
+    node.timing.hold(3, *closed_function("vorn_tu_get_nputimeoffset"));
+    node.timing.hold(1, *closed_function("vorn_tu_init"));
+    const json timing_unit = look_into(node)["timing_unit"];
+    EXPECT_EQ(timing_unit["connections"][0]["state"], "blocked");
+    EXPECT_EQ(timing_unit["blocked"], json::parse(R"(["vorn_tu_init", "vorn_tu_get_nputimeoffset"])"));
 }
 
 TEST(Snapshot, ShowsRestartRequests)
@@ -247,4 +259,11 @@ TEST(Snapshot, ShowsCallsAndFaults)
     EXPECT_EQ(document["calls"], json::parse(R"({"kel_init_attach": 2})"));
     EXPECT_EQ(document["faults"], json::parse(R"([{"rule": "kel_init_attach:2=10", "hits": 1},
                                                   {"rule": "vorn_tu_init=-1", "hits": 0}])"));
+}
+
+TEST(FaultList, IsTheSnapshotsPart)
+{
+    Node node;
+    ASSERT_EQ(node.faults.add("kel_init_attach:2=10"), "");
+    EXPECT_EQ(json::parse(fault_list(node.faults)), look_into(node)["faults"]);
 }

@@ -245,11 +245,54 @@ TEST_F(TimingUnit, AConnectionBelongsToWhoWaitedOnItLast)
     EXPECT_EQ(timing.state(connection), ConnectionState::ended);
 }
 
+TEST_F(TimingUnit, AUserThatIsHeldIsAtRestWhateverIsLeftForIt)
+{
+    const Handle connection = subscribed(alice);
+    timing.post(adjustment);
+    timing.hold(alice, 7);
+    EXPECT_TRUE(timing.holds(alice));
+    EXPECT_TRUE(timing.settled());
+    EXPECT_EQ(timing.state(connection), ConnectionState::blocked);
+    EXPECT_EQ(timing.held().at(alice), 7U);
+}
+
+TEST_F(TimingUnit, AUserThatIsHeldHasArrived)
+{
+    timing.hold(alice, 7);
+    EXPECT_TRUE(timing.settled());
+    EXPECT_EQ(timing.let_go(), 1U);
+    EXPECT_FALSE(timing.settled());
+}
+
+TEST_F(TimingUnit, UsersThatAreLetGoAreWhereTheyWere)
+{
+    const Handle connection = subscribed(alice);
+    timing.hold(alice, 7);
+    timing.hold(bob, 7);
+    EXPECT_EQ(timing.let_go(), 2U);
+    EXPECT_FALSE(timing.holds(alice));
+    EXPECT_EQ(timing.state(connection), ConnectionState::working);
+    EXPECT_EQ(timing.let_go(), 0U);
+}
+
+TEST_F(TimingUnit, CountsTheUsersAtRest)
+{
+    EXPECT_EQ(timing.users_at_rest(), 0U);
+    take(subscribed(alice), alice);
+    timing.hold(bob, 7);
+    timing.arrive(3);
+    EXPECT_EQ(timing.users_at_rest(), 2U);
+    timing.post(adjustment);
+    EXPECT_EQ(timing.users_at_rest(), 1U);
+}
+
 TEST_F(TimingUnit, AResetForgetsUsersAndReading)
 {
     take(subscribed(alice));
+    timing.hold(bob, 7);
     timing.set_reading({1, 2});
     timing.reset();
+    EXPECT_FALSE(timing.holds(bob));
     EXPECT_FALSE(timing.settled());
     EXPECT_EQ(timing.connections().size(), 0U);
     EXPECT_EQ(timing.reading().cycles, 40);

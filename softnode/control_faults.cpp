@@ -1,0 +1,57 @@
+/*
+ * control_faults.cpp - the control interface of the software accelerator: making it fail.
+ */
+#include "softnode/softnode.h"
+
+#include "softnode/instance.h"
+#include "softnode/snapshot.h"
+
+#include <cstring>
+#include <string>
+
+using namespace softnode;
+
+namespace
+{
+
+char *text_unless_empty(const std::string &text)
+{
+    return text.empty() ? nullptr : strdup(text.c_str());
+}
+
+} // namespace
+
+char *softnode_faults_add(const char *rules)
+{
+    if (!rules)
+        return strdup("no rules: the pointer is null");
+    return text_unless_empty(with_node([&](Node &node) { return node.faults.add(rules); }));
+}
+
+char *softnode_faults_add_file(const char *file)
+{
+    if (!file)
+        return strdup("no file: the pointer is null");
+    return text_unless_empty(with_node([&](Node &node) { return node.faults.add_file(file); }));
+}
+
+char *softnode_faults_json()
+{
+    return strdup(with_node([](Node &node) { return fault_list(node.faults); }).c_str());
+}
+
+void softnode_faults_clear()
+{
+    with_node([](Node &node) {
+        node.faults.clear();
+        node.timing.let_go();
+    });
+    instance().released.notify_all();
+}
+
+uint32_t softnode_faults_release()
+{
+    const std::size_t count = with_node([](Node &node) { return node.timing.let_go(); });
+    instance().released.notify_all();
+    return static_cast<uint32_t>(count);
+}

@@ -1,0 +1,25 @@
+/*
+ * fault_text.h - many fault rules: separated by semicolons or line ends, blanks around each, and a # before what is a
+ * comment up to the end of its line.
+ */
+#ifndef SOFTNODE_FAULT_TEXT_H
+#define SOFTNODE_FAULT_TEXT_H
+
+#include "softnode/fault_rule.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace softnode
+{
+
+/** Reads rules. Answers what is wrong with the first bad one, naming it; empty when all are good. */
+std::string read_fault_text(std::string_view text, std::vector<FaultRule> &rules);
+
+/** Reads the rules of a file. Answers what is wrong as FILE:LINE:COLUMN: message, or FILE: message. */
+std::string read_fault_file(const std::string &file, std::vector<FaultRule> &rules);
+
+} // namespace softnode
+
+#endif
