@@ -1,8 +1,9 @@
 /*
- * control_faults.cpp - the control interface of the software accelerator: making it fail.
+ * control_faults.cpp - the control interface of the software accelerator: making it fail, once or in every way.
  */
 #include "softnode/softnode.h"
 
+#include "softnode/fault_sweep.h"
 #include "softnode/instance.h"
 #include "softnode/snapshot.h"
 
@@ -54,4 +55,12 @@ uint32_t softnode_faults_release()
     const std::size_t count = with_node([](Node &node) { return node.timing.let_go(); });
     instance().released.notify_all();
     return static_cast<uint32_t>(count);
+}
+
+char *softnode_fault_sweep(const softnode_scenario *scenario)
+{
+    if (!scenario || !scenario->run)
+        return nullptr;
+    const auto report = fault_sweep(*scenario);
+    return report ? strdup(report->c_str()) : nullptr;
 }

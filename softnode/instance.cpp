@@ -45,6 +45,12 @@ Instance *switch_on()
     return fresh.release();
 }
 
+Instance *&place()
+{
+    static Instance *here = switch_on();
+    return here;
+}
+
 /* Lets go of the node until the call may go on. False when the node was switched off meanwhile. */
 bool wait_for_release(std::size_t function)
 {
@@ -62,8 +68,13 @@ bool wait_for_release(std::size_t function)
 
 Instance &instance()
 {
-    static Instance *const here = switch_on();
-    return *here;
+    return *place();
+}
+
+/* The old one stays where it is: its lock may be held for good by a thread that did not come along. */
+void start_over()
+{
+    place() = new Instance;
 }
 
 std::optional<std::int64_t> arrive_at(std::size_t function)
@@ -71,6 +82,9 @@ std::optional<std::int64_t> arrive_at(std::size_t function)
     const FaultEffects effects = instance().node.enter(function);
     if (effects.block && !wait_for_release(function))
         return driver_kit_code(Refusal::shut_down);
+    if (std::optional<Trial> &trial = instance().trial)
+        if (const auto result = trial->enter(this_thread(), function))
+            return result;
     return effects.result;
 }
 

@@ -7,6 +7,7 @@
 #define SOFTNODE_INSTANCE_H
 
 #include "softnode/node.h"
+#include "softnode/trial.h"
 
 #include <condition_variable>
 #include <cstddef>
@@ -25,6 +26,7 @@ struct Instance {
     std::condition_variable_any user_moved;   /* a timing-unit user began to wait, was blocked, or ended */
     std::condition_variable_any released;     /* blocked calls may go on, or the node was switched off */
     Node node;
+    std::optional<Trial> trial; /* in a run of a sweep */
 };
 
 /**
@@ -32,6 +34,9 @@ struct Instance {
  * standard error and ends the process with status 2. Never destroyed: a timestamp thread may still be inside at exit.
  */
 Instance &instance();
+
+/** Puts a node just switched on, without fault rules, in the place of this one. For a child process of one thread. */
+void start_over();
 
 /** Runs `work` on the node, alone. */
 template <class Work> auto with_node(Work work)
@@ -43,7 +48,8 @@ template <class Work> auto with_node(Work work)
 
 /**
  * What happens to every call of a closed function first, under the lock: it is counted, takes the time and waits for
- * the release that a fault rule says. Answers what the call returns instead of doing its work, if it does.
+ * the release that a fault rule says. Answers what the call returns instead of doing its work, if a rule or a trial
+ * wants that.
  */
 std::optional<std::int64_t> arrive_at(std::size_t function);
 

@@ -145,21 +145,6 @@ Json timestamp_offset(const EbcomService &ebcom)
     return ebcom.timestamp_offset() ? Json(*ebcom.timestamp_offset()) : Json(nullptr);
 }
 
-const char *name_of(ConnectionState state)
-{
-    switch (state) {
-    case ConnectionState::working:
-        return "working";
-    case ConnectionState::waiting:
-        return "waiting";
-    case ConnectionState::blocked:
-        return "blocked";
-    case ConnectionState::ended:
-        return "ended";
-    }
-    return "";
-}
-
 Json timing_unit(const TimingUnit &timing)
 {
     Json connections = Json::array();

@@ -131,22 +131,35 @@ typedef struct softnode_scenario {
 } softnode_scenario;
 
 /**
- * Runs a scenario once undisturbed, to count the closed functions it calls. Then, for each of these calls and for each of
- * the codes that its library may answer with, runs it with that one call failing, and with that call and all later ones
- * of that function failing. Each run is a child process of its own with a node just switched on, so that neither a crash
- * nor a hang ends the sweep, and no run knows of another. The caller should have no other threads.
+ * Runs a scenario once undisturbed, to note the closed functions that it calls. Then, for each of these calls and for
+ * each of the codes that the function's library may answer with (docs/software-accelerator.md), runs it with that one
+ * call failing, and with that call and all later ones of that function failing.
+ *
+ * Each run is a child process of its own, so that neither a crash nor a hang ends the sweep, and no run knows of
+ * another. It has a node just switched on, without the fault rules of the caller or of KEL_SOFTNODE_FAULTS; the caller's
+ * node is left alone. The fault is over when run() has returned: what clean_up() calls is neither counted nor made to
+ * fail, and what is left after it belongs to nobody.
+ *
+ * Threads: a scenario may start some. Calls are counted for each thread by itself, because their order among each other
+ * is different every time, and a fault hits the calls of its thread only. After run() and after clean_up() it is waited
+ * until every thread has ended or rests in the timing unit, for a quarter of the time limit each at most. So the report
+ * of a scenario is the same every time, unless its threads wait for nothing or for each other's calls. The process that
+ * asks for the sweep should have one thread only, as a child gets a copy of the calling thread alone.
  *
  * @return a JSON document
- *     calls        closed calls of the undisturbed run, in their order: function, call (its number among that function's)
- *     undisturbed  a run, see below
+ *     calls        closed calls of the undisturbed run, thread by thread, in their order:
+ *         thread       0: the one that run() is called on; others from 1, in the order of their first calls
+ *         function
+ *         call         its number among the thread's calls of this function, from 1
+ *     undisturbed  a run, see below. What it leaves is told as `left`.
  *     runs         in the order of calls, codes, and first the single failure:
- *         function, call, code, persistent      the fault; null each in `undisturbed`
+ *         thread, function, call, code, persistent      the fault; null each in `undisturbed`
  *         outcome      "returned", "crashed" (by a signal, or it ended the process) or "hung" (its time limit passed)
- *         result       of the scenario, null unless it returned
+ *         result       of run(); null unless it returned
  *         note         of the scenario, or null
- *         left         objects that the undisturbed run does not leave: kind and name of each. Nobody owns them: the
- *                      scenario has cleaned up.
- *         missing      objects that the undisturbed run leaves and this one does not
+ *         left         objects that the undisturbed run does not leave: kind and name of each, in words that are the same
+ *                      in every run (docs/software-accelerator.md). Null unless it returned.
+ *         missing      objects that the undisturbed run leaves and this one does not; null unless it returned
  *     or null, when scenario or scenario->run is null, or no child process can be made
  */
 char *softnode_fault_sweep(const softnode_scenario *scenario);

@@ -9,6 +9,21 @@
 namespace softnode
 {
 
+const char *name_of(ConnectionState state)
+{
+    switch (state) {
+    case ConnectionState::working:
+        return "working";
+    case ConnectionState::waiting:
+        return "waiting";
+    case ConnectionState::blocked:
+        return "blocked";
+    case ConnectionState::ended:
+        return "ended";
+    }
+    return "";
+}
+
 vorn_tu_event *EventRecords::hand_out(const vorn_tu_event &event)
 {
     if (free_.empty())

@@ -53,6 +53,9 @@ enum class ConnectionState {
     ended    /* its user has ended */
 };
 
+/** "working" and so on. */
+const char *name_of(ConnectionState state);
+
 class TimingUnit
 {
 public:

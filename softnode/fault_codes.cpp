@@ -1,0 +1,47 @@
+/*
+ * fault_codes.cpp - the table of fault_codes.h, by the beginnings of the functions' names.
+ */
+#include "softnode/fault_codes.h"
+
+#include "softnode/closed_functions.h"
+#include "softnode/platform.h"
+
+#include <array>
+#include <string_view>
+
+namespace softnode
+{
+
+namespace
+{
+
+constexpr std::array<std::int64_t, 3> driver_kit{ORK_INVAL, ORK_AGAIN, ORK_OUTOFRANGE};
+constexpr std::array<std::int64_t, 3> companion{KEL_RC_OUT_OF_RANGE, KEL_RC_LIMIT, KEL_RC_FAILED};
+constexpr std::array<std::int64_t, 2> timing_unit{ORK_INVAL, ORK_SHUTDOWN};
+constexpr std::array<std::int64_t, 1> formatting{KEL_RC_LIMIT};
+constexpr std::array<std::int64_t, 1> restart{ORK_INVAL};
+
+struct Library {
+    std::string_view prefix;
+    std::span<const std::int64_t> codes;
+};
+
+constexpr std::array<Library, 5> libraries{{
+    {"ork_", driver_kit},
+    {"kel_init_", companion},
+    {"vorn_tu_", timing_unit},
+    {"kel_fmt_", formatting},
+    {"qol_ng_", restart},
+}};
+
+} // namespace
+
+std::span<const std::int64_t> fault_codes(std::size_t function)
+{
+    for (const Library &library : libraries)
+        if (closed_functions[function].starts_with(library.prefix))
+            return library.codes;
+    return {};
+}
+
+} // namespace softnode

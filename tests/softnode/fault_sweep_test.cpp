@@ -1,0 +1,352 @@
+/*
+ * fault_sweep_test.cpp - every closed call of a scenario made to fail: which runs there are, what they find, and that
+ * nothing of them stays.
+ */
+#include "control.h"
+
+#include "platform/vorn_tu.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <sys/wait.h>
+#include <thread>
+#include <tuple>
+#include <unistd.h>
+
+namespace
+{
+
+using nlohmann::json;
+
+/* A scenario made of closures. */
+struct Drive {
+    std::function<std::uint32_t()> run;
+    std::function<void()> clean_up = [] {};
+    std::function<const char *()> describe = [] { return nullptr; };
+};
+
+std::string sweep_text(const Drive &drive, std::uint32_t time_limit = 60'000)
+{
+    const softnode_scenario scenario{
+        [](void *context) { return static_cast<Drive *>(context)->run(); },
+        [](void *context) { static_cast<Drive *>(context)->clean_up(); },
+        [](void *context) { return static_cast<Drive *>(context)->describe(); },
+        const_cast<Drive *>(&drive),
+        time_limit,
+    };
+    const std::unique_ptr<char, void (*)(void *)> report(softnode_fault_sweep(&scenario), std::free);
+    EXPECT_NE(report, nullptr);
+    return report ? report.get() : "null";
+}
+
+json sweep(const Drive &drive, std::uint32_t time_limit = 60'000)
+{
+    return json_of(sweep_text(drive, time_limit));
+}
+
+/* The one run with this fault. */
+json run_with(const json &report, const char *function, int call, int code, bool persistent, int thread = 0)
+{
+    json found;
+    for (const json &run : report["runs"])
+        if (run["function"] == function && run["call"] == call && run["code"] == code &&
+            run["persistent"] == persistent && run["thread"] == thread)
+            found.push_back(run);
+    EXPECT_EQ(found.size(), 1U) << function << ":" << call << "=" << code;
+    return found.size() == 1 ? found[0] : json();
+}
+
+json item(const char *kind, const char *name)
+{
+    return {{"kind", kind}, {"name", name}};
+}
+
+ork_qos_scheduler_params scheduler_params()
+{
+    ork_qos_scheduler_params params{};
+    params.vsiEthDevId = 7;
+    return params;
+}
+
+/* Attaches and creates two schedulers. Gives up at the first failure, and keeps what it has got by then. */
+struct TwoSchedulers {
+    kel_attach_info attach{};
+    std::vector<void *> schedulers;
+
+    std::uint32_t create()
+    {
+        if (const std::uint32_t rc = kel_init_attach(&attach))
+            return rc;
+        const ork_qos_scheduler_params params = scheduler_params();
+        for (int count = 0; count < 2; ++count) {
+            void *scheduler = nullptr;
+            if (ork_qos_scheduler_create(attach.ork_handle, &params, 0, &scheduler) != ORK_OK)
+                return 1;
+            schedulers.push_back(scheduler);
+        }
+        return 0;
+    }
+
+    void remove()
+    {
+        for (void *scheduler : schedulers)
+            EXPECT_EQ(ork_qos_scheduler_delete(attach.ork_handle, scheduler), ORK_OK);
+    }
+};
+
+/* What a control process's timestamp thread does, begun by a scenario and left to itself. */
+void follow_timing_unit()
+{
+    kel_attach_info attach{};
+    void *connection = nullptr;
+    vorn_tu_event *event = nullptr;
+    if (kel_init_attach(&attach) != 0 || vorn_tu_init(&connection) != 0 ||
+        vorn_tu_subscribe_adjnpuoffs(connection, 0) != 0)
+        return;
+    while (vorn_tu_wait_event(connection, &event) == 0)
+        vorn_tu_free_event(connection, &event);
+}
+
+Drive with_a_thread()
+{
+    return {[] {
+        std::thread(follow_timing_unit).detach();
+        kel_attach_info attach{};
+        return kel_init_attach(&attach);
+    }};
+}
+
+class FaultSweep : public ControlledNode
+{
+protected:
+    TwoSchedulers two;
+    const Drive careful{[this] { return two.create(); }, [this] { two.remove(); }};
+    const Drive careless{[this] { return two.create(); }};
+};
+
+using FaultSweepThreads = FaultSweep;
+
+} // namespace
+
+TEST_F(FaultSweep, NeedsAScenarioThatRuns)
+{
+    const softnode_scenario nothing{};
+    EXPECT_EQ(softnode_fault_sweep(nullptr), nullptr);
+    EXPECT_EQ(softnode_fault_sweep(&nothing), nullptr);
+}
+
+TEST_F(FaultSweep, NeedsNothingButRun)
+{
+    const softnode_scenario scenario{[](void *) { return std::uint32_t{5}; }, nullptr, nullptr, nullptr, 0};
+    const std::unique_ptr<char, void (*)(void *)> text(softnode_fault_sweep(&scenario), std::free);
+    ASSERT_NE(text, nullptr);
+    EXPECT_EQ(json_of(text.get()), json_of(R"({
+        "calls": [],
+        "undisturbed": {"thread": null, "function": null, "call": null, "code": null, "persistent": null,
+                        "outcome": "returned", "result": 5, "note": null, "left": [], "missing": []},
+        "runs": []
+    })"));
+}
+
+TEST_F(FaultSweep, ListsTheCallsOfTheScenarioInTheirOrder)
+{
+    EXPECT_EQ(sweep(careful)["calls"], json_of(R"([
+        {"thread": 0, "function": "kel_init_attach", "call": 1},
+        {"thread": 0, "function": "ork_qos_scheduler_create", "call": 1},
+        {"thread": 0, "function": "ork_qos_scheduler_create", "call": 2}
+    ])"));
+}
+
+TEST_F(FaultSweep, RunsEveryCallWithEveryCodeOnceAndForGood)
+{
+    const json report = sweep(careful);
+    std::vector<std::tuple<std::string, int, int, bool>> faults;
+    for (const json &run : report["runs"])
+        faults.emplace_back(run["function"], run["call"], run["code"], run["persistent"]);
+
+    std::vector<std::tuple<std::string, int, int, bool>> expected;
+    for (const int code : {3, 10, 13})
+        for (const bool persistent : {false, true})
+            expected.emplace_back("kel_init_attach", 1, code, persistent);
+    for (const int call : {1, 2})
+        for (const int code : {-1, -4, -9})
+            for (const bool persistent : {false, true})
+                expected.emplace_back("ork_qos_scheduler_create", call, code, persistent);
+    EXPECT_EQ(faults, expected);
+}
+
+TEST_F(FaultSweep, ReportsTheScenariosResult)
+{
+    const json report = sweep(careful);
+    EXPECT_EQ(report["undisturbed"]["result"], 0);
+    EXPECT_EQ(run_with(report, "kel_init_attach", 1, 10, false)["result"], 10);
+    EXPECT_EQ(run_with(report, "ork_qos_scheduler_create", 2, -9, true)["result"], 1);
+}
+
+TEST_F(FaultSweep, FindsNothingLeftWhenTheCallerCleansUp)
+{
+    const json report = sweep(careful);
+    ASSERT_EQ(report["runs"].size(), 18U);
+    for (const json &run : report["runs"]) {
+        EXPECT_EQ(run["outcome"], "returned");
+        EXPECT_EQ(run["left"], json::array());
+        EXPECT_EQ(run["missing"], json::array());
+    }
+}
+
+TEST_F(FaultSweep, TheFaultIsOverWhenTheCallerCleansUp)
+{
+    const Drive leaving{
+        [this] { return two.create() + static_cast<std::uint32_t>(ork_qos_scheduler_delete(nullptr, nullptr)); },
+        [this] { two.remove(); }};
+    const json run = run_with(sweep(leaving), "ork_qos_scheduler_delete", 1, -4, true);
+    EXPECT_EQ(run["left"], json::array());
+}
+
+TEST_F(FaultSweep, FindsWhatIsMissing)
+{
+    const json report = sweep(careless);
+    EXPECT_EQ(report["undisturbed"]["left"], json({item("scheduler", "1"), item("scheduler", "2")}));
+    const json run = run_with(report, "ork_qos_scheduler_create", 2, -1, false);
+    EXPECT_EQ(run["left"], json::array());
+    EXPECT_EQ(run["missing"], json({item("scheduler", "2")}));
+}
+
+TEST_F(FaultSweep, FindsWhatIsLeft)
+{
+    /* Forgets the first scheduler when it does not get the second. */
+    const Drive forgetful{[this] {
+                              const std::uint32_t rc = two.create();
+                              if (rc != 0)
+                                  two.schedulers.clear();
+                              return rc;
+                          },
+                          [this] { two.remove(); }};
+    const json report = sweep(forgetful);
+    EXPECT_EQ(report["undisturbed"]["left"], json::array());
+    EXPECT_EQ(run_with(report, "ork_qos_scheduler_create", 1, -1, false)["left"], json::array());
+    EXPECT_EQ(run_with(report, "ork_qos_scheduler_create", 2, -1, false)["left"], json({item("scheduler", "1")}));
+}
+
+TEST_F(FaultSweep, TellsASingleFailureFromALastingOne)
+{
+    const Drive stubborn{[this] { return kel_init_attach(&attach) == 0 ? 0 : kel_init_attach(&attach); }};
+    const json report = sweep(stubborn);
+    EXPECT_EQ(run_with(report, "kel_init_attach", 1, 13, false)["result"], 0);
+    EXPECT_EQ(run_with(report, "kel_init_attach", 1, 13, true)["result"], 13);
+}
+
+TEST_F(FaultSweep, GoesOnAfterACrashAndAfterAHang)
+{
+    const Drive fragile{[this] {
+        const std::uint32_t rc = kel_init_attach(&attach);
+        if (rc == 3)
+            std::abort();
+        while (rc == 10)
+            pause();
+        return rc;
+    }};
+    const json report = sweep(fragile, 2'000);
+    const json crashed = run_with(report, "kel_init_attach", 1, 3, false);
+    EXPECT_EQ(crashed["outcome"], "crashed");
+    EXPECT_TRUE(crashed["result"].is_null());
+    EXPECT_TRUE(crashed["left"].is_null());
+    EXPECT_TRUE(crashed["missing"].is_null());
+    EXPECT_EQ(run_with(report, "kel_init_attach", 1, 10, true)["outcome"], "hung");
+    EXPECT_EQ(run_with(report, "kel_init_attach", 1, 13, true)["outcome"], "returned");
+}
+
+TEST_F(FaultSweep, EndsWhenEvenTheUndisturbedRunCrashes)
+{
+    const json report = sweep({[]() -> std::uint32_t { std::abort(); }});
+    EXPECT_EQ(report["undisturbed"]["outcome"], "crashed");
+    EXPECT_EQ(report["calls"], json::array());
+    EXPECT_EQ(report["runs"], json::array());
+}
+
+TEST_F(FaultSweep, AsksTheScenarioForANoteLast)
+{
+    const char *note = "not run";
+    const Drive talking{[&] {
+                            note = kel_init_attach(&attach) == 0 ? "attached" : "gave up \xff";
+                            return std::uint32_t{0};
+                        },
+                        [] {}, [&] { return note; }};
+    const json report = sweep(talking);
+    EXPECT_EQ(report["undisturbed"]["note"], "attached");
+    EXPECT_EQ(run_with(report, "kel_init_attach", 1, 3, false)["note"], "gave up \xef\xbf\xbd");
+}
+
+TEST_F(FaultSweep, EveryRunHasANodeJustSwitchedOnWithoutFaultRules)
+{
+    create_scheduler();
+    ASSERT_EQ(add_faults("kel_init_attach=77"), "");
+    const json report = sweep(careless);
+    EXPECT_EQ(report["undisturbed"]["result"], 0);
+    EXPECT_EQ(report["undisturbed"]["left"], json({item("scheduler", "1"), item("scheduler", "2")}));
+}
+
+TEST_F(FaultSweep, LeavesTheCallersNodeAndProcessAsTheyWere)
+{
+    const auto descriptors = [] { return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}); };
+    create_scheduler();
+    const json node_before = look_into_node();
+    const auto descriptors_before = descriptors();
+    sweep(careless);
+    EXPECT_EQ(look_into_node(), node_before);
+    EXPECT_EQ(descriptors(), descriptors_before);
+    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
+    EXPECT_EQ(errno, ECHILD);
+}
+
+TEST_F(FaultSweep, ReportsTheSameAgain)
+{
+    EXPECT_EQ(sweep_text(careless), sweep_text(careless));
+}
+
+TEST_F(FaultSweepThreads, CountEachForItself)
+{
+    EXPECT_EQ(sweep(with_a_thread())["calls"], json_of(R"([
+        {"thread": 0, "function": "kel_init_attach", "call": 1},
+        {"thread": 1, "function": "kel_init_attach", "call": 1},
+        {"thread": 1, "function": "vorn_tu_init", "call": 1},
+        {"thread": 1, "function": "vorn_tu_subscribe_adjnpuoffs", "call": 1},
+        {"thread": 1, "function": "vorn_tu_wait_event", "call": 1}
+    ])"));
+}
+
+TEST_F(FaultSweepThreads, AreWaitedForUntilTheyRestOrEnd)
+{
+    const json report = sweep(with_a_thread());
+    const json waiting = item("timing connection", "waiting");
+    const json ended = item("timing connection", "ended");
+    EXPECT_EQ(report["undisturbed"]["left"], json({waiting}));
+    EXPECT_EQ(run_with(report, "kel_init_attach", 1, 3, false, 0)["missing"], json::array());
+    EXPECT_EQ(run_with(report, "kel_init_attach", 1, 3, false, 1)["missing"], json({waiting}));
+    EXPECT_EQ(run_with(report, "kel_init_attach", 1, 3, false, 1)["left"], json::array());
+    const json run = run_with(report, "vorn_tu_wait_event", 1, -5, false, 1);
+    EXPECT_EQ(run["left"], json({ended}));
+    EXPECT_EQ(run["missing"], json({waiting}));
+}
+
+TEST_F(FaultSweepThreads, ReportTheSameAgain)
+{
+    const std::string first = sweep_text(with_a_thread());
+    for (int count = 0; count < 5; ++count)
+        EXPECT_EQ(sweep_text(with_a_thread()), first);
+}
+
+TEST_F(FaultSweepThreads, ThatNeverRestDelayARunAndNoMore)
+{
+    const Drive busy{[] {
+        std::thread([] {
+            for (;;)
+                pause();
+        }).detach();
+        return std::uint32_t{0};
+    }};
+    EXPECT_EQ(sweep(busy, 2'000)["undisturbed"]["outcome"], "returned");
+}
