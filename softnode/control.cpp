@@ -4,6 +4,7 @@
  */
 #include "softnode/softnode.h"
 
+#include "softnode/graph.h"
 #include "softnode/instance.h"
 #include "softnode/snapshot.h"
 
@@ -39,6 +40,12 @@ char *softnode_snapshot_json()
 {
     const std::string document = with_node([](Node &node) { return snapshot(node); });
     return strdup(document.c_str());
+}
+
+char *softnode_graph_dot()
+{
+    const std::string picture = with_node([](Node &node) { return graph(node); });
+    return strdup(picture.c_str());
 }
 
 void softnode_reset()

@@ -5,6 +5,9 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <string_view>
 
 namespace
 {
@@ -33,6 +36,15 @@ TEST_F(Snapshot, HandlesPrintAsTheCallerPrintsThem)
     char printed[32];
     std::snprintf(printed, sizeof printed, "%p", create_scheduler());
     EXPECT_EQ(look_into_node()["schedulers"][0]["handle"], printed);
+}
+
+TEST_F(Snapshot, HasAPictureBesideIt)
+{
+    char printed[32];
+    std::snprintf(printed, sizeof printed, "%p", create_scheduler());
+    const std::unique_ptr<char, void (*)(void *)> picture(softnode_graph_dot(), std::free);
+    ASSERT_NE(picture, nullptr);
+    EXPECT_NE(std::string_view(picture.get()).find(printed), std::string_view::npos);
 }
 
 TEST_F(Reset, LeavesANodeJustSwitchedOn)

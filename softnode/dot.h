@@ -1,0 +1,87 @@
+/*
+ * dot.h - Graphviz' language, as far as a picture of boxes in columns needs it. Texts are plain; they are quoted here.
+ */
+#ifndef SOFTNODE_DOT_H
+#define SOFTNODE_DOT_H
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace softnode
+{
+
+enum class Tone : std::uint8_t { plain, faint, alarm };
+
+/* A run of words in one tone. */
+struct Words {
+    std::string text;
+    Tone tone = Tone::plain;
+};
+
+/** The label of a node: lines of text in a frame. */
+class DotBox
+{
+public:
+    /**
+     * @param accent "#rrggbb", of the frame and the title
+     * @param width  in points, at least
+     */
+    explicit DotBox(const char *accent, unsigned width = 0);
+
+    /** A line for what the box stands for; at its right the handle, or what there is of it. */
+    void title(std::string_view text, std::string_view right = {});
+
+    /** A line. Edges can end at it by its port, if it has one. */
+    void line(const std::vector<Words> &words, std::string_view port = {});
+
+    /** The label with its delimiters. */
+    std::string label() const;
+
+private:
+    std::string accent_;
+    unsigned width_;
+    std::string rows_;
+};
+
+/* One of the picture's columns. */
+struct DotColumn {
+    const char *name;
+    const char *heading;
+    const char *accent; /* of what stands in it */
+    const char *ground;
+};
+
+/* An end of an edge: a node, and one of its box's lines unless the port is empty. */
+struct DotEnd {
+    std::string node;
+    std::string port{};
+};
+
+/* A short one draws its ends together. */
+enum class DotLine : std::uint8_t { arrow, short_arrow, dashed };
+
+class DotDocument
+{
+public:
+    /* Between these, nodes go into the column. Columns stand from the left in the order of opening. */
+    void open(const DotColumn &column);
+    void close();
+    void node(std::string_view name, const DotBox &box);
+    void edge(const DotEnd &from, const DotEnd &to, DotLine line = DotLine::arrow);
+
+    std::string text() const;
+
+private:
+    std::string text_;
+    std::vector<std::string> column_; /* nodes of the one that is open */
+    std::string column_before_;       /* a node of the last one that has any */
+};
+
+/** Text as it stands between the tags of a label. */
+std::string escaped(std::string_view text);
+
+} // namespace softnode
+
+#endif

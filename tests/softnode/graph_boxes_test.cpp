@@ -1,0 +1,139 @@
+/*
+ * graph_boxes_test.cpp - what the boxes of the picture say.
+ */
+#include "softnode/graph_boxes.h"
+
+#include "softnode/facts.h"
+
+#include <gtest/gtest.h>
+
+#include <regex>
+#include <string>
+#include <vector>
+
+using namespace softnode;
+
+namespace
+{
+
+using Lines = std::vector<std::string>;
+
+constexpr auto some_handle = static_cast<Handle>(0x5d0000000aU);
+
+/* The lines of a box as they are read: without tags and margins; parts of one line are joined by a blank. */
+Lines lines_of(const DotBox &box)
+{
+    Lines lines;
+    const std::string label = box.label();
+    const std::regex row("<tr>(.*?)</tr>");
+    for (auto found = std::sregex_iterator(label.begin(), label.end(), row); found != std::sregex_iterator(); ++found) {
+        std::string text = std::regex_replace((*found)[1].str(), std::regex("</td><td[^>]*>"), " ");
+        text = std::regex_replace(text, std::regex("<[^>]*>|&#160;"), "");
+        if (!text.empty())
+            lines.push_back(text);
+    }
+    return lines;
+}
+
+Queue queue_of(std::uint32_t rate, std::uint32_t threshold, std::uint32_t burst)
+{
+    Queue queue;
+    queue.rate = rate;
+    queue.threshold = threshold;
+    queue.bucket_size = burst;
+    return queue;
+}
+
+Destinations destinations_of_count(std::size_t count)
+{
+    Destinations destinations;
+    destinations.count = count;
+    for (std::uint8_t number = 1; number <= std::min(count, Destinations::most_shown); ++number)
+        destinations.shown.push_back({2, 0, 0, 2, 0, number});
+    return destinations;
+}
+
+Pcep some_pcep()
+{
+    Pcep pcep;
+    pcep.params = {{2, 0, 0, 3, 0, 1}, {2, 0, 0, 2, 0, 7}, 0x7fa0, 0, 3, 0xabcdef00, 0, 0, 1, {}};
+    return pcep;
+}
+
+} // namespace
+
+TEST(GraphBoxes, AShapedQueueShowsRateBurstAndThreshold)
+{
+    EXPECT_EQ(lines_of(queue_box(some_handle, queue_of(100'000, 1'048'576, 65'536), {})),
+              (Lines{"100 Mbit/s 0x5d0000000a", "burst 64 KiB, threshold 1 MiB"}));
+}
+
+TEST(GraphBoxes, AQueueThatIsNotShapedHasNeitherRateNorBurst)
+{
+    EXPECT_EQ(lines_of(queue_box(some_handle, queue_of(0, 5'120'000, 0), {})),
+              (Lines{"unshaped 0x5d0000000a", "threshold 5,000 KiB"}));
+}
+
+TEST(GraphBoxes, AQueueShowsItsDestinationsAndCountsTheRest)
+{
+    const Lines few = lines_of(queue_box(some_handle, {}, destinations_of_count(5)));
+    EXPECT_EQ(few.back(), "02:00:00:02:00:05");
+    const Lines many = lines_of(queue_box(some_handle, {}, destinations_of_count(10'001)));
+    ASSERT_EQ(many.size(), 8U);
+    EXPECT_EQ(many[2], "02:00:00:02:00:01");
+    EXPECT_EQ(many.back(), "and 9,996 more");
+}
+
+TEST(GraphBoxes, AQueueShowsCountersOnceFramesCame)
+{
+    Queue queue = queue_of(0, 256, 0);
+    queue.account(Fate::received, {2'000, 64});
+    queue.account(Fate::sent, {1'200, 64});
+    EXPECT_EQ(lines_of(queue_box(some_handle, queue, {})).back(), "1,200 sent, 800 waiting");
+    queue.account(Fate::dropped, {3, 64});
+    EXPECT_EQ(lines_of(queue_box(some_handle, queue, {})).back(), "1,200 sent, 797 waiting, 3 dropped");
+}
+
+TEST(GraphBoxes, PathsWithoutQueueAreShownAsSuch)
+{
+    EXPECT_EQ(lines_of(stranded_box(destinations_of_count(1))), (Lines{"without a queue", "02:00:00:02:00:01"}));
+}
+
+TEST(GraphBoxes, APcepShowsItsEnds)
+{
+    EXPECT_EQ(lines_of(pcep_box(some_handle, some_pcep(), true)),
+              (Lines{"PCEP 3 0x5d0000000a", "from 02:00:00:03:00:01", "to 02:00:00:02:00:07", "remote id 11259375",
+                     "VLAN 4000, priority 7"}));
+    EXPECT_EQ(lines_of(pcep_box(some_handle, some_pcep(), false)).back(), "no path leads there");
+}
+
+TEST(GraphBoxes, AGroupTellsOfMembersThatAreNoPceps)
+{
+    EXPECT_EQ(lines_of(group_box(some_handle, {300}, {})), (Lines{"Group 300", "0x5d0000000a", "no members"}));
+    Group group{300};
+    group.members = {4, 9};
+    EXPECT_EQ(lines_of(group_box(some_handle, group, {{4, some_handle}})),
+              (Lines{"Group 300", "0x5d0000000a", "PCEP 9 is no more"}));
+}
+
+TEST(GraphBoxes, AChainListsItsSchedulers)
+{
+    EXPECT_EQ(lines_of(chain_box({some_handle})), (Lines{"Scheduler", "0x5d0000000a"}));
+    EXPECT_EQ(lines_of(chain_box({some_handle, static_cast<Handle>(1)})), (Lines{"Chain of 2", "0x5d0000000a", "0x1"}));
+}
+
+TEST(GraphBoxes, TheEthernetDeviceShowsWhatIsSet)
+{
+    EbcomService ebcom;
+    EXPECT_EQ(lines_of(interface_box(ebcom)), (Lines{"Ethernet device 7", "no interface"}));
+    ASSERT_EQ(ebcom.create_interface(facts::event_device), Refusal::granted);
+    ASSERT_EQ(ebcom.set_globals({1500, 0x88b5, 0x3a, 0}), Refusal::granted);
+    ebcom.set_timestamp_offset(-160);
+    EXPECT_EQ(lines_of(interface_box(ebcom)), (Lines{"Ethernet device 7", "VSI 258", "MTU 1,500 octets",
+                                                     "EtherType 0x88b5", "settings 10, 3", "timestamp offset -160"}));
+}
+
+TEST(GraphBoxes, TheTargetShowsItsHandle)
+{
+    EXPECT_EQ(lines_of(target_box(some_handle)), (Lines{"EHSFP", "0x5d0000000a"}));
+}

@@ -1,0 +1,216 @@
+/*
+ * graph_test.cpp - the picture of a node, drawn by Graphviz: every object stands there once, edges lead where they should.
+ */
+#include "softnode/graph.h"
+
+#include "command.h"
+#include "temporary_file.h"
+
+#include "softnode/facts.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <regex>
+#include <set>
+#include <string>
+#include <vector>
+
+using namespace softnode;
+
+namespace
+{
+
+/* Draws the picture. What Graphviz complains about is part of the output. */
+Outcome drawn(const Node &node)
+{
+    const TemporaryFile file(graph(node));
+    return run("dot -Tsvg '" + file.name() + "' 2>&1");
+}
+
+/* The first group of every match, entities resolved as far as they occur. */
+std::vector<std::string> matches(const std::string &text, const std::regex &pattern)
+{
+    std::vector<std::string> found;
+    for (auto match = std::sregex_iterator(text.begin(), text.end(), pattern); match != std::sregex_iterator(); ++match)
+        found.push_back(std::regex_replace((*match)[1].str(), std::regex("&#160;"), ""));
+    return found;
+}
+
+/* A whole node: two schedulers over a chain, three queues, paths, PCEPs, groups. */
+class Graph : public testing::Test
+{
+protected:
+    Graph()
+    {
+        top = add_scheduler(add_scheduler(Handle::null));
+        left = add_scheduler(top);
+        right = add_scheduler(top);
+        first = add_queue(left, {1, 100'000, 1'048'576, 65'536});
+        second = add_queue(right, {1, 0, 5'120'000, 0});
+        add_path(1, first);
+        for (std::uint8_t number = 10; number < 20; ++number)
+            add_path(number, second);
+        to_first = add_pcep(1, 1);
+        to_further = add_pcep(2, 19);
+        nowhere = add_pcep(3, 99);
+        EXPECT_EQ(node.pceps.bind(3, node.attachment.ehsfp_target()), Refusal::granted);
+        group = add_group(300, Handle::null, {1, 3});
+        other_group = add_group(301, left, {});
+    }
+
+    Handle add_scheduler(Handle parent)
+    {
+        ork_qos_scheduler_params params{};
+        params.parent = pointer_of(parent);
+        params.vsiEthDevId = facts::event_device;
+        Handle scheduler = Handle::null;
+        EXPECT_EQ(node.qos.create_scheduler(params, scheduler), Refusal::granted);
+        return scheduler;
+    }
+
+    Handle add_queue(Handle scheduler, const kel_init_qos_queue_params &params)
+    {
+        Handle queue = Handle::null;
+        EXPECT_EQ(node.qos.add_queue(params, facts::queue_kind, scheduler, facts::event_device, queue),
+                  Refusal::granted);
+        return queue;
+    }
+
+    void add_path(std::uint8_t number, Handle queue)
+    {
+        EXPECT_EQ(node.create_path({{2, 0, 0, 2, 0, number}, 2, 0, pointer_of(queue)}), Refusal::granted);
+    }
+
+    Handle add_pcep(std::uint32_t id, std::uint8_t remote)
+    {
+        const ork_ebcom_pcep_params params{{2, 0, 0, 3, 0, 1}, {2, 0, 0, 2, 0, remote}, 100, 0, id, 0, 0, 0, 1, {}};
+        Handle pcep = Handle::null;
+        EXPECT_EQ(node.pceps.create_pcep(params, pcep), Refusal::granted);
+        return pcep;
+    }
+
+    Handle add_group(std::uint16_t id, Handle scheduler, const std::vector<std::uint32_t> &members)
+    {
+        Handle created = Handle::null;
+        EXPECT_EQ(node.create_group({id, {}}, scheduler, created), Refusal::granted);
+        for (const std::uint32_t member : members)
+            EXPECT_EQ(node.pceps.add_member(created, member), Refusal::granted);
+        return created;
+    }
+
+    /* Whether an edge leads there, ports and sides left out. */
+    bool leads(const std::string &from, const std::string &to) const
+    {
+        const std::string pattern = "\n    \"" + from + "\"(:\"[^\"]*\")?:e -> \"" + to + "\"(:\"[^\"]*\")?:w[ \n]";
+        return std::regex_search(graph(node), std::regex(pattern));
+    }
+
+    bool leads(Handle from, Handle to) const
+    {
+        return leads(text_of(from), text_of(to));
+    }
+
+    Node node;
+    Handle top{}, left{}, right{}, first{}, second{}, to_first{}, to_further{}, nowhere{}, group{}, other_group{};
+};
+
+} // namespace
+
+TEST_F(Graph, IsDrawnWithoutComplaint)
+{
+    const Outcome outcome = drawn(node);
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.output.find("<?xml"), 0U) << outcome.output;
+}
+
+TEST_F(Graph, OfAFreshNodeIsDrawnToo)
+{
+    const Outcome outcome = drawn(Node{});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.output.find("<?xml"), 0U) << outcome.output;
+}
+
+TEST_F(Graph, EveryHandleStandsThereOnce)
+{
+    std::vector<std::string> shown = matches(drawn(node).output, std::regex("<text[^>]*>(0x5[^<]*)</text>"));
+    std::vector<std::string> expected{text_of(node.attachment.ehsfp_target())};
+    for (const auto &[handle, scheduler] : node.qos.schedulers())
+        expected.push_back(text_of(handle));
+    for (const auto &[handle, queue] : node.qos.queues())
+        expected.push_back(text_of(handle));
+    for (const auto &[handle, pcep] : node.pceps.pceps())
+        expected.push_back(text_of(handle));
+    for (const auto &[handle, listed] : node.pceps.groups())
+        expected.push_back(text_of(handle));
+    std::sort(shown.begin(), shown.end());
+    std::sort(expected.begin(), expected.end());
+    EXPECT_EQ(shown, expected);
+}
+
+TEST_F(Graph, EveryNodeHasABoxAndEveryEdgeEndsAtOne)
+{
+    const std::string picture = graph(node);
+    const auto boxes = matches(picture, std::regex("\n        \"([^\"]*)\" \\[label="));
+    const std::set<std::string> names(boxes.begin(), boxes.end());
+    EXPECT_EQ(names.size(), boxes.size());
+    for (const std::string &from : matches(picture, std::regex("\n    \"([^\"]*)\"[^\n]* -> ")))
+        EXPECT_TRUE(names.contains(from)) << from;
+    for (const std::string &to : matches(picture, std::regex(" -> \"([^\"]*)\"")))
+        EXPECT_TRUE(names.contains(to)) << to;
+}
+
+TEST_F(Graph, EdgesLeadFromGroupsToTheEthernetDevice)
+{
+    EXPECT_TRUE(leads(group, to_first));
+    EXPECT_TRUE(leads(group, nowhere));
+    EXPECT_FALSE(leads(group, to_further));
+    EXPECT_TRUE(leads(other_group, left));
+    EXPECT_TRUE(leads(node.attachment.ehsfp_target(), nowhere));
+    EXPECT_TRUE(leads(to_first, first));
+    EXPECT_TRUE(leads(to_further, second));
+    EXPECT_TRUE(leads(first, left));
+    EXPECT_TRUE(leads(second, right));
+    const std::string chain = text_of(node.qos.schedulers().begin()->first);
+    EXPECT_TRUE(leads(text_of(left), chain));
+    EXPECT_TRUE(leads(chain, "interface"));
+}
+
+TEST_F(Graph, APcepsEdgeEndsAtItsDestinationOrAtThoseOnlyCounted)
+{
+    const std::string picture = graph(node);
+    EXPECT_NE(picture.find("\"" + text_of(to_first) + "\":\"remote\":e -> \"" + text_of(first) + "\":\"0\":w"),
+              std::string::npos);
+    EXPECT_NE(picture.find("\"" + text_of(to_further) + "\":\"remote\":e -> \"" + text_of(second) + "\":\"further\":w"),
+              std::string::npos);
+}
+
+TEST_F(Graph, PathsWhoseQueueWasRemovedAreShown)
+{
+    ASSERT_EQ(node.remove_queue(first), Refusal::granted);
+    EXPECT_TRUE(leads(text_of(to_first), "without a queue"));
+    const Outcome outcome = drawn(node);
+    EXPECT_EQ(outcome.output.find("<?xml"), 0U) << outcome.output;
+    EXPECT_NE(outcome.output.find("02:00:00:02:00:01"), std::string::npos);
+}
+
+TEST_F(Graph, AMemberThatIsNoMoreHasNoEdge)
+{
+    ASSERT_EQ(node.pceps.delete_pcep(to_first), Refusal::granted);
+    EXPECT_FALSE(leads(group, to_first));
+    EXPECT_NE(graph(node).find("PCEP 1 is no more"), std::string::npos);
+}
+
+TEST_F(Graph, ManyDestinationsMakeNoLargerPicture)
+{
+    const std::size_t before = graph(node).size();
+    for (std::uint32_t number = 0; number < 10'000; ++number)
+        ASSERT_EQ(
+            node.create_path({{2, 0, 0, 3, static_cast<std::uint8_t>(number >> 8), static_cast<std::uint8_t>(number)},
+                              2,
+                              0,
+                              pointer_of(second)}),
+            Refusal::granted);
+    EXPECT_LT(graph(node).size(), before + 100);
+    EXPECT_NE(graph(node).find("and 10,005 more"), std::string::npos);
+}
