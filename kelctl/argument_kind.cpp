@@ -244,7 +244,7 @@ argument_kind format()
             .allowed = "text, csv, json or 0 to 255",
             .read = read_format,
             .complete = [](const known_words &) {
-                return candidates{{std::begin(format_names), std::end(format_names)}};
+                return candidates{.words = {std::begin(format_names), std::end(format_names)}};
             }};
 }
 
@@ -254,13 +254,13 @@ argument_kind choice(std::vector<std::string> words)
     return {.placeholder = "WORD",
             .allowed = allowed,
             .read = [words](std::string_view text) { return read_choice(text, words); },
-            .complete = [words](const known_words &) { return candidates{words}; }};
+            .complete = [words](const known_words &) { return candidates{.words = words}; }};
 }
 
 argument_kind file()
 {
     return {.placeholder = "FILE", .allowed = "", .read = read_file, .complete = [](const known_words &) {
-                return candidates{{}, true};
+                return candidates{.files = true};
             }};
 }
 
@@ -271,7 +271,9 @@ argument_kind text()
 
 argument_kind command_words()
 {
-    return {.placeholder = "COMMAND", .allowed = "", .read = read_text, .complete = {}};
+    return {.placeholder = "COMMAND", .allowed = "", .read = read_text, .complete = [](const known_words &) {
+                return candidates{.commands = true};
+            }};
 }
 
 } // namespace kelctl

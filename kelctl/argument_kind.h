@@ -36,8 +36,9 @@ public:
 
 // What a word that is being typed may become.
 struct candidates {
-    std::vector<std::string> words;
-    bool files = false; // names of files as well
+    std::vector<std::string> words = {};
+    bool files = false;    // names of files as well
+    bool commands = false; // words of commands as well
 };
 
 struct argument_kind {

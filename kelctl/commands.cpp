@@ -21,6 +21,7 @@ constexpr command_group groups[] = {
 argument variant_option(const std::vector<variant> &variants)
 {
     std::vector<std::string> words;
+    words.reserve(variants.size());
     for (const variant &one : variants)
         words.emplace_back(one.word);
     const std::string first = words.front();

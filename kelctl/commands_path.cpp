@@ -41,7 +41,8 @@ std::vector<argument> path_arguments_with_shaping()
              .kind = threshold(),
              .help = "how much may wait in the shaped queue",
              .required = false,
-             .otherwise = std::string(unshaped_threshold)}};
+             .otherwise = std::string(unshaped_threshold),
+             .needs = "--rate"}};
 }
 
 constexpr std::string_view shaping_details =

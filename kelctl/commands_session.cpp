@@ -3,6 +3,7 @@
 #include "kelctl/help.h"
 #include "kelctl/script.h"
 #include "kelctl/session.h"
+#include "kelctl/shell.h"
 #include "kelctl/text.h"
 
 #include <fmt/format.h>
@@ -18,6 +19,17 @@ before the first one is run: wrong ones are printed as script:line:column:
 message. It stops at the first line that fails.
 
 All commands run in one process and so on one node.)";
+
+constexpr std::string_view shell_details =
+    R"(On a terminal there is a prompt, with a history that lasts from one shell to the
+next, and completion with TAB: commands, options, ports, and addresses, ids and
+handles that were used or stand in the accelerator. Ctrl-C gives a line up,
+Ctrl-D or "exit" leaves.
+
+With a node file the node is brought up first and taken down at the end.
+
+Elsewhere commands are read line by line and run as they come; the exit status
+is the worst of theirs.)";
 
 result show_help(const invocation &asked, session &session)
 {
@@ -52,6 +64,16 @@ std::vector<command> session_commands()
          .arguments = {{.name = "SCRIPT", .kind = file(), .help = "script; - for standard input"},
                        {.name = "--keep-going", .kind = flag(), .help = "go on after lines that fail"}},
          .example = "run setup.kel",
+         .places = {place::program}},
+        {.name = "shell",
+         .variants = {{.run = shell}},
+         .help = "Carry out commands as they are typed",
+         .details = shell_details,
+         .arguments = {{.name = "FILE",
+                        .kind = file(),
+                        .help = "node file: the node stands while the shell runs",
+                        .required = false}},
+         .example = "shell examples/node.toml",
          .places = {place::program}},
         {.name = "help",
          .variants = {{.run = show_help}},

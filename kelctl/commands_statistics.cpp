@@ -166,7 +166,7 @@ std::vector<command> statistics_commands()
                       {"kel_ic_ebcom_get_global_stats", global_record, "record"}},
          .help = "Show the service's global counters",
          .arguments = {text_format()},
-         .example = "ebcom stats --format csv"},
+         .example = "ebcom stats"},
         {.name = "ebcom queue stats",
          .variants = {{"kel_core_ic_ebcom_queue_fmt_stats_get",
                        queue_text<uint8_t, kel_core_ic_ebcom_queue_fmt_stats_get>, "text"},

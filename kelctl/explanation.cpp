@@ -10,6 +10,7 @@
 
 #include "platform/kei_util.h"
 
+#include <algorithm>
 #include <charconv>
 #include <string_view>
 
@@ -85,7 +86,8 @@ std::optional<explanation> refusal_in(std::string_view told)
     const size_t callee_at = told.rfind(before_callee);
     if (callee_at == std::string_view::npos)
         return std::nullopt;
-    const std::string_view callee = told.substr(callee_at + before_callee.size());
+    std::string_view callee = told.substr(callee_at + before_callee.size());
+    callee.remove_prefix(std::min(callee.find_first_not_of(' '), callee.size())); // some name nothing
     const auto code = driver_kit_code(told);
     const size_t text_at = code ? told.find(before_text) + before_text.size() : 0;
     return explanation{std::string(library_of(callee)), std::string(callee), code,

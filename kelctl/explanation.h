@@ -12,7 +12,7 @@ namespace kelctl
 
 struct explanation {
     std::string by;              // whose refusal it is: "driver kit", "companion library", ... or "library itself"
-    std::string what;            // the function that refused, or what the library itself did not accept
+    std::string what;            // the function that refused, or what the library itself did not accept; may be empty
     std::optional<int64_t> code; // the refusing library's own; none when the records do not tell
     std::string text;            // its text
 };

@@ -20,7 +20,8 @@ std::string code_text(int64_t code)
 std::string refusal_text(const explanation &why)
 {
     const std::string code = why.code ? fmt::format(", code {}", code_text(*why.code)) : "";
-    return fmt::format("refused by the {}: {}{}: {}", why.by, why.what, code, why.text);
+    const std::string what = why.what.empty() ? "" : fmt::format(": {}", why.what);
+    return fmt::format("refused by the {}{}{}: {}", why.by, what, code, why.text);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // The handlers and what they may touch: flags, and a descriptor that wakes who waits for input.
 #include "kelctl/interruption.h"
 
+#include <array>
 #include <atomic>
 #include <cerrno>
 #include <csignal>
@@ -19,8 +20,8 @@ std::atomic<bool> interrupt_noted = false;
 std::atomic<bool> termination_noted = false;
 std::atomic<int> wake_up = -1;
 
-struct sigaction before_interrupt;
-struct sigaction before_termination;
+constexpr std::array<int, 3> watched = {SIGINT, SIGTERM, SIGHUP};
+std::array<struct sigaction, watched.size()> before;
 
 void note(int signal)
 {
@@ -33,12 +34,12 @@ void note(int signal)
 }
 
 // Handled once: then the signal does what it does by default. Calls that it meets are continued.
-void handle_once(int signal, struct sigaction *before)
+void handle_once(int signal, struct sigaction *former)
 {
     struct sigaction action = {};
     action.sa_handler = note;
     action.sa_flags = static_cast<int>(SA_RESETHAND | SA_RESTART);
-    sigaction(signal, &action, before);
+    sigaction(signal, &action, former);
 }
 
 } // namespace
@@ -50,14 +51,14 @@ interruption_watch::interruption_watch()
         throw std::system_error(errno, std::generic_category(), "eventfd");
     interrupt_noted = false;
     termination_noted = false;
-    handle_once(SIGINT, &before_interrupt);
-    handle_once(SIGTERM, &before_termination);
+    for (size_t i = 0; i < watched.size(); ++i)
+        handle_once(watched[i], &before[i]);
 }
 
 interruption_watch::~interruption_watch()
 {
-    sigaction(SIGINT, &before_interrupt, nullptr);
-    sigaction(SIGTERM, &before_termination, nullptr);
+    for (size_t i = 0; i < watched.size(); ++i)
+        sigaction(watched[i], &before[i], nullptr);
     interrupt_noted = false;
     termination_noted = false;
     close(wake_up.exchange(-1));

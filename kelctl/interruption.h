@@ -1,4 +1,4 @@
-// Ctrl-C and SIGTERM as something that is asked about between operations, so that none is torn apart.
+// Ctrl-C, SIGTERM and the end of the terminal as something that is asked about between operations, so that none is torn apart.
 //
 // While there is a watch, the first such signal is only noted. A second one ends the process at once: the way out when an
 // operation hangs.
@@ -20,7 +20,7 @@ public:
 // Whether a signal was noted and not taken. False without a watch.
 bool interrupted();
 
-// The same for SIGTERM alone, which is never taken.
+// The same but for Ctrl-C: what is never taken.
 bool terminated();
 
 // Takes Ctrl-C back: it is as if it had not been, and the next one is the first again.

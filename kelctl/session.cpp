@@ -28,15 +28,15 @@ session::session(place here, bool json, bool trace)
 
 result session::carry_out(const invocation &asked, const origin &from)
 {
-    json_ = asked.json || json_by_default_;
-    trace_live(asked.trace || trace_by_default_);
+    show_as(asked.json, asked.trace);
     result done = asked.chosen->run(asked, *this);
-    json_ = asked.json || json_by_default_; // a command may have carried out others meanwhile
     remember(asked.given);
+    show_as(asked.json, asked.trace); // the command may have carried out others meanwhile
     if (json_)
         write(stdout, line_of(document_of(done, asked, from, log_.installed())));
     else
         show(done, from, log_.installed());
+    show_as(false, false);
     return done;
 }
 
@@ -59,11 +59,13 @@ void session::tell(std::FILE *stream, std::string_view text) const
         write(stream, text);
 }
 
-void session::trace_live(bool trace)
+// What the program was asked for counts for every command.
+void session::show_as(bool json, bool trace)
 {
-    tracing_ = trace;
-    log_.print_to(trace ? stderr : nullptr, json_ ? json_line : text_line);
-    if (trace && !log_.installed() && !std::exchange(missing_tracer_told_, true))
+    json_ = json || json_by_default_;
+    tracing_ = trace || trace_by_default_;
+    log_.print_to(tracing_ ? stderr : nullptr, json_ ? json_line : text_line);
+    if (tracing_ && !log_.installed() && !std::exchange(missing_tracer_told_, true))
         write(stderr, "no trace: the tracer is not installed on this machine\n");
 }
 

@@ -53,7 +53,7 @@ public:
     bool finished = false; // no further command is wanted
 
 private:
-    void trace_live(bool trace);
+    void show_as(bool json, bool trace);
     void remember(const arguments &used);
 
     trace_log log_;

@@ -81,6 +81,15 @@ TEST(Explanation, CodeOfAnotherTextIsNotGuessed)
     EXPECT_FALSE(why->code);
 }
 
+TEST(Explanation, RefusalOfNothingInParticularNamesNothing)
+{
+    const std::string not_empty = kei_util_init_rc_str_get(6);
+    const auto why = explanation_of(with_exceptions(6, {"operation(): " + not_empty + ",  "}));
+    ASSERT_TRUE(why);
+    EXPECT_EQ(why->what, "");
+    EXPECT_EQ(why->code, 6);
+}
+
 TEST(Explanation, NoneWithoutRecordsOrWithOthers)
 {
     EXPECT_FALSE(explanation_of({"operation()", 13, {}}));

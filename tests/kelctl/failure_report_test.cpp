@@ -3,6 +3,7 @@
 
 #include "platform/kei_util.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace kelctl
@@ -25,6 +26,17 @@ TEST(FailureReport, TellsOperationCodeTextAndRecords)
                                                            "  trace records of this operation:\n"
                                                            "    API_CALL  EBCOM   do_it(): thing()  (file.cpp:12)\n"
                                                            "    EXCEPTION GENERAL do_it(): no, thing  (file.cpp:14)\n");
+}
+
+TEST(FailureReport, NamesTheRefusingCallWithItsOwnCode)
+{
+    const failure refused = {
+        "do_it()", 13, {{"EXCEPTION", "GENERAL", "do_it(): 0xfffffffc - try again, ork_bind", "file.cpp:14"}}};
+    EXPECT_THAT(report_of(refused, true, painter(false)),
+                testing::HasSubstr("\n  refused by the driver kit: ork_bind, code -4 (0xfffffffc): try again\n"));
+    const failure by_itself = {"do_it()", 6, {{"EXCEPTION", "GENERAL", "do_it(): no,  ", "file.cpp:14"}}};
+    EXPECT_THAT(report_of(by_itself, true, painter(false)),
+                testing::HasSubstr("\n  refused by the library itself: no\n"));
 }
 
 TEST(FailureReport, WithoutATracerOneLineSaysSo)

@@ -25,7 +25,7 @@ using clock_type = std::chrono::steady_clock;
 constexpr std::chrono::seconds time_limit(120);
 
 // What a test's result must not depend on.
-constexpr const char *forgotten[] = {"MPID", "NO_COLOR", "KEL_SOFTNODE_FAULTS"};
+constexpr const char *forgotten[] = {"MPID", "NO_COLOR", "KEL_SOFTNODE_FAULTS", "XDG_STATE_HOME", "HOME"};
 
 std::vector<std::string> environment_with(const std::map<std::string, std::string> &more)
 {
@@ -70,12 +70,21 @@ channel open_channel(bool terminal)
     return made;
 }
 
-pid_t spawn(const program_run &run, int in, int out, int err)
+pid_t spawn(const program_run &run, posix_spawn_file_actions_t *actions, const posix_spawnattr_t *attributes)
 {
     std::vector<std::string> arguments = run.arguments;
     arguments.insert(arguments.begin(), "kelctl");
     std::vector<std::string> environment = environment_with(run.environment);
+    posix_spawn_file_actions_addchdir_np(actions, run.folder.c_str());
+    pid_t child = -1;
+    EXPECT_EQ(posix_spawn(&child, KELCTL_PROGRAM, actions, attributes, pointers_to(arguments).data(),
+                          pointers_to(environment).data()),
+              0);
+    return child;
+}
 
+pid_t spawn_with_streams(const program_run &run, int in, int out, int err)
+{
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_adddup2(&actions, in, 0);
@@ -83,11 +92,7 @@ pid_t spawn(const program_run &run, int in, int out, int err)
     if (!run.out_device.empty())
         posix_spawn_file_actions_addopen(&actions, 1, run.out_device.c_str(), O_WRONLY, 0);
     posix_spawn_file_actions_adddup2(&actions, err, 2);
-    posix_spawn_file_actions_addchdir_np(&actions, run.folder.c_str());
-    pid_t child = -1;
-    EXPECT_EQ(posix_spawn(&child, KELCTL_PROGRAM, &actions, nullptr, pointers_to(arguments).data(),
-                          pointers_to(environment).data()),
-              0);
+    const pid_t child = spawn(run, &actions, nullptr);
     posix_spawn_file_actions_destroy(&actions);
     return child;
 }
@@ -131,12 +136,30 @@ bool read_all(int out, int err, program_outcome &outcome)
 
 } // namespace
 
+// The first terminal that the leader of a session opens becomes its controlling one.
+pid_t spawn_on_terminal(const program_run &run, const char *terminal, int not_its_own)
+{
+    posix_spawnattr_t attributes;
+    posix_spawnattr_init(&attributes);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID);
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, 0, terminal, O_RDWR, 0);
+    posix_spawn_file_actions_adddup2(&actions, 0, 1);
+    posix_spawn_file_actions_adddup2(&actions, 0, 2);
+    posix_spawn_file_actions_addclose(&actions, not_its_own);
+    const pid_t child = spawn(run, &actions, &attributes);
+    posix_spawn_file_actions_destroy(&actions);
+    posix_spawnattr_destroy(&attributes);
+    return child;
+}
+
 program_outcome run_kelctl(const program_run &run)
 {
     const channel out = open_channel(run.on_terminal);
     const channel err = run.on_terminal ? channel{} : open_channel(false);
     const int in = pipe_holding(run.in);
-    const pid_t child = spawn(run, in, out.write_end, run.on_terminal ? out.write_end : err.write_end);
+    const pid_t child = spawn_with_streams(run, in, out.write_end, run.on_terminal ? out.write_end : err.write_end);
     close(in);
     close(out.write_end);
     if (err.write_end >= 0)

@@ -3,6 +3,7 @@
 
 #include <map>
 #include <string>
+#include <sys/types.h>
 #include <vector>
 
 struct program_outcome {
@@ -19,6 +20,10 @@ struct program_run {
     std::string in{};                                 // standard input; short enough for a pipe to hold
     bool on_terminal = false;                         // both streams are a terminal; everything is in `out`
 };
+
+// Starts the program with a terminal of this name as its controlling one and all its streams. It does not get
+// `not_its_own`. Gives the process id.
+pid_t spawn_on_terminal(const program_run &run, const char *terminal, int not_its_own);
 
 // Waits until the program ends. One that has not after two minutes is ended.
 program_outcome run_kelctl(const program_run &run);

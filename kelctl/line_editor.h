@@ -1,0 +1,38 @@
+// Lines typed on a terminal: editing, history, completion. The only place that knows GNU Readline, which has one state
+// for the whole process.
+#pragma once
+
+#include "kelctl/completion.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kelctl
+{
+
+// Asked with what stands before the cursor.
+using completer = std::function<completion(std::string_view line)>;
+
+// One at a time.
+class line_editor
+{
+public:
+    // `history` is the file that lines are kept in; empty: they are forgotten.
+    line_editor(std::string history, completer complete);
+    ~line_editor();
+    line_editor(const line_editor &) = delete;
+    line_editor &operator=(const line_editor &) = delete;
+
+    // The next line. An empty one when Ctrl-C gave it up. None after Ctrl-D on an empty line, and when the process shall
+    // end. Needs an interruption watch.
+    std::optional<std::string> next(const char *prompt);
+
+private:
+    void remember(std::string line);
+
+    std::string history_;
+};
+
+} // namespace kelctl

@@ -1,0 +1,122 @@
+// The loop over lines, and the node around it.
+#include "kelctl/shell.h"
+
+#include "kelctl/command_line.h"
+#include "kelctl/completion.h"
+#include "kelctl/ebcom_steps.h"
+#include "kelctl/history_file.h"
+#include "kelctl/interruption.h"
+#include "kelctl/line_editor.h"
+#include "kelctl/line_input.h"
+#include "kelctl/load_node_file.h"
+#include "kelctl/result_view.h"
+#include "kelctl/standing.h"
+#include "kelctl/terminal.h"
+#include "kelctl/up.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <memory>
+#include <unistd.h>
+#include <utility>
+
+namespace kelctl
+{
+namespace
+{
+
+constexpr const char *prompt = "kelctl> ";
+
+// Where the command of a line stands, for those who cannot see the line.
+struct line_place {
+    std::string file; // empty: on the terminal
+    uint32_t number;
+};
+
+exit_status run_line(const std::string &line, const line_place &at, session &session)
+{
+    try {
+        const auto words = words_of(line);
+        if (words.empty())
+            return exit_done;
+        return session.carry_out(parse(words, place::shell), {at.file, at.number}).status;
+    } catch (const wrong_line &wrong) {
+        const position where = at.file.empty() ? whole_file : position{at.number, wrong.column()};
+        show_wrong_line({wrong.what(), at.file, where}, session.json());
+    }
+    return exit_wrong_input;
+}
+
+// Whatever becomes of the lines, the person has seen it.
+exit_status run_typed_lines(session &session)
+{
+    line_editor editor(history_file(), [&session](std::string_view line) {
+        known_words known = session.known;
+        if (const auto node = current_snapshot())
+            known.add(*node);
+        return complete(line, known, place::shell);
+    });
+    while (!session.finished && !terminated())
+        if (const auto line = editor.next(prompt))
+            run_line(*line, {"", 0}, session);
+        else
+            break;
+    return exit_done;
+}
+
+exit_status run_piped_lines(session &session)
+{
+    exit_status worst = exit_done;
+    line_input input(STDIN_FILENO);
+    uint32_t number = 0;
+    while (!session.finished)
+        if (const auto line = input.next())
+            worst = std::max(worst, run_line(*line, {"-", ++number}, session));
+        else
+            break;
+    return interrupted() ? std::max(worst, exit_operation_failed) : worst;
+}
+
+exit_status run_lines(session &session)
+{
+    session.where = place::shell;
+    const bool typed = is_terminal(stdin) && is_terminal(stdout);
+    return typed ? run_typed_lines(session) : run_piped_lines(session);
+}
+
+// A node stands around the lines, up to the end of the shell.
+result run_lines_on(std::unique_ptr<node_file> file, session &session)
+{
+    const std::string contents =
+        fmt::format("{} paths, {} PCEPs, {} multicast groups", path_configurations(*file).size(), file->pceps.size(),
+                    file->groups.size());
+    node_from_file node(std::move(file), session);
+    const bool stood = node.up();
+    if (stood)
+        session.tell(stdout, fmt::format("The node stands: {}\n", contents));
+    const exit_status worst = stood ? run_lines(session) : exit_operation_failed;
+    const bool clean = node.down();
+    result done = node.take_result(stood && clean);
+    done.status = std::max(done.status, worst);
+    return done;
+}
+
+} // namespace
+
+result shell(const invocation &asked, session &session)
+{
+    std::unique_ptr<node_file> file;
+    if (asked.given.has("FILE")) {
+        auto loaded = load_node_file(asked.given.text("FILE"));
+        if (!loaded.node)
+            return wrong_input(asked.given.text("FILE"), std::move(loaded.errors), "nothing was started");
+        file = std::move(loaded.node);
+    }
+    const interruption_watch watch;
+    if (file)
+        return run_lines_on(std::move(file), session);
+    return {.status = run_lines(session)};
+}
+
+} // namespace kelctl

@@ -1,0 +1,68 @@
+// Ctrl-C and SIGTERM between the operations of `up` and `run`.
+#include "terminal_session.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+namespace
+{
+
+using testing::HasSubstr;
+using testing::Not;
+
+// So much that the program is far from its end when the signal comes.
+const std::string many_paths = ebcom_table +
+                               "[[path]]\ndst_mac = \"02:00:00:02:00:00\"\nport = \"RLU1P\"\ncount = 40000\n"
+                               "[[path]]\ndst_mac = \"02:00:00:03:00:00\"\nport = \"RLU2P\"\ncount = 40000\n";
+
+TEST(Interruption, CtrlCTakesDownWhatUpHasMade)
+{
+    const file_in_folder file("node.toml", many_paths);
+    terminal_session up({.arguments = {"up", "node.toml"}, .environment = {}, .folder = file.folder()});
+    up.wait_for("adding paths 800/80000");
+    up.type("\x03");
+    up.wait_for("interrupted before the whole node stood");
+    up.wait_for("Taken down. The node is empty again.");
+    EXPECT_EQ(up.wait_for_end(), 1);
+    EXPECT_THAT(up.screen(), Not(HasSubstr("Interface")));
+}
+
+TEST(Interruption, TerminationDoesTheSame)
+{
+    const file_in_folder file("node.toml", many_paths);
+    terminal_session up({.arguments = {"up", "node.toml"}, .environment = {}, .folder = file.folder()});
+    up.wait_for("adding paths 800/80000");
+    up.send(SIGTERM);
+    up.wait_for("interrupted before the whole node stood");
+    up.wait_for("Taken down. The node is empty again.");
+    EXPECT_EQ(up.wait_for_end(), 1);
+}
+
+// A terminal holds little of what is not read, so most of the script is still to come.
+TEST(Interruption, CtrlCStopsAScriptBetweenItsLines)
+{
+    std::string script;
+    for (int i = 0; i < 20000; ++i)
+        script += "pcep locate 02:00:00:02:00:01\n";
+    const file_in_folder file("long.kel", script);
+    terminal_session run({.arguments = {"run", "long.kel"}, .environment = {}, .folder = file.folder()});
+    run.wait_for("OB");
+    run.type("\x03");
+    run.wait_for("long.kel: interrupted, ");
+    EXPECT_THAT(run.wait_for(" commands were run"), testing::MatchesRegex("[0-9]+ of 20000"));
+    EXPECT_EQ(run.wait_for_end(), 1);
+}
+
+TEST(Interruption, SecondCtrlCEndsTheProgramThatHangs)
+{
+    const file_in_folder file("node.toml", ebcom_table);
+    terminal_session up({.arguments = {"run", "-"}, .environment = {}, .folder = file.folder()});
+    up.type("trace message waiting\n");
+    up.wait_for("waiting");
+    up.type("\x03");
+    EXPECT_EQ(up.wait_for_end(), -1);
+}
+
+} // namespace

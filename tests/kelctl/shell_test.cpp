@@ -1,0 +1,100 @@
+// `kelctl shell` where nobody types: lines through a pipe.
+#include "program.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace
+{
+
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+program_outcome shell_of(const std::string &lines, const std::vector<std::string> &more = {})
+{
+    std::vector<std::string> arguments = {"shell"};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    return run_kelctl({.arguments = arguments, .environment = {}, .folder = KELCTL_SOURCE_DIR, .in = lines});
+}
+
+TEST(Shell, NoPromptIsPrintedIntoAPipe)
+{
+    const auto outcome = shell_of("trace message a\n\n# nothing\ntrace message b");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.out, "a\nb\n");
+    EXPECT_EQ(outcome.err, "");
+}
+
+TEST(Shell, LinesAreRunAsTheyComeAndTheWorstIsTheStatus)
+{
+    const auto outcome = shell_of("pcep start\npcep remove 7\ntrace message still\n");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.out, "still\n");
+    EXPECT_THAT(outcome.err, StartsWith("-:2: failed: kel_core_ic_pcep_rem(pcep_id=7)\n"));
+
+    const auto wrong = shell_of("trace message first\n pcep rmove 7\ntrace message still\n");
+    EXPECT_EQ(wrong.status, 2);
+    EXPECT_EQ(wrong.out, "first\nstill\n");
+    EXPECT_EQ(wrong.err, "-:2:7: there is no command \"pcep rmove\"; did you mean \"pcep remove\"?\n");
+}
+
+TEST(Shell, NodeOfTheFileStandsWhileItRuns)
+{
+    const auto outcome = shell_of("ebcom queue handle 02:00:00:02:00:01\n", {"examples/node.toml"});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.out, "The node stands: 17 paths, 4 PCEPs, 2 multicast groups\n"
+                           "handle  0x5d00000001\n"
+                           "Taken down. The node is empty again.\n");
+}
+
+TEST(Shell, WhatALineLeavesBehindIsTold)
+{
+    const auto more = shell_of("group add 44\n", {"examples/node.toml"});
+    EXPECT_EQ(more.status, 1);
+    EXPECT_EQ(more.err, "Taken down, but left behind: 1 multicast group\n");
+
+    const auto less = shell_of("pcep remove 4\n", {"examples/node.toml"});
+    EXPECT_EQ(less.status, 1);
+    EXPECT_THAT(less.err, HasSubstr("failed: kel_core_ic_pcep_rem(pcep_id=4)\n  code 4: "));
+}
+
+TEST(Shell, NodeThatDoesNotStandRunsNoLine)
+{
+    const auto outcome = run_kelctl({.arguments = {"shell", "examples/node.toml"},
+                                     .environment = {{"KEL_SOFTNODE_FAULTS", "ork_ebcom_pcep_create:2=-4"}},
+                                     .folder = KELCTL_SOURCE_DIR,
+                                     .in = "trace message never\n"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_THAT(outcome.err, StartsWith("failed: kel_core_ic_pcep_add(pcep_id=2, "));
+    EXPECT_THAT(outcome.err, EndsWith("Taken down. The node is empty again.\n"));
+}
+
+TEST(Shell, WrongNodeFileStartsNothing)
+{
+    const auto outcome = shell_of("trace message never\n", {"/nowhere/node.toml"});
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_EQ(outcome.err, "/nowhere/node.toml: cannot be read: No such file or directory\n"
+                           "/nowhere/node.toml: 1 problem, nothing was started\n");
+}
+
+TEST(Shell, JsonIsALineForEachCommandAndOneForTheShell)
+{
+    const auto outcome = shell_of("trace point\nwhat\n", {"--json"});
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.out,
+              R"({"command":"trace point","arguments":{},"file":"-","line":1,"ok":true,"code":0,"text":"success",)"
+              R"("result":{}})"
+              "\n"
+              R"({"command":null,"arguments":{},"ok":false,"code":null,"text":null,"result":{},"error":{"message":)"
+              R"("there is no command \"what\"","file":"-","line":2,"column":1}})"
+              "\n"
+              R"({"command":"shell","arguments":{},"ok":false,"code":null,"text":null,"result":{}})"
+              "\n");
+}
+
+} // namespace
