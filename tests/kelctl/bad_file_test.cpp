@@ -90,6 +90,14 @@ const bad_file bad_files[] = {
      good_path_with("shaping = { rate = 1, burts = 2, burst = 2, threshold = 256 }\n"),
      {"8:23: unknown key \"burts\" in shaping; did you mean \"burst\"?"}},
     {"KeyWithControlCharacters", after_ebcom("\"a\\u001b[31m\" = 1\n"), {"5:1: unknown key \"a?[31m\" in [ebcom]"}},
+    {"MisspeltKeyIsNotMissingAsWell",
+     "[ebcom]\nic_prot_mtu = 1500\nethertype = 0x88B5\nseting = [1, 2]\n",
+     {"2:1: unknown key \"ic_prot_mtu\" in [ebcom]; did you mean \"ic_port_mtu\"?",
+      "3:1: unknown key \"ethertype\" in [ebcom]; did you mean \"ether_type\"?",
+      "4:1: unknown key \"seting\" in [ebcom]; did you mean \"settings\"?"}},
+    {"MisspeltTableIsNotMissingAsWell",
+     "[ebcon]\nic_port_mtu = 1500\n",
+     {"1:2: unknown table \"ebcon\"; did you mean \"ebcom\"?"}},
     {"MissingParameters",
      "\n[ebcom]\n",
      {"2:1: [ebcom]: settings is missing", "2:1: [ebcom]: ic_port_mtu is missing",
@@ -291,6 +299,13 @@ TEST(UnreadableFile, IsToldWithTheSystemsReason)
     const auto folder = run_kelctl({.arguments = {"up", "/"}});
     EXPECT_EQ(folder.status, 2);
     EXPECT_THAT(folder.err, testing::StartsWith("/: cannot be read: Is a directory\n"));
+}
+
+TEST(UnreadableFile, NameWithControlCharactersIsPrintedWithoutThem)
+{
+    EXPECT_EQ(run_kelctl({.arguments = {"up", "/nowhere/\x1b[31m\nnode.toml"}}).err,
+              "/nowhere/?[31m?node.toml: cannot be read: No such file or directory\n"
+              "/nowhere/?[31m?node.toml: 1 problem, nothing was started\n");
 }
 
 TEST(UnreadableFile, EndlessDeviceIsNotReadToItsEnd)

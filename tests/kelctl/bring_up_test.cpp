@@ -108,5 +108,15 @@ TEST_F(BringUp, TakesDownWhatStillStandsWhenItGoes)
     EXPECT_THAT(calls, ElementsAre("a", "undo a"));
 }
 
+TEST_F(BringUp, StopsBetweenStepsWhenToldToAndIsNotWhole)
+{
+    bring_up node({plain("a"), plain("b")}, log);
+    EXPECT_FALSE(node.up(nobody, [this] { return !calls.empty(); }));
+    EXPECT_FALSE(node.whole());
+    EXPECT_FALSE(node.up(nobody));
+    EXPECT_TRUE(node.whole());
+    EXPECT_THAT(calls, ElementsAre("a", "b"));
+}
+
 } // namespace
 } // namespace kelctl

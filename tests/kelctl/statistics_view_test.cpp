@@ -66,5 +66,20 @@ TEST(StatisticsView, HeadingsArePaintedLineByLine)
     EXPECT_THAT(view, testing::HasSubstr(" in use\x1b[0m\nRLU1Q"));
 }
 
+TEST(StatisticsView, FieldsHaveEveryQueueAndPcep)
+{
+    statistics read;
+    read.ebcom = "text";
+    read.queues = {{.port = 6, .stats = std::nullopt}, {.port = 7, .stats = ebcom_queue_stats{}}};
+    read.queues[1].stats->octets_rx = 0x1'0000'0005;
+    read.pceps = {{7, "lines"}};
+    const fields shown = statistics_fields(read);
+    EXPECT_EQ(shown["ebcom"], "text");
+    EXPECT_EQ(shown["queues"][0].dump(), R"({"port":6,"name":"RLU1P","counters":null})");
+    EXPECT_EQ(shown["queues"][1]["counters"]["octets_rx"], 0x1'0000'0005);
+    EXPECT_EQ(shown["queues"][1]["counters"].size(), 10u);
+    EXPECT_EQ(shown["pceps"].dump(), R"([{"id":7,"text":"lines"}])");
+}
+
 } // namespace
 } // namespace kelctl

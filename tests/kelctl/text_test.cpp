@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
 namespace kelctl
 {
 namespace
@@ -48,6 +50,34 @@ TEST(Text, NearestOfSeveralIsTheOneWithFewestWrongLetters)
 {
     constexpr std::string_view close[] = {"coint", "count"};
     EXPECT_EQ(nearest("countt", close), "count");
+}
+
+TEST(Text, NearestOfSeveralThatAreEquallyNearIsNone)
+{
+    constexpr std::string_view ports[] = {"RLU1P", "RLU2P", "RLU3P"};
+    EXPECT_EQ(nearest("RLU9P", ports), "");
+    EXPECT_EQ(nearest("RLU2Q", ports), "RLU2P");
+    EXPECT_EQ(did_you_mean("RLU9P", ports), "");
+    EXPECT_EQ(did_you_mean("RUL2P", ports), "; did you mean \"RLU2P\"?");
+}
+
+TEST(Text, WithoutControlsNothingIsCut)
+{
+    EXPECT_EQ(without_controls(std::string(1000, 'x') + "\n"), std::string(1000, 'x') + "?");
+}
+
+TEST(Text, LinesAreBrokenAtBlanksWithinEightyColumns)
+{
+    EXPECT_EQ(wrapped("> ", ""), "> \n");
+    EXPECT_EQ(wrapped("> ", "a b"), "> a b\n");
+    EXPECT_EQ(wrapped("> ", std::string(75, 'x') + " ab c"), "> " + std::string(75, 'x') + " ab\n  c\n");
+    EXPECT_EQ(wrapped("> ", std::string(100, 'x') + " a"), "> " + std::string(100, 'x') + "\n  a\n");
+}
+
+TEST(Text, PartsStayWhole)
+{
+    const std::vector<std::string> parts = {std::string(70, 'x'), "[--rate RATE]", "[--burst SIZE]"};
+    EXPECT_EQ(wrapped("> ", parts), "> " + std::string(70, 'x') + "\n  [--rate RATE] [--burst SIZE]\n");
 }
 
 } // namespace

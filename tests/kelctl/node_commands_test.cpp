@@ -1,0 +1,173 @@
+// `kelctl check`, `plan`, `up --json`, and the tables of ports, codes and limits.
+#include "program.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <sstream>
+
+namespace
+{
+
+using nlohmann::ordered_json;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+program_outcome kelctl(const std::vector<std::string> &arguments,
+                       const std::map<std::string, std::string> &environment = {})
+{
+    return run_kelctl({.arguments = arguments, .environment = environment, .folder = KELCTL_SOURCE_DIR});
+}
+
+ordered_json document(const program_outcome &outcome)
+{
+    return ordered_json::parse(outcome.out, nullptr, false);
+}
+
+TEST(Check, SoundFileIsCountedAndNothingIsStarted)
+{
+    const auto outcome = kelctl({"check", "examples/node.toml"}, {{"KEL_SOFTNODE_FAULTS", "kel_init_attach=3"}});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.out, "paths             17\npceps             4\nmulticast groups  2\n");
+    EXPECT_EQ(outcome.err, "");
+}
+
+TEST(Check, WrongFileIsToldAsUpTellsIt)
+{
+    const file_in_folder file("node.toml", "[ebcom]\ncolour = 1\n");
+    const auto checked = run_kelctl({.arguments = {"check", "node.toml"}, .environment = {}, .folder = file.folder()});
+    const auto upped = run_kelctl({.arguments = {"up", "node.toml"}, .environment = {}, .folder = file.folder()});
+    EXPECT_EQ(checked.status, 2);
+    EXPECT_EQ(checked.err, upped.err);
+    EXPECT_THAT(checked.err, HasSubstr("node.toml:2:1: unknown key \"colour\" in [ebcom]\n"));
+}
+
+TEST(Check, JsonHasEveryProblem)
+{
+    const file_in_folder file("node.toml", "[ebcom]\ncolour = 1\n");
+    const auto outcome =
+        run_kelctl({.arguments = {"check", "node.toml", "--json"}, .environment = {}, .folder = file.folder()});
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.err, "");
+    const auto told = document(outcome);
+    EXPECT_EQ(told["ok"], false);
+    EXPECT_EQ(told["error"]["file"], "node.toml");
+    EXPECT_EQ(told["error"]["line"], 1);
+    EXPECT_EQ(told["further_errors"].size(), 3u);
+}
+
+TEST(Check, NodeFileMayComeThroughStandardInput)
+{
+    const auto outcome = run_kelctl({.arguments = {"check", "-"}, .in = ebcom_table});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(outcome.out, StartsWith("paths             0\n"));
+}
+
+TEST(Plan, ListsTheCallsUpAndDownAndMakesNone)
+{
+    const file_in_folder file("node.toml", ebcom_table + "[[path]]\ndst_mac = \"02:00:00:02:00:01\"\nport = 6\n"
+                                                         "shaping = { rate = 5, burst = 6, threshold = 256 }\n");
+    const auto outcome = run_kelctl({.arguments = {"plan", "node.toml"},
+                                     .environment = {{"KEL_SOFTNODE_FAULTS", "kel_init_attach=3"}},
+                                     .folder = file.folder()});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.out, "Up\n"
+                           "   1  kel_core_ic_ebcom_global_param_set(icPortMTU=1500, etherType=0x88b5,\n"
+                           "      settings=1, 2)\n"
+                           "   2  kel_core_ic_ebcom_interface_create()\n"
+                           "   3  kel_core_ic_ebcom_start()\n"
+                           "   4  kel_core_ic_ebcom_path_add(dst_mac=02:00:00:02:00:01, port=RLU1P (6),\n"
+                           "      rate=5 kbit/s, burst=6 octets, threshold=256 octets)\n"
+                           "Down\n"
+                           "   1  kel_core_ic_ebcom_path_rem(dst_mac=02:00:00:02:00:01, port=RLU1P (6),\n"
+                           "      rate=5 kbit/s, burst=6 octets, threshold=256 octets)\n"
+                           "   2  kel_core_ic_ebcom_stop()\n"
+                           "   3  kel_core_ic_ebcom_interface_delete()\n");
+}
+
+TEST(Plan, IsWhatUpDoes)
+{
+    const auto planned = document(kelctl({"plan", "examples/node.toml", "--json"}))["result"];
+    EXPECT_EQ(planned["up"].size(), 3u + 17 + 1 + 4 + 2 + 5);
+    EXPECT_EQ(planned["down"].size(), planned["up"].size() - 1); // parameters cannot be taken back
+    const auto trace = kelctl({"up", "examples/node.toml", "--trace"}).err;
+    if (trace.find("the tracer is not installed") != std::string::npos)
+        GTEST_SKIP() << "there is no tracer on this machine";
+    size_t from = 0;
+    for (const std::string list : {"up", "down"})
+        for (const std::string call : planned[list]) {
+            from = trace.find(" " + call.substr(0, call.find('(')) + "()  (", from);
+            ASSERT_NE(from, std::string::npos) << call;
+            ++from;
+        }
+}
+
+TEST(UpJson, TellsWhatStoodAndThatNothingIsLeft)
+{
+    const auto outcome = kelctl({"up", "examples/node.toml", "--json"});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "");
+    const auto told = document(outcome);
+    EXPECT_EQ(told["command"], "up");
+    EXPECT_EQ(told["ok"], true);
+    const auto &result = told["result"];
+    EXPECT_EQ(result["stood"], true);
+    EXPECT_EQ(result["paths_added"], 17);
+    EXPECT_EQ(result["node"]["paths"].size(), 16u);
+    EXPECT_EQ(result["statistics"]["queues"].size(), 10u);
+    EXPECT_EQ(result["statistics"]["pceps"].size(), 4u);
+    EXPECT_EQ(result["timestamp_thread"].size(), 0u);
+    EXPECT_EQ(result["left_behind"], "");
+}
+
+TEST(UpJson, ExplainsTheFailureAndTellsWhatIsLeft)
+{
+    const auto outcome = kelctl({"up", "examples/node.toml", "--json"},
+                                {{"KEL_SOFTNODE_FAULTS", "ork_bind=-8;ork_ebcom_pcep_path_delete:1=-4"}});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err, "");
+    const auto told = document(outcome);
+    EXPECT_EQ(told["ok"], false);
+    EXPECT_EQ(told["result"]["stood"], false);
+    EXPECT_EQ(told["result"]["left_behind"], "1 path, 1 PCEP");
+    EXPECT_EQ(told["failure"]["function"], "kel_core_ic_pcep_add");
+    EXPECT_EQ(told["failure"]["code"], 13);
+    EXPECT_EQ(told["further_failures"][0]["function"], "kel_core_ic_ebcom_path_rem");
+    if (told["failure"]["records"].is_null())
+        GTEST_SKIP() << "there is no tracer on this machine";
+    EXPECT_EQ(told["failure"]["refusal"]["by"], "driver kit");
+    EXPECT_EQ(told["failure"]["refusal"]["what"], "ork_bind");
+    EXPECT_EQ(told["failure"]["refusal"]["code"], -8);
+    EXPECT_EQ(told["failure"]["records"][0]["event"], "FN_ENTER");
+}
+
+TEST(Tables, PortsHaveNamesAndQosRows)
+{
+    const auto told = document(kelctl({"ports", "--json"}))["result"];
+    EXPECT_EQ(told["ports"].size(), 51u);
+    EXPECT_EQ(told["ports"][19].dump(), R"({"port":19,"name":"RLU1R","ebcom":true,"scheduler":0,"queue":2})");
+    EXPECT_EQ(told["ports"][14].dump(), R"({"port":14,"name":"DEBUG","ebcom":false,"scheduler":null,"queue":null})");
+    EXPECT_EQ(told["locations"][1].dump(), R"({"location":"HSFP","code":3,"mac_byte_3":"3","mac_byte_2":"any"})");
+    const auto text = kelctl({"ports"}).out;
+    EXPECT_THAT(text,
+                HasSubstr("port  name       ebcom  scheduler  queue\n   0  NONE       yes            4      0\n"));
+    EXPECT_THAT(text, HasSubstr("\nlocation  code  mac byte 3  mac byte 2\n"));
+}
+
+TEST(Tables, CodesHaveTheTextsOfThePlatform)
+{
+    const auto text = kelctl({"codes"}).out;
+    EXPECT_THAT(text, HasSubstr("\n   4  not found "));
+    EXPECT_THAT(text, HasSubstr("\n             -4  0xfffffffc  AGAIN       still in use, try again\n"));
+}
+
+TEST(Tables, LimitsAreThoseOfTheServiceAndOfValues)
+{
+    const auto text = kelctl({"limits"}).out;
+    EXPECT_THAT(text, StartsWith("max burst size         1048575\nmax pcep id            511\n"));
+    EXPECT_THAT(text, HasSubstr("\nEtherType                1536       65535  0x0600 to 0xFFFF\n"));
+}
+
+} // namespace
