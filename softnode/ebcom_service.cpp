@@ -60,13 +60,6 @@ Refusal EbcomService::delete_path(const Mac &mac)
     return paths_.erase(mac) ? Refusal::granted : Refusal::gone;
 }
 
-void EbcomService::forget_queue(Handle queue)
-{
-    for (auto &[mac, path] : paths_)
-        if (path.queue == queue)
-            path.queue = Handle::null;
-}
-
 void EbcomService::account(Fate fate, const Frames &frames)
 {
     counters_.account(fate, frames);

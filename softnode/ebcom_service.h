@@ -21,7 +21,7 @@ namespace softnode
 struct Path {
     std::int32_t pcep_type = 0;
     std::uint8_t eioa_port = 0;
-    Handle queue = Handle::null; /* null once the queue was removed: the path stays, without a queue */
+    Handle queue = Handle::null; /* may be gone: a path stays when its queue is removed, and leads nowhere then */
 };
 
 class EbcomService
@@ -37,9 +37,6 @@ public:
     /** Lays a path through a queue that exists. A path to the same address that is already there is changed to it. */
     Refusal create_path(const Mac &mac, const Path &path);
     Refusal delete_path(const Mac &mac);
-
-    /** Leaves the paths that used a queue, now gone, without one. */
-    void forget_queue(Handle queue);
 
     void account(Fate fate, const Frames &frames);
 

@@ -34,11 +34,7 @@ Refusal Node::create_path(const ork_ebcom_pcep_path &path)
 
 Refusal Node::remove_queue(Handle queue)
 {
-    if (const Refusal refusal = qos.remove_queue(queue))
-        return refusal;
-
-    ebcom.forget_queue(queue);
-    return Refusal::granted;
+    return qos.remove_queue(queue);
 }
 
 Refusal Node::delete_scheduler(Handle scheduler)

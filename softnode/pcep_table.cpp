@@ -41,6 +41,16 @@ std::uint16_t Pcep::priority() const
     return params.vlan >> 12;
 }
 
+Mac Pcep::local_mac() const
+{
+    return mac_at(params.sMac);
+}
+
+Mac Pcep::remote_mac() const
+{
+    return mac_at(params.dMac);
+}
+
 bool Group::lists(std::uint32_t pcep_id) const
 {
     return std::find(members.begin(), members.end(), pcep_id) != members.end();
@@ -53,8 +63,11 @@ Refusal PcepTable::create_pcep(const ork_ebcom_pcep_params &params, Handle &pcep
     if (const Refusal refusal = check_free(params.localPcepId))
         return refusal;
 
-    pcep = pceps_.add({params});
-    holders_[params.localPcepId] = pcep;
+    const Pcep fresh{params};
+    pcep = pceps_.add(fresh);
+    holders_[fresh.id()] = pcep;
+    by_local_.emplace(fresh.local_mac(), fresh.id());
+    by_remote_.emplace(fresh.remote_mac(), fresh.id());
     return Refusal::granted;
 }
 
@@ -62,10 +75,13 @@ Refusal PcepTable::delete_pcep(Handle pcep)
 {
     if (const Refusal refusal = pceps_.check(pcep))
         return refusal;
-    if (pceps_.at(pcep).target != Handle::null)
+    const Pcep &found = pceps_.at(pcep);
+    if (found.target != Handle::null)
         return Refusal::busy;
 
-    holders_[pceps_.at(pcep).id()] = Handle::null;
+    holders_[found.id()] = Handle::null;
+    by_local_.erase({found.local_mac(), found.id()});
+    by_remote_.erase({found.remote_mac(), found.id()});
     pceps_.remove(pcep);
     return Refusal::granted;
 }
@@ -100,14 +116,14 @@ Refusal PcepTable::create_group(const ork_ebcom_multicast_group &params, Handle 
         return Refusal::invalid;
     if (const Refusal refusal = check_free(params.pcep_id))
         return refusal;
-    const auto lists_it = [&](const auto &entry) { return entry.second.lists(params.pcep_id); };
-    if (std::any_of(groups_.begin(), groups_.end(), lists_it))
+    if (listings_[params.pcep_id] != 0)
         return Refusal::busy;
     if (groups_.size() >= facts::most_groups)
         return Refusal::full;
 
     group = groups_.add({params.pcep_id, scheduler});
     holders_[params.pcep_id] = group;
+    ++senders_[scheduler];
     return Refusal::granted;
 }
 
@@ -115,10 +131,13 @@ Refusal PcepTable::delete_group(Handle group)
 {
     if (const Refusal refusal = groups_.check(group))
         return refusal;
-    if (!groups_.at(group).members.empty())
+    const Group &found = groups_.at(group);
+    if (!found.members.empty())
         return Refusal::busy;
 
-    holders_[groups_.at(group).id] = Handle::null;
+    holders_[found.id] = Handle::null;
+    if (--senders_.at(found.scheduler) == 0)
+        senders_.erase(found.scheduler);
     groups_.remove(group);
     return Refusal::granted;
 }
@@ -136,6 +155,7 @@ Refusal PcepTable::add_member(Handle group, std::uint32_t pcep_id)
         return Refusal::full;
 
     found.members.push_back(pcep_id);
+    ++listings_[pcep_id];
     return Refusal::granted;
 }
 
@@ -145,7 +165,11 @@ Refusal PcepTable::remove_member(Handle group, std::uint32_t pcep_id)
         return refusal;
     if (!possible(pcep_id))
         return Refusal::invalid;
-    return std::erase(groups_.at(group).members, pcep_id) ? Refusal::granted : Refusal::gone;
+    if (std::erase(groups_.at(group).members, pcep_id) == 0)
+        return Refusal::gone;
+
+    --listings_[pcep_id];
+    return Refusal::granted;
 }
 
 Refusal PcepTable::account(Handle pcep, Fate fate, const Frames &frames)
@@ -168,8 +192,28 @@ Refusal PcepTable::read_statistics(Handle pcep, ebcom_pcep_stats &record) const
 
 bool PcepTable::send_through(Handle scheduler) const
 {
-    return std::any_of(groups_.begin(), groups_.end(),
-                       [scheduler](const auto &entry) { return entry.second.scheduler == scheduler; });
+    return senders_.contains(scheduler);
+}
+
+Refusal PcepTable::find(std::uint32_t id, Handle &holder) const
+{
+    if (!possible(id))
+        return Refusal::invalid;
+    if (holders_[id] == Handle::null)
+        return Refusal::gone;
+
+    holder = holders_[id];
+    return Refusal::granted;
+}
+
+Handle PcepTable::at_local(const Mac &mac) const
+{
+    return first_at(mac, by_local_);
+}
+
+Handle PcepTable::at_remote(const Mac &mac) const
+{
+    return first_at(mac, by_remote_);
 }
 
 const Registry<Pcep> &PcepTable::pceps() const
@@ -187,6 +231,10 @@ void PcepTable::reset()
     pceps_.clear();
     groups_.clear();
     holders_.fill(Handle::null);
+    listings_.fill(0);
+    senders_.clear();
+    by_local_.clear();
+    by_remote_.clear();
 }
 
 /* Whether a PCEP or a group can be created with this id. */
@@ -200,11 +248,16 @@ Refusal PcepTable::check_free(std::uint32_t id) const
 /* Whether this is the id of a PCEP: gone when it is free, invalid when it is a group's or no id at all. */
 Refusal PcepTable::check_pcep_id(std::uint32_t id) const
 {
-    if (!possible(id))
-        return Refusal::invalid;
-    if (holders_[id] == Handle::null)
-        return Refusal::gone;
-    return pceps_.check(holders_[id]);
+    Handle holder = Handle::null;
+    if (const Refusal refusal = find(id, holder))
+        return refusal;
+    return pceps_.check(holder);
+}
+
+Handle PcepTable::first_at(const Mac &mac, const AddressIndex &index) const
+{
+    const auto first = index.lower_bound({mac, 0});
+    return first != index.end() && first->first == mac ? holders_[first->second] : Handle::null;
 }
 
 } // namespace softnode

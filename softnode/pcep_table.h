@@ -11,11 +11,16 @@
 
 #include "softnode/counters.h"
 #include "softnode/facts.h"
+#include "softnode/mac.h"
 #include "softnode/platform.h"
 #include "softnode/registry.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
+#include <map>
+#include <set>
+#include <utility>
 #include <vector>
 
 namespace softnode
@@ -30,6 +35,8 @@ struct Pcep {
     std::uint32_t remote_id() const;
     std::uint16_t vlan_id() const;
     std::uint16_t priority() const;
+    Mac local_mac() const;
+    Mac remote_mac() const;
 };
 
 struct Group {
@@ -39,6 +46,9 @@ struct Group {
 
     bool lists(std::uint32_t pcep_id) const;
 };
+
+/* PCEP ids in the order of one of their addresses. */
+using AddressIndex = std::set<std::pair<Mac, std::uint32_t>>;
 
 class PcepTable
 {
@@ -67,6 +77,13 @@ public:
     /** Whether a group sends through the scheduler. */
     bool send_through(Handle scheduler) const;
 
+    /** The PCEP or group with an id: gone when the id is free, invalid when it is none. */
+    Refusal find(std::uint32_t id, Handle &holder) const;
+
+    /* The PCEP with the lowest id that has this local or remote address; null when there is none. */
+    Handle at_local(const Mac &mac) const;
+    Handle at_remote(const Mac &mac) const;
+
     const Registry<Pcep> &pceps() const;
     const Registry<Group> &groups() const;
 
@@ -75,10 +92,15 @@ public:
 private:
     Refusal check_free(std::uint32_t id) const;
     Refusal check_pcep_id(std::uint32_t id) const;
+    Handle first_at(const Mac &mac, const AddressIndex &index) const;
 
     Registry<Pcep> pceps_{Kind::pcep};
     Registry<Group> groups_{Kind::multicast_group};
-    std::array<Handle, facts::highest_pcep_id + 1> holders_{}; /* by id: its PCEP or group; null: free */
+    std::array<Handle, facts::highest_pcep_id + 1> holders_{};       /* by id: its PCEP or group; null: free */
+    std::array<std::size_t, facts::highest_pcep_id + 1> listings_{}; /* by id: how many groups list it */
+    std::map<Handle, std::size_t> senders_;                          /* by scheduler: how many groups send through it */
+    AddressIndex by_local_;
+    AddressIndex by_remote_;
 };
 
 } // namespace softnode

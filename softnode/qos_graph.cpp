@@ -6,8 +6,6 @@
 #include "softnode/facts.h"
 #include "softnode/statistics.h"
 
-#include <algorithm>
-
 namespace softnode
 {
 
@@ -43,6 +41,8 @@ Refusal QosGraph::create_scheduler(const ork_qos_scheduler_params &params, Handl
         return Refusal::full;
 
     scheduler = schedulers_.add({parent, params});
+    if (parent != Handle::null)
+        ++schedulers_.at(parent).below;
     return Refusal::granted;
 }
 
@@ -50,9 +50,12 @@ Refusal QosGraph::delete_scheduler(Handle scheduler)
 {
     if (const Refusal refusal = schedulers_.check(scheduler))
         return refusal;
-    if (in_use(scheduler))
+    const Scheduler &found = schedulers_.at(scheduler);
+    if (found.below != 0)
         return Refusal::busy;
 
+    if (found.parent != Handle::null)
+        --schedulers_.at(found.parent).below;
     schedulers_.remove(scheduler);
     return Refusal::granted;
 }
@@ -75,6 +78,7 @@ Refusal QosGraph::add_queue(const kel_init_qos_queue_params &params, std::uint32
         return Refusal::full;
 
     queue = queues_.add({scheduler, params.rate, params.threshold, params.bucket_size});
+    ++schedulers_.at(scheduler).below;
     return Refusal::granted;
 }
 
@@ -83,6 +87,7 @@ Refusal QosGraph::remove_queue(Handle queue)
     if (const Refusal refusal = queues_.check(queue))
         return refusal;
 
+    --schedulers_.at(queues_.at(queue).scheduler).below;
     queues_.remove(queue);
     return Refusal::granted;
 }
@@ -137,14 +142,6 @@ void QosGraph::reset()
 {
     queues_.clear();
     schedulers_.clear();
-}
-
-bool QosGraph::in_use(Handle scheduler) const
-{
-    const auto hangs_below = [scheduler](const auto &entry) { return entry.second.parent == scheduler; };
-    const auto feeds_it = [scheduler](const auto &entry) { return entry.second.scheduler == scheduler; };
-    return std::any_of(schedulers_.begin(), schedulers_.end(), hangs_below) ||
-           std::any_of(queues_.begin(), queues_.end(), feeds_it);
 }
 
 } // namespace softnode

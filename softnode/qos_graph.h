@@ -10,6 +10,7 @@
 #include "softnode/platform.h"
 #include "softnode/registry.h"
 
+#include <cstddef>
 #include <cstdint>
 
 namespace softnode
@@ -18,6 +19,7 @@ namespace softnode
 struct Scheduler {
     Handle parent = Handle::null; /* null: directly under the root */
     ork_qos_scheduler_params params{};
+    std::size_t below = 0; /* schedulers and queues directly under it */
 };
 
 struct Queue {
@@ -61,8 +63,6 @@ public:
     void reset();
 
 private:
-    bool in_use(Handle scheduler) const;
-
     Registry<Scheduler> schedulers_{Kind::scheduler};
     Registry<Queue> queues_{Kind::queue};
 };

@@ -76,14 +76,17 @@ Json queues(const QosGraph &qos)
     return list;
 }
 
-Json paths(const EbcomService &ebcom)
+Json paths(const EbcomService &ebcom, const QosGraph &qos)
 {
+    const auto queue_or_null = [&qos](Handle queue) {
+        return qos.check_queue(queue) == Refusal::granted ? Json(text_of(queue)) : Json(nullptr);
+    };
     Json list = Json::array();
     for (const auto &[mac, path] : ebcom.paths())
         list.push_back({{"mac", text_of(mac).data()},
                         {"type", path.pcep_type},
                         {"eioa_port", path.eioa_port},
-                        {"queue", handle_or_null(path.queue)}});
+                        {"queue", queue_or_null(path.queue)}});
     return list;
 }
 
@@ -94,8 +97,8 @@ Json pceps(const PcepTable &table)
         list.push_back({{"handle", text_of(handle)},
                         {"id", pcep.id()},
                         {"remote_id", pcep.remote_id()},
-                        {"local_mac", text_of(mac_at(pcep.params.sMac)).data()},
-                        {"remote_mac", text_of(mac_at(pcep.params.dMac)).data()},
+                        {"local_mac", text_of(pcep.local_mac()).data()},
+                        {"remote_mac", text_of(pcep.remote_mac()).data()},
                         {"vlan", pcep.vlan_id()},
                         {"priority", pcep.priority()},
                         {"target", handle_or_null(pcep.target)},
@@ -200,7 +203,7 @@ std::string snapshot(const Node &node)
 {
     const Json document{{"schedulers", schedulers(node.qos)},
                         {"queues", queues(node.qos)},
-                        {"paths", paths(node.ebcom)},
+                        {"paths", paths(node.ebcom, node.qos)},
                         {"pceps", pceps(node.pceps)},
                         {"bindings", bindings(node.pceps)},
                         {"groups", groups(node.pceps)},

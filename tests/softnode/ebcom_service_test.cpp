@@ -151,16 +151,6 @@ TEST(EbcomService, DeletingAPathThatIsNotThereIsRefused)
     EXPECT_EQ(ebcom.delete_path(mac), Refusal::gone);
 }
 
-TEST(EbcomService, AForgottenQueueLeavesItsPathsWithoutOne)
-{
-    EbcomService ebcom;
-    ASSERT_EQ(ebcom.create_path(numbered_mac(1), {2, 9, queue}), Refusal::granted);
-    ASSERT_EQ(ebcom.create_path(numbered_mac(2), {2, 9, other_queue}), Refusal::granted);
-    ebcom.forget_queue(queue);
-    EXPECT_EQ(ebcom.paths().at(numbered_mac(1)).queue, Handle::null);
-    EXPECT_EQ(ebcom.paths().at(numbered_mac(2)).queue, other_queue);
-}
-
 TEST(EbcomService, CountsFrames)
 {
     EbcomService ebcom;

@@ -115,7 +115,7 @@ TEST_F(Node, RemovingAQueueLeavesItsPathsWithoutOne)
 {
     ASSERT_EQ(node.create_path(path_through(queue)), Refusal::granted);
     ASSERT_EQ(node.remove_queue(queue), Refusal::granted);
-    EXPECT_EQ(the_path().queue, Handle::null);
+    EXPECT_EQ(node.qos.check_queue(the_path().queue), Refusal::gone);
 }
 
 TEST_F(Node, APathWithoutQueueGetsOneWhenItIsCreatedAgain)

@@ -5,6 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <map>
+
 namespace facts = softnode::facts;
 using softnode::Fate;
 using softnode::Handle;
@@ -16,6 +19,8 @@ namespace
 constexpr Handle unknown = static_cast<Handle>(0x1234);
 constexpr Handle target = static_cast<Handle>(0x5200000001);
 constexpr Handle scheduler = static_cast<Handle>(0x5c00000001);
+constexpr softnode::Mac here{2, 0, 2, 3, 0, 1};
+constexpr softnode::Mac there{2, 0, 2, 2, 0, 2};
 
 /* PCEP ids that cannot be. */
 constexpr std::uint32_t impossible_ids[] = {0, 512, 0xffffff, 0xffffffff};
@@ -150,6 +155,54 @@ TEST_F(PcepTable, ResetLeavesNothingAndMakesHandlesStale)
     pcep(2);
 }
 
+TEST_F(PcepTable, FindsWhatHasAnId)
+{
+    const Handle end_point = pcep(1);
+    const Handle bundle = group(2);
+    Handle found = unknown;
+    ASSERT_EQ(table.find(1, found), Refusal::granted);
+    EXPECT_EQ(found, end_point);
+    ASSERT_EQ(table.find(2, found), Refusal::granted);
+    EXPECT_EQ(found, bundle);
+    EXPECT_EQ(table.find(3, found), Refusal::gone);
+    for (const std::uint32_t id : impossible_ids)
+        EXPECT_EQ(table.find(id, found), Refusal::invalid);
+    EXPECT_EQ(found, bundle);
+}
+
+TEST_F(PcepTable, FindsTheLowestIdWithAnAddress)
+{
+    ork_ebcom_pcep_params params = numbered(0);
+    std::copy(here.begin(), here.end(), params.sMac);
+    std::copy(there.begin(), there.end(), params.dMac);
+    std::map<std::uint32_t, Handle> pceps;
+    for (const std::uint32_t id : {9U, 300U, 4U}) {
+        params.localPcepId = id;
+        ASSERT_EQ(table.create_pcep(params, pceps[id]), Refusal::granted);
+    }
+    for (const std::uint32_t lowest : {4U, 9U, 300U}) {
+        EXPECT_EQ(table.at_local(here), pceps[lowest]);
+        EXPECT_EQ(table.at_remote(there), pceps[lowest]);
+        ASSERT_EQ(table.delete_pcep(pceps[lowest]), Refusal::granted);
+    }
+    EXPECT_EQ(table.at_local(here), Handle::null);
+    EXPECT_EQ(table.at_remote(there), Handle::null);
+}
+
+TEST_F(PcepTable, TellsLocalAddressesFromRemoteOnes)
+{
+    ork_ebcom_pcep_params params = numbered(1);
+    std::copy(here.begin(), here.end(), params.sMac);
+    std::copy(there.begin(), there.end(), params.dMac);
+    Handle created = Handle::null;
+    ASSERT_EQ(table.create_pcep(params, created), Refusal::granted);
+    EXPECT_EQ(table.at_local(there), Handle::null);
+    EXPECT_EQ(table.at_remote(here), Handle::null);
+    table.reset();
+    EXPECT_EQ(table.at_local(here), Handle::null);
+    EXPECT_EQ(table.at_remote(there), Handle::null);
+}
+
 TEST_F(PcepTable, CountersAreReadFromTheirPcep)
 {
     const Handle counted = pcep(1);
@@ -242,6 +295,18 @@ TEST_F(PcepGroup, IsKeptAsGiven)
     EXPECT_TRUE(kept.members.empty());
     EXPECT_TRUE(table.send_through(scheduler));
     EXPECT_FALSE(table.send_through(static_cast<Handle>(0x5c00000002)));
+}
+
+TEST_F(PcepGroup, SendsThroughItsSchedulerUntilItIsDeleted)
+{
+    std::array<Handle, 2> groups{};
+    for (std::uint16_t index = 0; index < groups.size(); ++index)
+        ASSERT_EQ(table.create_group({static_cast<std::uint16_t>(index + 1), {}}, scheduler, groups[index]),
+                  Refusal::granted);
+    ASSERT_EQ(table.delete_group(groups[0]), Refusal::granted);
+    EXPECT_TRUE(table.send_through(scheduler));
+    ASSERT_EQ(table.delete_group(groups[1]), Refusal::granted);
+    EXPECT_FALSE(table.send_through(scheduler));
 }
 
 TEST_F(PcepGroup, NeedsAPossibleIdAndAWellFormedRecord)
@@ -378,6 +443,21 @@ TEST_F(PcepGroup, APcepCreatedUnderAListedIdIsAMember)
     pcep(1);
     EXPECT_EQ(table.add_member(bundle, 1), Refusal::busy);
     EXPECT_EQ(members(bundle), std::vector<std::uint32_t>{1});
+}
+
+TEST_F(PcepGroup, CannotHaveAnIdAsLongAsOneGroupListsIt)
+{
+    const std::array<Handle, 2> bundles{group(100), group(101)};
+    const Handle member = pcep(1);
+    for (const Handle bundle : bundles)
+        ASSERT_EQ(table.add_member(bundle, 1), Refusal::granted);
+    ASSERT_EQ(table.delete_pcep(member), Refusal::granted);
+    for (const Handle bundle : bundles) {
+        EXPECT_EQ(create_group(1, untouched), Refusal::busy);
+        ASSERT_EQ(table.remove_member(bundle, 1), Refusal::granted);
+        EXPECT_EQ(table.remove_member(bundle, 1), Refusal::gone);
+    }
+    group(1);
 }
 
 TEST_F(PcepGroup, CannotHaveAnIdThatAGroupLists)
