@@ -23,6 +23,12 @@ constexpr std::int32_t highest_pcep_type = 2;
 /* PCEPs and multicast groups are numbered from 1 and share the numbers. */
 constexpr std::uint32_t highest_pcep_id = 511;
 
+/* kbit/s. The port carries nothing faster, whatever a scheduler says. */
+constexpr std::uint64_t line_rate = 10'000'000;
+
+/* Octets. */
+constexpr std::uint32_t longest_frame = 65'535;
+
 /* A queue's memory is counted in blocks; a frame takes as many as it begins. */
 constexpr std::uint32_t block_octets = 256;
 
