@@ -6,11 +6,26 @@
 namespace softnode
 {
 
+Tally &Tally::operator+=(const Tally &more)
+{
+    frames += more.frames;
+    octets += more.octets;
+    return *this;
+}
+
+Tally &Tally::operator+=(const Frames &more)
+{
+    return *this += Tally{more.count, more.count * more.length};
+}
+
 void Counters::account(Fate fate, const Frames &frames)
 {
-    Tally &tally = tallies_[static_cast<std::size_t>(fate)];
-    tally.frames += frames.count;
-    tally.octets += frames.count * frames.length;
+    tallies_[static_cast<std::size_t>(fate)] += frames;
+}
+
+void Counters::add(Fate fate, const Tally &frames)
+{
+    tallies_[static_cast<std::size_t>(fate)] += frames;
 }
 
 const Tally &Counters::operator[](Fate fate) const

@@ -1,6 +1,6 @@
 /*
- * counters.h - frames and octets, counted by what became of them. Counters never go down and are 64 bits wide here;
- * what a record makes of them is statistics.h's.
+ * counters.h - frames and octets, counted by what became of them. Counters are 64 bits wide here, and wrap around,
+ * so that sums of them hold however much was counted; what a record makes of them is statistics.h's.
  */
 #ifndef SOFTNODE_COUNTERS_H
 #define SOFTNODE_COUNTERS_H
@@ -24,6 +24,9 @@ struct Frames {
 struct Tally {
     std::uint64_t frames = 0;
     std::uint64_t octets = 0;
+
+    Tally &operator+=(const Tally &more);
+    Tally &operator+=(const Frames &more);
 };
 
 /* What came in and has not left. */
@@ -37,6 +40,7 @@ class Counters
 {
 public:
     void account(Fate fate, const Frames &frames);
+    void add(Fate fate, const Tally &frames);
 
     const Tally &operator[](Fate fate) const;
 

@@ -65,6 +65,11 @@ void EbcomService::account(Fate fate, const Frames &frames)
     counters_.account(fate, frames);
 }
 
+void EbcomService::add(Fate fate, const Tally &frames)
+{
+    counters_.add(fate, frames);
+}
+
 const std::optional<ork_ebcom_global_config> &EbcomService::globals() const
 {
     return globals_;

@@ -39,6 +39,7 @@ public:
     Refusal delete_path(const Mac &mac);
 
     void account(Fate fate, const Frames &frames);
+    void add(Fate fate, const Tally &frames);
 
     /* What is there; null or empty until set. */
     const std::optional<ork_ebcom_global_config> &globals() const;

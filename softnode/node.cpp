@@ -34,6 +34,11 @@ Refusal Node::create_path(const ork_ebcom_pcep_path &path)
 
 Refusal Node::remove_queue(Handle queue)
 {
+    if (const Refusal refusal = qos.check_queue(queue))
+        return refusal;
+
+    const Waiting waiting = qos.queues().at(queue).waiting();
+    ebcom.add(Fate::dropped, {waiting.frames, waiting.octets});
     return qos.remove_queue(queue);
 }
 
@@ -75,6 +80,7 @@ ebcom_global_stats Node::statistics() const
 
 void Node::reset()
 {
+    clock.reset();
     attachment.reset();
     qos.reset();
     ebcom.reset();

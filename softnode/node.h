@@ -13,6 +13,7 @@
 #include "softnode/pcep_table.h"
 #include "softnode/qos_graph.h"
 #include "softnode/timing_unit.h"
+#include "softnode/virtual_clock.h"
 
 #include <cstdint>
 #include <string>
@@ -29,6 +30,7 @@ struct RestartRequest {
 };
 
 struct Node {
+    VirtualClock clock;
     Attachment attachment;
     QosGraph qos;
     EbcomService ebcom;
@@ -47,7 +49,7 @@ struct Node {
     /** Lays a path; its queue has to be there. */
     Refusal create_path(const ork_ebcom_pcep_path &path);
 
-    /** Removes a queue, also under paths that use it. */
+    /** Removes a queue, also under paths that use it. What waits in it is dropped. */
     Refusal remove_queue(Handle queue);
 
     /** Deletes a scheduler that nothing hangs below and no group sends through. */
@@ -60,6 +62,22 @@ struct Node {
     /** Creates a group that sends through a scheduler of its own, or null: through those of its members' paths. */
     Refusal create_group(const ork_ebcom_multicast_group &params, Handle scheduler, Handle &group);
 
+    /**
+     * Offers frames for a destination, at this instant. Refused: frames of an impossible length (invalid); a destination
+     * that no path leads to and that is no PCEP's local address (gone).
+     */
+    Refusal offer(const Mac &destination, const Frames &frames);
+
+    /**
+     * Has a PCEP send frames to its remote address, or a group replicate them to those of its members, at this instant.
+     * What nothing leads to is dropped. Refused: frames of an impossible length, an impossible id (invalid); an id that
+     * neither a PCEP nor a group has (gone).
+     */
+    Refusal send(std::uint32_t id, const Frames &frames);
+
+    /** Lets time pass, and frames leave. */
+    void advance(std::uint64_t nanoseconds);
+
     /** The service's counters, and how much of everything there is. */
     ebcom_global_stats statistics() const;
 
@@ -68,6 +86,15 @@ struct Node {
 
 private:
     Refusal check_binding(const ork_bind_params &params) const;
+
+    bool leads_to(const Mac &destination) const;
+    std::uint64_t replicate(Handle group, const Frames &frames);
+    std::uint64_t send_out(const std::vector<Handle> &senders, const Frames &frames);
+    void carry(const Destinations &destinations, const Frames &frames);
+    void enter(const Destinations &destinations, const Frames &frames);
+    void let_leave();
+    void arrive(const Mac &destination, const Frames &frames);
+    void drop(const Frames &frames);
 };
 
 } // namespace softnode

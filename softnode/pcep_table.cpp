@@ -190,6 +190,23 @@ Refusal PcepTable::read_statistics(Handle pcep, ebcom_pcep_stats &record) const
     return Refusal::granted;
 }
 
+std::vector<Handle> PcepTable::present_members(Handle group) const
+{
+    std::vector<Handle> present;
+    for (const std::uint32_t id : groups_.at(group).members)
+        if (check_pcep_id(id) == Refusal::granted)
+            present.push_back(holders_[id]);
+    return present;
+}
+
+void PcepTable::account_replication(Handle group, const Frames &frames, std::uint64_t lost)
+{
+    Group &replicating = groups_.at(group);
+    replicating.counters.offered += frames;
+    replicating.counters.copies += Frames{frames.count * replicating.members.size(), frames.length};
+    replicating.counters.dropped += Frames{frames.count * lost, frames.length};
+}
+
 bool PcepTable::send_through(Handle scheduler) const
 {
     return senders_.contains(scheduler);

@@ -29,7 +29,7 @@ namespace softnode
 struct Pcep {
     ork_ebcom_pcep_params params{};
     Handle target = Handle::null; /* null: not bound */
-    Counters counters{};          /* dropped: on the way in */
+    Counters counters{};          /* sent: handed to the service; received: arrived; nothing is dropped here */
 
     std::uint32_t id() const;
     std::uint32_t remote_id() const;
@@ -39,10 +39,18 @@ struct Pcep {
     Mac remote_mac() const;
 };
 
+/* What a group made of the frames that it was to replicate. */
+struct Replication {
+    Tally offered;
+    Tally copies;  /* one of each frame for each member, those dropped among them */
+    Tally dropped; /* copies for a member that is no more, or whose remote address nothing leads to */
+};
+
 struct Group {
     std::uint32_t id = 0;
     Handle scheduler = Handle::null;      /* null: the schedulers of the members' paths */
     std::vector<std::uint32_t> members{}; /* PCEP ids, in the order of adding */
+    Replication counters{};
 
     bool lists(std::uint32_t pcep_id) const;
 };
@@ -73,6 +81,12 @@ public:
 
     Refusal account(Handle pcep, Fate fate, const Frames &frames);
     Refusal read_statistics(Handle pcep, ebcom_pcep_stats &record) const;
+
+    /** The members of a group that are there, in the order of adding. */
+    std::vector<Handle> present_members(Handle group) const;
+
+    /** Counts frames that a group that is there replicated to all its members; `lost` copies of each were dropped. */
+    void account_replication(Handle group, const Frames &frames, std::uint64_t lost);
 
     /** Whether a group sends through the scheduler. */
     bool send_through(Handle scheduler) const;

@@ -9,26 +9,6 @@
 namespace softnode
 {
 
-bool Queue::shaped() const
-{
-    return rate != 0 || bucket_size != 0;
-}
-
-void Queue::account(Fate fate, const Frames &frames)
-{
-    counters.account(fate, frames);
-    const std::uint64_t taken = frames.count * ((frames.length + facts::block_octets - 1) / facts::block_octets);
-    blocks = fate == Fate::received ? blocks + taken : blocks - taken;
-}
-
-Waiting Queue::waiting() const
-{
-    const Tally &received = counters[Fate::received];
-    const Tally &sent = counters[Fate::sent];
-    const Tally &dropped = counters[Fate::dropped];
-    return {received.frames - sent.frames - dropped.frames, received.octets - sent.octets - dropped.octets, blocks};
-}
-
 Refusal QosGraph::create_scheduler(const ork_qos_scheduler_params &params, Handle &scheduler)
 {
     const Handle parent = handle_of(params.parent);
@@ -77,7 +57,7 @@ Refusal QosGraph::add_queue(const kel_init_qos_queue_params &params, std::uint32
     if (queues_.size() >= facts::most_queues)
         return Refusal::full;
 
-    queue = queues_.add({scheduler, params.rate, params.threshold, params.bucket_size});
+    queue = queues_.add({scheduler, params});
     ++schedulers_.at(scheduler).below;
     return Refusal::granted;
 }
@@ -87,7 +67,11 @@ Refusal QosGraph::remove_queue(Handle queue)
     if (const Refusal refusal = queues_.check(queue))
         return refusal;
 
-    --schedulers_.at(queues_.at(queue).scheduler).below;
+    const Handle above = queues_.at(queue).scheduler;
+    Scheduler &scheduler = schedulers_.at(above);
+    --scheduler.below;
+    scheduler.turns.leave(queue);
+    departures_.put(above, scheduler.next_departure());
     queues_.remove(queue);
     return Refusal::granted;
 }
@@ -106,15 +90,6 @@ Refusal QosGraph::read_queue(Handle queue, ork_qos_queue &record) const
     record.rate = found.rate;
     record.bucketSize = found.bucket_size;
     record.shapingMode = found.shaped() ? ORK_QOS_QUEUE_SHAPED : ORK_QOS_QUEUE_UNSHAPED;
-    return Refusal::granted;
-}
-
-Refusal QosGraph::account(Handle queue, Fate fate, const Frames &frames)
-{
-    if (const Refusal refusal = queues_.check(queue))
-        return refusal;
-
-    queues_.at(queue).account(fate, frames);
     return Refusal::granted;
 }
 
@@ -142,6 +117,7 @@ void QosGraph::reset()
 {
     queues_.clear();
     schedulers_.clear();
+    departures_ = {};
 }
 
 } // namespace softnode

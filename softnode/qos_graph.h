@@ -1,41 +1,46 @@
 /*
- * qos_graph.h - the QoS object graph: schedulers under schedulers, queues under schedulers.
+ * qos_graph.h - the QoS object graph: schedulers under schedulers, queues under schedulers; and the frames that go
+ * through the queues.
+ *
+ * The queues directly under a scheduler share its peak rate; when that is 0, or more than the port's line rate, they
+ * share the line rate. One frame after the other leaves; each keeps the scheduler busy for the time that its octets take. Of the
+ * queues whose first frame may leave, each in turn lets one go. No scheduler slows down the schedulers below it.
  *
  * Knows nothing of the paths that lead through the queues, nor of the groups that send through the schedulers.
  */
 #ifndef SOFTNODE_QOS_GRAPH_H
 #define SOFTNODE_QOS_GRAPH_H
 
+#include "softnode/agenda.h"
 #include "softnode/counters.h"
+#include "softnode/frame_queue.h"
 #include "softnode/platform.h"
+#include "softnode/queue.h"
 #include "softnode/registry.h"
+#include "softnode/round_robin.h"
+#include "softnode/serial_line.h"
+#include "softnode/virtual_clock.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 
 namespace softnode
 {
 
 struct Scheduler {
-    Handle parent = Handle::null; /* null: directly under the root */
-    ork_qos_scheduler_params params{};
+    Handle parent; /* null: directly under the root */
+    ork_qos_scheduler_params params;
     std::size_t below = 0; /* schedulers and queues directly under it */
-};
 
-struct Queue {
-    Handle scheduler = Handle::null;
-    std::uint32_t rate = 0;
-    std::uint32_t threshold = 0;   /* octets */
-    std::uint32_t bucket_size = 0; /* the largest burst */
-    Counters counters{};
-    std::uint64_t blocks = 0; /* memory in use, see Waiting */
+    Scheduler(Handle above, const ork_qos_scheduler_params &given);
 
-    /** A queue is shaped as soon as it has a rate or a bucket. */
-    bool shaped() const;
+    /* The queues directly under it take turns on a line of their own. */
+    SerialLine line;
+    RoundRobin turns;
 
-    /** Frames leave a queue, sent or dropped, after they came in: what came in and did not leave waits. */
-    void account(Fate fate, const Frames &frames);
-    Waiting waiting() const;
+    /** When the next frame leaves; null: none does, as things stand. */
+    std::optional<Instant> next_departure() const;
 };
 
 class QosGraph
@@ -54,8 +59,17 @@ public:
     /** What the driver kit tells of a queue. */
     Refusal read_queue(Handle queue, ork_qos_queue &record) const;
 
-    Refusal account(Handle queue, Fate fate, const Frames &frames);
     Refusal read_statistics(Handle queue, qos_queue_stats &record) const;
+
+    /**
+     * Frames enter a queue that is there, at this instant: see Queue::enter. All that leave earlier have left.
+     *
+     * @return how many were dropped
+     */
+    std::uint64_t enter(Handle queue, const Destinations &destinations, const Frames &frames, Instant now);
+
+    /** The next frame leaves of all that leave up to this instant; null: none is left of these. */
+    std::optional<Frame> depart(Instant now);
 
     const Registry<Scheduler> &schedulers() const;
     const Registry<Queue> &queues() const;
@@ -63,8 +77,11 @@ public:
     void reset();
 
 private:
+    void await_turn(Handle queue);
+
     Registry<Scheduler> schedulers_{Kind::scheduler};
     Registry<Queue> queues_{Kind::queue};
+    Agenda departures_; /* by scheduler: when its next frame leaves */
 };
 
 } // namespace softnode

@@ -47,12 +47,16 @@ Json schedulers(const QosGraph &qos)
     return list;
 }
 
+Json tally(const Tally &tally)
+{
+    return {{"frames", tally.frames}, {"octets", tally.octets}};
+}
+
 Json counters_of(const Counters &counters)
 {
-    const auto tally = [&](Fate fate) -> Json {
-        return {{"frames", counters[fate].frames}, {"octets", counters[fate].octets}};
-    };
-    return {{"received", tally(Fate::received)}, {"sent", tally(Fate::sent)}, {"dropped", tally(Fate::dropped)}};
+    return {{"received", tally(counters[Fate::received])},
+            {"sent", tally(counters[Fate::sent])},
+            {"dropped", tally(counters[Fate::dropped])}};
 }
 
 Json waiting_in(const Queue &queue)
@@ -122,7 +126,11 @@ Json groups(const PcepTable &table)
         list.push_back({{"handle", text_of(handle)},
                         {"id", group.id},
                         {"scheduler", handle_or_null(group.scheduler)},
-                        {"members", group.members}});
+                        {"members", group.members},
+                        {"counters",
+                         {{"offered", tally(group.counters.offered)},
+                          {"copies", tally(group.counters.copies)},
+                          {"dropped", tally(group.counters.dropped)}}}});
     return list;
 }
 
@@ -201,7 +209,8 @@ std::string written(const Json &document)
 
 std::string snapshot(const Node &node)
 {
-    const Json document{{"schedulers", schedulers(node.qos)},
+    const Json document{{"time", node.clock.now()},
+                        {"schedulers", schedulers(node.qos)},
                         {"queues", queues(node.qos)},
                         {"paths", paths(node.ebcom, node.qos)},
                         {"pceps", pceps(node.pceps)},

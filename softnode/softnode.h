@@ -30,27 +30,33 @@ extern "C" {
 /**
  * Offers frames for a destination, all at this instant of virtual time.
  *
- * Frames for an address that a path leads to enter the queue of that path. They wait there as long as the queue's
- * threshold has room for them, in blocks of 256 octets that a frame begins; those that find none are dropped. They leave
- * as the queue's token bucket (its rate and burst) and the scheduler above it allow, once time passes; a frame that fits
- * the bucket right now leaves at once. A frame longer than its queue's burst could never leave, and is dropped. A frame
- * that left arrives at its destination. Frames for a local address of a PCEP that no path leads to arrive at once. What
- * counts where is told with the counters in the snapshot (docs/software-accelerator.md).
+ * Frames for an address that a path leads to enter the queue of that path. The first frame of a queue leaves when the
+ * queue's token bucket (its rate and burst) holds it and the scheduler above is free. One frame after the other goes
+ * through a scheduler, at its peak rate or the line rate, and the queues below take turns. So of frames that are offered
+ * together one leaves at once, if nothing is ahead of it, and the others once time passes. Until then they wait as long
+ * as the queue's threshold has room for them, in blocks of 256 octets that a frame begins; those that find none are
+ * dropped. A frame longer than the burst of a shaped queue could never leave, and is dropped. A frame that left arrives
+ * at its destination.
  *
- * They count as sent by the PCEP with the lowest id whose remote address this is, and as received by the one with the
- * lowest id whose local address this is.
+ * Frames for a local address of a PCEP that no path leads to arrive at once. Frames for a path whose queue was removed
+ * are dropped. What counts where is told with the counters in the snapshot (docs/software-accelerator.md).
+ *
+ * All that are offered count as sent by the PCEP with the lowest id whose remote address this is; those that arrive, as
+ * received by the one with the lowest id whose local address this is.
  *
  * @param mac               destination, 6 octets in wire order
  * @param frames            how many; 0 offers nothing
  * @param octets_per_frame  length of each, 1 to 65535
- * @return 0; ORK_INVAL (-1): null pointer, impossible length; ORK_NOTAVAIL (-8): neither path nor PCEP has this address
+ * @return 0; ORK_INVAL (-1): null pointer, impossible length; ORK_NOTAVAIL (-8): no path leads to this address, and no
+ *         PCEP has it as its local address
  */
 int32_t softnode_traffic_offer(const uint8_t mac[6], uint64_t frames, uint32_t octets_per_frame);
 
 /**
- * Offers frames of one sender: a PCEP sends them to its remote address; a multicast group replicates each of them to the
- * remote address of every member, in the order of adding. A copy for a member that is no more, or whose remote address
- * has no path, is dropped.
+ * Offers frames of one sender, all at this instant: a PCEP sends them to its remote address; a multicast group replicates
+ * each of them to the remote address of every member, in the order of adding, and a copy counts as sent by its member.
+ * From there they go as those of softnode_traffic_offer() do. Copies for a member that is no more are dropped, as is all
+ * that is sent to an address that no path leads to and that no PCEP has as its local address.
  *
  * @param id                of a PCEP or of a group
  * @param frames            how many; 0 offers nothing
@@ -59,7 +65,10 @@ int32_t softnode_traffic_offer(const uint8_t mac[6], uint64_t frames, uint32_t o
  */
 int32_t softnode_traffic_send(uint32_t id, uint64_t frames, uint32_t octets_per_frame);
 
-/** Lets virtual time pass. However an interval is cut into calls, what happens in it is the same. */
+/**
+ * Lets virtual time pass. However an interval is cut into calls, what happens in it is the same. It takes as long as
+ * there are frames that leave, not longer for a longer interval. After 2^64 - 1 nanoseconds time stands still.
+ */
 void softnode_time_advance(uint64_t nanoseconds);
 
 /** @return virtual time, in nanoseconds since the node was switched on. It stands still unless it is told to pass. */

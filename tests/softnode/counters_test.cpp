@@ -30,6 +30,25 @@ TEST(Counters, EachFateIsCountedByItself)
     EXPECT_EQ(counters[Fate::dropped].octets, 1500U);
 }
 
+TEST(Counters, FramesOfSeveralLengthsAreAddedByTheirTally)
+{
+    Counters counters;
+    counters.account(Fate::dropped, {1, 1500});
+    counters.add(Fate::dropped, {3, 200});
+    EXPECT_EQ(counters[Fate::dropped].frames, 4U);
+    EXPECT_EQ(counters[Fate::dropped].octets, 1700U);
+    EXPECT_EQ(counters[Fate::sent].frames, 0U);
+}
+
+TEST(Counters, WrapAroundSoThatSumsHold)
+{
+    Counters counters;
+    counters.account(Fate::received, {0xffff'ffff'ffff'ffff, 3});
+    counters.account(Fate::received, {2, 3});
+    EXPECT_EQ(counters[Fate::received].frames, 1U);
+    EXPECT_EQ(counters[Fate::received].octets, 3U);
+}
+
 TEST(Counters, AddUpOverMoreThanThirtyTwoBits)
 {
     Counters counters;

@@ -434,6 +434,39 @@ TEST_F(PcepGroup, ListsTheIdOfADeletedPcepUntilItIsRemoved)
     EXPECT_EQ(table.delete_group(bundle), Refusal::granted);
 }
 
+TEST_F(PcepGroup, TellsWhichOfItsMembersAreThere)
+{
+    const Handle bundle = group(100);
+    std::map<std::uint32_t, Handle> pceps;
+    for (const std::uint32_t id : {7U, 3U, 5U}) {
+        pceps[id] = pcep(id);
+        ASSERT_EQ(table.add_member(bundle, id), Refusal::granted);
+    }
+    EXPECT_EQ(table.present_members(bundle), (std::vector<Handle>{pceps[7], pceps[3], pceps[5]}));
+    ASSERT_EQ(table.delete_pcep(pceps[3]), Refusal::granted);
+    EXPECT_EQ(table.present_members(bundle), (std::vector<Handle>{pceps[7], pceps[5]}));
+    pceps[3] = pcep(3);
+    EXPECT_EQ(table.present_members(bundle), (std::vector<Handle>{pceps[7], pceps[3], pceps[5]}));
+}
+
+TEST_F(PcepGroup, CountsWhatItReplicated)
+{
+    const Handle bundle = group(100);
+    for (const std::uint32_t id : {1U, 2U, 3U}) {
+        pcep(id);
+        ASSERT_EQ(table.add_member(bundle, id), Refusal::granted);
+    }
+    table.account_replication(bundle, {10, 100}, 0);
+    table.account_replication(bundle, {1, 50}, 2);
+    const softnode::Replication &counters = table.groups().at(bundle).counters;
+    EXPECT_EQ(counters.offered.frames, 11U);
+    EXPECT_EQ(counters.offered.octets, 1050U);
+    EXPECT_EQ(counters.copies.frames, 33U);
+    EXPECT_EQ(counters.copies.octets, 3150U);
+    EXPECT_EQ(counters.dropped.frames, 2U);
+    EXPECT_EQ(counters.dropped.octets, 100U);
+}
+
 TEST_F(PcepGroup, APcepCreatedUnderAListedIdIsAMember)
 {
     const Handle bundle = group(100);

@@ -8,7 +8,6 @@
 #include <gtest/gtest.h>
 
 namespace facts = softnode::facts;
-using softnode::Fate;
 using softnode::Handle;
 using softnode::Refusal;
 
@@ -267,11 +266,12 @@ TEST_F(QosGraph, ASchedulerIsCheckedForWhatItIs)
 
 TEST_F(QosGraph, CountersAreReadFromTheirQueue)
 {
+    params = {1, 0, 7 * 512, 0};
     const Handle counted = queue(scheduler());
     const Handle idle = queue(scheduler());
-    ASSERT_EQ(graph.account(counted, Fate::received, {9, 300}), Refusal::granted);
-    ASSERT_EQ(graph.account(counted, Fate::sent, {4, 300}), Refusal::granted);
-    ASSERT_EQ(graph.account(counted, Fate::dropped, {2, 300}), Refusal::granted);
+    EXPECT_EQ(graph.enter(counted, {{2, 0, 0, 2, 0, 1}}, {9, 300}, 0), 2U);
+    for (int frame = 0; frame < 4; ++frame)
+        ASSERT_TRUE(graph.depart(1000));
     qos_queue_stats record{};
     ASSERT_EQ(graph.read_statistics(counted, record), Refusal::granted);
     EXPECT_EQ(record.pkts_rx, 9U);
@@ -284,42 +284,14 @@ TEST_F(QosGraph, CountersAreReadFromTheirQueue)
     EXPECT_EQ(record.pkts_out_standing, 0U);
 }
 
-TEST_F(QosGraph, AWaitingFrameTakesEveryBlockItBegins)
-{
-    const auto blocks_of = [this](std::uint32_t length) {
-        const Handle counted = queue(scheduler());
-        EXPECT_EQ(graph.account(counted, Fate::received, {1, length}), Refusal::granted);
-        return graph.queues().at(counted).waiting().blocks;
-    };
-    EXPECT_EQ(blocks_of(1), 1U);
-    EXPECT_EQ(blocks_of(256), 1U);
-    EXPECT_EQ(blocks_of(257), 2U);
-    EXPECT_EQ(blocks_of(9000), 36U);
-}
-
-TEST_F(QosGraph, NothingWaitsOnceEverythingLeft)
-{
-    const Handle counted = queue(scheduler());
-    ASSERT_EQ(graph.account(counted, Fate::received, {2, 257}), Refusal::granted);
-    ASSERT_EQ(graph.account(counted, Fate::sent, {1, 257}), Refusal::granted);
-    ASSERT_EQ(graph.account(counted, Fate::dropped, {1, 257}), Refusal::granted);
-    const softnode::Waiting waiting = graph.queues().at(counted).waiting();
-    EXPECT_EQ(waiting.frames, 0U);
-    EXPECT_EQ(waiting.octets, 0U);
-    EXPECT_EQ(waiting.blocks, 0U);
-}
-
 TEST_F(QosGraph, CountersBelongToQueuesOnly)
 {
     const Handle removed = queue(scheduler());
     ASSERT_EQ(graph.remove_queue(removed), Refusal::granted);
     qos_queue_stats record{};
     record.pkts_tx = 11;
-    for (const Handle wrong : {Handle::null, static_cast<Handle>(0x1234), scheduler()}) {
-        EXPECT_EQ(graph.account(wrong, Fate::sent, {1, 1}), Refusal::invalid);
+    for (const Handle wrong : {Handle::null, static_cast<Handle>(0x1234), scheduler()})
         EXPECT_EQ(graph.read_statistics(wrong, record), Refusal::invalid);
-    }
-    EXPECT_EQ(graph.account(removed, Fate::sent, {1, 1}), Refusal::gone);
     EXPECT_EQ(graph.read_statistics(removed, record), Refusal::gone);
     EXPECT_EQ(record.pkts_tx, 11U);
 }
@@ -328,7 +300,9 @@ TEST_F(QosGraph, AResetLeavesNothingAndMakesHandlesStale)
 {
     const Handle top = scheduler();
     const Handle below = queue(top);
+    EXPECT_EQ(graph.enter(below, {{2, 0, 0, 2, 0, 1}}, {1, 64}, 0), 0U);
     graph.reset();
+    EXPECT_FALSE(graph.depart(1'000'000'000));
     EXPECT_EQ(graph.schedulers().size(), 0U);
     EXPECT_EQ(graph.queues().size(), 0U);
     EXPECT_EQ(graph.delete_scheduler(top), Refusal::gone);

@@ -37,7 +37,7 @@ Handle add_scheduler(Node &node, Handle parent)
 Handle add_queue(Node &node, Handle scheduler)
 {
     Handle queue = Handle::null;
-    EXPECT_EQ(node.qos.add_queue({1, 1000, 25'600, 64}, facts::queue_kind, scheduler, facts::event_device, queue),
+    EXPECT_EQ(node.qos.add_queue({1, 1000, 7 * 512, 1200}, facts::queue_kind, scheduler, facts::event_device, queue),
               Refusal::granted);
     return queue;
 }
@@ -55,7 +55,7 @@ Handle add_pcep(Node &node, std::uint32_t id)
 TEST(Snapshot, OfAFreshNodeHasEveryKeyAndNothingBehindIt)
 {
     EXPECT_EQ(look_into(Node{}), json::parse(R"({
-        "schedulers": [], "queues": [], "paths": [], "pceps": [], "bindings": [], "groups": [],
+        "time": 0, "schedulers": [], "queues": [], "paths": [], "pceps": [], "bindings": [], "groups": [],
         "interface": null, "globals": null,
         "statistics": {"received": {"frames": 0, "octets": 0}, "sent": {"frames": 0, "octets": 0},
                        "dropped": {"frames": 0, "octets": 0}},
@@ -71,7 +71,7 @@ TEST(Snapshot, KeysComeInTheDocumentedOrder)
     std::vector<std::string> keys;
     for (const auto &part : document.items())
         keys.push_back(part.key());
-    EXPECT_EQ(keys, (std::vector<std::string>{"schedulers", "queues", "paths", "pceps", "bindings", "groups",
+    EXPECT_EQ(keys, (std::vector<std::string>{"time", "schedulers", "queues", "paths", "pceps", "bindings", "groups",
                                               "interface", "globals", "statistics", "timestamp_offset", "timing_unit",
                                               "restarts", "calls", "faults"}));
 }
@@ -98,12 +98,13 @@ TEST(Snapshot, ShowsQueues)
 {
     Node node;
     const Handle queue = add_queue(node, add_scheduler(node, Handle::null));
-    ASSERT_EQ(node.qos.account(queue, Fate::received, {9, 300}), Refusal::granted);
-    ASSERT_EQ(node.qos.account(queue, Fate::sent, {4, 300}), Refusal::granted);
-    ASSERT_EQ(node.qos.account(queue, Fate::dropped, {2, 300}), Refusal::granted);
+    EXPECT_EQ(node.qos.enter(queue, {{2, 0, 2, 2, 0, 1}}, {9, 300}, 0), 2U);
+    for (int frame = 0; frame < 4; ++frame)
+        ASSERT_TRUE(node.qos.depart(1000));
+    EXPECT_FALSE(node.qos.depart(1000));
     EXPECT_EQ(look_into(node)["queues"], json::parse(R"([{
         "handle": "0x5d00000001", "scheduler": "0x5c00000001",
-        "rate": 1000, "threshold": 25600, "bucket_size": 64, "shaped": true,
+        "rate": 1000, "threshold": 3584, "bucket_size": 1200, "shaped": true,
         "counters": {"received": {"frames": 9, "octets": 2700}, "sent": {"frames": 4, "octets": 1200},
                      "dropped": {"frames": 2, "octets": 600}},
         "waiting": {"frames": 3, "octets": 900, "blocks": 6}
@@ -159,10 +160,22 @@ TEST(Snapshot, ShowsGroupsWithTheirMembers)
         add_pcep(node, member);
         ASSERT_EQ(node.pceps.add_member(through_paths, member), Refusal::granted);
     }
+    node.pceps.account_replication(through_paths, {3, 100}, 1);
     EXPECT_EQ(look_into(node)["groups"], json::parse(R"([
-        {"handle": "0x5500000001", "id": 100, "scheduler": null, "members": [9, 4]},
-        {"handle": "0x5500000002", "id": 101, "scheduler": "0x5c00000001", "members": []}
+        {"handle": "0x5500000001", "id": 100, "scheduler": null, "members": [9, 4],
+         "counters": {"offered": {"frames": 3, "octets": 300}, "copies": {"frames": 6, "octets": 600},
+                      "dropped": {"frames": 3, "octets": 300}}},
+        {"handle": "0x5500000002", "id": 101, "scheduler": "0x5c00000001", "members": [],
+         "counters": {"offered": {"frames": 0, "octets": 0}, "copies": {"frames": 0, "octets": 0},
+                      "dropped": {"frames": 0, "octets": 0}}}
     ])"));
+}
+
+TEST(Snapshot, ShowsTheTime)
+{
+    Node node;
+    node.advance(18'000'000'000'000'000'000U);
+    EXPECT_EQ(look_into(node)["time"], 18'000'000'000'000'000'000U);
 }
 
 TEST(Snapshot, ShowsTheServicesCounters)

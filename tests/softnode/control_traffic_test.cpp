@@ -1,0 +1,93 @@
+/*
+ * control_traffic_test.cpp - traffic and time through the control interface, as a control process's counters show it.
+ */
+#include "control.h"
+
+#include <cstring>
+#include <limits>
+
+namespace
+{
+
+constexpr std::uint8_t there[6] = {2, 0, 2, 2, 0, 1};
+constexpr std::uint8_t nowhere[6] = {2, 0, 2, 2, 0, 9};
+constexpr std::uint64_t countless = std::numeric_limits<std::uint64_t>::max();
+
+class ControlTraffic : public ControlledNode
+{
+protected:
+    ControlTraffic()
+    {
+        ork_ebcom_pcep_path path{};
+        std::memcpy(path.macAddr, there, sizeof there);
+        path.queue_hdl = queue;
+        EXPECT_EQ(ork_ebcom_pcep_path_create(ork, &path), ORK_OK);
+
+        ork_ebcom_pcep_params params = pcep_params(17);
+        std::memcpy(params.dMac, there, sizeof there);
+        EXPECT_EQ(ork_ebcom_pcep_create(ork, &params, &pcep), ORK_OK);
+    }
+
+    qos_queue_stats queue_statistics() const
+    {
+        qos_queue_stats statistics{};
+        EXPECT_EQ(kel_init_qos_queue_stats_get(queue, &statistics), 0U);
+        return statistics;
+    }
+
+    void *queue = add_queue(create_scheduler(), 8000, 1500);
+    std::uint64_t pcep = 0;
+};
+
+} // namespace
+
+TEST_F(ControlTraffic, TimePassesWhenItIsTold)
+{
+    EXPECT_EQ(softnode_time(), 0U);
+    softnode_time_advance(5);
+    softnode_time_advance(1'000'000'000);
+    EXPECT_EQ(softnode_time(), 1'000'000'005U);
+    EXPECT_EQ(look_into_node()["time"], 1'000'000'005U);
+    softnode_time_advance(countless);
+    EXPECT_EQ(softnode_time(), countless);
+    softnode_reset();
+    EXPECT_EQ(softnode_time(), 0U);
+}
+
+TEST_F(ControlTraffic, OfferedFramesMoveTheCountersThatAControlProcessReads)
+{
+    ASSERT_EQ(softnode_traffic_offer(there, 3, 1000), 0);
+    EXPECT_EQ(queue_statistics().pkts_tx, 1U);
+    EXPECT_EQ(queue_statistics().pkts_out_standing, 2U);
+    EXPECT_EQ(queue_statistics().mem_blks_in_use, 8U);
+    softnode_time_advance(500'000);
+    EXPECT_EQ(queue_statistics().pkts_tx, 2U) << "500 octets at 8,000 kbit/s";
+    softnode_time_advance(1'000'000);
+    EXPECT_EQ(queue_statistics().pkts_tx, 3U);
+    EXPECT_EQ(queue_statistics().octets_tx, 3000U);
+    EXPECT_EQ(queue_statistics().pkts_out_standing, 0U);
+}
+
+TEST_F(ControlTraffic, APcepSendsById)
+{
+    ASSERT_EQ(softnode_traffic_send(17, 1, 1000), 0);
+    ebcom_pcep_stats statistics{};
+    ASSERT_EQ(ork_ebcom_pcep_statistics_get(ork, pcep, &statistics), ORK_OK);
+    EXPECT_EQ(statistics.outbound.out_cnt0, 1U);
+    EXPECT_EQ(statistics.outbound.out_cnt1, 1000U);
+    EXPECT_EQ(queue_statistics().pkts_rx, 1U);
+}
+
+TEST_F(ControlTraffic, RefusalsAreTheDriverKitsCodesAndChangeNothing)
+{
+    const auto before = held();
+    EXPECT_EQ(softnode_traffic_offer(nullptr, 1, 64), ORK_INVAL);
+    EXPECT_EQ(softnode_traffic_offer(there, 1, 0), ORK_INVAL);
+    EXPECT_EQ(softnode_traffic_offer(there, 1, 65'536), ORK_INVAL);
+    EXPECT_EQ(softnode_traffic_offer(nowhere, 1, 64), ORK_NOTAVAIL);
+    EXPECT_EQ(softnode_traffic_send(0, 1, 64), ORK_INVAL);
+    EXPECT_EQ(softnode_traffic_send(512, 1, 64), ORK_INVAL);
+    EXPECT_EQ(softnode_traffic_send(17, 1, 0), ORK_INVAL);
+    EXPECT_EQ(softnode_traffic_send(18, 1, 64), ORK_NOTAVAIL);
+    EXPECT_EQ(held(), before);
+}
