@@ -6,16 +6,8 @@
 #include "softnode/records.h"
 #include "softnode/statistics.h"
 
-#include <algorithm>
-#include <limits>
-
 namespace softnode
 {
-
-void Node::advance(std::uint64_t nanoseconds)
-{
-    time += std::min(nanoseconds, std::numeric_limits<std::uint64_t>::max() - time);
-}
 
 FaultEffects Node::enter(std::size_t function)
 {
@@ -88,7 +80,6 @@ void Node::reset()
     timing.reset();
     restarts.clear();
     faults.reset();
-    time = 0;
 }
 
 Refusal Node::check_binding(const ork_bind_params &params) const

@@ -38,10 +38,6 @@ struct Node {
     TimingUnit timing;
     std::vector<RestartRequest> restarts;
     FaultBook faults;
-    std::uint64_t time = 0; /* virtual, nanoseconds since the node was switched on */
-
-    /** Lets virtual time pass. It ends at its highest value. */
-    void advance(std::uint64_t nanoseconds);
 
     /** Counts a call of a closed function, and lets the time pass that a rule says it takes. */
     FaultEffects enter(std::size_t function);
