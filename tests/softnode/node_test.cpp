@@ -230,29 +230,14 @@ TEST_F(Node, StatisticsCountFramesAndWhatIsThere)
     EXPECT_EQ(counter(8), 2U);
 }
 
-TEST_F(Node, TimeStandsStillUnlessItIsToldToPass)
-{
-    EXPECT_EQ(node.time, 0U);
-    node.advance(3);
-    node.advance(4);
-    EXPECT_EQ(node.time, 7U);
-}
-
-TEST_F(Node, TimeEndsAtItsHighestValue)
-{
-    node.advance(UINT64_MAX - 1);
-    node.advance(5);
-    EXPECT_EQ(node.time, UINT64_MAX);
-}
-
 TEST_F(Node, ACallTakesTheTimeThatItsRuleSays)
 {
     const std::size_t attach = *softnode::closed_function("kel_init_attach");
     ASSERT_EQ(node.faults.add("kel_init_attach:2=latency:250us,-4"), "");
     EXPECT_FALSE(node.enter(attach).result);
-    EXPECT_EQ(node.time, 0U);
+    EXPECT_EQ(node.clock.now(), 0U);
     EXPECT_EQ(node.enter(attach).result, -4);
-    EXPECT_EQ(node.time, 250'000U);
+    EXPECT_EQ(node.clock.now(), 250'000U);
     EXPECT_EQ(node.faults.calls()[attach], 2U);
 }
 
