@@ -38,7 +38,7 @@ std::uint64_t FrameQueue::room_for(std::uint32_t length) const
     return waiting_.blocks < most_blocks_ ? (most_blocks_ - waiting_.blocks) / blocks_of(length) : 0;
 }
 
-void FrameQueue::push(const Destinations &destinations, const Frames &frames)
+void FrameQueue::push(const DestinationMacs &destinations, const Frames &frames)
 {
     if (frames.count == 0)
         return;
@@ -70,7 +70,7 @@ Frame FrameQueue::pop()
 }
 
 /* Whether the last run is of the same kind and ends where its destinations begin again. */
-bool FrameQueue::continues_last_run(const Destinations &destinations, std::uint32_t length) const
+bool FrameQueue::continues_last_run(const DestinationMacs &destinations, std::uint32_t length) const
 {
     if (runs_.empty())
         return false;

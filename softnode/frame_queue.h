@@ -18,7 +18,7 @@ namespace softnode
 {
 
 /* Where copies of a frame go, in their order. One address may stand there more than once. */
-using Destinations = std::vector<Mac>;
+using DestinationMacs = std::vector<Mac>;
 
 struct Frame {
     Mac destination{};
@@ -38,7 +38,7 @@ public:
     std::uint64_t room_for(std::uint32_t length) const;
 
     /** Appends frames; they go to the destinations in turn. */
-    void push(const Destinations &destinations, const Frames &frames);
+    void push(const DestinationMacs &destinations, const Frames &frames);
 
     /** Octets of the first frame; the queue is not empty. */
     std::uint32_t front_length() const;
@@ -48,12 +48,12 @@ public:
 
 private:
     struct Run {
-        Destinations destinations;
+        DestinationMacs destinations;
         Frames frames{};      /* those left */
         std::size_t turn = 0; /* index of the next one's destination */
     };
 
-    bool continues_last_run(const Destinations &destinations, std::uint32_t length) const;
+    bool continues_last_run(const DestinationMacs &destinations, std::uint32_t length) const;
 
     std::uint64_t most_blocks_;
     Waiting waiting_{};

@@ -86,8 +86,8 @@ private:
     bool leads_to(const Mac &destination) const;
     std::uint64_t replicate(Handle group, const Frames &frames);
     std::uint64_t send_out(const std::vector<Handle> &senders, const Frames &frames);
-    void carry(const Destinations &destinations, const Frames &frames);
-    void enter(const Destinations &destinations, const Frames &frames);
+    void carry(const DestinationMacs &destinations, const Frames &frames);
+    void enter(const DestinationMacs &destinations, const Frames &frames);
     void let_leave();
     void arrive(const Mac &destination, const Frames &frames);
     void drop(const Frames &frames);

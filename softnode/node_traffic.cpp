@@ -71,7 +71,7 @@ std::uint64_t Node::replicate(Handle group, const Frames &frames)
 /* PCEPs send a copy of each frame to their remote addresses. Yields how many of these addresses nothing leads to. */
 std::uint64_t Node::send_out(const std::vector<Handle> &senders, const Frames &frames)
 {
-    Destinations destinations;
+    DestinationMacs destinations;
     for (const Handle sender : senders) {
         pceps.account(sender, Fate::sent, frames);
         const Mac remote = pceps.pceps().at(sender).remote_mac();
@@ -86,7 +86,7 @@ std::uint64_t Node::send_out(const std::vector<Handle> &senders, const Frames &f
  * One copy at most can leave a scheduler at once, as it keeps it busy. It takes no room from the copies behind it, so the
  * first frame goes alone. All others have to wait, and find room or not, together.
  */
-void Node::carry(const Destinations &destinations, const Frames &frames)
+void Node::carry(const DestinationMacs &destinations, const Frames &frames)
 {
     if (frames.count == 0)
         return;
@@ -98,9 +98,9 @@ void Node::carry(const Destinations &destinations, const Frames &frames)
 }
 
 /* Frames enter the service, and there the queues of the paths to their destinations. */
-void Node::enter(const Destinations &destinations, const Frames &frames)
+void Node::enter(const DestinationMacs &destinations, const Frames &frames)
 {
-    std::map<Handle, Destinations> by_queue;
+    std::map<Handle, DestinationMacs> by_queue;
     for (const Mac &destination : destinations) {
         ebcom.account(Fate::received, frames);
         const auto path = ebcom.paths().find(destination);

@@ -66,7 +66,7 @@ public:
      *
      * @return how many were dropped
      */
-    std::uint64_t enter(Handle queue, const Destinations &destinations, const Frames &frames, Instant now);
+    std::uint64_t enter(Handle queue, const DestinationMacs &destinations, const Frames &frames, Instant now);
 
     /** The next frame leaves of all that leave up to this instant; null: none is left of these. */
     std::optional<Frame> depart(Instant now);

@@ -36,7 +36,7 @@ std::optional<Instant> Scheduler::next_departure() const
     return std::max(*turn, *free);
 }
 
-std::uint64_t QosGraph::enter(Handle queue, const Destinations &destinations, const Frames &frames, Instant now)
+std::uint64_t QosGraph::enter(Handle queue, const DestinationMacs &destinations, const Frames &frames, Instant now)
 {
     Queue &entered = queues_.at(queue);
     SerialLine &line = schedulers_.at(entered.scheduler).line;

@@ -21,7 +21,7 @@ bool Queue::shaped() const
     return rate != 0 || bucket_size != 0;
 }
 
-std::uint64_t Queue::enter(const Destinations &destinations, const Frames &frames, Instant now, bool scheduler_free)
+std::uint64_t Queue::enter(const DestinationMacs &destinations, const Frames &frames, Instant now, bool scheduler_free)
 {
     const std::uint64_t copies = destinations.size();
     const std::uint64_t room = room_for(frames.length, now, scheduler_free);

@@ -44,7 +44,7 @@ struct Queue {
      * @param scheduler_free  whether the scheduler could let a frame go at this instant
      * @return how many were dropped
      */
-    std::uint64_t enter(const Destinations &destinations, const Frames &frames, Instant now, bool scheduler_free);
+    std::uint64_t enter(const DestinationMacs &destinations, const Frames &frames, Instant now, bool scheduler_free);
 
     /** The first instant at which the first frame may leave; null: none waits, or it can never leave. */
     std::optional<Instant> ready_at() const;

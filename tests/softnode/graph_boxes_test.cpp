@@ -37,11 +37,7 @@ Lines lines_of(const DotBox &box)
 
 Queue queue_of(std::uint32_t rate, std::uint32_t threshold, std::uint32_t burst)
 {
-    Queue queue;
-    queue.rate = rate;
-    queue.threshold = threshold;
-    queue.bucket_size = burst;
-    return queue;
+    return {some_handle, {facts::queue_mode, rate, threshold, burst}};
 }
 
 Destinations destinations_of_count(std::size_t count)
@@ -76,9 +72,9 @@ TEST(GraphBoxes, AQueueThatIsNotShapedHasNeitherRateNorBurst)
 
 TEST(GraphBoxes, AQueueShowsItsDestinationsAndCountsTheRest)
 {
-    const Lines few = lines_of(queue_box(some_handle, {}, destinations_of_count(5)));
+    const Lines few = lines_of(queue_box(some_handle, queue_of(0, 256, 0), destinations_of_count(5)));
     EXPECT_EQ(few.back(), "02:00:00:02:00:05");
-    const Lines many = lines_of(queue_box(some_handle, {}, destinations_of_count(10'001)));
+    const Lines many = lines_of(queue_box(some_handle, queue_of(0, 256, 0), destinations_of_count(10'001)));
     ASSERT_EQ(many.size(), 8U);
     EXPECT_EQ(many[2], "02:00:00:02:00:01");
     EXPECT_EQ(many.back(), "and 9,996 more");
@@ -86,12 +82,13 @@ TEST(GraphBoxes, AQueueShowsItsDestinationsAndCountsTheRest)
 
 TEST(GraphBoxes, AQueueShowsCountersOnceFramesCame)
 {
-    Queue queue = queue_of(0, 256, 0);
-    queue.account(Fate::received, {2'000, 64});
-    queue.account(Fate::sent, {1'200, 64});
+    const DestinationMacs one{{2, 0, 0, 2, 0, 1}};
+    Queue queue = queue_of(0, 800 * facts::block_octets, 0);
+    queue.counters.account(Fate::sent, {1'200, 64});
+    queue.enter(one, {800, 64}, 0, false);
     EXPECT_EQ(lines_of(queue_box(some_handle, queue, {})).back(), "1,200 sent, 800 waiting");
-    queue.account(Fate::dropped, {3, 64});
-    EXPECT_EQ(lines_of(queue_box(some_handle, queue, {})).back(), "1,200 sent, 797 waiting, 3 dropped");
+    queue.enter(one, {3, 64}, 0, false);
+    EXPECT_EQ(lines_of(queue_box(some_handle, queue, {})).back(), "1,200 sent, 800 waiting, 3 dropped");
 }
 
 TEST(GraphBoxes, PathsWithoutQueueAreShownAsSuch)

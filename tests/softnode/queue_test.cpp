@@ -10,13 +10,13 @@
 namespace
 {
 
-using softnode::Destinations;
+using softnode::DestinationMacs;
 using softnode::Fate;
 using softnode::Handle;
 using softnode::Instant;
 
 constexpr Handle scheduler = static_cast<Handle>(0x5c00000001);
-const Destinations there{{2, 0, 0, 2, 0, 1}};
+const DestinationMacs there{{2, 0, 0, 2, 0, 1}};
 constexpr std::uint64_t countless = std::numeric_limits<std::uint64_t>::max();
 
 /* A queue of so many blocks of memory. */
@@ -143,7 +143,7 @@ TEST(Queue, WithoutARateSendsTheBurstAndThenNothing)
 
 TEST(Queue, CopiesToSeveralDestinationsShareTheRoomFrameByFrame)
 {
-    const Destinations two{{2, 0, 0, 2, 0, 1}, {2, 0, 0, 2, 0, 2}};
+    const DestinationMacs two{{2, 0, 0, 2, 0, 1}, {2, 0, 0, 2, 0, 2}};
     softnode::Queue queue = queue_of(0, 5, 0);
     EXPECT_EQ(queue.enter(two, {10, 64}, 0, false), 15U);
     for (const std::size_t turn : {0U, 1U, 0U, 1U, 0U})
@@ -153,7 +153,7 @@ TEST(Queue, CopiesToSeveralDestinationsShareTheRoomFrameByFrame)
 
 TEST(Queue, MoreFramesThanCanBeCountedAreDroppedAllTheSame)
 {
-    const Destinations three{{2, 0, 0, 2, 0, 1}, {2, 0, 0, 2, 0, 2}, {2, 0, 0, 2, 0, 3}};
+    const DestinationMacs three{{2, 0, 0, 2, 0, 1}, {2, 0, 0, 2, 0, 2}, {2, 0, 0, 2, 0, 3}};
     softnode::Queue queue = queue_of(0, 100, 0);
     EXPECT_EQ(queue.enter(there, {countless, 64}, 0, false), countless - 100);
     EXPECT_EQ(queue.waiting().frames, 100U);
@@ -165,7 +165,7 @@ TEST(Queue, MoreFramesThanCanBeCountedAreDroppedAllTheSame)
 TEST(Queue, CopiesThatComeToFewByOverflowAreNotAdmittedByIt)
 {
     /* Three times this is 2 to the power of 64 and 2 more. */
-    const Destinations three{{2, 0, 0, 2, 0, 1}, {2, 0, 0, 2, 0, 2}, {2, 0, 0, 2, 0, 3}};
+    const DestinationMacs three{{2, 0, 0, 2, 0, 1}, {2, 0, 0, 2, 0, 2}, {2, 0, 0, 2, 0, 3}};
     softnode::Queue queue = queue_of(0, 100, 0);
     queue.enter(three, {0x5555'5555'5555'5556, 64}, 0, false);
     EXPECT_EQ(queue.waiting().frames, 100U);
