@@ -92,7 +92,7 @@ private:
     {
         for (const auto &[handle, pcep] : node_.pceps.pceps()) {
             if (const Path *path = path_of(pcep))
-                dot_.edge({text_of(handle), remote_port}, end_at(mac_at(pcep.params.dMac), path->queue));
+                dot_.edge({text_of(handle), remote_port}, end_at(mac_at(pcep.params.dMac), node_.queue_of(*path)));
             if (pcep.target != Handle::null)
                 dot_.edge({target()}, {text_of(handle)}, DotLine::dashed);
         }

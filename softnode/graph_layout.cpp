@@ -43,7 +43,7 @@ std::map<Handle, Destinations> destinations_of(const Node &node)
     for (const auto &[handle, queue] : node.qos.queues())
         destinations[handle];
     for (const auto &[mac, path] : node.ebcom.paths()) {
-        Destinations &through = destinations[path.queue];
+        Destinations &through = destinations[node.queue_of(path)];
         if (++through.count <= Destinations::most_shown)
             through.shown.push_back(mac);
     }

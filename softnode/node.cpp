@@ -24,6 +24,11 @@ Refusal Node::create_path(const ork_ebcom_pcep_path &path)
     return ebcom.create_path(mac_at(path.macAddr), {path.pcepType, path.eioaPort, queue});
 }
 
+Handle Node::queue_of(const Path &path) const
+{
+    return qos.check_queue(path.queue) == Refusal::granted ? path.queue : Handle::null;
+}
+
 Refusal Node::remove_queue(Handle queue)
 {
     if (const Refusal refusal = qos.check_queue(queue))

@@ -45,6 +45,9 @@ struct Node {
     /** Lays a path; its queue has to be there. */
     Refusal create_path(const ork_ebcom_pcep_path &path);
 
+    /** The queue that a path leads through; null once it was removed. */
+    Handle queue_of(const Path &path) const;
+
     /** Removes a queue, also under paths that use it. What waits in it is dropped. */
     Refusal remove_queue(Handle queue);
 

@@ -80,17 +80,14 @@ Json queues(const QosGraph &qos)
     return list;
 }
 
-Json paths(const EbcomService &ebcom, const QosGraph &qos)
+Json paths(const Node &node)
 {
-    const auto queue_or_null = [&qos](Handle queue) {
-        return qos.check_queue(queue) == Refusal::granted ? Json(text_of(queue)) : Json(nullptr);
-    };
     Json list = Json::array();
-    for (const auto &[mac, path] : ebcom.paths())
+    for (const auto &[mac, path] : node.ebcom.paths())
         list.push_back({{"mac", text_of(mac).data()},
                         {"type", path.pcep_type},
                         {"eioa_port", path.eioa_port},
-                        {"queue", queue_or_null(path.queue)}});
+                        {"queue", handle_or_null(node.queue_of(path))}});
     return list;
 }
 
@@ -212,7 +209,7 @@ std::string snapshot(const Node &node)
     const Json document{{"time", node.clock.now()},
                         {"schedulers", schedulers(node.qos)},
                         {"queues", queues(node.qos)},
-                        {"paths", paths(node.ebcom, node.qos)},
+                        {"paths", paths(node)},
                         {"pceps", pceps(node.pceps)},
                         {"bindings", bindings(node.pceps)},
                         {"groups", groups(node.pceps)},
