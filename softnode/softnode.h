@@ -132,11 +132,11 @@ uint32_t softnode_faults_release(void);
 
 /** What to do with the node, again and again. Every function is called with `context`. */
 typedef struct softnode_scenario {
-    uint32_t (*run)(void *context);         /* drives a node just switched on; its result is reported */
-    void (*clean_up)(void *context);        /* what the caller does after that, failed or not; may be null */
-    const char *(*describe)(void *context); /* asked last: a note for the report; may be null, and answer null */
-    void *context;
-    uint32_t time_limit; /* milliseconds for one run; 0: 10,000 */
+    uint32_t (*run)(void *context);         /**< drives a node just switched on; its result is reported */
+    void (*clean_up)(void *context);        /**< what the caller does after that, failed or not; may be null */
+    const char *(*describe)(void *context); /**< asked last: a note for the report; may be null, and answer null */
+    void *context;                          /**< handed to each of them */
+    uint32_t time_limit;                    /**< milliseconds for one run; 0: 10,000 */
 } softnode_scenario;
 
 /**

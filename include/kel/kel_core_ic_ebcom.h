@@ -1,5 +1,6 @@
-/*
- * kel_core_ic_ebcom.h - the EBCOM service: Ethernet frames of its own EtherType over the IC ports.
+/**
+ * @file kel_core_ic_ebcom.h
+ * The EBCOM service: Ethernet frames of its own EtherType over the IC ports.
  *
  * A control process brings the service up in this order and takes it down in the reverse one:
  *
@@ -65,7 +66,7 @@ uint32_t kel_core_ic_ebcom_start(void);
  * nothing else. Paths stay in the driver kit, their counts survive into the next start, and timestamp threads run on.
  * Remove all paths first: those left cannot be deleted any more.
  *
- * @return 0, or the code of the failed take-down.
+ * @return 0; the code of the failed take-down.
  */
 uint32_t kel_core_ic_ebcom_stop(void);
 
@@ -77,7 +78,7 @@ uint32_t kel_core_ic_ebcom_stop(void);
  * @param cycles    cycle count
  * @param frequency clock frequency. Units are the timing unit's; nothing is scaled further.
  * @param ork_timestamp_offset written always; 0 when the frequency is 0
- * @return 0, or 2 when the frequency is 0.
+ * @return 0; 2 when the frequency is 0.
  */
 uint32_t kel_ic_ebcom_cycles_to_ork_timestamp_offset(int64_t cycles, uint32_t frequency, int64_t *ork_timestamp_offset);
 
@@ -91,7 +92,7 @@ typedef struct kel_ebcom_global_params {
 KEL_LAYOUT_SIZE(kel_ebcom_global_params, 8);
 KEL_LAYOUT_AT(kel_ebcom_global_params, etherType, 4);
 
-/** Fixed limits of the service. */
+/** Fixed limits of the service, as kel_core_ic_ebcom_capabilities_get() tells them. */
 typedef struct kel_ebcom_capabilities {
     uint32_t max_burst_size;        /**< 1,048,575 */
     uint32_t max_pcep_id;           /**< 511 */
@@ -127,8 +128,8 @@ uint32_t kel_core_ic_ebcom_capabilities_get(kel_ebcom_capabilities *capabilities
  *
  * The library does not remember the interface: whether a second one is possible is for the driver kit to say.
  *
- * @param vsi written by the companion library
- * @param out set to 0 on success, untouched on failure
+ * @param vsi the VSI of the event device; written by the companion library, in the last step only
+ * @param out 2 octets, set to 0 on success, untouched on failure
  * @return 0; the code of the failed attachment or companion call; 13 when the driver kit refuses. When only the VSI
  *         cannot be had, the interface stays.
  */
@@ -163,7 +164,7 @@ KEL_LAYOUT_AT(kel_ebcom_path_config, burst_size, 20);
  * Adds a path to a destination: takes a reference on the port's queue, creates the path in the driver kit (on every
  * add, also of a destination that is there already) and counts the destination.
  *
- * @param config read only
+ * @param config read only, not kept
  * @return 0; 3 for a port without EBCOM, and for an EIOA destination on port 0; 7 when the port's queue has other
  *         shaping; 13 when the driver kit refuses, in which case the reference on the queue is not given back; or the
  *         code of a failed attachment or companion call.
@@ -185,8 +186,9 @@ uint32_t kel_core_ic_ebcom_path_rem(const kel_ebcom_path_config *config);
 /**
  * The MAC channel of an IC port. There is no mapping: every port but 0 is accepted and the output left as it is.
  *
- * @param mac_chan never written
- * @return 0, or 3 for port 0.
+ * @param iell_port IC port, any number
+ * @param mac_chan  never written
+ * @return 0; 3 for port 0.
  */
 uint32_t kel_ic_ebcom_port_to_mac_chan(int32_t iell_port, uint8_t *mac_chan);
 
@@ -196,7 +198,7 @@ uint32_t kel_ic_ebcom_port_to_mac_chan(int32_t iell_port, uint8_t *mac_chan);
  * Builds the scheduler tree: a chain of seven level schedulers and, under the last, one scheduler for each of the five
  * groups of IC ports. Part of kel_core_ic_ebcom_start(). A tree that stands already is forgotten, not released.
  *
- * @return 0, or the code of the first failing step; the schedulers made so far stay until kel_ic_ebcom_deinit_qos().
+ * @return 0; the code of the first failing step; the schedulers made so far stay until kel_ic_ebcom_deinit_qos().
  */
 uint32_t kel_ic_ebcom_init_qos(void);
 
@@ -204,14 +206,14 @@ uint32_t kel_ic_ebcom_init_qos(void);
  * Releases every queue, destination list and scheduler, children before parents. A queue or scheduler that cannot be
  * removed is traced and forgotten all the same. Part of kel_core_ic_ebcom_stop().
  *
- * @return 0, or the code that stopped the walk over the ports; everything not yet released then stays.
+ * @return 0; the code that stopped the walk over the ports; everything not yet released then stays.
  */
 uint32_t kel_ic_ebcom_deinit_qos(void);
 
 /**
  * Takes a reference on the port's queue for a destination; the first one on a port creates the queue.
  *
- * @param config read only. An unshaped request matches an existing unshaped queue only when its rate and burst are 0.
+ * @param config read only, not kept. An unshaped request matches an existing unshaped queue only when its rate and burst are 0.
  *               The buffer threshold is not compared.
  * @param path   only `queue_hdl` is written, with the port's queue
  * @return 0; 3 for a port without EBCOM; 7 when the existing queue has other shaping; 10 without memory; 13 when the
@@ -225,9 +227,9 @@ uint32_t kel_ic_ebcom_add_shaper(const kel_ebcom_path_config *config, ork_ebcom_
  * taken as 16 bits: 65,536 of them count as none.
  *
  * @param config read only
- * @param path   not used
+ * @param path   not used, not written
  * @return 0; 3 for a port without EBCOM; 4 when the destination has no reference on this port; or the code of the
- * failed removal of the queue, which then stays known.
+ *         failed removal of the queue, which then stays known, without references.
  */
 uint32_t kel_ic_ebcom_remove_shaper(const kel_ebcom_path_config *config, ork_ebcom_pcep_path *path);
 
@@ -237,7 +239,7 @@ uint32_t kel_ic_ebcom_remove_shaper(const kel_ebcom_path_config *config, ork_ebc
  *
  * @param dst_mac      6 bytes, wire order
  * @param queue_handle written on success only; the handle stays the library's
- * @return 0, or 4 when no queue carries the destination.
+ * @return 0; 4 when no queue carries the destination.
  */
 uint32_t kel_ic_ebcom_queue_handle_get(const uint8_t *dst_mac, void **queue_handle);
 
@@ -246,7 +248,7 @@ uint32_t kel_ic_ebcom_queue_handle_get(const uint8_t *dst_mac, void **queue_hand
  *
  * @param dst_mac          6 bytes, wire order
  * @param scheduler_handle written on success only; the handle stays the library's
- * @return 0, or 4 when no queue carries the destination.
+ * @return 0; 4 when no queue carries the destination.
  */
 uint32_t kel_ic_ebcom_scheduler_handle_get(const uint8_t *dst_mac, void **scheduler_handle);
 
@@ -261,7 +263,7 @@ uint32_t kel_ic_ebcom_scheduler_handle_get(const uint8_t *dst_mac, void **schedu
 uint32_t kel_ic_ebcom_get_global_stats(ebcom_global_stats *stats);
 
 /**
- * The same as text, laid out by the formatting library.
+ * Reads the service's global counters as text, laid out by the formatting library.
  *
  * @param buf    written always; the empty string when the counters cannot be read
  * @param len    size of the buffer, octets; at least 1
@@ -270,19 +272,26 @@ uint32_t kel_ic_ebcom_get_global_stats(ebcom_global_stats *stats);
  */
 uint32_t kel_core_ic_ebcom_global_fmt_stats_get(char *buf, uint32_t len, uint8_t format);
 
-/** A second name for kel_core_ic_ebcom_global_fmt_stats_get(); only the low 8 bits of the format count. */
+/**
+ * A second name for kel_core_ic_ebcom_global_fmt_stats_get().
+ *
+ * @param buf    written always; the empty string when the counters cannot be read
+ * @param len    size of the buffer, octets; at least 1
+ * @param format the formatting library's selector; only the low 8 bits count
+ * @return as kel_core_ic_ebcom_global_fmt_stats_get().
+ */
 uint32_t kel_core_ic_ebcom_fmt_global_stats(char *buf, uint32_t len, uint32_t format);
 
 /** Counters of the queue that carries a destination. A block of memory is 256 octets. */
 typedef struct ebcom_queue_stats {
-    uint32_t mem_blks_in_use;
-    uint32_t pkts_out_standing;
-    uint32_t pkts_dropped;
-    uint32_t pkts_tx;
-    uint32_t pkts_rx;
-    uint64_t octets_dropped;
-    uint64_t octets_tx;
-    uint64_t octets_rx;
+    uint32_t mem_blks_in_use;    /**< blocks that waiting packets take */
+    uint32_t pkts_out_standing;  /**< packets that wait */
+    uint32_t pkts_dropped;       /**< packets refused by the queue */
+    uint32_t pkts_tx;            /**< packets that left */
+    uint32_t pkts_rx;            /**< packets that came */
+    uint64_t octets_dropped;     /**< octets refused by the queue */
+    uint64_t octets_tx;          /**< octets that left */
+    uint64_t octets_rx;          /**< octets that came */
     uint32_t max_burst_size;     /**< not measured: always 0 */
     uint32_t current_burst_size; /**< not measured: always 0 */
 } ebcom_queue_stats;
@@ -300,8 +309,8 @@ KEL_LAYOUT_AT(ebcom_queue_stats, current_burst_size, 52);
 /**
  * Reads the counters of the queue that carries a destination. Do not change paths meanwhile.
  *
- * @param dst_mac 6 bytes, wire order
- * @param stats   cleared first: all zero when the counters cannot be read, filled when only a step after it fails
+ * @param dst_mac 6 bytes, wire order, read only
+ * @param stats   56 octets, cleared first: all zero when the counters cannot be read, filled when only a step after it fails
  * @return 0; 4 when no queue carries the destination; or the code of the failed reading.
  */
 uint32_t kel_core_ic_ebcom_queue_stats_get(const uint8_t *dst_mac, ebcom_queue_stats *stats);
@@ -309,25 +318,43 @@ uint32_t kel_core_ic_ebcom_queue_stats_get(const uint8_t *dst_mac, ebcom_queue_s
 /**
  * The packet counters as text: "EBCOM Queue statistics" with five lines, the last of them labelled "pkts_rq".
  *
- * @param buf    written always; the empty string when the counters cannot be read
- * @param len    size of the buffer, octets; at least 1
- * @param format the formatting library's selector
+ * @param dst_mac 6 bytes, wire order
+ * @param buf     written always; the empty string when the counters cannot be read
+ * @param len     size of the buffer, octets; at least 1
+ * @param format  the formatting library's selector
  * @return 0; the code of the failed reading; or what the formatting library says at the end of the text.
  */
 uint32_t kel_core_ic_ebcom_queue_fmt_stats_get(const uint8_t *dst_mac, char *buf, uint32_t len, uint8_t format);
 
-/** A second name for kel_core_ic_ebcom_queue_fmt_stats_get(); only the low 8 bits of the format count. */
+/**
+ * A second name for kel_core_ic_ebcom_queue_fmt_stats_get().
+ *
+ * @param dst_mac 6 bytes, wire order
+ * @param buf     written always; the empty string when the counters cannot be read
+ * @param len     size of the buffer, octets; at least 1
+ * @param format  the formatting library's selector; only the low 8 bits count
+ * @return as kel_core_ic_ebcom_queue_fmt_stats_get().
+ */
 uint32_t kel_core_ic_ebcom_fmt_queue_stats(const uint8_t *dst_mac, char *buf, uint32_t len, uint32_t format);
 
 /**
  * All counters as text: "EBCOM Queue statistics version 2" with ten lines. Of the octet counters, the low 32 bits are
- * shown. Arguments and return codes as for kel_core_ic_ebcom_queue_fmt_stats_get().
+ * shown; kel_core_ic_ebcom_queue_stats_get() has them whole.
+ *
+ * @param dst_mac 6 bytes, wire order
+ * @param buf     written always; the empty string when the counters cannot be read
+ * @param len     size of the buffer, octets; at least 1
+ * @param format  the formatting library's selector
+ * @return as kel_core_ic_ebcom_queue_fmt_stats_get().
  */
 uint32_t kel_core_ic_ebcom_queue_fmt_stats_get_2(const uint8_t *dst_mac, char *buf, uint32_t len, uint8_t format);
 
 /**
  * The burst step of the queue counters. Burst sizes are not measured: nothing is read or written.
  *
+ * @param queue_handle     not used
+ * @param scheduler_handle not used
+ * @param stats            not used
  * @return 0.
  */
 uint32_t kel_ic_ebcom_set_burst_stats(void *queue_handle, void *scheduler_handle, ebcom_queue_stats *stats);
@@ -335,9 +362,10 @@ uint32_t kel_ic_ebcom_set_burst_stats(void *queue_handle, void *scheduler_handle
 /**
  * Writes every scheduler and queue handle to the file "/tmp/KEL_DUMP_EBCOM_QOS_HANDLE_FILENAME", anew each time: an
  * empty line, a banner, and 45 lines, those of empty slots included. Anybody who may read the file sees them.
+ * What lies there under that name is followed and emptied, a link to another file included.
  *
- * @return 0, or 13 when the file cannot be opened (without a record of it) or a line cannot be written (the lines
- * before it stay).
+ * @return 0; 13 when the file cannot be opened (without a record of it) or a line cannot be written (the lines before it
+ *         stay).
  */
 uint32_t kel_core_ic_ebcom_qos_handle_dump(void);
 

@@ -1,6 +1,7 @@
-/*
- * kel_core_ic_pcep.h - PCEPs, packet communication end points: unicast ones between a local and a remote MAC address,
- * and multicast groups of them.
+/**
+ * @file kel_core_ic_pcep.h
+ * PCEPs, packet communication end points: unicast ones between a local and a remote MAC address, and multicast groups of
+ * them.
  *
  *     const kel_pcep_config config = {.remote_pcep_id = {9, 0, 0},                // little-endian: 9
  *                                     .local_mac = {2, 0, 0, 3, 0, 1},           // on the HSFP: gets bound
@@ -38,7 +39,7 @@ extern "C" {
 /* ---- Locations ---- */
 
 /**
- * Tells where a MAC address sits and which PCEP type goes with it, from its bytes 2 and 3, counted from 0:
+ * Tells where a MAC address sits and which PCEP type goes with it. Its bytes 2 and 3 say so, counted from 0:
  *
  * | byte 3 | byte 2                            | location | type |
  * |--------|-----------------------------------|----------|------|
@@ -62,7 +63,7 @@ uint32_t kel_ic_pcep_get_location_and_type_from_branch(const uint8_t *mac, uint3
 /**
  * Starts the PCEP service: empties the table and attaches to the accelerator, once for all PCEP calls until the stop.
  *
- * @return 0, or the code of the failed attachment; the table is empty in any case.
+ * @return 0; the code of the failed attachment; the table is empty in any case.
  */
 uint32_t kel_core_ic_pcep_start(void);
 
@@ -85,6 +86,9 @@ uint32_t kel_core_ic_pcep_handle_dump(void *destination);
 /**
  * The hook that the start calls for a multicast queue and scheduler. Makes none and writes nothing.
  *
+ * @param attach           not used
+ * @param queue_handle     left as it is
+ * @param scheduler_handle left as it is
  * @return 0.
  */
 uint32_t kel_core_ic_pcep_create_queue_and_scheduler_for_multicast(kel_attach_info *attach, uint64_t *queue_handle,
@@ -119,16 +123,18 @@ KEL_LAYOUT_AT(kel_pcep_config, rest, 22);
  * @param pcep_id 1 to 511
  * @param config  read only, copied
  * @return 0; 3 for an invalid id; 5 when the id is taken; 13 when the driver kit refuses. When only the binding fails,
- * the PCEP stays in the driver kit and the id stays free.
+ *         the PCEP stays in the driver kit and the id stays free.
  */
 uint32_t kel_core_ic_pcep_add(uint32_t pcep_id, const kel_pcep_config *config);
 
 /**
  * Unbinds a PCEP that was bound and deletes it in the driver kit. Its id is free afterwards, whatever the result: what
- * the driver kit refused to delete is forgotten. The id of a multicast group gives 7 and is forgotten, too.
+ * the driver kit refused to delete is forgotten. The id of a multicast group gives 7 and is forgotten, too. Groups that it
+ * is a member of still count it.
  *
- * @return 0; 3 for an invalid id; 4 for a free one; 7 for a multicast group; 13 when the driver kit refuses; after a
- * failed unbinding, the PCEP is not deleted.
+ * @param pcep_id 1 to 511
+ * @return 0; 3 for an invalid id; 4 for a free one; 7 for a multicast group; 13 when the driver kit refuses. After a
+ *         failed unbinding, the PCEP is not deleted.
  */
 uint32_t kel_core_ic_pcep_rem(uint32_t pcep_id);
 
@@ -139,7 +145,7 @@ uint32_t kel_core_ic_pcep_rem(uint32_t pcep_id);
  *
  * @param mc_pcep_id 1 to 511
  * @return 0; 3 for an invalid id; 5 when the id is taken; 10 when there are too many groups; 13 when the driver kit
- * refuses.
+ *         refuses.
  */
 uint32_t kel_core_ic_pcep_mc_group_add(uint32_t mc_pcep_id);
 
@@ -147,22 +153,28 @@ uint32_t kel_core_ic_pcep_mc_group_add(uint32_t mc_pcep_id);
  * Deletes a multicast group without members. The group is forgotten and no longer counted, also when the driver kit
  * refuses. A free id lowers the count as well; below 0 it wraps, and every further group is refused with 10.
  *
+ * @param mc_pcep_id 1 to 511
  * @return 0; 3 for an invalid id; 4 for a free one; 7 for a unicast PCEP; 6 while there are members; 13 when the driver
- * kit refuses.
+ *         kit refuses.
  */
 uint32_t kel_core_ic_pcep_mc_group_rem(uint32_t mc_pcep_id);
 
 /**
  * Adds a PCEP to a group, which may have 16 members. Whether it is one already is for the driver kit to say.
  *
+ * @param mc_pcep_id the group, 1 to 511
+ * @param uc_pcep_id the member, 1 to 511; its kind is not looked at
  * @return 0; 3 for an invalid id; 4 for a free one; 7 when the group is none; 10 when it is full; 13 when the driver
- * kit refuses.
+ *         kit refuses.
  */
 uint32_t kel_core_ic_pcep_mc_member_add(uint32_t mc_pcep_id, uint32_t uc_pcep_id);
 
 /**
- * Removes a PCEP from a group.
+ * Removes a PCEP from a group. The number of members is lowered unguarded; whether this was one is for the driver kit to
+ * say.
  *
+ * @param mc_pcep_id the group, 1 to 511
+ * @param uc_pcep_id the member, 1 to 511; its entry must not be free
  * @return 0; 3 for an invalid id; 4 for a free one; 7 when the group is none; 13 when the driver kit refuses.
  */
 uint32_t kel_core_ic_pcep_mc_member_rem(uint32_t mc_pcep_id, uint32_t uc_pcep_id);
@@ -172,26 +184,30 @@ uint32_t kel_core_ic_pcep_mc_member_rem(uint32_t mc_pcep_id, uint32_t uc_pcep_id
 /**
  * Reads a unicast PCEP's counters as the driver kit has them. Octets 16 to 63 stay 0. Traces failures only.
  *
- * @param stats 128 octets, cleared first: all zero on failure
+ * @param pcep_id 1 to 511
+ * @param stats   128 octets, cleared first: all zero on failure
  * @return 0; 3 for an invalid id; 4 for a free one; 11 for a multicast group; 13 when the driver kit refuses.
  */
 uint32_t kel_ic_pcep_get_stats(uint32_t pcep_id, ebcom_pcep_stats *stats);
 
-/** The same counters in a record of 76 octets without gaps. The order of the words is part of the interface. */
+/**
+ * The same counters in a record of 76 octets without gaps. The order of the words is part of the interface; what each
+ * counts is the driver kit's to say. The names tell where a word stands in the driver kit's record.
+ */
 typedef struct __attribute__((packed)) pcep_stats {
-    uint64_t in_cnt0;
-    uint32_t in_word4;
-    uint32_t in_word0;
-    uint32_t in_word5;
-    uint32_t in_word1;
-    uint32_t in_word2;
-    uint64_t in_cnt1;
-    uint32_t in_word3;
-    uint32_t in_word6;
-    uint64_t in_cnt2;
-    uint64_t in_cnt3;
-    uint64_t out_cnt0;
-    uint64_t out_cnt1;
+    uint64_t in_cnt0;  /**< octet 64 of the driver kit's record */
+    uint32_t in_word4; /**< octet 112 of the driver kit's record */
+    uint32_t in_word0; /**< octet 72 of the driver kit's record */
+    uint32_t in_word5; /**< octet 116 of the driver kit's record */
+    uint32_t in_word1; /**< octet 76 of the driver kit's record */
+    uint32_t in_word2; /**< octet 88 of the driver kit's record */
+    uint64_t in_cnt1;  /**< octet 80 of the driver kit's record */
+    uint32_t in_word3; /**< octet 92 of the driver kit's record */
+    uint32_t in_word6; /**< octet 120 of the driver kit's record */
+    uint64_t in_cnt2;  /**< octet 96 of the driver kit's record */
+    uint64_t in_cnt3;  /**< octet 104 of the driver kit's record */
+    uint64_t out_cnt0; /**< octet 0 of the driver kit's record */
+    uint64_t out_cnt1; /**< octet 8 of the driver kit's record */
 } pcep_stats;
 KEL_LAYOUT_SIZE(pcep_stats, 76);
 KEL_LAYOUT_AT(pcep_stats, in_word4, 8);
@@ -210,25 +226,41 @@ KEL_LAYOUT_AT(pcep_stats, out_cnt1, 68);
 /**
  * Reads a unicast PCEP's counters into the compact record.
  *
- * @param stats cleared first: all zero on failure
+ * @param pcep_id 1 to 511
+ * @param stats   76 octets, cleared first: all zero on failure
  * @return as kel_ic_pcep_get_stats().
  */
 uint32_t kel_core_ic_pcep_stats_get(uint32_t pcep_id, pcep_stats *stats);
 
-/** A second name for kel_core_ic_pcep_stats_get(). */
+/**
+ * A second name for kel_core_ic_pcep_stats_get().
+ *
+ * @param pcep_id 1 to 511
+ * @param stats   76 octets, cleared first: all zero on failure
+ * @return as kel_ic_pcep_get_stats().
+ */
 uint32_t kel_core_ic_pcep_get_stats(uint32_t pcep_id, pcep_stats *stats);
 
 /**
  * A unicast PCEP's counters as text, inbound ones first.
  *
- * @param buf    written always; the empty string when the counters cannot be read
- * @param len    size of the buffer, octets; at least 1
- * @param format the formatting library's selector
+ * @param pcep_id 1 to 511
+ * @param buf     written always; the empty string when the counters cannot be read
+ * @param len     size of the buffer, octets; at least 1
+ * @param format  the formatting library's selector
  * @return as kel_ic_pcep_get_stats(), or what the formatting library says at the end of the text.
  */
 uint32_t kel_core_ic_pcep_fmt_stats_get(uint32_t pcep_id, char *buf, uint32_t len, uint8_t format);
 
-/** A second name for kel_core_ic_pcep_fmt_stats_get(); only the low 8 bits of the format count. */
+/**
+ * A second name for kel_core_ic_pcep_fmt_stats_get().
+ *
+ * @param pcep_id 1 to 511
+ * @param buf     written always; the empty string when the counters cannot be read
+ * @param len     size of the buffer, octets; at least 1
+ * @param format  the formatting library's selector; only the low 8 bits count
+ * @return as kel_core_ic_pcep_fmt_stats_get().
+ */
 uint32_t kel_core_ic_pcep_fmt_stats(uint32_t pcep_id, char *buf, uint32_t len, uint32_t format);
 
 #pragma GCC visibility pop

@@ -1,5 +1,6 @@
-/*
- * kel_node_names.h - the names of IC ports and of locations, as trace records print them.
+/**
+ * @file kel_node_names.h
+ * The names of IC ports and of locations, as trace records print them.
  *
  * The library and every tool that shows or reads these names take them from here. Nothing is exported for them.
  */
@@ -12,15 +13,20 @@
 extern "C" {
 #endif
 
-enum { KEL_IELL_PORT_COUNT = 51, KEL_LOCATION_COUNT = 6 };
+/** How many IC ports and locations have names. */
+enum {
+    KEL_IELL_PORT_COUNT = 51, /**< ports 0 to 50 */
+    KEL_LOCATION_COUNT = 6    /**< locations 0 to 5 */
+};
 
+/** Where a MAC address sits in the node, see kel_ic_pcep_get_location_and_type_from_branch(). */
 enum kel_location {
-    KEL_LOCATION_NONE = 0,
-    KEL_LOCATION_CPU = 1,
-    KEL_LOCATION_OB = 2,
-    KEL_LOCATION_HSFP = 3,
-    KEL_LOCATION_EIOA = 4,
-    KEL_LOCATION_MULTICAST = 5
+    KEL_LOCATION_NONE = 0,     /**< no address has it */
+    KEL_LOCATION_CPU = 1,      /**< a processor, this one or another */
+    KEL_LOCATION_OB = 2,       /**< OB */
+    KEL_LOCATION_HSFP = 3,     /**< HSFP: local ends there are bound to the EHSFP target */
+    KEL_LOCATION_EIOA = 4,     /**< EIOA */
+    KEL_LOCATION_MULTICAST = 5 /**< no address has it: the entry of a multicast group */
 };
 
 /** The branch name of an IC port, "UNKNOWN" outside 0 to 50. A row's index is the port's number: never sort it. */

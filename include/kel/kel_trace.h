@@ -1,5 +1,6 @@
-/*
- * kel_trace.h - the message formatter behind every trace record, and the fatal path.
+/**
+ * @file kel_trace.h
+ * The message formatter behind every trace record, and the fatal path.
  *
  *     puts(kel_trace_internal_format_str("%s(): ", "bring_up", "port=%d", 6));      // bring_up(): port=6
  */
@@ -27,7 +28,15 @@ extern "C" {
 char *kel_trace_internal_format_str(const char *prefix_format, const char *prefix_arg, const char *body_format, ...)
     __attribute__((format(printf, 3, 4)));
 
-/** The same, with the values of the body as a list. */
+/**
+ * The same as kel_trace_internal_format_str(), with the values of the body as a list.
+ *
+ * @param prefix_format takes one string, the prefix argument; at most 255 characters of the result are kept
+ * @param prefix_arg    null: no prefix, and prefix_format is not looked at
+ * @param body_format   printf format of what follows the prefix; null: no body
+ * @param values        the values of the body, used up as vsnprintf() does
+ * @return the calling thread's buffer, as kel_trace_internal_format_str().
+ */
 char *kel_trace_internal_vformat_str(const char *prefix_format, const char *prefix_arg, const char *body_format,
                                      va_list values) __attribute__((format(printf, 3, 0)));
 
