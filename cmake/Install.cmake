@@ -1,4 +1,6 @@
-# What is installed and where: the two libraries, for each its headers, a pkg-config file and a CMake package; kelctl.
+# What is installed and where: the two libraries, for each its headers, a pkg-config file and a CMake package; the trace
+# probes; kelctl. The components are those of the Debian packages (debian/rules): who installs a file names its package.
+#
 # All headers lie below include/kel. Both kinds of package put that folder itself on the search path as well, for
 # <platform/...> and <softnode/...>.
 include(CMakePackageConfigHelpers)
@@ -34,11 +36,13 @@ endif()
 
 install(TARGETS kel-core-ic kel-trace-ic kel-trace-init kel-interface kel-platform-headers EXPORT kel-core-ic
     LIBRARY COMPONENT kel-core-ic NAMELINK_COMPONENT kel-core-ic-dev)
-install(TARGETS kel-trace-ic-probes kel-trace-init-probes LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
-    COMPONENT kel-core-ic)
+install(TARGETS kel-trace-ic-probes kel-trace-init-probes
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/${KEL_PROBE_FOLDER} COMPONENT kel-trace-providers)
 install(DIRECTORY include/kel/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kel COMPONENT kel-core-ic-dev)
 install(DIRECTORY include/platform DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kel COMPONENT kel-core-ic-dev
     FILES_MATCHING PATTERN *.h)
 kel_package(kel-core-ic ${PROJECT_DESCRIPTION} "${platform_package}")
 
 install(TARGETS kelctl RUNTIME COMPONENT kelctl)
+install(FILES ${PROJECT_BINARY_DIR}/kelctl/kelctl.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT kelctl OPTIONAL)
+install(FILES ${PROJECT_BINARY_DIR}/kelctl/node.toml.5 DESTINATION ${CMAKE_INSTALL_MANDIR}/man5 COMPONENT kelctl OPTIONAL)

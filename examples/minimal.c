@@ -1,11 +1,12 @@
 /*
  * minimal.c - the smallest whole control process: a path, an end point, counters, and down again in reverse order.
  *
- *     cc -std=c11 minimal.c $(pkg-config --cflags --libs kel-core-ic) -o minimal
+ *     cc minimal.c -lkel-core-ic -o minimal          (uninstalled or elsewhere: pkg-config --cflags --libs kel-core-ic)
+ *
+ * It is C++20 as well, hence the order of the initialisers.
  */
 #include <kel/kel_core_ic_ebcom.h>
 #include <kel/kel_core_ic_pcep.h>
-#include <platform/kei_util.h>
 #include <stdio.h>
 
 static int failed = 0;
@@ -13,7 +14,10 @@ static int failed = 0;
 /* Tells what came of a step, and whether it succeeded. */
 static int ok(const char *step, uint32_t rc)
 {
-    printf("%-16s %s\n", step, kei_util_init_rc_str_get(rc));
+    if (rc == 0)
+        printf("%-16s done\n", step);
+    else
+        printf("%-16s failed with code %u\n", step, rc); /* enum kel_init_rc names it */
     failed |= rc != 0;
     return rc == 0;
 }
@@ -22,13 +26,14 @@ int main(void)
 {
     const kel_ebcom_global_params params = {.icPortMTU = 1500, .etherType = 0x88b5};
     const uint8_t settings[2] = {1, 2};
-    const kel_ebcom_path_config path = {.dst_mac = {2, 0, 0, 2, 0, 1},
-                                        .iell_port = 6, /* RLU1P */
-                                        .shaping_enabled = 1,
-                                        .shaping_rate = 100000, /* kbit/s */
-                                        .burst_size = 65536,    /* octets */
-                                        .buffer_threshold = 4096,
-                                        /* blocks of 256 octets */};
+    const kel_ebcom_path_config path = {
+        .dst_mac = {2, 0, 0, 2, 0, 1},
+        .shaping_enabled = 1,
+        .iell_port = 6,           /* RLU1P */
+        .shaping_rate = 100000,   /* kbit/s */
+        .buffer_threshold = 4096, /* blocks of 256 octets */
+        .burst_size = 65536,      /* octets */
+    };
     const kel_pcep_config pcep = {
         .remote_pcep_id = {7}, .local_mac = {2, 0, 0, 3, 0, 1}, .remote_mac = {2, 0, 0, 2, 0, 1}, .vlan_id = 100};
     kel_vsi_t vsi = 0;

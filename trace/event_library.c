@@ -1,10 +1,11 @@
 /*
  * An event library: the event objects of one provider, and nothing of the tracer. It needs libc only, so a node without
- * the tracer loads it. Where the tracer is installed, the probes that record the events lie in a companion library
- * beside this one, which is opened when this one is loaded. Without the tracer that companion cannot be opened,
- * and the events stay disabled for good.
+ * the tracer loads it. Where the tracer is installed, the probes that record the events lie in a companion library, in a
+ * folder beside this one, which is opened when this one is loaded. Without the tracer, or without the companion, nothing
+ * is opened, and the events stay disabled for good.
  *
- * Compiled once for each provider: KEL_PROVIDER_HEADER and KEL_PROBE_LIBRARY come from the build.
+ * Compiled once for each provider: KEL_PROVIDER_HEADER and KEL_PROBE_LIBRARY come from the build; the latter
+ * with its folder.
  */
 #define _GNU_SOURCE
 #define LTTNG_UST_TRACEPOINT_DEFINE
