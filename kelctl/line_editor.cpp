@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <exception>
 #include <memory>
 #include <poll.h>
 #include <readline/history.h>
@@ -45,9 +46,14 @@ char *next_found(const char *, int state)
     return next < found.words.size() ? strdup(found.words[next++].c_str()) : nullptr;
 }
 
+// Nothing may be thrown through Readline. Without an answer there is nothing to complete.
 char **words_for(const char *begun, int, int end)
 {
-    found = complete_line(std::string_view(rl_line_buffer, static_cast<size_t>(end)));
+    try {
+        found = complete_line(std::string_view(rl_line_buffer, static_cast<size_t>(end)));
+    } catch (const std::exception &) {
+        found = {};
+    }
     rl_attempted_completion_over = found.files ? 0 : 1; // otherwise Readline would offer files by itself
     return rl_completion_matches(begun, next_found);
 }

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cctype>
 #include <cstdio>
@@ -106,6 +107,36 @@ TEST(Commands, ArgumentsFitTogether)
             if (!one.otherwise.empty()) {
                 EXPECT_NO_THROW(one.kind.read(one.otherwise)) << row.name << ": " << one.name;
             }
+        }
+    }
+}
+
+// The kinds that take any word.
+bool takes_anything(const argument &one)
+{
+    return one.is_flag() || one.kind.placeholder == "TEXT" || one.kind.placeholder == "FILE" || one.repeated;
+}
+
+TEST(Commands, ArgumentsRefuseWhatIsNotOfTheirKind)
+{
+    for (const command &row : commands())
+        for (const argument &one : row.arguments)
+            if (!takes_anything(one)) {
+                EXPECT_THROW(one.kind.read("?!"), wrong_value) << row.name << ": " << one.name;
+                EXPECT_THROW(one.kind.read(""), wrong_value) << row.name << ": " << one.name;
+            }
+}
+
+TEST(Commands, MissingArgumentsAreTold)
+{
+    for (const command &row : commands()) {
+        const bool complete = std::none_of(row.arguments.begin(), row.arguments.end(), [](const argument &one) {
+            return one.required && one.otherwise.empty() && !one.is_flag();
+        });
+        if (complete) {
+            EXPECT_NO_THROW(parse(words_of(row.name), first_place(row))) << row.name;
+        } else {
+            EXPECT_THROW(parse(words_of(row.name), first_place(row)), wrong_line) << row.name;
         }
     }
 }

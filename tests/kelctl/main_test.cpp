@@ -16,7 +16,7 @@ program_outcome kelctl(const std::vector<std::string> &arguments)
     return run_kelctl({.arguments = arguments});
 }
 
-TEST(CommandLine, WrongOnesAreToldWithStatus2)
+TEST(Main, WrongOnesAreToldWithStatus2)
 {
     const std::pair<std::vector<std::string>, const char *> wrong[] = {
         {{}, "A command is required"},
@@ -25,6 +25,10 @@ TEST(CommandLine, WrongOnesAreToldWithStatus2)
         {{"up"}, "FILE is required"},
         {{"up", "a.toml", "b.toml"}, "b.toml"},
         {{"up", "a.toml", "--wat"}, "--wat"},
+        {{"exit"}, "kelctl: \"exit\" cannot be used here\n"},
+        {{"ebcom", "pth"}, "kelctl: there is no command \"ebcom pth\"; did you mean \"ebcom path\"?\n"},
+        {{"group", "add", "512"}, "kelctl: GROUP: 512 is not in 1 to 511\n"},
+        {{"ebcom", "port", "channel", "RUL1P"}, "kelctl: PORT: there is no port \"RUL1P\"; did you mean \"RLU1P\"?\n"},
     };
     for (const auto &[arguments, message] : wrong) {
         const auto outcome = kelctl(arguments);
@@ -35,7 +39,26 @@ TEST(CommandLine, WrongOnesAreToldWithStatus2)
     }
 }
 
-TEST(CommandLine, VersionIsOneLine)
+TEST(Main, WrongOneIsADocumentWhereJsonIsAskedFor)
+{
+    const auto outcome = kelctl({"group", "add", "512", "--json"});
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_THAT(outcome.out, HasSubstr(R"("ok":false,)"));
+    EXPECT_THAT(outcome.out, HasSubstr(R"("error":{"message":"GROUP: 512 is not in 1 to 511","file":null,)"));
+}
+
+TEST(Main, SingleOperationIsRunInAProcessOfItsOwn)
+{
+    const auto located = kelctl({"pcep", "locate", "02:00:00:03:00:01"});
+    EXPECT_EQ(located.status, 0);
+    EXPECT_THAT(located.out, testing::StartsWith("location       HSFP\n"));
+    const auto refused = kelctl({"pcep", "remove", "7"});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_THAT(refused.err, testing::StartsWith("failed: kel_core_ic_pcep_rem(pcep_id=7)\n  code 4: "));
+}
+
+TEST(Main, VersionIsOneLine)
 {
     const auto outcome = kelctl({"--version"});
     EXPECT_EQ(outcome.status, 0);
@@ -43,7 +66,7 @@ TEST(CommandLine, VersionIsOneLine)
     EXPECT_EQ(outcome.err, "");
 }
 
-TEST(CommandLine, HelpNamesCommandsStatusesAndEnvironment)
+TEST(Main, HelpNamesCommandsStatusesAndEnvironment)
 {
     const auto outcome = kelctl({"--help"});
     EXPECT_EQ(outcome.status, 0);
@@ -51,7 +74,7 @@ TEST(CommandLine, HelpNamesCommandsStatusesAndEnvironment)
         EXPECT_THAT(outcome.out, HasSubstr(word));
 }
 
-TEST(CommandLine, HelpOfUpNamesItsArguments)
+TEST(Main, HelpOfUpNamesItsArguments)
 {
     const auto outcome = kelctl({"up", "--help"});
     EXPECT_EQ(outcome.status, 0);
@@ -59,7 +82,7 @@ TEST(CommandLine, HelpOfUpNamesItsArguments)
         EXPECT_THAT(outcome.out, HasSubstr(word));
 }
 
-TEST(CommandLine, HelpFitsEightyColumns)
+TEST(Main, HelpFitsEightyColumns)
 {
     for (const auto &arguments : {std::vector<std::string>{"--help"}, std::vector<std::string>{"up", "--help"}}) {
         std::istringstream lines(kelctl(arguments).out);
