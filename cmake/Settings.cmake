@@ -33,6 +33,11 @@ else()
     target_compile_definitions(kel-settings INTERFACE $<$<NOT:$<CONFIG:Debug>>:_FORTIFY_SOURCE=2>)
 endif()
 
+# What a fuzz target reaches has to tell the fuzzer where it has been.
+if(KEL_FUZZ)
+    add_compile_options(-fsanitize=fuzzer-no-link -fno-sanitize-recover=all)
+endif()
+
 # Calls between exported operations go through the PLT, so that they can be replaced one by one.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
     target_compile_options(kel-settings INTERFACE -fsemantic-interposition)

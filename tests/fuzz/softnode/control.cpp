@@ -1,0 +1,122 @@
+/*
+ * control.cpp - calls of the control interface.
+ */
+#include "caller.h"
+
+#include "softnode/softnode.h"
+
+#include <nlohmann/json.hpp>
+
+#include <array>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <sys/mman.h>
+#include <unistd.h>
+
+namespace
+{
+
+using Text = std::unique_ptr<char, void (*)(void *)>;
+
+/* Rules that block would do so for ever. */
+void forget_if_blocking(std::string_view rules)
+{
+    if (rules.find("block") != std::string_view::npos)
+        softnode_faults_clear();
+}
+
+void add_faults(Caller &caller)
+{
+    const std::string rules = caller.input.text();
+    const Text problem(softnode_faults_add(rules.c_str()), std::free);
+    require(!problem || *problem != '\0');
+    forget_if_blocking(rules);
+}
+
+void add_fault_file(Caller &caller)
+{
+    const std::string rules = caller.input.text();
+    const int file = memfd_create("rules", MFD_CLOEXEC);
+    require(write(file, rules.data(), rules.size()) == static_cast<ssize_t>(rules.size()));
+    const std::string name = "/proc/self/fd/" + std::to_string(file);
+    const Text problem(softnode_faults_add_file(name.c_str()), std::free);
+    require(!problem || std::string_view(problem.get()).starts_with(name + ":"));
+    close(file);
+    forget_if_blocking(rules);
+}
+
+void list_faults(Caller &)
+{
+    const Text rules(softnode_faults_json(), std::free);
+    require(nlohmann::json::accept(rules.get()));
+}
+
+void clear_faults(Caller &)
+{
+    softnode_faults_clear();
+}
+
+void release(Caller &)
+{
+    require(softnode_faults_release() == 0);
+}
+
+/* Seldom, as it takes seven processes: an input has to ask for it, and once is enough. */
+constexpr std::uint64_t sweep_word = 0x2e7065657773202e; /* ". sweep." */
+
+void sweep(Caller &caller)
+{
+    if (caller.input.take<std::uint64_t>() != sweep_word || caller.swept)
+        return;
+    caller.swept = true;
+    const auto run = [](void *) {
+        kel_attach_info info{};
+        return kel_init_attach(&info);
+    };
+    const softnode_scenario scenario{run, nullptr, nullptr, nullptr, 0};
+    const Text report(softnode_fault_sweep(caller.maybe(scenario)), std::free);
+    require(!report || nlohmann::json::accept(report.get()));
+}
+
+void set_reading(Caller &caller)
+{
+    in_order(softnode_timing_reading_set, {caller.input.take<std::int64_t>(), caller.input.take<std::uint32_t>()});
+}
+
+void post_event(Caller &caller)
+{
+    in_order(softnode_timing_event_post, {caller.input.take<std::uint32_t>(), caller.input.take<std::int32_t>()});
+}
+
+void settle(Caller &)
+{
+    softnode_timing_settle(0);
+}
+
+void look_in(Caller &)
+{
+    const Text document(softnode_snapshot_json(), std::free);
+    require(nlohmann::json::accept(document.get()));
+}
+
+void draw(Caller &)
+{
+    const Text picture(softnode_graph_dot(), std::free);
+    require(std::string_view(picture.get()).starts_with("digraph"));
+}
+
+void reset(Caller &)
+{
+    softnode_reset();
+}
+
+constexpr std::array<Step, 12> steps{{add_faults, add_fault_file, list_faults, clear_faults, release, sweep,
+                                      set_reading, post_event, settle, look_in, draw, reset}};
+
+} // namespace
+
+std::span<const Step> control_steps()
+{
+    return steps;
+}
