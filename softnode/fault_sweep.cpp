@@ -13,6 +13,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <array>
 #include <chrono>
 #include <filesystem>
 #include <iterator>
@@ -140,18 +141,9 @@ std::optional<Run> run_once(const softnode_scenario &scenario, const MaybeFault 
     return read_run(*outcome);
 }
 
-const char *name_of(ChildEnd end)
-{
-    switch (end) {
-    case ChildEnd::returned:
-        return "returned";
-    case ChildEnd::crashed:
-        return "crashed";
-    case ChildEnd::hung:
-        return "hung";
-    }
-    return "";
-}
+/* Indexed by ChildEnd. */
+constexpr std::array<const char *, 3> outcomes{"returned", "crashed", "hung"};
+static_assert(outcomes.size() == static_cast<std::size_t>(ChildEnd::hung) + 1);
 
 Json fault_of(const MaybeFault &fault)
 {
@@ -170,7 +162,7 @@ Json report_of(const MaybeFault &fault, const Run &run, const Inventory &expecte
 {
     const bool returned = run.end == ChildEnd::returned;
     Json report = fault_of(fault);
-    report["outcome"] = name_of(run.end);
+    report["outcome"] = outcomes[static_cast<std::size_t>(run.end)];
     report["result"] = run.result;
     report["note"] = run.note;
     report["left"] = returned ? told(items_beyond(expected, run.items)) : Json(nullptr);

@@ -4,7 +4,7 @@
  *     kind               name
  *     scheduler          its place in the tree: 1.2 is the second one below the first one under the root, in the order
  *                        of creation
- *     queue              "of scheduler 1.2: 100000 kbit/s, burst 65536, threshold 1048576"; "unshaped" instead of a rate
+ *     queue              "of scheduler 1.2: 100000 kbit/s, burst 65536, threshold 1048576"; or "unshaped"
  *     path               its address
  *     pcep               its id
  *     binding            "of pcep 7"

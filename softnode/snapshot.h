@@ -50,8 +50,7 @@
  *                                thread has)
  *             events_left        posted, not taken yet
  *             events_outstanding taken, not handed back yet
- *         blocked            calls that a fault rule blocks at this moment, in the order of their threads' first calls: the
- *                            function of each
+ *         blocked            functions of the calls that a fault rule blocks at this moment
  *     restarts           requests for a restart of the node: line, file, reason
  *     calls              per closed function that returns a code and was called: how often
  *     faults             fault rules in the order they were added

@@ -95,8 +95,8 @@ uint64_t softnode_time(void);
  *
  *     result     decimal, fits 32 bits; 0 makes a call that claims success and did nothing
  *     latency    1 to 4294967295, with the unit ns, us, ms or s
- *     block      for functions of the timing unit (vorn_tu_...). The call waits until it is released, and lets go of the
- *                node meanwhile. softnode_timing_settle() takes its thread for one at rest.
+ *     block      for functions of the timing unit (vorn_tu_...). The call waits until it is released, and lets go of
+ *                the node meanwhile. softnode_timing_settle() takes its thread for one at rest.
  *
  * The environment variable KEL_SOFTNODE_FAULTS holds rules for a process that does not know this header, or "@FILE", a
  * file with rules. When they cannot be read, the first closed call says so on standard error and ends the process with
@@ -145,8 +145,8 @@ typedef struct softnode_scenario {
  * call failing, and with that call and all later ones of that function failing.
  *
  * Each run is a child process of its own, so that neither a crash nor a hang ends the sweep, and no run knows of
- * another. It has a node just switched on, without the fault rules of the caller or of KEL_SOFTNODE_FAULTS; the caller's
- * node is left alone. The fault is over when run() has returned: what clean_up() calls is neither counted nor made to
+ * another. It has a node just switched on, without the fault rules of the caller or of KEL_SOFTNODE_FAULTS; the
+ * caller's node is left alone. The fault is over when run() has returned: what clean_up() calls is neither counted nor made to
  * fail, and what is left after it belongs to nobody.
  *
  * Threads: a scenario may start some. Calls are counted for each thread by itself, because their order among each other
@@ -166,8 +166,8 @@ typedef struct softnode_scenario {
  *         outcome      "returned", "crashed" (by a signal, or it ended the process) or "hung" (its time limit passed)
  *         result       of run(); null unless it returned
  *         note         of the scenario, or null
- *         left         objects that the undisturbed run does not leave: kind and name of each, in words that are the same
- *                      in every run (docs/software-accelerator.md). Null unless it returned.
+ *         left         objects that the undisturbed run does not leave: kind and name of each, in words that are the
+ *                      same in every run (docs/software-accelerator.md). Null unless it returned.
  *         missing      objects that the undisturbed run leaves and this one does not; null unless it returned
  *     or null, when scenario or scenario->run is null, or no child process can be made
  */

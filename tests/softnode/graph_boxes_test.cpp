@@ -3,11 +3,13 @@
  */
 #include "softnode/graph_boxes.h"
 
+#include "markup.h"
+
 #include "softnode/facts.h"
 
 #include <gtest/gtest.h>
 
-#include <regex>
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -20,16 +22,13 @@ using Lines = std::vector<std::string>;
 
 constexpr auto some_handle = static_cast<Handle>(0x5d0000000aU);
 
-/* The lines of a box as they are read: without tags and margins; parts of one line are joined by a blank. */
+/* The lines of a box as they are read: without tags and margins, a blank between what stands apart on one line. */
 Lines lines_of(const DotBox &box)
 {
     Lines lines;
-    const std::string label = box.label();
-    const std::regex row("<tr>(.*?)</tr>");
-    for (auto found = std::sregex_iterator(label.begin(), label.end(), row); found != std::sregex_iterator(); ++found) {
-        std::string text = std::regex_replace((*found)[1].str(), std::regex("</td><td[^>]*>"), " ");
-        text = std::regex_replace(text, std::regex("<[^>]*>|&#160;"), "");
-        if (!text.empty())
+    for (const std::string &row : between(box.label(), "<tr>", "</tr>")) {
+        const std::string apart = replaced(row, "</td><td align=\"right\"", " </td><td");
+        if (const std::string text = replaced(without_tags(apart), "&#160;", ""); !text.empty())
             lines.push_back(text);
     }
     return lines;
