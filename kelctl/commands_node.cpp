@@ -78,7 +78,7 @@ result plan(const invocation &asked, session &)
             down.push_back(step->undo.text());
 
     result planned;
-    planned.text = "Up\n" + numbered(up) + "Down\n" + numbered(down);
+    planned.text = fmt::format("Up\n{}Down\n{}", numbered(up), numbered(down));
     planned.shown = {{"up", std::move(up)}, {"down", std::move(down)}};
     return planned;
 }

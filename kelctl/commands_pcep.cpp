@@ -27,8 +27,10 @@ kel_pcep_config configuration_of(const arguments &given)
     kel_pcep_config config{};
     for (size_t i = 0; i < std::size(config.remote_pcep_id); ++i)
         config.remote_pcep_id[i] = static_cast<uint8_t>(remote >> 8 * i);
-    std::ranges::copy(given.mac("--local").octets, config.local_mac);
-    std::ranges::copy(given.mac("--remote").octets, config.remote_mac);
+    const mac_address local = given.mac("--local");
+    const mac_address remote_end = given.mac("--remote");
+    std::copy(local.octets.begin(), local.octets.end(), config.local_mac);
+    std::copy(remote_end.octets.begin(), remote_end.octets.end(), config.remote_mac);
     config.vlan_id = given.number<uint16_t>("--vlan");
     config.priority = given.number<uint8_t>("--priority");
     config.byte19 = given.number<uint8_t>("--byte19");

@@ -65,22 +65,25 @@ std::string without_trailing_blanks(const std::string &text)
     return text.substr(0, text.find_last_not_of(' ') + 1);
 }
 
+// A line of the table: what each column has to say in it.
+template <typename Text> std::string table_line(const std::vector<column> &columns, Text text_of)
+{
+    std::string line;
+    for (const column &one : columns)
+        line += fmt::format("{}{}", line.empty() ? "" : "  ", aligned(text_of(one), one));
+    return without_trailing_blanks(line);
+}
+
 std::string table_text(const fields &rows, const painter &paint)
 {
     std::vector<column> columns;
     for (const auto &[name, value] : rows.front().items())
         columns.push_back(column_of(name, rows));
 
-    std::vector<std::string> head;
-    for (const column &one : columns)
-        head.push_back(aligned(title(one.name), one));
-    std::string text = paint(colour::heading, without_trailing_blanks(fmt::format("{}", fmt::join(head, "  ")))) + "\n";
-    for (const fields &row : rows) {
-        std::vector<std::string> cells;
-        for (const column &one : columns)
-            cells.push_back(aligned(cell(row.at(one.name)), one));
-        text += without_trailing_blanks(fmt::format("{}", fmt::join(cells, "  "))) + "\n";
-    }
+    const std::string head = table_line(columns, [](const column &one) { return title(one.name); });
+    std::string text = paint(colour::heading, head) + "\n";
+    for (const fields &row : rows)
+        text += table_line(columns, [&row](const column &one) { return cell(row.at(one.name)); }) + "\n";
     return text;
 }
 
@@ -100,10 +103,12 @@ std::string fields_text(const fields &shown, const painter &paint)
     std::string text;
     const size_t width = widest_title(shown);
     for (const auto &[name, value] : shown.items()) {
+        const bool apart = !text.empty() && (is_table(value) || value.is_object());
+        text += apart ? "\n" : "";
         if (is_table(value))
-            text += (text.empty() ? "" : "\n") + table_text(value, paint);
+            text += table_text(value, paint);
         else if (value.is_object())
-            text += (text.empty() ? "" : "\n") + paint(colour::heading, title(name)) + "\n" + fields_text(value, paint);
+            text += fmt::format("{}\n{}", paint(colour::heading, title(name)), fields_text(value, paint));
         else
             text +=
                 fmt::format("{}  {}\n", paint(colour::heading, fmt::format("{:<{}}", title(name), width)), cell(value));

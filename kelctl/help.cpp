@@ -148,7 +148,7 @@ std::string overview(place where)
 std::string help_of(const command &row)
 {
     const std::string details = row.details.empty() ? "" : fmt::format("\n{}\n", row.details);
-    const std::string example = row.example.empty() ? "" : "\nExample:\n" + wrapped("  ", row.example);
+    const std::string example = row.example.empty() ? "" : fmt::format("\nExample:\n{}", wrapped("  ", row.example));
     return fmt::format("{}\n\n{}", row.help, usage_of(row)) + argument_sections(row) + details + function_section(row) +
            example;
 }

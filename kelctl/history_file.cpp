@@ -26,7 +26,7 @@ std::filesystem::path path_in(const char *variable)
 
 std::filesystem::path state_folder()
 {
-    if (const auto state = path_in("XDG_STATE_HOME"); !state.empty())
+    if (auto state = path_in("XDG_STATE_HOME"); !state.empty())
         return state;
     const auto home = path_in("HOME");
     return home.empty() ? home : home / ".local" / "state";

@@ -30,6 +30,7 @@ constexpr size_t group_name_length = 4;
 std::vector<std::string_view> branch_names()
 {
     std::vector<std::string_view> names;
+    names.reserve(KEL_IELL_PORT_COUNT);
     for (int32_t port = 0; port < KEL_IELL_PORT_COUNT; ++port)
         names.emplace_back(kel_branch_name(port));
     return names;

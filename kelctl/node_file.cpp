@@ -36,11 +36,11 @@ std::optional<int32_t> any_port(const table_reader &path, const toml::node &node
     if (const auto *number = node.as_integer()) {
         if (is_port(number->get()))
             return static_cast<int32_t>(number->get());
-        path.note(at, "port: " + no_such_port(fmt::to_string(number->get())));
+        path.note(at, fmt::format("port: {}", no_such_port(fmt::to_string(number->get()))));
     } else if (const auto *name = node.as_string()) {
         if (const auto port = port_by_name(name->get()))
             return port;
-        path.note(at, "port: " + no_such_port(name->get()));
+        path.note(at, fmt::format("port: {}", no_such_port(name->get())));
     } else {
         path.note(at, "port: expected the name or the number of a port");
     }
@@ -69,7 +69,7 @@ std::optional<shaping> read_shaping(const table_reader &path)
                           .burst = table->quantity("burst", size_units, burst_range),
                           .threshold = table->quantity("threshold", size_units, threshold_range)};
     if (read.threshold % threshold_block != 0)
-        table->note(table->at("threshold"), "threshold: " + no_multiple(read.threshold, threshold_block));
+        table->note(table->at("threshold"), fmt::format("threshold: {}", no_multiple(read.threshold, threshold_block)));
     return read;
 }
 

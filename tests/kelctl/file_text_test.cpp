@@ -1,10 +1,10 @@
 // Whole files, within bounds.
 #include "kelctl/file_text.h"
 
+#include "temporary_folder.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <fstream>
 
 namespace kelctl
 {
@@ -16,12 +16,11 @@ using testing::SizeIs;
 
 TEST(FileText, IsAllOfIt)
 {
-    const std::string file = testing::TempDir() + "file_text_test";
-    std::ofstream(file, std::ios::binary) << std::string("a\0b\n", 4);
+    const temporary_folder folder;
+    const std::string file = folder.file_with(std::string("a\0b\n", 4));
     problem_list problems;
     EXPECT_EQ(text_of_file(file, problems), std::string("a\0b\n", 4));
     EXPECT_THAT(problems, IsEmpty());
-    std::remove(file.c_str());
 }
 
 TEST(FileText, UnreadableOrEndlessOnesAreProblemsWithoutAPlace)

@@ -1,6 +1,8 @@
 // Where the history is kept, by the environment.
 #include "kelctl/history_file.h"
 
+#include "temporary_folder.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -18,18 +20,12 @@ class HistoryFile : public testing::Test
 protected:
     HistoryFile()
     {
-        std::string pattern = testing::TempDir() + "kelctl.XXXXXX";
-        EXPECT_NE(mkdtemp(pattern.data()), nullptr);
-        folder = pattern;
         unsetenv("XDG_STATE_HOME");
         setenv("HOME", folder.c_str(), 1);
     }
-    ~HistoryFile() override
-    {
-        fs::remove_all(folder);
-    }
 
-    std::string folder;
+    const temporary_folder own;
+    const std::string folder = own.path();
 };
 
 TEST_F(HistoryFile, IsInTheStateFolderOfTheHomeAndForItsOwnerOnly)

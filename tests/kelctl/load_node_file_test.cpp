@@ -1,11 +1,12 @@
 // Node files checked as a whole.
 #include "kelctl/load_node_file.h"
 
+#include "temporary_folder.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <fstream>
 
 namespace kelctl
 {
@@ -21,21 +22,14 @@ const std::string ebcom = "[ebcom]\nic_port_mtu = 1500\nether_type = 0x88B5\nset
 class LoadNodeFile : public testing::Test
 {
 protected:
-    LoadNodeFile() : file(testing::TempDir() + "load_node_file_test.toml")
+    loaded_node_file load(const std::string &text)
     {
-    }
-    ~LoadNodeFile() override
-    {
-        std::remove(file.c_str());
-    }
-
-    loaded_node_file load(const std::string &text) const
-    {
-        std::ofstream(file) << text;
+        file = folder.file_with(text);
         return load_node_file(file);
     }
 
-    const std::string file;
+    const temporary_folder folder;
+    std::string file;
 };
 
 TEST_F(LoadNodeFile, SoundOneIsGivenAndItsMpIdPutIntoTheEnvironment)

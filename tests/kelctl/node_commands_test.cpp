@@ -98,7 +98,9 @@ TEST(Plan, IsWhatUpDoes)
     size_t from = 0;
     for (const std::string list : {"up", "down"})
         for (const std::string call : planned[list]) {
-            from = trace.find(" " + call.substr(0, call.find('(')) + "()  (", from);
+            std::string entered = call.substr(0, call.find('('));
+            entered += "()  (";
+            from = trace.find(entered, from);
             ASSERT_NE(from, std::string::npos) << call;
             ++from;
         }
