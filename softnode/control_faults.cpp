@@ -3,6 +3,7 @@
  */
 #include "softnode/softnode.h"
 
+#include "softnode/fault_codes.h"
 #include "softnode/fault_sweep.h"
 #include "softnode/instance.h"
 #include "softnode/snapshot.h"
@@ -39,6 +40,11 @@ char *softnode_faults_add_file(const char *file)
 char *softnode_faults_json()
 {
     return strdup(with_node([](Node &node) { return fault_list(node.faults); }).c_str());
+}
+
+char *softnode_fault_functions_json()
+{
+    return strdup(fault_function_list().c_str());
 }
 
 void softnode_faults_clear()

@@ -6,6 +6,8 @@
 #include "softnode/closed_functions.h"
 #include "softnode/platform.h"
 
+#include <nlohmann/json.hpp>
+
 #include <array>
 #include <string_view>
 
@@ -42,6 +44,14 @@ std::span<const std::int64_t> fault_codes(std::size_t function)
         if (closed_functions[function].starts_with(library.prefix))
             return library.codes;
     return {};
+}
+
+std::string fault_function_list()
+{
+    auto list = nlohmann::ordered_json::array();
+    for (std::size_t function = 0; function < closed_functions.size(); ++function)
+        list.push_back({{"function", closed_functions[function]}, {"codes", fault_codes(function)}});
+    return list.dump(2);
 }
 
 } // namespace softnode

@@ -17,12 +17,16 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string>
 
 namespace softnode
 {
 
 /** The codes for a closed function, by its place in closed_functions. */
 std::span<const std::int64_t> fault_codes(std::size_t function);
+
+/** All closed functions with their codes, as softnode_fault_functions_json() tells them. */
+std::string fault_function_list();
 
 } // namespace softnode
 

@@ -118,6 +118,12 @@ char *softnode_faults_add_file(const char *file);
 /** The rules in the order of adding, as a JSON array: `rule` as written, `hits` how many calls met it. */
 char *softnode_faults_json(void);
 
+/**
+ * The functions that a rule may name, in alphabetical order, as a JSON array: `function`, and `codes`, with which
+ * softnode_fault_sweep() lets it fail. A rule may give other codes.
+ */
+char *softnode_fault_functions_json(void);
+
 /** Forgets every fault rule, and lets blocked calls go on. */
 void softnode_faults_clear(void);
 

@@ -18,11 +18,23 @@ namespace
 const std::set<std::string> text_functions{"kei_util_init_rc_str_get", "macAddr2str", "ork_sys_status_get"};
 
 /* What softnode.h declares. */
-const std::set<std::string> control_functions{
-    "softnode_fault_sweep",        "softnode_faults_add",     "softnode_faults_add_file", "softnode_faults_clear",
-    "softnode_faults_json",        "softnode_faults_release", "softnode_graph_dot",       "softnode_reset",
-    "softnode_snapshot_json",      "softnode_time",           "softnode_time_advance",    "softnode_timing_event_post",
-    "softnode_timing_reading_set", "softnode_timing_settle",  "softnode_traffic_offer",   "softnode_traffic_send"};
+const std::set<std::string> control_functions{"softnode_fault_functions_json",
+                                              "softnode_fault_sweep",
+                                              "softnode_faults_add",
+                                              "softnode_faults_add_file",
+                                              "softnode_faults_clear",
+                                              "softnode_faults_json",
+                                              "softnode_faults_release",
+                                              "softnode_graph_dot",
+                                              "softnode_reset",
+                                              "softnode_snapshot_json",
+                                              "softnode_time",
+                                              "softnode_time_advance",
+                                              "softnode_timing_event_post",
+                                              "softnode_timing_reading_set",
+                                              "softnode_timing_settle",
+                                              "softnode_traffic_offer",
+                                              "softnode_traffic_send"};
 
 std::set<std::string> exported()
 {
