@@ -21,6 +21,8 @@ namespace kelctl
 // The id of a PCEP or of a multicast group. A type of its own so that ids can be told from other numbers and remembered.
 struct pcep_id {
     uint32_t value;
+
+    bool operator==(const pcep_id &) const = default;
 };
 
 // A reading. Rates are in kbit/s, sizes in octets; handles are unsigned; a file and a text are strings.

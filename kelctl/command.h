@@ -2,11 +2,12 @@
 // scripts, the shell, help and completion all follow from it, and so do the tests. To add a command, add a row to the
 // family it belongs to (commands_*.cpp):
 //
-//     {.name = "pcep remove",
-//      .variants = {{"kel_core_ic_pcep_rem", pcep_remove}},
-//      .help = "Remove a PCEP",
-//      .arguments = {{.name = "ID", .kind = id(), .help = "of the PCEP"}},
-//      .example = "pcep remove 7"}
+//     {.name = "group add",
+//      .variants = {{"kel_core_ic_pcep_mc_group_add", add_group}},
+//      .help = "Create a multicast group",
+//      .arguments = {{.name = "GROUP", .kind = id(), .help = "id of the multicast group"}},
+//      .example = "group add 300",
+//      .undo = "group remove"}
 #pragma once
 
 #include "kelctl/argument_kind.h"
@@ -64,6 +65,8 @@ struct command {
     std::vector<argument> arguments = {};
     std::string_view example = {};
     std::vector<place> places = {place::program, place::script, place::shell};
+    std::string_view undo = {};     // the command that undoes it, given those of its arguments that it takes
+    bool needs_accelerator = false; // the software one: on a vendor's platform it does not apply
 
     bool allowed_in(place where) const;
     const argument *find_argument(std::string_view argument_name) const;

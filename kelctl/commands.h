@@ -16,4 +16,8 @@ std::vector<command> pcep_commands();       // PCEPs and multicast groups
 std::vector<command> statistics_commands(); // counters of everything
 std::vector<command> trace_commands();      // messages, trace point, abort
 
+// Two options of commands that carry out others: what was done is written as a program, too.
+argument emit_option();
+argument emit_output_option();
+
 } // namespace kelctl

@@ -4,8 +4,7 @@
 #include "kelctl/limits.h"
 #include "kelctl/session.h"
 
-#include <fmt/format.h>
-
+#include <array>
 #include <limits>
 
 namespace kelctl
@@ -19,20 +18,18 @@ constexpr range frequency_range = {0, std::numeric_limits<uint32_t>::max(), "0 t
 
 result set_parameters(const invocation &asked, session &session)
 {
-    const auto &settings = asked.given.get<std::vector<uint32_t>>("--settings");
-    const uint8_t nibbles[2] = {static_cast<uint8_t>(settings[0]), static_cast<uint8_t>(settings[1])};
+    const auto &numbers = asked.given.get<std::vector<uint32_t>>("--settings");
+    const std::array<uint8_t, 2> settings = {static_cast<uint8_t>(numbers[0]), static_cast<uint8_t>(numbers[1])};
     const kel_ebcom_global_params params = {asked.given.number<uint32_t>("--mtu"),
                                             asked.given.number<uint32_t>("--ether-type")};
-    return session.call(asked,
-                        fmt::format("icPortMTU={}, etherType=0x{:04x}, settings={}, {}", params.icPortMTU,
-                                    params.etherType, nibbles[0], nibbles[1]),
-                        [&] { return kel_core_ic_ebcom_global_param_set(&params, nibbles); });
+    return session.call(asked, kel_core_ic_ebcom_global_param_set, input("params", params),
+                        input("settings", settings));
 }
 
 result show_capabilities(const invocation &asked, session &session)
 {
     kel_ebcom_capabilities capabilities{};
-    result done = session.call(asked, "", [&] { return kel_core_ic_ebcom_capabilities_get(&capabilities); });
+    result done = session.call(asked, kel_core_ic_ebcom_capabilities_get, output("capabilities", capabilities));
     done.shown = {{"max_burst_size", capabilities.max_burst_size},
                   {"max_pcep_id", capabilities.max_pcep_id},
                   {"max_multicast_groups", capabilities.max_multicast_groups},
@@ -44,7 +41,7 @@ result create_interface(const invocation &asked, session &session)
 {
     kel_vsi_t vsi = 0;
     uint16_t out = 0;
-    result done = session.call(asked, "", [&] { return kel_core_ic_ebcom_interface_create(&vsi, &out); });
+    result done = session.call(asked, kel_core_ic_ebcom_interface_create, output("vsi", vsi), output("out", out));
     if (done.code == 0)
         done.shown = {{"vsi", vsi}};
     return done;
@@ -52,11 +49,10 @@ result create_interface(const invocation &asked, session &session)
 
 result convert_offset(const invocation &asked, session &session)
 {
-    const auto cycles = asked.given.number<int64_t>("--cycles");
-    const auto frequency = asked.given.number<uint32_t>("--frequency");
     int64_t offset = 0;
-    result done = session.call(asked, fmt::format("cycles={}, frequency={}", cycles, frequency),
-                               [&] { return kel_ic_ebcom_cycles_to_ork_timestamp_offset(cycles, frequency, &offset); });
+    result done = session.call(
+        asked, kel_ic_ebcom_cycles_to_ork_timestamp_offset, value("cycles", asked.given.number<int64_t>("--cycles")),
+        value("frequency", asked.given.number<uint32_t>("--frequency")), output("offset", offset));
     done.shown = {{"ork_timestamp_offset", offset}};
     return done;
 }
@@ -80,7 +76,8 @@ std::vector<command> ebcom_commands()
         {.name = "ebcom interface create",
          .variants = {{"kel_core_ic_ebcom_interface_create", create_interface}},
          .help = "Create the EBCOM interface",
-         .example = "ebcom interface create"},
+         .example = "ebcom interface create",
+         .undo = "ebcom interface delete"},
         {.name = "ebcom interface delete",
          .variants = {{"kel_core_ic_ebcom_interface_delete", call_plainly<kel_core_ic_ebcom_interface_delete>}},
          .help = "Delete the EBCOM interface",
@@ -88,7 +85,8 @@ std::vector<command> ebcom_commands()
         {.name = "ebcom start",
          .variants = {{"kel_core_ic_ebcom_start", call_plainly<kel_core_ic_ebcom_start>}},
          .help = "Start the service: timestamp thread and scheduler tree",
-         .example = "ebcom start"},
+         .example = "ebcom start",
+         .undo = "ebcom stop"},
         {.name = "ebcom stop",
          .variants = {{"kel_core_ic_ebcom_stop", call_plainly<kel_core_ic_ebcom_stop>}},
          .help = "Stop the service: release queues and schedulers",
@@ -103,7 +101,8 @@ std::vector<command> ebcom_commands()
         {.name = "ebcom qos init",
          .variants = {{"kel_ic_ebcom_init_qos", call_plainly<kel_ic_ebcom_init_qos>}},
          .help = "Build the scheduler tree, a part of the start",
-         .example = "ebcom qos init"},
+         .example = "ebcom qos init",
+         .undo = "ebcom qos deinit"},
         {.name = "ebcom qos deinit",
          .variants = {{"kel_ic_ebcom_deinit_qos", call_plainly<kel_ic_ebcom_deinit_qos>}},
          .help = "Release queues and schedulers, a part of the stop",

@@ -1,7 +1,6 @@
 // Paths, the shapers and queues underneath, and what is looked up by a destination.
 #include "kel/kel_core_ic_ebcom.h"
 #include "kelctl/commands.h"
-#include "kelctl/ebcom_steps.h"
 #include "kelctl/ic_port.h"
 #include "kelctl/limits.h"
 #include "kelctl/session.h"
@@ -67,7 +66,7 @@ template <uint32_t (*Function)(const kel_ebcom_path_config *)>
 result change_path(const invocation &asked, session &session)
 {
     const kel_ebcom_path_config path = path_of(asked.given);
-    return session.call(asked, path_parameters(path), [&] { return Function(&path); });
+    return session.call(asked, Function, input("config", path));
 }
 
 template <uint32_t (*Function)(const kel_ebcom_path_config *, ork_ebcom_pcep_path *)>
@@ -75,7 +74,7 @@ result change_shaper(const invocation &asked, session &session)
 {
     const kel_ebcom_path_config config = path_of(asked.given);
     ork_ebcom_pcep_path path{};
-    result done = session.call(asked, path_parameters(config), [&] { return Function(&config, &path); });
+    result done = session.call(asked, Function, input("config", config), output("path", path));
     if (path.queue_hdl)
         done.shown = {{"queue_handle", fmt::format("{}", path.queue_hdl)}};
     return done;
@@ -84,10 +83,8 @@ result change_shaper(const invocation &asked, session &session)
 template <uint32_t (*Function)(const uint8_t *, void **)>
 result look_up_handle(const invocation &asked, session &session)
 {
-    const mac_address &mac = asked.given.mac("MAC");
     void *handle = nullptr;
-    result done = session.call(asked, fmt::format("dst_mac={}", to_text(mac)),
-                               [&] { return Function(mac.octets.data(), &handle); });
+    result done = session.call(asked, Function, input("dst_mac", asked.given.mac("MAC")), output("handle", handle));
     if (done.code == 0) {
         done.shown = {{"handle", fmt::format("{}", handle)}};
         session.known.handles.insert(reinterpret_cast<uint64_t>(handle));
@@ -99,8 +96,8 @@ result check_port_channel(const invocation &asked, session &session)
 {
     const auto port = asked.given.number<int32_t>("PORT");
     uint8_t channel = 0;
-    result done = session.call(asked, fmt::format("iell_port={}", port),
-                               [&] { return kel_ic_ebcom_port_to_mac_chan(port, &channel); });
+    result done =
+        session.call(asked, kel_ic_ebcom_port_to_mac_chan, value("iell_port", port), output("mac_chan", channel));
     // The library has no mapping: what it accepts it leaves as it was.
     done.shown = {{"port", port_text(port)}, {"accepted", done.code == 0}};
     return done;
@@ -108,7 +105,7 @@ result check_port_channel(const invocation &asked, session &session)
 
 result dump_handles(const invocation &asked, session &session)
 {
-    result done = session.call(asked, "", kel_core_ic_ebcom_qos_handle_dump);
+    result done = session.call(asked, kel_core_ic_ebcom_qos_handle_dump);
     if (done.code == 0)
         done.shown = {{"file", qos_dump_file}};
     return done;
@@ -124,7 +121,8 @@ std::vector<command> path_commands()
          .help = "Add a path from an IC port to a destination",
          .details = shaping_details,
          .arguments = path_arguments_with_shaping(),
-         .example = "ebcom path add 02:00:02:02:00:01 --port RLU1P --rate 100000 --burst 4096"},
+         .example = "ebcom path add 02:00:02:02:00:01 --port RLU1P --rate 100000 --burst 4096",
+         .undo = "ebcom path remove"},
         {.name = "ebcom path remove",
          .variants = {{"kel_core_ic_ebcom_path_rem", change_path<kel_core_ic_ebcom_path_rem>}},
          .help = "Remove one path to a destination",
@@ -135,7 +133,8 @@ std::vector<command> path_commands()
          .help = "Take a reference on a port's queue, a part of path add",
          .details = shaping_details,
          .arguments = path_arguments_with_shaping(),
-         .example = "ebcom shaper add 02:00:02:02:00:02 --port RLU1Q"},
+         .example = "ebcom shaper add 02:00:02:02:00:02 --port RLU1Q",
+         .undo = "ebcom shaper remove"},
         {.name = "ebcom shaper remove",
          .variants = {{"kel_ic_ebcom_remove_shaper", change_shaper<kel_ic_ebcom_remove_shaper>}},
          .help = "Give a reference on a port's queue back",

@@ -40,42 +40,33 @@ kel_pcep_config configuration_of(const arguments &given)
 
 result add_pcep(const invocation &asked, session &session)
 {
-    const arguments &given = asked.given;
-    const kel_pcep_config config = configuration_of(given);
-    const std::string parameters =
-        fmt::format("pcep_id={}, remote_pcep_id={}, local_mac={}, remote_mac={}, vlan_id={}, priority={}",
-                    given.id("ID"), given.number<uint32_t>("--remote-id"), to_text(given.mac("--local")),
-                    to_text(given.mac("--remote")), config.vlan_id, config.priority);
-    return session.call(asked, parameters, [&] { return kel_core_ic_pcep_add(given.id("ID"), &config); });
+    const kel_pcep_config config = configuration_of(asked.given);
+    return session.call(asked, kel_core_ic_pcep_add, value("pcep_id", asked.given.id("ID")), input("config", config));
 }
 
 template <uint32_t (*Function)(uint32_t)> result change_pcep(const invocation &asked, session &session)
 {
-    const uint32_t id = asked.given.id("ID");
-    return session.call(asked, fmt::format("pcep_id={}", id), [=] { return Function(id); });
+    return session.call(asked, Function, value("pcep_id", asked.given.id("ID")));
 }
 
 template <uint32_t (*Function)(uint32_t)> result change_group(const invocation &asked, session &session)
 {
-    const uint32_t id = asked.given.id("GROUP");
-    return session.call(asked, fmt::format("mc_pcep_id={}", id), [=] { return Function(id); });
+    return session.call(asked, Function, value("mc_pcep_id", asked.given.id("GROUP")));
 }
 
 template <uint32_t (*Function)(uint32_t, uint32_t)> result change_member(const invocation &asked, session &session)
 {
-    const uint32_t in = asked.given.id("GROUP");
-    const uint32_t id = asked.given.id("ID");
-    return session.call(asked, fmt::format("mc_pcep_id={}, uc_pcep_id={}", in, id), [=] { return Function(in, id); });
+    return session.call(asked, Function, value("mc_pcep_id", asked.given.id("GROUP")),
+                        value("uc_pcep_id", asked.given.id("ID")));
 }
 
 result locate(const invocation &asked, session &session)
 {
-    const mac_address &mac = asked.given.mac("MAC");
     uint32_t location = 0;
     uint32_t type = 0;
-    result done = session.call(asked, fmt::format("mac={}", to_text(mac)), [&] {
-        return kel_ic_pcep_get_location_and_type_from_branch(mac.octets.data(), &location, &type);
-    });
+    result done =
+        session.call(asked, kel_ic_pcep_get_location_and_type_from_branch, input("mac", asked.given.mac("MAC")),
+                     output("location", location), output("type", type));
     done.shown = {{"location", kel_location_name(location)}, {"location_code", location}, {"type", type}};
     return done;
 }
@@ -88,7 +79,7 @@ result dump_handles(const invocation &asked, session &session)
     std::FILE *stream = open_memstream(&text, &size);
     if (!stream)
         throw std::bad_alloc();
-    result done = session.call(asked, "", [stream] { return kel_core_ic_pcep_handle_dump(stream); });
+    result done = session.call(asked, kel_core_ic_pcep_handle_dump, stream_value{stream});
     std::fclose(stream);
     const std::unique_ptr<char, void (*)(void *)> owned(text, std::free);
     done.text = std::string(text, size);
@@ -101,9 +92,9 @@ result ask_for_multicast_queue(const invocation &asked, session &session)
     kel_attach_info attach{};
     uint64_t queue = 0;
     uint64_t scheduler = 0;
-    result done = session.call(asked, "", [&] {
-        return kel_core_ic_pcep_create_queue_and_scheduler_for_multicast(&attach, &queue, &scheduler);
-    });
+    result done =
+        session.call(asked, kel_core_ic_pcep_create_queue_and_scheduler_for_multicast, output("attach", attach),
+                     output("queue_handle", queue), output("scheduler_handle", scheduler));
     done.shown = {{"queue_handle", fmt::format("0x{:x}", queue)},
                   {"scheduler_handle", fmt::format("0x{:x}", scheduler)}};
     return done;
@@ -141,7 +132,8 @@ std::vector<command> pcep_commands()
         {.name = "pcep start",
          .variants = {{"kel_core_ic_pcep_start", call_plainly<kel_core_ic_pcep_start>}},
          .help = "Start the PCEP service with an empty table",
-         .example = "pcep start"},
+         .example = "pcep start",
+         .undo = "pcep stop"},
         {.name = "pcep stop",
          .variants = {{"kel_core_ic_pcep_stop", call_plainly<kel_core_ic_pcep_stop>}},
          .help = "Stop the PCEP service and forget its table",
@@ -152,7 +144,8 @@ std::vector<command> pcep_commands()
          .help = "Create a PCEP",
          .arguments = arguments_of_a_new_pcep(),
          .example = "pcep add 7 --remote-id 9 --local 02:00:00:03:00:01 "
-                    "--remote 02:00:00:02:00:01 --vlan 100"},
+                    "--remote 02:00:00:02:00:01 --vlan 100",
+         .undo = "pcep remove"},
         {.name = "pcep remove",
          .variants = {{"kel_core_ic_pcep_rem", change_pcep<kel_core_ic_pcep_rem>}},
          .help = "Remove a PCEP",
@@ -175,7 +168,8 @@ std::vector<command> pcep_commands()
          .variants = {{"kel_core_ic_pcep_mc_group_add", change_group<kel_core_ic_pcep_mc_group_add>}},
          .help = "Create a multicast group",
          .arguments = {group},
-         .example = "group add 300"},
+         .example = "group add 300",
+         .undo = "group remove"},
         {.name = "group remove",
          .variants = {{"kel_core_ic_pcep_mc_group_rem", change_group<kel_core_ic_pcep_mc_group_rem>}},
          .help = "Delete a multicast group without members",
@@ -185,7 +179,8 @@ std::vector<command> pcep_commands()
          .variants = {{"kel_core_ic_pcep_mc_member_add", change_member<kel_core_ic_pcep_mc_member_add>}},
          .help = "Add a PCEP to a multicast group",
          .arguments = {group, member},
-         .example = "group member add 300 7"},
+         .example = "group member add 300 7",
+         .undo = "group member remove"},
         {.name = "group member remove",
          .variants = {{"kel_core_ic_pcep_mc_member_rem", change_member<kel_core_ic_pcep_mc_member_rem>}},
          .help = "Remove a PCEP from a multicast group",

@@ -31,14 +31,14 @@ argument text_format()
             .only_for = {"text", "text-second-name", "text-2"}};
 }
 
-// The text that a function lays out in a buffer. A document of counters is taken apart for the result as well.
-result laid_out(const invocation &asked, session &session, const std::string &parameters,
-                const std::function<uint32_t(char *, uint32_t, uint8_t)> &lay_out)
+// The text that a function lays out in a buffer; `keys` are its parameters before that. A document of counters is taken
+// apart for the result as well.
+template <typename Function, typename... Keys>
+result laid_out(const invocation &asked, session &session, Function function, const Keys &...keys)
 {
     std::array<char, longest_text> buffer{};
     const uint8_t format = asked.given.has("--format") ? asked.given.number<uint8_t>("--format") : text_table;
-    const std::string all = fmt::format("{}{}format={}", parameters, parameters.empty() ? "" : ", ", format);
-    result done = session.call(asked, all, [&] { return lay_out(buffer.data(), longest_text, format); });
+    result done = session.call(asked, function, keys..., text_output(buffer), value("format", format));
     done.text = buffer.data();
     done.shown = {{"format", format}, {"text", *done.text}};
     if (fields counters = fields::parse(*done.text, nullptr, false); counters.is_object())
@@ -57,7 +57,7 @@ std::string hexadecimal(const void *octets, size_t count)
 result global_record(const invocation &asked, session &session)
 {
     ebcom_global_stats stats{};
-    result done = session.call(asked, "", [&] { return kel_ic_ebcom_get_global_stats(&stats); });
+    result done = session.call(asked, kel_ic_ebcom_get_global_stats, output("stats", stats));
     if (done.code != 0)
         return done;
     constexpr size_t row = 32;
@@ -66,32 +66,26 @@ result global_record(const invocation &asked, session &session)
     return done;
 }
 
-template <typename Format, uint32_t (*Function)(char *, uint32_t, Format)>
-result global_text(const invocation &asked, session &session)
+template <auto Function> result global_text(const invocation &asked, session &session)
 {
-    return laid_out(asked, session, "", Function);
+    return laid_out(asked, session, Function);
 }
 
 // ---- Queues ----
 
 result queue_record(const invocation &asked, session &session)
 {
-    const mac_address &mac = asked.given.mac("MAC");
     ebcom_queue_stats stats{};
-    result done = session.call(asked, fmt::format("dst_mac={}", to_text(mac)),
-                               [&] { return kel_core_ic_ebcom_queue_stats_get(mac.octets.data(), &stats); });
+    result done = session.call(asked, kel_core_ic_ebcom_queue_stats_get, input("dst_mac", asked.given.mac("MAC")),
+                               output("stats", stats));
     if (done.code == 0)
         done.shown = counters_of(stats);
     return done;
 }
 
-template <typename Format, uint32_t (*Function)(const uint8_t *, char *, uint32_t, Format)>
-result queue_text(const invocation &asked, session &session)
+template <auto Function> result queue_text(const invocation &asked, session &session)
 {
-    const mac_address &mac = asked.given.mac("MAC");
-    return laid_out(
-        asked, session, fmt::format("dst_mac={}", to_text(mac)),
-        [&](char *text, uint32_t length, uint8_t format) { return Function(mac.octets.data(), text, length, format); });
+    return laid_out(asked, session, Function, input("dst_mac", asked.given.mac("MAC")));
 }
 
 result burst_record(const invocation &asked, session &session)
@@ -99,14 +93,9 @@ result burst_record(const invocation &asked, session &session)
     const auto handle = [&asked](const char *name) {
         return asked.given.has(name) ? asked.given.get<uint64_t>(name) : 0;
     };
-    const uint64_t queue = handle("--queue");
-    const uint64_t scheduler = handle("--scheduler");
     ebcom_queue_stats stats{};
-    result done =
-        session.call(asked, fmt::format("queue_handle=0x{:x}, scheduler_handle=0x{:x}", queue, scheduler), [&] {
-            return kel_ic_ebcom_set_burst_stats(reinterpret_cast<void *>(queue), reinterpret_cast<void *>(scheduler),
-                                                &stats);
-        });
+    result done = session.call(asked, kel_ic_ebcom_set_burst_stats, pointer{"queue_handle", handle("--queue")},
+                               pointer{"scheduler_handle", handle("--scheduler")}, output("stats", stats));
     done.shown = {{"max_burst_size", stats.max_burst_size}, {"current_burst_size", stats.current_burst_size}};
     return done;
 }
@@ -115,9 +104,9 @@ result burst_record(const invocation &asked, session &session)
 
 result pcep_driver_kit_record(const invocation &asked, session &session)
 {
-    const uint32_t id = asked.given.id("ID");
     ebcom_pcep_stats stats{};
-    result done = session.call(asked, fmt::format("pcep_id={}", id), [&] { return kel_ic_pcep_get_stats(id, &stats); });
+    result done =
+        session.call(asked, kel_ic_pcep_get_stats, value("pcep_id", asked.given.id("ID")), output("stats", stats));
     const auto &[outbound, inbound] = stats;
     if (done.code == 0)
         done.shown = {{"out_cnt0", outbound.out_cnt0}, {"out_cnt1", outbound.out_cnt1}, {"in_cnt0", inbound.in_cnt0},
@@ -131,9 +120,8 @@ result pcep_driver_kit_record(const invocation &asked, session &session)
 // The members are copied: those of a packed record cannot be referred to.
 template <uint32_t (*Function)(uint32_t, pcep_stats *)> result pcep_record(const invocation &asked, session &session)
 {
-    const uint32_t id = asked.given.id("ID");
     pcep_stats stats{};
-    result done = session.call(asked, fmt::format("pcep_id={}", id), [&] { return Function(id, &stats); });
+    result done = session.call(asked, Function, value("pcep_id", asked.given.id("ID")), output("stats", stats));
     if (done.code == 0)
         done.shown = {{"in_cnt0", uint64_t{stats.in_cnt0}},   {"in_word4", uint32_t{stats.in_word4}},
                       {"in_word0", uint32_t{stats.in_word0}}, {"in_word5", uint32_t{stats.in_word5}},
@@ -145,12 +133,9 @@ template <uint32_t (*Function)(uint32_t, pcep_stats *)> result pcep_record(const
     return done;
 }
 
-template <typename Format, uint32_t (*Function)(uint32_t, char *, uint32_t, Format)>
-result pcep_text(const invocation &asked, session &session)
+template <auto Function> result pcep_text(const invocation &asked, session &session)
 {
-    const uint32_t id = asked.given.id("ID");
-    return laid_out(asked, session, fmt::format("pcep_id={}", id),
-                    [id](char *text, uint32_t length, uint8_t format) { return Function(id, text, length, format); });
+    return laid_out(asked, session, Function, value("pcep_id", asked.given.id("ID")));
 }
 
 } // namespace
@@ -159,21 +144,21 @@ std::vector<command> statistics_commands()
 {
     return {
         {.name = "ebcom stats",
-         .variants = {{"kel_core_ic_ebcom_global_fmt_stats_get",
-                       global_text<uint8_t, kel_core_ic_ebcom_global_fmt_stats_get>, "text"},
-                      {"kel_core_ic_ebcom_fmt_global_stats", global_text<uint32_t, kel_core_ic_ebcom_fmt_global_stats>,
+         .variants = {{"kel_core_ic_ebcom_global_fmt_stats_get", global_text<kel_core_ic_ebcom_global_fmt_stats_get>,
+                       "text"},
+                      {"kel_core_ic_ebcom_fmt_global_stats", global_text<kel_core_ic_ebcom_fmt_global_stats>,
                        "text-second-name"},
                       {"kel_ic_ebcom_get_global_stats", global_record, "record"}},
          .help = "Show the service's global counters",
          .arguments = {text_format()},
          .example = "ebcom stats"},
         {.name = "ebcom queue stats",
-         .variants = {{"kel_core_ic_ebcom_queue_fmt_stats_get",
-                       queue_text<uint8_t, kel_core_ic_ebcom_queue_fmt_stats_get>, "text"},
-                      {"kel_core_ic_ebcom_fmt_queue_stats", queue_text<uint32_t, kel_core_ic_ebcom_fmt_queue_stats>,
+         .variants = {{"kel_core_ic_ebcom_queue_fmt_stats_get", queue_text<kel_core_ic_ebcom_queue_fmt_stats_get>,
+                       "text"},
+                      {"kel_core_ic_ebcom_fmt_queue_stats", queue_text<kel_core_ic_ebcom_fmt_queue_stats>,
                        "text-second-name"},
-                      {"kel_core_ic_ebcom_queue_fmt_stats_get_2",
-                       queue_text<uint8_t, kel_core_ic_ebcom_queue_fmt_stats_get_2>, "text-2"},
+                      {"kel_core_ic_ebcom_queue_fmt_stats_get_2", queue_text<kel_core_ic_ebcom_queue_fmt_stats_get_2>,
+                       "text-2"},
                       {"kel_core_ic_ebcom_queue_stats_get", queue_record, "record"}},
          .help = "Show the counters of the queue that carries a destination",
          .arguments = {destination, text_format()},
@@ -186,9 +171,8 @@ std::vector<command> statistics_commands()
               {.name = "--scheduler", .kind = handle_value(), .help = "of the scheduler above it", .required = false}},
          .example = "ebcom burst stats --queue 0x5c0000000d"},
         {.name = "pcep stats",
-         .variants = {{"kel_core_ic_pcep_fmt_stats_get", pcep_text<uint8_t, kel_core_ic_pcep_fmt_stats_get>, "text"},
-                      {"kel_core_ic_pcep_fmt_stats", pcep_text<uint32_t, kel_core_ic_pcep_fmt_stats>,
-                       "text-second-name"},
+         .variants = {{"kel_core_ic_pcep_fmt_stats_get", pcep_text<kel_core_ic_pcep_fmt_stats_get>, "text"},
+                      {"kel_core_ic_pcep_fmt_stats", pcep_text<kel_core_ic_pcep_fmt_stats>, "text-second-name"},
                       {"kel_core_ic_pcep_stats_get", pcep_record<kel_core_ic_pcep_stats_get>, "record"},
                       {"kel_core_ic_pcep_get_stats", pcep_record<kel_core_ic_pcep_get_stats>, "record-second-name"},
                       {"kel_ic_pcep_get_stats", pcep_driver_kit_record, "driver-kit-record"}},

@@ -3,8 +3,6 @@
 #include "kelctl/commands.h"
 #include "kelctl/session.h"
 
-#include <fmt/format.h>
-
 #include <cstdarg>
 #include <limits>
 
@@ -17,24 +15,41 @@ constexpr range line_range = {0, std::numeric_limits<uint32_t>::max(), "0 to 429
 constexpr const char *prefix_format = "%s(): ";
 
 // The list of values is what this variant is about: it can be made only from arguments.
-[[gnu::format(printf, 3, 4)]] char *format_list(const char *format, const char *prefix, const char *body, ...)
+[[gnu::format(printf, 3, 4)]] char *format_list(const char *before, const char *prefix, const char *body, ...)
 {
     va_list values;
     va_start(values, body);
-    char *const message = kel_trace_internal_vformat_str(format, prefix, body, values);
+    char *const message = kel_trace_internal_vformat_str(before, prefix, body, values);
     va_end(values);
     return message;
 }
 
+// The same in C.
+constexpr c_helper list_helper = {
+    "format_list",
+    R"(static char *format_list(const char *prefix_format, const char *prefix, const char *body, ...)
+{
+    va_list values;
+    va_start(values, body);
+    char *message = kel_trace_internal_vformat_str(prefix_format, prefix, body, values);
+    va_end(values);
+    return message;
+}
+)"};
+
 template <char *(*Function)(const char *, const char *, const char *, ...)>
 result format_message(const invocation &asked, session &session)
 {
-    const std::string &text = asked.given.text("TEXT");
+    const std::string &body = asked.given.text("TEXT");
     const char *prefix = asked.given.has("--prefix") ? asked.given.text("--prefix").c_str() : nullptr;
+    call_text text = text_of_call(constant_string{prefix_format}, string_value{"prefix", prefix}, constant_string{"%s"},
+                                  string_value{"body", body.c_str()});
+    text.result = returned::text;
+    if (Function == format_list)
+        text.instead = list_helper;
     std::string message;
-    const std::string parameters = fmt::format("\"{}\", {}, \"%s\", ...", prefix_format, prefix ? prefix : "null");
-    result done = session.call(asked, parameters, [&] {
-        message = Function(prefix_format, prefix, "%s", text.c_str());
+    result done = session.call_as(asked, text, [&] {
+        message = Function(prefix_format, prefix, "%s", body.c_str());
         return 0u;
     });
     done.text = message;
@@ -44,7 +59,7 @@ result format_message(const invocation &asked, session &session)
 
 result pass_trace_point(const invocation &asked, session &session)
 {
-    return session.call(asked, "", [] {
+    return session.call_as(asked, {.result = returned::nothing}, [] {
         kel_tracepoint();
         return 0u;
     });
@@ -53,10 +68,13 @@ result pass_trace_point(const invocation &asked, session &session)
 result abort_node(const invocation &asked, session &session)
 {
     const auto line = asked.given.number<uint32_t>("--line");
-    const std::string &file = asked.given.text("--file");
-    const std::string &reason = asked.given.text("REASON");
-    return session.call(asked, fmt::format("line={}, file={}, reason={}", line, file, reason), [&] {
-        kel_abort_internal_abort(line, file.c_str(), "%s", reason.c_str());
+    const char *const file = asked.given.text("--file").c_str();
+    const char *const reason = asked.given.text("REASON").c_str();
+    call_text text = text_of_call(value("line", line), string_value{"file", file}, constant_string{"%s"},
+                                  string_value{"reason", reason});
+    text.result = returned::nothing;
+    return session.call_as(asked, text, [=] {
+        kel_abort_internal_abort(line, file, "%s", reason);
         return 0u;
     });
 }

@@ -1,9 +1,8 @@
 // Calls of the operations that change the EBCOM service.
 #include "kelctl/ebcom_steps.h"
 
-#include "kelctl/ic_port.h"
+#include "kelctl/c_text.h"
 #include "kelctl/limits.h"
-#include "kelctl/quantity.h"
 
 #include <fmt/format.h>
 
@@ -30,7 +29,7 @@ kel_ebcom_path_config path_configuration(const path_entry &entry, const mac_addr
 
 std::string path_text(std::string_view function, const kel_ebcom_path_config &path)
 {
-    return fmt::format("{}({})", function, path_parameters(path));
+    return fmt::format("{}({})", function, told("config", path));
 }
 
 step global_parameters_step(const ebcom_parameters &parameters)
@@ -76,18 +75,6 @@ step path_step(const kel_ebcom_path_config &path)
 }
 
 } // namespace
-
-std::string path_parameters(const kel_ebcom_path_config &path)
-{
-    const std::string shaping =
-        path.shaping_enabled == 0
-            ? "unshaped"
-            : fmt::format("rate={}, burst={}, threshold={}", quantity_text(path.shaping_rate, rate_units),
-                          quantity_text(path.burst_size, size_units),
-                          quantity_text(uint64_t{path.buffer_threshold} * threshold_block, size_units));
-    return fmt::format("dst_mac={}, port={}, {}", to_text(mac_address_at(path.dst_mac)), port_text(path.iell_port),
-                       shaping);
-}
 
 std::vector<kel_ebcom_path_config> path_configurations(const node_file &node)
 {

@@ -6,14 +6,10 @@
 #include "kelctl/bring_up.h"
 #include "kelctl/node_file.h"
 
-#include <string>
 #include <vector>
 
 namespace kelctl
 {
-
-// How a report names the parameters of a call with this path.
-std::string path_parameters(const kel_ebcom_path_config &path);
 
 // Every path of the file, in its order.
 std::vector<kel_ebcom_path_config> path_configurations(const node_file &node);

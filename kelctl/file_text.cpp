@@ -1,4 +1,4 @@
-// Reading within bounds.
+// Reading within bounds, and writing.
 #include "kelctl/file_text.h"
 
 #include "kelctl/quantity.h"
@@ -42,6 +42,14 @@ std::string text_of_file(const std::string &file, problem_list &problems)
     else if (text.size() > largest_file)
         problems.push_back({whole_file, fmt::format("is larger than {}", quantity_text(largest_file, size_units))});
     return text;
+}
+
+std::optional<std::string> write_file(const std::string &file, std::string_view text)
+{
+    std::FILE *stream = std::fopen(file.c_str(), "wb");
+    bool written = stream && std::fwrite(text.data(), 1, text.size(), stream) == text.size();
+    written = stream && std::fclose(stream) == 0 && written;
+    return written ? std::nullopt : std::optional(fmt::format("cannot be written: {}", std::strerror(errno)));
 }
 
 } // namespace kelctl

@@ -1,12 +1,16 @@
 // Carrying commands out, one after the other.
 #include "kelctl/session.h"
 
+#include "kelctl/file_text.h"
 #include "kelctl/result_document.h"
 #include "kelctl/result_view.h"
+#include "kelctl/software_accelerator.h"
 #include "kelctl/terminal.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace kelctl
@@ -19,38 +23,72 @@ template <typename... Readers> struct overloaded : Readers... {
 };
 template <typename... Readers> overloaded(Readers...) -> overloaded<Readers...>;
 
+bool applies(const invocation &asked)
+{
+    return !asked.row->needs_accelerator || on_software_accelerator();
+}
+
+result not_on_this_platform(const invocation &asked)
+{
+    return {.status = exit_operation_failed,
+            .errors = {{fmt::format("\"{}\" does not apply: this platform is not the software accelerator",
+                                    asked.row->name)}}};
+}
+
 } // namespace
 
 session::session(place here, bool json, bool trace)
-    : where(here), log_(nullptr), json_by_default_(json), trace_by_default_(trace), json_(json)
+    : where(here), json_by_default_(json), trace_by_default_(trace), json_(json)
 {
 }
 
 result session::carry_out(const invocation &asked, const origin &from)
 {
     show_as(asked.json, asked.trace);
-    result done = asked.chosen->run(asked, *this);
+    const bool emit = asked.given.has("--emit");
+    if (emit)
+        program_.emplace();
+    result done = perform(asked);
+    if (emit)
+        write_program(asked.given.text("--output"), done);
     remember(asked.given);
     show_as(asked.json, asked.trace); // the command may have carried out others meanwhile
     if (json_)
-        write(stdout, line_of(document_of(done, asked, from, log_.installed())));
+        write(stdout, line_of(document_of(done, asked, from, tracer_installed())));
     else
-        show(done, from, log_.installed());
+        show(done, from, tracer_installed());
     show_as(false, false);
     return done;
 }
 
-result session::call(const invocation &asked, const std::string &parameters, const std::function<uint32_t()> &function)
+result session::call_as(const invocation &asked, const call_text &text, const std::function<uint32_t()> &make)
 {
-    const auto text = [&] { return fmt::format("{}({})", asked.chosen->function, parameters); };
-    auto failed = kelctl::run({text, function}, log_);
+    const std::string_view function = asked.chosen->function;
+    const auto told = [&] { return fmt::format("{}({})", function, fmt::join(text.told, ", ")); };
+    auto failed = kelctl::run({told, make}, log());
     result done;
     done.code = failed ? failed->code : 0;
+    if (program_)
+        program_->add(function, text, *done.code);
     if (failed) {
         done.status = exit_operation_failed;
         done.failures.push_back(std::move(*failed));
     }
     return done;
+}
+
+result session::perform(const invocation &asked)
+{
+    return applies(asked) ? asked.chosen->run(asked, *this) : not_on_this_platform(asked);
+}
+
+trace_log &session::log()
+{
+    if (!log_) {
+        log_.emplace(nullptr);
+        direct_trace();
+    }
+    return *log_;
 }
 
 void session::tell(std::FILE *stream, std::string_view text) const
@@ -64,9 +102,25 @@ void session::show_as(bool json, bool trace)
 {
     json_ = json || json_by_default_;
     tracing_ = trace || trace_by_default_;
-    log_.print_to(tracing_ ? stderr : nullptr, json_ ? json_line : text_line);
-    if (tracing_ && !log_.installed() && !std::exchange(missing_tracer_told_, true))
+    if (log_)
+        direct_trace();
+}
+
+void session::direct_trace()
+{
+    log_->print_to(tracing_ ? stderr : nullptr, json_ ? json_line : text_line);
+    if (tracing_ && !tracer_installed() && !std::exchange(missing_tracer_told_, true))
         write(stderr, "no trace: the tracer is not installed on this machine\n");
+}
+
+void session::write_program(const std::string &file, result &done)
+{
+    auto why = write_file(file, program_->text());
+    program_.reset();
+    if (!why)
+        return;
+    done.status = std::max(done.status, exit_operation_failed);
+    done.errors.push_back({std::move(*why), file});
 }
 
 void session::remember(const arguments &used)

@@ -1,12 +1,15 @@
 // What lasts from one command to the next: the trace log, how results are shown, and the words that were used.
 #pragma once
 
+#include "kelctl/c_program.h"
 #include "kelctl/command.h"
 #include "kelctl/known_words.h"
+#include "kelctl/library_call.h"
 #include "kelctl/trace_log.h"
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -27,15 +30,28 @@ public:
     // Carries the command out, remembers the words it used, and shows its result. What it returns has been shown.
     result carry_out(const invocation &asked, const origin &from = {});
 
-    // Calls the function that the command stands for; `parameters` is how a report names them: "pcep_id=7".
-    result call(const invocation &asked, const std::string &parameters, const std::function<uint32_t()> &function);
+    // The same without showing it.
+    result perform(const invocation &asked);
+
+    // Calls the library's function that the command stands for, with these parameters (library_call.h).
+    template <typename Function, typename... Parameters>
+    result call(const invocation &asked, Function function, const Parameters &...parameters)
+    {
+        return call_as(asked, text_of_call(parameters...), [&] { return call_with(function, parameters...); });
+    }
+
+    // The same for what returns no code, or is not called as it is written: `text` is the call, `make` makes it.
+    result call_as(const invocation &asked, const call_text &text, const std::function<uint32_t()> &make);
 
     // Text for people, as it comes up: nothing when results are shown as JSON, which tells it in the result.
     void tell(std::FILE *stream, std::string_view text) const;
 
-    trace_log &log()
+    // Listens from the first time that it is asked for: before that, nothing is going on beside the commands.
+    trace_log &log();
+
+    bool tracer_installed() const
     {
-        return log_;
+        return log_ && log_->installed();
     }
 
     bool json() const
@@ -54,9 +70,12 @@ public:
 
 private:
     void show_as(bool json, bool trace);
+    void direct_trace();
     void remember(const arguments &used);
+    void write_program(const std::string &file, result &done);
 
-    trace_log log_;
+    std::optional<trace_log> log_;
+    std::optional<c_program> program_; // what is done meanwhile, for a command with --emit
     const bool json_by_default_;
     const bool trace_by_default_;
     bool json_;
@@ -67,7 +86,7 @@ private:
 // The handler of a function without parameters.
 template <uint32_t (*Function)()> result call_plainly(const invocation &asked, session &session)
 {
-    return session.call(asked, "", Function);
+    return session.call(asked, Function);
 }
 
 } // namespace kelctl

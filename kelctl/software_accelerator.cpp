@@ -8,24 +8,115 @@
 
 // Weak: a program linked to a vendor's libraries has none of these, and their addresses are null.
 extern "C" {
+__attribute__((weak)) char *softnode_faults_add(const char *rules);
+__attribute__((weak)) char *softnode_faults_add_file(const char *file);
+__attribute__((weak)) char *softnode_faults_json(void);
+__attribute__((weak)) char *softnode_fault_functions_json(void);
+__attribute__((weak)) void softnode_faults_clear(void);
+__attribute__((weak)) uint32_t softnode_faults_release(void);
+__attribute__((weak)) char *softnode_fault_sweep(const softnode_scenario *scenario);
+__attribute__((weak)) char *softnode_graph_dot(void);
+__attribute__((weak)) void softnode_reset(void);
 __attribute__((weak)) char *softnode_snapshot_json(void);
 __attribute__((weak)) int softnode_timing_settle(uint32_t milliseconds);
 }
 
 namespace kelctl
 {
+namespace
+{
+
+// Takes a text of the accelerator's; none when it has none.
+std::optional<std::string> taken(char *text)
+{
+    const std::unique_ptr<char, void (*)(void *)> owned(text, std::free);
+    return owned ? std::optional<std::string>(owned.get()) : std::nullopt;
+}
+
+// What the accelerator hands through itself: the scenario, and the last note, which it only borrows.
+struct sweep_context {
+    const sweep_scenario &scenario;
+    std::string note = {};
+};
+
+sweep_context &context_at(void *pointer)
+{
+    return *static_cast<sweep_context *>(pointer);
+}
+
+} // namespace
+
+bool on_software_accelerator()
+{
+    return softnode_reset != nullptr;
+}
 
 std::optional<std::string> accelerator_snapshot()
 {
-    if (!softnode_snapshot_json)
-        return std::nullopt;
-    const std::unique_ptr<char, void (*)(void *)> text(softnode_snapshot_json(), std::free);
-    return text ? std::optional<std::string>(text.get()) : std::nullopt;
+    return softnode_snapshot_json ? taken(softnode_snapshot_json()) : std::nullopt;
 }
 
 bool timing_settled(uint32_t milliseconds)
 {
     return softnode_timing_settle && softnode_timing_settle(milliseconds) == 1;
+}
+
+std::optional<std::string> add_accelerator_faults(const std::string &rules)
+{
+    return taken(softnode_faults_add(rules.c_str()));
+}
+
+std::optional<std::string> add_accelerator_fault_file(const std::string &file)
+{
+    return taken(softnode_faults_add_file(file.c_str()));
+}
+
+std::string accelerator_faults()
+{
+    return taken(softnode_faults_json()).value_or("[]");
+}
+
+std::string accelerator_fault_functions()
+{
+    return taken(softnode_fault_functions_json()).value_or("[]");
+}
+
+void clear_accelerator_faults()
+{
+    softnode_faults_clear();
+}
+
+uint32_t release_accelerator_faults()
+{
+    return softnode_faults_release();
+}
+
+std::optional<std::string> accelerator_graph()
+{
+    return softnode_graph_dot ? taken(softnode_graph_dot()) : std::nullopt;
+}
+
+void reset_accelerator()
+{
+    softnode_reset();
+}
+
+std::optional<std::string> sweep_accelerator(const sweep_scenario &scenario)
+{
+    sweep_context context = {scenario};
+    const softnode_scenario handed = {
+        .run = [](void *pointer) { return context_at(pointer).scenario.run(); },
+        .clean_up = [](void *pointer) { context_at(pointer).scenario.clean_up(); },
+        .describe =
+            [](void *pointer) {
+                sweep_context &told = context_at(pointer);
+                told.note = told.scenario.note();
+                return told.note.c_str();
+            },
+        .context = &context,
+        .time_limit = scenario.time_limit,
+    };
+    return taken(softnode_fault_sweep(&handed));
 }
 
 } // namespace kelctl

@@ -1,13 +1,19 @@
-// The software accelerator's own services, where the process runs on it. On a vendor's platform every one of them
-// answers that there is nothing. The only place that knows softnode.h.
+// The software accelerator's own services, where the process runs on it. The only place that knows softnode.h.
+//
+// On a vendor's platform there are none of them. Commands that need them say so in their row of the table, and are not
+// carried out there; whatever else asks gets nothing.
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 
 namespace kelctl
 {
+
+// Whether the process runs on it.
+bool on_software_accelerator();
 
 // Everything that the node holds, as a JSON document.
 std::optional<std::string> accelerator_snapshot();
@@ -15,5 +21,32 @@ std::optional<std::string> accelerator_snapshot();
 // Waits until the timestamp thread has done all that there was to do, or has ended. False when that cannot be told
 // here, or did not come within the time.
 bool timing_settled(uint32_t milliseconds);
+
+// ---- Only on the software accelerator ----
+
+// What is wrong with the rules, or with the file; then none was added.
+std::optional<std::string> add_accelerator_faults(const std::string &rules);
+std::optional<std::string> add_accelerator_fault_file(const std::string &file);
+
+std::string accelerator_faults();          // rules with hits, a JSON array
+std::string accelerator_fault_functions(); // what a rule may name, a JSON array
+void clear_accelerator_faults();
+uint32_t release_accelerator_faults(); // how many calls were blocked
+
+// A picture of the node for Graphviz. None where the accelerator draws none.
+std::optional<std::string> accelerator_graph();
+
+void reset_accelerator();
+
+// A run of a fault sweep and what follows it, both in a child process. `note` goes into the report.
+struct sweep_scenario {
+    std::function<uint32_t()> run;
+    std::function<void()> clean_up;
+    std::function<std::string()> note;
+    uint32_t time_limit; // milliseconds for one run
+};
+
+// The sweep's report, a JSON document; none when no child process can be made.
+std::optional<std::string> sweep_accelerator(const sweep_scenario &scenario);
 
 } // namespace kelctl
