@@ -16,6 +16,8 @@ constexpr command_group groups[] = {
     {"pcep", "PCEPs, packet communication end points"},
     {"group", "multicast groups of PCEPs"},
     {"trace", "the library's trace messages"},
+    {"node", "the software accelerator as a whole"},
+    {"fault", "the software accelerator's faults"},
 };
 
 argument variant_option(const std::vector<variant> &variants)
@@ -35,8 +37,9 @@ argument variant_option(const std::vector<variant> &variants)
 std::vector<command> whole_table()
 {
     std::vector<command> all;
-    for (const auto &family : {node_commands, session_commands, ebcom_commands, path_commands, pcep_commands,
-                               statistics_commands, trace_commands})
+    for (const auto &family :
+         {node_commands, session_commands, ebcom_commands, path_commands, pcep_commands, statistics_commands,
+          trace_commands, accelerator_commands, fault_commands, sweep_commands})
         std::ranges::move(family(), std::back_inserter(all));
     for (command &row : all)
         if (row.variants.size() > 1)

@@ -8,13 +8,16 @@
 namespace kelctl
 {
 
-std::vector<command> node_commands();       // up, check, plan, ports, codes, limits
-std::vector<command> session_commands();    // run, shell, help, exit
-std::vector<command> ebcom_commands();      // service, parameters, interface, timestamp
-std::vector<command> path_commands();       // paths, shapers, schedulers, handles
-std::vector<command> pcep_commands();       // PCEPs and multicast groups
-std::vector<command> statistics_commands(); // counters of everything
-std::vector<command> trace_commands();      // messages, trace point, abort
+std::vector<command> node_commands();        // up, check, plan, ports, codes, limits
+std::vector<command> session_commands();     // run, shell, help, exit
+std::vector<command> ebcom_commands();       // service, parameters, interface, timestamp
+std::vector<command> path_commands();        // paths, shapers, schedulers, handles
+std::vector<command> pcep_commands();        // PCEPs and multicast groups
+std::vector<command> statistics_commands();  // counters of everything
+std::vector<command> trace_commands();       // messages, trace point, abort
+std::vector<command> accelerator_commands(); // snapshot, graph, reset of the software accelerator
+std::vector<command> fault_commands();       // its fault rules
+std::vector<command> sweep_commands();       // every fault of a script
 
 // Two options of commands that carry out others: what was done is written as a program, too.
 argument emit_option();

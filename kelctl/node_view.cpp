@@ -156,8 +156,8 @@ std::string counted(size_t count, std::string_view one)
 
 } // namespace
 
-std::string service_view(const snapshot &node, const kel_ebcom_capabilities &capabilities, size_t added_paths,
-                         const painter &paint)
+std::string service_view(const snapshot &node, const kel_ebcom_capabilities &capabilities,
+                         std::optional<size_t> added_paths, const painter &paint)
 {
     return row(paint, "Interface", interface_text(node)) + row(paint, "Parameters", parameters_text(node)) +
            row(paint, "Capabilities",
@@ -169,8 +169,8 @@ std::string service_view(const snapshot &node, const kel_ebcom_capabilities &cap
            row(paint, "Timestamp",
                node.timestamp_offset ? fmt::format("offset {}", *node.timestamp_offset) : "no offset") +
            row(paint, "Paths",
-               fmt::format("{} added, to {} through {}", added_paths, counted(node.paths.size(), "destination"),
-                           counted(node.queues.size(), "queue")));
+               fmt::format("{}to {} through {}", added_paths ? fmt::format("{} added, ", *added_paths) : "",
+                           counted(node.paths.size(), "destination"), counted(node.queues.size(), "queue")));
 }
 
 std::string tree_view(const snapshot &node, const port_knowledge &ports, const painter &paint)

@@ -6,6 +6,7 @@
 #include "kelctl/terminal.h"
 
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 
@@ -22,9 +23,9 @@ struct port_knowledge {
 };
 
 // Interface, parameters, capabilities, timestamp offset and how much there is, one line each. Several of the paths
-// that were added may lead to one destination.
-std::string service_view(const snapshot &node, const kel_ebcom_capabilities &capabilities, size_t added_paths,
-                         const painter &paint);
+// that were added may lead to one destination; how many were is not told when nobody knows.
+std::string service_view(const snapshot &node, const kel_ebcom_capabilities &capabilities,
+                         std::optional<size_t> added_paths, const painter &paint);
 
 // The scheduler tree with the queues and, under each queue, its destinations.
 std::string tree_view(const snapshot &node, const port_knowledge &ports, const painter &paint);

@@ -178,8 +178,9 @@ uint32_t kel_core_ic_ebcom_path_add(const kel_ebcom_path_config *config);
  * @param config the configuration that the path was added with, read only
  * @return 0; 4 when the destination was never added, not on this port, or before the last stop, which drops its
  *         reference on the queue but not its count; 3 for a port without EBCOM, and for an EIOA destination on port 0;
- *         13 when the driver kit refuses, in which case the count stays 1 though the reference on the queue is gone; or
- *         the code of a failed attachment or companion call.
+ *         13 when the driver kit refuses; or the code of a failed attachment or companion call. When the queue cannot be
+ *         removed, or the driver kit refuses, the path and its count stay though the reference on the queue is gone: a
+ *         further removal answers 4.
  */
 uint32_t kel_core_ic_ebcom_path_rem(const kel_ebcom_path_config *config);
 

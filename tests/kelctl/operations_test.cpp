@@ -44,6 +44,8 @@ constexpr std::string_view life_of_a_node[] = {
     "pcep add",
     "pcep stats",
     "pcep handles dump",
+    "snapshot",
+    "graph",
     "group add",
     "group member add",
     "group member remove",
@@ -59,6 +61,12 @@ constexpr std::string_view life_of_a_node[] = {
     "trace message",
     "trace point",
     "abort",
+    "fault functions",
+    "fault add",
+    "fault list",
+    "fault release",
+    "fault clear",
+    "node reset",
     "exit",
 };
 

@@ -1,0 +1,172 @@
+// The scenario that the children carry out, and reading the report of them all.
+#include "kelctl/sweep.h"
+
+#include "kelctl/documented_leftovers.h"
+#include "kelctl/session.h"
+#include "kelctl/software_accelerator.h"
+#include "kelctl/undo.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+namespace kelctl
+{
+namespace
+{
+
+// Indexed by verdict.
+constexpr struct {
+    std::string_view name;
+    std::string_view key;
+} verdict_words[] = {
+    {"clean", "clean"}, {"left, as documented", "documented"}, {"left", "left"}, {"crashed", "crashed"},
+    {"hung", "hung"},
+};
+
+// What a control process would do: carry the script out up to the first line that fails, then take down what the lines
+// before it made. Everything of it happens in the child, the session with its trace listener included.
+class scripted_run
+{
+public:
+    explicit scripted_run(const std::vector<script_line> &lines) : lines_(lines)
+    {
+    }
+
+    uint32_t run()
+    {
+        session_.emplace(place::script, true, false);
+        for (const script_line &line : lines_) {
+            const result done = session_->perform(line.asked);
+            if (done.status != exit_done)
+                return note_failure(line, done);
+            standing_.note(line.number, line.asked);
+            if (session_->finished)
+                break;
+        }
+        return 0;
+    }
+
+    void clean_up()
+    {
+        while (const auto made = standing_.take_last())
+            if (const result done = session_->perform(made->undo); done.status != exit_done)
+                note_["take_down"].push_back({{"line", made->line},
+                                              {"command", made->undo.row->name},
+                                              {"code", done.code ? fields(*done.code) : fields(nullptr)}});
+    }
+
+    std::string note() const
+    {
+        return note_.dump();
+    }
+
+private:
+    uint32_t note_failure(const script_line &line, const result &done)
+    {
+        note_["line"] = line.number;
+        note_["operation"] = line.asked.chosen->function;
+        note_["code"] = done.code ? fields(*done.code) : fields(nullptr);
+        return done.code.value_or(1);
+    }
+
+    const std::vector<script_line> &lines_;
+    std::optional<session> session_;
+    standing_commands standing_;
+    fields note_ = {{"line", 0}, {"operation", ""}, {"code", nullptr}, {"take_down", fields::array()}};
+};
+
+void read_note(const fields &told, sweep_run &run)
+{
+    if (!told.is_string())
+        return;
+    const fields note = fields::parse(told.get_ref<const std::string &>());
+    run.line = note.at("line");
+    run.operation = note.at("operation");
+    if (note.at("code").is_number())
+        run.code = note.at("code").get<uint32_t>();
+    for (const fields &undo : note.at("take_down"))
+        run.undo_failures.push_back(fmt::format("{} (of line {}): code {}", undo.at("command").get<std::string>(),
+                                                undo.at("line").get<uint32_t>(), undo.at("code").dump()));
+}
+
+// What the lines up to the one that failed asked the library for. What is left may be any one's of them: a refusal
+// that an operation only traces fails a later one, or none.
+std::vector<std::string_view> operations_up_to(uint32_t line, const std::vector<script_line> &lines)
+{
+    std::vector<std::string_view> operations;
+    for (const script_line &one : lines)
+        if (line == 0 || one.number <= line)
+            operations.push_back(one.asked.chosen->function);
+    return operations;
+}
+
+verdict judged(sweep_run &run, const std::vector<script_line> &lines)
+{
+    if (run.left.empty())
+        return verdict::clean;
+    const auto operations = operations_up_to(run.line, lines);
+    for (const std::string &kind : run.left) {
+        const auto why = why_left(operations, run.function, kind);
+        if (!why)
+            return verdict::left;
+        if (std::find(run.whys.begin(), run.whys.end(), *why) == run.whys.end())
+            run.whys.emplace_back(*why);
+    }
+    return verdict::left_as_documented;
+}
+
+sweep_run read_run(const fields &told, const std::vector<script_line> &lines)
+{
+    sweep_run run;
+    if (told.at("function").is_string()) {
+        run.function = told.at("function");
+        run.call = told.at("call");
+        run.thread = told.at("thread");
+        run.fault_code = told.at("code");
+        run.persistent = told.at("persistent");
+    }
+    read_note(told.at("note"), run);
+    const auto &outcome = told.at("outcome").get_ref<const std::string &>();
+    if (outcome != "returned") {
+        run.came_out = outcome == "hung" ? verdict::hung : verdict::crashed;
+        return run;
+    }
+    run.left_items = told.at("left");
+    for (const fields &item : run.left_items)
+        if (const std::string kind = item.at("kind");
+            std::find(run.left.begin(), run.left.end(), kind) == run.left.end())
+            run.left.push_back(kind);
+    run.came_out = judged(run, lines);
+    return run;
+}
+
+} // namespace
+
+std::string_view name_of(verdict verdict)
+{
+    return verdict_words[static_cast<size_t>(verdict)].name;
+}
+
+std::string_view key_of(verdict verdict)
+{
+    return verdict_words[static_cast<size_t>(verdict)].key;
+}
+
+std::optional<sweep_report> sweep(const std::vector<script_line> &lines, uint32_t time_limit)
+{
+    scripted_run scripted(lines);
+    const auto told = sweep_accelerator({.run = [&] { return scripted.run(); },
+                                         .clean_up = [&] { scripted.clean_up(); },
+                                         .note = [&] { return scripted.note(); },
+                                         .time_limit = time_limit});
+    if (!told)
+        return std::nullopt;
+    const fields document = fields::parse(*told);
+    sweep_report report = {read_run(document.at("undisturbed"), lines), {}};
+    for (const fields &run : document.at("runs"))
+        report.runs.push_back(read_run(run, lines));
+    return report;
+}
+
+} // namespace kelctl

@@ -1,0 +1,211 @@
+// The commands of the software accelerator: faults, snapshot, graph, reset.
+#include "program.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+namespace
+{
+
+using nlohmann::json;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+program_outcome run_text(const std::string &script, const std::map<std::string, std::string> &environment = {})
+{
+    return run_kelctl({.arguments = {"run", "-"}, .environment = environment, .in = script});
+}
+
+// The document of the last command but the script itself.
+json last_document(const std::string &script)
+{
+    const auto outcome = run_kelctl({.arguments = {"run", "-", "--json"}, .in = script});
+    std::istringstream lines(outcome.out);
+    std::string before_last;
+    std::string last;
+    for (std::string line; std::getline(lines, line);)
+        before_last = std::exchange(last, line);
+    return json::parse(before_last);
+}
+
+std::string text_of(const std::string &file)
+{
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+const std::string small_node = "ebcom interface create\n"
+                               "ebcom start\n"
+                               "ebcom path add 02:00:00:02:00:01 --port RLU1P --rate 100000 --burst 65536\n";
+
+// ---- Faults ----
+
+TEST(Faults, AreMetByTheCallsThatFollow)
+{
+    const auto outcome = run_text("fault add kel_init_attach:1=10 ork_bind=-4\npcep start\npcep start\nfault list\n");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.err, StartsWith("-:2: failed: kel_core_ic_pcep_start()\n  code 10: "));
+}
+
+TEST(Faults, AreListedWithTheirHits)
+{
+    const json told = last_document("fault add 'kel_init_attach:2=10; ork_bind=-4'\npcep start\nfault list\n");
+    EXPECT_EQ(told["result"], json::parse(R"({"rules": [{"rule": "kel_init_attach:2=10", "hits": 0},
+                                                        {"rule": "ork_bind=-4", "hits": 0}]})"));
+    EXPECT_EQ(run_text("fault add ork_bind=-4\nfault list\n").out, "rule         hits\nork_bind=-4     0\n");
+}
+
+TEST(Faults, AreForgotten)
+{
+    EXPECT_EQ(last_document("fault add ork_bind=-4\nfault clear\nfault list\n")["result"]["rules"], json::array());
+}
+
+TEST(Faults, NothingIsReleasedWhenNothingBlocks)
+{
+    EXPECT_EQ(run_text("fault release\n").out, "released  0\n");
+}
+
+TEST(Faults, WrongRuleIsToldAndNoneIsAdded)
+{
+    const auto outcome = run_text("fault add ork_bind=-4 nonsense=1\n");
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_THAT(outcome.err, HasSubstr("nonsense"));
+    EXPECT_EQ(last_document("fault add ork_bind=-4 nonsense=1\n")["error"]["file"], nullptr);
+}
+
+TEST(Faults, ComeFromAFileAndWrongOnesAreToldWithTheirPlace)
+{
+    const file_in_folder good("faults", "# two\nork_bind=-4\nork_unbind:2=-1 # later\n");
+    EXPECT_EQ(last_document("fault add --file " + good.folder() + "/faults\nfault list\n")["result"]["rules"].size(),
+              2u);
+
+    const file_in_folder bad("faults", "ork_bind=-4\n  nonsense=1\n");
+    const json told = last_document("fault add --file " + bad.folder() + "/faults\n");
+    EXPECT_EQ(told["ok"], false);
+    EXPECT_EQ(told["error"]["file"], bad.folder() + "/faults");
+    EXPECT_EQ(told["error"]["line"], 2);
+    EXPECT_EQ(told["error"]["column"], 3);
+    EXPECT_THAT(told["error"]["message"].get<std::string>(), HasSubstr("nonsense"));
+}
+
+TEST(Faults, ComeFromOneOfTheTwo)
+{
+    EXPECT_EQ(run_kelctl({.arguments = {"fault", "add"}}).status, 2);
+    EXPECT_EQ(run_kelctl({.arguments = {"fault", "add", "ork_bind=-4", "--file", "x"}}).status, 2);
+}
+
+TEST(Faults, FunctionsAreListedWithCodes)
+{
+    const json functions = last_document("fault functions\n")["result"]["functions"];
+    EXPECT_GT(functions.size(), 30u);
+    EXPECT_THAT(functions, testing::Contains(json::parse(R"({"function": "ork_bind", "codes": [-1, -4, -9]})")));
+}
+
+// ---- Snapshot ----
+
+TEST(Snapshot, IsTheAcceleratorsOwnDocument)
+{
+    const json node = last_document(small_node + "snapshot\n")["result"];
+    EXPECT_EQ(node["paths"].size(), 1u);
+    EXPECT_EQ(node["queues"][0]["rate"], 100000);
+    EXPECT_TRUE(node.contains("timing_unit"));
+}
+
+TEST(Snapshot, IsASummaryForPeople)
+{
+    const std::string told = run_text(small_node + "snapshot\n").out;
+    EXPECT_THAT(told, HasSubstr("Interface     Ethernet device 7, VSI 258\n"));
+    EXPECT_THAT(told, HasSubstr("Paths         to 1 destination through 1 queue\n"));
+    EXPECT_THAT(told, HasSubstr("100 Mbit/s"));
+    EXPECT_THAT(told, HasSubstr("02:00:00:02:00:01"));
+}
+
+TEST(Reset, LeavesAnEmptyAccelerator)
+{
+    const json node = last_document(small_node + "fault add ork_bind=-4\nnode reset\nsnapshot\n")["result"];
+    for (const char *list : {"schedulers", "queues", "paths", "faults"})
+        EXPECT_EQ(node[list], json::array()) << list;
+    EXPECT_EQ(node["interface"], nullptr);
+}
+
+// ---- Graph ----
+
+TEST(Graph, IsDotText)
+{
+    const auto outcome = run_text(small_node + "graph\n");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(outcome.out, HasSubstr("digraph"));
+    EXPECT_THAT(outcome.out, HasSubstr("02:00:00:02:00:01"));
+}
+
+TEST(Graph, IsWrittenToAFile)
+{
+    const file_in_folder file("empty", "");
+    const std::string picture = file.folder() + "/node.gv";
+    const json told = last_document(small_node + "graph --output " + picture + "\n");
+    EXPECT_EQ(told["result"], json({{"format", "dot"}, {"file", picture}}));
+    EXPECT_THAT(text_of(picture), HasSubstr("digraph"));
+}
+
+TEST(Graph, FileThatCannotBeWrittenIsTold)
+{
+    const auto outcome = run_text("graph --output /nowhere/node.gv\n");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.err, StartsWith("/nowhere/node.gv: cannot be written: No such file or directory\n"));
+}
+
+TEST(Graph, WithoutGraphvizSaysSo)
+{
+    const auto outcome = run_text("graph --format svg\n", {{"PATH", "/nowhere"}});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_THAT(outcome.err, StartsWith("kelctl: Graphviz's \"dot\" is not installed; "));
+}
+
+TEST(Graph, PngNeedsAFile)
+{
+    EXPECT_EQ(run_kelctl({.arguments = {"graph", "--format", "png"}}).status, 2);
+}
+
+// A stand-in for Graphviz's program: it tells its option and what it was handed.
+class GraphWithGraphviz : public testing::Test
+{
+protected:
+    void become(const std::string &script)
+    {
+        std::ofstream(program_.folder() + "/dot") << "#!/bin/sh\n" << script;
+        std::filesystem::permissions(program_.folder() + "/dot", std::filesystem::perms::owner_all);
+    }
+
+    program_outcome draw(const std::string &options)
+    {
+        return run_text("graph " + options + "\n", {{"PATH", program_.folder() + ":/usr/bin:/bin"}});
+    }
+
+private:
+    file_in_folder program_{"dot", ""};
+};
+
+TEST_F(GraphWithGraphviz, HandsItTheGraphAndShowsWhatItDraws)
+{
+    become("echo \"drawn with $1\"; cat\n");
+    const auto outcome = draw("--format svg");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(outcome.out, StartsWith("drawn with -Tsvg\n"));
+    EXPECT_THAT(outcome.out, HasSubstr("digraph"));
+}
+
+TEST_F(GraphWithGraphviz, TellsWhyItFailed)
+{
+    become("echo 'no fonts' >&2; exit 3\n");
+    const auto outcome = draw("--format svg");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.err, HasSubstr("failed: no fonts"));
+}
+
+} // namespace
