@@ -45,12 +45,11 @@ kel_package(kel-core-ic ${PROJECT_DESCRIPTION} "${platform_package}")
 
 install(TARGETS kelctl RUNTIME COMPONENT kelctl)
 
-# Made from kelctl's table of commands, in the build folder of kelctl; not there yet, hence optional.
+# Made from kelctl's tables, in the build folder of kelctl.
 function(install_kelctl_text file destination name)
-    install(FILES ${PROJECT_BINARY_DIR}/kelctl/${file} DESTINATION ${destination} RENAME ${name} COMPONENT kelctl OPTIONAL)
+    install(FILES ${PROJECT_BINARY_DIR}/kelctl/${file} DESTINATION ${destination} RENAME ${name} COMPONENT kelctl)
 endfunction()
 install_kelctl_text(kelctl.1 ${CMAKE_INSTALL_MANDIR}/man1 kelctl.1)
 install_kelctl_text(node.toml.5 ${CMAKE_INSTALL_MANDIR}/man5 node.toml.5)
 install_kelctl_text(kelctl.bash ${CMAKE_INSTALL_DATADIR}/bash-completion/completions kelctl)
 install_kelctl_text(kelctl.zsh ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions _kelctl)
-install_kelctl_text(kelctl.fish ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d kelctl.fish)

@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <span>
 
 namespace kelctl
 {
@@ -16,21 +17,25 @@ constexpr size_t narrowest_left_column = 24;
 
 constexpr std::string_view about = "Control process of a node: configures the IC side of its packet accelerator.\n";
 
-constexpr std::string_view footer = R"(
-Exit status:
-  0  done
-  1  an operation failed, or was interrupted; standard error tells which and why
-  2  the command line, a script or the node file is wrong; nothing was started
+constexpr meaning statuses[] = {
+    {"0", "done"},
+    {"1", "an operation failed, or was interrupted; standard error tells which and why"},
+    {"2", "the command line, a script or the node file is wrong; nothing was started"},
+};
 
-Environment:
-  MPID                  own MP id, unless the node file gives one
-  NO_COLOR              when not empty: no colours on a terminal
-  XDG_STATE_HOME        where the shell keeps its history
-  KEL_SOFTNODE_FAULTS   calls that the software accelerator shall let fail,
-                        such as "ork_ebcom_pcep_path_create:3=-4"
+constexpr meaning variables[] = {
+    {"MPID", "own MP id, unless the node file gives one"},
+    {"NO_COLOR", "when not empty: no colours on a terminal"},
+    {"XDG_STATE_HOME", "where the shell keeps its history"},
+    {"KEL_SOFTNODE_FAULTS", "calls that the software accelerator shall let fail, such as "
+                            "\"ork_ebcom_pcep_path_create:3=-4\""},
+};
 
-"kelctl help COMMAND" tells more of a command.
-)";
+std::string in_usage(const argument &argument)
+{
+    const bool needed = argument.required && argument.otherwise.empty() && !argument.is_flag();
+    return needed ? with_value(argument) : fmt::format("[{}]", with_value(argument));
+}
 
 struct help_row {
     std::string left;
@@ -52,29 +57,6 @@ std::string rows_text(const std::vector<help_row> &rows)
 std::string section(std::string_view heading, const std::vector<help_row> &rows)
 {
     return rows.empty() ? "" : fmt::format("\n{}:\n{}", heading, rows_text(rows));
-}
-
-std::string with_value(const argument &argument)
-{
-    if (!argument.is_option())
-        return argument.repeated ? argument.name + "..." : argument.name;
-    return argument.is_flag() ? argument.name : fmt::format("{} {}", argument.name, argument.kind.placeholder);
-}
-
-std::string usage_of(const argument &argument)
-{
-    const bool needed = argument.required && argument.otherwise.empty() && !argument.is_flag();
-    return needed ? with_value(argument) : fmt::format("[{}]", with_value(argument));
-}
-
-std::string argument_text(const argument &argument)
-{
-    std::string text = argument.help;
-    if (!argument.kind.allowed.empty())
-        text += fmt::format("; {}", argument.kind.allowed);
-    if (!argument.otherwise.empty())
-        text += fmt::format(" (default {})", argument.otherwise);
-    return text;
 }
 
 void add_arguments(const std::vector<argument> &arguments, bool options, std::vector<help_row> &rows)
@@ -105,12 +87,12 @@ std::string function_section(const command &row)
     return functions.empty() ? "" : fmt::format("\nFunction of the library:\n  {}\n", functions.front().right);
 }
 
-std::string usage_of(const command &row)
+std::vector<help_row> rows_of(std::span<const meaning> meanings)
 {
-    std::vector<std::string> parts = {std::string(row.name)};
-    for (const argument &one : row.arguments)
-        parts.push_back(usage_of(one));
-    return wrapped("Usage: ", parts);
+    std::vector<help_row> rows;
+    for (const auto &[what, means] : meanings)
+        rows.push_back({std::string(what), std::string(means)});
+    return rows;
 }
 
 // Commands of which `wanted` is true.
@@ -145,19 +127,56 @@ std::string overview(place where)
 
 } // namespace
 
+std::span<const meaning> exit_statuses()
+{
+    return statuses;
+}
+
+std::span<const meaning> environment_variables()
+{
+    return variables;
+}
+
+std::string with_value(const argument &argument)
+{
+    if (!argument.is_option())
+        return argument.repeated ? argument.name + "..." : argument.name;
+    return argument.is_flag() ? argument.name : fmt::format("{} {}", argument.name, argument.kind.placeholder);
+}
+
+std::string argument_text(const argument &argument)
+{
+    std::string text = argument.help;
+    if (!argument.kind.allowed.empty())
+        text += fmt::format("; {}", argument.kind.allowed);
+    if (!argument.otherwise.empty())
+        text += fmt::format(" (default {})", argument.otherwise);
+    return text;
+}
+
+std::vector<std::string> usage_of(const command &row)
+{
+    std::vector<std::string> parts = {std::string(row.name)};
+    for (const argument &one : row.arguments)
+        parts.push_back(in_usage(one));
+    return parts;
+}
+
 std::string help_of(const command &row)
 {
     const std::string details = row.details.empty() ? "" : fmt::format("\n{}\n", row.details);
     const std::string only = row.needs_accelerator ? "\nOnly on the software accelerator.\n" : "";
     const std::string example = row.example.empty() ? "" : fmt::format("\nExample:\n{}", wrapped("  ", row.example));
-    return fmt::format("{}\n\n{}", row.help, usage_of(row)) + argument_sections(row) + details + only +
-           function_section(row) + example;
+    return fmt::format("{}\n\n{}", row.help, wrapped("Usage: ", usage_of(row))) + argument_sections(row) + details +
+           only + function_section(row) + example;
 }
 
 std::string help_of_words(std::string_view words, place where)
 {
     if (words.empty() && where == place::program)
-        return fmt::format("{}\nUsage: kelctl COMMAND ...\n{}{}", about, overview(where), footer);
+        return fmt::format("{}\nUsage: kelctl COMMAND ...\n{}{}{}\n\"kelctl help COMMAND\" tells more of a command.\n",
+                           about, overview(where), section("Exit status", rows_of(statuses)),
+                           section("Environment", rows_of(variables)));
     if (words.empty())
         return overview(where).substr(1) + "\n\"help COMMAND\" tells more of a command or group.\n";
     const std::string beginning = fmt::format("{} ", words);

@@ -3,11 +3,31 @@
 
 #include "kelctl/command.h"
 
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kelctl
 {
+
+// What something means, in words.
+struct meaning {
+    std::string_view what;
+    std::string_view means;
+};
+
+std::span<const meaning> exit_statuses();
+std::span<const meaning> environment_variables(); // that change what the program does
+
+// "--port PORT", "SCRIPT", "COMMAND..."
+std::string with_value(const argument &argument);
+
+// What it is for, what it may be, and what counts without it.
+std::string argument_text(const argument &argument);
+
+// How it is asked for, in parts that belong together: "ebcom path add", "MAC", "--port PORT", "[--rate RATE]".
+std::vector<std::string> usage_of(const command &row);
 
 // Of one command: how it is asked for, its arguments, its details, an example.
 std::string help_of(const command &row);

@@ -1,9 +1,11 @@
-// The schema of node files: tables, keys, ranges. Values are fetched through table_reader.
+// Reading node files: which key is what kind of value. Values are fetched through table_reader; which keys there are
+// is node_keys.h.
 #include "kelctl/node_file.h"
 
 #include "kelctl/file_text.h"
 #include "kelctl/ic_port.h"
 #include "kelctl/limits.h"
+#include "kelctl/node_keys.h"
 #include "kelctl/table_reader.h"
 #include "kelctl/text.h"
 
@@ -18,14 +20,6 @@ namespace
 
 // The parser bounds how deep values nest, but not how many dots a key has, and a document is taken apart recursively.
 constexpr size_t most_dots_in_a_line = 128;
-
-constexpr std::string_view document_keys[] = {"node", "ebcom", "path", "pcep", "multicast"};
-constexpr std::string_view node_keys[] = {"mpid"};
-constexpr std::string_view ebcom_keys[] = {"ic_port_mtu", "ether_type", "settings"};
-constexpr std::string_view path_keys[] = {"dst_mac", "port", "shaping", "count"};
-constexpr std::string_view shaping_keys[] = {"rate", "burst", "threshold"};
-constexpr std::string_view pcep_keys[] = {"id", "remote_id", "local_mac", "remote_mac", "vlan", "priority"};
-constexpr std::string_view multicast_keys[] = {"id", "members"};
 
 constexpr range count_range = {1, 100'000, "1 to 100000"};
 
@@ -64,7 +58,7 @@ std::optional<shaping> read_shaping(const table_reader &path)
     auto table = path.table("shaping");
     if (!table)
         return std::nullopt;
-    table->allow_only(shaping_keys);
+    table->allow_only(node_keys_of("path.shaping"));
     const shaping read = {.rate = table->quantity("rate", rate_units, rate_range),
                           .burst = table->quantity("burst", size_units, burst_range),
                           .threshold = table->quantity("threshold", size_units, threshold_range)};
@@ -86,7 +80,7 @@ uint32_t read_count(const table_reader &path, const mac_address &first)
 
 path_entry read_path(table_reader &path)
 {
-    path.allow_only(path_keys);
+    path.allow_only(node_keys_of("path"));
     path_entry entry;
     entry.dst_mac = path.station("dst_mac");
     entry.port = read_port(path);
@@ -101,7 +95,7 @@ path_entry read_path(table_reader &path)
 
 pcep_entry read_pcep(table_reader &pcep)
 {
-    pcep.allow_only(pcep_keys);
+    pcep.allow_only(node_keys_of("pcep"));
     const uint32_t priority = pcep.has("priority") ? pcep.number("priority", priority_range) : 0;
     return {.id = pcep.sound_number("id", id_range).value_or(no_id),
             .remote_id = pcep.number("remote_id", remote_id_range),
@@ -115,7 +109,7 @@ pcep_entry read_pcep(table_reader &pcep)
 
 multicast_entry read_multicast(table_reader &multicast)
 {
-    multicast.allow_only(multicast_keys);
+    multicast.allow_only(node_keys_of("multicast"));
     return {.id = multicast.sound_number("id", id_range).value_or(no_id),
             .members = multicast.list("members", id_range),
             .at = multicast.at(),
@@ -124,7 +118,7 @@ multicast_entry read_multicast(table_reader &multicast)
 
 ebcom_parameters read_ebcom(table_reader &ebcom)
 {
-    ebcom.allow_only(ebcom_keys);
+    ebcom.allow_only(node_keys_of("ebcom"));
     const auto settings = ebcom.numbers("settings", 2, setting_range);
     return {.ic_port_mtu = static_cast<uint16_t>(ebcom.number("ic_port_mtu", mtu_range)),
             .ether_type = static_cast<uint16_t>(ebcom.number("ether_type", ether_type_range)),
@@ -133,7 +127,7 @@ ebcom_parameters read_ebcom(table_reader &ebcom)
 
 std::optional<uint8_t> read_mpid(table_reader &node)
 {
-    node.allow_only(node_keys);
+    node.allow_only(node_keys_of("node"));
     if (!node.has("mpid"))
         return std::nullopt;
     return static_cast<uint8_t>(node.number("mpid", mpid_range));
@@ -141,7 +135,7 @@ std::optional<uint8_t> read_mpid(table_reader &node)
 
 void read_document(table_reader document, node_file_read &read)
 {
-    document.allow_only(document_keys);
+    document.allow_only(node_keys_of(""));
     if (document.has("node"))
         if (auto node = document.table("node"))
             read.node.mpid = read_mpid(*node);

@@ -1,0 +1,93 @@
+// What of the program is told in which section.
+#include "kelctl/manual.h"
+
+#include "kelctl/help.h"
+#include "kelctl/roff.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <span>
+
+namespace kelctl
+{
+namespace
+{
+
+constexpr std::string_view description =
+    R"(kelctl configures the IC side of a node's packet accelerator. It brings whole nodes up from a file, node.toml(5),
+and has a command for every function of the library.
+
+A command is carried out on a node of its own, which ends with the process. Commands that are to work on one node are
+lines of a script, for "kelctl run", or of a shell, "kelctl shell".)";
+
+constexpr std::string_view scripts =
+    R"(A script has a command in each line, without the word kelctl. Words are separated by blanks. Quotes of either kind
+keep blanks and # in a word; a backslash does so for the character after it, but not within single quotes. # begins a
+comment. Options may stand anywhere after the command, their values in the next word or behind a "="; after "--" there
+are none.
+
+Addresses are written 02:00:00:02:00:01, 02-00-00-02-00-01 or 0200.0002.0001, ports by name or number. Rates have the
+units kbit/s, Mbit/s and Gbit/s, sizes octets, KiB and MiB; a plain number is one of the first unit.)";
+
+void add_arguments(roff_page &page, const std::vector<argument> &arguments)
+{
+    for (const argument &one : arguments)
+        page.item(with_value(one), argument_text(one));
+}
+
+void add_command(roff_page &page, const command &row)
+{
+    page.subsection(fmt::format("{}", fmt::join(usage_of(row), " ")));
+    page.text(fmt::format("{}.", row.help));
+    if (row.needs_accelerator)
+        page.text("Only on the software accelerator.");
+    if (row.places.size() == 1 && row.places.front() == place::program)
+        page.text("Not in scripts and the shell.");
+    else if (!row.allowed_in(place::program))
+        page.text("Only in scripts and the shell.");
+    add_arguments(page, row.arguments);
+    if (!row.details.empty())
+        page.text(fmt::format("\n{}", row.details));
+    for (const variant &one : row.variants)
+        if (!one.function.empty())
+            page.item(fmt::format("{}()", one.function),
+                      one.word.empty() ? "The library's function." : fmt::format("With --variant {}.", one.word));
+}
+
+void add_meanings(roff_page &page, std::string_view heading, std::span<const meaning> meanings)
+{
+    page.section(heading);
+    for (const auto &[what, means] : meanings)
+        page.item(what, means);
+}
+
+} // namespace
+
+std::string program_manual(std::string_view version)
+{
+    roff_page page("kelctl", 1, version, "control process of a node's packet accelerator");
+    page.section("SYNOPSIS");
+    page.text("kelctl COMMAND [ARGUMENT]...");
+    page.section("DESCRIPTION");
+    page.text(description);
+    page.section("OPTIONS");
+    page.text("Every command has these:");
+    add_arguments(page, shared_options());
+    page.section("COMMANDS");
+    for (const command &row : commands())
+        add_command(page, row);
+    page.section("SCRIPTS");
+    page.text(scripts);
+    add_meanings(page, "EXIT STATUS", exit_statuses());
+    add_meanings(page, "ENVIRONMENT", environment_variables());
+    page.section("EXAMPLES");
+    for (const command &row : commands())
+        if (row.allowed_in(place::program) && row.places.size() == 1)
+            page.example(fmt::format("kelctl {}", row.example));
+    page.section("SEE ALSO");
+    page.text("node.toml(5)");
+    return page.written();
+}
+
+} // namespace kelctl

@@ -1,0 +1,12 @@
+// The manual page node.toml(5), made from the tables of keys.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace kelctl
+{
+
+std::string node_file_manual(std::string_view version);
+
+} // namespace kelctl
