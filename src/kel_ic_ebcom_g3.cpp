@@ -2,11 +2,8 @@
 // queues, and the handle dump. The registry is this library's only memory of them; it is touched by one thread at a
 // time.
 #include "call_frame.h"
+#include "destinations.h"
 #include "kel/kel_core_ic_ebcom.h"
-
-#include <glib.h>
-
-#include <cstdlib>
 
 using namespace kel;
 
@@ -20,7 +17,6 @@ constexpr char trace_domain[] = "EBCOM";
 constexpr size_t group_count = 5;
 constexpr size_t queues_per_group = 8;
 constexpr size_t level_count = 7;
-constexpr size_t mac_size = 6;
 constexpr int32_t no_port = -1;
 
 // The IC ports that carry EBCOM, by scheduler index and queue index. Port 0 has a group of its own.
@@ -33,8 +29,8 @@ constexpr int32_t qos_ports[group_count][queues_per_group] = {
 };
 
 struct queue_slot {
-    void *queue;          // the companion library's; null: the port has no queue
-    GSList *destinations; // one heap copy of 6 bytes for each path: the queue's reference count
+    void *queue;                // the companion library's; null: the port has no queue
+    uint32_t destination_count; // one for each path: the queue's reference count
 };
 
 struct port_group {
@@ -90,9 +86,10 @@ uint32_t get_queue_idx(int32_t iell_port, uint8_t &queue_idx)
 struct port_place {
     port_group *group;
     queue_slot *slot;
+    size_t number; // in the order in which ports are searched for a destination: by scheduler index, then queue index
 };
 
-uint32_t find_place(call_site site, int32_t iell_port, port_place &place)
+[[gnu::always_inline]] inline uint32_t find_place(call_site site, int32_t iell_port, port_place &place)
 {
     uint8_t scheduler_idx = 0;
     uint8_t queue_idx = 0;
@@ -102,6 +99,7 @@ uint32_t find_place(call_site site, int32_t iell_port, port_place &place)
         return report(site, rc, "get_queue_idx");
     place.group = &port_groups[scheduler_idx];
     place.slot = &place.group->queues[queue_idx];
+    place.number = scheduler_idx * queues_per_group + queue_idx;
     return KEL_RC_OK;
 }
 
@@ -126,59 +124,39 @@ uint32_t ebcom_qos_handles_get(int32_t iell_port, void *&scheduler, void *&queue
     return KEL_RC_OK;
 }
 
-int compare_mac(const void *left, const void *right)
-{
-    return memcmp(left, right, mac_size);
-}
-
-GSList *find_mac(GSList *destinations, const uint8_t *mac)
-{
-    return g_slist_find_custom(destinations, mac, compare_mac);
-}
-
 uint32_t store_dst_mac(const kel_ebcom_path_config &config, ork_ebcom_pcep_path &path)
 {
     port_place place{};
     if (const uint32_t rc = find_place(HERE, config.iell_port, place))
         return rc;
-    void *copy = malloc(mac_size);
-    if (!copy)
+    if (!add_destination(place.number, config.dst_mac))
         return report(HERE, KEL_RC_LIMIT, "malloc");
-    memcpy(copy, config.dst_mac, mac_size);
-    place.slot->destinations = g_slist_append(place.slot->destinations, copy);
+    ++place.slot->destination_count;
     path.queue_hdl = place.slot->queue;
     return KEL_RC_OK;
 }
 
-// Takes the oldest of the equal ones and tells how many destinations of any MAC are left on the port.
-uint32_t remove_dst_mac(const kel_ebcom_path_config &config, guint &left)
+// Tells how many destinations of any MAC are left on the port.
+uint32_t remove_dst_mac(const kel_ebcom_path_config &config, uint32_t &left)
 {
     port_place place{};
     if (const uint32_t rc = find_place(HERE, config.iell_port, place))
         return rc;
-    GSList *found = find_mac(place.slot->destinations, config.dst_mac);
-    if (!found)
+    if (!remove_destination(place.number, config.dst_mac))
         return report(HERE, KEL_RC_NOT_FOUND, "dst_mac");
-    place.slot->destinations = g_slist_remove_link(place.slot->destinations, found);
-    free(found->data);
-    g_slist_free(found);
-    left = g_slist_length(place.slot->destinations);
+    left = --place.slot->destination_count;
     return KEL_RC_OK;
 }
 
-// The first list that holds the MAC, by scheduler index, then queue index.
 uint32_t find_handles_by_dst_mac(const uint8_t *dst_mac, void *&scheduler, void *&queue)
 {
-    for (const port_group &group : port_groups) {
-        for (const queue_slot &slot : group.queues) {
-            if (!find_mac(slot.destinations, dst_mac))
-                continue;
-            scheduler = group.scheduler;
-            queue = slot.queue;
-            return KEL_RC_OK;
-        }
-    }
-    return report(HERE, KEL_RC_NOT_FOUND, "dst_mac");
+    size_t number = 0;
+    if (!find_destination(dst_mac, number))
+        return report(HERE, KEL_RC_NOT_FOUND, "dst_mac");
+    const port_group &group = port_groups[number / queues_per_group];
+    scheduler = group.scheduler;
+    queue = group.queues[number % queues_per_group].queue;
+    return KEL_RC_OK;
 }
 
 // ---- Schedulers ----
@@ -422,11 +400,9 @@ extern "C" uint32_t kel_ic_ebcom_deinit_qos()
         }
     }
 
-    for (port_group &group : port_groups) {
-        for (queue_slot &slot : group.queues)
-            g_slist_free_full(slot.destinations, free);
+    forget_destinations();
+    for (const port_group &group : port_groups)
         release_scheduler(HERE, group.scheduler);
-    }
     for (size_t level = level_count; level > 0; --level)
         release_scheduler(HERE, level_schedulers[level]);
 
@@ -471,7 +447,7 @@ extern "C" uint32_t kel_ic_ebcom_remove_shaper(const kel_ebcom_path_config *conf
 {
     TRACE_FUNCTION();
 
-    guint left = 0;
+    uint32_t left = 0;
     if (const uint32_t rc = remove_dst_mac(*config, left))
         return report(HERE, rc, "remove_dst_mac");
     if (static_cast<uint16_t>(left) != 0) // 65,536 count as none, a limit that is relied upon
