@@ -12,7 +12,8 @@ namespace kelctl
 namespace
 {
 
-constexpr std::string_view add_details = R"(A rule is FUNCTION[:CALL[*TIMES]]=EFFECT[,EFFECT]. CALL counts the function's
+constexpr std::string_view add_details =
+    R"(A rule is FUNCTION[:CALL[*TIMES]]=EFFECT[,EFFECT]. CALL counts the function's
 calls from now on. Effects are a code to return, "latency:250us" of virtual
 time, and "block", for functions of the timing unit, until "fault release". Of
 the rules that one call meets, the one added first counts.

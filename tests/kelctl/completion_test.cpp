@@ -94,7 +94,7 @@ TEST(Completion, FilesAreLeftToTheEditor)
 TEST(Completion, HelpTakesTheWordsOfCommands)
 {
     EXPECT_THAT(words("help ebcom path "), ElementsAre("add", "remove"));
-    EXPECT_THAT(words("help gr"), ElementsAre("group"));
+    EXPECT_THAT(words("help gro"), ElementsAre("group"));
 }
 
 TEST(Completion, OpenQuotesHaveNone)
