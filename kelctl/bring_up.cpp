@@ -36,11 +36,27 @@ take_down bring_up::down()
 {
     take_down done;
     if (std::exchange(failed_, false) && steps_[made_].failure_leaves_something)
-        done.refused_leftover = run(steps_[made_].undo, log_);
+        done.refused_leftover = undo(steps_[made_], done);
     while (made_ > 0)
-        if (auto failed = run(steps_[--made_].undo, log_))
-            done.failures.push_back(std::move(*failed));
+        if (auto refused = undo(steps_[--made_], done))
+            done.refused.push_back(std::move(*refused));
     return done;
+}
+
+std::span<const step> bring_up::let_stand()
+{
+    failed_ = false;
+    return {steps_.data(), std::exchange(made_, 0)};
+}
+
+std::optional<refused_undo> bring_up::undo(const step &made, take_down &done)
+{
+    if (!made.undo.call)
+        return std::nullopt;
+    if (auto failed = run(made.undo, log_))
+        return refused_undo{std::move(*failed), made.makes};
+    done.undone.push_back({made.undo.text(), made.makes, log_.operation_failures()});
+    return std::nullopt;
 }
 
 } // namespace kelctl

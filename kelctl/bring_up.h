@@ -7,22 +7,45 @@
 #include <cstddef>
 #include <functional>
 #include <optional>
+#include <span>
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace kelctl
 {
 
+// What a step makes, as people call it: {"path", "paths", "removed"}. What there is one of has no word for several.
+struct product {
+    std::string_view one = {};
+    std::string_view several = {};
+    std::string_view undone = {}; // what has become of it then
+};
+
 struct step {
     operation make;
     operation undo;
+    product makes = {};
     // Whether a failed `make` may leave something that `undo` removes. It may find nothing then, and be refused.
     bool failure_leaves_something = false;
 };
 
+struct undone_step {
+    std::string operation;
+    product made;
+    std::vector<trace_entry> complaints; // failures that its records tell of, though it succeeded
+};
+
+struct refused_undo {
+    failure why;
+    product made;
+};
+
 struct take_down {
-    std::vector<failure> failures;
+    std::vector<undone_step> undone; // in the order of their undoing
+    std::vector<refused_undo> refused;
     // What came of removing what a failed step may have left. Means something only when something is left.
-    std::optional<failure> refused_leftover;
+    std::optional<refused_undo> refused_leftover;
 };
 
 // Told after each step that was made, with how many were by then.
@@ -50,7 +73,12 @@ public:
     // Undoes what stands, and what the failed step may have left. Goes on after failures.
     take_down down();
 
+    // Nobody takes it down any more: the steps that are made, in the order of their making.
+    std::span<const step> let_stand();
+
 private:
+    std::optional<refused_undo> undo(const step &made, take_down &done);
+
     std::vector<step> steps_;
     trace_log &log_;
     size_t made_ = 0;

@@ -30,8 +30,11 @@ constexpr std::string_view up_details = R"(The whole file is checked first. Ever
 file:line:column: message, and then nothing is started.
 
 A failing operation is printed with its arguments, its code, who refused and its
-trace records; what stands by then is taken down again. --trace prints every
-record on standard error, one line each: event, domain, message, location.
+trace records. What stands by then is taken down again, in reverse order, and it
+is told what was undone, what could not be, and what the accelerator still has.
+With --keep it is left standing instead; on the software accelerator, which ends
+with kelctl, --hold gives time to look at it. --trace prints every record on
+standard error, one line each: event, domain, message, location.
 
 Ctrl-C takes down what stands. A second one ends kelctl at once.)";
 
@@ -209,8 +212,10 @@ std::vector<command> node_commands()
          .variants = {{.run = up}},
          .help = "Bring a node up, show what stands, take it down again",
          .details = up_details,
-         .arguments = {node_file_argument},
-         .example = "up examples/node.toml",
+         .arguments = {node_file_argument,
+                       {.name = "--hold", .kind = flag(), .help = "take it down on Ctrl-C or SIGTERM only"},
+                       {.name = "--keep", .kind = flag(), .help = "leave standing what stands when a step fails"}},
+         .example = "up examples/node.toml --hold",
          .places = {place::program}},
         {.name = "check",
          .variants = {{.run = check}},

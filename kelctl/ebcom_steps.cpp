@@ -43,7 +43,7 @@ step global_parameters_step(const ebcom_parameters &parameters)
         const kel_ebcom_global_params globals = {parameters.ic_port_mtu, parameters.ether_type};
         return kel_core_ic_ebcom_global_param_set(&globals, parameters.settings.data());
     };
-    return {.make = {text, set}, .undo = {}};
+    return {.make = {text, set}, .undo = {}, .makes = {.one = "parameters"}};
 }
 
 step interface_step()
@@ -55,6 +55,7 @@ step interface_step()
     };
     return {.make = {[] { return "kel_core_ic_ebcom_interface_create()"; }, create},
             .undo = {[] { return "kel_core_ic_ebcom_interface_delete()"; }, kel_core_ic_ebcom_interface_delete},
+            .makes = {.one = "interface", .undone = "deleted"},
             .failure_leaves_something = true};
 }
 
@@ -62,6 +63,7 @@ step service_step()
 {
     return {.make = {[] { return "kel_core_ic_ebcom_start()"; }, kel_core_ic_ebcom_start},
             .undo = {[] { return "kel_core_ic_ebcom_stop()"; }, kel_core_ic_ebcom_stop},
+            .makes = {.one = "EBCOM service", .undone = "stopped"},
             .failure_leaves_something = true};
 }
 
@@ -71,7 +73,8 @@ step path_step(const kel_ebcom_path_config &path)
     return {.make = {[&path] { return path_text("kel_core_ic_ebcom_path_add", path); },
                      [&path] { return kel_core_ic_ebcom_path_add(&path); }},
             .undo = {[&path] { return path_text("kel_core_ic_ebcom_path_rem", path); },
-                     [&path] { return kel_core_ic_ebcom_path_rem(&path); }}};
+                     [&path] { return kel_core_ic_ebcom_path_rem(&path); }},
+            .makes = {"path", "paths", "removed"}};
 }
 
 } // namespace

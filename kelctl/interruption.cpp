@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdint>
+#include <poll.h>
 #include <sys/eventfd.h>
 #include <system_error>
 #include <unistd.h>
@@ -80,6 +81,20 @@ void take_interruption()
     [[maybe_unused]] const ssize_t got = read(wake_up, &count, sizeof count);
     handle_once(SIGINT, nullptr);
     interrupt_noted = false;
+}
+
+bool interrupted_within(std::chrono::milliseconds longest)
+{
+    using clock = std::chrono::steady_clock;
+    const auto end = clock::now() + longest;
+    while (!interrupted()) {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - clock::now());
+        if (left.count() <= 0)
+            return false;
+        pollfd wake = {wake_up, POLLIN, 0};
+        poll(&wake, 1, static_cast<int>(left.count()));
+    }
+    return true;
 }
 
 int interruption_descriptor()

@@ -4,6 +4,8 @@
 // operation hangs.
 #pragma once
 
+#include <chrono>
+
 namespace kelctl
 {
 
@@ -25,6 +27,9 @@ bool terminated();
 
 // Takes Ctrl-C back: it is as if it had not been, and the next one is the first again.
 void take_interruption();
+
+// Waits for a signal, at most so long. True when one is noted and not taken.
+bool interrupted_within(std::chrono::milliseconds longest);
 
 // Becomes readable when a signal is noted. For poll(); -1 without a watch.
 int interruption_descriptor();

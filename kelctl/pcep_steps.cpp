@@ -16,7 +16,8 @@ namespace
 step service_step()
 {
     return {.make = {[] { return "kel_core_ic_pcep_start()"; }, kel_core_ic_pcep_start},
-            .undo = {[] { return "kel_core_ic_pcep_stop()"; }, kel_core_ic_pcep_stop}};
+            .undo = {[] { return "kel_core_ic_pcep_stop()"; }, kel_core_ic_pcep_stop},
+            .makes = {.one = "PCEP service", .undone = "stopped"}};
 }
 
 kel_pcep_config configuration_of(const pcep_entry &pcep)
@@ -49,7 +50,8 @@ step pcep_step(const pcep_entry &pcep)
     };
     return {.make = {[&pcep] { return add_text(pcep); }, add},
             .undo = {[&pcep] { return fmt::format("kel_core_ic_pcep_rem(pcep_id={})", pcep.id); },
-                     [&pcep] { return kel_core_ic_pcep_rem(pcep.id); }}};
+                     [&pcep] { return kel_core_ic_pcep_rem(pcep.id); }},
+            .makes = {"PCEP", "PCEPs", "removed"}};
 }
 
 operation group_operation(const char *function, uint32_t (*call)(uint32_t), uint32_t group)
@@ -60,7 +62,8 @@ operation group_operation(const char *function, uint32_t (*call)(uint32_t), uint
 step group_step(uint32_t group)
 {
     return {.make = group_operation("kel_core_ic_pcep_mc_group_add", kel_core_ic_pcep_mc_group_add, group),
-            .undo = group_operation("kel_core_ic_pcep_mc_group_rem", kel_core_ic_pcep_mc_group_rem, group)};
+            .undo = group_operation("kel_core_ic_pcep_mc_group_rem", kel_core_ic_pcep_mc_group_rem, group),
+            .makes = {"multicast group", "multicast groups", "removed"}};
 }
 
 operation member_operation(const char *function, uint32_t (*call)(uint32_t, uint32_t), uint32_t group, uint32_t member)
@@ -72,7 +75,8 @@ operation member_operation(const char *function, uint32_t (*call)(uint32_t, uint
 step member_step(uint32_t group, uint32_t member)
 {
     return {.make = member_operation("kel_core_ic_pcep_mc_member_add", kel_core_ic_pcep_mc_member_add, group, member),
-            .undo = member_operation("kel_core_ic_pcep_mc_member_rem", kel_core_ic_pcep_mc_member_rem, group, member)};
+            .undo = member_operation("kel_core_ic_pcep_mc_member_rem", kel_core_ic_pcep_mc_member_rem, group, member),
+            .makes = {"group member", "group members", "removed"}};
 }
 
 } // namespace

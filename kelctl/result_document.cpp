@@ -49,11 +49,6 @@ fields arguments_of(const invocation &asked)
     return given;
 }
 
-fields record_of(const trace_entry &entry)
-{
-    return {{"event", entry.event}, {"domain", entry.domain}, {"message", entry.message}, {"location", entry.location}};
-}
-
 fields refusal_of(const failure &failed)
 {
     const auto why = explanation_of(failed);
@@ -63,16 +58,6 @@ fields refusal_of(const failure &failed)
             {"what", why->what},
             {"code", why->code ? fields(*why->code) : fields(nullptr)},
             {"text", why->text}};
-}
-
-fields failure_of(const failure &failed, bool tracer_installed)
-{
-    fields records = fields::array();
-    for (const trace_entry &entry : failed.records)
-        records.push_back(record_of(entry));
-    return {{"operation", failed.operation}, {"function", failed.operation.substr(0, failed.operation.find('('))},
-            {"code", failed.code},           {"text", kei_util_init_rc_str_get(failed.code)},
-            {"refusal", refusal_of(failed)}, {"records", tracer_installed ? std::move(records) : fields(nullptr)}};
 }
 
 fields error_of(const input_error &error)
@@ -111,13 +96,28 @@ fields document_of(const result &done, const invocation &asked, const origin &fr
 
     fields failures = fields::array();
     for (const failure &failed : done.failures)
-        failures.push_back(failure_of(failed, tracer_installed));
+        failures.push_back(failure_fields(failed, tracer_installed));
     add_list(document, "failure", "further_failures", std::move(failures));
     fields errors = fields::array();
     for (const input_error &error : done.errors)
         errors.push_back(error_of(error));
     add_list(document, "error", "further_errors", std::move(errors));
     return document;
+}
+
+fields failure_fields(const failure &failed, bool tracer_installed)
+{
+    fields records = fields::array();
+    for (const trace_entry &entry : failed.records)
+        records.push_back(record_fields(entry));
+    return {{"operation", failed.operation}, {"function", failed.operation.substr(0, failed.operation.find('('))},
+            {"code", failed.code},           {"text", kei_util_init_rc_str_get(failed.code)},
+            {"refusal", refusal_of(failed)}, {"records", tracer_installed ? std::move(records) : fields(nullptr)}};
+}
+
+fields record_fields(const trace_entry &entry)
+{
+    return {{"event", entry.event}, {"domain", entry.domain}, {"message", entry.message}, {"location", entry.location}};
 }
 
 fields document_of(const input_error &error)
@@ -133,7 +133,7 @@ fields document_of(const input_error &error)
 
 std::string json_line(const trace_entry &entry)
 {
-    return line_of({{"trace", record_of(entry)}});
+    return line_of({{"trace", record_fields(entry)}});
 }
 
 std::string line_of(const fields &document)

@@ -97,6 +97,12 @@ void session::tell(std::FILE *stream, std::string_view text) const
         write(stream, text);
 }
 
+void session::stream(const fields &document) const
+{
+    if (json_)
+        write(stdout, line_of(document));
+}
+
 // What the program was asked for counts for every command.
 void session::show_as(bool json, bool trace)
 {

@@ -46,6 +46,9 @@ public:
     // Text for people, as it comes up: nothing when results are shown as JSON, which tells it in the result.
     void tell(std::FILE *stream, std::string_view text) const;
 
+    // A line of a stream, where results are shown as JSON: nothing elsewhere.
+    void stream(const fields &document) const;
+
     // Listens from the first time that it is asked for: before that, nothing is going on beside the commands.
     trace_log &log();
 

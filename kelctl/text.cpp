@@ -100,6 +100,14 @@ std::string did_you_mean(std::string_view word, std::span<const std::string_view
     return meant.empty() ? "" : fmt::format("; did you mean \"{}\"?", meant);
 }
 
+std::string with_separators(uint64_t number)
+{
+    std::string digits = fmt::to_string(number);
+    for (size_t at = digits.size(); at > 3;)
+        digits.insert(at -= 3, 1, ',');
+    return digits;
+}
+
 std::string wrapped(std::string_view lead, std::string_view text)
 {
     std::vector<std::string> words;

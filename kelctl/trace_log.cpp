@@ -5,6 +5,9 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <iterator>
+
 namespace kelctl
 {
 namespace
@@ -63,6 +66,14 @@ std::vector<trace_entry> trace_log::operation_records()
 {
     const std::lock_guard lock(mutex_);
     return operation_;
+}
+
+std::vector<trace_entry> trace_log::operation_failures()
+{
+    const std::lock_guard lock(mutex_);
+    std::vector<trace_entry> failures;
+    std::ranges::copy_if(operation_, std::back_inserter(failures), tells_failure);
+    return failures;
 }
 
 std::vector<trace_entry> trace_log::background_failures()

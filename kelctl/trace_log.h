@@ -47,6 +47,9 @@ public:
     // The records of the operation so far.
     std::vector<trace_entry> operation_records();
 
+    // Those of them that tell of failures.
+    std::vector<trace_entry> operation_failures();
+
     // The failures that other threads told of, since the beginning. At most 100 are kept.
     std::vector<trace_entry> background_failures();
 

@@ -4,19 +4,24 @@
 #include "kelctl/ebcom_steps.h"
 #include "kelctl/failure_report.h"
 #include "kelctl/interruption.h"
+#include "kelctl/leftover.h"
 #include "kelctl/load_node_file.h"
 #include "kelctl/node_view.h"
 #include "kelctl/pcep_steps.h"
 #include "kelctl/pcep_view.h"
 #include "kelctl/progress.h"
+#include "kelctl/result_document.h"
 #include "kelctl/software_accelerator.h"
 #include "kelctl/standing.h"
 #include "kelctl/statistics.h"
 #include "kelctl/statistics_view.h"
+#include "kelctl/take_down_report.h"
+#include "kelctl/text.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <chrono>
 #include <iterator>
 #include <utility>
 
@@ -26,6 +31,7 @@ namespace
 {
 
 constexpr size_t most_full_reports = 10; // of one stage; more of them would hide the rest
+constexpr std::chrono::hours longest_wait(1);
 
 std::string standing_text(const snapshot &node, const port_knowledge &ports, size_t added_paths, const painter &paint)
 {
@@ -55,8 +61,25 @@ std::string outcome_text(const std::optional<snapshot> &left)
     if (!left)
         return "Taken down. What is left cannot be shown: not available on this platform\n";
     if (!left->empty())
-        return fmt::format("Taken down, but left behind: {}\n", contents_text(*left));
+        return "Taken down, but left behind:\n" + leftover_view(*left);
     return "Taken down. The node is empty again.\n";
+}
+
+fields objects_in(const std::optional<snapshot> &node)
+{
+    return node ? leftover_fields(*node) : fields(nullptr);
+}
+
+// What refused and why. The records of each are with the result's failures.
+fields refused_fields(const std::vector<refused_undo> &refused)
+{
+    fields all = fields::array();
+    for (const refused_undo &one : refused) {
+        fields failed = failure_fields(one.why, false);
+        failed.erase("records");
+        all.push_back(std::move(failed));
+    }
+    return all;
 }
 
 } // namespace
@@ -87,6 +110,7 @@ bool node_from_file::make_steps()
     };
     auto failed = node_->up(show_path, interrupted);
     shown.leave_line();
+    step_failed_ = failed.has_value();
     if (failed)
         tell_failures({std::move(*failed)}, "bring-up");
     else if (!node_->whole())
@@ -117,13 +141,64 @@ bool node_from_file::down()
     take_down done = node_->down();
     const auto left = current_snapshot();
     if (done.refused_leftover && !(left && left->empty()))
-        done.failures.insert(done.failures.begin(), std::move(*done.refused_leftover));
-    const bool clean = done.failures.empty() && (!left || left->empty());
-    tell_failures(std::move(done.failures), "take-down");
-
-    session_.tell(stood_ && clean ? stdout : stderr, outcome_text(left));
+        done.refused.insert(done.refused.begin(), std::move(*done.refused_leftover));
+    result_.shown["undone"] = undone_fields(done.undone);
+    result_.shown["not_undone"] = refused_fields(done.refused);
+    result_.shown["complaints"] = complaints_fields(done.undone);
     result_.shown["left_behind"] = left ? fields(contents_text(*left)) : fields(nullptr);
-    return clean;
+    result_.shown["left_objects"] = objects_in(left);
+    tell_take_down(done, left);
+    return done.refused.empty() && (!left || left->empty());
+}
+
+void node_from_file::tell_take_down(const take_down &done, const std::optional<snapshot> &left)
+{
+    const bool empty = !left || left->empty();
+    if (stood_ && empty && done.refused.empty()) {
+        session_.tell(stdout, outcome_text(left));
+        return;
+    }
+    std::vector<failure> failures;
+    std::vector<product> stayed;
+    for (const refused_undo &refused : done.refused) {
+        failures.push_back(refused.why);
+        stayed.push_back(refused.made);
+    }
+    tell_failures(std::move(failures), "take-down");
+    session_.tell(stderr, undone_text(done.undone));
+    if (!stayed.empty())
+        session_.tell(stderr, products_text("not undone: ", stayed));
+    if (!empty)
+        session_.tell(stderr, complaints_text(done.undone));
+    session_.tell(stderr, outcome_text(left));
+}
+
+bool node_from_file::keep()
+{
+    if (!step_failed_)
+        return false;
+    tell_background_failures();
+    std::vector<product> kept;
+    fields operations = fields::array();
+    for (const step &made : node_->let_stand()) {
+        kept.push_back(made.makes);
+        operations.push_back(made.make.text());
+    }
+    const auto held = current_snapshot();
+    session_.tell(stderr, products_text("kept standing: ", kept));
+    if (held)
+        session_.tell(stderr, "The node holds:\n" + leftover_view(*held));
+    result_.shown["kept"] = std::move(operations);
+    result_.shown["kept_objects"] = objects_in(held);
+    return true;
+}
+
+void node_from_file::hold()
+{
+    session_.tell(stdout, "Holding the node until Ctrl-C.\n");
+    session_.stream({{"holding", {{"paths_added", paths_.size()}}}});
+    while (!interrupted_within(longest_wait))
+        ;
 }
 
 result node_from_file::take_result(bool succeeded)
@@ -164,7 +239,13 @@ result up(const invocation &asked, session &session)
 
     const interruption_watch watch;
     node_from_file node(std::move(file), session);
-    const bool shown = node.up() && node.show();
+    const bool stands = node.up();
+    const bool kept = !stands && asked.given.has("--keep") && node.keep();
+    const bool shown = stands && node.show();
+    if ((stands || kept) && asked.given.has("--hold"))
+        node.hold();
+    if (kept)
+        return node.take_result(false);
     const bool clean = node.down();
     return node.take_result(shown && clean);
 }

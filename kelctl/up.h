@@ -6,8 +6,10 @@
 #include "kelctl/node_file.h"
 #include "kelctl/result.h"
 #include "kelctl/session.h"
+#include "kelctl/snapshot.h"
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace kelctl
@@ -25,14 +27,21 @@ public:
     // True when all of it could be read.
     bool show();
 
+    // Leaves it as it is until Ctrl-C or SIGTERM.
+    void hold();
+
     // Takes down what stands. True when every operation succeeded and nothing is left.
     bool down();
+
+    // Leaves for good what stands before a step that failed. False, and nothing has changed, when none has failed.
+    bool keep();
 
     // All that was told, and how it went.
     result take_result(bool succeeded);
 
 private:
     bool make_steps();
+    void tell_take_down(const take_down &done, const std::optional<snapshot> &left);
     void tell_failures(std::vector<failure> failures, std::string_view what);
     void tell_background_failures();
 
@@ -42,6 +51,7 @@ private:
     size_t steps_before_paths_ = 0;
     std::unique_ptr<bring_up> node_;
     bool stood_ = false;
+    bool step_failed_ = false;
     result result_;
 };
 

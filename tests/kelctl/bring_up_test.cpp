@@ -44,7 +44,7 @@ TEST_F(BringUp, GoesUpInOrderAndDownInReverse)
     std::vector<size_t> told;
     EXPECT_FALSE(node.up([&](size_t made) { told.push_back(made); }));
     EXPECT_THAT(told, ElementsAre(1, 2));
-    EXPECT_THAT(node.down().failures, IsEmpty());
+    EXPECT_THAT(node.down().refused, IsEmpty());
     EXPECT_THAT(calls, ElementsAre("a", "b", "undo b", "undo a"));
 }
 
@@ -55,18 +55,18 @@ TEST_F(BringUp, StopsAtTheFirstFailureAndUndoesWhatWasMade)
     ASSERT_TRUE(failed);
     EXPECT_EQ(failed->operation, "b()");
     EXPECT_EQ(failed->code, 13u);
-    EXPECT_THAT(node.down().failures, IsEmpty());
+    EXPECT_THAT(node.down().refused, IsEmpty());
     EXPECT_THAT(calls, ElementsAre("a", "b", "undo a"));
 }
 
 TEST_F(BringUp, RemovesWhatAFailedStepMayHaveLeftAndTellsARefusalApart)
 {
-    bring_up node({plain("a"), {call("b", 13), call("undo b", 13), true}}, log);
+    bring_up node({plain("a"), {call("b", 13), call("undo b", 13), {}, true}}, log);
     EXPECT_TRUE(node.up(nobody));
     const take_down done = node.down();
-    EXPECT_THAT(done.failures, IsEmpty());
+    EXPECT_THAT(done.refused, IsEmpty());
     ASSERT_TRUE(done.refused_leftover);
-    EXPECT_EQ(done.refused_leftover->operation, "undo b()");
+    EXPECT_EQ(done.refused_leftover->why.operation, "undo b()");
     EXPECT_THAT(calls, ElementsAre("a", "b", "undo b", "undo a"));
 }
 
@@ -74,11 +74,13 @@ TEST_F(BringUp, TakeDownGoesOnAfterAFailureAndTellsAllOfThem)
 {
     bring_up node({{call("a"), call("undo a", 4)}, plain("b"), {call("c"), call("undo c", 13)}}, log);
     EXPECT_FALSE(node.up(nobody));
-    const auto failures = node.down().failures;
-    ASSERT_THAT(failures, SizeIs(2));
-    EXPECT_EQ(failures[0].operation, "undo c()");
-    EXPECT_EQ(failures[1].operation, "undo a()");
-    EXPECT_EQ(failures[1].code, 4u);
+    const take_down done = node.down();
+    ASSERT_THAT(done.refused, SizeIs(2));
+    EXPECT_EQ(done.refused[0].why.operation, "undo c()");
+    EXPECT_EQ(done.refused[1].why.operation, "undo a()");
+    EXPECT_EQ(done.refused[1].why.code, 4u);
+    ASSERT_THAT(done.undone, SizeIs(1));
+    EXPECT_EQ(done.undone[0].operation, "undo b()");
     EXPECT_THAT(calls, ElementsAre("a", "b", "c", "undo c", "undo b", "undo a"));
 }
 
@@ -86,7 +88,7 @@ TEST_F(BringUp, StepWithoutAnUndoIsPassedOver)
 {
     bring_up node({{call("a"), {}}}, log);
     EXPECT_FALSE(node.up(nobody));
-    EXPECT_THAT(node.down().failures, IsEmpty());
+    EXPECT_THAT(node.down().refused, IsEmpty());
     EXPECT_THAT(calls, ElementsAre("a"));
 }
 
@@ -95,8 +97,44 @@ TEST_F(BringUp, NothingIsUndoneTwice)
     bring_up node({plain("a")}, log);
     node.up(nobody);
     node.down();
-    EXPECT_THAT(node.down().failures, IsEmpty());
+    EXPECT_THAT(node.down().refused, IsEmpty());
     EXPECT_THAT(calls, ElementsAre("a", "undo a"));
+}
+
+TEST_F(BringUp, TellsWhatWasUndoneAndWhatItWas)
+{
+    step named = plain("a");
+    named.makes = {"thing", "things", "removed"};
+    bring_up node({named, {call("b", 13), call("undo b"), {.one = "rest", .undone = "swept up"}, true}}, log);
+    EXPECT_TRUE(node.up(nobody));
+    const take_down done = node.down();
+    EXPECT_FALSE(done.refused_leftover);
+    ASSERT_THAT(done.undone, SizeIs(2));
+    EXPECT_EQ(done.undone[0].made.one, "rest");
+    EXPECT_EQ(done.undone[1].operation, "undo a()");
+    EXPECT_EQ(done.undone[1].made.several, "things");
+}
+
+TEST_F(BringUp, StopsWhenToldTo)
+{
+    bring_up node({plain("a"), plain("b")}, log);
+    EXPECT_FALSE(node.up(nobody, [this] { return !calls.empty(); }));
+    EXPECT_FALSE(node.whole());
+    EXPECT_THAT(node.down().undone, SizeIs(1));
+    EXPECT_THAT(calls, ElementsAre("a", "undo a"));
+}
+
+TEST_F(BringUp, WhatIsLetStandIsNotTakenDown)
+{
+    {
+        bring_up node({plain("a"), {call("b", 13), call("undo b"), {}, true}}, log);
+        EXPECT_TRUE(node.up(nobody));
+        const auto kept = node.let_stand();
+        ASSERT_THAT(kept, SizeIs(1));
+        EXPECT_EQ(kept[0].make.text(), "a()");
+        EXPECT_THAT(node.down().undone, IsEmpty());
+    }
+    EXPECT_THAT(calls, ElementsAre("a", "b"));
 }
 
 TEST_F(BringUp, TakesDownWhatStillStandsWhenItGoes)

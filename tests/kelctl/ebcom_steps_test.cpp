@@ -96,7 +96,7 @@ TEST(EbcomSteps, BringTheNodeUpAndDown)
     EXPECT_FALSE(up->queues[1].shaped);
     EXPECT_THAT(up->paths, SizeIs(4));
 
-    EXPECT_THAT(standing.down().failures, IsEmpty());
+    EXPECT_THAT(standing.down().refused, IsEmpty());
     EXPECT_TRUE(current_snapshot()->empty());
 }
 

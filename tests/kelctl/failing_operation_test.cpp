@@ -46,6 +46,11 @@ void PrintTo(const failing_operation &failing, std::ostream *out)
 
 const std::string empty_again = "Taken down. The node is empty again.\n";
 
+std::string left_behind(const std::string &row)
+{
+    return "Taken down, but left behind:\n  " + row + "\n";
+}
+
 const failing_operation going_up[] = {
     {"GlobalParameters", "ork_ebcom_global_config_set=-1",
      "kel_core_ic_ebcom_global_param_set(icPortMTU=1500, etherType=0x88b5, settings=1, 2)", 13,
@@ -67,7 +72,7 @@ const failing_operation going_up[] = {
     {"PcepCreate", "ork_ebcom_pcep_create:2=-4", "kel_core_ic_pcep_add" + bound_pcep, 13,
      "EXCEPTION GENERAL kel_core_ic_pcep_add(): 0xfffffffc - ", empty_again},
     {"BindWhichLeavesThePcep", "ork_bind=-8", "kel_core_ic_pcep_add" + bound_pcep, 13,
-     "EXCEPTION GENERAL kel_core_ic_pcep_add(): 0xfffffff8 - ", "Taken down, but left behind: 1 PCEP\n"},
+     "EXCEPTION GENERAL kel_core_ic_pcep_add(): 0xfffffff8 - ", left_behind("1 PCEP:              8")},
     {"GroupCreate", "ork_ebcom_multicast_group_create:2=-4", "kel_core_ic_pcep_mc_group_add(mc_pcep_id=301)", 13,
      "EXCEPTION GENERAL kel_core_ic_pcep_mc_group_add(): 0xfffffffc - ", empty_again},
     {"MemberAdd", "ork_ebcom_multicast_member_add:3=-4", "kel_core_ic_pcep_mc_member_add(mc_pcep_id=301, uc_pcep_id=8)",
@@ -89,20 +94,20 @@ const failing_operation showing[] = {
 
 const failing_operation going_down[] = {
     {"PathDelete", "ork_ebcom_pcep_path_delete:1=-4", "kel_core_ic_ebcom_path_rem" + second_path, 13,
-     "EXCEPTION GENERAL kel_core_ic_ebcom_path_rem(): 0xfffffffc - ", "Taken down, but left behind: 1 path\n"},
+     "EXCEPTION GENERAL kel_core_ic_ebcom_path_rem(): 0xfffffffc - ",
+     left_behind("1 path:              02:00:00:02:00:02")},
     {"InterfaceDelete", "ork_ebcom_interface_delete=-4", "kel_core_ic_ebcom_interface_delete()", 13,
      "EXCEPTION GENERAL kel_core_ic_ebcom_interface_delete(): 0xfffffffc - ",
-     "Taken down, but left behind: the interface\n"},
+     left_behind("1 interface:         Ethernet device 7")},
     {"Unbind", "ork_unbind=-4", "kel_core_ic_pcep_rem(pcep_id=8)", 13,
-     "EXCEPTION GENERAL kel_core_ic_pcep_rem(): 0xfffffffc - ", "Taken down, but left behind: 1 PCEP\n"},
+     "EXCEPTION GENERAL kel_core_ic_pcep_rem(): 0xfffffffc - ", left_behind("1 PCEP:              8")},
     {"PcepDelete", "ork_ebcom_pcep_delete=-4", "kel_core_ic_pcep_rem(pcep_id=7)", 13,
-     "EXCEPTION GENERAL kel_core_ic_pcep_rem(): 0xfffffffc - ", "Taken down, but left behind: 2 PCEPs\n"},
+     "EXCEPTION GENERAL kel_core_ic_pcep_rem(): 0xfffffffc - ", left_behind("2 PCEPs:             7 8")},
     {"GroupDelete", "ork_ebcom_multicast_group_delete:1=-4", "kel_core_ic_pcep_mc_group_rem(mc_pcep_id=301)", 13,
-     "EXCEPTION GENERAL kel_core_ic_pcep_mc_group_rem(): 0xfffffffc - ",
-     "Taken down, but left behind: 1 multicast group\n"},
+     "EXCEPTION GENERAL kel_core_ic_pcep_mc_group_rem(): 0xfffffffc - ", left_behind("1 multicast group:   301")},
     {"MemberRemoveWhichKeepsTheGroup", "ork_ebcom_multicast_member_rem:1=-4",
      "kel_core_ic_pcep_mc_group_rem(mc_pcep_id=301)", 6,
-     "EXCEPTION GENERAL kel_core_ic_pcep_mc_group_rem(): ", "Taken down, but left behind: 1 multicast group\n"},
+     "EXCEPTION GENERAL kel_core_ic_pcep_mc_group_rem(): ", left_behind("1 multicast group:   301")},
 };
 
 class FailingOperation : public testing::TestWithParam<failing_operation>
@@ -182,7 +187,10 @@ TEST(FailingTakeDown, SchedulerThatStaysIsLeftBehindThoughNoOperationFailed)
 {
     const auto outcome = kelctl_up(ebcom_table, {{"KEL_SOFTNODE_FAULTS", "ork_qos_scheduler_delete:1=-7"}});
     EXPECT_EQ(outcome.status, 1);
-    EXPECT_THAT(outcome.err, testing::EndsWith("Taken down, but left behind: 8 schedulers\n"));
+    EXPECT_THAT(outcome.err,
+                testing::EndsWith("Taken down, but left behind:\n"
+                                  "  8 schedulers:        0x5c00000001 0x5c00000002 0x5c00000003 0x5c00000004\n"
+                                  "                       0x5c00000005 0x5c00000006 0x5c00000007 0x5c00000008\n"));
 }
 
 TEST(FailingTakeDown, OnlyTheFirstOfManyFailuresAreToldInFull)
@@ -191,7 +199,9 @@ TEST(FailingTakeDown, OnlyTheFirstOfManyFailuresAreToldInFull)
                                    {{"KEL_SOFTNODE_FAULTS", "ork_ebcom_pcep_path_delete=-4"}});
     EXPECT_EQ(outcome.status, 1);
     EXPECT_THAT(outcome.err, HasSubstr("\n15 more operations of the take-down failed\n"));
-    EXPECT_THAT(outcome.err, testing::EndsWith("Taken down, but left behind: 25 paths\n"));
+    EXPECT_THAT(
+        outcome.err,
+        HasSubstr("\nnot undone: 25 paths\nTaken down, but left behind:\n  25 paths:            02:00:00:02:00:01 "));
 }
 
 TEST(FailingBoth, FailureGoingUpAndFailureGoingDownAreBothTold)
@@ -201,7 +211,7 @@ TEST(FailingBoth, FailureGoingUpAndFailureGoingDownAreBothTold)
     EXPECT_EQ(outcome.status, 1);
     EXPECT_THAT(outcome.err, testing::StartsWith("failed: kel_core_ic_ebcom_path_add" + second_path));
     EXPECT_THAT(outcome.err, HasSubstr("\nfailed: kel_core_ic_ebcom_path_rem(dst_mac=02:00:00:02:00:01, "));
-    EXPECT_THAT(outcome.err, testing::EndsWith("Taken down, but left behind: 1 path\n"));
+    EXPECT_THAT(outcome.err, testing::EndsWith(left_behind("1 path:              02:00:00:02:00:01")));
 }
 
 TEST(FailingBoth, LeftoverThatCannotBeRemovedIsTold)
@@ -211,7 +221,91 @@ TEST(FailingBoth, LeftoverThatCannotBeRemovedIsTold)
     EXPECT_EQ(outcome.status, 1);
     EXPECT_THAT(outcome.err, testing::StartsWith("failed: kel_core_ic_ebcom_interface_create()\n"));
     EXPECT_THAT(outcome.err, HasSubstr("\nfailed: kel_core_ic_ebcom_interface_delete()\n"));
-    EXPECT_THAT(outcome.err, testing::EndsWith("Taken down, but left behind: the interface\n"));
+    EXPECT_THAT(outcome.err, testing::EndsWith(left_behind("1 interface:         Ethernet device 7")));
+}
+
+TEST(FailingBringUp, WhatWasUndoneIsToldInItsOrder)
+{
+    const auto outcome = kelctl_up(two_groups, {{"KEL_SOFTNODE_FAULTS", "ork_ebcom_multicast_member_add:3=-4"}});
+    EXPECT_THAT(outcome.err,
+                testing::EndsWith("\nundone: 2 group members removed, 2 multicast groups removed, 2 PCEPs removed,\n"
+                                  "        PCEP service stopped, 2 paths removed, EBCOM service stopped,\n"
+                                  "        interface deleted\n" +
+                                  empty_again));
+}
+
+TEST(FailingBringUp, ManyPathsAreCountedInTextAndListedInJson)
+{
+    const std::string many = ebcom_table + "[[path]]\ndst_mac = \"02:00:00:02:00:00\"\nport = 6\ncount = 1500\n";
+    const std::map<std::string, std::string> fault = {{"KEL_SOFTNODE_FAULTS", "ork_ebcom_pcep_path_create:1235=-4"}};
+    EXPECT_THAT(
+        kelctl_up(many, fault).err,
+        testing::EndsWith("\nundone: 1,234 paths removed, EBCOM service stopped, interface deleted\n" + empty_again));
+
+    const std::string out = kelctl_up(many, fault, {"--json"}).out;
+    EXPECT_THAT(out,
+                HasSubstr(R"_("undone":["kel_core_ic_ebcom_path_rem(dst_mac=02:00:00:02:04:d1, port=RLU1P (6), )_"));
+    EXPECT_THAT(out, HasSubstr(R"_(02:00:00:02:00:00, port=RLU1P (6), unshaped)","kel_core_ic_ebcom_stop()",)_"
+                               R"_("kel_core_ic_ebcom_interface_delete()"],"not_undone":[],"complaints":[],)_"
+                               R"_("left_behind":"","left_objects":[]})_"));
+}
+
+TEST(FailingBringUp, JsonTellsWhatCouldNotBeUndoneAndWhy)
+{
+    const auto outcome =
+        kelctl_up(two_paths, {{"KEL_SOFTNODE_FAULTS", "ork_ebcom_pcep_path_create:2=-4;ork_ebcom_pcep_path_delete=-8"}},
+                  {"--json"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_THAT(outcome.out,
+                HasSubstr(R"_("not_undone":[{"operation":"kel_core_ic_ebcom_path_rem(dst_mac=02:00:00:02:)_"
+                          R"_(00:01, port=RLU1P (6), unshaped)","function":"kel_core_ic_ebcom_path_rem",)_"
+                          R"_("code":13,"text":"operation failed","refusal":)_"));
+    EXPECT_THAT(outcome.out, HasSubstr(R"_("left_behind":"1 path","left_objects":[{"kind":"path",)_"
+                                       R"_("name":"02:00:00:02:00:01"}]},)_"));
+    EXPECT_THAT(outcome.out, HasSubstr(R"_(,"further_failures":[{"operation":"kel_core_ic_ebcom_path_rem()_"));
+}
+
+TEST(FailingBringUp, KeepLeavesStandingWhatStands)
+{
+    const auto outcome = kelctl_up(two_paths, {{"KEL_SOFTNODE_FAULTS", "ork_ebcom_pcep_path_create:2=-4"}}, {"--keep"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_THAT(outcome.err, testing::StartsWith("failed: kel_core_ic_ebcom_path_add" + second_path));
+    EXPECT_THAT(outcome.err, HasSubstr("\nkept standing: parameters, interface, EBCOM service, 1 path\n"
+                                       "The node holds:\n  12 schedulers: "));
+    EXPECT_THAT(outcome.err, testing::EndsWith("\n  1 path:              02:00:00:02:00:01\n"
+                                               "  1 interface:         Ethernet device 7\n"));
+    EXPECT_THAT(outcome.err, Not(HasSubstr("undone")));
+}
+
+TEST(FailingBringUp, JsonListsWhatWasKept)
+{
+    const auto outcome =
+        kelctl_up(two_paths, {{"KEL_SOFTNODE_FAULTS", "ork_ebcom_pcep_path_create:2=-4"}}, {"--keep", "--json"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.out, HasSubstr(R"_("kel_core_ic_ebcom_interface_create()","kel_core_ic_ebcom_start()",)_"
+                                       R"_("kel_core_ic_ebcom_path_add(dst_mac=02:00:00:02:00:01, )_"));
+    EXPECT_THAT(outcome.out, HasSubstr(R"_(,"kept_objects":[{"kind":"scheduler","name":"0x5c00000001"},)_"));
+    EXPECT_THAT(outcome.out, Not(HasSubstr("left_behind")));
+}
+
+TEST(FailingBringUp, KeepOfANodeThatStandsTakesItDownAsEver)
+{
+    const auto outcome = kelctl_up(two_paths, {}, {"--keep"});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(outcome.out, testing::EndsWith("\n" + empty_again));
+}
+
+TEST(FailingTakeDown, StopThatSucceededIsToldWithWhatItsRecordsTell)
+{
+    const auto outcome = kelctl_up(ebcom_table, {{"KEL_SOFTNODE_FAULTS", "ork_qos_scheduler_delete:1=-7"}});
+    const auto traced = kelctl_up(ebcom_table, {}, {"--trace"});
+    if (traced.err.find("not installed") != std::string::npos)
+        GTEST_SKIP() << "there is no tracer on this machine";
+    EXPECT_THAT(outcome.err, testing::StartsWith("undone: EBCOM service stopped, interface deleted\n"
+                                                 "kel_core_ic_ebcom_stop() succeeded, but its trace records tell of "
+                                                 "failures:\n    EXCEPTION GENERAL remove_scheduler(): 0xfffffff9 - "));
 }
 
 TEST(FailingOperation, RecordsAreThoseOfTheOperationOnly)

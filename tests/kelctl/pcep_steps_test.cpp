@@ -132,7 +132,7 @@ TEST_F(PcepSteps, BringTheNodeUpAndDown)
     EXPECT_THAT(stands->groups[0].members, ElementsAre(1, 511));
     EXPECT_THAT(stands->groups[1].members, IsEmpty());
 
-    EXPECT_THAT(standing.down().failures, IsEmpty());
+    EXPECT_THAT(standing.down().refused, IsEmpty());
     EXPECT_TRUE(current_snapshot()->empty());
 }
 
@@ -146,7 +146,7 @@ TEST_F(PcepSteps, ServiceThatCannotAttachIsAFailedStart)
     ASSERT_TRUE(failed);
     EXPECT_EQ(failed->operation, "kel_core_ic_pcep_start()");
     EXPECT_EQ(failed->code, 10u);
-    EXPECT_THAT(standing.down().failures, IsEmpty());
+    EXPECT_THAT(standing.down().refused, IsEmpty());
     EXPECT_TRUE(current_snapshot()->empty());
 }
 
@@ -161,7 +161,7 @@ TEST_F(PcepSteps, PcepWhoseBindingFailedIsLeftAndNotToldAsAFailedRemoval)
     EXPECT_EQ(failed->code, 13u);
 
     const take_down done = standing.down();
-    EXPECT_THAT(done.failures, IsEmpty());
+    EXPECT_THAT(done.refused, IsEmpty());
     EXPECT_FALSE(done.refused_leftover);
     const auto left = current_snapshot();
     ASSERT_THAT(left->pceps, SizeIs(1));

@@ -117,23 +117,6 @@ bool read_some(int descriptor, std::string &text)
     return got > 0 || (got < 0 && errno == EINTR);
 }
 
-// Reads both to their ends. False when that takes too long.
-bool read_all(int out, int err, program_outcome &outcome)
-{
-    std::array<pollfd, 2> streams = {{{out, POLLIN, 0}, {err, POLLIN, 0}}};
-    const auto limit = clock_type::now() + time_limit;
-    while (streams[0].fd >= 0 || streams[1].fd >= 0) {
-        if (clock_type::now() > limit)
-            return false;
-        poll(streams.data(), streams.size(), 1000);
-        if (streams[0].revents && !read_some(out, outcome.out))
-            streams[0].fd = -1;
-        if (streams[1].revents && !read_some(err, outcome.err))
-            streams[1].fd = -1;
-    }
-    return true;
-}
-
 } // namespace
 
 // The first terminal that the leader of a session opens becomes its controlling one.
@@ -154,31 +137,80 @@ pid_t spawn_on_terminal(const program_run &run, const char *terminal, int not_it
     return child;
 }
 
-program_outcome run_kelctl(const program_run &run)
+running_kelctl::running_kelctl(const program_run &run)
 {
     const channel out = open_channel(run.on_terminal);
     const channel err = run.on_terminal ? channel{} : open_channel(false);
     const int in = pipe_holding(run.in);
-    const pid_t child = spawn_with_streams(run, in, out.write_end, run.on_terminal ? out.write_end : err.write_end);
+    child_ = spawn_with_streams(run, in, out.write_end, run.on_terminal ? out.write_end : err.write_end);
     close(in);
     close(out.write_end);
     if (err.write_end >= 0)
         close(err.write_end);
-    if (child < 0)
-        return {};
+    out_ = out.read_end;
+    err_ = err.read_end;
+}
 
-    program_outcome outcome;
-    if (!read_all(out.read_end, err.read_end, outcome)) {
-        ADD_FAILURE() << "kelctl did not end in time";
-        kill(child, SIGKILL);
+running_kelctl::~running_kelctl()
+{
+    if (child_ > 0) {
+        kill(child_, SIGKILL);
+        waitpid(child_, nullptr, 0);
     }
+    close(out_);
+    if (err_ >= 0)
+        close(err_);
+}
+
+bool running_kelctl::shows(const std::string &text)
+{
+    return read_until(text);
+}
+
+void running_kelctl::signal(int number) const
+{
+    EXPECT_EQ(kill(child_, number), 0);
+}
+
+program_outcome running_kelctl::finish()
+{
+    if (child_ < 0)
+        return {};
+    read_until("");
     int status = 0;
-    waitpid(child, &status, 0);
-    outcome.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    close(out.read_end);
-    if (err.read_end >= 0)
-        close(err.read_end);
-    return outcome;
+    waitpid(child_, &status, 0);
+    child_ = -1;
+    outcome_.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return std::move(outcome_);
+}
+
+// Without a text: to the end of both streams. A program that takes too long is ended.
+bool running_kelctl::read_until(const std::string &text)
+{
+    const auto found = [&] {
+        return !text.empty() &&
+               (outcome_.out.find(text) != std::string::npos || outcome_.err.find(text) != std::string::npos);
+    };
+    std::array<pollfd, 2> streams = {{{out_, POLLIN, 0}, {err_, POLLIN, 0}}};
+    const auto limit = clock_type::now() + time_limit;
+    while (!found() && (streams[0].fd >= 0 || streams[1].fd >= 0)) {
+        if (clock_type::now() > limit) {
+            ADD_FAILURE() << "kelctl did not end in time";
+            kill(child_, SIGKILL);
+            return false;
+        }
+        poll(streams.data(), streams.size(), 1000);
+        if (streams[0].revents && !read_some(out_, outcome_.out))
+            streams[0].fd = -1;
+        if (streams[1].revents && !read_some(err_, outcome_.err))
+            streams[1].fd = -1;
+    }
+    return found();
+}
+
+program_outcome run_kelctl(const program_run &run)
+{
+    return running_kelctl(run).finish();
 }
 
 file_in_folder::file_in_folder(const std::string &name, const std::string &text)

@@ -28,6 +28,32 @@ pid_t spawn_on_terminal(const program_run &run, const char *terminal, int not_it
 // Waits until the program ends. One that has not after two minutes is ended.
 program_outcome run_kelctl(const program_run &run);
 
+// The program while it runs. What it prints waits in pipes that it must not fill, or on a terminal.
+class running_kelctl
+{
+public:
+    explicit running_kelctl(const program_run &run);
+    ~running_kelctl(); // ends it, if it has not ended
+    running_kelctl(const running_kelctl &) = delete;
+    running_kelctl &operator=(const running_kelctl &) = delete;
+
+    // Reads on until either stream holds the text. False when the program ended, or two minutes passed, without it.
+    bool shows(const std::string &text);
+
+    void signal(int number) const;
+
+    // Reads to the end.
+    program_outcome finish();
+
+private:
+    bool read_until(const std::string &text);
+
+    pid_t child_ = -1;
+    int out_ = -1;
+    int err_ = -1; // -1 on a terminal
+    program_outcome outcome_;
+};
+
 // A folder with one file in it, for the life of the object.
 class file_in_folder
 {
