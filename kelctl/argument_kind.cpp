@@ -75,6 +75,17 @@ argument_value read_threshold(std::string_view text)
     return octets;
 }
 
+// Always with a unit: a plain number would be read in one way here and meant in another.
+int64_t read_duration(std::string_view text, const range &allowed)
+{
+    const auto value = parse_quantity(text, duration_units);
+    if (!value)
+        throw wrong_value(no_quantity(text, duration_units));
+    if (*value > static_cast<uint64_t>(allowed.max) || !allowed.holds(static_cast<int64_t>(*value)))
+        throw wrong_value(outside(in_quotes(text), allowed));
+    return static_cast<int64_t>(*value);
+}
+
 argument_value read_numbers(std::string_view text, size_t count, const range &allowed)
 {
     std::vector<uint32_t> values;
@@ -214,6 +225,14 @@ argument_kind threshold()
     return {.placeholder = "SIZE",
             .allowed = fmt::format("{}, a multiple of {}", threshold_range.text, threshold_block),
             .read = read_threshold,
+            .complete = {}};
+}
+
+argument_kind duration(const range &allowed)
+{
+    return {.placeholder = "TIME",
+            .allowed = allowed_text(allowed),
+            .read = [allowed](std::string_view text) -> argument_value { return read_duration(text, allowed); },
             .complete = {}};
 }
 

@@ -57,6 +57,7 @@ argument_kind id();    // 1 to 511; pcep_id
 argument_kind rate();  // int64_t
 argument_kind burst(); // int64_t
 argument_kind threshold();
+argument_kind duration(const range &allowed); // with a unit; in nanoseconds, int64_t
 argument_kind number(const range &allowed);
 argument_kind numbers(size_t count, const range &allowed); // "1,2"
 argument_kind handle_value();                              // hexadecimal; uint64_t

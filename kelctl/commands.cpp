@@ -15,6 +15,8 @@ constexpr command_group groups[] = {
     {"ebcom", "the EBCOM service: parameters, interface, paths, queues, counters"},
     {"pcep", "PCEPs, packet communication end points"},
     {"group", "multicast groups of PCEPs"},
+    {"traffic", "virtual traffic of the software accelerator"},
+    {"time", "virtual time of the software accelerator"},
     {"trace", "the library's trace messages"},
     {"node", "the software accelerator as a whole"},
     {"fault", "the software accelerator's faults"},
@@ -39,7 +41,7 @@ std::vector<command> whole_table()
     std::vector<command> all;
     for (const auto &family :
          {node_commands, session_commands, ebcom_commands, path_commands, pcep_commands, statistics_commands,
-          trace_commands, accelerator_commands, fault_commands, sweep_commands})
+          traffic_commands, trace_commands, accelerator_commands, fault_commands, sweep_commands})
         std::ranges::move(family(), std::back_inserter(all));
     for (command &row : all)
         if (row.variants.size() > 1)

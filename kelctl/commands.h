@@ -14,6 +14,7 @@ std::vector<command> ebcom_commands();       // service, parameters, interface, 
 std::vector<command> path_commands();        // paths, shapers, schedulers, handles
 std::vector<command> pcep_commands();        // PCEPs and multicast groups
 std::vector<command> statistics_commands();  // counters of everything
+std::vector<command> traffic_commands();     // traffic and time of the software accelerator
 std::vector<command> trace_commands();       // messages, trace point, abort
 std::vector<command> accelerator_commands(); // snapshot, graph, reset of the software accelerator
 std::vector<command> fault_commands();       // its fault rules

@@ -19,6 +19,9 @@ inline constexpr range id_range = {1, 511, "1 to 511"};
 inline constexpr range remote_id_range = {0, 0xFF'FFFF, "0 to 0xFFFFFF"};
 inline constexpr range vlan_range = {0, 4095, "0 to 4095"};
 inline constexpr range priority_range = {0, 7, "0 to 7"};
+inline constexpr range frame_length_range = {1, 65535, "1 to 65535 octets"};
+inline constexpr range duration_range = {0, 1'000'000'000'000'000, "0 s to 1000000 s"};
+inline constexpr range period_range = {1, 1'000'000'000'000'000, "1 ns to 1000000 s"};
 inline constexpr range octet_range = {0, 0xFF, "0 to 255"};
 inline constexpr range word_range = {0, 0xFFFF, "0 to 65535"};
 

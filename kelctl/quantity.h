@@ -1,4 +1,4 @@
-// Rates and sizes with units, as node files write them and views show them.
+// Rates, sizes and durations with units, as node files write them and views show them.
 #pragma once
 
 #include <cstdint>
@@ -16,6 +16,7 @@ struct unit {
 };
 
 inline constexpr unit rate_units[] = {{"kbit/s", 1}, {"Mbit/s", 1'000}, {"Gbit/s", 1'000'000}};
+inline constexpr unit duration_units[] = {{"ns", 1}, {"us", 1'000}, {"ms", 1'000'000}, {"s", 1'000'000'000}};
 inline constexpr unit size_units[] = {{"octets", 1}, {"KiB", 1024}, {"MiB", uint64_t{1024} * 1024}};
 
 // A whole number and one of the units, with or without spaces between: "100 Mbit/s". The value is in the first unit

@@ -10,6 +10,14 @@
 namespace kelctl
 {
 
+result refused(std::string reason)
+{
+    result done;
+    done.status = exit_operation_failed;
+    done.errors.push_back({.message = std::move(reason)});
+    return done;
+}
+
 result wrong_input(const std::string &file, std::vector<input_error> errors, std::string_view consequence)
 {
     result wrong;

@@ -38,6 +38,9 @@ struct result {
     std::string remark = {}; // the last line for people, on standard error: "2 problems, nothing was started"
 };
 
+// That nothing was done, for a reason that is not in the words of the command: it is told as an error.
+result refused(std::string reason);
+
 // That a file is not as it has to be: "node.toml: 3 problems, nothing was started".
 result wrong_input(const std::string &file, std::vector<input_error> errors, std::string_view consequence);
 

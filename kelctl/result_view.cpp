@@ -39,7 +39,7 @@ void show(const result &done, const origin &from, bool tracer_installed)
     write(stdout, shown_text(done));
     std::string told;
     for (const input_error &error : done.errors)
-        told += text_of(error) + "\n";
+        told += (error.file.empty() && !from.file.empty() ? place_text(from) + error.message : text_of(error)) + "\n";
     for (size_t i = 0; i < std::min(done.failures.size(), most_full_reports); ++i)
         told += place_text(from) + report_of(done.failures[i], tracer_installed, painter_for(stderr));
     if (done.failures.size() > most_full_reports)

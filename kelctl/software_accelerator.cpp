@@ -19,6 +19,10 @@ __attribute__((weak)) char *softnode_graph_dot(void);
 __attribute__((weak)) void softnode_reset(void);
 __attribute__((weak)) char *softnode_snapshot_json(void);
 __attribute__((weak)) int softnode_timing_settle(uint32_t milliseconds);
+__attribute__((weak)) int32_t softnode_traffic_offer(const uint8_t mac[6], uint64_t frames, uint32_t octets_per_frame);
+__attribute__((weak)) int32_t softnode_traffic_send(uint32_t id, uint64_t frames, uint32_t octets_per_frame);
+__attribute__((weak)) void softnode_time_advance(uint64_t nanoseconds);
+__attribute__((weak)) uint64_t softnode_time(void);
 }
 
 namespace kelctl
@@ -54,6 +58,26 @@ bool on_software_accelerator()
 std::optional<std::string> accelerator_snapshot()
 {
     return softnode_snapshot_json ? taken(softnode_snapshot_json()) : std::nullopt;
+}
+
+offered offer_frames(const mac_address &to, uint64_t frames, uint32_t octets)
+{
+    return softnode_traffic_offer(to.octets.data(), frames, octets) == 0 ? offered::taken : offered::unknown;
+}
+
+offered send_frames(uint32_t from, uint64_t frames, uint32_t octets)
+{
+    return softnode_traffic_send(from, frames, octets) == 0 ? offered::taken : offered::unknown;
+}
+
+void advance_virtual_time(uint64_t by)
+{
+    softnode_time_advance(by);
+}
+
+uint64_t virtual_time()
+{
+    return softnode_time();
 }
 
 bool timing_settled(uint32_t milliseconds)

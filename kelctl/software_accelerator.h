@@ -4,6 +4,8 @@
 // carried out there; whatever else asks gets nothing.
 #pragma once
 
+#include "kelctl/mac_address.h"
+
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -48,5 +50,16 @@ struct sweep_scenario {
 
 // The sweep's report, a JSON document; none when no child process can be made.
 std::optional<std::string> sweep_accelerator(const sweep_scenario &scenario);
+
+// What an offering met: the accelerator knows the destination or sender, or it does not.
+enum class offered { taken, unknown };
+
+// Offers frames at this instant: for a destination, or of a PCEP or a multicast group.
+offered offer_frames(const mac_address &to, uint64_t frames, uint32_t octets);
+offered send_frames(uint32_t from, uint64_t frames, uint32_t octets);
+
+// Nanoseconds.
+void advance_virtual_time(uint64_t by);
+uint64_t virtual_time();
 
 } // namespace kelctl

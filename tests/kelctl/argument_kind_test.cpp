@@ -109,6 +109,17 @@ TEST(ArgumentKind, QuantitiesTakeUnitsAndPlainNumbersOfTheFirst)
     EXPECT_EQ(read<int64_t>(threshold(), "1 MiB"), 1'048'576);
 }
 
+TEST(ArgumentKind, DurationTakesUnitsOnly)
+{
+    const argument_kind kind = duration({0, 2'000'000'000, "0 s to 2 s"});
+    EXPECT_EQ(read<int64_t>(kind, "250ms"), 250'000'000);
+    EXPECT_EQ(read<int64_t>(kind, "2 s"), 2'000'000'000);
+    EXPECT_EQ(read<int64_t>(kind, "7us"), 7'000);
+    EXPECT_EQ(read<int64_t>(kind, "0ns"), 0);
+    for (const char *wrong : {"5", "2.5s", "-1s", "2001ms", "1 h", "", "99999999999999999999 s"})
+        EXPECT_THROW(kind.read(wrong), wrong_value) << wrong;
+}
+
 TEST(ArgumentKind, OthersReadWhatTheyAreNamedFor)
 {
     EXPECT_EQ(read<pcep_id>(id(), "511").value, 511u);

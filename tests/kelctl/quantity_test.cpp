@@ -55,6 +55,13 @@ TEST(Quantity, TextOfAValueIsReadBackAsTheValue)
     }
 }
 
+TEST(Quantity, DurationsAreShownInTheLargestWholeUnit)
+{
+    EXPECT_EQ(quantity_text(2'000'000'000, duration_units), "2 s");
+    EXPECT_EQ(quantity_text(1'200'000'000, duration_units), "1200 ms");
+    EXPECT_EQ(quantity_text(1, duration_units), "1 ns");
+}
+
 TEST(Quantity, UnitNamesAreListedForPeople)
 {
     EXPECT_EQ(names_of(rate_units), "kbit/s, Mbit/s or Gbit/s");

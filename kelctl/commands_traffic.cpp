@@ -1,0 +1,89 @@
+// Virtual traffic, and the virtual time in which it passes. Both are the software accelerator's.
+#include "kelctl/commands.h"
+#include "kelctl/limits.h"
+#include "kelctl/quantity.h"
+#include "kelctl/session.h"
+#include "kelctl/software_accelerator.h"
+
+#include <fmt/format.h>
+
+namespace kelctl
+{
+namespace
+{
+
+constexpr range frames_range = {0, 1'000'000'000, "0 to 1000000000"};
+
+std::vector<argument> with_frames(argument whom)
+{
+    return {std::move(whom),
+            {.name = "--frames", .kind = number(frames_range), .help = "how many"},
+            {.name = "--octets", .kind = number(frame_length_range), .help = "length of each"}};
+}
+
+result offer(const invocation &asked, session &)
+{
+    const mac_address &mac = asked.given.mac("MAC");
+    if (offer_frames(mac, asked.given.number<uint64_t>("--frames"), asked.given.number<uint32_t>("--octets")) ==
+        offered::unknown)
+        return refused(fmt::format("neither a path nor a PCEP has the address {}", to_text(mac)));
+    return {};
+}
+
+result send(const invocation &asked, session &)
+{
+    const uint32_t id = asked.given.id("ID");
+    if (send_frames(id, asked.given.number<uint64_t>("--frames"), asked.given.number<uint32_t>("--octets")) ==
+        offered::unknown)
+        return refused(fmt::format("neither a PCEP nor a multicast group has the id {}", id));
+    return {};
+}
+
+result advance(const invocation &asked, session &)
+{
+    advance_virtual_time(asked.given.number<uint64_t>("TIME"));
+    return {};
+}
+
+result show_time(const invocation &, session &)
+{
+    result done;
+    done.shown = {{"nanoseconds", virtual_time()}};
+    done.text = quantity_text(virtual_time(), duration_units);
+    return done;
+}
+
+} // namespace
+
+std::vector<command> traffic_commands()
+{
+    return {
+        {.name = "traffic offer",
+         .variants = {{.run = offer}},
+         .help = "Offer frames for a destination, all at this instant of virtual time",
+         .details = "They enter the queue of the path there, and leave it as time advances.",
+         .arguments = with_frames({.name = "MAC", .kind = mac(), .help = "where they go"}),
+         .example = "traffic offer 02:00:02:02:00:01 --frames 1000 --octets 1500",
+         .needs_accelerator = true},
+        {.name = "traffic send",
+         .variants = {{.run = send}},
+         .help = "Let a PCEP or a multicast group send frames",
+         .details = "A PCEP sends to its remote address, a group to that of each member.",
+         .arguments = with_frames({.name = "ID", .kind = id(), .help = "of the PCEP or group"}),
+         .example = "traffic send 300 --frames 10 --octets 64",
+         .needs_accelerator = true},
+        {.name = "time advance",
+         .variants = {{.run = advance}},
+         .help = "Let virtual time pass",
+         .arguments = {{.name = "TIME", .kind = duration(duration_range), .help = "how much: 250ms"}},
+         .example = "time advance 250ms",
+         .needs_accelerator = true},
+        {.name = "time show",
+         .variants = {{.run = show_time}},
+         .help = "Show virtual time since the node was switched on",
+         .example = "time show",
+         .needs_accelerator = true},
+    };
+}
+
+} // namespace kelctl
