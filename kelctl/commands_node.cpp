@@ -36,7 +36,14 @@ With --keep it is left standing instead; on the software accelerator, which ends
 with kelctl, --hold gives time to look at it. --trace prints every record on
 standard error, one line each: event, domain, message, location.
 
+--watch lets the traffic of the file's [[traffic]] tables pass in virtual time,
+which is as fast as real time unless --step or --interval say otherwise. Rates
+are those of the last step. On a terminal they are drawn over each other;
+elsewhere every step has a block of its own, or with --json a line.
+
 Ctrl-C takes down what stands. A second one ends kelctl at once.)";
+
+constexpr range interval_range = {0, 3'600'000'000'000, "0 s to 3600 s"};
 
 // ---- Node files ----
 
@@ -49,7 +56,8 @@ result check(const invocation &asked, session &)
     result sound;
     sound.shown = {{"paths", path_configurations(*node).size()},
                    {"pceps", node->pceps.size()},
-                   {"multicast_groups", node->groups.size()}};
+                   {"multicast_groups", node->groups.size()},
+                   {"traffic", node->traffic.size()}};
     return sound;
 }
 
@@ -214,6 +222,24 @@ std::vector<command> node_commands()
          .details = up_details,
          .arguments = {node_file_argument,
                        {.name = "--hold", .kind = flag(), .help = "take it down on Ctrl-C or SIGTERM only"},
+                       {.name = "--watch",
+                        .kind = flag(),
+                        .help = "let the file's traffic pass and show counters and rates"},
+                       {.name = "--interval",
+                        .kind = duration(interval_range),
+                        .help = "from one redrawing to the next; 200ms unless given",
+                        .required = false,
+                        .needs = "--watch"},
+                       {.name = "--step",
+                        .kind = duration(period_range),
+                        .help = "virtual time that passes between; 200ms unless given",
+                        .required = false,
+                        .needs = "--watch"},
+                       {.name = "--for",
+                        .kind = duration(period_range),
+                        .help = "end the watch after so much virtual time",
+                        .required = false,
+                        .needs = "--watch"},
                        {.name = "--keep", .kind = flag(), .help = "leave standing what stands when a step fails"}},
          .example = "up examples/node.toml --hold",
          .places = {place::program}},

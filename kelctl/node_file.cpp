@@ -8,6 +8,7 @@
 #include "kelctl/node_keys.h"
 #include "kelctl/table_reader.h"
 #include "kelctl/text.h"
+#include "kelctl/traffic_table.h"
 
 #include <fmt/format.h>
 
@@ -151,6 +152,12 @@ void read_document(table_reader document, node_file_read &read)
         read.node.pceps.push_back(read_pcep(pcep));
     for (table_reader &multicast : document.tables("multicast"))
         read.node.groups.push_back(read_multicast(multicast));
+    for (table_reader &traffic : document.tables("traffic")) {
+        const size_t problems_before = read.problems.size();
+        traffic_entry entry = read_traffic(traffic);
+        if (read.problems.size() == problems_before)
+            read.node.traffic.push_back(entry);
+    }
 }
 
 // The parser names the setting that a document exceeds, which says nothing to the file's author.

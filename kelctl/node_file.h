@@ -3,6 +3,7 @@
 
 #include "kelctl/mac_address.h"
 #include "kelctl/problem.h"
+#include "kelctl/traffic_entry.h"
 
 #include <array>
 #include <cstdint>
@@ -41,9 +42,6 @@ struct path_entry {
     position count_at;
 };
 
-// The id of an entry whose own cannot be read, which is a problem. No entry has it otherwise.
-inline constexpr uint32_t no_id = 0;
-
 // One [[pcep]].
 struct pcep_entry {
     uint32_t id = no_id;
@@ -72,10 +70,11 @@ struct node_file {
     std::vector<path_entry> paths;
     std::vector<pcep_entry> pceps;
     std::vector<multicast_entry> groups;
+    std::vector<traffic_entry> traffic;
 };
 
-// Unusable when there are problems; then it holds the paths that have none themselves, and every PCEP and group,
-// because others may rightly name the id of one that is wrong otherwise.
+// Unusable when there are problems; then it holds the paths and the traffic that have none themselves, and every PCEP
+// and group, because others may rightly name the id of one that is wrong otherwise.
 struct node_file_read {
     node_file node;
     problem_list problems;

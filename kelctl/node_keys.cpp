@@ -49,6 +49,18 @@ constexpr node_key multicast[] = {
     {"members", "array of at most 16 ids", "PCEPs of this file"},
 };
 
+constexpr node_key traffic[] = {
+    {"to", "address of a path, or local address of a PCEP", "the destination", "from tells the sender"},
+    {"from", "id of a PCEP or a group", "the sender; a group sends to each of its members", "to tells the destination"},
+    {"octets", frame_length_range.text, "length of a frame"},
+    {"rate", "kbit/s, or a text with a unit: kbit/s, Mbit/s, Gbit/s", "how much there is", "frames_per_second tells"},
+    {"frames_per_second", "1 to 4294967295", "how many there are", "rate tells"},
+    {"burst", "1 to 1000000 frames", "so many come at once, the more seldom", "1"},
+    {"start", "a whole number of ns, us, ms or s, as a text",
+     "when the first ones come, counted from the beginning of the watch", "at once"},
+    {"stop", "as for start", "when no more come", "never"},
+};
+
 constexpr node_table tables[] = {
     {"node", "[node]", "The node itself. The table may be left out.", node},
     {"ebcom", "[ebcom]", "Parameters of the EBCOM service.", ebcom},
@@ -61,6 +73,9 @@ constexpr node_table tables[] = {
      pcep},
     {"multicast", "[[multicast]]", "A multicast group: what is sent to it goes to each member. At most 30 of them.",
      multicast},
+    {"traffic", "[[traffic]]",
+     "Frames that kelctl up --watch offers in the virtual time of the software accelerator. Any number of them.",
+     traffic},
 };
 
 } // namespace

@@ -149,14 +149,49 @@ void check_groups(const node_file &node, const end_points &all, problem_list &pr
             {node.groups[most_groups].at, fmt::format("[[multicast]]: more than {} groups", most_groups)});
 }
 
+bool leads_to(const path_entry &path, const mac_address &mac)
+{
+    return path.dst_mac <= mac && mac <= counted_up(path.dst_mac, path.count - 1);
+}
+
+bool has_destination(const node_file &node, const mac_address &mac)
+{
+    return std::ranges::any_of(node.paths, [&](const path_entry &path) { return leads_to(path, mac); }) ||
+           std::ranges::any_of(node.pceps, [&](const pcep_entry &pcep) { return pcep.local_mac == mac; });
+}
+
+// Tables with problems of their own may be the ones that lead there: then nothing can be said.
+void check_destinations(const node_file &node, problem_list &problems)
+{
+    if (!problems.empty())
+        return;
+    for (const traffic_entry &traffic : node.traffic)
+        if (traffic.to && !has_destination(node, *traffic.to))
+            problems.push_back({traffic.to_at, fmt::format("to: no path of this file leads to {}, and no PCEP has it "
+                                                           "as its local address",
+                                                           to_text(*traffic.to))});
+}
+
+void check_senders(const node_file &node, const end_points &all, problem_list &problems)
+{
+    for (const traffic_entry &traffic : node.traffic)
+        if (!traffic.to && !all.contains(traffic.from))
+            problems.push_back({traffic.from_at, fmt::format("from: no PCEP and no multicast group of this file has "
+                                                             "the id {}",
+                                                             traffic.from)});
+}
+
 } // namespace
 
 void check_rules(const node_file &node, problem_list &problems)
 {
+    check_destinations(node, problems);
     check_mac_channels(node, problems);
     check_shaping(node, problems);
     check_amounts(node, problems);
-    check_groups(node, check_ids(node, problems), problems);
+    const end_points all = check_ids(node, problems);
+    check_groups(node, all, problems);
+    check_senders(node, all, problems);
 }
 
 } // namespace kelctl

@@ -51,8 +51,14 @@ std::optional<snapshot> current_snapshot()
 
 std::optional<snapshot> settled_snapshot()
 {
+    const auto json = settled_document();
+    return json ? std::optional(read_snapshot(*json)) : std::nullopt;
+}
+
+std::optional<std::string> settled_document()
+{
     timing_settled(longest_wait);
-    return current_snapshot();
+    return accelerator_snapshot();
 }
 
 port_knowledge ports_of(const snapshot &node, const std::vector<kel_ebcom_path_config> &added)

@@ -6,6 +6,7 @@
 #include "kelctl/snapshot.h"
 
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace kelctl
@@ -16,6 +17,9 @@ std::optional<snapshot> current_snapshot();
 
 // The same, once the timestamp thread, which works beside, wrote its first offset or gave up.
 std::optional<snapshot> settled_snapshot();
+
+// That as the accelerator's own JSON document.
+std::optional<std::string> settled_document();
 
 // What the added paths tell about the ports of a node on which all of them stand. `added` is in the order of adding.
 port_knowledge ports_of(const snapshot &node, const std::vector<kel_ebcom_path_config> &added);

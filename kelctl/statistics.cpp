@@ -14,14 +14,13 @@ namespace
 {
 
 constexpr uint32_t longest_text = 4096; // octets; one that is longer fails with the formatting library's code
-constexpr uint8_t text_table = 0;       // the format
 
 using text_buffer = std::array<char, longest_text>;
 
 class statistics_reader
 {
 public:
-    explicit statistics_reader(trace_log &log) : log_(log)
+    statistics_reader(trace_log &log, counter_text layout) : log_(log), format_(static_cast<uint8_t>(layout))
     {
     }
 
@@ -29,7 +28,7 @@ public:
     {
         text_buffer text{};
         if (succeeds({[] { return "kel_core_ic_ebcom_global_fmt_stats_get()"; },
-                      [&] { return kel_core_ic_ebcom_global_fmt_stats_get(text.data(), longest_text, text_table); }}))
+                      [&] { return kel_core_ic_ebcom_global_fmt_stats_get(text.data(), longest_text, format_); }}))
             read_.ebcom = text.data();
     }
 
@@ -50,7 +49,7 @@ public:
     {
         text_buffer text{};
         if (succeeds({[id] { return fmt::format("kel_core_ic_pcep_fmt_stats_get(pcep_id={})", id); },
-                      [&] { return kel_core_ic_pcep_fmt_stats_get(id, text.data(), longest_text, text_table); }}))
+                      [&] { return kel_core_ic_pcep_fmt_stats_get(id, text.data(), longest_text, format_); }}))
             read_.pceps.push_back({id, text.data()});
     }
 
@@ -69,14 +68,16 @@ private:
     }
 
     trace_log &log_;
+    uint8_t format_;
     statistics read_;
 };
 
 } // namespace
 
-statistics read_statistics(const port_knowledge &ports, const std::vector<pcep_entry> &pceps, trace_log &log)
+statistics read_statistics(const port_knowledge &ports, const std::vector<pcep_entry> &pceps, trace_log &log,
+                           counter_text layout)
 {
-    statistics_reader reader(log);
+    statistics_reader reader(log, layout);
     reader.read_ebcom();
     for (const auto &[queue, port] : ports.port_of_queue) {
         const auto found_by = ports.found_by.find(queue);

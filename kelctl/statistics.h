@@ -24,6 +24,9 @@ struct pcep_counters {
     std::string text; // the formatting library's: what each of them counts, only the platform knows
 };
 
+// How the formatting library lays its texts out; its own numbers.
+enum class counter_text : uint8_t { table = 0, json = 2 };
+
 // What could not be read is left out, and among the failures.
 struct statistics {
     std::string ebcom; // the formatting library's text
@@ -32,6 +35,7 @@ struct statistics {
     std::vector<failure> failures;
 };
 
-statistics read_statistics(const port_knowledge &ports, const std::vector<pcep_entry> &pceps, trace_log &log);
+statistics read_statistics(const port_knowledge &ports, const std::vector<pcep_entry> &pceps, trace_log &log,
+                           counter_text layout = counter_text::table);
 
 } // namespace kelctl

@@ -92,12 +92,16 @@ uint32_t table_reader::quantity(std::string_view key, std::span<const unit> unit
         return least(allowed);
     if (!node->is_string())
         return number_of(key, *node, allowed).value_or(least(allowed));
+    return static_cast<uint32_t>(parsed(key, *node, units, allowed).value_or(least(allowed)));
+}
 
-    const std::string &text = node->as_string()->get();
-    const auto value = parse_quantity(text, units);
-    if (value)
-        return checked(key, *node, *value, allowed).value_or(least(allowed));
-    note(position_of(node->source()), fmt::format("{}: {}", key, no_quantity(text, units)));
+uint64_t table_reader::duration(std::string_view key, const range &allowed) const
+{
+    const toml::node *node = required(key);
+    if (node && node->is_string())
+        return parsed(key, *node, duration_units, allowed).value_or(least(allowed));
+    if (node)
+        note_type(key, *node, "a text such as \"250 ms\"");
     return least(allowed);
 }
 
@@ -203,17 +207,29 @@ std::optional<uint32_t> table_reader::number_of(std::string_view key, const toml
         return std::nullopt;
     }
     // Negative numbers become larger than any range and are told by what stands in the file.
-    if (number->get() >= 0)
-        return checked(key, node, static_cast<uint64_t>(number->get()), allowed);
+    if (number->get() >= 0) {
+        const auto value = checked(key, node, static_cast<uint64_t>(number->get()), allowed);
+        return value ? std::optional(static_cast<uint32_t>(*value)) : std::nullopt;
+    }
     note(position_of(node.source()), fmt::format("{}: {}", key, outside(fmt::to_string(number->get()), allowed)));
     return std::nullopt;
 }
 
-std::optional<uint32_t> table_reader::checked(std::string_view key, const toml::node &node, uint64_t value,
+std::optional<uint64_t> table_reader::parsed(std::string_view key, const toml::node &node, std::span<const unit> units,
+                                             const range &allowed) const
+{
+    const std::string &text = node.as_string()->get();
+    if (const auto value = parse_quantity(text, units))
+        return checked(key, node, *value, allowed);
+    note(position_of(node.source()), fmt::format("{}: {}", key, no_quantity(text, units)));
+    return std::nullopt;
+}
+
+std::optional<uint64_t> table_reader::checked(std::string_view key, const toml::node &node, uint64_t value,
                                               const range &allowed) const
 {
     if (value >= static_cast<uint64_t>(allowed.min) && value <= static_cast<uint64_t>(allowed.max))
-        return static_cast<uint32_t>(value);
+        return value;
     const auto *text = node.as_string();
     note(position_of(node.source()),
          fmt::format("{}: {}", key, outside(text ? in_quotes(text->get()) : fmt::to_string(value), allowed)));

@@ -45,6 +45,9 @@ public:
     // A whole number of the first unit, or a text with a unit: 64, "64 KiB".
     uint32_t quantity(std::string_view key, std::span<const unit> units, const range &allowed) const;
 
+    // The same in nanoseconds, always with a unit: "250 ms".
+    uint64_t duration(std::string_view key, const range &allowed) const;
+
     std::optional<std::string> text(std::string_view key) const;
 
     // The MAC address of one station; no address, and a problem, for anything else.
@@ -65,7 +68,9 @@ public:
 
 private:
     std::optional<uint32_t> number_of(std::string_view key, const toml::node &node, const range &allowed) const;
-    std::optional<uint32_t> checked(std::string_view key, const toml::node &node, uint64_t value,
+    std::optional<uint64_t> parsed(std::string_view key, const toml::node &node, std::span<const unit> units,
+                                   const range &allowed) const;
+    std::optional<uint64_t> checked(std::string_view key, const toml::node &node, uint64_t value,
                                     const range &allowed) const;
     void note_type(std::string_view key, const toml::node &node, std::string_view expected) const;
 

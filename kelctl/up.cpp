@@ -10,6 +10,7 @@
 #include "kelctl/pcep_steps.h"
 #include "kelctl/pcep_view.h"
 #include "kelctl/progress.h"
+#include "kelctl/rates_view.h"
 #include "kelctl/result_document.h"
 #include "kelctl/software_accelerator.h"
 #include "kelctl/standing.h"
@@ -17,12 +18,14 @@
 #include "kelctl/statistics_view.h"
 #include "kelctl/take_down_report.h"
 #include "kelctl/text.h"
+#include "kelctl/traffic_player.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <chrono>
 #include <iterator>
+#include <limits>
 #include <utility>
 
 namespace kelctl
@@ -39,13 +42,6 @@ std::string standing_text(const snapshot &node, const port_knowledge &ports, siz
     kel_core_ic_ebcom_capabilities_get(&capabilities);
     return service_view(node, capabilities, added_paths, paint) + "\n" + tree_view(node, ports, paint) + "\n" +
            pcep_view(node, paint);
-}
-
-// What the accelerator tells of itself, as it tells it.
-fields standing_fields()
-{
-    const auto document = accelerator_snapshot();
-    return document ? fields::parse(*document) : fields(nullptr);
 }
 
 fields records_of(const std::vector<trace_entry> &entries)
@@ -120,19 +116,62 @@ bool node_from_file::make_steps()
 
 bool node_from_file::show()
 {
-    const painter paint = painter_for(stdout);
-    const auto node = settled_snapshot();
-    const port_knowledge ports = ports_of(node.value_or(snapshot{}), paths_);
-    statistics counters = read_statistics(ports, file_->pceps, session_.log());
-    session_.tell(stdout, node ? standing_text(*node, ports, paths_.size(), paint)
+    show_objects();
+    return show_counters();
+}
+
+void node_from_file::show_objects()
+{
+    const auto document = settled_document();
+    const auto node = document ? std::optional(read_snapshot(*document)) : std::nullopt;
+    ports_ = ports_of(node.value_or(snapshot{}), paths_);
+    session_.tell(stdout, node ? standing_text(*node, ports_, paths_.size(), painter_for(stdout))
                                : "What stands cannot be shown: not available on this platform\n");
-    session_.tell(stdout, statistics_view(counters, paint));
     result_.shown["paths_added"] = paths_.size();
-    result_.shown["node"] = standing_fields();
+    if (session_.json()) // it is large
+        result_.shown["node"] = document ? fields::parse(*document) : fields(nullptr);
+}
+
+bool node_from_file::show_counters()
+{
+    statistics counters = read_statistics(ports_, file_->pceps, session_.log());
+    session_.tell(stdout, statistics_view(counters, painter_for(stdout)));
     result_.shown["statistics"] = statistics_fields(counters);
     const bool whole = counters.failures.empty();
     tell_failures(std::move(counters.failures), "reading of counters");
     return whole;
+}
+
+bool node_from_file::watch(const watch_pace &pace)
+{
+    traffic_player traffic(file_->traffic);
+    redrawn_block block(stdout, is_terminal(stdout) && !session_.tracing());
+    const uint64_t end = pace.end.value_or(std::numeric_limits<uint64_t>::max());
+    statistics before = read_statistics(ports_, file_->pceps, session_.log(), counter_text::json);
+    while (before.failures.empty()) {
+        const uint64_t from = traffic.time();
+        traffic.pass(std::min(pace.step, end - from));
+        if (traffic.time() == from)
+            break;
+        statistics now = read_statistics(ports_, file_->pceps, session_.log(), counter_text::json);
+        if (now.failures.empty())
+            show_rates(rates_between(before, now, traffic.time() - from), traffic.time(), block);
+        before = std::move(now);
+        if (traffic.time() >= end || interrupted_within(pace.interval))
+            break;
+    }
+    result_.shown["watched"] = {{"nanoseconds", traffic.time()}};
+    const bool whole = before.failures.empty();
+    tell_failures(std::move(before.failures), "watch");
+    return whole;
+}
+
+void node_from_file::show_rates(const rates &shown, uint64_t time, redrawn_block &block)
+{
+    if (session_.json())
+        session_.stream({{"watch", rates_fields(shown, time)}});
+    else
+        block.draw(rates_view(shown, time, painter_for(stdout)));
 }
 
 bool node_from_file::down()
@@ -230,8 +269,36 @@ void node_from_file::tell_background_failures()
         session_.tell(stderr, fmt::format("    {}\n", to_text(entry)));
 }
 
+namespace
+{
+
+watch_pace pace_of(const arguments &given)
+{
+    using std::chrono::milliseconds;
+    watch_pace pace;
+    if (given.has("--interval"))
+        pace.interval = std::chrono::ceil<milliseconds>(std::chrono::nanoseconds(given.number<int64_t>("--interval")));
+    if (given.has("--step"))
+        pace.step = given.number<uint64_t>("--step");
+    if (given.has("--for"))
+        pace.end = given.number<uint64_t>("--for");
+    return pace;
+}
+
+bool show_in_motion(node_from_file &node, const watch_pace &pace)
+{
+    node.show_objects();
+    const bool watched = node.watch(pace);
+    return node.show_counters() && watched;
+}
+
+} // namespace
+
 result up(const invocation &asked, session &session)
 {
+    const bool watched = asked.given.has("--watch");
+    if (watched && !on_software_accelerator())
+        return refused("--watch does not apply: this platform is not the software accelerator");
     const std::string &name = asked.given.text("FILE");
     auto [file, errors] = load_node_file(name);
     if (!file)
@@ -241,7 +308,7 @@ result up(const invocation &asked, session &session)
     node_from_file node(std::move(file), session);
     const bool stands = node.up();
     const bool kept = !stands && asked.given.has("--keep") && node.keep();
-    const bool shown = stands && node.show();
+    const bool shown = stands && (watched ? show_in_motion(node, pace_of(asked.given)) : node.show());
     if ((stands || kept) && asked.given.has("--hold"))
         node.hold();
     if (kept)

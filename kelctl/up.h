@@ -4,16 +4,28 @@
 #include "kel/kel_core_ic_ebcom.h"
 #include "kelctl/bring_up.h"
 #include "kelctl/node_file.h"
+#include "kelctl/node_view.h"
+#include "kelctl/rates.h"
+#include "kelctl/redrawn_block.h"
 #include "kelctl/result.h"
 #include "kelctl/session.h"
 #include "kelctl/snapshot.h"
 
+#include <chrono>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <vector>
 
 namespace kelctl
 {
+
+// How fast a watch goes: real time from one step to the next, and virtual time that passes with each.
+struct watch_pace {
+    std::chrono::milliseconds interval{200};
+    uint64_t step = 200'000'000;   // nanoseconds, as is the end
+    std::optional<uint64_t> end{}; // none: Ctrl-C
+};
 
 // Tells people what it does as it does it, and keeps everything for the result.
 class node_from_file
@@ -26,6 +38,14 @@ public:
 
     // True when all of it could be read.
     bool show();
+
+    // The same in two parts.
+    void show_objects();
+    bool show_counters();
+
+    // Lets the file's traffic pass and shows rates at every step, until the time is up or Ctrl-C. True when all counters
+    // could be read. Only where there is virtual traffic, and after show_objects().
+    bool watch(const watch_pace &pace);
 
     // Leaves it as it is until Ctrl-C or SIGTERM.
     void hold();
@@ -41,6 +61,7 @@ public:
 
 private:
     bool make_steps();
+    void show_rates(const rates &shown, uint64_t time, redrawn_block &block);
     void tell_take_down(const take_down &done, const std::optional<snapshot> &left);
     void tell_failures(std::vector<failure> failures, std::string_view what);
     void tell_background_failures();
@@ -50,6 +71,7 @@ private:
     std::vector<kel_ebcom_path_config> paths_;
     size_t steps_before_paths_ = 0;
     std::unique_ptr<bring_up> node_;
+    port_knowledge ports_;
     bool stood_ = false;
     bool step_failed_ = false;
     result result_;

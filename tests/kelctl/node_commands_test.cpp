@@ -29,7 +29,7 @@ TEST(Check, SoundFileIsCountedAndNothingIsStarted)
 {
     const auto outcome = kelctl({"check", "examples/node.toml"}, {{"KEL_SOFTNODE_FAULTS", "kel_init_attach=3"}});
     EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(outcome.out, "paths             17\npceps             4\nmulticast groups  2\n");
+    EXPECT_EQ(outcome.out, "paths             17\npceps             4\nmulticast groups  2\ntraffic           7\n");
     EXPECT_EQ(outcome.err, "");
 }
 
