@@ -164,7 +164,7 @@ TEST(Graph, WithoutGraphvizSaysSo)
     const auto outcome = run_text("graph --format svg\n", {{"PATH", "/nowhere"}});
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.out, "");
-    EXPECT_THAT(outcome.err, StartsWith("kelctl: Graphviz's \"dot\" is not installed; "));
+    EXPECT_THAT(outcome.err, StartsWith("-:1: Graphviz's \"dot\" is not installed; "));
 }
 
 TEST(Graph, PngNeedsAFile)
