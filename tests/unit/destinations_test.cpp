@@ -6,9 +6,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <iterator>
 #include <map>
 #include <random>
-#include <ranges>
 #include <vector>
 
 namespace
@@ -91,7 +91,8 @@ TEST(Destinations, OneOnEveryPortIsFoundOnTheFirstOneLeft)
 {
     scheduler_tree_up();
     plain_registry expected;
-    for (const qos_port &each : std::views::reverse(qos_ports)) {
+    for (auto place = std::rbegin(qos_ports); place != std::rend(qos_ports); ++place) {
+        const qos_port &each = *place;
         for (int copy = 0; copy < 2; ++copy)
             ASSERT_EQ(add(unshaped(each.iell_port)), expected.add(each.iell_port, peer));
         ASSERT_EQ(queue_of(peer), expected.queue_of(peer));
