@@ -76,7 +76,7 @@ result change_shaper(const invocation &asked, session &session)
     ork_ebcom_pcep_path path{};
     result done = session.call(asked, Function, input("config", config), output("path", path));
     if (path.queue_hdl)
-        done.shown = {{"queue_handle", fmt::format("{}", path.queue_hdl)}};
+        done.shown = fields{{"queue_handle", fmt::format("{}", path.queue_hdl)}};
     return done;
 }
 
@@ -86,7 +86,7 @@ result look_up_handle(const invocation &asked, session &session)
     void *handle = nullptr;
     result done = session.call(asked, Function, input("dst_mac", asked.given.mac("MAC")), output("handle", handle));
     if (done.code == 0) {
-        done.shown = {{"handle", fmt::format("{}", handle)}};
+        done.shown = fields{{"handle", fmt::format("{}", handle)}};
         session.known.handles.insert(reinterpret_cast<uint64_t>(handle));
     }
     return done;

@@ -40,7 +40,7 @@ result laid_out(const invocation &asked, session &session, Function function, co
     const uint8_t format = asked.given.has("--format") ? asked.given.number<uint8_t>("--format") : text_table;
     result done = session.call(asked, function, keys..., text_output(buffer), value("format", format));
     done.text = buffer.data();
-    done.shown = {{"format", format}, {"text", *done.text}};
+    done.shown = fields{{"format", format}, {"text", *done.text}};
     if (fields counters = fields::parse(*done.text, nullptr, false); counters.is_object())
         done.shown["counters"] = std::move(counters);
     return done;
@@ -123,13 +123,13 @@ template <uint32_t (*Function)(uint32_t, pcep_stats *)> result pcep_record(const
     pcep_stats stats{};
     result done = session.call(asked, Function, value("pcep_id", asked.given.id("ID")), output("stats", stats));
     if (done.code == 0)
-        done.shown = {{"in_cnt0", uint64_t{stats.in_cnt0}},   {"in_word4", uint32_t{stats.in_word4}},
-                      {"in_word0", uint32_t{stats.in_word0}}, {"in_word5", uint32_t{stats.in_word5}},
-                      {"in_word1", uint32_t{stats.in_word1}}, {"in_word2", uint32_t{stats.in_word2}},
-                      {"in_cnt1", uint64_t{stats.in_cnt1}},   {"in_word3", uint32_t{stats.in_word3}},
-                      {"in_word6", uint32_t{stats.in_word6}}, {"in_cnt2", uint64_t{stats.in_cnt2}},
-                      {"in_cnt3", uint64_t{stats.in_cnt3}},   {"out_cnt0", uint64_t{stats.out_cnt0}},
-                      {"out_cnt1", uint64_t{stats.out_cnt1}}};
+        done.shown = fields{{"in_cnt0", uint64_t{stats.in_cnt0}},   {"in_word4", uint32_t{stats.in_word4}},
+                            {"in_word0", uint32_t{stats.in_word0}}, {"in_word5", uint32_t{stats.in_word5}},
+                            {"in_word1", uint32_t{stats.in_word1}}, {"in_word2", uint32_t{stats.in_word2}},
+                            {"in_cnt1", uint64_t{stats.in_cnt1}},   {"in_word3", uint32_t{stats.in_word3}},
+                            {"in_word6", uint32_t{stats.in_word6}}, {"in_cnt2", uint64_t{stats.in_cnt2}},
+                            {"in_cnt3", uint64_t{stats.in_cnt3}},   {"out_cnt0", uint64_t{stats.out_cnt0}},
+                            {"out_cnt1", uint64_t{stats.out_cnt1}}};
     return done;
 }
 

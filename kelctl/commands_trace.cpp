@@ -53,7 +53,7 @@ result format_message(const invocation &asked, session &session)
         return 0u;
     });
     done.text = message;
-    done.shown = {{"message", message}};
+    done.shown = fields{{"message", message}};
     return done;
 }
 

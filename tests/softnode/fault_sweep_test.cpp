@@ -209,10 +209,10 @@ TEST_F(FaultSweep, TheFaultIsOverWhenTheCallerCleansUp)
 TEST_F(FaultSweep, FindsWhatIsMissing)
 {
     const json report = sweep(careless);
-    EXPECT_EQ(report["undisturbed"]["left"], json({item("scheduler", "1"), item("scheduler", "2")}));
+    EXPECT_EQ(report["undisturbed"]["left"], json::array({item("scheduler", "1"), item("scheduler", "2")}));
     const json run = run_with(report, "ork_qos_scheduler_create", 2, -1, false);
     EXPECT_EQ(run["left"], json::array());
-    EXPECT_EQ(run["missing"], json({item("scheduler", "2")}));
+    EXPECT_EQ(run["missing"], json::array({item("scheduler", "2")}));
 }
 
 TEST_F(FaultSweep, FindsWhatIsLeft)
@@ -228,7 +228,7 @@ TEST_F(FaultSweep, FindsWhatIsLeft)
     const json report = sweep(forgetful);
     EXPECT_EQ(report["undisturbed"]["left"], json::array());
     EXPECT_EQ(run_with(report, "ork_qos_scheduler_create", 1, -1, false)["left"], json::array());
-    EXPECT_EQ(run_with(report, "ork_qos_scheduler_create", 2, -1, false)["left"], json({item("scheduler", "1")}));
+    EXPECT_EQ(run_with(report, "ork_qos_scheduler_create", 2, -1, false)["left"], json::array({item("scheduler", "1")}));
 }
 
 TEST_F(FaultSweep, TellsASingleFailureFromALastingOne)
@@ -286,7 +286,7 @@ TEST_F(FaultSweep, EveryRunHasANodeJustSwitchedOnWithoutFaultRules)
     ASSERT_EQ(add_faults("kel_init_attach=77"), "");
     const json report = sweep(careless);
     EXPECT_EQ(report["undisturbed"]["result"], 0);
-    EXPECT_EQ(report["undisturbed"]["left"], json({item("scheduler", "1"), item("scheduler", "2")}));
+    EXPECT_EQ(report["undisturbed"]["left"], json::array({item("scheduler", "1"), item("scheduler", "2")}));
 }
 
 TEST_F(FaultSweep, LeavesTheCallersNodeAndProcessAsTheyWere)
@@ -323,13 +323,13 @@ TEST_F(FaultSweepThreads, AreWaitedForUntilTheyRestOrEnd)
     const json report = sweep(with_a_thread());
     const json waiting = item("timing connection", "waiting");
     const json ended = item("timing connection", "ended");
-    EXPECT_EQ(report["undisturbed"]["left"], json({waiting}));
+    EXPECT_EQ(report["undisturbed"]["left"], json::array({waiting}));
     EXPECT_EQ(run_with(report, "kel_init_attach", 1, 3, false, 0)["missing"], json::array());
-    EXPECT_EQ(run_with(report, "kel_init_attach", 1, 3, false, 1)["missing"], json({waiting}));
+    EXPECT_EQ(run_with(report, "kel_init_attach", 1, 3, false, 1)["missing"], json::array({waiting}));
     EXPECT_EQ(run_with(report, "kel_init_attach", 1, 3, false, 1)["left"], json::array());
     const json run = run_with(report, "vorn_tu_wait_event", 1, -5, false, 1);
-    EXPECT_EQ(run["left"], json({ended}));
-    EXPECT_EQ(run["missing"], json({waiting}));
+    EXPECT_EQ(run["left"], json::array({ended}));
+    EXPECT_EQ(run["missing"], json::array({waiting}));
 }
 
 TEST_F(FaultSweepThreads, ReportTheSameAgain)
