@@ -263,8 +263,8 @@ std::string zsh_tables()
     }
     for (const command *row : program_commands())
         arguments.add(row->name, zsh_arguments(*row));
-    return "typeset -gA _kelctl_next _kelctl_described _kelctl_arguments\n" + next.written() + described.written() +
-           arguments.written();
+    return fmt::format("typeset -gA _kelctl_next _kelctl_described _kelctl_arguments\n{}{}{}", next.written(),
+                       described.written(), arguments.written());
 }
 
 } // namespace

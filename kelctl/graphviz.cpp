@@ -64,7 +64,7 @@ private:
 int run_dot(const std::string &format, const std::array<int, 3> &streams, int &status)
 {
     std::string program = "dot";
-    std::string option = "-T" + format;
+    std::string option = fmt::format("-T{}", format);
     const std::array<char *, 3> arguments = {program.data(), option.data(), nullptr};
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);

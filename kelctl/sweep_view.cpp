@@ -76,7 +76,7 @@ private:
 
 std::string outcome_text(const sweep_run &run, reasons &reasons)
 {
-    const std::string items = run.left.empty() ? "" : ": " + items_text(run.left_items);
+    const std::string items = run.left.empty() ? "" : fmt::format(": {}", items_text(run.left_items));
     return fmt::format("{}{}{}", name_of(run.came_out), reasons.marks_of(run), items);
 }
 
@@ -155,7 +155,7 @@ std::string sweep_view(const sweep_report &report, const painter &paint)
     for (const row &one : rows)
         text += row_text(one, width, paint);
     if (const std::string list = reasons.list(); !list.empty())
-        text += "\n" + list;
+        text += fmt::format("\n{}", list);
     return text + "\n" + tally_text(report);
 }
 

@@ -33,5 +33,21 @@ TEST(FileText, UnreadableOrEndlessOnesAreProblemsWithoutAPlace)
     }
 }
 
+TEST(FileText, WrittenFileHoldsTheTextAlone)
+{
+    const std::string file = testing::TempDir() + "file_text_test";
+    EXPECT_FALSE(write_file(file, "longer than what comes"));
+    EXPECT_FALSE(write_file(file, std::string_view("a\0b", 3)));
+    problem_list problems;
+    EXPECT_EQ(text_of_file(file, problems), std::string("a\0b", 3));
+    std::remove(file.c_str());
+}
+
+TEST(FileText, FileThatCannotBeWrittenSaysWhy)
+{
+    EXPECT_EQ(write_file("/nowhere/file", "text"), "cannot be written: No such file or directory");
+    EXPECT_EQ(write_file("/dev/full", "text"), "cannot be written: No space left on device");
+}
+
 } // namespace
 } // namespace kelctl
