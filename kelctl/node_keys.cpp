@@ -50,14 +50,23 @@ constexpr node_key multicast[] = {
 };
 
 constexpr node_key traffic[] = {
-    {"to", "address of a path, or local address of a PCEP", "the destination", "from tells the sender"},
-    {"from", "id of a PCEP or a group", "the sender; a group sends to each of its members", "to tells the destination"},
+    {.name = "to",
+     .value = "address of a path, or local address of a PCEP",
+     .help = "the destination",
+     .instead = "from"},
+    {.name = "from",
+     .value = "id of a PCEP or a group",
+     .help = "the sender: a PCEP sends to its remote address, a group to that of each member",
+     .instead = "to"},
     {"octets", frame_length_range.text, "length of a frame"},
-    {"rate", "kbit/s, or a text with a unit: kbit/s, Mbit/s, Gbit/s", "how much there is", "frames_per_second tells"},
-    {"frames_per_second", "1 to 4294967295", "how many there are", "rate tells"},
+    {.name = "rate",
+     .value = "kbit/s, or a text with a unit: kbit/s, Mbit/s, Gbit/s",
+     .help = "how much there is",
+     .instead = "frames_per_second"},
+    {.name = "frames_per_second", .value = "1 to 4294967295", .help = "how many there are", .instead = "rate"},
     {"burst", "1 to 1000000 frames", "so many come at once, the more seldom", "1"},
-    {"start", "a whole number of ns, us, ms or s, as a text",
-     "when the first ones come, counted from the beginning of the watch", "at once"},
+    {"start", "a text with a unit: ns, us, ms, s", "when the first ones come, counted from the beginning of the watch",
+     "at once"},
     {"stop", "as for start", "when no more come", "never"},
 };
 

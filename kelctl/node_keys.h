@@ -13,6 +13,7 @@ struct node_key {
     std::string_view value; // what it may be
     std::string_view help;
     std::string_view otherwise = {}; // what counts when it is left out; empty: it may not be
+    std::string_view instead = {};   // the key that has to be there when this one is not, and must not be when it is
 };
 
 struct node_table {

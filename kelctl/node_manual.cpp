@@ -42,14 +42,19 @@ vlan = 100
 id = 300
 members = [7])";
 
+std::string without(const node_key &key)
+{
+    if (!key.instead.empty())
+        return fmt::format("Either this or {} has to be given.", key.instead);
+    return key.otherwise.empty() ? "Has to be given." : fmt::format("Without it: {}.", key.otherwise);
+}
+
 void add_table(roff_page &page, const node_table &table)
 {
     page.subsection(table.heading);
     page.text(table.help);
-    for (const auto &[name, value, help, otherwise] : table.keys)
-        page.item(name,
-                  fmt::format("{}.\nValue: {}.\n{}", help, value,
-                              otherwise.empty() ? "Has to be given." : fmt::format("Without it: {}.", otherwise)));
+    for (const node_key &key : table.keys)
+        page.item(key.name, fmt::format("{}.\nValue: {}.\n{}", key.help, key.value, without(key)));
 }
 
 } // namespace
