@@ -53,6 +53,7 @@ std::string enumeration(std::string_view lead, std::vector<std::string> parts)
 std::string undone_text(const std::vector<undone_step> &undone)
 {
     std::vector<product> products;
+    products.reserve(undone.size());
     for (const undone_step &step : undone)
         products.push_back(step.made);
     std::vector<std::string> parts;

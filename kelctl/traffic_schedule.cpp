@@ -6,8 +6,8 @@ namespace kelctl
 namespace
 {
 
-constexpr uint64_t second = 1'000'000'000;            // nanoseconds
-constexpr uint64_t octet_at_one_kbit = 8 * 1'000'000; // nanoseconds
+constexpr uint64_t second = 1'000'000'000;        // nanoseconds
+constexpr uint64_t octet_at_one_kbit = 8'000'000; // nanoseconds
 
 // The time between two offerings: nanoseconds / parts.
 struct interval {
