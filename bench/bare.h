@@ -1,6 +1,6 @@
-// The measure of the library's own cost: for each operation the outside calls that it has to make, with the records that
-// they are given, the GLib tables that it has to keep and the text that it has to make, called directly and in the same
-// order. No checks, no traces, no registry, no look-up of what goes where.
+// The measure of the library's own cost: for each operation the outside calls that it has to make, with the records
+// that they are given, the GLib tables that it has to keep and the text that it has to make, called directly and in
+// the same order. No checks, no traces, no registry, no look-up of what goes where.
 #pragma once
 
 #include "kel/kel_core_ic_ebcom.h"

@@ -1,8 +1,10 @@
-// How a cost grows with the paths that stand: "growth/OPERATION/PORTS/N" with N of them, on one port or spread over all. The
-// counter "ratio" is the time over that of a fixed piece of work, so that figures with different N can be compared; "octets" is the
-// heap memory that each of the N takes.
-// Adding and removing are timed in small batches, so that the one can be undone untimed after the other. "count table" is
-// the part of a path's cost that the count of its destination takes, the same with or without a library around it.
+// How a cost grows with the paths that stand: "growth/OPERATION/PORTS/N" with N of them, on one port or spread over
+// all. The counter "ratio" is the time over that of a fixed piece of work, so that figures with different N can be
+// compared; "octets" is the heap memory that each of the N takes.
+//
+// Adding and removing are timed in small batches, so that the one can be undone untimed after the other. "count
+// table" is the part of a path's cost that the count of its destination takes, the same with or without a library
+// around it.
 #include "bare.h"
 #include "benchmarks.h"
 #include "turns.h"
@@ -34,7 +36,6 @@ kel_ebcom_path_config path_number(size_t number, int32_t port)
 
 // What is added and removed.
 struct subject {
-    const char *name;
     void (*set_up)();
     void (*add)(const kel_ebcom_path_config &path);
     void (*remove)(const kel_ebcom_path_config &path);
@@ -42,7 +43,6 @@ struct subject {
 };
 
 constexpr subject paths = {
-    "path",
     [] { kel_ic_ebcom_init_qos(); },
     [](const kel_ebcom_path_config &path) { kel_core_ic_ebcom_path_add(&path); },
     [](const kel_ebcom_path_config &path) { kel_core_ic_ebcom_path_rem(&path); },
@@ -61,7 +61,6 @@ struct mac_text {
 };
 
 constexpr subject count_table = {
-    "count table",
     [] { counts = g_hash_table_new_full(g_str_hash, g_str_equal, g_free, nullptr); },
     [](const kel_ebcom_path_config &path) {
         const mac_text mac(path);

@@ -1,5 +1,6 @@
-// What it costs to load the library, against its dependencies alone: the time, in turns, each in a process of its own that
-// has nothing loaded yet; and the memory that is then the process's own. Prints one JSON object. To be run by bench/run.
+// What it costs to load the library, against its dependencies alone: the time, in turns, each in a process of its own
+// that has nothing loaded yet; and the memory that is then the process's own. Prints one JSON object. To be run by
+// bench/run.
 //
 //     load_probe LIBRARY DEPENDENCY...
 #include <dlfcn.h>

@@ -1,5 +1,5 @@
-// The closed libraries with nothing behind them: every function returns success at once, so that what is measured above
-// them is the library's own cost. Outputs are written only where the library could not go on without them.
+// The closed libraries with nothing behind them: every function returns success at once, so that what is measured
+// above them is the library's own cost. Outputs are written only where the library could not go on without them.
 #include "platform/kei_util.h"
 #include "platform/kel_fmt.h"
 #include "platform/kel_init.h"
@@ -216,8 +216,8 @@ extern "C" char *macAddr2str(char *text, const uint8_t *mac)
 
 // ---- The timing unit ----
 
-// Not there: a timestamp thread ends as soon as it has started. It would wait for events otherwise, and every measured
-// start would leave one more of them behind.
+// Not there: a timestamp thread ends as soon as it has started. It would wait for events otherwise, and every
+// measured start would leave one more of them behind.
 extern "C" int32_t vorn_tu_init(void **)
 {
     return -1;

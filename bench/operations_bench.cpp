@@ -1,5 +1,5 @@
-// "operation/..." for every exported operation, tracing off: its time through the library, and as the counter "ratio" that
-// time over the time of the bare calls.
+// "operation/..." for every exported operation, tracing off: its time through the library, and as the counter "ratio"
+// that time over the time of the bare calls.
 #include "benchmarks.h"
 #include "operations.h"
 #include "turns.h"

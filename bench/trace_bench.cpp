@@ -1,6 +1,6 @@
 // "trace/..." with the counter "ratio": a trace statement over something else, both timed in turns. While no session
-// records, against an empty loop and the tracer's own statement; "trace/recorded", which is for a process that a session
-// records, against the tracer's printf.
+// records, against an empty loop and the tracer's own statement; "trace/recorded", which is for a process that a
+// session records, against the tracer's printf.
 #include "benchmarks.h"
 #include "src/call_frame.h"
 #include "turns.h"

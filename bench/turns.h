@@ -1,5 +1,5 @@
-// Two pieces of work timed in turns of well under a millisecond, so that whatever else the machine does falls on both, and
-// the median over the turns of the first one's time over the second one's.
+// Two pieces of work timed in turns of well under a millisecond, so that whatever else the machine does falls on
+// both, and the median over the turns of the first one's time over the second one's.
 #pragma once
 
 #include <algorithm>

@@ -10,8 +10,8 @@ namespace
 
 constexpr size_t mac_size = 6;
 
-// One path's copy of its MAC address. The copies of one address on one port are a ring, in which the newest is followed by
-// the oldest.
+// One path's copy of its MAC address. The copies of one address on one port are a ring, in which the newest is
+// followed by the oldest.
 struct destination {
     void *mac; // on the heap, exactly 6 octets
     size_t port;
@@ -22,8 +22,8 @@ struct destination {
 // By MAC address, the newest destination on its lowest port.
 GHashTable *destinations;
 
-// The key is the MAC address itself, as a number. Put together from two words: written octet by octet and then read as one
-// word, it would have to be waited for.
+// The key is the MAC address itself, as a number. Put together from two words: written octet by octet and then read
+// as one word, it would have to be waited for.
 gpointer key_of(const uint8_t *mac)
 {
     uint16_t high;

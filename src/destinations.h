@@ -1,5 +1,6 @@
-// The destinations of all paths: which MAC address stands on which port, and how often. Every path keeps a heap copy of
-// its MAC address. What adding, removing and looking up cost does not depend on how many there are, of one address either.
+// The destinations of all paths: which MAC address stands on which port, and how often. Every path keeps a heap copy
+// of its MAC address. What adding, removing and looking up cost does not depend on how many there are, of one address
+// either.
 //
 // A port is told by its number in the order in which ports are searched. Nothing here traces.
 #pragma once

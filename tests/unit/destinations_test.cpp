@@ -1,4 +1,5 @@
-// The destinations of all ports together, through the operations that keep them: what stands where after many changes.
+// The destinations of all ports together, through the operations that keep them: what stands where after many
+// changes.
 #include "scripted_platform.h"
 #include "shaper_requests.h"
 #include "transcript.h"
@@ -14,7 +15,8 @@
 namespace
 {
 
-// What the library should know, in the plainest form: per port its queue, and its destinations in the order of adding.
+// What the library should know, in the plainest form: per port its queue, and its destinations in the order of
+// adding.
 class plain_registry
 {
 public:
