@@ -45,13 +45,32 @@ struct call_site {
 
 #define HERE (::kel::call_site{__FILE_NAME__ ":" lttng_ust_stringify(__LINE__), trace_domain, __func__})
 
+// The part of a statement that an enabled event takes, out of line: the tracer's macro would otherwise fill every
+// function that traces.
+#define FIRING(provider, event)                                                                                        \
+    [[gnu::cold, gnu::noinline]] inline void fire_##provider##_##event(const char *location, const char *domain,       \
+                                                                       const char *message)                            \
+    {                                                                                                                  \
+        lttng_ust_do_tracepoint(provider, event, location, domain, message);                                           \
+    }
+FIRING(com_vantorix_ob_kel_ic, FN_ENTER)
+FIRING(com_vantorix_ob_kel_ic, FN_EXIT)
+FIRING(com_vantorix_ob_kel_ic, FN_PARAM)
+FIRING(com_vantorix_ob_kel_ic, API_CALL)
+FIRING(com_vantorix_ob_kel_ic, ERROR)
+FIRING(com_vantorix_ob_kel_ic, EXCEPTION)
+FIRING(com_vantorix_ob_kel_ic, INFO)
+FIRING(com_vantorix_ob_kel_ic, LAB)
+FIRING(com_vantorix_ob_kel_init, EXCEPTION)
+#undef FIRING
+
 // The statement behind all others: an event of a provider, fired for a site.
 #define FIRE(provider, event, site, ...)                                                                               \
     do {                                                                                                               \
         if (lttng_ust_tracepoint_enabled(provider, event)) {                                                           \
             const ::kel::call_site from = site;                                                                        \
-            lttng_ust_do_tracepoint(provider, event, from.location, from.domain,                                       \
-                                    kel_trace_internal_format_str("%s(): ", from.function, __VA_ARGS__));              \
+            ::kel::fire_##provider##_##event(from.location, from.domain,                                               \
+                                             kel_trace_internal_format_str("%s(): ", from.function, __VA_ARGS__));     \
         }                                                                                                              \
     } while (false)
 
@@ -60,23 +79,24 @@ struct call_site {
 #define TRACE_AT(site, event, ...) FIRE(com_vantorix_ob_kel_ic, event, site, __VA_ARGS__)
 
 // FN_ENTER here, FN_EXIT on every way out of the block.
-#define TRACE_FUNCTION() const ::kel::function_frame traced_function(HERE)
+#define TRACE_FUNCTION() ::kel::function_frame traced_function(HERE)
 
+// Not const, nor is what it holds: the compiler would keep a const one in memory.
 class function_frame
 {
 public:
     [[gnu::always_inline]] explicit function_frame(call_site site) : site_(site)
     {
         if (lttng_ust_tracepoint_enabled(com_vantorix_ob_kel_ic, FN_ENTER))
-            lttng_ust_do_tracepoint(com_vantorix_ob_kel_ic, FN_ENTER, site_.location, site_.domain,
-                                    kel_trace_internal_format_str("%s()", site_.function, no_body));
+            fire_com_vantorix_ob_kel_ic_FN_ENTER(site_.location, site_.domain,
+                                                 kel_trace_internal_format_str("%s()", site_.function, no_body));
     }
 
     [[gnu::always_inline]] ~function_frame()
     {
         if (lttng_ust_tracepoint_enabled(com_vantorix_ob_kel_ic, FN_EXIT))
-            lttng_ust_do_tracepoint(com_vantorix_ob_kel_ic, FN_EXIT, site_.location, site_.domain,
-                                    kel_trace_internal_format_str("%s()", site_.function, no_body));
+            fire_com_vantorix_ob_kel_ic_FN_EXIT(site_.location, site_.domain,
+                                                kel_trace_internal_format_str("%s()", site_.function, no_body));
     }
 
     function_frame(const function_frame &) = delete;
@@ -85,7 +105,7 @@ public:
 private:
     static constexpr const char *no_body = nullptr;
 
-    const call_site site_;
+    call_site site_;
 };
 
 // ---- Reports of what failed ----

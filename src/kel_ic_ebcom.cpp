@@ -170,7 +170,8 @@ uint32_t set_ork_path_attr(const kel_ebcom_path_config &config, const mac_text &
     return KEL_RC_OK;
 }
 
-void trace_path_config(call_site site, const kel_ebcom_path_config &config, const mac_text &mac)
+[[gnu::always_inline]] inline void trace_path_config(call_site site, const kel_ebcom_path_config &config,
+                                                     const mac_text &mac)
 {
     TRACE_AT(site, FN_PARAM,
              "dst_mac = %s, shaping_enabled = %u, iell_port = %i (%s), shaping_rate = %u, buffer_threshold = %u, "
@@ -180,8 +181,9 @@ void trace_path_config(call_site site, const kel_ebcom_path_config &config, cons
 }
 
 // The create and the delete of a path are announced alike.
-void trace_path_call(call_site site, const char *callee, const kel_ebcom_path_config &config, const mac_text &mac,
-                     const ork_ebcom_pcep_path &path, uint32_t location)
+[[gnu::always_inline]] inline void trace_path_call(call_site site, const char *callee,
+                                                   const kel_ebcom_path_config &config, const mac_text &mac,
+                                                   const ork_ebcom_pcep_path &path, uint32_t location)
 {
     TRACE_AT(site, API_CALL, "%s(pcepType=%d, macAddr=%s(%s), eioaPort=%d%s, shaping_enabled=%d, queue_hdl=%p)", callee,
              path.pcepType, mac.text, kel_location_name(location), path.eioaPort,

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 
 namespace
 {
@@ -13,14 +14,31 @@ constexpr int prefix_limit = 256; // with the terminator
 // Reused by every message of its thread and never cleared: a message with neither prefix nor body shows the one before.
 thread_local char message[1024];
 
+// As much of the text as there is room for. Gives the place behind it.
+char *append(char *place, const char *end, const char *text)
+{
+    const size_t length = strnlen(text, static_cast<size_t>(end - place));
+    memcpy(place, text, length);
+    return place + length;
+}
+
+// Gives the prefix's length. Every prefix of ours is "%s" and more text, which is quicker copied than formatted.
+int write_prefix(const char *format, const char *argument)
+{
+    if (strncmp(format, "%s", 2) != 0 || strchr(format + 2, '%'))
+        return std::clamp(snprintf(message, prefix_limit, format, argument), 0, prefix_limit - 1);
+    const char *end = message + prefix_limit - 1;
+    char *terminator = append(append(message, end, argument), end, format + 2);
+    *terminator = '\0';
+    return static_cast<int>(terminator - message);
+}
+
 } // namespace
 
 extern "C" char *kel_trace_internal_vformat_str(const char *prefix_format, const char *prefix_arg,
                                                 const char *body_format, va_list values)
 {
-    int prefix_length = 0;
-    if (prefix_arg)
-        prefix_length = std::clamp(snprintf(message, prefix_limit, prefix_format, prefix_arg), 0, prefix_limit - 1);
+    const int prefix_length = prefix_arg ? write_prefix(prefix_format, prefix_arg) : 0;
     if (body_format)
         vsnprintf(message + prefix_length, sizeof message - static_cast<size_t>(prefix_length), body_format, values);
     return message;

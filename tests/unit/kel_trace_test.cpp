@@ -50,6 +50,23 @@ TEST(Formatter, PrefixIsCutAt255CharactersAndTheBodyFollows)
     }
 }
 
+TEST(Formatter, PrefixIsCutInTheTextBehindItsArgumentToo)
+{
+    for (const size_t length : {251U, 252U, 253U, 254U, 255U}) {
+        const std::string argument(length, 'p');
+        EXPECT_EQ(format("%s(): ", argument.c_str(), "body"), (argument + "(): ").substr(0, 255) + "body") << length;
+    }
+}
+
+TEST(Formatter, PrefixMayHaveAnyFormat)
+{
+    EXPECT_EQ(format("[%s] ", "one", "body"), "[one] body");
+    EXPECT_EQ(format("%6s: ", "one", "body"), "   one: body");
+    EXPECT_EQ(format("%s%%", "one", "body"), "one%body");
+    EXPECT_EQ(format("", "one", "body"), "body");
+    EXPECT_EQ(format("%s", "", "body"), "body");
+}
+
 TEST(Formatter, BodyIsCutAtTheEndOfTheBuffer)
 {
     for (const size_t length : {1020U, 1021U, 1022U, 5000U}) {
