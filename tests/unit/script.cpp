@@ -57,6 +57,14 @@ void fail_on_thread(const std::string &function, int64_t result, uint32_t call, 
     add_rule(the_script().threads, function, result, call, times);
 }
 
+void renew()
+{
+    const std::lock_guard lock(the_script().mutex);
+    the_script().main = {};
+    the_script().threads = {};
+    the_script().records.clear();
+}
+
 std::optional<int64_t> next_result(const char *function)
 {
     const std::lock_guard lock(the_script().mutex);

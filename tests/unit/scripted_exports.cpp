@@ -45,7 +45,7 @@ template <typename Function> void find_real(const char *name, Function &function
 
 } // namespace
 
-void scripted::classify_as(uint32_t location)
+void scripted::classify_as(std::optional<uint32_t> location)
 {
     chosen_location = location;
 }

@@ -14,6 +14,7 @@
 #include "platform/vorn_tu.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -39,6 +40,9 @@ void fail(const std::string &function, int64_t result, uint32_t call = 1, uint32
 // The same for the calls that the timestamp threads make, all of them counted together.
 void fail_on_thread(const std::string &function, int64_t result, uint32_t call = 1, uint32_t times = 1);
 
+// Forgets what was said to fail, and all calls and records so far: counting begins again.
+void renew();
+
 // How often the function was called, on any thread.
 uint32_t calls_of(const std::string &function);
 
@@ -54,8 +58,8 @@ std::vector<octets> records_of(const std::string &function);
 // Fills the stack that the next call will use, so that a record in there is zero only where it was made so.
 void soil_stack();
 
-// What every MAC address is classified as from now on.
-void classify_as(uint32_t location);
+// What every MAC address is classified as from now on; nothing: as the library does it.
+void classify_as(std::optional<uint32_t> location);
 
 // What ork_qos_queue_get() fills in from now on; {0, 0, unshaped} at first.
 void set_queue_record(const ork_qos_queue &record);

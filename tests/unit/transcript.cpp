@@ -210,11 +210,17 @@ void expect(const std::string &expected)
     expect_equal(take(), expected);
 }
 
-void wait_for_end_of_thread(size_t n)
+void wait_until_thread_ended(size_t n)
 {
     std::unique_lock lock(all().mutex);
     const auto ended = [n] { return n < all().threads.size() && all().threads[n].ended; };
     ASSERT_TRUE(all().changed.wait_for(lock, std::chrono::seconds(60), ended)) << "thread " << n << " goes on";
+}
+
+void wait_for_end_of_thread(size_t n)
+{
+    ASSERT_NO_FATAL_FAILURE(wait_until_thread_ended(n));
+    std::unique_lock lock(all().mutex);
     const pthread_t thread = all().threads[n].thread;
     lock.unlock();
     EXPECT_EQ(pthread_join(thread, nullptr), 0) << "thread " << n << " was not left to be joined";

@@ -47,6 +47,9 @@ void expect(const std::string &expected);
 // Compares any transcript with an expected one.
 void expect_equal(const std::string &actual, const std::string &expected);
 
+// Waits until the n-th other thread has ended; a test failure when it does not end.
+void wait_until_thread_ended(size_t n);
+
 // Waits until the n-th other thread has ended, and joins it, as the library never does; a test failure when it does not
 // end.
 void wait_for_end_of_thread(size_t n);
