@@ -83,12 +83,12 @@ struct fault {
 
 struct step {
     operation what = operation::capabilities_get;
-    kel_ebcom_path_config path = {};       // of a look-up and of statistics: its MAC alone
+    kel_ebcom_path_config path = {}; // of a look-up and of statistics: its MAC alone
     kel_pcep_config pcep = {};
-    uint32_t id = 0;                       // PCEP or group; first of two parameters
-    uint32_t other_id = 0;                 // member; second of two parameters
-    uint32_t format = 0;                   // also what the two bytes of settings are made from
-    uint32_t length = 512;                 // of the text buffer
+    uint32_t id = 0;       // PCEP or group; first of two parameters
+    uint32_t other_id = 0; // member; second of two parameters
+    uint32_t format = 0;   // also what the two bytes of settings are made from
+    uint32_t length = 512; // of the text buffer
     vorn_tu_nputimeoffset reading = {};
     vorn_tu_event event = {};              // a failure has its code in the type
     ork_qos_queue queue = {};              // what the driver kit says of every queue
