@@ -237,7 +237,8 @@ uint32_t model::path_attributes(const kel_ebcom_path_config &path, octets &recor
         tell_.require(classified(path.dst_mac, location, type), "kel_ic_pcep_get_location_and_type_from_branch");
         if (location == 0 || location >= 5) {
             tell_.record_in("GENERAL", "ERROR",
-                            format("dst_mac=%s: Unsupported location=%u", text_of_mac(path.dst_mac).c_str(), location));
+                            format("dst_mac=%s: Unsupported location=%d", text_of_mac(path.dst_mac).c_str(),
+                                   static_cast<int32_t>(location)));
             tell_.refuse(3, "Unknown location");
         }
         static const uint8_t types[] = {0, 1, 2, 2, 0};
