@@ -228,7 +228,8 @@ TEST_F(FaultSweep, FindsWhatIsLeft)
     const json report = sweep(forgetful);
     EXPECT_EQ(report["undisturbed"]["left"], json::array());
     EXPECT_EQ(run_with(report, "ork_qos_scheduler_create", 1, -1, false)["left"], json::array());
-    EXPECT_EQ(run_with(report, "ork_qos_scheduler_create", 2, -1, false)["left"], json::array({item("scheduler", "1")}));
+    EXPECT_EQ(run_with(report, "ork_qos_scheduler_create", 2, -1, false)["left"],
+              json::array({item("scheduler", "1")}));
 }
 
 TEST_F(FaultSweep, TellsASingleFailureFromALastingOne)
