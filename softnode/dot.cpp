@@ -48,14 +48,16 @@ std::string tagged(const Words &words)
 
 std::string quoted(std::string_view name)
 {
-    return "\"" + std::string(name) + "\"";
+    return std::string("\"").append(name).append("\"");
 }
 
 /* Edges leave a box at its right and reach the next one at its left. */
 std::string end_text(const DotEnd &end, const char *side)
 {
-    const std::string port = end.port.empty() ? std::string() : ":" + quoted(end.port);
-    return quoted(end.node) + port + ":" + side;
+    std::string text = quoted(end.node);
+    if (!end.port.empty())
+        text.append(":").append(quoted(end.port));
+    return text.append(":").append(side);
 }
 
 std::string entity(char character)

@@ -96,7 +96,7 @@ std::string read_fault_text(std::string_view text, std::vector<FaultRule> &rules
     const auto bad = read_lines(text, rules);
     if (!bad)
         return {};
-    return "\"" + std::string(bad->rule) + "\": " + bad->problem.what;
+    return std::string("\"").append(bad->rule).append("\": ").append(bad->problem.what);
 }
 
 std::string read_fault_file(const std::string &file, std::vector<FaultRule> &rules)
