@@ -13,29 +13,26 @@ namespace
 {
 
 constexpr size_t shortest_shown = 200;
-constexpr size_t lines = 10;
 constexpr size_t redraws = 100;
 
-// Whether `done` is where another of so many parts is complete.
-bool completes_part(size_t done, size_t total, size_t parts)
+bool completes_part(size_t done, size_t total)
 {
-    return done * parts / total != (done - 1) * parts / total;
+    return done * redraws / total != (done - 1) * redraws / total;
 }
 
 } // namespace
 
 progress::progress(std::string what, size_t total, std::FILE *stream, bool redrawn)
-    : what_(std::move(what)), total_(total), stream_(stream), redrawn_(redrawn)
+    : what_(std::move(what)), total_(redrawn ? total : 0), stream_(stream)
 {
 }
 
 void progress::show(size_t done)
 {
-    if (total_ < shortest_shown || !completes_part(done, total_, redrawn_ ? redraws : lines))
+    if (total_ < shortest_shown || !completes_part(done, total_))
         return;
-    const std::string text = fmt::format("{} {}/{}", what_, done, total_);
-    write(stream_, redrawn_ ? "\r" + text : text + "\n");
-    in_line_ = redrawn_;
+    write(stream_, fmt::format("\r{} {}/{}", what_, done, total_));
+    in_line_ = true;
     if (done == total_)
         leave_line();
 }

@@ -1,4 +1,4 @@
-// How far a long job is: one line drawn over and over on a terminal, a line for every tenth of the job elsewhere.
+// How far a long job is: one line, drawn over and over on a terminal. Elsewhere nobody waits for it.
 #pragma once
 
 #include <cstddef>
@@ -11,7 +11,8 @@ namespace kelctl
 class progress
 {
 public:
-    // Short jobs show nothing. `redrawn` is for a terminal that nothing else writes to meanwhile.
+    // Short jobs show nothing. `redrawn` tells that the stream is a terminal, which nothing else writes to meanwhile;
+    // without it nothing is shown either.
     progress(std::string what, size_t total, std::FILE *stream, bool redrawn);
 
     // Call it for every number from 1 to the total.
@@ -22,9 +23,8 @@ public:
 
 private:
     std::string what_;
-    size_t total_;
+    size_t total_; // 0 where nothing is shown
     std::FILE *stream_;
-    bool redrawn_;
     bool in_line_ = false;
 };
 
