@@ -40,8 +40,8 @@ std::vector<command> whole_table()
 {
     std::vector<command> all;
     for (const auto &family :
-         {node_commands, session_commands, ebcom_commands, path_commands, pcep_commands, statistics_commands,
-          traffic_commands, trace_commands, accelerator_commands, fault_commands, sweep_commands})
+         {node_commands, table_commands, session_commands, ebcom_commands, path_commands, pcep_commands,
+          statistics_commands, traffic_commands, trace_commands, accelerator_commands, fault_commands, sweep_commands})
         std::ranges::move(family(), std::back_inserter(all));
     for (command &row : all)
         if (row.variants.size() > 1)

@@ -8,7 +8,8 @@
 namespace kelctl
 {
 
-std::vector<command> node_commands();        // up, check, plan, ports, codes, limits
+std::vector<command> node_commands();        // up, check, plan
+std::vector<command> table_commands();       // ports, codes, limits
 std::vector<command> session_commands();     // run, shell, help, exit
 std::vector<command> ebcom_commands();       // service, parameters, interface, timestamp
 std::vector<command> path_commands();        // paths, shapers, schedulers, handles

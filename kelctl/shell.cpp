@@ -3,12 +3,12 @@
 
 #include "kelctl/command_line.h"
 #include "kelctl/completion.h"
-#include "kelctl/ebcom_steps.h"
 #include "kelctl/history_file.h"
 #include "kelctl/interruption.h"
 #include "kelctl/line_editor.h"
 #include "kelctl/line_input.h"
 #include "kelctl/load_node_file.h"
+#include "kelctl/node_steps.h"
 #include "kelctl/result_view.h"
 #include "kelctl/standing.h"
 #include "kelctl/terminal.h"
@@ -28,21 +28,15 @@ namespace
 
 constexpr const char *prompt = "kelctl> ";
 
-// Where the command of a line stands, for those who cannot see the line.
-struct line_place {
-    std::string file; // empty: on the terminal
-    uint32_t number;
-};
-
-exit_status run_line(const std::string &line, const line_place &at, session &session)
+exit_status run_line(const std::string &line, const origin &at, session &session)
 {
     try {
         const auto words = words_of(line);
         if (words.empty())
             return exit_done;
-        return session.carry_out(parse(words, place::shell), {at.file, at.number}).status;
+        return session.carry_out(parse(words, place::shell), at).status;
     } catch (const wrong_line &wrong) {
-        const position where = at.file.empty() ? whole_file : position{at.number, wrong.column()};
+        const position where = at.file.empty() ? whole_file : position{at.line, wrong.column()};
         show_wrong_line({wrong.what(), at.file, where}, session.json());
     }
     return exit_wrong_input;
@@ -59,7 +53,7 @@ exit_status run_typed_lines(session &session)
     });
     while (!session.finished && !terminated())
         if (const auto line = editor.next(prompt))
-            run_line(*line, {"", 0}, session);
+            run_line(*line, {}, session);
         else
             break;
     return exit_done;
@@ -88,9 +82,8 @@ exit_status run_lines(session &session)
 // A node stands around the lines, up to the end of the shell.
 result run_lines_on(std::unique_ptr<node_file> file, session &session)
 {
-    const std::string contents =
-        fmt::format("{} paths, {} PCEPs, {} multicast groups", path_configurations(*file).size(), file->pceps.size(),
-                    file->groups.size());
+    const std::string contents = fmt::format("{} paths, {} PCEPs, {} multicast groups", path_count(*file),
+                                             file->pceps.size(), file->groups.size());
     node_from_file node(std::move(file), session);
     const bool stood = node.up();
     if (stood)

@@ -1,13 +1,11 @@
 // The order of a node's bring-up and take-down, and all that is told of it.
 #include "kelctl/up.h"
 
-#include "kelctl/ebcom_steps.h"
 #include "kelctl/failure_report.h"
 #include "kelctl/interruption.h"
 #include "kelctl/leftover.h"
 #include "kelctl/load_node_file.h"
 #include "kelctl/node_view.h"
-#include "kelctl/pcep_steps.h"
 #include "kelctl/pcep_view.h"
 #include "kelctl/progress.h"
 #include "kelctl/rates_view.h"
@@ -81,12 +79,8 @@ fields refused_fields(const std::vector<refused_undo> &refused)
 } // namespace
 
 node_from_file::node_from_file(std::unique_ptr<node_file> file, session &session)
-    : file_(std::move(file)), session_(session), paths_(path_configurations(*file_))
+    : file_(std::move(file)), session_(session), steps_(steps_of(*file_)), node_(std::move(steps_.all), session.log())
 {
-    std::vector<step> steps = ebcom_steps(file_->ebcom, paths_);
-    steps_before_paths_ = steps.size() - paths_.size();
-    std::ranges::move(pcep_steps(*file_), std::back_inserter(steps));
-    node_ = std::make_unique<bring_up>(std::move(steps), session_.log());
 }
 
 bool node_from_file::up()
@@ -99,19 +93,19 @@ bool node_from_file::up()
 bool node_from_file::make_steps()
 {
     const bool redrawn = is_terminal(stderr) && !session_.tracing();
-    progress shown("adding paths", session_.json() ? 0 : paths_.size(), stderr, redrawn);
+    progress shown("adding paths", session_.json() ? 0 : steps_.paths.size(), stderr, redrawn);
     const auto show_path = [&](size_t made) {
-        if (made > steps_before_paths_ && made <= steps_before_paths_ + paths_.size())
-            shown.show(made - steps_before_paths_);
+        if (made > steps_.before_paths && made <= steps_.before_paths + steps_.paths.size())
+            shown.show(made - steps_.before_paths);
     };
-    auto failed = node_->up(show_path, interrupted);
+    auto failed = node_.up(show_path, interrupted);
     shown.leave_line();
     step_failed_ = failed.has_value();
     if (failed)
         tell_failures({std::move(*failed)}, "bring-up");
-    else if (!node_->whole())
+    else if (!node_.whole())
         session_.tell(stderr, "interrupted before the whole node stood\n");
-    return node_->whole();
+    return node_.whole();
 }
 
 bool node_from_file::show()
@@ -124,10 +118,10 @@ void node_from_file::show_objects()
 {
     const auto document = settled_document();
     const auto node = document ? std::optional(read_snapshot(*document)) : std::nullopt;
-    ports_ = ports_of(node.value_or(snapshot{}), paths_);
-    session_.tell(stdout, node ? standing_text(*node, ports_, paths_.size(), painter_for(stdout))
+    ports_ = ports_of(node.value_or(snapshot{}), steps_.paths);
+    session_.tell(stdout, node ? standing_text(*node, ports_, steps_.paths.size(), painter_for(stdout))
                                : "What stands cannot be shown: not available on this platform\n");
-    result_.shown["paths_added"] = paths_.size();
+    result_.shown["paths_added"] = steps_.paths.size();
     if (session_.json()) // it is large
         result_.shown["node"] = document ? fields::parse(*document) : fields(nullptr);
 }
@@ -177,7 +171,7 @@ void node_from_file::show_rates(const rates &shown, uint64_t time, redrawn_block
 bool node_from_file::down()
 {
     tell_background_failures();
-    take_down done = node_->down();
+    take_down done = node_.down();
     const auto left = current_snapshot();
     if (done.refused_leftover && !(left && left->empty()))
         done.refused.insert(done.refused.begin(), std::move(*done.refused_leftover));
@@ -219,7 +213,7 @@ bool node_from_file::keep()
     tell_background_failures();
     std::vector<product> kept;
     fields operations = fields::array();
-    for (const step &made : node_->let_stand()) {
+    for (const step &made : node_.let_stand()) {
         kept.push_back(made.makes);
         operations.push_back(made.make.text());
     }
@@ -235,7 +229,7 @@ bool node_from_file::keep()
 void node_from_file::hold()
 {
     session_.tell(stdout, "Holding the node until Ctrl-C.\n");
-    session_.stream({{"holding", {{"paths_added", paths_.size()}}}});
+    session_.stream({{"holding", {{"paths_added", steps_.paths.size()}}}});
     while (!interrupted_within(longest_wait))
         ;
 }

@@ -1,9 +1,9 @@
 // A node brought up from its file, shown and taken down: the work of `kelctl up`, and of the shell around its lines.
 #pragma once
 
-#include "kel/kel_core_ic_ebcom.h"
 #include "kelctl/bring_up.h"
 #include "kelctl/node_file.h"
+#include "kelctl/node_steps.h"
 #include "kelctl/node_view.h"
 #include "kelctl/rates.h"
 #include "kelctl/redrawn_block.h"
@@ -68,9 +68,8 @@ private:
 
     std::unique_ptr<node_file> file_;
     session &session_;
-    std::vector<kel_ebcom_path_config> paths_;
-    size_t steps_before_paths_ = 0;
-    std::unique_ptr<bring_up> node_;
+    node_steps steps_; // those of `all` are the bring-up's
+    bring_up node_;
     port_knowledge ports_;
     bool stood_ = false;
     bool step_failed_ = false;
