@@ -1,6 +1,8 @@
 // The layout of the program.
 #include "kelctl/c_program.h"
 
+#include "kelctl/c_text.h"
+
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
@@ -74,6 +76,11 @@ void c_program::add(std::string_view function, const call_text &call, uint32_t c
     for (const std::string &line : call.afterwards)
         statements_ += fmt::format("        {}\n", line);
     statements_ += "    }\n";
+}
+
+void c_program::remark(std::string_view text)
+{
+    statements_ += fmt::format("{}    /* {} */\n", statements_.empty() ? "" : "\n", text);
 }
 
 std::string c_program::text() const

@@ -1,10 +1,8 @@
 // Calls of the operations that change the EBCOM service.
 #include "kelctl/ebcom_steps.h"
 
-#include "kelctl/c_text.h"
+#include "kelctl/library_call.h"
 #include "kelctl/limits.h"
-
-#include <fmt/format.h>
 
 #include <algorithm>
 
@@ -27,42 +25,28 @@ kel_ebcom_path_config path_configuration(const path_entry &entry, const mac_addr
     return config;
 }
 
-std::string path_text(std::string_view function, const kel_ebcom_path_config &path)
-{
-    return fmt::format("{}({})", function, told("config", path));
-}
-
 step global_parameters_step(const ebcom_parameters &parameters)
 {
-    const auto text = [&parameters] {
-        return fmt::format("kel_core_ic_ebcom_global_param_set(icPortMTU={}, etherType=0x{:04x}, settings={}, {})",
-                           parameters.ic_port_mtu, parameters.ether_type, parameters.settings[0],
-                           parameters.settings[1]);
-    };
-    const auto set = [&parameters] {
-        const kel_ebcom_global_params globals = {parameters.ic_port_mtu, parameters.ether_type};
-        return kel_core_ic_ebcom_global_param_set(&globals, parameters.settings.data());
-    };
-    return {.make = {text, set}, .undo = {}, .makes = {.one = "parameters"}};
+    const kel_ebcom_global_params params = {parameters.ic_port_mtu, parameters.ether_type};
+    return {.make = operation_of("kel_core_ic_ebcom_global_param_set", kel_core_ic_ebcom_global_param_set,
+                                 copied("params", params), input("settings", parameters.settings)),
+            .undo = {},
+            .makes = {.one = "parameters"}};
 }
 
 step interface_step()
 {
-    const auto create = [] {
-        kel_vsi_t vsi = 0;
-        uint16_t out = 0;
-        return kel_core_ic_ebcom_interface_create(&vsi, &out);
-    };
-    return {.make = {[] { return "kel_core_ic_ebcom_interface_create()"; }, create},
-            .undo = {[] { return "kel_core_ic_ebcom_interface_delete()"; }, kel_core_ic_ebcom_interface_delete},
+    return {.make = operation_of("kel_core_ic_ebcom_interface_create", kel_core_ic_ebcom_interface_create,
+                                 unread<kel_vsi_t>("vsi"), unread<uint16_t>("out")),
+            .undo = operation_of("kel_core_ic_ebcom_interface_delete", kel_core_ic_ebcom_interface_delete),
             .makes = {.one = "interface", .undone = "deleted"},
             .failure_leaves_something = true};
 }
 
 step service_step()
 {
-    return {.make = {[] { return "kel_core_ic_ebcom_start()"; }, kel_core_ic_ebcom_start},
-            .undo = {[] { return "kel_core_ic_ebcom_stop()"; }, kel_core_ic_ebcom_stop},
+    return {.make = operation_of("kel_core_ic_ebcom_start", kel_core_ic_ebcom_start),
+            .undo = operation_of("kel_core_ic_ebcom_stop", kel_core_ic_ebcom_stop),
             .makes = {.one = "EBCOM service", .undone = "stopped"},
             .failure_leaves_something = true};
 }
@@ -70,10 +54,8 @@ step service_step()
 // What a failed path add leaves is a reference on a queue, which the service's stop releases.
 step path_step(const kel_ebcom_path_config &path)
 {
-    return {.make = {[&path] { return path_text("kel_core_ic_ebcom_path_add", path); },
-                     [&path] { return kel_core_ic_ebcom_path_add(&path); }},
-            .undo = {[&path] { return path_text("kel_core_ic_ebcom_path_rem", path); },
-                     [&path] { return kel_core_ic_ebcom_path_rem(&path); }},
+    return {.make = operation_of("kel_core_ic_ebcom_path_add", kel_core_ic_ebcom_path_add, input("config", path)),
+            .undo = operation_of("kel_core_ic_ebcom_path_rem", kel_core_ic_ebcom_path_rem, input("config", path)),
             .makes = {"path", "paths", "removed"}};
 }
 

@@ -3,13 +3,18 @@
 //
 //     session.call(asked, kel_core_ic_pcep_mc_member_add, value("mc_pcep_id", group), value("uc_pcep_id", pcep));
 //     session.call(asked, kel_core_ic_ebcom_queue_stats_get, input("dst_mac", mac), output("stats", stats));
+//     operation_of("kel_core_ic_pcep_mc_group_add", kel_core_ic_pcep_mc_group_add, value("mc_pcep_id", group));
 //
-// A parameter refers to what it was made from, and must not outlive it.
+// A parameter refers to what it was made from, and must not outlive it; only `copied` and `unread` stand alone.
 #pragma once
 
+#include "kelctl/c_program.h"
 #include "kelctl/c_text.h"
+#include "kelctl/call_text.h"
+#include "kelctl/operation.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <cstdint>
 #include <cstdio>
@@ -21,24 +26,6 @@
 
 namespace kelctl
 {
-
-// What a C program does with a call's result.
-enum class returned { code, nothing, text };
-
-// A function that a C program has to define, to call the library's through it.
-struct c_helper {
-    std::string_view name = {};
-    std::string_view definition = {};
-};
-
-struct call_text {
-    std::vector<std::string> told = {};         // for a failure report: "pcep_id=7"
-    std::vector<std::string> declarations = {}; // C, in front of the call
-    std::vector<std::string> arguments = {};    // C
-    std::vector<std::string> afterwards = {};   // C, behind the call: showing what it read
-    returned result = returned::code;
-    c_helper instead = {};
-};
 
 // ---- Parameters: passed() is what they hand over, add_to() how they are written ----
 
@@ -106,6 +93,26 @@ template <typename Type> struct input {
     }
 };
 
+// The same, kept in the parameter.
+template <typename Type> struct copied {
+    std::string_view name;
+    Type read;
+
+    copied(std::string_view its_name, const Type &its_object) : name(its_name), read(its_object)
+    {
+    }
+
+    auto passed() const
+    {
+        return input<Type>(name, read).passed();
+    }
+
+    void add_to(call_text &call) const
+    {
+        input<Type>(name, read).add_to(call);
+    }
+};
+
 // What the library writes.
 template <typename Type> struct output {
     std::string_view name;
@@ -126,6 +133,28 @@ template <typename Type> struct output {
         call.declarations.push_back(fmt::format("{}{} = {};", c_type<Type>, name, nothing));
         call.arguments.push_back(fmt::format("&{}", name));
     }
+};
+
+// The same, for what nobody looks at.
+template <typename Type> struct unread {
+    std::string_view name;
+
+    explicit unread(std::string_view its_name) : name(its_name)
+    {
+    }
+
+    auto passed() const
+    {
+        return output<Type>(name, anywhere).passed();
+    }
+
+    void add_to(call_text &call) const
+    {
+        output<Type>(name, anywhere).add_to(call);
+    }
+
+private:
+    static inline Type anywhere{};
 };
 
 // A text that the library writes, with the size of its buffer.
@@ -208,6 +237,16 @@ template <typename... Parameters> call_text text_of_call(const Parameters &...pa
 template <typename Function, typename... Parameters> auto call_with(Function function, const Parameters &...parameters)
 {
     return std::apply(function, std::tuple_cat(parameters.passed()...));
+}
+
+// `name` is the function's, and lasts as long as the program.
+template <typename Function, typename... Parameters>
+operation operation_of(std::string_view name, Function function, const Parameters &...parameters)
+{
+    const auto text = [=] { return text_of_call(parameters...); };
+    return {[=] { return fmt::format("{}({})", name, fmt::join(text().told, ", ")); },
+            [=] { return call_with(function, parameters...); },
+            [=](c_program &program, uint32_t code) { program.add(name, text(), code); }};
 }
 
 } // namespace kelctl

@@ -2,8 +2,7 @@
 #include "kelctl/pcep_steps.h"
 
 #include "kel/kel_core_ic_pcep.h"
-
-#include <fmt/format.h>
+#include "kelctl/library_call.h"
 
 #include <algorithm>
 
@@ -15,8 +14,8 @@ namespace
 // The stop forgets what stands and makes no driver-kit call, so everything else has to be removed before it.
 step service_step()
 {
-    return {.make = {[] { return "kel_core_ic_pcep_start()"; }, kel_core_ic_pcep_start},
-            .undo = {[] { return "kel_core_ic_pcep_stop()"; }, kel_core_ic_pcep_stop},
+    return {.make = operation_of("kel_core_ic_pcep_start", kel_core_ic_pcep_start),
+            .undo = operation_of("kel_core_ic_pcep_stop", kel_core_ic_pcep_stop),
             .makes = {.one = "PCEP service", .undone = "stopped"}};
 }
 
@@ -33,49 +32,29 @@ kel_pcep_config configuration_of(const pcep_entry &pcep)
     return config;
 }
 
-std::string add_text(const pcep_entry &pcep)
-{
-    return fmt::format("kel_core_ic_pcep_add(pcep_id={}, remote_pcep_id={}, local_mac={}, remote_mac={}, vlan_id={}, "
-                       "priority={})",
-                       pcep.id, pcep.remote_id, to_text(pcep.local_mac), to_text(pcep.remote_mac), pcep.vlan,
-                       pcep.priority);
-}
-
 // A PCEP whose binding failed stays in the driver kit, and the library knows of none: no operation can remove it.
 step pcep_step(const pcep_entry &pcep)
 {
-    const auto add = [&pcep] {
-        const kel_pcep_config config = configuration_of(pcep);
-        return kel_core_ic_pcep_add(pcep.id, &config);
-    };
-    return {.make = {[&pcep] { return add_text(pcep); }, add},
-            .undo = {[&pcep] { return fmt::format("kel_core_ic_pcep_rem(pcep_id={})", pcep.id); },
-                     [&pcep] { return kel_core_ic_pcep_rem(pcep.id); }},
+    return {.make = operation_of("kel_core_ic_pcep_add", kel_core_ic_pcep_add, value("pcep_id", pcep.id),
+                                 copied("config", configuration_of(pcep))),
+            .undo = operation_of("kel_core_ic_pcep_rem", kel_core_ic_pcep_rem, value("pcep_id", pcep.id)),
             .makes = {"PCEP", "PCEPs", "removed"}};
-}
-
-operation group_operation(const char *function, uint32_t (*call)(uint32_t), uint32_t group)
-{
-    return {[=] { return fmt::format("{}(mc_pcep_id={})", function, group); }, [=] { return call(group); }};
 }
 
 step group_step(uint32_t group)
 {
-    return {.make = group_operation("kel_core_ic_pcep_mc_group_add", kel_core_ic_pcep_mc_group_add, group),
-            .undo = group_operation("kel_core_ic_pcep_mc_group_rem", kel_core_ic_pcep_mc_group_rem, group),
+    const value id("mc_pcep_id", group);
+    return {.make = operation_of("kel_core_ic_pcep_mc_group_add", kel_core_ic_pcep_mc_group_add, id),
+            .undo = operation_of("kel_core_ic_pcep_mc_group_rem", kel_core_ic_pcep_mc_group_rem, id),
             .makes = {"multicast group", "multicast groups", "removed"}};
-}
-
-operation member_operation(const char *function, uint32_t (*call)(uint32_t, uint32_t), uint32_t group, uint32_t member)
-{
-    return {[=] { return fmt::format("{}(mc_pcep_id={}, uc_pcep_id={})", function, group, member); },
-            [=] { return call(group, member); }};
 }
 
 step member_step(uint32_t group, uint32_t member)
 {
-    return {.make = member_operation("kel_core_ic_pcep_mc_member_add", kel_core_ic_pcep_mc_member_add, group, member),
-            .undo = member_operation("kel_core_ic_pcep_mc_member_rem", kel_core_ic_pcep_mc_member_rem, group, member),
+    const value group_id("mc_pcep_id", group);
+    const value id("uc_pcep_id", member);
+    return {.make = operation_of("kel_core_ic_pcep_mc_member_add", kel_core_ic_pcep_mc_member_add, group_id, id),
+            .undo = operation_of("kel_core_ic_pcep_mc_member_rem", kel_core_ic_pcep_mc_member_rem, group_id, id),
             .makes = {"group member", "group members", "removed"}};
 }
 

@@ -65,11 +65,10 @@ result session::call_as(const invocation &asked, const call_text &text, const st
 {
     const std::string_view function = asked.chosen->function;
     const auto told = [&] { return fmt::format("{}({})", function, fmt::join(text.told, ", ")); };
-    auto failed = kelctl::run({told, make}, log());
+    const auto write = [&](c_program &program, uint32_t code) { program.add(function, text, code); };
+    auto failed = kelctl::run({told, make, write}, record());
     result done;
     done.code = failed ? failed->code : 0;
-    if (program_)
-        program_->add(function, text, *done.code);
     if (failed) {
         done.status = exit_operation_failed;
         done.failures.push_back(std::move(*failed));
@@ -89,6 +88,17 @@ trace_log &session::log()
         direct_trace();
     }
     return *log_;
+}
+
+call_record session::record()
+{
+    return {log(), program_ ? &*program_ : nullptr};
+}
+
+void session::remark(std::string_view text)
+{
+    if (program_)
+        program_->remark(text);
 }
 
 void session::tell(std::FILE *stream, std::string_view text) const

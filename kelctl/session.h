@@ -52,6 +52,12 @@ public:
     // Listens from the first time that it is asked for: before that, nothing is going on beside the commands.
     trace_log &log();
 
+    // What operations are run with: the log, and the program that --emit asked for.
+    call_record record();
+
+    // A comment in that program.
+    void remark(std::string_view text);
+
     bool tracer_installed() const
     {
         return log_ && log_->installed();

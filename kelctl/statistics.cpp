@@ -2,8 +2,7 @@
 #include "kelctl/statistics.h"
 
 #include "kel/kel_core_ic_pcep.h"
-
-#include <fmt/format.h>
+#include "kelctl/library_call.h"
 
 #include <array>
 #include <utility>
@@ -20,23 +19,24 @@ using text_buffer = std::array<char, longest_text>;
 class statistics_reader
 {
 public:
-    statistics_reader(trace_log &log, counter_text layout) : log_(log), format_(static_cast<uint8_t>(layout))
+    statistics_reader(const call_record &record, counter_text layout)
+        : record_(record), format_("format", static_cast<uint8_t>(layout))
     {
     }
 
     void read_ebcom()
     {
         text_buffer text{};
-        if (succeeds({[] { return "kel_core_ic_ebcom_global_fmt_stats_get()"; },
-                      [&] { return kel_core_ic_ebcom_global_fmt_stats_get(text.data(), longest_text, format_); }}))
+        if (succeeds(operation_of("kel_core_ic_ebcom_global_fmt_stats_get", kel_core_ic_ebcom_global_fmt_stats_get,
+                                  text_output(text), format_)))
             read_.ebcom = text.data();
     }
 
     void read_queue(int32_t port, const mac_address &found_by)
     {
         ebcom_queue_stats stats{};
-        if (succeeds({[&] { return fmt::format("kel_core_ic_ebcom_queue_stats_get(dst_mac={})", to_text(found_by)); },
-                      [&] { return kel_core_ic_ebcom_queue_stats_get(found_by.octets.data(), &stats); }}))
+        if (succeeds(operation_of("kel_core_ic_ebcom_queue_stats_get", kel_core_ic_ebcom_queue_stats_get,
+                                  input("dst_mac", found_by), output("stats", stats))))
             read_.queues.push_back({port, stats});
     }
 
@@ -48,8 +48,8 @@ public:
     void read_pcep(uint32_t id)
     {
         text_buffer text{};
-        if (succeeds({[id] { return fmt::format("kel_core_ic_pcep_fmt_stats_get(pcep_id={})", id); },
-                      [&] { return kel_core_ic_pcep_fmt_stats_get(id, text.data(), longest_text, format_); }}))
+        if (succeeds(operation_of("kel_core_ic_pcep_fmt_stats_get", kel_core_ic_pcep_fmt_stats_get,
+                                  value("pcep_id", id), text_output(text), format_)))
             read_.pceps.push_back({id, text.data()});
     }
 
@@ -61,23 +61,23 @@ public:
 private:
     bool succeeds(const operation &operation)
     {
-        auto failed = run(operation, log_);
+        auto failed = run(operation, record_);
         if (failed)
             read_.failures.push_back(std::move(*failed));
         return !failed;
     }
 
-    trace_log &log_;
-    uint8_t format_;
+    call_record record_;
+    value<uint8_t> format_;
     statistics read_;
 };
 
 } // namespace
 
-statistics read_statistics(const port_knowledge &ports, const std::vector<pcep_entry> &pceps, trace_log &log,
+statistics read_statistics(const port_knowledge &ports, const std::vector<pcep_entry> &pceps, const call_record &record,
                            counter_text layout)
 {
-    statistics_reader reader(log, layout);
+    statistics_reader reader(record, layout);
     reader.read_ebcom();
     for (const auto &[queue, port] : ports.port_of_queue) {
         const auto found_by = ports.found_by.find(queue);

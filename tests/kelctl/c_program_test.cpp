@@ -2,6 +2,7 @@
 #include "kelctl/c_program.h"
 
 #include "kel/kel_core_ic_pcep.h"
+#include "kelctl/library_call.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -81,6 +82,15 @@ TEST_F(CProgram, HelperIsDefinedOnce)
     EXPECT_EQ(text.find(call.instead.definition), text.rfind(call.instead.definition));
     EXPECT_THAT(text, HasSubstr("    puts(helper(\"text\"));\n    puts(helper(\"text\"));\n"));
     EXPECT_THAT(text, Not(HasSubstr("never_named")));
+}
+
+TEST_F(CProgram, RemarksStandBetweenTheCalls)
+{
+    program.remark("First.");
+    program.add("kel_core_ic_pcep_start", text_of_call(), 0);
+    program.remark("Then.");
+    EXPECT_THAT(program.text(), HasSubstr("{\n    /* First. */\n    expect(0, "));
+    EXPECT_THAT(program.text(), HasSubstr("());\n\n    /* Then. */\n"));
 }
 
 TEST_F(CProgram, GetsTheOwnMpId)

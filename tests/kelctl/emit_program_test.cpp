@@ -45,9 +45,26 @@ protected:
         return run_kelctl({.arguments = {"run", "-", "--emit", "c", "--output", source(), "--json"}, .in = script});
     }
 
+    program_outcome emit_up(const std::string &node, const std::vector<std::string> &options = {},
+                            const std::map<std::string, std::string> &environment = {})
+    {
+        std::vector<std::string> all = {"--emit", "c", "--output", source()};
+        all.insert(all.end(), options.begin(), options.end());
+        return kelctl_up(node, environment, all);
+    }
+
     std::string source() const
     {
         return folder_.folder() + "/emitted.c";
+    }
+
+    // Cuts off what the program does from the comment on.
+    void end_at(const std::string &comment) const
+    {
+        std::string program = text_of(source());
+        const size_t at = program.find("    /* " + comment + " */\n");
+        ASSERT_NE(at, std::string::npos);
+        std::ofstream(source()) << program.insert(at, "    return 0;\n");
     }
 
     bool compile() const
@@ -183,6 +200,45 @@ TEST_F(Emitted, ProgramEndsWhereACallReturnsSomethingElse)
     ASSERT_TRUE(compile());
     EXPECT_EQ(run(), 1);
     EXPECT_THAT(err(), StartsWith("kel_core_ic_pcep_start() returned 0, not 10\n"));
+}
+
+const std::string whole_node = text_of(KELCTL_SOURCE_DIR "/examples/node.toml");
+
+TEST_F(Emitted, ProgramOfUpMakesTheSameNode)
+{
+    const auto outcome = emit_up(whole_node, {"--json"});
+    ASSERT_EQ(outcome.status, 0);
+    end_at("Its counters.");
+    ASSERT_TRUE(compile()) << text_of(source());
+    EXPECT_EQ(run(), 0) << err();
+    EXPECT_EQ(lasting(json::parse(err())), lasting(json::parse(outcome.out)["result"]["node"]));
+}
+
+TEST_F(Emitted, ProgramOfUpReadsTheCountersAndTakesDown)
+{
+    ASSERT_EQ(emit_up(whole_node).status, 0);
+    ASSERT_TRUE(compile()) << text_of(source());
+    EXPECT_EQ(run(), 0) << err();
+    EXPECT_THAT(out(), HasSubstr("EBCOM global statistics"));
+    const json left = json::parse(err());
+    EXPECT_EQ(left["schedulers"], json::array());
+    EXPECT_EQ(left["pceps"], json::array());
+    EXPECT_EQ(left["interface"], nullptr);
+}
+
+TEST_F(Emitted, ProgramOfUpLeavesStandingWhatUpKept)
+{
+    const std::map<std::string, std::string> fault = {{"KEL_SOFTNODE_FAULTS", "ork_ebcom_pcep_create:2=-8"}};
+    const auto outcome = emit_up(whole_node, {"--keep", "--json"}, fault);
+    ASSERT_EQ(outcome.status, 1);
+    ASSERT_TRUE(compile()) << text_of(source());
+    setenv("KEL_SOFTNODE_FAULTS", "ork_ebcom_pcep_create:2=-8", 1);
+    EXPECT_EQ(run(), 0) << err();
+    unsetenv("KEL_SOFTNODE_FAULTS");
+    const json left = json::parse(err());
+    EXPECT_EQ(left["pceps"].size(), 1u);
+    EXPECT_GT(left["paths"].size(), 0u);
+    EXPECT_THAT(text_of(source()), testing::Not(HasSubstr("Down again")));
 }
 
 TEST_F(Emitted, NeedsAFileAndNamesOneThatCannotBeWritten)

@@ -90,7 +90,7 @@ TEST_F(Statistics, FailedReadingOfTheServiceIsToldAndTheRestIsRead)
 {
     const statistics read = read_with("ork_ebcom_global_statistics_get=-1");
     ASSERT_THAT(read.failures, SizeIs(1));
-    EXPECT_EQ(read.failures[0].operation, "kel_core_ic_ebcom_global_fmt_stats_get()");
+    EXPECT_EQ(read.failures[0].operation, "kel_core_ic_ebcom_global_fmt_stats_get(format=0)");
     EXPECT_EQ(read.failures[0].code, 13u);
     EXPECT_EQ(read.ebcom, "");
     EXPECT_THAT(read.queues, SizeIs(3));
@@ -110,7 +110,7 @@ TEST_F(Statistics, FailedReadingOfAPcepNamesItsId)
 {
     const statistics read = read_with("ork_ebcom_pcep_statistics_get:1=-8");
     ASSERT_THAT(read.failures, SizeIs(1));
-    EXPECT_EQ(read.failures[0].operation, "kel_core_ic_pcep_fmt_stats_get(pcep_id=9)");
+    EXPECT_EQ(read.failures[0].operation, "kel_core_ic_pcep_fmt_stats_get(pcep_id=9, format=0)");
     EXPECT_THAT(read.pceps, ElementsAre(Field(&pcep_counters::id, 3)));
 }
 
