@@ -14,9 +14,9 @@ namespace
 {
 
 constexpr std::string_view run_details = R"(A script has a command in each line, written as on the command line, without
-"kelctl". # begins a comment; quotes keep blanks in a word. All lines are checked
-before the first one is run: wrong ones are printed as script:line:column:
-message. It stops at the first line that fails.
+"kelctl". # begins a comment; quotes keep blanks in a word. All lines are
+checked before the first one is run: wrong ones are printed as
+script:line:column: message. It stops at the first line that fails.
 
 All commands run in one process and so on one node.)";
 

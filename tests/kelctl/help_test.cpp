@@ -4,6 +4,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 namespace kelctl
 {
 namespace
@@ -73,6 +75,24 @@ TEST(Help, OfWordsListsWhatBeginsWithThem)
               "Commands:\n"
               "  group member add      Add a PCEP to a multicast group\n"
               "  group member remove   Remove a PCEP from a multicast group\n");
+}
+
+void expect_narrow(const std::string &help)
+{
+    std::istringstream lines(help);
+    for (std::string line; std::getline(lines, line);)
+        EXPECT_LE(line.size(), 80u) << line;
+}
+
+TEST(Help, FitsEightyColumns)
+{
+    for (const command &row : commands())
+        expect_narrow(help_of(row));
+    for (const place where : {place::program, place::script, place::shell}) {
+        expect_narrow(help_of_words("", where));
+        for (const command_group &group : command_groups())
+            expect_narrow(help_of_words(group.name, where));
+    }
 }
 
 TEST(Help, WholeOfTheProgramTellsStatusesAndEnvironment)
