@@ -2,6 +2,7 @@
 #include "kelctl/failure_report.h"
 
 #include "kelctl/explanation.h"
+#include "kelctl/text.h"
 #include "platform/kei_util.h"
 
 #include <fmt/format.h>
@@ -24,19 +25,32 @@ std::string refusal_text(const explanation &why)
     return fmt::format("refused by the {}{}{}: {}", why.by, what, code, why.text);
 }
 
+std::string line_of(const report_page &page, std::string_view text, size_t unseen = 0)
+{
+    return page.width ? folded(text, *page.width, unseen) : fmt::format("{}\n", text);
+}
+
 } // namespace
 
-std::string report_of(const failure &failure, bool tracer_installed, const painter &paint)
+report_page page_for(std::FILE *stream)
 {
-    std::string report = fmt::format("{} {}\n  code {}: {}\n", paint(colour::failure, "failed:"), failure.operation,
-                                     failure.code, kei_util_init_rc_str_get(failure.code));
+    return {painter_for(stream), line_width(stream)};
+}
+
+std::string report_of(const failure &failure, bool tracer_installed, const report_page &page, std::string_view place)
+{
+    constexpr std::string_view begin = "failed:";
+    const std::string painted = page.paint(colour::failure, begin);
+    std::string report =
+        line_of(page, fmt::format("{}{} {}", place, painted, failure.operation), painted.size() - begin.size());
+    report += line_of(page, fmt::format("  code {}: {}", failure.code, kei_util_init_rc_str_get(failure.code)));
     if (const auto why = explanation_of(failure))
-        report += fmt::format("  {}\n", refusal_text(*why));
+        report += line_of(page, fmt::format("  {}", refusal_text(*why)));
     if (!tracer_installed)
-        return report + "  no trace records: the tracer is not installed on this machine\n";
+        return report + line_of(page, "  no trace records: the tracer is not installed on this machine");
     report += "  trace records of this operation:\n";
     for (const trace_entry &entry : failure.records)
-        report += fmt::format("    {}\n", to_text(entry));
+        report += line_of(page, fmt::format("    {}", to_text(entry)));
     return report;
 }
 

@@ -41,7 +41,7 @@ void show(const result &done, const origin &from, bool tracer_installed)
     for (const input_error &error : done.errors)
         told += (error.file.empty() && !from.file.empty() ? place_text(from) + error.message : text_of(error)) + "\n";
     for (size_t i = 0; i < std::min(done.failures.size(), most_full_reports); ++i)
-        told += place_text(from) + report_of(done.failures[i], tracer_installed, painter_for(stderr));
+        told += report_of(done.failures[i], tracer_installed, page_for(stderr), place_text(from));
     if (done.failures.size() > most_full_reports)
         told += fmt::format("{} more operations failed\n", done.failures.size() - most_full_reports);
     if (!done.remark.empty())

@@ -4,6 +4,7 @@
 #include <fmt/format.h>
 
 #include <cstdlib>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace kelctl
@@ -27,6 +28,14 @@ std::string painter::operator()(colour role, std::string_view text) const
 bool is_terminal(std::FILE *stream)
 {
     return isatty(fileno(stream)) == 1;
+}
+
+std::optional<size_t> line_width(std::FILE *stream)
+{
+    winsize size{};
+    if (ioctl(fileno(stream), TIOCGWINSZ, &size) != 0 || size.ws_col == 0)
+        return std::nullopt;
+    return size.ws_col;
 }
 
 painter painter_for(std::FILE *stream)

@@ -1,7 +1,9 @@
 // What a stream's reader can take: lines drawn over, colours.
 #pragma once
 
+#include <cstddef>
 #include <cstdio>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -25,6 +27,9 @@ private:
 };
 
 bool is_terminal(std::FILE *stream);
+
+// How many characters a line of the terminal takes; none elsewhere, where lines are as long as what they say.
+std::optional<size_t> line_width(std::FILE *stream);
 
 // Colours on a terminal, unless the environment variable NO_COLOR says something.
 painter painter_for(std::FILE *stream);

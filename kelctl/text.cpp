@@ -136,4 +136,24 @@ std::string wrapped(std::string_view lead, std::span<const std::string> parts)
     return lines + line + "\n";
 }
 
+std::string folded(std::string_view line, size_t width, size_t unseen)
+{
+    size_t begin = std::min(line.find_first_not_of(' '), line.size()); // of what is not indentation
+    const std::string indentation(begin + 4, ' ');
+    std::string lines;
+    std::string rest(line);
+    for (size_t limit = width + unseen; rest.size() > limit; limit = width) {
+        size_t blank = rest.rfind(' ', limit);
+        if (blank == std::string::npos || blank < begin)
+            blank = rest.find(' ', limit);
+        const size_t next = rest.find_first_not_of(' ', blank);
+        if (next == std::string::npos)
+            break;
+        lines += rest.substr(0, rest.find_last_not_of(' ', blank) + 1) + "\n";
+        rest = indentation + rest.substr(next);
+        begin = indentation.size();
+    }
+    return lines + rest + "\n";
+}
+
 } // namespace kelctl

@@ -38,4 +38,8 @@ std::string wrapped(std::string_view lead, std::string_view text);
 // The same, broken between these parts only; one blank is put between two of a line.
 std::string wrapped(std::string_view lead, std::span<const std::string> parts);
 
+// A line in as many as it takes to have at most `width` characters in each. It is broken at blanks, and goes on four
+// columns further in. `unseen` octets of its first part take no room on a terminal.
+std::string folded(std::string_view line, size_t width, size_t unseen = 0);
+
 } // namespace kelctl

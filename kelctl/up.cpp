@@ -249,7 +249,7 @@ result node_from_file::take_result(bool succeeded)
 void node_from_file::tell_failures(std::vector<failure> failures, std::string_view what)
 {
     for (size_t i = 0; i < std::min(failures.size(), most_full_reports); ++i)
-        session_.tell(stderr, report_of(failures[i], session_.log().installed(), painter_for(stderr)));
+        session_.tell(stderr, report_of(failures[i], session_.log().installed(), page_for(stderr)));
     if (failures.size() > most_full_reports)
         session_.tell(stderr,
                       fmt::format("{} more operations of the {} failed\n", failures.size() - most_full_reports, what));

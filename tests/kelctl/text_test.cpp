@@ -88,5 +88,21 @@ TEST(WithSeparators, StandBetweenGroupsOfThreeDigits)
     EXPECT_EQ(with_separators(1'234'567), "1,234,567");
 }
 
+TEST(Text, LinesAreFoldedAtBlanksAndGoOnFurtherIn)
+{
+    EXPECT_EQ(folded("short", 10), "short\n");
+    EXPECT_EQ(folded("", 10), "\n");
+    EXPECT_EQ(folded("  one two three four", 12), "  one two\n      three\n      four\n");
+    EXPECT_EQ(folded("exactly ten", 11), "exactly ten\n");
+    EXPECT_EQ(folded("exactly  ten", 11), "exactly\n    ten\n");
+}
+
+TEST(Text, WordsWiderThanTheLineStayWhole)
+{
+    EXPECT_EQ(folded("  0123456789abcdef x", 8), "  0123456789abcdef\n      x\n");
+    EXPECT_EQ(folded("a 0123456789abcdef   ", 8), "a\n    0123456789abcdef   \n");
+    EXPECT_EQ(folded("          ", 4), "          \n");
+}
+
 } // namespace
 } // namespace kelctl
