@@ -4,7 +4,9 @@
 #include "kelctl/graphviz.h"
 #include "kelctl/node_view.h"
 #include "kelctl/pcep_view.h"
+#include "kelctl/session.h"
 #include "kelctl/software_accelerator.h"
+#include "kelctl/standing.h"
 
 namespace kelctl
 {
@@ -15,28 +17,30 @@ constexpr std::string_view reset_details =
     R"(The accelerator is empty afterwards, its time 0 and its fault rules gone. What
 the library keeps it still has: its handles are stale, counts of paths stay.)";
 
-std::string summary(const std::string &document)
+std::string summary(const std::string &document, const asked_paths &asked)
 {
     const snapshot node = read_snapshot(document);
     kel_ebcom_capabilities capabilities{};
     kel_core_ic_ebcom_capabilities_get(&capabilities);
     const painter paint = painter_for(stdout);
-    return service_view(node, capabilities, std::nullopt, paint) + "\n" + tree_view(node, {}, paint) + "\n" +
-           pcep_view(node, paint);
+    return service_view(node, capabilities, std::nullopt, paint) + "\n" +
+           tree_view(node, ports_of(node, asked.all()), paint) + "\n" + pcep_view(node, paint);
 }
 
-result show_snapshot(const invocation &, session &)
+result show_snapshot(const invocation &, session &session)
 {
-    const std::string document = accelerator_snapshot().value_or("{}");
+    const std::string document = (session.timed ? settled_document() : accelerator_snapshot()).value_or("{}");
     result done;
-    done.text = summary(document);
+    done.text = summary(document, session.paths);
     done.shown = fields::parse(document);
     return done;
 }
 
-result reset_node(const invocation &, session &)
+result reset_node(const invocation &, session &session)
 {
     reset_accelerator();
+    session.paths.clear();
+    session.timed = false;
     return {};
 }
 

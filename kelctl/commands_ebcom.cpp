@@ -47,6 +47,20 @@ result create_interface(const invocation &asked, session &session)
     return done;
 }
 
+result start(const invocation &asked, session &session)
+{
+    result done = session.call(asked, kel_core_ic_ebcom_start);
+    session.timed = session.timed || done.code == 0;
+    return done;
+}
+
+// What stops, forgets the paths whatever it answers.
+template <uint32_t (*Function)()> result stop(const invocation &asked, session &session)
+{
+    session.paths.clear();
+    return session.call(asked, Function);
+}
+
 result convert_offset(const invocation &asked, session &session)
 {
     int64_t offset = 0;
@@ -83,12 +97,12 @@ std::vector<command> ebcom_commands()
          .help = "Delete the EBCOM interface",
          .example = "ebcom interface delete"},
         {.name = "ebcom start",
-         .variants = {{"kel_core_ic_ebcom_start", call_plainly<kel_core_ic_ebcom_start>}},
+         .variants = {{"kel_core_ic_ebcom_start", start}},
          .help = "Start the service: timestamp thread and scheduler tree",
          .example = "ebcom start",
          .undo = "ebcom stop"},
         {.name = "ebcom stop",
-         .variants = {{"kel_core_ic_ebcom_stop", call_plainly<kel_core_ic_ebcom_stop>}},
+         .variants = {{"kel_core_ic_ebcom_stop", stop<kel_core_ic_ebcom_stop>}},
          .help = "Stop the service: release queues and schedulers",
          .details = "Remove all paths first: those left in the driver kit cannot be deleted any more.",
          .example = "ebcom stop"},
@@ -104,7 +118,7 @@ std::vector<command> ebcom_commands()
          .example = "ebcom qos init",
          .undo = "ebcom qos deinit"},
         {.name = "ebcom qos deinit",
-         .variants = {{"kel_ic_ebcom_deinit_qos", call_plainly<kel_ic_ebcom_deinit_qos>}},
+         .variants = {{"kel_ic_ebcom_deinit_qos", stop<kel_ic_ebcom_deinit_qos>}},
          .help = "Release queues and schedulers, a part of the stop",
          .example = "ebcom qos deinit"},
     };

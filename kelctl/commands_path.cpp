@@ -62,19 +62,37 @@ kel_ebcom_path_config path_of(const arguments &given)
     return path;
 }
 
-template <uint32_t (*Function)(const kel_ebcom_path_config *)>
+// What becomes of a path among those that the session remembers.
+using change = void (*)(asked_paths &paths, const kel_ebcom_path_config &path);
+
+void added(asked_paths &paths, const kel_ebcom_path_config &path)
+{
+    paths.add(path);
+}
+
+void removed(asked_paths &paths, const kel_ebcom_path_config &path)
+{
+    paths.remove(path);
+}
+
+template <uint32_t (*Function)(const kel_ebcom_path_config *), change Change>
 result change_path(const invocation &asked, session &session)
 {
     const kel_ebcom_path_config path = path_of(asked.given);
-    return session.call(asked, Function, input("config", path));
+    result done = session.call(asked, Function, input("config", path));
+    if (done.code == 0)
+        Change(session.paths, path);
+    return done;
 }
 
-template <uint32_t (*Function)(const kel_ebcom_path_config *, ork_ebcom_pcep_path *)>
+template <uint32_t (*Function)(const kel_ebcom_path_config *, ork_ebcom_pcep_path *), change Change>
 result change_shaper(const invocation &asked, session &session)
 {
     const kel_ebcom_path_config config = path_of(asked.given);
     ork_ebcom_pcep_path path{};
     result done = session.call(asked, Function, input("config", config), output("path", path));
+    if (done.code == 0)
+        Change(session.paths, config);
     if (path.queue_hdl)
         done.shown = fields{{"queue_handle", fmt::format("{}", path.queue_hdl)}};
     return done;
@@ -117,26 +135,26 @@ std::vector<command> path_commands()
 {
     return {
         {.name = "ebcom path add",
-         .variants = {{"kel_core_ic_ebcom_path_add", change_path<kel_core_ic_ebcom_path_add>}},
+         .variants = {{"kel_core_ic_ebcom_path_add", change_path<kel_core_ic_ebcom_path_add, added>}},
          .help = "Add a path from an IC port to a destination",
          .details = shaping_details,
          .arguments = path_arguments_with_shaping(),
          .example = "ebcom path add 02:00:02:02:00:01 --port RLU1P --rate 100000 --burst 4096",
          .undo = "ebcom path remove"},
         {.name = "ebcom path remove",
-         .variants = {{"kel_core_ic_ebcom_path_rem", change_path<kel_core_ic_ebcom_path_rem>}},
+         .variants = {{"kel_core_ic_ebcom_path_rem", change_path<kel_core_ic_ebcom_path_rem, removed>}},
          .help = "Remove one path to a destination",
          .arguments = {destination, through_port},
          .example = "ebcom path remove 02:00:02:02:00:01 --port RLU1P"},
         {.name = "ebcom shaper add",
-         .variants = {{"kel_ic_ebcom_add_shaper", change_shaper<kel_ic_ebcom_add_shaper>}},
+         .variants = {{"kel_ic_ebcom_add_shaper", change_shaper<kel_ic_ebcom_add_shaper, added>}},
          .help = "Take a reference on a port's queue, a part of path add",
          .details = shaping_details,
          .arguments = path_arguments_with_shaping(),
          .example = "ebcom shaper add 02:00:02:02:00:02 --port RLU1Q",
          .undo = "ebcom shaper remove"},
         {.name = "ebcom shaper remove",
-         .variants = {{"kel_ic_ebcom_remove_shaper", change_shaper<kel_ic_ebcom_remove_shaper>}},
+         .variants = {{"kel_ic_ebcom_remove_shaper", change_shaper<kel_ic_ebcom_remove_shaper, removed>}},
          .help = "Give a reference on a port's queue back",
          .arguments = {destination, through_port},
          .example = "ebcom shaper remove 02:00:02:02:00:02 --port RLU1Q"},

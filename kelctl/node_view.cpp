@@ -110,7 +110,7 @@ private:
         for (const snapshot::queue *queue : queues_[scheduler])
             if (const auto port = ports_.port_of_queue.find(queue->self); port != ports_.port_of_queue.end())
                 return "  " + port_group(port->second);
-        return children_[scheduler].empty() ? "  no queues" : "";
+        return children_[scheduler].empty() && queues_[scheduler].empty() ? "  no queues" : "";
     }
 
     std::string queue_view(const snapshot::queue &queue)

@@ -1,6 +1,7 @@
 // What lasts from one command to the next: the trace log, how results are shown, and the words that were used.
 #pragma once
 
+#include "kelctl/asked_paths.h"
 #include "kelctl/c_program.h"
 #include "kelctl/command.h"
 #include "kelctl/known_words.h"
@@ -75,6 +76,8 @@ public:
 
     place where; // commands come from
     known_words known;
+    asked_paths paths;
+    bool timed = false;    // a timestamp thread was started, whose first offset may have to be waited for
     bool finished = false; // no further command is wanted
 
 private:

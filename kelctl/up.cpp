@@ -103,6 +103,10 @@ bool node_from_file::make_steps()
     auto failed = node_.up(show_path, interrupted);
     shown.leave_line();
     step_failed_ = failed.has_value();
+    if (node_.whole()) {
+        session_.paths.add(steps_.paths);
+        session_.timed = true;
+    }
     if (failed)
         tell_failures({std::move(*failed)}, "bring-up");
     else if (!node_.whole())
@@ -176,6 +180,7 @@ bool node_from_file::down()
     tell_background_failures();
     session_.remark("Down again.");
     take_down done = node_.down();
+    session_.paths.clear();
     const auto left = current_snapshot();
     if (done.refused_leftover && !(left && left->empty()))
         done.refused.insert(done.refused.begin(), std::move(*done.refused_leftover));

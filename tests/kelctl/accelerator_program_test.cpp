@@ -14,6 +14,7 @@ namespace
 
 using nlohmann::json;
 using testing::HasSubstr;
+using testing::Not;
 using testing::StartsWith;
 
 program_outcome run_text(const std::string &script, const std::map<std::string, std::string> &environment = {})
@@ -121,8 +122,34 @@ TEST(Snapshot, IsASummaryForPeople)
     const std::string told = run_text(small_node + "snapshot\n").out;
     EXPECT_THAT(told, HasSubstr("Interface     Ethernet device 7, VSI 258\n"));
     EXPECT_THAT(told, HasSubstr("Paths         to 1 destination through 1 queue\n"));
-    EXPECT_THAT(told, HasSubstr("100 Mbit/s"));
+    EXPECT_THAT(told, HasSubstr("Timestamp     offset 160\n"));
+    EXPECT_THAT(told, HasSubstr("\n  0x5c00000008  RLU1\n    RLU1P (6)                     100 Mbit/s "));
     EXPECT_THAT(told, HasSubstr("02:00:00:02:00:01"));
+}
+
+TEST(Snapshot, NamesThePortsThatStandAfterOthersWentAway)
+{
+    const std::string told = run_text(small_node + "ebcom path add 02:00:00:02:00:02 --port RLU2P\n"
+                                                   "ebcom path add 02:00:00:02:00:02 --port RLU3P\n"
+                                                   "ebcom path remove 02:00:00:02:00:01 --port RLU1P\n"
+                                                   "snapshot\n")
+                                 .out;
+    EXPECT_THAT(told, Not(HasSubstr("RLU1")));
+    EXPECT_THAT(told, HasSubstr("  RLU2\n    RLU2P (8) "));
+    EXPECT_THAT(told, HasSubstr("  RLU3\n    RLU3P (10) "));
+    EXPECT_THAT(run_text(small_node + "ebcom stop\nebcom start\nebcom path add 02:00:00:02:00:02 --port RLU4Q\n"
+                                      "snapshot\n")
+                    .out,
+                HasSubstr("  RLU4\n    RLU4Q (13) "));
+}
+
+TEST(Snapshot, OfANodeFromAFileNamesItsPorts)
+{
+    const file_in_folder file("node.toml",
+                              ebcom_table + "[[path]]\ndst_mac = \"02:00:00:02:00:01\"\nport = \"RLU1P\"\n");
+    const auto outcome = run_kelctl({.arguments = {"shell", "node.toml"}, .folder = file.folder(), .in = "snapshot\n"});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(outcome.out, HasSubstr("  RLU1\n    RLU1P (6) "));
 }
 
 TEST(Reset, LeavesAnEmptyAccelerator)

@@ -48,7 +48,7 @@ TEST(TreeView, ShowsChainsGroupsQueuesAndDestinations)
 
 TEST(TreeView, QueueOfNoKnownPortIsToldByItsHandle)
 {
-    EXPECT_THAT(tree_view(small_node(), {}, plain), HasSubstr("\n    queue 0x20  "));
+    EXPECT_THAT(tree_view(small_node(), {}, plain), HasSubstr("\n  0x12\n    queue 0x20  "));
 }
 
 TEST(TreeView, DestinationOfAnotherQueueSaysThroughWhichItIsSent)
