@@ -150,6 +150,20 @@ TEST(NodeFile, HostileTextIsAProblemAndNothingElse)
         EXPECT_THAT(parse_node_file(text).problems, SizeIs(1)) << text.substr(0, 40);
 }
 
+// U+FB26, U+FE0F and U+FEFE. The fuzz target sees under sanitizers that the parser does not meet them.
+TEST(NodeFile, CharactersThatTheParserCannotTakeAreTold)
+{
+    for (const char *character : {"\xEF\xAC\xA6", "\xEF\xB8\x8F", "\xEF\xBB\xBE"}) {
+        const auto read = with_ebcom(std::string("x = 1 ") + character + " \n");
+        ASSERT_THAT(read.problems, SizeIs(1));
+        EXPECT_THAT(read.problems[0].message, HasSubstr("\xEF\xBF\xBD"));
+    }
+    EXPECT_THAT(with_ebcom("# \xE2\x9A\xA0\xEF\xB8\x8F a comment\n").problems, IsEmpty());
+    EXPECT_THAT(
+        parse_node_file("\xEF\xBB\xBF[ebcom]\nic_port_mtu = 1500\nether_type = 0x88B5\nsettings = [1, 2]\n").problems,
+        IsEmpty());
+}
+
 TEST(NodeFile, DeepestDocumentThatTheParserTakesIsTakenApartAgain)
 {
     std::string key = "b";
