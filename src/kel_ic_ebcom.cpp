@@ -195,9 +195,11 @@ guint path_count(const mac_text &mac)
     return GPOINTER_TO_UINT(g_hash_table_lookup(dest_mac_addr_count, mac.text));
 }
 
+// A path before the first start, which makes the table, is the caller's error, and not counted.
 void set_path_count(const mac_text &mac, guint count)
 {
-    g_hash_table_insert(dest_mac_addr_count, g_strdup(mac.text), GUINT_TO_POINTER(count));
+    if (dest_mac_addr_count)
+        g_hash_table_insert(dest_mac_addr_count, g_strdup(mac.text), GUINT_TO_POINTER(count));
 }
 
 // ---- Statistics ----

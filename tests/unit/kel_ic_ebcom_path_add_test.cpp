@@ -10,10 +10,6 @@
 #include <string>
 #include <vector>
 
-#ifdef KEL_LEAK_CHECKER
-#include <sanitizer/lsan_interface.h>
-#endif
-
 namespace
 {
 
@@ -399,12 +395,8 @@ TEST(PathAdd, PortWithoutQosIsToldByAllThreeWhoAsk)
     )");
 }
 
-// The copy of the MAC text belongs to nobody then.
 TEST(PathAdd, BeforeAnyStartThePathIsCreatedButNotCounted)
 {
-#ifdef KEL_LEAK_CHECKER
-    const __lsan::ScopedDisabler lost_copy;
-#endif
     EXPECT_EQ(kel_core_ic_ebcom_path_add(&to_ob), 0U);
     transcript::expect(add_entered + attached + R"(
         kel_ic_ebcom_add_shaper:
