@@ -87,7 +87,7 @@ script written_out(std::span<const choice> choices)
         step step = with_arguments(operation_of(each[0]), each[1], each[2]);
         if (!model.allows(step))
             continue;
-        for (const size_t fault : {3, 5}) {
+        for (const size_t fault : {3U, 5U}) {
             if (each[fault] < 128)
                 continue;
             proof::model tried = model;
