@@ -7,6 +7,7 @@
 
 #include <string>
 #include <sys/ioctl.h>
+#include <utility>
 
 namespace kelctl
 {
@@ -16,7 +17,8 @@ namespace
 // A long line must not take two, or the way back up is not known.
 constexpr std::string_view wrapping_off = "\x1b[?7l";
 constexpr std::string_view wrapping_on = "\x1b[?7h";
-constexpr std::string_view rest_of_line_erased = "\x1b[K";
+// Written in front: behind a line that fills the width, the cursor still stands on its last character.
+constexpr std::string_view line_erased = "\x1b[K";
 constexpr std::string_view rest_of_screen_erased = "\x1b[J";
 
 constexpr size_t any_height = 1'000'000;
@@ -48,10 +50,16 @@ void redrawn_block::draw(std::string_view text)
     const size_t most = lines_that_fit(stream_);
     for (drawn_ = 0; !text.empty() && drawn_ < most; ++drawn_) {
         const size_t end = text.find('\n');
-        drawing += fmt::format("{}{}\n", text.substr(0, end), rest_of_line_erased);
+        drawing += fmt::format("{}{}\n", line_erased, text.substr(0, end));
         text.remove_prefix(end + 1);
     }
     write(stream_, fmt::format("{}{}{}", drawing, rest_of_screen_erased, wrapping_on));
+}
+
+void redrawn_block::leave()
+{
+    if (std::exchange(drawn_, 0) > 0)
+        write(stream_, "\n");
 }
 
 } // namespace kelctl

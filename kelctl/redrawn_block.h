@@ -17,6 +17,9 @@ public:
     // The text ends with a line end. On a terminal, lines that are too long or too many for it are cut.
     void draw(std::string_view text);
 
+    // On a terminal an empty line follows, which the "^C" of a person may take. The next drawing is a new one.
+    void leave();
+
 private:
     std::FILE *stream_;
     bool redrawn_;

@@ -161,6 +161,7 @@ bool node_from_file::watch(const watch_pace &pace)
         if (traffic.time() >= end || interrupted_within(pace.interval))
             break;
     }
+    block.leave();
     result_.shown["watched"] = {{"nanoseconds", traffic.time()}};
     const bool whole = before.failures.empty();
     tell_failures(std::move(before.failures), "watch");
