@@ -30,6 +30,16 @@ std::string place_text(const origin &from)
     return from.file.empty() ? "" : fmt::format("{}:{}: ", without_controls(from.file), from.line);
 }
 
+// Messages are one line mostly; those of the accelerator may have more.
+std::string fitting(std::string_view text, std::FILE *stream)
+{
+    const auto width = line_width(stream);
+    std::string lines;
+    for (; width && !text.empty(); text.remove_prefix(std::min(text.find('\n'), text.size() - 1) + 1))
+        lines += folded(text.substr(0, text.find('\n')), *width);
+    return width ? lines : fmt::format("{}\n", text);
+}
+
 } // namespace
 
 void show(const result &done, const origin &from, bool tracer_installed)
@@ -39,7 +49,8 @@ void show(const result &done, const origin &from, bool tracer_installed)
     write(stdout, shown_text(done));
     std::string told;
     for (const input_error &error : done.errors)
-        told += (error.file.empty() && !from.file.empty() ? place_text(from) + error.message : text_of(error)) + "\n";
+        told += fitting(error.file.empty() && !from.file.empty() ? place_text(from) + error.message : text_of(error),
+                        stderr);
     for (size_t i = 0; i < std::min(done.failures.size(), most_full_reports); ++i)
         told += report_of(done.failures[i], tracer_installed, page_for(stderr), place_text(from));
     if (done.failures.size() > most_full_reports)
@@ -54,7 +65,7 @@ void show_wrong_line(const input_error &error, bool json)
     if (json)
         write(stdout, line_of(document_of(error)));
     else
-        write(stderr, text_of(error) + "\n");
+        write(stderr, fitting(text_of(error), stderr));
 }
 
 std::string text_of(const input_error &error)
