@@ -167,23 +167,6 @@ std::string parser_message(std::string_view description)
 }
 
 // The first place that must not reach the parser, if there is one.
-// The parser (toml++ 3.3) runs into the void when it looks for a blank and meets a character from U+FB26 to U+FEFE, such
-// as the one that makes a picture of the sign before it. None of them belongs into a node file; U+FFFD takes their places,
-// and as much room.
-std::string without_traps(std::string_view text)
-{
-    constexpr std::string_view first = "\xEF\xAC\xA6";
-    constexpr std::string_view last = "\xEF\xBB\xBE";
-    constexpr std::string_view replacement = "\xEF\xBF\xBD";
-    std::string safe(text);
-    for (size_t at = safe.find('\xEF'); at != std::string::npos; at = safe.find('\xEF', at + 1)) {
-        const std::string_view character = std::string_view(safe).substr(at, first.size());
-        if (character >= first && character <= last)
-            safe.replace(at, first.size(), replacement);
-    }
-    return safe;
-}
-
 std::optional<problem> hostile_line(std::string_view text)
 {
     uint32_t line = 1;
@@ -216,7 +199,7 @@ node_file_read parse_node_file(std::string_view text)
         return read;
     }
     try {
-        const toml::table document = toml::parse(without_traps(text));
+        const toml::table document = toml::parse(text);
         read_document(table_reader(document, "", read.problems), read);
     } catch (const toml::parse_error &error) {
         read.problems.push_back({position_of(error.source()), parser_message(error.description())});
