@@ -36,6 +36,11 @@ TEST(Formatter, NullPrefixArgumentYieldsTheBodyAlone)
     EXPECT_EQ(format("%s(): ", no_text, "body"), "body");
 }
 
+TEST(Formatter, EmptyPrefixYieldsTheBodyAlone)
+{
+    EXPECT_EQ(format("%s", "", "body"), "body");
+}
+
 TEST(Formatter, NullPrefixArgumentAndBodyShowTheMessageBefore)
 {
     format("%s(): ", "one", "before");

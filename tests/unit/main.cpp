@@ -1,7 +1,7 @@
 // The library's state lives as long as its process, so each test has a process of its own. ctest runs a program for each;
 // children of one program are quicker, above all under valgrind:
 //
-//     unit-tests --forked [PATTERN] [--gtest_fail_fast]         PATTERN: of names, as in 'Shaper*'
+//     unit-tests --forked [PATTERN...] [--gtest_fail_fast]         PATTERN: of names, as in 'Shaper*'
 #include "transcript.h"
 
 #include <gtest/gtest.h>
@@ -9,6 +9,11 @@
 #include <fnmatch.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include <algorithm>
+#include <span>
+#include <string>
+#include <vector>
 
 namespace
 {
@@ -36,7 +41,14 @@ bool passes(const std::string &name)
     return true;
 }
 
-std::vector<std::string> tests_named(const char *pattern)
+using pattern_list = std::span<char *const>;
+
+bool fits_any(pattern_list patterns, const std::string &name)
+{
+    return std::ranges::any_of(patterns, [&](const char *each) { return fnmatch(each, name.c_str(), 0) == 0; });
+}
+
+std::vector<std::string> tests_named(pattern_list patterns)
 {
     std::vector<std::string> names;
     const testing::UnitTest &all = *testing::UnitTest::GetInstance();
@@ -45,15 +57,16 @@ std::vector<std::string> tests_named(const char *pattern)
         for (int m = 0; m < suite.total_test_count(); ++m)
             names.push_back(std::string(suite.name()) + "." + suite.GetTestInfo(m)->name());
     }
-    std::erase_if(names, [pattern](const std::string &name) { return fnmatch(pattern, name.c_str(), 0) != 0; });
+    if (!patterns.empty())
+        std::erase_if(names, [&](const std::string &name) { return !fits_any(patterns, name); });
     return names;
 }
 
-int run_forked(const char *pattern)
+int run_forked(pattern_list patterns)
 {
     size_t ran = 0;
     size_t failed = 0;
-    for (const std::string &name : tests_named(pattern)) {
+    for (const std::string &name : tests_named(patterns)) {
         ++ran;
         failed += !passes(name);
         if (failed && GTEST_FLAG_GET(fail_fast))
@@ -70,7 +83,7 @@ int main(int argc, char **argv)
     testing::InitGoogleTest(&argc, argv);
     transcript::begin();
     if (argc > 1 && std::string(argv[1]) == "--forked")
-        return run_forked(argc > 2 ? argv[2] : "*");
+        return run_forked({argv + 2, argv + argc});
     const int failed = RUN_ALL_TESTS();
     if (testing::UnitTest::GetInstance()->test_to_run_count() > 1)
         fprintf(stderr, "Several tests shared one process and its state: run them through ctest, or one by one.\n");
