@@ -41,6 +41,12 @@ TEST(Formatter, EmptyPrefixYieldsTheBodyAlone)
     EXPECT_EQ(format("%s", "", "body"), "body");
 }
 
+TEST(Formatter, PrefixThatCannotBeMadeYieldsTheBodyAlone)
+{
+    const wchar_t no_character[] = {0x7FFFFFFF, 0};
+    EXPECT_EQ(format("%ls", reinterpret_cast<const char *>(no_character), "body"), "body");
+}
+
 TEST(Formatter, NullPrefixArgumentAndBodyShowTheMessageBefore)
 {
     format("%s(): ", "one", "before");
