@@ -71,7 +71,11 @@ argument emit_option()
 
 argument emit_output_option()
 {
-    return {.name = "--output", .kind = file(), .help = "the program", .required = false, .needs = "--emit"};
+    return {.name = "--output",
+            .kind = file(),
+            .help = "where the program is written; has to be given with --emit",
+            .required = false,
+            .needs = "--emit"};
 }
 
 bool command::allowed_in(place where) const

@@ -65,7 +65,7 @@ std::vector<command> session_commands()
                        {.name = "--keep-going", .kind = flag(), .help = "go on after lines that fail"},
                        emit_option(),
                        emit_output_option()},
-         .example = "run setup.kel",
+         .example = "run examples/node.kel",
          .places = {place::program}},
         {.name = "shell",
          .variants = {{.run = shell}},

@@ -23,12 +23,16 @@ constexpr meaning statuses[] = {
     {"2", "the command line, a script or the node file is wrong; nothing was started"},
 };
 
+constexpr meaning program_options[] = {
+    {"--version", "print the version"},
+};
+
 constexpr meaning variables[] = {
     {"MPID", "own MP id, unless the node file gives one"},
     {"NO_COLOR", "when not empty: no colours on a terminal"},
     {"XDG_STATE_HOME", "where the shell keeps its history"},
     {"KEL_SOFTNODE_FAULTS", "calls that the software accelerator shall let fail, such as "
-                            "\"ork_ebcom_pcep_path_create:3=-4\""},
+                            "\"ork_ebcom_pcep_path_create:3=-4\", or a file of such rules, \"@FILE\""},
 };
 
 std::string in_usage(const argument &argument)
@@ -119,8 +123,6 @@ std::string overview(place where)
     const auto of_one_word = [](const command &row) { return row.name.find(' ') == std::string_view::npos; };
     std::vector<help_row> options;
     add_arguments(shared_options(), true, options);
-    if (where == place::program)
-        options.push_back({"--version", "print the version"});
     return section("Commands", command_rows(where, of_one_word)) + section("Groups of commands", group_rows(where)) +
            section("Options of every command", options);
 }
@@ -130,6 +132,11 @@ std::string overview(place where)
 std::span<const meaning> exit_statuses()
 {
     return statuses;
+}
+
+std::span<const meaning> options_without_command()
+{
+    return program_options;
 }
 
 std::span<const meaning> environment_variables()
@@ -174,9 +181,10 @@ std::string help_of(const command &row)
 std::string help_of_words(std::string_view words, place where)
 {
     if (words.empty() && where == place::program)
-        return fmt::format("{}\nUsage: kelctl COMMAND ...\n{}{}{}\n\"kelctl help COMMAND\" tells more of a command.\n",
-                           about, overview(where), section("Exit status", rows_of(statuses)),
-                           section("Environment", rows_of(variables)));
+        return fmt::format(
+            "{}\nUsage: kelctl COMMAND ...\n{}{}{}{}\n\"kelctl help COMMAND\" tells more of a command.\n", about,
+            overview(where), section("Instead of a command", rows_of(program_options)),
+            section("Exit status", rows_of(statuses)), section("Environment", rows_of(variables)));
     if (words.empty())
         return overview(where).substr(1) + "\n\"help COMMAND\" tells more of a command or group.\n";
     const std::string beginning = fmt::format("{} ", words);

@@ -18,7 +18,8 @@ struct meaning {
 };
 
 std::span<const meaning> exit_statuses();
-std::span<const meaning> environment_variables(); // that change what the program does
+std::span<const meaning> options_without_command(); // given alone
+std::span<const meaning> environment_variables();   // that change what the program does
 
 // "--port PORT", "SCRIPT", "COMMAND..."
 std::string with_value(const argument &argument);

@@ -55,9 +55,8 @@ void add_command(roff_page &page, const command &row)
                       one.word.empty() ? "The library's function." : fmt::format("With --variant {}.", one.word));
 }
 
-void add_meanings(roff_page &page, std::string_view heading, std::span<const meaning> meanings)
+void add_meanings(roff_page &page, std::span<const meaning> meanings)
 {
-    page.section(heading);
     for (const auto &[what, means] : meanings)
         page.item(what, means);
 }
@@ -74,19 +73,23 @@ std::string program_manual(std::string_view version)
     page.section("OPTIONS");
     page.text("Every command has these:");
     add_arguments(page, shared_options());
+    page.text("\nInstead of a command:");
+    add_meanings(page, options_without_command());
     page.section("COMMANDS");
     for (const command &row : commands())
         add_command(page, row);
     page.section("SCRIPTS");
     page.text(scripts);
-    add_meanings(page, "EXIT STATUS", exit_statuses());
-    add_meanings(page, "ENVIRONMENT", environment_variables());
+    page.section("EXIT STATUS");
+    add_meanings(page, exit_statuses());
+    page.section("ENVIRONMENT");
+    add_meanings(page, environment_variables());
     page.section("EXAMPLES");
     for (const command &row : commands())
         if (row.allowed_in(place::program) && row.places.size() == 1)
             page.example(fmt::format("kelctl {}", row.example));
     page.section("SEE ALSO");
-    page.text("node.toml(5)");
+    page.text("node.toml(5), kel_core_ic_ebcom(3), kel_core_ic_pcep(3)");
     return page.written();
 }
 

@@ -99,8 +99,8 @@ TEST(Help, WholeOfTheProgramTellsStatusesAndEnvironment)
 {
     const std::string help = help_of_words("", place::program);
     EXPECT_THAT(help, StartsWith("Control process of a node"));
-    for (const char *part : {"Usage: kelctl COMMAND ...\n", "\n  up  ", "\n  ebcom ...  ", "\n  --version  ",
-                             "\nExit status:\n", "\n  NO_COLOR  "})
+    for (const char *part : {"Usage: kelctl COMMAND ...\n", "\n  up  ", "\n  ebcom ...  ",
+                             "\nInstead of a command:\n  --version  ", "\nExit status:\n", "\n  NO_COLOR  "})
         EXPECT_THAT(help, HasSubstr(part));
     EXPECT_THAT(help, Not(HasSubstr("\n  exit  ")));
 }
