@@ -56,15 +56,18 @@ extern "C" {
  *
  * A second start without a stop builds a second scheduler tree and forgets the first one, which no stop can release.
  *
- * @return 0; the code of the failed attachment (no thread was started); 13 when the thread cannot be created; the
- *         code of the failed scheduler set-up (the thread runs on, the schedulers made so far stay until a stop).
+ * @return 0; the code of the failed attachment (no thread was started); 13 when the creation of the thread gives a
+ *         negative number, and no schedulers are made then (a positive one counts as success, though there is no
+ *         thread); the code of the failed scheduler set-up (the thread runs on, the schedulers made so far stay until
+ *         a stop).
  */
 uint32_t kel_core_ic_ebcom_start(void);
 
 /**
  * Stops the EBCOM service: releases all queues, destination lists and schedulers (kel_ic_ebcom_deinit_qos()) and
  * nothing else. Paths stay in the driver kit, their counts survive into the next start, and timestamp threads run on.
- * Remove all paths first: those left cannot be deleted any more.
+ * Remove all paths first: those left cannot be deleted any more. A stop before the first start finds no table of counts:
+ * GLib warns on standard error, and the result is 0.
  *
  * @return 0; the code of the failed take-down.
  */
@@ -94,7 +97,7 @@ KEL_LAYOUT_AT(kel_ebcom_global_params, etherType, 4);
 
 /** Fixed limits of the service, as kel_core_ic_ebcom_capabilities_get() tells them. */
 typedef struct kel_ebcom_capabilities {
-    uint32_t max_burst_size;        /**< 1,048,575 */
+    uint32_t max_burst_size;        /**< 1,048,575, in the unit of `burst_size` of a path */
     uint32_t max_pcep_id;           /**< 511 */
     uint32_t max_multicast_groups;  /**< 30 */
     uint32_t max_multicast_members; /**< 16 of each group */
@@ -108,7 +111,8 @@ KEL_LAYOUT_AT(kel_ebcom_capabilities, max_multicast_members, 12);
  * Hands the service-wide parameters to the driver kit. The library keeps no copy.
  *
  * @param params   read only
- * @param settings two 4-bit values, read only; the upper bits of each are cut off without a report
+ * @param settings two 4-bit values, read only: the first goes into the low four bits of an octet, the second into the
+ *                 high ones; the upper bits of each are cut off without a report
  * @return 0; the code of the failed attachment; 13 when the driver kit refuses.
  */
 uint32_t kel_core_ic_ebcom_global_param_set(const kel_ebcom_global_params *params, const uint8_t settings[2]);
@@ -166,8 +170,11 @@ KEL_LAYOUT_AT(kel_ebcom_path_config, burst_size, 20);
  *
  * @param config read only, not kept
  * @return 0; 3 for a port without EBCOM, and for an EIOA destination on port 0; 7 when the port's queue has other
- *         shaping; 13 when the driver kit refuses, in which case the reference on the queue is not given back; or the
- *         code of a failed attachment or companion call.
+ *         shaping; 10 without memory for the destination, when the queue was there before; 13 when the driver kit
+ *         refuses; or the code of a failed attachment or companion call. When it refuses the path itself, the reference
+ *         on the queue is not given back; when it refuses to tell the queue's shaping, none was taken. When a new queue
+ *         cannot be kept, see kel_ic_ebcom_add_shaper(), the path is created without a queue and counted, and the result
+ *         is 0; its removal answers 4.
  */
 uint32_t kel_core_ic_ebcom_path_add(const kel_ebcom_path_config *config);
 
@@ -216,10 +223,11 @@ uint32_t kel_ic_ebcom_deinit_qos(void);
  *
  * @param config read only, not kept. An unshaped request matches an existing unshaped queue only when its rate and burst are 0.
  *               The buffer threshold is not compared.
- * @param path   only `queue_hdl` is written, with the port's queue
- * @return 0; 3 for a port without EBCOM; 7 when the existing queue has other shaping; 10 without memory; 13 when the
- *         driver kit refuses; or the code of a failed attachment or companion call. When a queue created by this very
- *         call cannot be kept, it is removed again, without limit until that succeeds, and the result is 0.
+ * @param path   only `queue_hdl` is written, with the port's queue, and only when a reference was taken
+ * @return 0; 3 for a port without EBCOM; 7 when the existing queue has other shaping; 10 without memory, when the queue
+ *         was there before; 13 when the driver kit refuses; or the code of a failed attachment or companion call. When
+ *         a queue created by this very call cannot be kept, it is removed again, without limit until that succeeds, and
+ *         the result is 0. No reference was taken then, and the port goes on naming the removed queue.
  */
 uint32_t kel_ic_ebcom_add_shaper(const kel_ebcom_path_config *config, ork_ebcom_pcep_path *path);
 
@@ -235,21 +243,21 @@ uint32_t kel_ic_ebcom_add_shaper(const kel_ebcom_path_config *config, ork_ebcom_
 uint32_t kel_ic_ebcom_remove_shaper(const kel_ebcom_path_config *config, ork_ebcom_pcep_path *path);
 
 /**
- * The queue that carries a destination. A destination on several ports is found in the lowest port group, and there
- * in the lowest queue.
+ * The queue that holds a reference for a destination. Of a destination on several ports it is the one in the lowest port
+ * group, and there the lowest queue; the accelerator sends through the queue of the path that was added last.
  *
  * @param dst_mac      6 bytes, wire order
  * @param queue_handle written on success only; the handle stays the library's
- * @return 0; 4 when no queue carries the destination.
+ * @return 0; 4 when no queue holds a reference for the destination.
  */
 uint32_t kel_ic_ebcom_queue_handle_get(const uint8_t *dst_mac, void **queue_handle);
 
 /**
- * The port group's scheduler above the queue that carries a destination.
+ * The port group's scheduler above the queue that kel_ic_ebcom_queue_handle_get() finds.
  *
  * @param dst_mac          6 bytes, wire order
  * @param scheduler_handle written on success only; the handle stays the library's
- * @return 0; 4 when no queue carries the destination.
+ * @return 0; 4 when no queue holds a reference for the destination.
  */
 uint32_t kel_ic_ebcom_scheduler_handle_get(const uint8_t *dst_mac, void **scheduler_handle);
 
@@ -283,7 +291,7 @@ uint32_t kel_core_ic_ebcom_global_fmt_stats_get(char *buf, uint32_t len, uint8_t
  */
 uint32_t kel_core_ic_ebcom_fmt_global_stats(char *buf, uint32_t len, uint32_t format);
 
-/** Counters of the queue that carries a destination. A block of memory is 256 octets. */
+/** Counters of a queue. A block of memory is 256 octets. */
 typedef struct ebcom_queue_stats {
     uint32_t mem_blks_in_use;    /**< blocks that waiting packets take */
     uint32_t pkts_out_standing;  /**< packets that wait */
@@ -308,11 +316,12 @@ KEL_LAYOUT_AT(ebcom_queue_stats, max_burst_size, 48);
 KEL_LAYOUT_AT(ebcom_queue_stats, current_burst_size, 52);
 
 /**
- * Reads the counters of the queue that carries a destination. Do not change paths meanwhile.
+ * Reads the counters of the queue that kel_ic_ebcom_queue_handle_get() finds for a destination. Do not change paths
+ * meanwhile.
  *
  * @param dst_mac 6 bytes, wire order, read only
  * @param stats   56 octets, cleared first: all zero when the counters cannot be read, filled when only a step after it fails
- * @return 0; 4 when no queue carries the destination; or the code of the failed reading.
+ * @return 0; 4 when no queue holds a reference for the destination; or the code of the failed reading.
  */
 uint32_t kel_core_ic_ebcom_queue_stats_get(const uint8_t *dst_mac, ebcom_queue_stats *stats);
 
@@ -366,7 +375,8 @@ uint32_t kel_ic_ebcom_set_burst_stats(void *queue_handle, void *scheduler_handle
  * What lies there under that name is followed and emptied, a link to another file included.
  *
  * @return 0; 13 when the file cannot be opened (without a record of it) or a line cannot be written (the lines before it
- *         stay).
+ *         stay). The lines are kept back until the file is closed, and whether that succeeds is not asked: a full disk
+ *         gives 0.
  */
 uint32_t kel_core_ic_ebcom_qos_handle_dump(void);
 

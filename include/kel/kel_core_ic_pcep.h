@@ -46,10 +46,11 @@ extern "C" {
  * | 2      | any                               | 2 OB     | 2    |
  * | 3      | any                               | 3 HSFP   | 2    |
  * | 0      | 0x80 and above, or the own MP id  | 1 CPU    | 1    |
- * | other  | other                             | 4 EIOA   | 0    |
+ * | anything else |                            | 4 EIOA   | 0    |
  *
- * The own MP id is the low 8 bits of the environment variable "MPID", in decimal. It is read when it is first needed
- * and kept once it is not 0.
+ * The own MP id is the low 8 bits of the environment variable "MPID", in decimal; what is no number is 0, and so is a
+ * variable that is not set. It is read when an address with byte 3 = 0 and byte 2 below 0x80 is first asked about, and kept
+ * once it is not 0. While it is 0, it is read again for each such address, and byte 2 = 0 is taken for this processor's.
  *
  * @param mac      6 bytes, wire order
  * @param location written always
@@ -109,6 +110,7 @@ typedef struct kel_pcep_config {
     uint8_t rest[22];          /**< kept, not read */
 } kel_pcep_config;
 KEL_LAYOUT_SIZE(kel_pcep_config, 44);
+KEL_LAYOUT_AT(kel_pcep_config, reserved3, 3);
 KEL_LAYOUT_AT(kel_pcep_config, local_mac, 4);
 KEL_LAYOUT_AT(kel_pcep_config, remote_mac, 10);
 KEL_LAYOUT_AT(kel_pcep_config, vlan_id, 16);
@@ -129,8 +131,8 @@ uint32_t kel_core_ic_pcep_add(uint32_t pcep_id, const kel_pcep_config *config);
 
 /**
  * Unbinds a PCEP that was bound and deletes it in the driver kit. Its id is free afterwards, whatever the result: what
- * the driver kit refused to delete is forgotten. The id of a multicast group gives 7 and is forgotten, too. Groups that it
- * is a member of still count it.
+ * the driver kit refused to delete is forgotten. The id of a multicast group gives 7 and is forgotten, too; the group goes
+ * on counting against the 30. Groups that a PCEP is a member of still count it.
  *
  * @param pcep_id 1 to 511
  * @return 0; 3 for an invalid id; 4 for a free one; 7 for a multicast group; 13 when the driver kit refuses. After a

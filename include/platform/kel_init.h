@@ -30,7 +30,7 @@ enum kel_init_rc {
     KEL_RC_MISMATCH = 7,       /**< other kind of PCEP, or other shaping than the queue already has */
     KEL_RC_LIMIT = 10,         /**< limit reached, or no memory */
     KEL_RC_UNSUPPORTED = 11,   /**< not offered for this kind of object */
-    KEL_RC_FAILED = 13         /**< a driver-kit, timing-unit, thread or file call failed */
+    KEL_RC_FAILED = 13         /**< a driver-kit, thread or file call failed */
 };
 
 /** VSI of the accelerator's event device. */
@@ -45,8 +45,10 @@ typedef struct kel_attach_info {
     uint8_t opaque144[32];
 } kel_attach_info;
 KEL_LAYOUT_SIZE(kel_attach_info, 176);
+KEL_LAYOUT_AT(kel_attach_info, opaque8, 8);
 KEL_LAYOUT_AT(kel_attach_info, ehsfp_target, 128);
 KEL_LAYOUT_AT(kel_attach_info, ork_handle, 136);
+KEL_LAYOUT_AT(kel_attach_info, opaque144, 144);
 
 /** Attaches the process to the accelerator and fills the record. May be called any number of times. */
 uint32_t kel_init_attach(kel_attach_info *attach);

@@ -124,6 +124,8 @@ typedef struct ebcom_pcep_outbound_stats {
     uint8_t rest[48];
 } ebcom_pcep_outbound_stats;
 KEL_LAYOUT_SIZE(ebcom_pcep_outbound_stats, 64);
+KEL_LAYOUT_AT(ebcom_pcep_outbound_stats, out_cnt1, 8);
+KEL_LAYOUT_AT(ebcom_pcep_outbound_stats, rest, 16);
 
 /** What a PCEP has received. */
 typedef struct ebcom_pcep_inbound_stats {
@@ -183,12 +185,17 @@ typedef struct ork_bind_params {
 KEL_LAYOUT_SIZE(ork_bind_params, 96);
 KEL_LAYOUT_AT(ork_bind_params, word4, 4);
 KEL_LAYOUT_AT(ork_bind_params, word8, 8);
+KEL_LAYOUT_AT(ork_bind_params, reserved12, 12);
 KEL_LAYOUT_AT(ork_bind_params, ork_handle, 16);
+KEL_LAYOUT_AT(ork_bind_params, reserved24, 24);
 KEL_LAYOUT_AT(ork_bind_params, pcep_id, 32);
 KEL_LAYOUT_AT(ork_bind_params, word36, 36);
 KEL_LAYOUT_AT(ork_bind_params, target, 40);
+KEL_LAYOUT_AT(ork_bind_params, reserved48, 48);
 KEL_LAYOUT_AT(ork_bind_params, word60, 60);
+KEL_LAYOUT_AT(ork_bind_params, reserved64, 64);
 KEL_LAYOUT_AT(ork_bind_params, byte84, 84);
+KEL_LAYOUT_AT(ork_bind_params, reserved85, 85);
 
 ork_rc ork_bind(void *sys_handle, const ork_bind_params *params);
 ork_rc ork_unbind(void *sys_handle, const ork_bind_params *params);
