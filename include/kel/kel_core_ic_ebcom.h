@@ -173,8 +173,8 @@ KEL_LAYOUT_AT(kel_ebcom_path_config, burst_size, 20);
  *         shaping; 10 without memory for the destination, when the queue was there before; 13 when the driver kit
  *         refuses; or the code of a failed attachment or companion call. When it refuses the path itself, the reference
  *         on the queue is not given back; when it refuses to tell the queue's shaping, none was taken. When a new queue
- *         cannot be kept, see kel_ic_ebcom_add_shaper(), the path is created without a queue and counted, and the result
- *         is 0; its removal answers 4.
+ *         cannot be kept, see kel_ic_ebcom_add_shaper(), the driver kit is asked for a path without a queue: if it makes
+ *         one, it is counted and the result is 0, but its removal answers 4.
  */
 uint32_t kel_core_ic_ebcom_path_add(const kel_ebcom_path_config *config);
 
@@ -227,7 +227,8 @@ uint32_t kel_ic_ebcom_deinit_qos(void);
  * @return 0; 3 for a port without EBCOM; 7 when the existing queue has other shaping; 10 without memory, when the queue
  *         was there before; 13 when the driver kit refuses; or the code of a failed attachment or companion call. When
  *         a queue created by this very call cannot be kept, it is removed again, without limit until that succeeds, and
- *         the result is 0. No reference was taken then, and the port goes on naming the removed queue.
+ *         the result is 0. No reference was taken then, and the port goes on naming the removed queue until a stop:
+ *         further adds on it ask the driver kit about that one.
  */
 uint32_t kel_ic_ebcom_add_shaper(const kel_ebcom_path_config *config, ork_ebcom_pcep_path *path);
 
