@@ -149,8 +149,8 @@ std::string folded(std::string_view line, size_t width, size_t unseen)
         const size_t next = rest.find_first_not_of(' ', blank);
         if (next == std::string::npos)
             break;
-        lines += rest.substr(0, rest.find_last_not_of(' ', blank) + 1) + "\n";
-        rest = indentation + rest.substr(next);
+        lines += fmt::format("{}\n", rest.substr(0, rest.find_last_not_of(' ', blank) + 1));
+        rest.replace(0, next, indentation);
         begin = indentation.size();
     }
     return lines + rest + "\n";
