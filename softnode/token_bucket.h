@@ -1,8 +1,10 @@
 /*
- * token_bucket.h - a token bucket: an octet of a frame costs an octet of tokens, tokens come in at a rate, and there are
- * never more of them than the bucket is deep. It is full at first.
+ * token_bucket.h - a token bucket: an octet of a frame costs an octet of tokens, tokens come in at a rate, and there
+ * are never more of them than the bucket is deep. It is full at first.
  *
- * A queue that always has a frame waiting sends exactly at its rate, also where the bucket is as small as a frame.
+ * A queue that always has a frame waiting sends exactly at its rate, also where the bucket is as small as a frame, if
+ * nothing but its tokens keeps the frame. Tokens that come in while it waits for its neighbours' turns, and find no
+ * room in the bucket, are lost.
  */
 #ifndef SOFTNODE_TOKEN_BUCKET_H
 #define SOFTNODE_TOKEN_BUCKET_H

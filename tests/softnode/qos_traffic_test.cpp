@@ -155,6 +155,31 @@ TEST_F(QosTraffic, ATurnIsAFrameHoweverLong)
     EXPECT_EQ(depart(0, 10'000), (Departures{{0, 1}, {2000, 2}, {2100, 1}, {4100, 2}}));
 }
 
+/* Frames of 1,200 nanoseconds, of which a queue alone sends one in 3,000 at its rate, and the other in 3,871. */
+TEST_F(QosTraffic, ABucketWithoutRoomForANeighboursFrameLosesTokens)
+{
+    const Handle shared = scheduler();
+    const Handle faster = queue(shared, 4'000'000, 1500, 20'000'000);
+    const Handle slower = queue(shared, 3'100'000, 1500, 20'000'000);
+    enter(faster, 1, {10'000, 1500}, 0);
+    enter(slower, 2, {10'000, 1500}, 0);
+    depart_all(10'000'000);
+    EXPECT_EQ(graph.queues().at(faster).counters[Fate::sent].frames, 2584U);
+    EXPECT_EQ(graph.queues().at(slower).counters[Fate::sent].frames, 2584U);
+}
+
+TEST_F(QosTraffic, ABucketWithRoomForANeighboursFrameKeepsItsRate)
+{
+    const Handle shared = scheduler();
+    const Handle faster = queue(shared, 4'000'000, 3000, 20'000'000);
+    const Handle slower = queue(shared, 3'100'000, 3000, 20'000'000);
+    enter(faster, 1, {10'000, 1500}, 0);
+    enter(slower, 2, {10'000, 1500}, 0);
+    depart_all(10'000'000);
+    EXPECT_EQ(graph.queues().at(faster).counters[Fate::sent].frames, 3335U);
+    EXPECT_EQ(graph.queues().at(slower).counters[Fate::sent].frames, 2584U);
+}
+
 TEST_F(QosTraffic, AFrameThatArrivesWhileTheSchedulerIsBusyWaitsForIt)
 {
     const Handle shared = scheduler();

@@ -89,6 +89,44 @@ Wide difference(Wide left, Wide right)
     return left > right ? left - right : right - left;
 }
 
+struct BackloggedQueue {
+    Handle handle;
+    Shaping shaping;
+};
+
+/*
+ * Adds a scheduler and queues below it that always have frames waiting. Their rates fit the scheduler's, and a bucket
+ * holds the longest frames of all of them.
+ */
+std::vector<BackloggedQueue> add_sharing_queues(LoadedNode &node, std::uint64_t rate, Handle parent)
+{
+    struct Share {
+        std::uint32_t weight = draw_between(1U, 3U);
+        std::uint32_t length = draw_between(800U, 1600U);
+    };
+    const std::vector<Share> shares(draw_between<std::size_t>(2, 3));
+    std::uint32_t weights = 0;
+    std::uint32_t burst = 0;
+    for (const Share &share : shares) {
+        weights += share.weight;
+        burst += share.length;
+    }
+    const Handle scheduler = node.add_scheduler(rate, parent);
+    std::vector<BackloggedQueue> queues;
+    for (const Share &share : shares) {
+        const Shaping shaping{static_cast<std::uint32_t>(rate * share.weight / weights), burst, 4'000'000'000};
+        const softnode::Mac destination = numbered_mac(static_cast<std::uint32_t>(node.ebcom.paths().size()));
+        queues.push_back({node.add_queue(scheduler, shaping), shaping});
+        node.lay_path(destination, queues.back().handle);
+        const std::uint32_t shorter = draw_between(share.length / 2, share.length);
+        for (int round = 0; round < 50; ++round) {
+            node.offer(destination, {1'000, share.length});
+            node.offer(destination, {1'000, shorter});
+        }
+    }
+    return queues;
+}
+
 /* Sent so much until then. */
 struct Reading {
     Instant when;
@@ -168,6 +206,33 @@ RC_GTEST_PROP(TrafficProperty, ABackloggedShapedQueueSendsAtItsRate, ())
     const Wide sent = backlog.microbits_in(interval);
     RC_ASSERT(difference(sent, softnode::moved(rate, interval)) < Wide{length} * octet);
     RC_ASSERT(difference(sent, softnode::moved(rate, interval)) * 1000 <= softnode::moved(rate, interval));
+}
+
+RC_GTEST_PROP(TrafficProperty, BackloggedShapedQueuesThatShareSchedulersSendAtTheirRates, ())
+{
+    LoadedNode node;
+    std::vector<BackloggedQueue> queues;
+    const auto fastest = draw_between<std::uint64_t>(1'000, facts::line_rate);
+    for (auto left = draw_between(1U, 2U); left > 0; --left) {
+        const Handle parent = queues.empty() ? Handle::null : node.queue(queues.back().handle).scheduler;
+        const auto below = add_sharing_queues(node, draw_between(fastest - fastest / 4, fastest), parent);
+        queues.insert(queues.end(), below.begin(), below.end());
+    }
+    std::uint64_t interval = 0;
+    for (const auto &[handle, shaping] : queues)
+        interval = std::max(interval, time_of(1100, shaping.burst, shaping.rate));
+
+    node.advance(interval / 20); /* the bursts are through by then */
+    std::map<Handle, std::uint64_t> before;
+    for (const auto &[handle, shaping] : queues)
+        before[handle] = node.queue(handle).counters[Fate::sent].octets;
+    node.advance(interval);
+    for (const auto &[handle, shaping] : queues) {
+        const Wide sent = Wide{node.queue(handle).counters[Fate::sent].octets - before[handle]} * octet;
+        const Wide expected = softnode::moved(shaping.rate, interval);
+        RC_ASSERT(node.queue(handle).waiting().frames > 0U);
+        RC_ASSERT(difference(sent, expected) * 1000 <= expected);
+    }
 }
 
 RC_GTEST_PROP(TrafficProperty, ABackloggedSchedulerSendsAtItsRate, ())
