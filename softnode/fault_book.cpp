@@ -34,7 +34,7 @@ void FaultBook::clear()
     entries_of_.fill({});
 }
 
-FaultEffects FaultBook::enter(std::size_t function)
+FaultEffects FaultBook::begin_call(std::size_t function)
 {
     const std::uint64_t call = ++calls_[function];
     for (const std::size_t place : entries_of_[function]) {

@@ -31,8 +31,11 @@ public:
     std::string add_file(const std::string &file);
     void clear();
 
-    /** Counts a call. Of the rules that it meets, the one added first tells what becomes of it. */
-    FaultEffects enter(std::size_t function);
+    /**
+     * Counts a call. Of the rules that it meets, the one added first tells what becomes of it. However many rules there
+     * are, each is looked at when its calls begin, when it is met, and when they are over.
+     */
+    FaultEffects begin_call(std::size_t function);
 
     const std::array<std::uint64_t, closed_functions.size()> &calls() const;
     const std::vector<Entry> &entries() const;

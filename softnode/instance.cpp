@@ -79,11 +79,11 @@ void start_over()
 
 std::optional<std::int64_t> arrive_at(std::size_t function)
 {
-    const FaultEffects effects = instance().node.enter(function);
+    const FaultEffects effects = instance().node.begin_call(function);
     if (effects.block && !wait_for_release(function))
         return driver_kit_code(Refusal::shut_down);
     if (std::optional<Trial> &trial = instance().trial)
-        if (const auto result = trial->enter(this_thread(), function))
+        if (const auto result = trial->begin_call(this_thread(), function))
             return result;
     return effects.result;
 }

@@ -57,7 +57,7 @@ std::optional<std::int64_t> arrive_at(std::size_t function);
  * The way into a closed function that returns a code: alone, counted, and slowed, blocked or made to fail when a rule
  * says so. Otherwise `work` does what the function is for and yields its code.
  */
-template <class Code, class Work> Code enter(std::string_view function, Work work)
+template <class Code, class Work> Code closed_call(std::string_view function, Work work)
 {
     return with_node([&](Node &node) -> Code {
         if (const auto result = arrive_at(closed_function(function).value()))

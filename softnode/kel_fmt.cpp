@@ -14,7 +14,7 @@ namespace
 
 template <class Work> uint32_t formatting_call(const char *function, Work work)
 {
-    return enter<uint32_t>(function, [&](Node &) { return companion_code(work()); });
+    return closed_call<uint32_t>(function, [&](Node &) { return companion_code(work()); });
 }
 
 } // namespace

@@ -15,7 +15,7 @@ namespace
 
 template <class Work> uint32_t companion_call(const char *function, Work work)
 {
-    return enter<uint32_t>(function, [&](Node &node) { return companion_code(work(node)); });
+    return closed_call<uint32_t>(function, [&](Node &node) { return companion_code(work(node)); });
 }
 
 } // namespace

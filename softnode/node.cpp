@@ -9,9 +9,9 @@
 namespace softnode
 {
 
-FaultEffects Node::enter(std::size_t function)
+FaultEffects Node::begin_call(std::size_t function)
 {
-    const FaultEffects effects = faults.enter(function);
+    const FaultEffects effects = faults.begin_call(function);
     advance(effects.latency);
     return effects;
 }

@@ -40,7 +40,7 @@ struct Node {
     FaultBook faults;
 
     /** Counts a call of a closed function, and lets the time pass that a rule says it takes. */
-    FaultEffects enter(std::size_t function);
+    FaultEffects begin_call(std::size_t function);
 
     /** Lays a path; its queue has to be there. */
     Refusal create_path(const ork_ebcom_pcep_path &path);

@@ -14,7 +14,7 @@ namespace
 /* A driver-kit call: its first argument is the handle that kel_init_attach() hands out. */
 template <class Work> ork_rc driver_kit_call(const char *function, void *ork, Work work)
 {
-    return enter<ork_rc>(function, [&](Node &node) {
+    return closed_call<ork_rc>(function, [&](Node &node) {
         if (const Refusal refusal = node.attachment.check_driver_kit(handle_of(ork)))
             return driver_kit_code(refusal);
         return driver_kit_code(work(node));
@@ -24,7 +24,7 @@ template <class Work> ork_rc driver_kit_call(const char *function, void *ork, Wo
 /* A binding: its first argument is the system handle, the driver-kit handle is in the record. */
 template <class Work> ork_rc binding_call(const char *function, void *sys_handle, Work work)
 {
-    return enter<ork_rc>(function, [&](Node &node) {
+    return closed_call<ork_rc>(function, [&](Node &node) {
         if (const Refusal refusal = node.attachment.check_system(handle_of(sys_handle)))
             return driver_kit_code(refusal);
         return driver_kit_code(work(node));
@@ -59,7 +59,7 @@ constexpr std::array<StatusText, 10> status_texts{{
 
 ork_rc ork_syshandle_get(uint32_t a, uint32_t b, void **sys_handle)
 {
-    return enter<ork_rc>(__func__, [&](Node &node) {
+    return closed_call<ork_rc>(__func__, [&](Node &node) {
         if (a != 0 || b != 1 || !sys_handle)
             return driver_kit_code(Refusal::invalid);
         *sys_handle = pointer_of(node.attachment.system());

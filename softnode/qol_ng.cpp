@@ -9,7 +9,7 @@ using namespace softnode;
 int32_t qol_ng_restart_request_line_and_file(uint32_t line, const char *file, uint32_t, const char *reason, uint32_t,
                                              void *)
 {
-    return enter<int32_t>(__func__, [&](Node &node) {
+    return closed_call<int32_t>(__func__, [&](Node &node) {
         if (!file || !reason)
             return driver_kit_code(Refusal::invalid);
         node.restarts.push_back({line, file, reason});

@@ -18,7 +18,7 @@ Trial::Trial(User scenario, std::optional<TrialFault> fault) : fault_(fault)
     number_of(scenario);
 }
 
-std::optional<std::int64_t> Trial::enter(User user, std::size_t function)
+std::optional<std::int64_t> Trial::begin_call(User user, std::size_t function)
 {
     if (stopped_)
         return std::nullopt;

@@ -40,7 +40,7 @@ public:
     Trial(User scenario, std::optional<TrialFault> fault);
 
     /** Notes a call. Answers what it returns when it is to fail. */
-    std::optional<std::int64_t> enter(User user, std::size_t function);
+    std::optional<std::int64_t> begin_call(User user, std::size_t function);
 
     /** From now on calls are neither noted nor made to fail. */
     void stop();

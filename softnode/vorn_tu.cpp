@@ -12,7 +12,7 @@ namespace
 
 template <class Work> int32_t timing_call(const char *function, Work work)
 {
-    return enter<int32_t>(function, [&](Node &node) { return driver_kit_code(work(node.timing)); });
+    return closed_call<int32_t>(function, [&](Node &node) { return driver_kit_code(work(node.timing)); });
 }
 
 /* Lets go of the node until the connection has an event. */

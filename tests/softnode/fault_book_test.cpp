@@ -18,9 +18,9 @@ const std::size_t wait_event = *closed_function("vorn_tu_wait_event");
 TEST(FaultBook, CountsCallsPerFunction)
 {
     FaultBook book;
-    EXPECT_FALSE(book.enter(attach).result);
-    EXPECT_FALSE(book.enter(attach).result);
-    EXPECT_FALSE(book.enter(wait_event).result);
+    EXPECT_FALSE(book.begin_call(attach).result);
+    EXPECT_FALSE(book.begin_call(attach).result);
+    EXPECT_FALSE(book.begin_call(wait_event).result);
     EXPECT_EQ(book.calls()[attach], 2U);
     EXPECT_EQ(book.calls()[wait_event], 1U);
 }
@@ -29,7 +29,7 @@ TEST(FaultBook, ACallThatFailsIsCountedToo)
 {
     FaultBook book;
     ASSERT_EQ(book.add("kel_init_attach=10"), "");
-    EXPECT_EQ(book.enter(attach).result, 10);
+    EXPECT_EQ(book.begin_call(attach).result, 10);
     EXPECT_EQ(book.calls()[attach], 1U);
     EXPECT_EQ(book.entries().front().hits, 1U);
 }
@@ -38,18 +38,18 @@ TEST(FaultBook, ARuleFailsItsFunctionOnly)
 {
     FaultBook book;
     ASSERT_EQ(book.add("kel_init_attach=10"), "");
-    EXPECT_FALSE(book.enter(wait_event).result);
+    EXPECT_FALSE(book.begin_call(wait_event).result);
 }
 
 TEST(FaultBook, ARuleCountsFromWhenItWasAdded)
 {
     FaultBook book;
-    book.enter(attach);
-    book.enter(attach);
+    book.begin_call(attach);
+    book.begin_call(attach);
     ASSERT_EQ(book.add("kel_init_attach:2=10"), "");
-    EXPECT_FALSE(book.enter(attach).result);
-    EXPECT_EQ(book.enter(attach).result, 10);
-    EXPECT_FALSE(book.enter(attach).result);
+    EXPECT_FALSE(book.begin_call(attach).result);
+    EXPECT_EQ(book.begin_call(attach).result, 10);
+    EXPECT_FALSE(book.begin_call(attach).result);
     EXPECT_EQ(book.entries().front().hits, 1U);
 }
 
@@ -57,9 +57,9 @@ TEST(FaultBook, OfSeveralRulesTheOneAddedFirstDecides)
 {
     FaultBook book;
     ASSERT_EQ(book.add("kel_init_attach:2=10;kel_init_attach=3"), "");
-    EXPECT_EQ(book.enter(attach).result, 3);
-    EXPECT_EQ(book.enter(attach).result, 10);
-    EXPECT_EQ(book.enter(attach).result, 3);
+    EXPECT_EQ(book.begin_call(attach).result, 3);
+    EXPECT_EQ(book.begin_call(attach).result, 10);
+    EXPECT_EQ(book.begin_call(attach).result, 3);
     EXPECT_EQ(book.entries()[0].hits, 1U);
     EXPECT_EQ(book.entries()[1].hits, 2U);
 }
@@ -68,7 +68,7 @@ TEST(FaultBook, ACallMeetsARuleWithAllItsEffects)
 {
     FaultBook book;
     ASSERT_EQ(book.add("vorn_tu_wait_event:1=latency:3us,block,-5"), "");
-    const FaultEffects effects = book.enter(wait_event);
+    const FaultEffects effects = book.begin_call(wait_event);
     EXPECT_EQ(effects.latency, 3'000U);
     EXPECT_TRUE(effects.block);
     EXPECT_EQ(effects.result, -5);
@@ -79,7 +79,7 @@ TEST(FaultBook, ARuleWithoutResultHidesTheOnesAddedLater)
     FaultBook book;
     ASSERT_EQ(book.add("kel_init_attach=latency:3us"), "");
     ASSERT_EQ(book.add("kel_init_attach=10"), "");
-    EXPECT_FALSE(book.enter(attach).result);
+    EXPECT_FALSE(book.begin_call(attach).result);
     EXPECT_EQ(book.entries()[1].hits, 0U);
 }
 
@@ -89,7 +89,7 @@ TEST(FaultBook, OneBadRuleAmongGoodOnesAddsNone)
     EXPECT_EQ(book.add("kel_init_attach=10;kel_init_attach;vorn_tu_wait_event=-5"),
               "\"kel_init_attach\": no effect; a rule is function[:call[*times]]=effect[,effect]");
     EXPECT_TRUE(book.entries().empty());
-    EXPECT_FALSE(book.enter(attach).result);
+    EXPECT_FALSE(book.begin_call(attach).result);
 }
 
 TEST(FaultBook, AFileThatCannotBeReadAddsNone)
@@ -105,7 +105,7 @@ TEST(FaultBook, ARuleAddedAfterAClearCounts)
     ASSERT_EQ(book.add("vorn_tu_wait_event=-1;kel_init_attach=10"), "");
     book.clear();
     ASSERT_EQ(book.add("kel_init_attach=3"), "");
-    EXPECT_EQ(book.enter(attach).result, 3);
+    EXPECT_EQ(book.begin_call(attach).result, 3);
     EXPECT_EQ(book.entries().front().hits, 1U);
 }
 
@@ -113,9 +113,9 @@ TEST(FaultBook, ClearForgetsRulesAndKeepsCounts)
 {
     FaultBook book;
     ASSERT_EQ(book.add("kel_init_attach=10"), "");
-    book.enter(attach);
+    book.begin_call(attach);
     book.clear();
-    EXPECT_FALSE(book.enter(attach).result);
+    EXPECT_FALSE(book.begin_call(attach).result);
     EXPECT_EQ(book.calls()[attach], 2U);
     EXPECT_TRUE(book.entries().empty());
 }
@@ -124,7 +124,7 @@ TEST(FaultBook, ResetForgetsBoth)
 {
     FaultBook book;
     ASSERT_EQ(book.add("kel_init_attach=10"), "");
-    book.enter(attach);
+    book.begin_call(attach);
     book.reset();
     EXPECT_EQ(book.calls()[attach], 0U);
     EXPECT_TRUE(book.entries().empty());

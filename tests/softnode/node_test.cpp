@@ -234,9 +234,9 @@ TEST_F(Node, ACallTakesTheTimeThatItsRuleSays)
 {
     const std::size_t attach = *softnode::closed_function("kel_init_attach");
     ASSERT_EQ(node.faults.add("kel_init_attach:2=latency:250us,-4"), "");
-    EXPECT_FALSE(node.enter(attach).result);
+    EXPECT_FALSE(node.begin_call(attach).result);
     EXPECT_EQ(node.clock.now(), 0U);
-    EXPECT_EQ(node.enter(attach).result, -4);
+    EXPECT_EQ(node.begin_call(attach).result, -4);
     EXPECT_EQ(node.clock.now(), 250'000U);
     EXPECT_EQ(node.faults.calls()[attach], 2U);
 }

@@ -266,8 +266,8 @@ TEST(Snapshot, ShowsCallsAndFaults)
 {
     Node node;
     ASSERT_EQ(node.faults.add("kel_init_attach:2=10;vorn_tu_init=-1"), "");
-    node.faults.enter(*closed_function("kel_init_attach"));
-    node.faults.enter(*closed_function("kel_init_attach"));
+    node.faults.begin_call(*closed_function("kel_init_attach"));
+    node.faults.begin_call(*closed_function("kel_init_attach"));
     const json document = look_into(node);
     EXPECT_EQ(document["calls"], json::parse(R"({"kel_init_attach": 2})"));
     EXPECT_EQ(document["faults"], json::parse(R"([{"rule": "kel_init_attach:2=10", "hits": 1},

@@ -33,7 +33,7 @@ TEST(Trial, NotesCallsInTheirOrder)
 {
     Trial trial(scenario, std::nullopt);
     for (const std::size_t function : {attach, init, attach})
-        EXPECT_FALSE(trial.enter(scenario, function));
+        EXPECT_FALSE(trial.begin_call(scenario, function));
     EXPECT_EQ(texts(trial),
               (std::vector<std::string>{"0 kel_init_attach 1", "0 vorn_tu_init 1", "0 kel_init_attach 2"}));
 }
@@ -42,7 +42,7 @@ TEST(Trial, CountsEachThreadsCallsAlone)
 {
     Trial trial(scenario, std::nullopt);
     for (const User user : {other, scenario, third, other})
-        trial.enter(user, attach);
+        trial.begin_call(user, attach);
     EXPECT_EQ(texts(trial), (std::vector<std::string>{"0 kel_init_attach 1", "1 kel_init_attach 1",
                                                       "1 kel_init_attach 2", "2 kel_init_attach 1"}));
 }
@@ -50,28 +50,28 @@ TEST(Trial, CountsEachThreadsCallsAlone)
 TEST(Trial, FailsTheOneCallOfTheOneThread)
 {
     Trial trial(scenario, TrialFault{{1, attach, 2}, -4, false});
-    EXPECT_FALSE(trial.enter(scenario, attach));
-    EXPECT_FALSE(trial.enter(scenario, attach));
-    EXPECT_FALSE(trial.enter(other, attach));
-    EXPECT_FALSE(trial.enter(other, init));
-    EXPECT_EQ(trial.enter(other, attach), -4);
-    EXPECT_FALSE(trial.enter(other, attach));
+    EXPECT_FALSE(trial.begin_call(scenario, attach));
+    EXPECT_FALSE(trial.begin_call(scenario, attach));
+    EXPECT_FALSE(trial.begin_call(other, attach));
+    EXPECT_FALSE(trial.begin_call(other, init));
+    EXPECT_EQ(trial.begin_call(other, attach), -4);
+    EXPECT_FALSE(trial.begin_call(other, attach));
 }
 
 TEST(Trial, FailsAllLaterCallsWhenTheFaultIsPersistent)
 {
     Trial trial(scenario, TrialFault{{0, attach, 2}, 13, true});
-    EXPECT_FALSE(trial.enter(scenario, attach));
-    EXPECT_EQ(trial.enter(scenario, attach), 13);
-    EXPECT_EQ(trial.enter(scenario, attach), 13);
-    EXPECT_FALSE(trial.enter(scenario, init));
-    EXPECT_FALSE(trial.enter(other, attach));
+    EXPECT_FALSE(trial.begin_call(scenario, attach));
+    EXPECT_EQ(trial.begin_call(scenario, attach), 13);
+    EXPECT_EQ(trial.begin_call(scenario, attach), 13);
+    EXPECT_FALSE(trial.begin_call(scenario, init));
+    EXPECT_FALSE(trial.begin_call(other, attach));
 }
 
 TEST(Trial, NotesACallThatFails)
 {
     Trial trial(scenario, TrialFault{{0, attach, 1}, 13, false});
-    trial.enter(scenario, attach);
+    trial.begin_call(scenario, attach);
     EXPECT_EQ(texts(trial), (std::vector<std::string>{"0 kel_init_attach 1"}));
 }
 
@@ -79,6 +79,6 @@ TEST(Trial, NeitherNotesNorFailsOnceItIsStopped)
 {
     Trial trial(scenario, TrialFault{{0, attach, 1}, 13, true});
     trial.stop();
-    EXPECT_FALSE(trial.enter(scenario, attach));
+    EXPECT_FALSE(trial.begin_call(scenario, attach));
     EXPECT_TRUE(trial.calls().empty());
 }
