@@ -45,9 +45,10 @@ Instance *switch_on()
     return fresh.release();
 }
 
-Instance *&place()
+/* Where the node stands. Whoever is the first to ask says which one that is. */
+Instance *&place(Instance *(*first)())
 {
-    static Instance *here = switch_on();
+    static Instance *here = first();
     return here;
 }
 
@@ -68,13 +69,13 @@ bool wait_for_release(std::size_t function)
 
 Instance &instance()
 {
-    return *place();
+    return *place(switch_on);
 }
 
-/* The old one stays where it is: its lock may be held for good by a thread that did not come along. */
+/* An old one stays where it is: its lock may be held for good by a thread that did not come along. */
 void start_over()
 {
-    place() = new Instance;
+    place([]() -> Instance * { return nullptr; }) = new Instance;
 }
 
 std::optional<std::int64_t> arrive_at(std::size_t function)

@@ -35,7 +35,10 @@ struct Instance {
  */
 Instance &instance();
 
-/** Puts a node just switched on, without fault rules, in the place of this one. For a child process of one thread. */
+/**
+ * Puts a node just switched on, without fault rules, not even those of KEL_SOFTNODE_FAULTS, in the place of this one.
+ * For a child process of one thread.
+ */
 void start_over();
 
 /** Runs `work` on the node, alone. */

@@ -290,6 +290,19 @@ TEST_F(FaultSweep, EveryRunHasANodeJustSwitchedOnWithoutFaultRules)
     EXPECT_EQ(report["undisturbed"]["left"], json::array({item("scheduler", "1"), item("scheduler", "2")}));
 }
 
+/* In a process that starts with this, as one that has a node has read the variable before. */
+TEST(FaultSweepOfAFreshProcess, HasNoPartOfTheEnvironment)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto sweep_with_unreadable_faults = [] {
+        setenv("KEL_SOFTNODE_FAULTS", "nope", 1);
+        kel_attach_info attach{};
+        const json report = sweep({[&] { return kel_init_attach(&attach); }});
+        std::exit(report["undisturbed"]["outcome"] == "returned" && report["runs"].size() == 6 ? 0 : 1);
+    };
+    EXPECT_EXIT(sweep_with_unreadable_faults(), testing::ExitedWithCode(0), "");
+}
+
 TEST_F(FaultSweep, LeavesTheCallersNodeAndProcessAsTheyWere)
 {
     const auto descriptors = [] { return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}); };
