@@ -5,11 +5,14 @@
 
 #include "softnode/fault_codes.h"
 #include "softnode/fault_sweep.h"
+#include "softnode/fault_text.h"
 #include "softnode/instance.h"
 #include "softnode/snapshot.h"
 
 #include <cstring>
 #include <string>
+#include <utility>
+#include <vector>
 
 using namespace softnode;
 
@@ -34,7 +37,11 @@ char *softnode_faults_add_file(const char *file)
 {
     if (!file)
         return strdup("no file: the pointer is null");
-    return text_unless_empty(with_node([&](Node &node) { return node.faults.add_file(file); }));
+    std::vector<FaultRule> rules; /* read before the node is taken: a pipe may keep whoever reads it waiting */
+    const std::string problem = read_fault_file(file, rules);
+    if (problem.empty())
+        with_node([&](Node &node) { node.faults.add(std::move(rules)); });
+    return text_unless_empty(problem);
 }
 
 char *softnode_faults_json()

@@ -19,15 +19,6 @@ std::string FaultBook::add(std::string_view rules)
     return problem;
 }
 
-std::string FaultBook::add_file(const std::string &file)
-{
-    std::vector<FaultRule> read;
-    std::string problem = read_fault_file(file, read);
-    if (problem.empty())
-        add(std::move(read));
-    return problem;
-}
-
 void FaultBook::clear()
 {
     entries_.clear();

@@ -26,9 +26,11 @@ public:
         std::uint64_t hits = 0;
     };
 
-    /* Both add the rules of a text, or none, and answer what is wrong with the first bad one; see fault_text.h. */
+    void add(std::vector<FaultRule> rules);
+
+    /** Adds the rules of a text, or none, and answers what is wrong with the first bad one; see fault_text.h. */
     std::string add(std::string_view rules);
-    std::string add_file(const std::string &file);
+
     void clear();
 
     /**
@@ -43,8 +45,6 @@ public:
     void reset();
 
 private:
-    void add(std::vector<FaultRule> rules);
-
     std::array<std::uint64_t, closed_functions.size()> calls_{};
     std::vector<Entry> entries_;
     std::array<std::vector<std::size_t>, closed_functions.size()> entries_of_; /* by function: places in entries_ */

@@ -3,6 +3,7 @@
  */
 #include "softnode/instance.h"
 
+#include "softnode/fault_text.h"
 #include "softnode/timing_user.h"
 
 #include <cstdio>
@@ -10,6 +11,8 @@
 #include <memory>
 #include <string>
 #include <unistd.h>
+#include <utility>
+#include <vector>
 
 namespace softnode
 {
@@ -21,9 +24,11 @@ constexpr const char *faults_variable = "KEL_SOFTNODE_FAULTS";
 constexpr int unreadable_faults_status = 2;
 
 /* "@FILE" or the rules themselves. */
-std::string add_faults(FaultBook &faults, const std::string &given)
+std::string read_faults(const std::string &given, std::vector<FaultRule> &rules)
 {
-    return given.starts_with('@') ? faults.add_file(given.substr(1)) : faults.add(given);
+    if (given == "@")
+        return "no file is named behind the @";
+    return given.starts_with('@') ? read_fault_file(given.substr(1), rules) : read_fault_text(given, rules);
 }
 
 void take_faults_from_environment(FaultBook &faults)
@@ -31,9 +36,10 @@ void take_faults_from_environment(FaultBook &faults)
     const char *given = std::getenv(faults_variable);
     if (!given)
         return;
-    const std::string problem = add_faults(faults, given);
+    std::vector<FaultRule> rules;
+    const std::string problem = read_faults(given, rules);
     if (problem.empty())
-        return;
+        return faults.add(std::move(rules));
     std::fprintf(stderr, "libkel-softnode: %s: %s\n", faults_variable, problem.c_str());
     _exit(unreadable_faults_status);
 }

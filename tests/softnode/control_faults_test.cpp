@@ -11,9 +11,13 @@
 #include "softnode/closed_functions.h"
 
 #include <cstdint>
+#include <fcntl.h>
 #include <map>
 #include <string>
 #include <string_view>
+#include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
 
 namespace
 {
@@ -183,6 +187,26 @@ TEST_F(Faults, AFileOfRulesIsAddedWhole)
     EXPECT_EQ(add_fault_file(bad.name().c_str()), bad.name() + ":2:17: the call is not a number from 1 to 4294967295");
     EXPECT_EQ(kel_init_attach(&attach), 0U);
     EXPECT_EQ(add_fault_file(nullptr), "no file: the pointer is null");
+}
+
+TEST_F(Faults, AFileThatTakesLongToReadHoldsNobodyUp)
+{
+    const TemporaryFile place("");
+    const std::string pipe = place.name() + ".pipe";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    std::string problem = "not read";
+    std::thread reader([&] { problem = add_fault_file(pipe.c_str()); });
+    int writing = -1;
+    while ((writing = open(pipe.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC)) < 0) /* until it is open for reading */
+        std::this_thread::yield();
+    EXPECT_EQ(kel_init_attach(&attach), 0U);
+    constexpr std::string_view rule = "kel_init_attach:1=10";
+    EXPECT_EQ(write(writing, rule.data(), rule.size()), static_cast<ssize_t>(rule.size()));
+    close(writing);
+    reader.join();
+    unlink(pipe.c_str());
+    EXPECT_EQ(problem, "");
+    EXPECT_EQ(kel_init_attach(&attach), 10U);
 }
 
 TEST_F(Faults, AreListedAsTheSnapshotHasThem)

@@ -92,13 +92,6 @@ TEST(FaultBook, OneBadRuleAmongGoodOnesAddsNone)
     EXPECT_FALSE(book.begin_call(attach).result);
 }
 
-TEST(FaultBook, AFileThatCannotBeReadAddsNone)
-{
-    FaultBook book;
-    EXPECT_EQ(book.add_file("/nowhere/rules"), "/nowhere/rules: No such file or directory");
-    EXPECT_TRUE(book.entries().empty());
-}
-
 TEST(FaultBook, ARuleAddedAfterAClearCounts)
 {
     FaultBook book;

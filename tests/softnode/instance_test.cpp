@@ -66,6 +66,9 @@ TEST(FaultsFromTheEnvironment, EndTheProcessWhenTheirFileCannotBeRead)
     const Outcome missing = run_with_faults("@/nowhere/rules");
     EXPECT_EQ(missing.output, "libkel-softnode: KEL_SOFTNODE_FAULTS: /nowhere/rules: No such file or directory\n");
     EXPECT_EQ(missing.status, 2);
+    const Outcome unnamed = run_with_faults("@");
+    EXPECT_EQ(unnamed.output, "libkel-softnode: KEL_SOFTNODE_FAULTS: no file is named behind the @\n");
+    EXPECT_EQ(unnamed.status, 2);
 }
 
 TEST(FaultsFromTheEnvironment, NameTheFunctionsWhenOneIsUnknown)
