@@ -22,14 +22,17 @@ std::string FaultBook::add(std::string_view rules)
 void FaultBook::clear()
 {
     entries_.clear();
-    entries_of_.fill({});
+    watches_.fill({});
 }
 
 FaultEffects FaultBook::begin_call(std::size_t function)
 {
     const std::uint64_t call = ++calls_[function];
-    for (const std::size_t place : entries_of_[function]) {
-        Entry &entry = entries_[place];
+    auto &[coming, begun] = watches_[function];
+    for (; !coming.empty() && coming.begin()->first <= call; coming.erase(coming.begin()))
+        begun.insert(coming.begin()->second);
+    for (; !begun.empty(); begun.erase(begun.begin())) {
+        Entry &entry = entries_[*begun.begin()];
         if (!entry.rule.hits(call - entry.calls_before))
             continue;
         ++entry.hits;
@@ -56,9 +59,9 @@ void FaultBook::reset()
 void FaultBook::add(std::vector<FaultRule> rules)
 {
     for (FaultRule &rule : rules) {
-        const std::size_t function = rule.function;
-        entries_of_[function].push_back(entries_.size());
-        entries_.push_back({std::move(rule), calls_[function]});
+        const std::uint64_t calls_before = calls_[rule.function];
+        watches_[rule.function].coming.emplace(calls_before + rule.first, entries_.size());
+        entries_.push_back({std::move(rule), calls_before});
     }
 }
 

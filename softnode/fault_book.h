@@ -10,8 +10,10 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace softnode
@@ -45,9 +47,15 @@ public:
     void reset();
 
 private:
+    /* Rules for one function, by their places among the entries. A rule is in one of the two until it is over. */
+    struct Watch {
+        std::set<std::pair<std::uint64_t, std::size_t>> coming; /* by the call that they begin with */
+        std::set<std::size_t> begun;                            /* one that is over stays until it is the first */
+    };
+
     std::array<std::uint64_t, closed_functions.size()> calls_{};
     std::vector<Entry> entries_;
-    std::array<std::vector<std::size_t>, closed_functions.size()> entries_of_; /* by function: places in entries_ */
+    std::array<Watch, closed_functions.size()> watches_{};
 };
 
 } // namespace softnode

@@ -5,6 +5,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdint>
+#include <optional>
+#include <string>
+
 using namespace softnode;
 
 namespace
@@ -62,6 +67,33 @@ TEST(FaultBook, OfSeveralRulesTheOneAddedFirstDecides)
     EXPECT_EQ(book.begin_call(attach).result, 3);
     EXPECT_EQ(book.entries()[0].hits, 1U);
     EXPECT_EQ(book.entries()[1].hits, 2U);
+}
+
+TEST(FaultBook, HoweverRulesOverlapTheOneAddedFirstDecides)
+{
+    constexpr std::uint64_t rules = 300;
+    FaultBook book;
+    for (std::uint64_t number = 0; number < rules; ++number)
+        ASSERT_EQ(book.add("kel_init_attach:" + std::to_string(1 + number * 7919 % rules) + "*" +
+                           std::to_string(1 + number * 31 % 50) + "=" + std::to_string(number)),
+                  "");
+    for (std::uint64_t call = 1; call <= rules + 50; ++call) {
+        const auto &entries = book.entries();
+        const auto first = std::find_if(entries.begin(), entries.end(),
+                                        [call](const FaultBook::Entry &entry) { return entry.rule.hits(call); });
+        EXPECT_EQ(book.begin_call(attach).result, first == entries.end() ? std::nullopt : first->rule.effects.result);
+    }
+}
+
+TEST(FaultBook, TakesTenThousandRules)
+{
+    constexpr std::uint64_t rules = 10'000;
+    FaultBook book;
+    for (std::uint64_t call = rules; call >= 1; --call)
+        ASSERT_EQ(book.add("kel_init_attach:" + std::to_string(call) + "=" + std::to_string(call)), "");
+    for (std::uint64_t call = 1; call <= rules; ++call)
+        ASSERT_EQ(book.begin_call(attach).result, static_cast<std::int64_t>(call));
+    EXPECT_FALSE(book.begin_call(attach).result);
 }
 
 TEST(FaultBook, ACallMeetsARuleWithAllItsEffects)
