@@ -3,25 +3,24 @@
  */
 #include "softnode/timing_unit.h"
 
-#include <algorithm>
+#include <array>
 #include <utility>
 
 namespace softnode
 {
 
+namespace
+{
+
+/* Indexed by ConnectionState. */
+constexpr std::array<const char *, 4> state_names{"working", "waiting", "blocked", "ended"};
+static_assert(state_names.size() == static_cast<std::size_t>(ConnectionState::ended) + 1);
+
+} // namespace
+
 const char *name_of(ConnectionState state)
 {
-    switch (state) {
-    case ConnectionState::working:
-        return "working";
-    case ConnectionState::waiting:
-        return "waiting";
-    case ConnectionState::blocked:
-        return "blocked";
-    case ConnectionState::ended:
-        return "ended";
-    }
-    return "";
+    return state_names[static_cast<std::size_t>(state)];
 }
 
 vorn_tu_event *EventRecords::hand_out(const vorn_tu_event &event)
@@ -44,11 +43,13 @@ void TimingUnit::arrive(User user)
 {
     anybody_arrived_ = true;
     waits_on_.emplace(user, Handle::null);
+    review(user);
 }
 
 void TimingUnit::leave(User user)
 {
     waits_on_.erase(user);
+    review(user);
 }
 
 Handle TimingUnit::open(User user)
@@ -71,9 +72,13 @@ Refusal TimingUnit::subscribe(Handle connection, std::int32_t domain)
 
 void TimingUnit::post(const vorn_tu_event &event)
 {
-    for (auto &[handle, connection] : connections_)
-        if (connection.subscribed)
-            connection.events.push_back(event);
+    for (auto &[handle, connection] : connections_) {
+        if (!connection.subscribed)
+            continue;
+        connection.events.push_back(event);
+        unread_.emplace(connection.user, handle);
+        review(connection.user);
+    }
 }
 
 Refusal TimingUnit::take_event(Handle connection, User user, vorn_tu_event *&event)
@@ -81,18 +86,22 @@ Refusal TimingUnit::take_event(Handle connection, User user, vorn_tu_event *&eve
     if (const Refusal refusal = connections_.check(connection))
         return refusal;
 
-    Connection &source = connections_.at(connection);
-    source.user = user;
     arrive(user);
+    change_user(connection, user);
+    Connection &source = connections_.at(connection);
     if (source.events.empty()) {
         waits_on_[user] = connection;
+        review(user);
         event = nullptr;
         return Refusal::granted;
     }
-    waits_on_[user] = Handle::null;
     event = records_.hand_out(source.events.front());
     source.events.pop_front();
     source.outstanding.insert(event);
+    if (source.events.empty())
+        unread_.erase({user, connection});
+    waits_on_[user] = Handle::null;
+    review(user);
     return Refusal::granted;
 }
 
@@ -123,8 +132,8 @@ void TimingUnit::set_reading(const vorn_tu_nputimeoffset &reading)
 
 void TimingUnit::hold(User user, std::size_t function)
 {
-    arrive(user);
     held_[user] = function;
+    arrive(user);
 }
 
 bool TimingUnit::holds(User user) const
@@ -134,9 +143,10 @@ bool TimingUnit::holds(User user) const
 
 std::size_t TimingUnit::let_go()
 {
-    const std::size_t count = held_.size();
-    held_.clear();
-    return count;
+    const auto held = std::exchange(held_, {});
+    for (const auto &[user, function] : held)
+        review(user);
+    return held.size();
 }
 
 bool TimingUnit::settled() const
@@ -146,11 +156,7 @@ bool TimingUnit::settled() const
 
 std::size_t TimingUnit::users_at_rest() const
 {
-    const auto rests = [this](const auto &entry) {
-        const auto [user, waits_on] = entry;
-        return holds(user) || (waits_on != Handle::null && took_all_events(user));
-    };
-    return static_cast<std::size_t>(std::count_if(waits_on_.begin(), waits_on_.end(), rests));
+    return at_rest_.size();
 }
 
 const vorn_tu_nputimeoffset &TimingUnit::reading() const
@@ -186,12 +192,37 @@ void TimingUnit::reset()
     anybody_arrived_ = false;
     waits_on_.clear();
     held_.clear();
+    unread_.clear();
+    at_rest_.clear();
 }
 
-bool TimingUnit::took_all_events(User user) const
+bool TimingUnit::rests(User user) const
 {
-    return std::all_of(connections_.begin(), connections_.end(),
-                       [user](const auto &entry) { return entry.second.user != user || entry.second.events.empty(); });
+    const auto entry = waits_on_.find(user);
+    if (entry == waits_on_.end())
+        return false;
+    if (holds(user))
+        return true;
+    const auto unread = unread_.lower_bound({user, Handle::null});
+    const bool took_all_events = unread == unread_.end() || unread->first != user;
+    return entry->second != Handle::null && took_all_events;
+}
+
+/* After whatever may begin or end a user's rest: so nobody has to be looked for when somebody asks. */
+void TimingUnit::review(User user)
+{
+    if (rests(user))
+        at_rest_.insert(user);
+    else
+        at_rest_.erase(user);
+}
+
+void TimingUnit::change_user(Handle connection, User user)
+{
+    const User before = std::exchange(connections_.at(connection).user, user);
+    if (unread_.erase({before, connection}) != 0)
+        unread_.emplace(user, connection);
+    review(before);
 }
 
 } // namespace softnode

@@ -16,6 +16,7 @@
 #include <deque>
 #include <map>
 #include <set>
+#include <utility>
 #include <vector>
 
 namespace softnode
@@ -100,7 +101,9 @@ public:
     void reset();
 
 private:
-    bool took_all_events(User user) const;
+    bool rests(User user) const;
+    void review(User user);
+    void change_user(Handle connection, User user);
 
     vorn_tu_nputimeoffset reading_{facts::first_cycles, facts::first_frequency};
     Registry<Connection> connections_{Kind::timing_connection};
@@ -108,6 +111,8 @@ private:
     bool anybody_arrived_ = false;
     std::map<User, Handle> waits_on_; /* everybody who has not left; null: does not wait */
     std::map<User, std::size_t> held_;
+    std::set<std::pair<User, Handle>> unread_; /* connections with events left, by their users */
+    std::set<User> at_rest_;
 };
 
 } // namespace softnode

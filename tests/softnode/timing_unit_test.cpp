@@ -245,6 +245,21 @@ TEST_F(TimingUnit, AConnectionBelongsToWhoWaitedOnItLast)
     EXPECT_EQ(timing.state(connection), ConnectionState::ended);
 }
 
+TEST_F(TimingUnit, WhatIsLeftOnAConnectionKeepsWhoWaitedOnItLast)
+{
+    const Handle handed_over = subscribed(alice);
+    timing.post(adjustment);
+    timing.post(adjustment);
+    const Handle kept = timing.open(alice);
+    take(kept, alice);
+    EXPECT_EQ(timing.users_at_rest(), 0U);
+    take(handed_over, bob);
+    EXPECT_EQ(timing.users_at_rest(), 1U) << "alice, who has nothing left to take";
+    take(handed_over, bob);
+    take(handed_over, bob);
+    EXPECT_EQ(timing.users_at_rest(), 2U);
+}
+
 TEST_F(TimingUnit, AUserThatIsHeldIsAtRestWhateverIsLeftForIt)
 {
     const Handle connection = subscribed(alice);
