@@ -62,6 +62,44 @@ void release(Caller &)
     require(softnode_faults_release() == 0);
 }
 
+void list_functions(Caller &)
+{
+    const Text functions(softnode_fault_functions_json(), std::free);
+    require(nlohmann::json::accept(functions.get()));
+}
+
+/* So few that a step stays fast: each frame that leaves takes its time. */
+std::uint64_t frames(Caller &caller)
+{
+    return caller.octet();
+}
+
+std::uint32_t length(Caller &caller)
+{
+    return caller.seldom() ? caller.input.take<std::uint32_t>() : caller.input.take<std::uint16_t>();
+}
+
+void offer(Caller &caller)
+{
+    const auto mac = caller.record(std::array<std::uint8_t, 6>{2, 0, 0, 2, 0, caller.octet()});
+    const std::uint64_t count = frames(caller);
+    softnode_traffic_offer(caller.maybe(mac) ? mac.data() : nullptr, count, length(caller));
+}
+
+void send(Caller &caller)
+{
+    const std::uint32_t id = caller.id();
+    const std::uint64_t count = frames(caller);
+    softnode_traffic_send(id, count, length(caller));
+}
+
+void advance(Caller &caller)
+{
+    const std::uint64_t before = softnode_time();
+    softnode_time_advance(caller.seldom() ? caller.input.take<std::uint64_t>() : caller.input.take<std::uint32_t>());
+    require(softnode_time() >= before);
+}
+
 /* Seldom, as it takes seven processes: an input has to ask for it, and once is enough. */
 constexpr std::uint64_t sweep_word = 0x2e7065657773202e; /* ". sweep." */
 
@@ -111,8 +149,9 @@ void reset(Caller &)
     softnode_reset();
 }
 
-constexpr std::array<Step, 12> steps{{add_faults, add_fault_file, list_faults, clear_faults, release, sweep,
-                                      set_reading, post_event, settle, look_in, draw, reset}};
+constexpr std::array<Step, 16> steps{{add_faults, add_fault_file, list_faults, clear_faults, release, sweep,
+                                      set_reading, post_event, settle, look_in, draw, reset, list_functions, offer,
+                                      send, advance}};
 
 } // namespace
 

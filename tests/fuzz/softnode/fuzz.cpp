@@ -1,7 +1,7 @@
 /*
  * fuzz.cpp - the fuzz target of the software accelerator: every closed function and every control function, with
- * handles, records and texts made of the input's octets. Whatever a caller hands in is refused or taken, and never followed to
- * where it must not be.
+ * handles, records and texts made of the input's octets. Whatever a caller hands in is refused or taken, and never
+ * followed to where it must not be.
  *
  * An input is a list of calls: an octet that chooses one, and then what its arguments take.
  */
