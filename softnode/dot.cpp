@@ -60,20 +60,20 @@ std::string end_text(const DotEnd &end, const char *side)
     return text.append(":").append(side);
 }
 
-std::string entity(char character)
+/* What stands for a character that means something between tags. */
+struct Entity {
+    char character;
+    const char *name;
+};
+
+constexpr std::array<Entity, 4> entities{{{'&', "&amp;"}, {'<', "&lt;"}, {'>', "&gt;"}, {'"', "&quot;"}}};
+
+std::string safe(char character)
 {
-    switch (character) {
-    case '&':
-        return "&amp;";
-    case '<':
-        return "&lt;";
-    case '>':
-        return "&gt;";
-    case '"':
-        return "&quot;";
-    default:
-        return {character};
-    }
+    for (const Entity &entity : entities)
+        if (entity.character == character)
+            return entity.name;
+    return {character};
 }
 
 } // namespace
@@ -157,10 +157,10 @@ std::string DotDocument::text() const
 
 std::string escaped(std::string_view text)
 {
-    std::string safe;
+    std::string written;
     for (const char character : text)
-        safe += entity(character);
-    return safe;
+        written += safe(character);
+    return written;
 }
 
 } // namespace softnode

@@ -9,9 +9,8 @@
 #include "softnode/fault_codes.h"
 #include "softnode/instance.h"
 #include "softnode/inventory.h"
+#include "softnode/json_text.h"
 #include "softnode/timing_user.h"
-
-#include <nlohmann/json.hpp>
 
 #include <array>
 #include <chrono>
@@ -25,8 +24,6 @@ namespace softnode
 namespace
 {
 
-/* Keeps the keys in the order they are written here. */
-using Json = nlohmann::ordered_json;
 using Milliseconds = std::chrono::milliseconds;
 using MaybeFault = std::optional<TrialFault>;
 
@@ -34,12 +31,6 @@ Milliseconds time_limit(const softnode_scenario &scenario)
 {
     constexpr std::uint32_t usual = 10'000;
     return Milliseconds(scenario.time_limit != 0 ? scenario.time_limit : usual);
-}
-
-/* A scenario's note is its own text and need not be UTF-8. */
-std::string written(const Json &document)
-{
-    return document.dump(2, ' ', false, Json::error_handler_t::replace);
 }
 
 /* ---- In the child ---- */

@@ -4,17 +4,13 @@
 #include "softnode/snapshot.h"
 
 #include "softnode/facts.h"
-
-#include <nlohmann/json.hpp>
+#include "softnode/json_text.h"
 
 namespace softnode
 {
 
 namespace
 {
-
-/* Keeps the keys in the order they are written here. */
-using Json = nlohmann::ordered_json;
 
 Json handle_or_null(Handle handle)
 {
@@ -194,12 +190,6 @@ Json faults(const FaultBook &book)
     for (const FaultBook::Entry &entry : book.entries())
         list.push_back({{"rule", entry.rule.text}, {"hits", entry.hits}});
     return list;
-}
-
-/* The reason of a restart is a caller's text and need not be UTF-8. */
-std::string written(const Json &document)
-{
-    return document.dump(2, ' ', false, Json::error_handler_t::replace);
 }
 
 } // namespace

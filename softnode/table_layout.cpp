@@ -3,7 +3,7 @@
  */
 #include "softnode/table_layout.h"
 
-#include <nlohmann/json.hpp>
+#include "softnode/json_text.h"
 
 #include <algorithm>
 #include <array>
@@ -98,18 +98,10 @@ std::string csv_with_mark(std::string_view text)
 
 /* ---- JSON ---- */
 
-using Json = nlohmann::ordered_json;
-
 /* What is no JSON object yields something else than an object. */
 Json read_json(std::string_view text)
 {
     return text.empty() ? Json::object() : Json::parse(text, nullptr, false);
-}
-
-/* Labels and titles are a caller's and need not be UTF-8. */
-std::string written(const Json &document)
-{
-    return document.dump(2, ' ', false, Json::error_handler_t::replace);
 }
 
 /* Puts a member last; there it stays open to rows when it is a title's. */
