@@ -146,8 +146,10 @@ void DotDocument::node(std::string_view name, const DotBox &box)
 
 void DotDocument::edge(const DotEnd &from, const DotEnd &to, DotLine line)
 {
-    text_ += "    " + end_text(from, "e") + " -> " + end_text(to, "w");
-    text_ += std::string(attributes_of[static_cast<std::size_t>(line)]) + "\n";
+    const std::string edge = "    " + end_text(from, "e") + " -> " + end_text(to, "w") +
+                             attributes_of[static_cast<std::size_t>(line)] + "\n";
+    if (edges_.insert(edge).second)
+        text_ += edge;
 }
 
 std::string DotDocument::text() const

@@ -5,6 +5,7 @@
 #define SOFTNODE_DOT_H
 
 #include <cstdint>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -69,6 +70,7 @@ public:
     void open(const DotColumn &column);
     void close();
     void node(std::string_view name, const DotBox &box);
+    /** The same edge once more adds nothing. */
     void edge(const DotEnd &from, const DotEnd &to, DotLine line = DotLine::arrow);
 
     std::string text() const;
@@ -77,6 +79,7 @@ private:
     std::string text_;
     std::vector<std::string> column_; /* nodes of the one that is open */
     std::string column_before_;       /* a node of the last one that has any */
+    std::set<std::string> edges_;
 };
 
 /** Text as it stands between the tags of a label. */

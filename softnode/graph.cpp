@@ -7,6 +7,8 @@
 #include "softnode/mac.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <iterator>
 
 namespace softnode
 {
@@ -17,13 +19,25 @@ namespace
 /* Boxes of objects that have no handle. */
 constexpr const char *stranded_node = "without a queue";
 constexpr const char *interface_node = "interface";
+constexpr const char *further_pceps_node = "further PCEPs";
+
+/* Beyond these, PCEPs are only counted: a picture of hundreds shows nothing any more. */
+constexpr std::size_t most_pceps_shown = 24;
+
+/* In the order of creation, which is that of the handles. */
+Handle last_shown(const Registry<Pcep> &pceps)
+{
+    if (pceps.size() == 0)
+        return Handle::null;
+    return std::next(pceps.begin(), static_cast<std::ptrdiff_t>(std::min(pceps.size(), most_pceps_shown) - 1))->first;
+}
 
 class Picture
 {
 public:
     explicit Picture(const Node &node)
         : node_(node), destinations_(destinations_of(node)), pceps_(pceps_by_id(node.pceps)),
-          chains_(scheduler_chains(node))
+          last_pcep_shown_(last_shown(node.pceps.pceps())), chains_(scheduler_chains(node))
     {
     }
 
@@ -53,8 +67,14 @@ private:
     void draw_pceps()
     {
         dot_.open(pcep_column);
+        std::size_t astray = 0; /* of those that are not shown */
         for (const auto &[handle, pcep] : node_.pceps.pceps())
-            dot_.node(text_of(handle), pcep_box(handle, pcep, path_of(pcep) != nullptr));
+            if (handle <= last_pcep_shown_)
+                dot_.node(text_of(handle), pcep_box(handle, pcep, way_of(pcep)));
+            else if (!node_.leads_to(pcep.remote_mac()))
+                ++astray;
+        if (const std::size_t count = node_.pceps.pceps().size(); count > most_pceps_shown)
+            dot_.node(further_pceps_node, further_pceps_box(count - most_pceps_shown, astray));
         dot_.close();
         if (anything_bound())
             dot_.node(target(), target_box(node_.attachment.ehsfp_target()));
@@ -74,7 +94,7 @@ private:
     void draw_schedulers()
     {
         for (const SchedulerChain &chain : chains_)
-            dot_.node(text_of(chain.front()), chain_box(chain));
+            dot_.node(text_of(chain.front()), chain_box(chain, node_.qos.schedulers()));
     }
 
     void lead_from_groups()
@@ -82,9 +102,9 @@ private:
         for (const auto &[handle, group] : node_.pceps.groups()) {
             for (const std::uint32_t member : group.members)
                 if (const auto pcep = pceps_.find(member); pcep != pceps_.end())
-                    dot_.edge({text_of(handle)}, {text_of(pcep->second)});
+                    dot_.edge({text_of(handle)}, {node_of_pcep(pcep->second)});
             if (group.scheduler != Handle::null)
-                dot_.edge({text_of(handle)}, end_at(group.scheduler));
+                dot_.edge({text_of(handle)}, end_at(group.scheduler), DotLine::dashed); /* frames do not go there */
         }
     }
 
@@ -92,9 +112,9 @@ private:
     {
         for (const auto &[handle, pcep] : node_.pceps.pceps()) {
             if (const Path *path = path_of(pcep))
-                dot_.edge({text_of(handle), remote_port}, end_at(mac_at(pcep.params.dMac), node_.queue_of(*path)));
+                dot_.edge({node_of_pcep(handle), remote_port}, end_at(mac_at(pcep.params.dMac), node_.queue_of(*path)));
             if (pcep.target != Handle::null)
-                dot_.edge({target()}, {text_of(handle)}, DotLine::dashed);
+                dot_.edge({target()}, {node_of_pcep(handle)}, DotLine::dashed);
         }
     }
 
@@ -112,6 +132,11 @@ private:
         }
     }
 
+    std::string node_of_pcep(Handle pcep) const
+    {
+        return pcep <= last_pcep_shown_ ? text_of(pcep) : further_pceps_node;
+    }
+
     bool anything_bound() const
     {
         const auto &pceps = node_.pceps.pceps();
@@ -124,6 +149,17 @@ private:
     {
         const auto path = node_.ebcom.paths().find(mac_at(pcep.params.dMac));
         return path == node_.ebcom.paths().end() ? nullptr : &path->second;
+    }
+
+    /* What there is to tell about the way to a PCEP's remote address where it is not a path. */
+    Words way_of(const Pcep &pcep) const
+    {
+        if (path_of(pcep))
+            return {};
+        const Handle receiver = node_.pceps.at_local(pcep.remote_mac());
+        if (receiver == Handle::null)
+            return {"no path leads there", Tone::alarm};
+        return {"straight to PCEP " + std::to_string(node_.pceps.pceps().at(receiver).id()), Tone::faint};
     }
 
     DotEnd end_at(const Mac &mac, Handle queue) const
@@ -148,6 +184,7 @@ private:
     const Node &node_;
     const std::map<Handle, Destinations> destinations_;
     const PcepsById pceps_;
+    const Handle last_pcep_shown_;
     const std::vector<SchedulerChain> chains_;
     DotDocument dot_;
 };

@@ -67,7 +67,7 @@ DotBox group_box(Handle handle, const Group &group, const PcepsById &pceps)
     return box;
 }
 
-DotBox pcep_box(Handle handle, const Pcep &pcep, bool has_path)
+DotBox pcep_box(Handle handle, const Pcep &pcep, const Words &way)
 {
     DotBox box(pcep_column.accent, pcep_width);
     box.title("PCEP " + std::to_string(pcep.id()), text_of(handle));
@@ -76,8 +76,18 @@ DotBox pcep_box(Handle handle, const Pcep &pcep, bool has_path)
     box.line({{"remote id " + std::to_string(pcep.remote_id()), Tone::faint}});
     box.line(
         {{"VLAN " + std::to_string(pcep.vlan_id()) + ", priority " + std::to_string(pcep.priority()), Tone::faint}});
-    if (!has_path)
-        box.line({{"no path leads there", Tone::alarm}});
+    if (!way.text.empty())
+        box.line({way});
+    return box;
+}
+
+DotBox further_pceps_box(std::size_t count, std::size_t astray)
+{
+    DotBox box(pcep_column.accent, pcep_width);
+    box.title("and " + grouped(count) + " more");
+    box.line({{"to their destinations", Tone::faint}}, remote_port);
+    if (astray != 0)
+        box.line({{"no path leads to those of " + grouped(astray), Tone::alarm}});
     return box;
 }
 
@@ -108,17 +118,15 @@ DotBox stranded_box(const Destinations &destinations)
     return box;
 }
 
-DotBox chain_box(const SchedulerChain &chain)
+DotBox chain_box(const SchedulerChain &chain, const Registry<Scheduler> &schedulers)
 {
     DotBox box(scheduler_accent);
-    if (chain.size() == 1) {
-        box.title("Scheduler");
-        box.line({{text_of(chain.front()), Tone::faint}});
-        return box;
-    }
-    box.title("Chain of " + std::to_string(chain.size()));
-    for (const Handle link : chain)
+    box.title(chain.size() == 1 ? "Scheduler" : "Chain of " + std::to_string(chain.size()));
+    for (const Handle link : chain) {
         box.line({{text_of(link), Tone::faint}});
+        if (const std::uint64_t peak = schedulers.at(link).params.qosRates.peak.rate; peak != 0)
+            box.line({{"peak " + rate_text(peak)}});
+    }
     return box;
 }
 

@@ -74,6 +74,9 @@ struct Node {
      */
     Refusal send(std::uint32_t id, const Frames &frames);
 
+    /** Whether a path leads to an address, or it is a PCEP's local address. */
+    bool leads_to(const Mac &destination) const;
+
     /** Lets time pass, and frames leave. */
     void advance(std::uint64_t nanoseconds);
 
@@ -86,7 +89,6 @@ struct Node {
 private:
     Refusal check_binding(const ork_bind_params &params) const;
 
-    bool leads_to(const Mac &destination) const;
     std::uint64_t replicate(Handle group, const Frames &frames);
     std::uint64_t send_out(const std::vector<Handle> &senders, const Frames &frames);
     void carry(const DestinationMacs &destinations, const Frames &frames);

@@ -35,6 +35,7 @@ Json schedulers(const QosGraph &qos)
                         {"parent", handle_or_null(scheduler.parent)},
                         {"children", handles_below(qos.schedulers(), &Scheduler::parent, handle)},
                         {"queues", handles_below(qos.queues(), &Queue::scheduler, handle)},
+                        {"peak_rate", scheduler.params.qosRates.peak.rate},
                         {"shaping_mode", scheduler.params.shapingMode},
                         {"scheduling_mode", scheduler.params.schedulingMode},
                         {"arbitration_mode", scheduler.params.arbitrationMode},

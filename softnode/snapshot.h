@@ -6,6 +6,7 @@
  *         handle             "0x5c00000001", as %p prints it; so are all handles
  *         parent             handle, or null: under the root
  *         children, queues   handles of what hangs below, in the order of creation
+ *         peak_rate          as given; kbit/s, 0: the line rate. What the queues directly below share
  *         shaping_mode, scheduling_mode, arbitration_mode, service_quantum, root_id     as given
  *     queues             in the order of creation
  *         handle, scheduler

@@ -97,10 +97,17 @@ TEST(GraphBoxes, PathsWithoutQueueAreShownAsSuch)
 
 TEST(GraphBoxes, APcepShowsItsEnds)
 {
-    EXPECT_EQ(lines_of(pcep_box(some_handle, some_pcep(), true)),
+    EXPECT_EQ(lines_of(pcep_box(some_handle, some_pcep(), {})),
               (Lines{"PCEP 3 0x5d0000000a", "from 02:00:00:03:00:01", "to 02:00:00:02:00:07", "remote id 11259375",
                      "VLAN 4000, priority 7"}));
-    EXPECT_EQ(lines_of(pcep_box(some_handle, some_pcep(), false)).back(), "no path leads there");
+    EXPECT_EQ(lines_of(pcep_box(some_handle, some_pcep(), {"no path leads there", Tone::alarm})).back(),
+              "no path leads there");
+}
+
+TEST(GraphBoxes, PcepsThatAreOnlyCountedTellHowManyLeadNowhere)
+{
+    EXPECT_EQ(lines_of(further_pceps_box(1'461, 0)), (Lines{"and 1,461 more", "to their destinations"}));
+    EXPECT_EQ(lines_of(further_pceps_box(461, 3)).back(), "no path leads to those of 3");
 }
 
 TEST(GraphBoxes, AGroupTellsOfMembersThatAreNoPceps)
@@ -112,10 +119,16 @@ TEST(GraphBoxes, AGroupTellsOfMembersThatAreNoPceps)
               (Lines{"Group 300", "0x5d0000000a", "PCEP 9 is no more"}));
 }
 
-TEST(GraphBoxes, AChainListsItsSchedulers)
+TEST(GraphBoxes, AChainListsItsSchedulersAndTheirPeakRates)
 {
-    EXPECT_EQ(lines_of(chain_box({some_handle})), (Lines{"Scheduler", "0x5d0000000a"}));
-    EXPECT_EQ(lines_of(chain_box({some_handle, static_cast<Handle>(1)})), (Lines{"Chain of 2", "0x5d0000000a", "0x1"}));
+    Registry<Scheduler> schedulers(Kind::scheduler);
+    ork_qos_scheduler_params params{};
+    const Handle upper = schedulers.add({Handle::null, params});
+    params.qosRates.peak.rate = 2'500'000;
+    const Handle lower = schedulers.add({upper, params});
+    EXPECT_EQ(lines_of(chain_box({upper}, schedulers)), (Lines{"Scheduler", "0x5c00000001"}));
+    EXPECT_EQ(lines_of(chain_box({upper, lower}, schedulers)),
+              (Lines{"Chain of 2", "0x5c00000001", "0x5c00000002", "peak 2,500 Mbit/s"}));
 }
 
 TEST(GraphBoxes, TheEthernetDeviceShowsWhatIsSet)

@@ -223,6 +223,40 @@ TEST_F(Graph, AMemberThatIsNoMoreHasNoEdge)
     EXPECT_NE(graph(node).find("PCEP 1 is no more"), std::string::npos);
 }
 
+TEST_F(Graph, APcepThatSendsStraightToAnotherLeadsSomewhere)
+{
+    const ork_ebcom_pcep_params params{{2, 0, 0, 3, 0, 2}, {2, 0, 0, 3, 0, 1}, 0, 0, 9, 0, 0, 0, 1, {}};
+    Handle pcep = Handle::null;
+    ASSERT_EQ(node.pceps.create_pcep(params, pcep), Refusal::granted);
+    EXPECT_EQ(node.send(9, {1, 64}), Refusal::granted);
+    EXPECT_EQ(node.ebcom.counters()[Fate::sent].frames, 1U);
+    const std::string picture = graph(node);
+    EXPECT_NE(picture.find("straight to PCEP 1"), std::string::npos);
+    EXPECT_EQ(between(picture, "no path leads", "there").size(), 1U) << "PCEP 3 alone";
+}
+
+TEST_F(Graph, AGroupsOwnSchedulerIsTiedToItByADashedLine)
+{
+    EXPECT_NE(
+        graph(node).find("\"" + text_of(other_group) + "\":e -> \"" + text_of(left) + "\":w [style=dashed, dir=none]"),
+        std::string::npos);
+}
+
+TEST_F(Graph, ManyPcepsAreCounted)
+{
+    for (std::uint32_t id = 4; id <= 299; ++id)
+        add_pcep(id, id % 2 == 0 ? 1 : 99);
+    const Handle of_the_last = add_group(302, Handle::null, {298, 299});
+    const std::string picture = graph(node);
+    EXPECT_EQ(between(picture, "<b>PCEP ", "</b>").size(), 24U);
+    EXPECT_NE(picture.find("and 275 more"), std::string::npos);
+    EXPECT_NE(picture.find("no path leads to those of 138"), std::string::npos);
+    EXPECT_TRUE(leads(text_of(of_the_last), "further PCEPs"));
+    EXPECT_TRUE(leads("further PCEPs", text_of(first)));
+    EXPECT_EQ(between(picture, "\"further PCEPs\":\"remote\":e", "\n").size(), 1U);
+    EXPECT_EQ(drawn(node).output.find("<?xml"), 0U);
+}
+
 TEST_F(Graph, ManyDestinationsMakeNoLargerPicture)
 {
     const std::size_t before = graph(node).size();
