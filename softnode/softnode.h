@@ -6,8 +6,9 @@
  * to move its timing unit and to look inside. Every function may be called from any thread.
  *
  * Units are the same everywhere: rates are kbit/s (1,000 bits per second), bursts and thresholds octets, virtual time
- * nanoseconds since the node was switched on. Functions that can be refused answer with the driver kit's codes
- * (platform/ork.h) and change nothing then. Texts and documents are the caller's: release them with free().
+ * nanoseconds since the node was switched on. Functions that can be refused answer with the driver kit's codes, whose
+ * numbers stand beside them here, and change nothing then. Texts and documents are the caller's: release them with
+ * free().
  *
  *     const uint8_t mac[6] = {2, 0, 0, 2, 0, 1};
  *     softnode_traffic_offer(mac, 1000, 1500);        // 1,000 frames of 1,500 octets, at this instant
