@@ -74,7 +74,9 @@ void write_all(int descriptor, const std::string &text)
     const rlimit no_core{0, 0};
     setrlimit(RLIMIT_CORE, &no_core);
     prctl(PR_SET_PDEATHSIG, SIGKILL);
-    write_all(descriptor, work() + end_mark);
+    const std::string yielded = work();
+    std::fflush(stdout); /* or _exit() would lose what the work has printed */
+    write_all(descriptor, yielded + end_mark);
     _exit(0);
 }
 

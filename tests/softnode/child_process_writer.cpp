@@ -1,5 +1,6 @@
 /*
- * child_process_writer.cpp - a program that has written something, not yet flushed, when it makes a child that flushes.
+ * child_process_writer.cpp - a program that has written something, not yet flushed, when it makes a child that writes
+ * something, too.
  */
 #include "softnode/child_process.h"
 
@@ -10,7 +11,7 @@ int main()
     std::printf("written once\n");
     softnode::run_in_child(
         [] {
-            std::fflush(stdout);
+            std::printf("by the child\n");
             return std::string();
         },
         std::chrono::milliseconds(60'000));
