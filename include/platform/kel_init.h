@@ -62,9 +62,9 @@ uint32_t kel_init_eventdev_vsi_ebcom_get(kel_vsi_t *vsi);
 /** What a new queue is made from. */
 typedef struct kel_init_qos_queue_params {
     uint32_t mode;
-    uint32_t rate;        /**< 0: unshaped */
+    uint32_t rate;        /**< kbit/s; 0 together with a bucket_size of 0: unshaped */
     uint32_t threshold;   /**< octets */
-    uint32_t bucket_size; /**< the largest burst, unit of the driver kit */
+    uint32_t bucket_size; /**< the largest burst, octets */
 } kel_init_qos_queue_params;
 KEL_LAYOUT_SIZE(kel_init_qos_queue_params, 16);
 KEL_LAYOUT_AT(kel_init_qos_queue_params, rate, 4);
