@@ -1,9 +1,7 @@
 /*
  * minimal.c - the smallest whole control process: a path, an end point, counters, and down again in reverse order.
- *
- *     cc minimal.c -lkel-core-ic -o minimal          (uninstalled or elsewhere: pkg-config --cflags --libs kel-core-ic)
- *
  * It is C++20 as well, hence the order of the initialisers.
+ *     cc minimal.c -lkel-core-ic -o minimal          (uninstalled or elsewhere: pkg-config --cflags --libs kel-core-ic)
  */
 #include <kel/kel_core_ic_ebcom.h>
 #include <kel/kel_core_ic_pcep.h>
@@ -38,8 +36,7 @@ int main(void)
         .remote_pcep_id = {7}, .local_mac = {2, 0, 0, 3, 0, 1}, .remote_mac = {2, 0, 0, 2, 0, 1}, .vlan_id = 100};
     kel_vsi_t vsi = 0;
     uint16_t device = 0;
-    ebcom_queue_stats counters;
-
+    ebcom_queue_stats stats;
     int made = 0;
     made += ok("parameters", kel_core_ic_ebcom_global_param_set(&params, settings));
     made += made == 1 && ok("interface", kel_core_ic_ebcom_interface_create(&vsi, &device));
@@ -47,10 +44,8 @@ int main(void)
     made += made == 3 && ok("path add", kel_core_ic_ebcom_path_add(&path));
     made += made == 4 && ok("PCEP start", kel_core_ic_pcep_start());
     made += made == 5 && ok("PCEP add", kel_core_ic_pcep_add(1, &pcep));
-    if (made == 6 && ok("counters", kel_core_ic_ebcom_queue_stats_get(path.dst_mac, &counters)))
-        printf("  sent %u, dropped %u, waiting %u\n", counters.pkts_tx, counters.pkts_dropped,
-               counters.pkts_out_standing);
-
+    if (made == 6 && ok("counters", kel_core_ic_ebcom_queue_stats_get(path.dst_mac, &stats)))
+        printf("  sent %u, dropped %u, waiting %u\n", stats.pkts_tx, stats.pkts_dropped, stats.pkts_out_standing);
     if (made >= 6)
         ok("PCEP remove", kel_core_ic_pcep_rem(1));
     if (made >= 5)
