@@ -94,7 +94,8 @@ uint64_t softnode_time(void);
  * then returns the result, and has changed nothing in the node but the time; without a result it does its work as ever.
  * Of the rules that one call meets, the one added first counts, and it alone.
  *
- *     result     decimal, fits 32 bits; 0 makes a call that claims success and did nothing
+ *     result     decimal, fits 32 bits; 0 makes a call that claims success and did nothing: what it should
+ *                have written stays as it was, and who reads it may well crash. That is what such a rule is for.
  *     latency    1 to 4294967295, with the unit ns, us, ms or s
  *     block      for functions of the timing unit (vorn_tu_...). The call waits until it is released, and lets go of
  *                the node meanwhile. softnode_timing_settle() takes its thread for one at rest.
