@@ -1,6 +1,6 @@
 /*
  * control.cpp - the control interface of the software accelerator, over the process-wide node: the timing unit, looking
- * in, switching off and on. Making it fail is in control_faults.cpp.
+ * in, switching off and on. Making it fail is in control_faults.cpp, traffic and time in control_traffic.cpp.
  */
 #include "softnode/softnode.h"
 

@@ -62,8 +62,8 @@ struct Node {
     Refusal create_group(const ork_ebcom_multicast_group &params, Handle scheduler, Handle &group);
 
     /**
-     * Offers frames for a destination, at this instant. Refused: frames of an impossible length (invalid); a destination
-     * that no path leads to and that is no PCEP's local address (gone).
+     * Offers frames for a destination, at this instant. Refused: frames of an impossible length (invalid); a
+     * destination that no path leads to and that is no PCEP's local address (gone).
      */
     Refusal offer(const Mac &destination, const Frames &frames);
 

@@ -83,8 +83,8 @@ std::uint64_t Node::send_out(const std::vector<Handle> &senders, const Frames &f
 }
 
 /*
- * One copy at most can leave a scheduler at once, as it keeps it busy. It takes no room from the copies behind it, so the
- * first frame goes alone. All others have to wait, and find room or not, together.
+ * One copy at most can leave a scheduler at once, as it keeps it busy. It takes no room from the copies behind it, so
+ * the first frame goes alone. All others have to wait, and find room or not, together.
  */
 void Node::carry(const DestinationMacs &destinations, const Frames &frames)
 {

@@ -3,8 +3,9 @@
  * through the queues.
  *
  * The queues directly under a scheduler share its peak rate; when that is 0, or more than the port's line rate, they
- * share the line rate. One frame after the other leaves; each keeps the scheduler busy for the time that its octets take. Of the
- * queues whose first frame may leave, each in turn lets one go. No scheduler slows down the schedulers below it.
+ * share the line rate. One frame after the other leaves; each keeps the scheduler busy for the time that its octets
+ * take. Of the queues whose first frame may leave, each in turn lets one go. No scheduler slows down the schedulers
+ * below it.
  *
  * Knows nothing of the paths that lead through the queues, nor of the groups that send through the schedulers.
  */

@@ -4,8 +4,8 @@
  * A rate of 1 kbit/s moves 1,000 bits in 1,000,000,000 nanoseconds: a microbit in each. So whole kbit/s over whole
  * nanoseconds make whole microbits, and what is counted in them never has to be rounded.
  *
- * Frames leave at whole nanoseconds: at the first one by which they can. What a frame could leave earlier by is its lead.
- * Buckets and lines count from that very moment, so no fraction is lost on the way from frame to frame.
+ * Frames leave at whole nanoseconds: at the first one by which they can. What a frame could leave earlier by is its
+ * lead. Buckets and lines count from that very moment, so no fraction is lost on the way from frame to frame.
  */
 #ifndef SOFTNODE_RATE_H
 #define SOFTNODE_RATE_H

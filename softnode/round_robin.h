@@ -24,7 +24,7 @@ public:
     /** Has a queue take part no more, if it did. */
     void leave(Handle queue);
 
-    /** The first instant at which it can be somebody's turn, 0 when it could have been before; null: nobody takes part. */
+    /** The first instant at which it can be somebody's turn, 0: it could have been before; null: nobody takes part. */
     std::optional<Instant> next() const;
 
     /** Whose turn it is at an instant, no earlier than next(); nor than the last one's. It takes part no more then. */

@@ -2,8 +2,8 @@
  * softnode.h - control of the software accelerator.
  *
  * libkel-softnode stands in for the six closed libraries of a node. A control process that is linked to it needs
- * nothing from this header; tests and tools use it to load the node with traffic, to let its time pass, to make it fail,
- * to move its timing unit and to look inside. Every function may be called from any thread.
+ * nothing from this header; tests and tools use it to load the node with traffic, to let its time pass, to make it
+ * fail, to move its timing unit and to look inside. Every function may be called from any thread.
  *
  * Units are the same everywhere: rates are kbit/s (1,000 bits per second), bursts and thresholds octets, virtual time
  * nanoseconds since the node was switched on. Functions that can be refused answer with the driver kit's codes, whose
@@ -33,11 +33,11 @@ extern "C" {
  *
  * Frames for an address that a path leads to enter the queue of that path. The first frame of a queue leaves when the
  * queue's token bucket (its rate and burst) holds it and the scheduler above is free. One frame after the other goes
- * through a scheduler, at its peak rate or the line rate, and the queues below take turns. So of frames that are offered
- * together one leaves at once, if nothing is ahead of it, and the others once time passes. Until then they wait as long
- * as the queue's threshold has room for them, in blocks of 256 octets that a frame begins; those that find none are
- * dropped. A frame longer than the burst of a shaped queue could never leave, and is dropped. A frame that left arrives
- * at its destination.
+ * through a scheduler, at its peak rate or the line rate, and the queues below take turns. So of frames that are
+ * offered together one leaves at once, if nothing is ahead of it, and the others once time passes. Until then they wait
+ * as long as the queue's threshold has room for them, in blocks of 256 octets that a frame begins; those that find none
+ * are dropped. A frame longer than the burst of a shaped queue could never leave, and is dropped. A frame that left
+ * arrives at its destination.
  *
  * Frames for a local address of a PCEP that no path leads to arrive at once. Frames for a path whose queue was removed
  * are dropped. What counts where is told with the counters in the snapshot (docs/software-accelerator.md).
@@ -54,10 +54,10 @@ extern "C" {
 int32_t softnode_traffic_offer(const uint8_t mac[6], uint64_t frames, uint32_t octets_per_frame);
 
 /**
- * Offers frames of one sender, all at this instant: a PCEP sends them to its remote address; a multicast group replicates
- * each of them to the remote address of every member, in the order of adding, and a copy counts as sent by its member.
- * From there they go as those of softnode_traffic_offer() do. Copies for a member that is no more are dropped, as is all
- * that is sent to an address that no path leads to and that no PCEP has as its local address.
+ * Offers frames of one sender, all at this instant: a PCEP sends them to its remote address; a multicast group
+ * replicates each of them to the remote address of every member, in the order of adding, and a copy counts as sent by
+ * its member. From there they go as those of softnode_traffic_offer() do. Copies for a member that is no more are
+ * dropped, as is all that is sent to an address that no path leads to and that no PCEP has as its local address.
  *
  * @param id                of a PCEP or of a group
  * @param frames            how many; 0 offers nothing
@@ -154,8 +154,8 @@ typedef struct softnode_scenario {
  *
  * Each run is a child process of its own, so that neither a crash nor a hang ends the sweep, and no run knows of
  * another. It has a node just switched on, without the fault rules of the caller or of KEL_SOFTNODE_FAULTS; the
- * caller's node is left alone. The fault is over when run() has returned: what clean_up() calls is neither counted nor made to
- * fail, and what is left after it belongs to nobody.
+ * caller's node is left alone. The fault is over when run() has returned: what clean_up() calls is neither counted nor
+ * made to fail, and what is left after it belongs to nobody.
  *
  * Threads: a scenario may start some. Calls are counted for each thread by itself, because their order among each other
  * is different every time, and a fault hits the calls of its thread only. After run() and after clean_up() it is waited

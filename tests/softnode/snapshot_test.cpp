@@ -157,7 +157,8 @@ TEST(Snapshot, ShowsSchedulersWithWhatHangsBelow)
     EXPECT_EQ(schedulers[0], json::parse(R"({
         "handle": "0x5c00000001", "parent": null,
         "children": ["0x5c00000002", "0x5c00000003"], "queues": ["0x5d00000001"],
-        "peak_rate": 9000000, "shaping_mode": 3, "scheduling_mode": 11, "arbitration_mode": 7, "service_quantum": 3036, "root_id": 20
+        "peak_rate": 9000000,
+        "shaping_mode": 3, "scheduling_mode": 11, "arbitration_mode": 7, "service_quantum": 3036, "root_id": 20
     })"));
     EXPECT_EQ(schedulers[1]["parent"], "0x5c00000001");
     EXPECT_EQ(schedulers[1]["children"], json::array());
