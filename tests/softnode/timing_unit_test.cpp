@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
 using softnode::ConnectionState;
 using softnode::Handle;
 using softnode::Refusal;
@@ -299,6 +301,24 @@ TEST_F(TimingUnit, CountsTheUsersAtRest)
     EXPECT_EQ(timing.users_at_rest(), 2U);
     timing.post(adjustment);
     EXPECT_EQ(timing.users_at_rest(), 1U);
+}
+
+TEST_F(TimingUnit, KnowsWhoRestsAmongThousands)
+{
+    constexpr User users = 5'000;
+    std::vector<Handle> connections;
+    for (User user = 1; user <= users; ++user)
+        connections.push_back(subscribed(user));
+    for (int round = 0; round < 2; ++round) {
+        for (User user = 1; user <= users; ++user) {
+            ASSERT_EQ(timing.users_at_rest(), user - 1);
+            while (take(connections[user - 1], user) != nullptr)
+                ASSERT_FALSE(timing.settled());
+        }
+        EXPECT_TRUE(timing.settled());
+        timing.post(adjustment);
+        EXPECT_EQ(timing.users_at_rest(), 0U);
+    }
 }
 
 TEST_F(TimingUnit, AResetForgetsUsersAndReading)
