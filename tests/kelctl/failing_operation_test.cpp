@@ -322,9 +322,7 @@ TEST(FailingOperation, RecordsAreThoseOfTheOperationOnly)
 
 TEST(TimestampThread, ItsFailureIsToldAndTheNodeStandsWithoutOffset)
 {
-    // A thread that ended is one that the thread sanitizer misses the joining of.
-    const auto outcome = kelctl_up(two_paths, {{"KEL_SOFTNODE_FAULTS", "vorn_tu_get_nputimeoffset=-8"},
-                                               {"TSAN_OPTIONS", "report_thread_leaks=0"}});
+    const auto outcome = kelctl_up(two_paths, {{"KEL_SOFTNODE_FAULTS", "vorn_tu_get_nputimeoffset=-8"}});
     EXPECT_EQ(outcome.status, 0);
     EXPECT_THAT(outcome.out, HasSubstr("\nTimestamp     no offset\n"));
     EXPECT_THAT(outcome.out, testing::EndsWith(empty_again));
