@@ -69,9 +69,18 @@ TEST(Formatter, PrefixIsCutInTheTextBehindItsArgumentToo)
     }
 }
 
+TEST(Formatter, PrefixOfAnyFormatIsCutAt255CharactersToo)
+{
+    for (const size_t length : {253U, 254U, 255U, 300U}) {
+        const std::string argument(length, 'p');
+        EXPECT_EQ(format("[%s", argument.c_str(), "body"), ("[" + argument).substr(0, 255) + "body") << length;
+    }
+}
+
 TEST(Formatter, PrefixMayHaveAnyFormat)
 {
     EXPECT_EQ(format("[%s] ", "one", "body"), "[one] body");
+    EXPECT_EQ(format("& ", "one", "body"), "& body"); // one character behind '%'
     EXPECT_EQ(format("%6s: ", "one", "body"), "   one: body");
     EXPECT_EQ(format("%s%%", "one", "body"), "one%body");
     EXPECT_EQ(format("", "one", "body"), "body");
