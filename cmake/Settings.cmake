@@ -38,7 +38,8 @@ if(KEL_FUZZ)
     add_compile_options(-fsanitize=fuzzer-no-link -fno-sanitize-recover=all)
 endif()
 
-# Calls between exported operations go through the PLT, so that they can be replaced one by one.
+# Calls between exported operations go through the PLT, so that they can be replaced one by one. Debug information is of the
+# latest version that valgrind 3.19 reads.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
-    target_compile_options(kel-settings INTERFACE -fsemantic-interposition)
+    target_compile_options(kel-settings INTERFACE -fsemantic-interposition -fdebug-default-version=4)
 endif()
