@@ -36,6 +36,7 @@ std::string items_text(const fields &items)
     for (const fields &item : items)
         ++counts[item.at("kind").get<std::string>()];
     std::vector<std::string> parts;
+    parts.reserve(counts.size());
     for (const auto &[kind, count] : counts)
         parts.push_back(fmt::format("{} {}{}", count, kind, count == 1 ? "" : "s"));
     return fmt::format("{}", fmt::join(parts, ", "));
