@@ -30,6 +30,14 @@ std::string place_text(const origin &from)
     return from.file.empty() ? "" : fmt::format("{}:{}: ", without_controls(from.file), from.line);
 }
 
+// Of a line of another file, its own place says more than that of the script's line, which the remark then has.
+std::string error_text(const input_error &error, const origin &from)
+{
+    if (error.file.empty() && !from.file.empty())
+        return place_text(from) + error.message;
+    return error.at.line == 0 ? place_text(from) + text_of(error) : text_of(error);
+}
+
 // Messages are one line mostly; those of the accelerator may have more.
 std::string fitting(std::string_view text, std::FILE *stream)
 {
@@ -49,14 +57,13 @@ void show(const result &done, const origin &from, bool tracer_installed)
     write(stdout, shown_text(done));
     std::string told;
     for (const input_error &error : done.errors)
-        told += fitting(error.file.empty() && !from.file.empty() ? place_text(from) + error.message : text_of(error),
-                        stderr);
+        told += fitting(error_text(error, from), stderr);
     for (size_t i = 0; i < std::min(done.failures.size(), most_full_reports); ++i)
         told += report_of(done.failures[i], tracer_installed, page_for(stderr), place_text(from));
     if (done.failures.size() > most_full_reports)
         told += fmt::format("{} more operations failed\n", done.failures.size() - most_full_reports);
     if (!done.remark.empty())
-        told += done.remark + "\n";
+        told += place_text(from) + done.remark + "\n";
     write(stderr, told);
 }
 

@@ -183,7 +183,7 @@ TEST(Graph, FileThatCannotBeWrittenIsTold)
 {
     const auto outcome = run_text("graph --output /nowhere/node.gv\n");
     EXPECT_EQ(outcome.status, 1);
-    EXPECT_THAT(outcome.err, StartsWith("/nowhere/node.gv: cannot be written: No such file or directory\n"));
+    EXPECT_THAT(outcome.err, StartsWith("-:1: /nowhere/node.gv: cannot be written: No such file or directory\n"));
 }
 
 TEST(Graph, WithoutGraphvizSaysSo)

@@ -1,5 +1,6 @@
 // `kelctl run`: scripts from files and from standard input.
 #include "program.h"
+#include "temporary_folder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -49,6 +50,14 @@ TEST(Run, StopsAtTheFirstLineThatFails)
     EXPECT_THAT(outcome.err, testing::EndsWith("\nsetup.kel: stopped, 2 of 3 commands were run\n"));
 }
 
+TEST(Run, ErrorsOfAnotherFileHaveItsPlaceAndTheirSumThatOfTheScript)
+{
+    const temporary_folder folder;
+    const std::string node = folder.file_with("[ebcom]\nmtu = \n");
+    EXPECT_THAT(run_file("\ncheck " + node + "\n").err,
+                testing::MatchesRegex(node + ":2:[0-9]+: .*\nsetup.kel:2: " + node + ": 1 problem, nothing was .*\n"));
+}
+
 TEST(Run, LastLineThatFailsStopsNothing)
 {
     EXPECT_THAT(run_file("pcep start\npcep remove 7\n").err, Not(HasSubstr("stopped")));
@@ -84,7 +93,8 @@ TEST(Run, CommandThatFindsItsFileWrongStopsWithStatus2)
     const auto outcome = run_file("check /nowhere/node.toml\ntrace message never\n");
     EXPECT_EQ(outcome.status, 2);
     EXPECT_EQ(outcome.out, "");
-    EXPECT_THAT(outcome.err, StartsWith("/nowhere/node.toml: cannot be read: No such file or directory\n"));
+    EXPECT_THAT(outcome.err,
+                StartsWith("setup.kel:1: /nowhere/node.toml: cannot be read: No such file or directory\n"));
 }
 
 TEST(Run, ExitLeavesTheRest)
