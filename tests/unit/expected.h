@@ -18,6 +18,12 @@
 namespace expected
 {
 
+// The attachment of an operation that has been entered.
+inline const std::string attached = R"(
+          API_CALL EBCOM kel_init_attach()
+          > kel_init_attach()
+)";
+
 // The whole of a successful kel_ic_ebcom_init_qos(). Its twelve schedulers are scripted::scheduler(first) and the next
 // eleven: seven levels, then five port groups.
 std::string scheduler_tree_built(uint32_t first = 1);

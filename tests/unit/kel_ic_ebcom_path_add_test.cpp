@@ -2,6 +2,7 @@
 // in kel_ic_ebcom_path_destination_test.cpp.
 #include "expected.h"
 #include "kel/kel_core_ic_ebcom.h"
+#include "path_requests.h"
 #include "scripted_platform.h"
 #include "transcript.h"
 
@@ -13,26 +14,8 @@
 namespace
 {
 
+using expected::attached;
 using scripted::octets;
-
-constexpr kel_ebcom_path_config to_ob = {{2, 0, 0, 2, 0, 1}, 0, 6, 0, 0, 0};
-
-void start()
-{
-    ASSERT_EQ(kel_core_ic_ebcom_start(), 0U);
-    transcript::forget();
-}
-
-void add(const kel_ebcom_path_config &config)
-{
-    ASSERT_EQ(kel_core_ic_ebcom_path_add(&config), 0U);
-    transcript::forget();
-}
-
-const std::string attached = R"(
-          API_CALL EBCOM kel_init_attach()
-          > kel_init_attach()
-)";
 
 const std::string add_entered = R"(
         kel_core_ic_ebcom_path_add:
@@ -94,14 +77,14 @@ const std::string path_created = R"(
 
 TEST(PathAdd, FirstPathCreatesTheQueueThenThePath)
 {
-    start();
+    service_up();
     EXPECT_EQ(kel_core_ic_ebcom_path_add(&to_ob), 0U);
     transcript::expect(add_entered + attached + queue_created + path_created);
 }
 
 TEST(PathAdd, PathRecordIsZeroWhereNothingIsSet)
 {
-    start();
+    service_up();
     scripted::soil_stack();
     EXPECT_EQ(kel_core_ic_ebcom_path_add(&to_ob), 0U);
     EXPECT_EQ(scripted::record_of("ork_ebcom_pcep_path_create"),
@@ -110,7 +93,7 @@ TEST(PathAdd, PathRecordIsZeroWhereNothingIsSet)
 
 TEST(PathAdd, ShapingIsPassedToTheQueue)
 {
-    start();
+    service_up();
     const kel_ebcom_path_config config = {{0xA2, 0xFF, 0, 2, 0, 1}, 1, 42, 1000, 3, 64};
     EXPECT_EQ(kel_core_ic_ebcom_path_add(&config), 0U);
     transcript::expect(R"(
@@ -136,7 +119,7 @@ TEST(PathAdd, ShapingIsPassedToTheQueue)
 
 TEST(PathAdd, LargestValuesAreTracedUnsigned)
 {
-    start();
+    service_up();
     const kel_ebcom_path_config config = {{2, 0, 0, 2, 0, 1}, 255, 6, UINT32_MAX, UINT32_MAX, UINT32_MAX};
     EXPECT_EQ(kel_core_ic_ebcom_path_add(&config), 0U);
     transcript::expect(R"(
@@ -162,15 +145,15 @@ TEST(PathAdd, LargestValuesAreTracedUnsigned)
 
 TEST(PathAdd, SecondPathSharesTheQueueAndCreatesThePathAgain)
 {
-    start();
-    add(to_ob);
+    service_up();
+    path_up(to_ob);
     EXPECT_EQ(kel_core_ic_ebcom_path_add(&to_ob), 0U);
     transcript::expect(add_entered + attached + queue_shared + path_created);
 }
 
 TEST(PathAdd, FailedAttachmentTakesNoReference)
 {
-    start();
+    service_up();
     scripted::fail("kel_init_attach", 3);
     EXPECT_EQ(kel_core_ic_ebcom_path_add(&to_ob), 3U);
     transcript::expect(add_entered + R"(
@@ -184,7 +167,7 @@ TEST(PathAdd, FailedAttachmentTakesNoReference)
 
 TEST(PathAdd, WithoutADeviceIdentifierNoQueueIsCreated)
 {
-    start();
+    service_up();
     scripted::fail("kel_init_eventdev_dev_id_ebcom_get", 13);
     EXPECT_EQ(kel_core_ic_ebcom_path_add(&to_ob), 13U);
     transcript::expect(add_entered + attached + R"(
@@ -204,7 +187,7 @@ TEST(PathAdd, WithoutADeviceIdentifierNoQueueIsCreated)
 
 TEST(PathAdd, FailedQueueCreatesNoPath)
 {
-    start();
+    service_up();
     scripted::fail("kel_init_qos_queue_add", 1);
     EXPECT_EQ(kel_core_ic_ebcom_path_add(&to_ob), 1U);
     transcript::expect(add_entered + attached + R"(
@@ -227,7 +210,7 @@ TEST(PathAdd, FailedQueueCreatesNoPath)
 // The queue is given back, and the path is created without one.
 TEST(PathAdd, WithoutMemoryForTheReferenceThePathHasNoQueue)
 {
-    start();
+    service_up();
     scripted::fail("malloc", 0);
     EXPECT_EQ(kel_core_ic_ebcom_path_add(&to_ob), 0U);
     transcript::expect(add_entered + attached + R"(
@@ -255,8 +238,8 @@ TEST(PathAdd, WithoutMemoryForTheReferenceThePathHasNoQueue)
 
 TEST(PathAdd, WithoutMemoryForAFurtherReferenceIs10)
 {
-    start();
-    add(to_ob);
+    service_up();
+    path_up(to_ob);
     scripted::fail("malloc", 0);
     EXPECT_EQ(kel_core_ic_ebcom_path_add(&to_ob), 10U);
     transcript::expect(add_entered + attached + queue_check_entered + R"(
@@ -282,8 +265,8 @@ TEST(PathAdd, WithoutMemoryForAFurtherReferenceIs10)
 
 TEST(PathAdd, OtherShapingThanTheQueueHasIs7)
 {
-    start();
-    add(to_ob);
+    service_up();
+    path_up(to_ob);
     kel_ebcom_path_config faster = to_ob;
     faster.shaping_rate = 1;
     EXPECT_EQ(kel_core_ic_ebcom_path_add(&faster), 7U);
@@ -318,8 +301,8 @@ TEST(PathAdd, OtherShapingThanTheQueueHasIs7)
 
 TEST(PathAdd, UnreadableQueueIs13)
 {
-    start();
-    add(to_ob);
+    service_up();
+    path_up(to_ob);
     scripted::fail("ork_qos_queue_get", 3);
     EXPECT_EQ(kel_core_ic_ebcom_path_add(&to_ob), 13U);
     transcript::expect(add_entered + attached + queue_check_entered + R"(
@@ -335,8 +318,8 @@ TEST(PathAdd, UnreadableQueueIs13)
 
 TEST(PathAdd, FailedAttachmentOfTheQueueCheckPassesItsCode)
 {
-    start();
-    add(to_ob);
+    service_up();
+    path_up(to_ob);
     scripted::fail("kel_init_attach", 255, 2);
     EXPECT_EQ(kel_core_ic_ebcom_path_add(&to_ob), 255U);
     transcript::expect(add_entered + attached + queue_check_entered + R"(
@@ -349,7 +332,7 @@ TEST(PathAdd, FailedAttachmentOfTheQueueCheckPassesItsCode)
 
 TEST(PathAdd, RefusedPathIs13)
 {
-    start();
+    service_up();
     scripted::fail("ork_ebcom_pcep_path_create", -12);
     EXPECT_EQ(kel_core_ic_ebcom_path_add(&to_ob), 13U);
     transcript::expect(add_entered + attached + queue_created + R"(
@@ -365,7 +348,7 @@ TEST(PathAdd, RefusedPathIs13)
 
 TEST(PathAdd, PortWithoutQosIsToldByAllThreeWhoAsk)
 {
-    start();
+    service_up();
     kel_ebcom_path_config debug = to_ob;
     debug.iell_port = 14;
     EXPECT_EQ(kel_core_ic_ebcom_path_add(&debug), 3U);

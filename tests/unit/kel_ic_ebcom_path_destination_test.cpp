@@ -1,6 +1,7 @@
 // What of a path depends on where its destination sits and on the port's number: type, MAC channel and names.
 #include "expected.h"
 #include "kel/kel_core_ic_ebcom.h"
+#include "path_requests.h"
 #include "scripted_platform.h"
 #include "transcript.h"
 
@@ -19,14 +20,7 @@ kel_ebcom_path_config to_location(uint8_t byte2, uint8_t byte3, int32_t iell_por
     return {{2, 0, byte2, byte3, 0, 1}, 0, iell_port, 0, 0, 0};
 }
 
-constexpr kel_ebcom_path_config to_ob = {{2, 0, 0, 2, 0, 1}, 0, 6, 0, 0, 0};
 constexpr kel_ebcom_path_config to_eioa = {{2, 0, 0, 9, 0, 1}, 0, 6, 0, 0, 0};
-
-void start()
-{
-    ASSERT_EQ(kel_core_ic_ebcom_start(), 0U);
-    transcript::forget();
-}
 
 uint32_t add(const kel_ebcom_path_config &config)
 {
@@ -148,14 +142,14 @@ void expect_name(int32_t iell_port, const std::string &name)
 
 TEST(PathDestination, HsfpIsOfType2)
 {
-    start();
+    service_up();
     EXPECT_EQ(add(to_location(0xFF, 3)), 0U);
     transcript::expect(add_attached("02:00:ff:03:00:01") + created("2", "02:00:ff:03:00:01", "HSFP", "0 - NOT USED"));
 }
 
 TEST(PathDestination, CpuByItsTopBitIsOfType1)
 {
-    start();
+    service_up();
     EXPECT_EQ(add(to_location(0x87, 0)), 0U);
     transcript::expect(add_attached("02:00:87:00:00:01") + created("1", "02:00:87:00:00:01", "CPU", "0 - NOT USED"));
 }
@@ -163,7 +157,7 @@ TEST(PathDestination, CpuByItsTopBitIsOfType1)
 TEST(PathDestination, CpuByTheOwnMpIdIsOfType1)
 {
     setenv("MPID", "7", 1);
-    start();
+    service_up();
     EXPECT_EQ(add(to_location(7, 0)), 0U);
     transcript::expect(add_attached("02:00:07:00:00:01") + R"(
         own_mp_id_get:
@@ -173,7 +167,7 @@ TEST(PathDestination, CpuByTheOwnMpIdIsOfType1)
 
 TEST(PathDestination, EioaIsOfType0AndUsesTheMacChannel)
 {
-    start();
+    service_up();
     EXPECT_EQ(add(to_eioa), 0U);
     transcript::expect(add_attached("02:00:00:09:00:01") + mac_channel_asked +
                        created("0", "02:00:00:09:00:01", "EIOA", "0"));
@@ -181,7 +175,7 @@ TEST(PathDestination, EioaIsOfType0AndUsesTheMacChannel)
 
 TEST(PathDestination, EioaIsRemovedWithItsMacChannel)
 {
-    start();
+    service_up();
     EXPECT_EQ(add(to_eioa), 0U);
     transcript::forget();
     EXPECT_EQ(remove(to_eioa), 0U);
@@ -200,7 +194,7 @@ TEST(PathDestination, EioaIsRemovedWithItsMacChannel)
 
 TEST(PathDestination, EioaOnPort0CannotBeAdded)
 {
-    start();
+    service_up();
     EXPECT_EQ(add(to_location(0, 9, 0)), 3U);
     transcript::expect(add_attached("02:00:00:09:00:01", "0 (NONE)") + port_0_refused + R"(
           ~ kei_util_init_rc_str_get(3)
@@ -211,7 +205,7 @@ TEST(PathDestination, EioaOnPort0CannotBeAdded)
 
 TEST(PathDestination, EioaOnPort0CannotBeRemoved)
 {
-    start();
+    service_up();
     EXPECT_EQ(add(to_eioa), 0U);
     transcript::forget();
     EXPECT_EQ(remove(to_location(0, 9, 0)), 3U);
@@ -224,7 +218,7 @@ TEST(PathDestination, EioaOnPort0CannotBeRemoved)
 
 TEST(PathDestination, OtherLocationsAreReachedFromPort0)
 {
-    start();
+    service_up();
     EXPECT_EQ(add(to_location(0, 2, 0)), 0U);
     transcript::expect(add_attached("02:00:00:02:00:01", "0 (NONE)") +
                        created("2", "02:00:00:02:00:01", "OB", "0 - NOT USED", "0x500c"));
@@ -232,7 +226,7 @@ TEST(PathDestination, OtherLocationsAreReachedFromPort0)
 
 TEST_P(UnsupportedLocation, CannotBeAdded)
 {
-    start();
+    service_up();
     scripted::classify_as(location);
     EXPECT_EQ(add(to_ob), 3U);
     transcript::expect(add_attached("02:00:00:02:00:01") + unsupported("kel_core_ic_ebcom_path_add", shown));
@@ -240,7 +234,7 @@ TEST_P(UnsupportedLocation, CannotBeAdded)
 
 TEST_P(UnsupportedLocation, CannotBeRemoved)
 {
-    start();
+    service_up();
     EXPECT_EQ(add(to_ob), 0U);
     transcript::forget();
     scripted::classify_as(location);
@@ -250,7 +244,7 @@ TEST_P(UnsupportedLocation, CannotBeRemoved)
 
 TEST(PathDestination, TypeFollowsFromTheLocationAlone)
 {
-    start();
+    service_up();
     scripted::classify_as(1);
     EXPECT_EQ(add(to_ob), 0U);
     transcript::expect(add_attached("02:00:00:02:00:01") + created("1", "02:00:00:02:00:01", "CPU", "0 - NOT USED"));
@@ -258,7 +252,7 @@ TEST(PathDestination, TypeFollowsFromTheLocationAlone)
 
 TEST(PathDestination, FailedClassifierPassesItsCodeToAnAdd)
 {
-    start();
+    service_up();
     scripted::fail("kel_ic_pcep_get_location_and_type_from_branch", 255);
     EXPECT_EQ(add(to_ob), 255U);
     transcript::expect(add_attached("02:00:00:02:00:01") + classifier_failed +
@@ -267,7 +261,7 @@ TEST(PathDestination, FailedClassifierPassesItsCodeToAnAdd)
 
 TEST(PathDestination, FailedClassifierPassesItsCodeToARemoval)
 {
-    start();
+    service_up();
     EXPECT_EQ(add(to_ob), 0U);
     transcript::forget();
     scripted::fail("kel_ic_pcep_get_location_and_type_from_branch", 255);
@@ -278,7 +272,7 @@ TEST(PathDestination, FailedClassifierPassesItsCodeToARemoval)
 
 TEST(PathDestination, FailureToFillTheRecordKeepsCountAndReference)
 {
-    start();
+    service_up();
     EXPECT_EQ(add(to_ob), 0U);
     scripted::fail("kel_ic_pcep_get_location_and_type_from_branch", 1);
     EXPECT_EQ(remove(to_ob), 1U);
@@ -327,7 +321,7 @@ TEST(PortName, PortsOutsideTheTableAreUnknown)
 
 TEST(PortName, UnknownPortsHaveNoQos)
 {
-    start();
+    service_up();
     for (const int32_t port : {-1, 51, INT32_MIN, INT32_MAX})
         EXPECT_EQ(add(to_location(0, 2, port)), 3U) << port;
     EXPECT_EQ(scripted::calls_of("kel_init_qos_queue_add"), 0U);

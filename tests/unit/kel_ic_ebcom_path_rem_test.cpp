@@ -1,6 +1,8 @@
 // Removing EBCOM paths: how destinations are counted, what reaches the driver kit and every way to fail. What depends
 // on the destination's location is in kel_ic_ebcom_path_destination_test.cpp.
+#include "expected.h"
 #include "kel/kel_core_ic_ebcom.h"
+#include "path_requests.h"
 #include "scripted_platform.h"
 #include "transcript.h"
 
@@ -12,9 +14,8 @@
 namespace
 {
 
+using expected::attached;
 using scripted::octets;
-
-constexpr kel_ebcom_path_config to_ob = {{2, 0, 0, 2, 0, 1}, 0, 6, 0, 0, 0};
 
 kel_ebcom_path_config to_ob_from(int32_t iell_port)
 {
@@ -22,23 +23,6 @@ kel_ebcom_path_config to_ob_from(int32_t iell_port)
     config.iell_port = iell_port;
     return config;
 }
-
-void start()
-{
-    ASSERT_EQ(kel_core_ic_ebcom_start(), 0U);
-    transcript::forget();
-}
-
-void add(const kel_ebcom_path_config &config)
-{
-    ASSERT_EQ(kel_core_ic_ebcom_path_add(&config), 0U);
-    transcript::forget();
-}
-
-const std::string attached = R"(
-          API_CALL EBCOM kel_init_attach()
-          > kel_init_attach()
-)";
 
 const std::string remove_entered = R"(
         kel_core_ic_ebcom_path_rem:
@@ -84,16 +68,16 @@ const std::string not_configured = remove_entered + R"(
 
 TEST(PathRemove, OnlyReferenceReleasesTheQueueAndDeletesThePath)
 {
-    start();
-    add(to_ob);
+    service_up();
+    path_up(to_ob);
     EXPECT_EQ(kel_core_ic_ebcom_path_rem(&to_ob), 0U);
     transcript::expect(remove_entered + attached + queue_removed + path_deleted);
 }
 
 TEST(PathRemove, PathRecordIsZeroWhereNothingIsSet)
 {
-    start();
-    add(to_ob);
+    service_up();
+    path_up(to_ob);
     scripted::soil_stack();
     EXPECT_EQ(kel_core_ic_ebcom_path_rem(&to_ob), 0U);
     EXPECT_EQ(scripted::record_of("ork_ebcom_pcep_path_delete"),
@@ -102,10 +86,10 @@ TEST(PathRemove, PathRecordIsZeroWhereNothingIsSet)
 
 TEST(PathRemove, LastOfSeveralReferencesDeletesTheDriverKitPath)
 {
-    start();
-    add(to_ob);
-    add(to_ob);
-    add(to_ob);
+    service_up();
+    path_up(to_ob);
+    path_up(to_ob);
+    path_up(to_ob);
     EXPECT_EQ(kel_core_ic_ebcom_path_rem(&to_ob), 0U);
     transcript::expect(remove_entered + attached + queue_kept + remove_left);
     EXPECT_EQ(kel_core_ic_ebcom_path_rem(&to_ob), 0U);
@@ -118,20 +102,20 @@ TEST(PathRemove, LastOfSeveralReferencesDeletesTheDriverKitPath)
 
 TEST(PathRemove, DestinationCanBeAddedAnew)
 {
-    start();
-    add(to_ob);
+    service_up();
+    path_up(to_ob);
     EXPECT_EQ(kel_core_ic_ebcom_path_rem(&to_ob), 0U);
-    add(to_ob);
+    path_up(to_ob);
     EXPECT_EQ(kel_core_ic_ebcom_path_rem(&to_ob), 0U);
     EXPECT_EQ(scripted::calls_of("ork_ebcom_pcep_path_delete"), 2U);
 }
 
 TEST(PathRemove, DestinationIsCountedOverAllPorts)
 {
-    start();
-    add(to_ob);
+    service_up();
+    path_up(to_ob);
     const kel_ebcom_path_config from_other_port = to_ob_from(8);
-    add(from_other_port);
+    path_up(from_other_port);
     EXPECT_EQ(kel_core_ic_ebcom_path_rem(&to_ob), 0U);
     transcript::expect(remove_entered + attached + queue_removed + remove_left);
     EXPECT_EQ(kel_core_ic_ebcom_path_rem(&from_other_port), 0U);
@@ -140,7 +124,7 @@ TEST(PathRemove, DestinationIsCountedOverAllPorts)
 
 TEST(PathRemove, UnknownDestinationIs4BeforeAnyAttachment)
 {
-    start();
+    service_up();
     EXPECT_EQ(kel_core_ic_ebcom_path_rem(&to_ob), 4U);
     transcript::expect(not_configured);
 }
@@ -153,8 +137,8 @@ TEST(PathRemove, BeforeAnyStartEveryDestinationIsUnknown)
 
 TEST(PathRemove, FailedAttachmentKeepsCountAndReference)
 {
-    start();
-    add(to_ob);
+    service_up();
+    path_up(to_ob);
     scripted::fail("kel_init_attach", 255);
     EXPECT_EQ(kel_core_ic_ebcom_path_rem(&to_ob), 255U);
     transcript::expect(remove_entered + R"(
@@ -170,9 +154,9 @@ TEST(PathRemove, FailedAttachmentKeepsCountAndReference)
 
 TEST(PathRemove, DestinationOfAnotherPortIs4)
 {
-    start();
+    service_up();
     const kel_ebcom_path_config from_other_port = to_ob_from(8);
-    add(from_other_port);
+    path_up(from_other_port);
     EXPECT_EQ(kel_core_ic_ebcom_path_rem(&to_ob), 4U);
     transcript::expect(remove_entered + attached + R"(
         kel_ic_ebcom_remove_shaper:
@@ -193,8 +177,8 @@ TEST(PathRemove, DestinationOfAnotherPortIs4)
 
 TEST(PathRemove, PortWithoutQosIs3)
 {
-    start();
-    add(to_ob);
+    service_up();
+    path_up(to_ob);
     const kel_ebcom_path_config from_nowhere = to_ob_from(51);
     EXPECT_EQ(kel_core_ic_ebcom_path_rem(&from_nowhere), 3U);
     transcript::expect(R"(
@@ -225,8 +209,8 @@ TEST(PathRemove, PortWithoutQosIs3)
 
 TEST(PathRemove, FailedQueueRemovalKeepsTheDriverKitPath)
 {
-    start();
-    add(to_ob);
+    service_up();
+    path_up(to_ob);
     scripted::fail("kel_init_qos_queue_rem", 1);
     EXPECT_EQ(kel_core_ic_ebcom_path_rem(&to_ob), 1U);
     transcript::expect(remove_entered + attached + R"(
@@ -246,8 +230,8 @@ TEST(PathRemove, FailedQueueRemovalKeepsTheDriverKitPath)
 
 TEST(PathRemove, RefusedDeletionIs13)
 {
-    start();
-    add(to_ob);
+    service_up();
+    path_up(to_ob);
     scripted::fail("ork_ebcom_pcep_path_delete", -4);
     EXPECT_EQ(kel_core_ic_ebcom_path_rem(&to_ob), 13U);
     transcript::expect(remove_entered + attached + queue_removed + R"(
@@ -264,12 +248,12 @@ TEST(PathRemove, RefusedDeletionIs13)
 // The reference on the queue is gone, so a second try gets no further than to the queue.
 TEST(PathRemove, RefusedDeletionKeepsTheCountButNotTheReference)
 {
-    start();
-    add(to_ob);
+    service_up();
+    path_up(to_ob);
     scripted::fail("ork_ebcom_pcep_path_delete", 3);
     EXPECT_EQ(kel_core_ic_ebcom_path_rem(&to_ob), 13U);
     EXPECT_EQ(kel_core_ic_ebcom_path_rem(&to_ob), 4U);
-    add(to_ob);
+    path_up(to_ob);
     EXPECT_EQ(kel_core_ic_ebcom_path_rem(&to_ob), 0U);
     transcript::expect(remove_entered + attached + R"(
         kel_ic_ebcom_remove_shaper:
@@ -282,13 +266,13 @@ TEST(PathRemove, RefusedDeletionKeepsTheCountButNotTheReference)
 
 TEST(PathRemove, RefusedPathIsUnknownButKeptItsReference)
 {
-    start();
+    service_up();
     scripted::fail("ork_ebcom_pcep_path_create", -4);
     EXPECT_EQ(kel_core_ic_ebcom_path_add(&to_ob), 13U);
     transcript::forget();
     EXPECT_EQ(kel_core_ic_ebcom_path_rem(&to_ob), 4U);
     transcript::expect(not_configured);
-    add(to_ob);
+    path_up(to_ob);
 
     // Of the two references on the queue, the one removal takes one.
     EXPECT_EQ(kel_core_ic_ebcom_path_rem(&to_ob), 0U);

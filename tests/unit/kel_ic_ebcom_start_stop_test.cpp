@@ -1,6 +1,7 @@
 // Start and stop of the EBCOM service: what each does, what a second one finds, and every way that each can fail.
 #include "expected.h"
 #include "kel/kel_core_ic_ebcom.h"
+#include "path_requests.h"
 #include "script.h"
 #include "scripted_platform.h"
 #include "transcript.h"
@@ -52,14 +53,6 @@ const std::string stop_left = R"(
           FN_EXIT EBCOM
 )";
 
-constexpr kel_ebcom_path_config path = {{2, 0, 0, 2, 0, 1}, 0, 6, 0, 0, 0};
-
-void start()
-{
-    ASSERT_EQ(kel_core_ic_ebcom_start(), 0U);
-    transcript::forget();
-}
-
 // How many threads other than this one bear the name.
 int threads_named(const std::string &name)
 {
@@ -93,7 +86,7 @@ TEST(EbcomStart, AttachesThenStartsTheThreadThenBuildsTheSchedulers)
 TEST(EbcomStart, ThreadBearsItsName)
 {
     EXPECT_EQ(threads_named("kel-time-stamp"), 0);
-    start();
+    service_up();
     EXPECT_EQ(threads_named("kel-time-stamp"), 1);
 }
 
@@ -129,8 +122,8 @@ TEST(EbcomStart, RestartRequestNamesTheSourceFileInFull)
 TEST(EbcomStart, TableIsTriedAgainByTheNextStart)
 {
     scripted::fail("g_hash_table_new_full", 1);
-    start();
-    start();
+    service_up();
+    service_up();
     EXPECT_EQ(scripted::calls_of("g_hash_table_new_full"), 2U);
     EXPECT_EQ(scripted::calls_of("qol_ng_restart_request_line_and_file"), 1U);
 }
@@ -156,7 +149,7 @@ TEST(EbcomStart, FailedAttachmentLeavesTheTable)
 {
     scripted::fail("kel_init_attach", 255);
     EXPECT_EQ(kel_core_ic_ebcom_start(), 255U);
-    start();
+    service_up();
     EXPECT_EQ(scripted::calls_of("g_hash_table_new_full"), 1U);
 }
 
@@ -190,7 +183,7 @@ TEST(EbcomStart, PositiveAnswerOfTheFirstThreadCreationIsSuccessWithoutNaming)
 
 TEST(EbcomStart, PositiveAnswerOfALaterThreadCreationNamesTheEarlierThread)
 {
-    start();
+    service_up();
     scripted::fail("pthread_create", 11);
     EXPECT_EQ(kel_core_ic_ebcom_start(), 0U);
     transcript::expect(attached + R"(
@@ -297,7 +290,7 @@ TEST_P(FailedScheduler, FailedAttachmentPassesItsCodeAndTheThreadRunsOn)
 
 TEST(EbcomStart, SecondStartAddsAThreadAndKeepsTheTable)
 {
-    start();
+    service_up();
     EXPECT_EQ(kel_core_ic_ebcom_start(), 0U);
     transcript::expect(attached + thread_started + expected::scheduler_tree_built(13) + start_left);
     EXPECT_EQ(scripted::calls_of("g_hash_table_new_full"), 1U);
@@ -307,24 +300,24 @@ TEST(EbcomStart, SecondStartAddsAThreadAndKeepsTheTable)
 
 TEST(EbcomStart, SecondStartKeepsTheCounts)
 {
-    start();
-    EXPECT_EQ(kel_core_ic_ebcom_path_add(&path), 0U);
-    start();
-    EXPECT_EQ(kel_core_ic_ebcom_path_rem(&path), 0U);
+    service_up();
+    EXPECT_EQ(kel_core_ic_ebcom_path_add(&to_ob), 0U);
+    service_up();
+    EXPECT_EQ(kel_core_ic_ebcom_path_rem(&to_ob), 0U);
     EXPECT_EQ(scripted::calls_of("ork_ebcom_pcep_path_delete"), 1U);
-    EXPECT_EQ(kel_core_ic_ebcom_path_rem(&path), 4U);
+    EXPECT_EQ(kel_core_ic_ebcom_path_rem(&to_ob), 4U);
 }
 
 TEST(EbcomStop, ReleasesTheSchedulersWithoutAnAttachmentOfItsOwn)
 {
-    start();
+    service_up();
     EXPECT_EQ(kel_core_ic_ebcom_stop(), 0U);
     transcript::expect(stop_entered + expected::scheduler_tree_released() + stop_left);
 }
 
 TEST(EbcomStop, LeavesTheThreadRunning)
 {
-    start();
+    service_up();
     scripted::wait_for_waiting_threads(1);
     EXPECT_EQ(kel_core_ic_ebcom_stop(), 0U);
     scripted::wait_for_waiting_threads(1);
@@ -343,7 +336,7 @@ TEST(EbcomStop, BeforeAnyStartDestroysANullTableAndReleasesNullSchedulers)
 TEST(EbcomStop, AfterAStartWithoutATableDestroysANullTable)
 {
     scripted::fail("g_hash_table_new_full", 1);
-    start();
+    service_up();
     EXPECT_EQ(kel_core_ic_ebcom_stop(), 0U);
     transcript::expect(stop_entered + R"(
           > g_hash_table_destroy(null)
@@ -353,7 +346,7 @@ TEST(EbcomStop, AfterAStartWithoutATableDestroysANullTable)
 
 TEST(EbcomStop, SecondStopReleasesNullSchedulers)
 {
-    start();
+    service_up();
     EXPECT_EQ(kel_core_ic_ebcom_stop(), 0U);
     transcript::forget();
     EXPECT_EQ(kel_core_ic_ebcom_stop(), 0U);
@@ -362,7 +355,7 @@ TEST(EbcomStop, SecondStopReleasesNullSchedulers)
 
 TEST(EbcomStop, FailedTakeDownPassesItsCode)
 {
-    start();
+    service_up();
     scripted::fail("kel_ic_ebcom_deinit_qos", 3);
     EXPECT_EQ(kel_core_ic_ebcom_stop(), 3U);
     transcript::expect(R"(
@@ -376,13 +369,13 @@ TEST(EbcomStop, FailedTakeDownPassesItsCode)
 
 TEST(EbcomStop, CountsAreThereAfterTheNextStart)
 {
-    start();
-    EXPECT_EQ(kel_core_ic_ebcom_path_add(&path), 0U);
+    service_up();
+    EXPECT_EQ(kel_core_ic_ebcom_path_add(&to_ob), 0U);
     EXPECT_EQ(kel_core_ic_ebcom_stop(), 0U);
-    start();
-    EXPECT_EQ(kel_core_ic_ebcom_path_add(&path), 0U);
+    service_up();
+    EXPECT_EQ(kel_core_ic_ebcom_path_add(&to_ob), 0U);
 
     // Two paths are counted, so the driver kit keeps its path.
-    EXPECT_EQ(kel_core_ic_ebcom_path_rem(&path), 0U);
+    EXPECT_EQ(kel_core_ic_ebcom_path_rem(&to_ob), 0U);
     EXPECT_EQ(scripted::calls_of("ork_ebcom_pcep_path_delete"), 0U);
 }
