@@ -5,6 +5,22 @@
 # <platform/...> and <softnode/...>.
 include(CMakePackageConfigHelpers)
 
+# kel_search_path(TARGET [ENTRY...]): where an installed target finds the libraries that it needs, beside those of a
+# vendor. The build folder is laid out like the installed tree, so the target is built with it: a path that is exchanged
+# at installation is padded with empty entries, which the loader takes for the current folder.
+function(kel_search_path target)
+    set_target_properties(${target} PROPERTIES
+        INSTALL_RPATH "${ARGN}"
+        INSTALL_RPATH_USE_LINK_PATH ON
+        BUILD_WITH_INSTALL_RPATH ON)
+endfunction()
+
+kel_search_path(kelctl $ORIGIN/../${CMAKE_INSTALL_LIBDIR})
+kel_search_path(kel-core-ic $ORIGIN)
+foreach(target kel-softnode kel-trace-ic kel-trace-init kel-trace-ic-probes kel-trace-init-probes)
+    kel_search_path(${target})
+endforeach()
+
 # kel_package(NAME DESCRIPTION REQUIRES): the files by which others find an installed library and its export set.
 function(kel_package name description requires)
     set(folder ${CMAKE_INSTALL_LIBDIR}/cmake/${name})
