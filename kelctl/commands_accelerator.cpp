@@ -107,7 +107,7 @@ std::vector<command> accelerator_commands()
                         .kind = file(),
                         .help = "write the picture there; PNG has to be",
                         .required = false}},
-         .example = "graph --format svg --output /tmp/node.svg",
+         .example = "graph --format svg --output node.svg",
          .needs_accelerator = true},
         {.name = "node reset",
          .variants = {{.run = reset_node}},

@@ -1,4 +1,5 @@
 // What --emit c writes: a program that compiles, and does to a node what was done to this one.
+#include "dump_file.h"
 #include "program.h"
 
 #include <gmock/gmock.h>
@@ -178,6 +179,7 @@ trace message 'in a list' --variant list
 trace message 'again in a list' --variant list
 trace point
 )";
+    const dump_file_removed afterwards;
     ASSERT_EQ(emit(script).status, 0);
     ASSERT_TRUE(compile()) << text_of(source());
     EXPECT_EQ(run(), 0) << err();

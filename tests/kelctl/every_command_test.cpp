@@ -2,6 +2,7 @@
 // is meant, write them anew and look at the difference:
 //
 //     KELCTL_WRITE_EXPECTED=1 build/dev/bin/kelctl-program-tests --gtest_filter='EveryCommand.*'
+#include "dump_file.h"
 #include "kelctl/file_text.h"
 #include "kelctl/script.h"
 #include "program.h"
@@ -47,6 +48,7 @@ program_outcome run_script(const std::vector<std::string> &options = {})
 {
     std::vector<std::string> arguments = {"run", script, "--keep-going"};
     arguments.insert(arguments.end(), options.begin(), options.end());
+    const dump_file_removed afterwards;
     return run_kelctl({.arguments = arguments, .folder = KELCTL_SOURCE_DIR});
 }
 

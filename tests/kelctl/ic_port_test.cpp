@@ -1,6 +1,7 @@
 // Names and numbers of ports.
 #include "kelctl/ic_port.h"
 
+#include "dump_file.h"
 #include "kel/kel_core_ic_ebcom.h"
 #include "kel/kel_node_names.h"
 #include "kelctl/trace_log.h"
@@ -57,6 +58,7 @@ TEST(IcPort, NoSuchPortOffersTheNearestName)
 // The handles of the library's registry in its order: of each scheduler, and of each of its queues.
 std::vector<std::string> registry(trace_log &log)
 {
+    const dump_file_removed afterwards;
     log.start_operation();
     EXPECT_EQ(kel_core_ic_ebcom_qos_handle_dump(), 0u);
     std::vector<std::string> handles;

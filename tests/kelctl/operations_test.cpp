@@ -1,6 +1,8 @@
 // Every command of the table, with the arguments of its example, in the life of one node on the software accelerator.
+#include "dump_file.h"
 #include "kelctl/command.h"
 #include "program.h"
+#include "temporary_folder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -98,7 +100,10 @@ program_outcome run_script(const std::string &script, const std::vector<std::str
 {
     std::vector<std::string> arguments = {"run", "-"};
     arguments.insert(arguments.end(), options.begin(), options.end());
-    return run_kelctl({.arguments = arguments, .environment = {}, .folder = KELCTL_SOURCE_DIR, .in = script});
+    const temporary_folder folder; // for what they write
+    std::filesystem::create_symlink(KELCTL_SOURCE_DIR "/examples", folder.path() + "/examples");
+    const dump_file_removed afterwards;
+    return run_kelctl({.arguments = arguments, .environment = {}, .folder = folder.path(), .in = script});
 }
 
 TEST(Operations, LifeOfANodeHasEveryCommandOfAScript)
