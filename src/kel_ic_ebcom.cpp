@@ -6,6 +6,7 @@
 #include "platform/kel_fmt.h"
 #include "platform/vorn_tu.h"
 
+#include <csignal>
 #include <glib.h>
 #include <pthread.h>
 #include <sys/syscall.h>
@@ -23,7 +24,7 @@ constexpr char trace_domain[] = "EBCOM";
 // Number of paths by the text of their destination MAC. Made by the first start; survives every stop with its counts.
 GHashTable *dest_mac_addr_count;
 
-// The thread started last. 0 while there never was one.
+// The thread that was created last. 0 while there never was one.
 pthread_t timestamp_thread_id;
 
 // ---- The timestamp synchroniser ----
@@ -115,14 +116,34 @@ void *timestamp_thread(void *)
     pthread_exit(nullptr); // runs no destructors: nothing above may need one
 }
 
+// Creates a thread that handles no signal, so that no handler of the control process interrupts its waits. What the
+// thread can raise itself stays open. The identifier is written on success only: the C library's is also written when
+// it fails, and then names nothing.
+int create_timestamp_thread(pthread_t &thread)
+{
+    sigset_t blocked;
+    sigset_t before;
+    sigfillset(&blocked);
+    for (const int own_fault : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGTRAP})
+        sigdelset(&blocked, own_fault);
+
+    char unused = 0;
+    pthread_t created;
+    pthread_sigmask(SIG_BLOCK, &blocked, &before);
+    const int rc = pthread_create(&created, nullptr, timestamp_thread, &unused);
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    if (rc == 0)
+        thread = created;
+    return rc;
+}
+
 // Starts one more thread. Only a negative result counts as a failure; a positive one is taken for success, as callers
 // rely on, though there is no thread then.
 uint32_t start_timestamp_thread(call_site site)
 {
-    char unused = 0;
     TRACE_AT(site, API_CALL, "pthread_create(kel-time-stamp)");
     hold_trace_glue();
-    const int created = pthread_create(&timestamp_thread_id, nullptr, timestamp_thread, &unused);
+    const int created = create_timestamp_thread(timestamp_thread_id);
     if (created != 0)
         release_trace_glue();
     if (created < 0)

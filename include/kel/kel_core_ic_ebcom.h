@@ -50,7 +50,8 @@ extern "C" {
  * node's timing unit, and builds the scheduler tree (kel_ic_ebcom_init_qos()).
  *
  * Every start that gets past the attachment starts one more thread; none is ever ended from outside. A thread ends
- * by itself at its first failure, with an ERROR record; the offset it wrote last stays in force.
+ * by itself at its first failure, with an ERROR record; the offset it wrote last stays in force. It blocks all signals
+ * but SIGSEGV, SIGBUS, SIGFPE, SIGILL and SIGTRAP: no handler of the process runs on it.
  *
  * If the table cannot be created, a node restart is requested and the start goes on.
  *

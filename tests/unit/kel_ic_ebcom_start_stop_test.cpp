@@ -11,7 +11,9 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <vector>
 
+#include <csignal>
 #include <unistd.h>
 
 namespace
@@ -53,16 +55,45 @@ const std::string stop_left = R"(
           FN_EXIT EBCOM
 )";
 
-// How many threads other than this one bear the name.
-int threads_named(const std::string &name)
+// The folders of all threads other than this one that bear the name, under /proc/self/task.
+std::vector<std::filesystem::path> tasks_named(const std::string &name)
 {
-    int count = 0;
+    std::vector<std::filesystem::path> tasks;
     for (const auto &task : std::filesystem::directory_iterator("/proc/self/task")) {
         std::string line;
         std::getline(std::ifstream(task.path() / "comm") >> std::ws, line);
-        count += line == name && task.path().filename() != std::to_string(getpid());
+        if (line == name && task.path().filename() != std::to_string(getpid()))
+            tasks.push_back(task.path());
     }
-    return count;
+    return tasks;
+}
+
+size_t threads_named(const std::string &name)
+{
+    return tasks_named(name).size();
+}
+
+// The signals that the thread blocks, signal n as bit n - 1.
+uint64_t blocked_signals(const std::filesystem::path &task)
+{
+    std::ifstream status(task / "status");
+    for (std::string line; std::getline(status, line);)
+        if (line.starts_with("SigBlk:"))
+            return std::stoull(line.substr(sizeof "SigBlk:"), nullptr, 16);
+    return 0;
+}
+
+uint64_t own_blocked_signals()
+{
+    return blocked_signals("/proc/thread-self");
+}
+
+uint64_t bits_of(std::initializer_list<int> signals)
+{
+    uint64_t bits = 0;
+    for (const int signal : signals)
+        bits |= 1UL << (signal - 1);
+    return bits;
 }
 
 // A set-up that fails at the n-th of the twelve schedulers.
@@ -85,9 +116,9 @@ TEST(EbcomStart, AttachesThenStartsTheThreadThenBuildsTheSchedulers)
 
 TEST(EbcomStart, ThreadBearsItsName)
 {
-    EXPECT_EQ(threads_named("kel-time-stamp"), 0);
+    EXPECT_EQ(threads_named("kel-time-stamp"), 0U);
     service_up();
-    EXPECT_EQ(threads_named("kel-time-stamp"), 1);
+    EXPECT_EQ(threads_named("kel-time-stamp"), 1U);
 }
 
 TEST(EbcomStart, WithoutMemoryForTheTableARestartIsRequestedAndTheStartGoesOn)
@@ -141,7 +172,7 @@ TEST(EbcomStart, FailedAttachmentStartsNoThreadAndBuildsNothing)
           init:EXCEPTION GENERAL code 1, kel_init_attach
           FN_EXIT EBCOM
     )");
-    EXPECT_EQ(threads_named("kel-time-stamp"), 0);
+    EXPECT_EQ(threads_named("kel-time-stamp"), 0U);
     EXPECT_EQ(transcript::of_thread(0), "");
 }
 
@@ -164,7 +195,7 @@ TEST(EbcomStart, NegativeAnswerOfThreadCreationIs13)
           init:EXCEPTION GENERAL pthread_create(kel-time-stamp) => rc=-1, errno=Resource temporarily unavailable(11)
           FN_EXIT EBCOM
     )");
-    EXPECT_EQ(threads_named("kel-time-stamp"), 0);
+    EXPECT_EQ(threads_named("kel-time-stamp"), 0U);
 }
 
 // There is no thread to name then, but the call is announced all the same.
@@ -178,7 +209,7 @@ TEST(EbcomStart, PositiveAnswerOfTheFirstThreadCreationIsSuccessWithoutNaming)
           API_CALL EBCOM pthread_setname_np(kel-time-stamp)
     )" + expected::scheduler_tree_built() +
                        start_left);
-    EXPECT_EQ(threads_named("kel-time-stamp"), 0);
+    EXPECT_EQ(threads_named("kel-time-stamp"), 0U);
 }
 
 TEST(EbcomStart, PositiveAnswerOfALaterThreadCreationNamesTheEarlierThread)
@@ -193,7 +224,44 @@ TEST(EbcomStart, PositiveAnswerOfALaterThreadCreationNamesTheEarlierThread)
           > pthread_setname_np(kel-time-stamp)
     )" + expected::scheduler_tree_built(13) +
                        start_left);
-    EXPECT_EQ(threads_named("kel-time-stamp"), 1);
+    EXPECT_EQ(threads_named("kel-time-stamp"), 1U);
+}
+
+TEST(EbcomStart, FailedThreadCreationsLeaveTheEarlierThreadTheOneThatIsNamed)
+{
+    service_up();
+    scripted::fail("pthread_create", -1);
+    EXPECT_EQ(kel_core_ic_ebcom_start(), 13U);
+    scripted::fail("pthread_create", 11);
+    EXPECT_EQ(kel_core_ic_ebcom_start(), 0U);
+    EXPECT_EQ(scripted::calls_of("pthread_setname_np"), 2U);
+    EXPECT_EQ(threads_named("kel-time-stamp"), 1U);
+}
+
+TEST(EbcomStart, ThreadBlocksAllSignalsButItsOwnFaults)
+{
+    service_up();
+    scripted::wait_for_waiting_threads(1);
+    const auto tasks = tasks_named("kel-time-stamp");
+    ASSERT_EQ(tasks.size(), 1U);
+    const uint64_t never_blocked = bits_of({SIGKILL, SIGSTOP, 32, 33}); // 32 and 33 are the C library's own
+    EXPECT_EQ(~blocked_signals(tasks[0]), bits_of({SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGTRAP}) | never_blocked);
+}
+
+TEST(EbcomStart, CallerKeepsItsSignalMask)
+{
+    sigset_t own;
+    sigemptyset(&own);
+    sigaddset(&own, SIGUSR2);
+    sigaddset(&own, SIGSEGV);
+    pthread_sigmask(SIG_BLOCK, &own, nullptr);
+    const uint64_t before = own_blocked_signals();
+
+    service_up();
+    EXPECT_EQ(own_blocked_signals(), before);
+    scripted::fail("pthread_create", -1);
+    EXPECT_EQ(kel_core_ic_ebcom_start(), 13U);
+    EXPECT_EQ(own_blocked_signals(), before);
 }
 
 TEST(EbcomStart, NegativeAnswerOfNamingIsReportedAndIgnored)
@@ -294,7 +362,7 @@ TEST(EbcomStart, SecondStartAddsAThreadAndKeepsTheTable)
     EXPECT_EQ(kel_core_ic_ebcom_start(), 0U);
     transcript::expect(attached + thread_started + expected::scheduler_tree_built(13) + start_left);
     EXPECT_EQ(scripted::calls_of("g_hash_table_new_full"), 1U);
-    EXPECT_EQ(threads_named("kel-time-stamp"), 2);
+    EXPECT_EQ(threads_named("kel-time-stamp"), 2U);
     scripted::wait_for_waiting_threads(2);
 }
 
@@ -321,7 +389,7 @@ TEST(EbcomStop, LeavesTheThreadRunning)
     scripted::wait_for_waiting_threads(1);
     EXPECT_EQ(kel_core_ic_ebcom_stop(), 0U);
     scripted::wait_for_waiting_threads(1);
-    EXPECT_EQ(threads_named("kel-time-stamp"), 1);
+    EXPECT_EQ(threads_named("kel-time-stamp"), 1U);
 }
 
 TEST(EbcomStop, BeforeAnyStartDestroysANullTableAndReleasesNullSchedulers)

@@ -93,6 +93,7 @@ extern "C" int pthread_create(pthread_t *thread, const pthread_attr_t *attribute
         return real.create_thread(thread, attributes, entry, argument);
     const auto *octet = static_cast<const uint8_t *>(argument);
     if (const int64_t rc = logged_result(__func__, scripted::text("%s, %u", attributes ? "?" : "default", *octet))) {
+        memset(thread, 0x5A, sizeof *thread); // the C library writes an identifier before it fails
         errno = EAGAIN;
         return static_cast<int>(rc);
     }
