@@ -81,7 +81,6 @@ uint32_t timestamp_thread()
 {
     kel_attach_info attach{};
     void *timing_unit = nullptr;
-    vorn_tu_event *event = nullptr;
 
     if (const uint32_t rc = attach_accelerator(HERE, attach))
         return rc;
@@ -95,9 +94,12 @@ uint32_t timestamp_thread()
         return report(HERE, rc, "udpate_timestamp_offset");
 
     for (;;) {
+        vorn_tu_event *event = nullptr;
         TRACE(API_CALL, "vorn_tu_wait_event()");
         if (const int32_t rc = vorn_tu_wait_event(timing_unit, &event))
             return report_timing_unit(HERE, rc, "vorn_tu_wait_event");
+        if (!event) // a success without an event ends the thread, too
+            return KEL_RC_FAILED;
         if (!is_adjustment(HERE, *event))
             continue;
         if (const uint32_t rc = update_timestamp_offset(attach.ork_handle, timing_unit))
@@ -211,12 +213,12 @@ uint32_t set_ork_path_attr(const kel_ebcom_path_config &config, const mac_text &
              location == KEL_LOCATION_EIOA ? "" : " - NOT USED", config.shaping_enabled, path.queue_hdl);
 }
 
+// Without the table, which the first start creates, there are no counts: an add is not counted, a remove finds nothing.
 guint path_count(const mac_text &mac)
 {
-    return GPOINTER_TO_UINT(g_hash_table_lookup(dest_mac_addr_count, mac.text));
+    return dest_mac_addr_count ? GPOINTER_TO_UINT(g_hash_table_lookup(dest_mac_addr_count, mac.text)) : 0;
 }
 
-// A path before the first start, which makes the table, is the caller's error, and not counted.
 void set_path_count(const mac_text &mac, guint count)
 {
     if (dest_mac_addr_count)

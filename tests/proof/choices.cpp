@@ -53,7 +53,7 @@ step with_arguments(operation what, uint8_t first, uint8_t second)
     result.mpid = first % 2 ? std::optional<std::string>(one_of(mpids, second)) : std::nullopt;
     result.location = first % 2 ? std::optional(one_of(locations, second)) : std::nullopt;
     if (what == operation::timing_failure)
-        result.event.type = static_cast<uint32_t>(-1 - second % 12);
+        result.event.type = static_cast<uint32_t>(-(second % 13));
     return result;
 }
 

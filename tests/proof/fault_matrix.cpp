@@ -51,6 +51,7 @@ const state started_twice = {"started twice", {ebcom_start(), ebcom_start()}};
 const state thread_over = {"thread over", {failing_on_thread(ebcom_start(), "vorn_tu_init", -1)}};
 const state half_started = {"third level missing", {failing(ebcom_start(), "ork_qos_scheduler_create", -1, 3)}};
 const state without_table = {"no memory for the table", {failing(ebcom_start(), "g_hash_table_new_full", 1)}, true};
+const state only_schedulers = {"schedulers without a start", {plain(operation::init_qos)}, true};
 const state path_once = {"path once", {ebcom_start(), add(on_ob, 6)}};
 const state path_twice = {"path twice", {ebcom_start(), add(on_ob, 6), add(on_ob, 6)}};
 const state path_on_two_ports = {"path on two ports", {ebcom_start(), add(on_ob, 12), add(on_ob, 6)}};
@@ -108,6 +109,7 @@ const std::vector<row> matrix = {
     {event(operation::timing_event, 6, 1), {started}},
     {event(operation::timing_failure, static_cast<uint32_t>(-4)), {started}},
     {event(operation::timing_failure, 3), {started}},
+    {event(operation::timing_failure, 0), {started}},
     {reading(operation::convert_cycles, 10, 300'000), some_ebcom},
     {reading(operation::convert_cycles, 10, 0), some_ebcom},
     {global_params(), some_ebcom},
@@ -127,6 +129,7 @@ const std::vector<row> matrix = {
     {path(operation::remove_shaper, on_ob, 6), {nothing, path_once, path_twice, shared, shaper_only, rolled_back}},
     {path(operation::remove_shaper, on_ob, 43), {path_once}},
     {add(on_ob, 6), ebcom_up},
+    {add(on_ob, 6), {never_started, only_schedulers, without_table}},
     {failing(add(on_ob, 6), "malloc", 1), {started, path_once}},
     {add(on_eioa, 6), {started, own_paths}},
     {add(on_eioa, 0), {started}},
@@ -138,6 +141,7 @@ const std::vector<row> matrix = {
       {"location 5", {ebcom_start(), classify_all_as(5)}},
       {"location 6", {ebcom_start(), classify_all_as(6)}}}},
     {remove(on_ob, 6), ebcom_up},
+    {remove(on_ob, 6), {never_started, only_schedulers, without_table}},
     {remove(on_eioa, 7), {own_paths}},
     {remove(on_cpu, 7), {own_paths}},
     {remove(on_ob, 7), {path_once, path_on_two_ports}},

@@ -99,11 +99,9 @@ bool model::thread_ended(size_t n) const
     return threads_[n].ended;
 }
 
-// Paths before the first start are the caller's error. Of several threads that wait, any one gets the next event.
+// Of several threads that wait, any one gets the next event.
 bool model::allows(const step &step) const
 {
-    if (step.what == operation::path_add || step.what == operation::path_rem)
-        return table_;
     if (step.what == operation::timing_event || step.what == operation::timing_failure)
         return waiting_threads() == 1;
     return true;

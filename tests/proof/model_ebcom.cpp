@@ -146,11 +146,13 @@ uint32_t model::timing(const step &step)
     return 0;
 }
 
+// A wait that succeeds without an event ends the thread without a report.
 void model::fail_wait(timestamp_thread &thread, int32_t code)
 {
     const account::speaker speaker(thread.tell, "timestamp_thread", ebcom);
     thread.tell.line(format("vorn_tu_wait_event(unit) = %d", code));
-    thread.tell.report_timing_unit(code, "vorn_tu_wait_event");
+    if (code != 0)
+        thread.tell.report_timing_unit(code, "vorn_tu_wait_event");
     thread.tell.text_call("syscall", "gettid");
     thread.tell.record("ERROR", "tid=own terminated (pthread_exit)");
     thread.ended = true;
@@ -301,7 +303,8 @@ uint32_t model::path_add(const step &step)
         tell_.hand_over("ork_ebcom_pcep_path_create", record);
         tell_.driver_kit(path_call("ork_ebcom_pcep_path_create", step.path, record, location),
                          "ork_ebcom_pcep_path_create", shown_to_driver_kit(record));
-        ++counts_[text_of_mac(step.path.dst_mac)];
+        if (table_)
+            ++counts_[text_of_mac(step.path.dst_mac)];
     });
 }
 

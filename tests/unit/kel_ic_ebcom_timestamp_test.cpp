@@ -338,6 +338,29 @@ TEST(TimestampThread, FailedWaitEndsIt)
     )" + ended);
 }
 
+TEST(TimestampThread, WaitWithoutAnEventEndsItWithItsLastRecordOnly)
+{
+    start_until_waiting();
+    scripted::fail_wait(0);
+    transcript::wait_for_end_of_thread(0);
+    expect_of_thread(subscribed + usual_pass + waiting + R"(
+          > vorn_tu_wait_event(unit) = 0
+    )" + ended);
+}
+
+TEST(TimestampThread, WaitWithoutAnEventAfterAnIgnoredOneEndsIt)
+{
+    start_until_waiting();
+    scripted::post_event(5, 0);
+    scripted::fail_wait(0);
+    transcript::wait_for_end_of_thread(0);
+    expect_of_thread(subscribed + usual_pass + waiting + event_arrived + R"(
+          INFO EBCOM Ignore unexpected event(5)
+    )" + waiting + R"(
+          > vorn_tu_wait_event(unit) = 0
+    )" + ended);
+}
+
 TEST(TimestampThread, FailedReadingAfterAnEventEndsItWithTheEventKept)
 {
     start_until_waiting();

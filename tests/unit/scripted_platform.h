@@ -70,7 +70,7 @@ void set_reading(const vorn_tu_nputimeoffset &reading);
 // Wakes the longest waiting vorn_tu_wait_event(), now or later, with an event.
 void post_event(uint32_t type, int32_t domain);
 
-// Wakes the longest waiting vorn_tu_wait_event(), now or later, with a failure.
+// Wakes the longest waiting vorn_tu_wait_event(), now or later, with a failure; with 0, a success without an event.
 void fail_wait(int32_t result);
 
 // Waits until so many threads wait for an event and none is left to take; a test failure when that does not come about.

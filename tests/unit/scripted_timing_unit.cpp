@@ -18,7 +18,7 @@ using scripted::text;
 namespace
 {
 
-using wake_up = std::variant<vorn_tu_event, int32_t>; // an event, or the code of a failure
+using wake_up = std::variant<vorn_tu_event, int32_t>; // an event, or a result without one
 
 // Never destroyed: timestamp threads outlive the tests.
 struct timing_unit {
@@ -115,7 +115,8 @@ extern "C" int32_t vorn_tu_subscribe_adjnpuoffs(void *handle, int32_t domain)
 extern "C" int32_t vorn_tu_wait_event(void *handle, vorn_tu_event **event)
 {
     const wake_up next = wait_for_wake_up();
-    const std::string call = text("> %s(%s)", __func__, handle_text(handle).c_str());
+    // The pointer is null before each wait.
+    const std::string call = text("> %s(%s%s)", __func__, handle_text(handle).c_str(), *event ? ", an event" : "");
     if (const int32_t *rc = std::get_if<int32_t>(&next)) {
         transcript::add(call + text(" = %d", *rc));
         return *rc;

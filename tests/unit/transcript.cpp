@@ -2,6 +2,7 @@
 
 #include "trace/tap.h"
 
+#include <glib.h>
 #include <gtest/gtest.h>
 
 #include <pthread.h>
@@ -157,6 +158,7 @@ std::string normalise(const std::string &expected)
 void begin()
 {
     on_main_thread = true;
+    g_log_set_always_fatal(static_cast<GLogLevelFlags>(G_LOG_LEVEL_ERROR | G_LOG_LEVEL_CRITICAL));
     if (traced() && !trace::listen(add_record)) {
         fprintf(stderr, "the tracer is not installed: a traced run is not possible\n");
         exit(1);

@@ -22,7 +22,8 @@
 namespace transcript
 {
 
-// Begins to listen to the trace records when this run is a traced one. Called once by main().
+// Begins to listen to the trace records when this run is a traced one. From here on a misuse of GLib ends the process.
+// Called once by main().
 void begin();
 
 bool traced();
