@@ -19,6 +19,7 @@
 #include "trace/com_vantorix_ob_kel_ic.h"
 #include "trace/com_vantorix_ob_kel_init.h"
 
+#include <atomic>
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
@@ -45,12 +46,25 @@ struct call_site {
 
 #define HERE (::kel::call_site{__FILE_NAME__ ":" lttng_ust_stringify(__LINE__), trace_domain, __func__})
 
+// At process exit the tracer's glue clears the function pointers that a thread still tracing is about to call. So it
+// gets one more user with the first record, for good. First records of two threads at once may add one each: any number
+// keeps it open.
+[[gnu::cold]] inline void keep_trace_glue()
+{
+    static std::atomic<bool> kept;
+    if (kept.load())
+        return;
+    std::atomic_ref(lttng_ust_tracepoint_registered).fetch_add(1);
+    kept.store(true);
+}
+
 // The part of a statement that an enabled event takes, out of line: the tracer's macro would otherwise fill every
 // function that traces.
 #define FIRING(provider, event)                                                                                        \
     [[gnu::cold, gnu::noinline]] inline void fire_##provider##_##event(const char *location, const char *domain,       \
                                                                        const char *message)                            \
     {                                                                                                                  \
+        keep_trace_glue();                                                                                             \
         lttng_ust_do_tracepoint(provider, event, location, domain, message);                                           \
     }
 FIRING(com_vantorix_ob_kel_ic, FN_ENTER)

@@ -29,18 +29,6 @@ pthread_t timestamp_thread_id;
 
 // ---- The timestamp synchroniser ----
 
-// At process exit the tracer's glue clears the function pointers that a thread still tracing is about to call. Every
-// timestamp thread therefore counts as one more user of the glue, from before it starts until it ends.
-void hold_trace_glue()
-{
-    __atomic_fetch_add(&lttng_ust_tracepoint_registered, 1, __ATOMIC_SEQ_CST);
-}
-
-void release_trace_glue()
-{
-    __atomic_fetch_sub(&lttng_ust_tracepoint_registered, 1, __ATOMIC_SEQ_CST);
-}
-
 // Reads the timing unit, converts, and writes the accelerator's offset once.
 uint32_t update_timestamp_offset(void *ork, void *timing_unit)
 {
@@ -114,7 +102,6 @@ void *timestamp_thread(void *)
 {
     timestamp_thread();
     TRACE(ERROR, "tid=%ld terminated (pthread_exit)", syscall(SYS_gettid));
-    release_trace_glue();
     pthread_exit(nullptr); // runs no destructors: nothing above may need one
 }
 
@@ -144,10 +131,7 @@ int create_timestamp_thread(pthread_t &thread)
 uint32_t start_timestamp_thread(call_site site)
 {
     TRACE_AT(site, API_CALL, "pthread_create(kel-time-stamp)");
-    hold_trace_glue();
     const int created = create_timestamp_thread(timestamp_thread_id);
-    if (created != 0)
-        release_trace_glue();
     if (created < 0)
         return report_system(site, created, "pthread_create(kel-time-stamp)");
 
