@@ -66,13 +66,6 @@ void free_oldest(destination *&newest)
     g_free(oldest);
 }
 
-gboolean free_all(gpointer, gpointer first, gpointer)
-{
-    for (auto *newest = static_cast<destination *>(first); newest;)
-        free_oldest(newest);
-    return TRUE;
-}
-
 } // namespace
 
 bool kel::add_destination(size_t port, const uint8_t *mac)
@@ -125,8 +118,21 @@ bool kel::find_destination(const uint8_t *mac, size_t &port)
     return true;
 }
 
-void kel::forget_destinations()
+void kel::forget_destinations(size_t port)
 {
-    if (destinations)
-        g_hash_table_foreach_remove(destinations, free_all, nullptr);
+    if (!destinations)
+        return;
+    GHashTableIter each;
+    gpointer value = nullptr;
+    g_hash_table_iter_init(&each, destinations);
+    while (g_hash_table_iter_next(&each, nullptr, &value)) {
+        auto *first = static_cast<destination *>(value);
+        destination *&newest = link_of(first, port);
+        while (is_on(newest, port))
+            free_oldest(newest);
+        if (first)
+            g_hash_table_iter_replace(&each, first);
+        else
+            g_hash_table_iter_remove(&each);
+    }
 }

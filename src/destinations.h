@@ -20,6 +20,7 @@ bool remove_destination(size_t port, const uint8_t *mac);
 // The lowest port that the MAC address stands on, written on success only.
 bool find_destination(const uint8_t *mac, size_t &port);
 
-void forget_destinations();
+// Releases all copies on the port.
+void forget_destinations(size_t port);
 
 } // namespace kel

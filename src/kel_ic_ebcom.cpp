@@ -161,15 +161,16 @@ uint32_t set_ork_path_attr(const kel_ebcom_path_config &config, const mac_text &
     memset(&path, 0, sizeof path); // the driver kit sees the padding, too
     memcpy(path.macAddr, config.dst_mac, sizeof path.macAddr);
 
-    uint32_t branch_type = 0;
+    auto &branch_type = reinterpret_cast<uint32_t &>(path.pcepType); // a path's own type is told by its location
     if (const uint32_t rc = kel_ic_pcep_get_location_and_type_from_branch(config.dst_mac, &location, &branch_type))
         return report(HERE, rc, "kel_ic_pcep_get_location_and_type_from_branch");
 
-    path.pcepType = path_pcep_type(location);
-    if (path.pcepType == unsupported) {
+    const int32_t pcep_type = path_pcep_type(location);
+    if (pcep_type == unsupported) {
         TRACE_AT(HERE.general(), ERROR, "dst_mac=%s: Unsupported location=%d", mac.text, location);
         return report(HERE, KEL_RC_OUT_OF_RANGE, "Unknown location");
     }
+    path.pcepType = pcep_type;
     if (location != KEL_LOCATION_EIOA)
         return KEL_RC_OK;
     if (const uint32_t rc = kel_ic_ebcom_port_to_mac_chan(config.iell_port, &path.eioaPort))
@@ -187,13 +188,17 @@ uint32_t set_ork_path_attr(const kel_ebcom_path_config &config, const mac_text &
              config.buffer_threshold, config.burst_size);
 }
 
-// The create and the delete of a path are announced alike.
-[[gnu::always_inline]] inline void trace_path_call(call_site site, const char *callee,
+constexpr char path_create_call[] =
+    "ork_ebcom_pcep_path_create(pcepType=%d, macAddr=%s(%s), eioaPort=%d%s, shaping_enabled=%d, queue_hdl=%p)";
+constexpr char path_delete_call[] =
+    "ork_ebcom_pcep_path_delete(pcepType=%d, macAddr=%s(%s), eioaPort=%d%s, shaping_enabled=%d, queue_hdl=%p)";
+
+// The create and the delete of a path are announced with the same values.
+[[gnu::always_inline]] inline void trace_path_call(call_site site, const char *format,
                                                    const kel_ebcom_path_config &config, const mac_text &mac,
                                                    const ork_ebcom_pcep_path &path, uint32_t location)
 {
-    TRACE_AT(site, API_CALL, "%s(pcepType=%d, macAddr=%s(%s), eioaPort=%d%s, shaping_enabled=%d, queue_hdl=%p)", callee,
-             path.pcepType, mac.text, kel_location_name(location), path.eioaPort,
+    TRACE_AT(site, API_CALL, format, path.pcepType, mac.text, kel_location_name(location), path.eioaPort,
              location == KEL_LOCATION_EIOA ? "" : " - NOT USED", config.shaping_enabled, path.queue_hdl);
 }
 
@@ -384,7 +389,7 @@ extern "C" uint32_t kel_core_ic_ebcom_path_add(const kel_ebcom_path_config *conf
         return report(HERE, rc, "kel_ic_ebcom_add_shaper");
 
     // On every add, also of a destination that is counted already. A refusal leaves the reference on the queue.
-    trace_path_call(HERE, "ork_ebcom_pcep_path_create", *config, mac, path, location);
+    trace_path_call(HERE, path_create_call, *config, mac, path, location);
     if (const ork_rc rc = ork_ebcom_pcep_path_create(attach.ork_handle, &path))
         return report_ork(HERE, rc, "ork_ebcom_pcep_path_create");
 
@@ -418,7 +423,7 @@ extern "C" uint32_t kel_core_ic_ebcom_path_rem(const kel_ebcom_path_config *conf
         return KEL_RC_OK;
     }
     // A refusal leaves the count at 1 though the reference on the queue is gone.
-    trace_path_call(HERE, "ork_ebcom_pcep_path_delete", *config, mac, path, location);
+    trace_path_call(HERE, path_delete_call, *config, mac, path, location);
     if (const ork_rc rc = ork_ebcom_pcep_path_delete(attach.ork_handle, &path))
         return report_ork(HERE, rc, "ork_ebcom_pcep_path_delete");
     g_hash_table_remove(dest_mac_addr_count, mac.text);

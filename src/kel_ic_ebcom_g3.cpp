@@ -86,8 +86,14 @@ uint32_t get_queue_idx(int32_t iell_port, uint8_t &queue_idx)
 struct port_place {
     port_group *group;
     queue_slot *slot;
-    size_t number; // in the order in which ports are searched for a destination: by scheduler index, then queue index
+    size_t number; // in the order of search
 };
+
+// A port's number in the order in which ports are searched for a destination: by scheduler index, then queue index.
+constexpr size_t search_number(size_t scheduler_idx, size_t queue_idx)
+{
+    return scheduler_idx * queues_per_group + queue_idx;
+}
 
 [[gnu::always_inline]] inline uint32_t find_place(call_site site, int32_t iell_port, port_place &place)
 {
@@ -99,7 +105,7 @@ struct port_place {
         return report(site, rc, "get_queue_idx");
     place.group = &port_groups[scheduler_idx];
     place.slot = &place.group->queues[queue_idx];
-    place.number = scheduler_idx * queues_per_group + queue_idx;
+    place.number = search_number(scheduler_idx, queue_idx);
     return KEL_RC_OK;
 }
 
@@ -400,9 +406,11 @@ extern "C" uint32_t kel_ic_ebcom_deinit_qos()
         }
     }
 
-    forget_destinations();
-    for (const port_group &group : port_groups)
-        release_scheduler(HERE, group.scheduler);
+    for (size_t group = 0; group < group_count; ++group) {
+        for (size_t queue = 0; queue < queues_per_group; ++queue)
+            forget_destinations(search_number(group, queue));
+        release_scheduler(HERE, port_groups[group].scheduler);
+    }
     for (size_t level = level_count; level > 0; --level)
         release_scheduler(HERE, level_schedulers[level]);
 

@@ -155,6 +155,15 @@ uint32_t delete_pcep(call_site site, uint32_t pcep_id, const pcep_entry &entry)
 
 // ---- Multicast ----
 
+// Takes a group out of the driver kit; the table stays as it is.
+uint32_t delete_group(call_site site, uint32_t mc_pcep_id, const pcep_entry &group)
+{
+    TRACE_AT(site, API_CALL, "ork_ebcom_multicast_group_delete(mc_pcep_id=%d)", mc_pcep_id);
+    if (const ork_rc rc = ork_ebcom_multicast_group_delete(pcep_attach.ork_handle, group.handle))
+        return report_ork(site, rc, "ork_ebcom_multicast_group_delete");
+    return KEL_RC_OK;
+}
+
 void forget_group(pcep_entry &group)
 {
     --group_count;
@@ -343,20 +352,18 @@ extern "C" uint32_t kel_core_ic_pcep_mc_group_rem(uint32_t mc_pcep_id)
         return report(HERE, KEL_RC_OUT_OF_RANGE, "(pcep_id)");
     pcep_entry &entry = pcep_table[mc_pcep_id];
     if (!entry.pcep_id) {
+        const uint32_t rc = report(HERE, KEL_RC_NOT_FOUND, "(pcep_id)");
         forget_group(entry); // lowers the count though there was no group, as callers rely on
-        return report(HERE, KEL_RC_NOT_FOUND, "(pcep_id)");
+        return rc;
     }
     if (entry.location != KEL_LOCATION_MULTICAST)
         return report(HERE, KEL_RC_MISMATCH, "mc_pcep_id is not a Multicast PCEP");
     if (entry.member_count)
         return report(HERE, KEL_RC_NOT_EMPTY, "");
 
-    TRACE(API_CALL, "ork_ebcom_multicast_group_delete(mc_pcep_id=%d)", mc_pcep_id);
-    const ork_rc rc = ork_ebcom_multicast_group_delete(pcep_attach.ork_handle, entry.handle);
-    forget_group(entry); // whatever the driver kit said
-    if (rc)
-        return report_ork(HERE, rc, "ork_ebcom_multicast_group_delete");
-    return KEL_RC_OK;
+    const uint32_t rc = delete_group(HERE, mc_pcep_id, entry);
+    forget_group(entry); // whatever the result
+    return rc;
 }
 
 extern "C" uint32_t kel_core_ic_pcep_mc_member_add(uint32_t mc_pcep_id, uint32_t uc_pcep_id)

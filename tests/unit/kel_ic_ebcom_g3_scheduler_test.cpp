@@ -500,6 +500,27 @@ TEST(SchedulerTakeDown, ForgetsTheDestinationsOfEveryPort)
         EXPECT_EQ(remove(unshaped(each.iell_port)), 4U);
 }
 
+// One destination on the first port of every group: how many of them are still found when each scheduler is deleted.
+TEST(SchedulerTakeDown, ForgetsTheDestinationsOfAGroupBeforeItsSchedulerAndThoseOfTheNextAfterwards)
+{
+    ASSERT_EQ(kel_ic_ebcom_init_qos(), 0U);
+    std::vector<kel_ebcom_path_config> paths;
+    for (const int32_t port : {6, 8, 10, 12, 0})
+        paths.push_back({{2, 0, 0, 2, 0, static_cast<uint8_t>(port)}, 0, port, 0, 0, 0});
+    for (const kel_ebcom_path_config &path : paths)
+        ASSERT_EQ(kel_core_ic_ebcom_path_add(&path), 0U);
+
+    std::vector<ptrdiff_t> found;
+    scripted::on_call("ork_qos_scheduler_delete", [&] {
+        found.push_back(std::ranges::count_if(paths, [](const kel_ebcom_path_config &path) {
+            void *queue = nullptr;
+            return kel_ic_ebcom_queue_handle_get(path.dst_mac, &queue) == 0;
+        }));
+    });
+    EXPECT_EQ(kel_ic_ebcom_deinit_qos(), 0U);
+    EXPECT_EQ(found, (std::vector<ptrdiff_t>{4, 3, 2, 1, 0, 0, 0, 0, 0, 0, 0, 0}));
+}
+
 TEST(SchedulerTakeDown, ForgetsTheSchedulersOfEveryGroup)
 {
     scheduler_tree_up();

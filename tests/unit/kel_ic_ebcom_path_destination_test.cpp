@@ -7,7 +7,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <cstdlib>
+#include <set>
+#include <string>
 
 using expected::with;
 
@@ -248,6 +251,27 @@ TEST(PathDestination, TypeFollowsFromTheLocationAlone)
     scripted::classify_as(1);
     EXPECT_EQ(add(to_ob), 0U);
     transcript::expect(add_attached("02:00:00:02:00:01") + created("1", "02:00:00:02:00:01", "CPU", "0 - NOT USED"));
+}
+
+TEST(PathDestination, ClassifierWritesTheTypeIntoTheDriverKitsRecord)
+{
+    service_up();
+    EXPECT_EQ(add(to_ob), 0U);
+    const auto *path = static_cast<const char *>(scripted::last_path_place());
+    EXPECT_EQ(scripted::last_type_place(), path + offsetof(ork_ebcom_pcep_path, pcepType));
+}
+
+TEST(PathDestination, CallsAreAnnouncedWithAFormatOfTheirOwn)
+{
+    service_up();
+    EXPECT_EQ(add(to_ob), 0U);
+    EXPECT_EQ(remove(to_ob), 0U);
+    const std::set<std::string> formats = scripted::formats();
+    for (const std::string call : {"ork_ebcom_pcep_path_create", "ork_ebcom_pcep_path_delete"}) {
+        const std::string format =
+            call + "(pcepType=%d, macAddr=%s(%s), eioaPort=%d%s, shaping_enabled=%d, queue_hdl=%p)";
+        EXPECT_EQ(formats.contains(format), transcript::traced()) << format;
+    }
 }
 
 TEST(PathDestination, FailedClassifierPassesItsCodeToAnAdd)

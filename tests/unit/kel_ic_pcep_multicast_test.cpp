@@ -308,6 +308,20 @@ TEST_P(PcepGroupRefusedWith, AtTheDeletionIs13AndTheGroupForgottenAndNotCounted)
     expect_room_for(1, 300);
 }
 
+// A group has no statistics, 11; an id that is free is not found, 4.
+TEST(PcepGroupRem, RefusedByTheDriverKitIsForgottenOnceItIsReported)
+{
+    pcep_service_up();
+    make_group(300);
+    ebcom_pcep_stats stats;
+    uint32_t found_at_the_report = 0;
+    scripted::on_call("ork_syshandle_get", [&] { found_at_the_report = kel_ic_pcep_get_stats(300, &stats); });
+    scripted::fail("ork_ebcom_multicast_group_delete", -2);
+    EXPECT_EQ(kel_core_ic_pcep_mc_group_rem(300), 13U);
+    EXPECT_EQ(found_at_the_report, 11U);
+    EXPECT_EQ(kel_ic_pcep_get_stats(300, &stats), 4U);
+}
+
 TEST(PcepGroupRem, RefusedByTheDriverKitClearsTheEntry)
 {
     pcep_service_up();

@@ -5,8 +5,10 @@
 
 #include <cstdarg>
 #include <cstdio>
+#include <functional>
 #include <map>
 #include <mutex>
+#include <utility>
 
 namespace scripted
 {
@@ -31,6 +33,7 @@ struct script {
     side main;
     side threads;
     std::map<std::string, std::vector<octets>> records;
+    std::map<std::string, std::function<void()>> actions; // of the test's own thread
 };
 
 script &the_script()
@@ -43,6 +46,18 @@ void add_rule(side &side, const std::string &function, int64_t result, uint32_t 
 {
     const std::lock_guard lock(the_script().mutex);
     side.rules.insert({function, {side.calls[function] + call, times, result}});
+}
+
+// An action that calls the function itself does not meet itself again.
+void take_action(const char *function)
+{
+    const auto found = the_script().actions.find(function);
+    if (found == the_script().actions.end())
+        return;
+    const std::function<void()> action = std::exchange(found->second, {});
+    if (action)
+        action();
+    the_script().actions[function] = action;
 }
 
 } // namespace
@@ -65,8 +80,15 @@ void renew()
     the_script().records.clear();
 }
 
+void on_call(const std::string &function, std::function<void()> action)
+{
+    the_script().actions[function] = std::move(action);
+}
+
 std::optional<int64_t> next_result(const char *function)
 {
+    if (transcript::is_main_thread())
+        take_action(function);
     const std::lock_guard lock(the_script().mutex);
     side &side = transcript::is_main_thread() ? the_script().main : the_script().threads;
     const uint32_t call = ++side.calls[function];

@@ -113,8 +113,16 @@ extern "C" ork_rc ork_ebcom_timestamp_offset_set(void *ork, int64_t offset)
     return static_cast<ork_rc>(logged_result(__func__, text("%s, %ld", scripted::ork_text(ork).c_str(), offset)));
 }
 
+static const void *path_place;
+
+const void *scripted::last_path_place()
+{
+    return path_place;
+}
+
 static ork_rc path_call(const char *function, const void *ork, const ork_ebcom_pcep_path *path)
 {
+    path_place = path;
     keep_record(function, path, sizeof *path);
     return static_cast<ork_rc>(logged_result(
         function, text("%s, %s, type %d, eioa %u, queue %p", scripted::ork_text(ork).c_str(),

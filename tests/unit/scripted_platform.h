@@ -14,7 +14,9 @@
 #include "platform/vorn_tu.h"
 
 #include <cstdint>
+#include <functional>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -40,6 +42,9 @@ void fail(const std::string &function, int64_t result, uint32_t call = 1, uint32
 // The same for the calls that the timestamp threads make, all of them counted together.
 void fail_on_thread(const std::string &function, int64_t result, uint32_t call = 1, uint32_t times = 1);
 
+// From now on each call that the test's own thread makes of the function does this first.
+void on_call(const std::string &function, std::function<void()> action);
+
 // Forgets what was said to fail, and all calls and records so far: counting begins again.
 void renew();
 
@@ -57,6 +62,13 @@ std::vector<octets> records_of(const std::string &function);
 
 // Fills the stack that the next call will use, so that a record in there is zero only where it was made so.
 void soil_stack();
+
+// Where the latest classification was to write the type, and where the driver kit's latest path record lay.
+const void *last_type_place();
+const void *last_path_place();
+
+// The formats of all message bodies that the calling thread has formatted.
+std::set<std::string> formats();
 
 // What every MAC address is classified as from now on; nothing: as the library does it.
 void classify_as(std::optional<uint32_t> location);
