@@ -5,14 +5,13 @@
 #include "kel/kel_node_names.h"
 #include "platform/kel_fmt.h"
 #include "platform/vorn_tu.h"
+#include "queue_counters.h"
+#include "signal_free_thread.h"
 
-#include <csignal>
 #include <glib.h>
 #include <pthread.h>
 #include <sys/syscall.h>
 #include <unistd.h>
-
-#include <span>
 
 using namespace kel;
 
@@ -105,33 +104,12 @@ void *timestamp_thread(void *)
     pthread_exit(nullptr); // runs no destructors: nothing above may need one
 }
 
-// Creates a thread that handles no signal, so that no handler of the control process interrupts its waits. What the
-// thread can raise itself stays open. The identifier is written on success only: the C library's is also written when
-// it fails, and then names nothing.
-int create_timestamp_thread(pthread_t &thread)
-{
-    sigset_t blocked;
-    sigset_t before;
-    sigfillset(&blocked);
-    for (const int own_fault : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGTRAP})
-        sigdelset(&blocked, own_fault);
-
-    char unused = 0;
-    pthread_t created;
-    pthread_sigmask(SIG_BLOCK, &blocked, &before);
-    const int rc = pthread_create(&created, nullptr, timestamp_thread, &unused);
-    pthread_sigmask(SIG_SETMASK, &before, nullptr);
-    if (rc == 0)
-        thread = created;
-    return rc;
-}
-
 // Starts one more thread. Only a negative result counts as a failure; a positive one is taken for success, as callers
 // rely on, though there is no thread then.
 uint32_t start_timestamp_thread(call_site site)
 {
     TRACE_AT(site, API_CALL, "pthread_create(kel-time-stamp)");
-    const int created = create_timestamp_thread(timestamp_thread_id);
+    const int created = create_signal_free_thread(timestamp_thread_id, timestamp_thread);
     if (created < 0)
         return report_system(site, created, "pthread_create(kel-time-stamp)");
 
@@ -216,48 +194,6 @@ void set_path_count(const mac_text &mac, guint count)
 
 // ---- Statistics ----
 
-// A line of text: a counter's label and its place in the record. Of a 64-bit counter the low half is printed.
-struct text_line {
-    const char *label;
-    size_t offset;
-};
-
-struct text_layout {
-    const char *title;
-    std::span<const text_line> lines;
-};
-
-constexpr text_line queue_lines[] = {
-    {"mem_blks_in_use", offsetof(ebcom_queue_stats, mem_blks_in_use)},
-    {"pkts_out_standing", offsetof(ebcom_queue_stats, pkts_out_standing)},
-    {"pkts_dropped", offsetof(ebcom_queue_stats, pkts_dropped)},
-    {"pkts_tx", offsetof(ebcom_queue_stats, pkts_tx)},
-    {"pkts_rq", offsetof(ebcom_queue_stats, pkts_rx)}, // readers know it by this label
-};
-
-constexpr text_line queue_lines_2[] = {
-    {"mem_blks_in_use", offsetof(ebcom_queue_stats, mem_blks_in_use)},
-    {"pkts_out_standing", offsetof(ebcom_queue_stats, pkts_out_standing)},
-    {"pkts_dropped", offsetof(ebcom_queue_stats, pkts_dropped)},
-    {"pkts_tx", offsetof(ebcom_queue_stats, pkts_tx)},
-    {"pkts_rx", offsetof(ebcom_queue_stats, pkts_rx)},
-    {"octets_dropped", offsetof(ebcom_queue_stats, octets_dropped)},
-    {"octets_tx", offsetof(ebcom_queue_stats, octets_tx)},
-    {"octets_rx", offsetof(ebcom_queue_stats, octets_rx)},
-    {"max_burst_size", offsetof(ebcom_queue_stats, max_burst_size)},
-    {"current_burst_size", offsetof(ebcom_queue_stats, current_burst_size)},
-};
-
-constexpr text_layout queue_layout = {"EBCOM Queue statistics", queue_lines};
-constexpr text_layout queue_layout_2 = {"EBCOM Queue statistics version 2", queue_lines_2};
-
-uint32_t low_word(const ebcom_queue_stats &stats, size_t offset)
-{
-    uint32_t word = 0;
-    memcpy(&word, reinterpret_cast<const char *>(&stats) + offset, sizeof word);
-    return word;
-}
-
 uint32_t format_queue_stats(call_site site, const text_layout &layout, const uint8_t *dst_mac, char *buf, uint32_t len,
                             uint8_t format)
 {
@@ -267,23 +203,10 @@ uint32_t format_queue_stats(call_site site, const text_layout &layout, const uin
         return report(site, rc, "kel_core_ic_ebcom_queue_stats_get");
     kel_fmt_header(buf, len, format, layout.title);
     for (const text_line &line : layout.lines)
-        kel_fmt_uint32(buf, len, format, line.label, low_word(stats, line.offset));
+        kel_fmt_uint32(buf, len, format, line.label, low_word(stats, line));
     if (const uint32_t rc = kel_fmt_end(buf, len))
         return report(site, rc, "kel_fmt_end");
     return KEL_RC_OK;
-}
-
-// The companion library's counters in our order.
-void copy_counters(const qos_queue_stats &from, ebcom_queue_stats &to)
-{
-    to.mem_blks_in_use = from.mem_blks_in_use;
-    to.pkts_out_standing = from.pkts_out_standing;
-    to.pkts_dropped = from.pkts_dropped;
-    to.pkts_tx = from.pkts_tx;
-    to.pkts_rx = from.pkts_rx;
-    to.octets_dropped = from.octets_dropped;
-    to.octets_tx = from.octets_tx;
-    to.octets_rx = from.octets_rx;
 }
 
 } // namespace

@@ -1,9 +1,8 @@
-// EBCOM's QoS objects: the registry of schedulers, queues and destinations by IC port, the scheduler tree, the shaped
-// queues, and the handle dump. The registry is this library's only memory of them; it is touched by one thread at a
-// time.
+// EBCOM's QoS objects: the steps over their registry, the scheduler tree, the shaped queues, and the handle dump.
 #include "call_frame.h"
 #include "destinations.h"
 #include "kel/kel_core_ic_ebcom.h"
+#include "qos_registry.h"
 
 using namespace kel;
 
@@ -12,73 +11,21 @@ namespace
 
 constexpr char trace_domain[] = "EBCOM";
 
-// ---- The registry ----
-
-constexpr size_t group_count = 5;
-constexpr size_t queues_per_group = 8;
-constexpr size_t level_count = 7;
-constexpr int32_t no_port = -1;
-
-// The IC ports that carry EBCOM, by scheduler index and queue index. Port 0 has a group of its own.
-constexpr int32_t qos_ports[group_count][queues_per_group] = {
-    {6, 7, 19, 20, 21, 22, 23, 24},
-    {8, 9, 25, 26, 27, 28, 29, 30},
-    {10, 11, 31, 32, 33, 34, 35, 36},
-    {12, 13, 37, 38, 39, 40, 41, 42},
-    {0, no_port, no_port, no_port, no_port, no_port, no_port, no_port},
-};
-
-struct queue_slot {
-    void *queue;                // the companion library's; null: the port has no queue
-    uint32_t destination_count; // one for each path: the queue's reference count
-};
-
-struct port_group {
-    void *scheduler; // the driver kit's; null: not there
-    queue_slot queues[queues_per_group];
-};
-
-port_group port_groups[group_count];
-void *level_schedulers[level_count + 1]; // 1 is the top; 0 is never written
-
-constexpr int32_t highest_qos_port = 42;
-
-struct port_index {
-    bool known;
-    uint8_t scheduler;
-    uint8_t queue;
-};
-
-// qos_ports turned round: an IC port's indexes.
-constexpr auto port_indexes = [] {
-    struct {
-        port_index of[highest_qos_port + 1];
-    } indexes{};
-    for (uint8_t group = 0; group < group_count; ++group)
-        for (uint8_t queue = 0; queue < queues_per_group; ++queue)
-            if (const int32_t port = qos_ports[group][queue]; port != no_port)
-                indexes.of[port] = {true, group, queue};
-    return indexes;
-}();
-
-bool carries_ebcom(int32_t iell_port)
-{
-    return iell_port >= 0 && iell_port <= highest_qos_port && port_indexes.of[iell_port].known;
-}
+// ---- Steps over the registry ----
 
 uint32_t get_scheduler_idx(int32_t iell_port, uint8_t &scheduler_idx)
 {
-    if (!carries_ebcom(iell_port))
+    if (!index_of(iell_port).known)
         return report(HERE, KEL_RC_OUT_OF_RANGE, "iell_port");
-    scheduler_idx = port_indexes.of[iell_port].scheduler;
+    scheduler_idx = index_of(iell_port).scheduler;
     return KEL_RC_OK;
 }
 
 uint32_t get_queue_idx(int32_t iell_port, uint8_t &queue_idx)
 {
-    if (!carries_ebcom(iell_port))
+    if (!index_of(iell_port).known)
         return report(HERE, KEL_RC_OUT_OF_RANGE, "iell_port");
-    queue_idx = port_indexes.of[iell_port].queue;
+    queue_idx = index_of(iell_port).queue;
     return KEL_RC_OK;
 }
 
@@ -86,14 +33,8 @@ uint32_t get_queue_idx(int32_t iell_port, uint8_t &queue_idx)
 struct port_place {
     port_group *group;
     queue_slot *slot;
-    size_t number; // in the order of search
+    size_t number; // in the order of search, see search_number()
 };
-
-// A port's number in the order in which ports are searched for a destination: by scheduler index, then queue index.
-constexpr size_t search_number(size_t scheduler_idx, size_t queue_idx)
-{
-    return scheduler_idx * queues_per_group + queue_idx;
-}
 
 [[gnu::always_inline]] inline uint32_t find_place(call_site site, int32_t iell_port, port_place &place)
 {
@@ -397,7 +338,7 @@ extern "C" uint32_t kel_ic_ebcom_deinit_qos()
 {
     TRACE_FUNCTION();
 
-    for (size_t group = group_count; group-- > 0;) {
+    for (size_t group = port_group_count; group-- > 0;) {
         for (const int32_t iell_port : qos_ports[group]) {
             if (iell_port == no_port)
                 continue;
@@ -406,7 +347,7 @@ extern "C" uint32_t kel_ic_ebcom_deinit_qos()
         }
     }
 
-    for (size_t group = 0; group < group_count; ++group) {
+    for (size_t group = 0; group < port_group_count; ++group) {
         for (size_t queue = 0; queue < queues_per_group; ++queue)
             forget_destinations(search_number(group, queue));
         release_scheduler(HERE, port_groups[group].scheduler);
@@ -414,8 +355,7 @@ extern "C" uint32_t kel_ic_ebcom_deinit_qos()
     for (size_t level = level_count; level > 0; --level)
         release_scheduler(HERE, level_schedulers[level]);
 
-    memset(port_groups, 0, sizeof port_groups);
-    memset(level_schedulers, 0, sizeof level_schedulers);
+    clear_registry();
     return KEL_RC_OK;
 }
 

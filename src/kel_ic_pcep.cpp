@@ -1,7 +1,8 @@
-// PCEPs, packet communication end points: locations, the PCEP table, unicast PCEPs, multicast groups, and statistics.
+// PCEPs, packet communication end points: locations, unicast PCEPs, multicast groups, and statistics.
 #include "call_frame.h"
 #include "kel/kel_core_ic_pcep.h"
 #include "kel/kel_node_names.h"
+#include "pcep_table.h"
 #include "platform/kel_fmt.h"
 
 #include <cstdlib>
@@ -39,47 +40,14 @@ bool is_cpu(const uint8_t *mac)
     return mac[3] == 0 && ((mac[2] & 0x80) != 0 || mac[2] == own_mp_id_get());
 }
 
-// ---- The PCEP table ----
-
-constexpr uint32_t highest_pcep_id = 511;
-constexpr uint8_t max_groups = 30;
-constexpr uint32_t max_members = 16;
-
-struct pcep_entry {
-    uint32_t pcep_id; // 0: the entry is free
-    uint64_t handle;  // the driver kit's, of a PCEP or of a group
-    uint32_t location;
-    uint32_t member_count; // of a group
-    kel_pcep_config config;
-};
-
-pcep_entry pcep_table[highest_pcep_id + 1]; // by id; 0 is never used
+// ---- State ----
 
 // Filled by the start, for every call until the stop.
 kel_attach_info pcep_attach;
 
-// Lives through every start and stop, and wraps below 0.
-uint8_t group_count;
-
 // Outputs of the multicast hook, which writes neither.
 uint64_t mc_queue_handle;
 uint64_t mc_scheduler_handle;
-
-bool is_valid_id(uint32_t pcep_id)
-{
-    return pcep_id >= 1 && pcep_id <= highest_pcep_id;
-}
-
-// What the handle dump asks for, by any index.
-uint32_t table_id(uint32_t index)
-{
-    return index <= highest_pcep_id ? pcep_table[index].pcep_id : 0;
-}
-
-uint64_t table_handle(uint32_t index)
-{
-    return index <= highest_pcep_id ? pcep_table[index].handle : 0;
-}
 
 // ---- Unicast PCEPs ----
 
@@ -164,12 +132,6 @@ uint32_t delete_group(call_site site, uint32_t mc_pcep_id, const pcep_entry &gro
     return KEL_RC_OK;
 }
 
-void forget_group(pcep_entry &group)
-{
-    --group_count;
-    group = {};
-}
-
 // What adding and removing a member ask first. The order of the questions is relied upon.
 uint32_t check_membership(call_site site, uint32_t mc_pcep_id, uint32_t uc_pcep_id)
 {
@@ -235,7 +197,7 @@ extern "C" uint32_t kel_ic_pcep_get_location_and_type_from_branch(const uint8_t 
 
 extern "C" uint32_t kel_core_ic_pcep_start()
 {
-    memset(pcep_table, 0, sizeof pcep_table);
+    clear_pcep_table();
     TRACE_FUNCTION();
 
     if (const uint32_t rc = kel_init_attach(&pcep_attach)) // not announced, unlike elsewhere
@@ -252,13 +214,13 @@ extern "C" uint32_t kel_core_ic_pcep_stop()
 
     // The driver kit keeps its PCEPs, bindings and groups, and the groups stay counted.
     pcep_attach = {};
-    memset(pcep_table, 0, sizeof pcep_table);
+    clear_pcep_table();
     return KEL_RC_OK;
 }
 
 extern "C" uint32_t kel_core_ic_pcep_handle_dump(void *destination)
 {
-    kel_init_dump_ork_handles(destination, "PCEP Handles", highest_pcep_id, table_id, table_handle);
+    kel_init_dump_ork_handles(destination, "PCEP Handles", highest_pcep_id, pcep_table_id, pcep_table_handle);
     return KEL_RC_OK;
 }
 
@@ -328,7 +290,7 @@ extern "C" uint32_t kel_core_ic_pcep_mc_group_add(uint32_t mc_pcep_id)
     pcep_entry &entry = pcep_table[mc_pcep_id];
     if (entry.pcep_id)
         return report(HERE, KEL_RC_IN_USE, "(pcep_id)");
-    if (group_count >= max_groups)
+    if (multicast_groups >= max_multicast_groups)
         return report(HERE, KEL_RC_LIMIT, "");
 
     ork_ebcom_multicast_group group{};
@@ -338,7 +300,7 @@ extern "C" uint32_t kel_core_ic_pcep_mc_group_add(uint32_t mc_pcep_id)
     if (rc)
         return report_ork(HERE, rc, "ork_ebcom_multicast_group_create");
 
-    ++group_count;
+    ++multicast_groups;
     entry.location = KEL_LOCATION_MULTICAST;
     entry.pcep_id = mc_pcep_id;
     return KEL_RC_OK;
@@ -373,7 +335,7 @@ extern "C" uint32_t kel_core_ic_pcep_mc_member_add(uint32_t mc_pcep_id, uint32_t
     if (const uint32_t rc = check_membership(HERE, mc_pcep_id, uc_pcep_id))
         return rc;
     pcep_entry &group = pcep_table[mc_pcep_id];
-    if (group.member_count >= max_members)
+    if (group.member_count >= max_group_members)
         return report(HERE, KEL_RC_LIMIT, "");
 
     TRACE(API_CALL, "ork_ebcom_multicast_member_add(mc_pcep_id=%d, uc_pcep_id=%d)", mc_pcep_id, uc_pcep_id);

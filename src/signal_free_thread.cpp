@@ -1,0 +1,26 @@
+#include "signal_free_thread.h"
+
+#include <csignal>
+
+namespace
+{
+constexpr int own_faults[] = {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGTRAP};
+}
+
+int kel::create_signal_free_thread(pthread_t &thread, void *(*entry)(void *))
+{
+    sigset_t blocked;
+    sigset_t before;
+    sigfillset(&blocked);
+    for (const int fault : own_faults)
+        sigdelset(&blocked, fault);
+
+    char unused = 0;
+    pthread_t created; // the C library writes an identifier before it fails, too
+    pthread_sigmask(SIG_BLOCK, &blocked, &before);
+    const int rc = pthread_create(&created, nullptr, entry, &unused);
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    if (rc == 0)
+        thread = created;
+    return rc;
+}
