@@ -19,15 +19,15 @@
 
 /*
  * The full path of the companion: a bare name is not looked up beside the library that asks for it when the call is
- * intercepted or compiled as a jump.
+ * intercepted or compiled as a jump. A library that was itself loaded by a relative path has none: nothing is opened
+ * relative to the working directory.
  */
 static int companion_path(char path[PATH_MAX])
 {
     Dl_info own;
-    if (!dladdr((const void *)companion_path, &own) || !own.dli_fname)
+    if (!dladdr((const void *)companion_path, &own) || !own.dli_fname || own.dli_fname[0] != '/')
         return 0;
-    const char *slash = strrchr(own.dli_fname, '/');
-    const int folder_length = slash ? (int)(slash - own.dli_fname) + 1 : 0;
+    const int folder_length = (int)(strrchr(own.dli_fname, '/') - own.dli_fname) + 1;
     const int length = snprintf(path, PATH_MAX, "%.*s%s", folder_length, own.dli_fname, KEL_PROBE_LIBRARY);
     return length > 0 && length < PATH_MAX;
 }

@@ -17,8 +17,11 @@
  *     if (rc == 0)
  *         rc = kel_core_ic_ebcom_path_add(&path);
  *
- * Threads: call every function from one thread, one call at a time; the library takes no locks. The one thread that
- * the library starts itself, "kel-time-stamp", shares no data with the rest.
+ * Threads: the library takes no locks. Whatever starts, stops, adds, removes or sets is called from one thread, one call
+ * at a time. The global statistics, the capabilities and the timestamp conversion share no data: they may be called from
+ * any thread, as far as the closed libraries allow. Queue statistics, look-ups and the dump read what paths change: no path
+ * may be added or removed meanwhile. The one thread that the library starts itself, "kel-time-stamp", shares no data with
+ * the rest.
  *
  * Return codes: 0 is success. 13 stands for any failed driver-kit call. Other codes are the companion library's
  * (`enum kel_init_rc` names those that this library gives itself); a code that a companion-library call returned is

@@ -18,7 +18,8 @@
  * Unicast PCEPs and multicast groups share the ids 1 to 511. The library keeps a table of them from start to stop.
  * Calls before the start or after the stop reach the driver kit with null handles.
  *
- * Threads and return codes are as in kel_core_ic_ebcom.h.
+ * Threads and return codes are as in kel_core_ic_ebcom.h: statistics and the dump read the table, which no add, remove,
+ * start or stop may change meanwhile.
  */
 #ifndef KEL_CORE_IC_PCEP_H
 #define KEL_CORE_IC_PCEP_H

@@ -1,7 +1,7 @@
 /*
  * kei_util.h - the utility library: texts for return codes and MAC addresses.
  *
- * Our own declarations of a closed library's interface; a vendor's header takes their place where there is one.
+ * Our own declarations of a closed library's interface, with names of ours for types, fields and constants.
  */
 #ifndef PLATFORM_KEI_UTIL_H
 #define PLATFORM_KEI_UTIL_H

@@ -1,7 +1,7 @@
 /*
  * kel_fmt.h - the formatting library: counters as text in a caller's buffer.
  *
- * Our own declarations of a closed library's interface; a vendor's header takes their place where there is one. Every
+ * Our own declarations of a closed library's interface, with names of ours for types, fields and constants. Every
  * function appends to the text in the buffer; `format` selects the layout and is the formatting library's.
  */
 #ifndef PLATFORM_KEL_FMT_H

@@ -2,7 +2,7 @@
  * kel_init.h - the companion initialisation library: attachment to the accelerator, the identity of its event
  * device, and the registry of QoS queues.
  *
- * Our own declarations of a closed library's interface; a vendor's header takes their place where there is one.
+ * Our own declarations of a closed library's interface, with names of ours for types, fields and constants.
  */
 #ifndef PLATFORM_KEL_INIT_H
 #define PLATFORM_KEL_INIT_H

@@ -1,8 +1,9 @@
 /*
  * ork.h - the accelerator driver kit, as far as libkel-core-ic calls it.
  *
- * These are our own declarations of a closed library's interface. A site that has the vendor's header puts that
- * one in its place; nothing of ours is implemented here. Every record is the driver kit's wire format.
+ * Our own declarations of a closed library's interface, with names of ours for types, fields and constants. A vendor's
+ * library takes the software accelerator's place; a vendor's header fits only where its names are the same. Every record is
+ * the driver kit's wire format.
  */
 #ifndef PLATFORM_ORK_H
 #define PLATFORM_ORK_H

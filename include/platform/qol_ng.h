@@ -1,7 +1,7 @@
 /*
  * qol_ng.h - the node-restart service.
  *
- * Our own declaration of a closed library's interface; a vendor's header takes its place where there is one.
+ * Our own declaration of a closed library's interface.
  */
 #ifndef PLATFORM_QOL_NG_H
 #define PLATFORM_QOL_NG_H

@@ -1,7 +1,7 @@
 /*
  * vorn_tu.h - the timing-unit client: the NPU's time offset and the events that announce its adjustment.
  *
- * Our own declarations of a closed library's interface; a vendor's header takes their place where there is one.
+ * Our own declarations of a closed library's interface, with names of ours for types, fields and constants.
  * Return codes are numbered like the driver kit's.
  */
 #ifndef PLATFORM_VORN_TU_H
