@@ -24,7 +24,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
-#include <iterator>
 
 // Only a recording session formats: the compiler moves what calls these out of the way of the rest.
 extern "C" [[gnu::cold]] char *kel_trace_internal_format_str(const char *, const char *, const char *, ...);
@@ -146,28 +145,6 @@ private:
 {
     FIRE(com_vantorix_ob_kel_init, EXCEPTION, site.general(), "%s => rc=%d, errno=%s(%d)", call, result,
          strerror(errno), errno);
-    return KEL_RC_FAILED;
-}
-
-constexpr size_t ork_rc_text_size = 20;
-
-// The text of a code that is numbered like the driver kit's, written into the caller's text.
-inline const char *ork_rc_to_str(int32_t rc, char (&text)[ork_rc_text_size])
-{
-    constexpr const char *names[] = {"OK",       "INVAL",    "UNSUPP",   "NOPORT",   "AGAIN(try again)",
-                                     "SHUTDOWN", "NODOMAIN", "INTERNAL", "NOTAVAIL", "OUTOFRANGE"};
-    if (rc <= 0 && rc > -static_cast<int32_t>(std::size(names)))
-        snprintf(text, sizeof text, "%s", names[-rc]);
-    else
-        snprintf(text, sizeof text, "%s(%d)", "UNK_RET_VAL", rc);
-    return text;
-}
-
-// A call of the timing-unit client failed.
-[[gnu::cold]] inline uint32_t report_timing_unit(call_site site, int32_t rc, const char *callee)
-{
-    char text[ork_rc_text_size];
-    TRACE_AT(site.general(), EXCEPTION, "%s returned %s", callee, ork_rc_to_str(rc, text));
     return KEL_RC_FAILED;
 }
 

@@ -7,6 +7,7 @@
 #include "platform/vorn_tu.h"
 #include "queue_counters.h"
 #include "signal_free_thread.h"
+#include "timing_unit_report.h"
 
 #include <glib.h>
 #include <pthread.h>
