@@ -1,5 +1,4 @@
-// How a cost grows with the paths that stand: "growth/OPERATION/PORTS/N" with N of them, on one port or spread over
-// all. The counter "ratio" is the time over that of a fixed piece of work, so that figures with different N can be
+// How a cost grows with the paths that stand: "growth/OPERATION/PATTERN/N" with N of them. The counter "ratio" is the time over that of a fixed piece of work, so that figures with different N can be
 // compared; "octets" is the heap memory that each of the N takes.
 //
 // Adding and removing are timed in small batches, so that the one can be undone untimed after the other. "count
@@ -7,6 +6,7 @@
 // around it.
 #include "bare.h"
 #include "benchmarks.h"
+#include "destination_patterns.h"
 #include "turns.h"
 
 #include "platform/kei_util.h"
@@ -23,16 +23,7 @@ namespace
 {
 
 constexpr size_t most_at_a_time = 64;
-constexpr size_t standing_counts[] = {1, 100, 10000, 60000};
-
-constexpr int32_t one_port[] = {6};
-constexpr int32_t all_ports[] = {6,  7,  19, 20, 21, 22, 23, 24, 8,  9,  25, 26, 27, 28, 29, 30, 10,
-                                 11, 31, 32, 33, 34, 35, 36, 12, 13, 37, 38, 39, 40, 41, 42, 0};
-
-kel_ebcom_path_config path_number(size_t number, int32_t port)
-{
-    return {{2, 0, 0, 2, static_cast<uint8_t>(number >> 8), static_cast<uint8_t>(number)}, 0, port, 0, 0, 0};
-}
+constexpr uint32_t smaller_counts[] = {1, 100, 10000}; // and a pattern's most
 
 // What is added and removed.
 struct subject {
@@ -85,10 +76,10 @@ size_t heap_in_use()
 class crowd
 {
 public:
-    crowd(const subject &what, size_t size, std::span<const int32_t> ports) : what_(what)
+    crowd(const subject &what, const destination_pattern &pattern, uint32_t size) : what_(what)
     {
-        for (size_t i = 0; i < size + most_at_a_time; ++i)
-            ring_.push_back(path_number(i, ports[i % ports.size()]));
+        for (uint32_t i = 0; i < size + most_at_a_time; ++i)
+            ring_.push_back(pattern.path(i));
         what_.set_up();
         const size_t before = heap_in_use();
         while (end_ < size)
@@ -123,6 +114,16 @@ public:
         what_.remove(ring_[begin_++ % ring_.size()]);
     }
 
+    void add_stranger()
+    {
+        what_.add(stranger(strangers_++));
+    }
+
+    void remove_stranger()
+    {
+        what_.remove(stranger(--strangers_));
+    }
+
     // Of heap memory, for each that stands.
     double octets_each() const
     {
@@ -140,6 +141,11 @@ public:
         return shuffled_[cursor_++ % shuffled_.size()].dst_mac;
     }
 
+    kel_ebcom_path_config absent()
+    {
+        return stranger(static_cast<uint32_t>(cursor_++ % most_at_a_time));
+    }
+
 private:
     const subject &what_;
     std::vector<kel_ebcom_path_config> ring_;
@@ -147,6 +153,7 @@ private:
     size_t begin_ = 0;
     size_t end_ = 0;
     size_t cursor_ = 0;
+    uint32_t strangers_ = 0;
     size_t octets_ = 0;
 };
 
@@ -165,6 +172,16 @@ void remove_newest(crowd &crowd)
 void remove_oldest(crowd &crowd)
 {
     crowd.remove_oldest();
+}
+
+void add_stranger(crowd &crowd)
+{
+    crowd.add_stranger();
+}
+
+void remove_stranger(crowd &crowd)
+{
+    crowd.remove_stranger();
 }
 
 void look_up(const uint8_t *mac)
@@ -195,11 +212,15 @@ constexpr growing operations[] = {
     {"path add", 4, paths, nothing, add, remove_newest},
     {"path remove, newest first", 4, paths, add, remove_newest, nothing},
     {"path remove, oldest first", 4, paths, add, remove_oldest, nothing},
+    {"path add, another", 4, paths, nothing, add_stranger, remove_stranger},
+    {"path remove, another", 4, paths, add_stranger, remove_stranger, nothing},
     {"count table add", 4, count_table, nothing, add, remove_newest},
     {"count table remove, newest first", 4, count_table, add, remove_newest, nothing},
     {"count table remove, oldest first", 4, count_table, add, remove_oldest, nothing},
     {"queue handle, in order", most_at_a_time, paths, nothing, [](crowd &crowd) { look_up(crowd.next()); }, nothing},
     {"queue handle, any", most_at_a_time, paths, nothing, [](crowd &crowd) { look_up(crowd.any()); }, nothing},
+    {"queue handle, in vain", most_at_a_time, paths, nothing, [](crowd &crowd) { look_up(crowd.absent().dst_mac); },
+     nothing},
     {"queue statistics, in order", most_at_a_time, paths, nothing, [](crowd &crowd) { read_statistics(crowd.next()); },
      nothing},
     {"queue statistics, any", most_at_a_time, paths, nothing, [](crowd &crowd) { read_statistics(crowd.any()); },
@@ -221,9 +242,9 @@ void reference_work()
     }
 }
 
-void measure(benchmark::State &state, const growing &operation, size_t standing, std::span<const int32_t> ports)
+void measure(benchmark::State &state, const growing &operation, const destination_pattern &pattern, uint32_t standing)
 {
-    crowd crowd(operation.what, standing, ports);
+    crowd crowd(operation.what, pattern, standing);
     const double octets = crowd.octets_each();
     turns taken;
     const size_t batch = operation.batch;
@@ -236,17 +257,15 @@ void measure(benchmark::State &state, const growing &operation, size_t standing,
     state.counters["octets"] = octets;
 }
 
-void register_all(const std::string &ports_name, std::span<const int32_t> ports)
+void register_all(const destination_pattern &pattern, uint32_t standing)
 {
-    for (const size_t standing : standing_counts) {
-        for (const growing &operation : operations) {
-            const std::string name =
-                "growth/" + std::string(operation.name) + "/" + ports_name + "/" + std::to_string(standing);
-            const auto run = [&operation, standing, ports](benchmark::State &state) {
-                measure(state, operation, standing, ports);
-            };
-            benchmark::RegisterBenchmark(name.c_str(), run)->UseManualTime();
-        }
+    for (const growing &operation : operations) {
+        const std::string name =
+            "growth/" + std::string(operation.name) + "/" + pattern.name + "/" + std::to_string(standing);
+        const auto run = [&operation, &pattern, standing](benchmark::State &state) {
+            measure(state, operation, pattern, standing);
+        };
+        benchmark::RegisterBenchmark(name.c_str(), run)->UseManualTime();
     }
 }
 
@@ -254,6 +273,9 @@ void register_all(const std::string &ports_name, std::span<const int32_t> ports)
 
 void add_growth_benchmarks()
 {
-    register_all("one port", one_port);
-    register_all("all ports", all_ports);
+    for (const destination_pattern &pattern : destination_patterns()) {
+        for (const uint32_t standing : smaller_counts)
+            register_all(pattern, standing);
+        register_all(pattern, pattern.most);
+    }
 }

@@ -12,7 +12,7 @@ GOAL = 2
 
 # Side by side in one plot: what changes the paths, and what reads of them. Names of operations begin like this.
 panels = {"adding and removing": ("path", "count table"), "reading": ("queue",)}
-colours = ("#0072b2", "#d55e00", "#009e73")  # told apart without seeing red or green
+colours = ("#0072b2", "#d55e00", "#009e73", "#cc79a7", "#e69f00")  # told apart without seeing red or green
 
 
 def draw_panel(axes, title, curves):
@@ -43,7 +43,7 @@ def write_plot(curves, title, path):
 
 
 def write_plots(growth, folder):
-    """`growth`: by ports and operation, the figure for each number of standing paths."""
-    for ports in dict.fromkeys(where for where, _ in growth):
-        curves = {operation: of for (where, operation), of in growth.items() if where == ports}
-        write_plot(curves, f"Growth, {ports}", folder / f"growth-{ports.replace(' ', '-')}.svg")
+    """`growth`: by pattern and operation, the figure for each number of standing paths."""
+    for pattern in ("in a row", "at random"):
+        curves = {operation: of for (its_pattern, operation), of in growth.items() if its_pattern == pattern}
+        write_plot(curves, f"Growth, {pattern}", folder / f"growth-{pattern.replace(' ', '-')}.svg")

@@ -25,9 +25,6 @@
 #include <cstdio>
 #include <cstring>
 
-// Only a recording session formats: the compiler moves what calls these out of the way of the rest.
-extern "C" [[gnu::cold]] char *kel_trace_internal_format_str(const char *, const char *, const char *, ...);
-
 namespace kel
 {
 
@@ -58,10 +55,9 @@ struct call_site {
 }
 
 // The part of a statement that an enabled event takes, out of line: the tracer's macro would otherwise fill every
-// function that traces.
+// function that traces, which takes a path's add and remove a quarter more instructions (docs/decisions, 10).
 #define FIRING(provider, event)                                                                                        \
-    [[gnu::cold, gnu::noinline]] inline void fire_##provider##_##event(const char *location, const char *domain,       \
-                                                                       const char *message)                            \
+    [[gnu::cold]] inline void fire_##provider##_##event(const char *location, const char *domain, const char *message) \
     {                                                                                                                  \
         keep_trace_glue();                                                                                             \
         lttng_ust_do_tracepoint(provider, event, location, domain, message);                                           \
@@ -92,20 +88,19 @@ FIRING(com_vantorix_ob_kel_init, EXCEPTION)
 #define TRACE_AT(site, event, ...) FIRE(com_vantorix_ob_kel_ic, event, site, __VA_ARGS__)
 
 // FN_ENTER here, FN_EXIT on every way out of the block.
-#define TRACE_FUNCTION() ::kel::function_frame traced_function(HERE)
+#define TRACE_FUNCTION() const ::kel::function_frame traced_function(HERE)
 
-// Not const, nor is what it holds: the compiler would keep a const one in memory.
 class function_frame
 {
 public:
-    [[gnu::always_inline]] explicit function_frame(call_site site) : site_(site)
+    explicit function_frame(call_site site) : site_(site)
     {
         if (lttng_ust_tracepoint_enabled(com_vantorix_ob_kel_ic, FN_ENTER))
             fire_com_vantorix_ob_kel_ic_FN_ENTER(site_.location, site_.domain,
                                                  kel_trace_internal_format_str("%s()", site_.function, no_body));
     }
 
-    [[gnu::always_inline]] ~function_frame()
+    ~function_frame()
     {
         if (lttng_ust_tracepoint_enabled(com_vantorix_ob_kel_ic, FN_EXIT))
             fire_com_vantorix_ob_kel_ic_FN_EXIT(site_.location, site_.domain,
@@ -118,20 +113,20 @@ public:
 private:
     static constexpr const char *no_body = nullptr;
 
-    call_site site_;
+    const call_site site_;
 };
 
 // ---- Reports of what failed ----
 
 // A companion-library call or a step of our own failed with a code of the companion library's; gives that code.
-[[gnu::cold]] inline uint32_t report(call_site site, uint32_t rc, const char *what)
+inline uint32_t report(call_site site, uint32_t rc, const char *what)
 {
     FIRE(com_vantorix_ob_kel_init, EXCEPTION, site.general(), "%s, %s", kei_util_init_rc_str_get(rc), what);
     return rc;
 }
 
 // A driver-kit call failed. Its own code goes into the record only: callers see one code for all of them.
-[[gnu::cold]] inline uint32_t report_ork(call_site site, ork_rc rc, const char *callee)
+inline uint32_t report_ork(call_site site, ork_rc rc, const char *callee)
 {
     void *sys_handle = nullptr;
     ork_syshandle_get(0, 1, &sys_handle);
@@ -141,7 +136,7 @@ private:
 }
 
 // A call of the system library failed; errno is still its.
-[[gnu::cold]] inline uint32_t report_system(call_site site, int result, const char *call)
+inline uint32_t report_system(call_site site, int result, const char *call)
 {
     FIRE(com_vantorix_ob_kel_init, EXCEPTION, site.general(), "%s => rc=%d, errno=%s(%d)", call, result,
          strerror(errno), errno);
@@ -163,7 +158,7 @@ struct mac_text {
 // ---- Steps that most operations begin with ----
 
 // Attaches to the accelerator; the record's driver-kit handle is the first argument of the driver kit's calls.
-[[gnu::always_inline]] inline uint32_t attach_accelerator(call_site site, kel_attach_info &attach)
+inline uint32_t attach_accelerator(call_site site, kel_attach_info &attach)
 {
     TRACE_AT(site, API_CALL, "kel_init_attach()");
     if (const uint32_t rc = kel_init_attach(&attach))
@@ -172,7 +167,7 @@ struct mac_text {
 }
 
 // The Ethernet device identifier of the event device that EBCOM uses.
-[[gnu::always_inline]] inline uint32_t ebcom_event_device(call_site site, uint16_t &eth_dev_id)
+inline uint32_t ebcom_event_device(call_site site, uint16_t &eth_dev_id)
 {
     TRACE_AT(site, API_CALL, "kel_init_eventdev_dev_id_ebcom_get()");
     if (const uint32_t rc = kel_init_eventdev_dev_id_ebcom_get(&eth_dev_id))

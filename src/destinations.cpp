@@ -2,6 +2,7 @@
 
 #include <glib.h>
 
+#include <bit>
 #include <cstdlib>
 #include <cstring>
 
@@ -10,60 +11,76 @@ namespace
 
 constexpr size_t mac_size = 6;
 
-// One path's copy of its MAC address. The copies of one address on one port are a ring, in which the newest is
-// followed by the oldest.
+// The paths to one MAC address. Their copies of it are equal, so none belongs to a port.
 struct destination {
-    void *mac; // on the heap, exactly 6 octets
-    size_t port;
-    destination *next;
-    destination *elsewhere; // of a newest one: the newest one on the next higher port
+    uint64_t mac;
+    GSList *copies; // one for each path, on the heap, exactly 6 octets
+    uint32_t paths_from[kel::port_count];
+    uint64_t ports; // those with a path, a bit for each
 };
 
-// By MAC address, the newest destination on its lowest port.
-GHashTable *destinations;
+// All destinations, in lists so many that each is short: four in each while 60,000 MAC addresses have paths.
+constexpr int list_bits = 14;
+GSList *lists[1 << list_bits];
 
-// The key is the MAC address itself, as a number. Put together from two words: written octet by octet and then read
-// as one word, it would have to be waited for.
-gpointer key_of(const uint8_t *mac)
+uint32_t path_counts[kel::port_count]; // to all destinations
+
+constexpr uint64_t bit(size_t port)
 {
-    uint16_t high;
-    uint32_t low;
-    static_assert(sizeof high + sizeof low == mac_size && sizeof(gpointer) >= mac_size);
-    memcpy(&high, mac, sizeof high);
-    memcpy(&low, mac + sizeof high, sizeof low);
-    return GSIZE_TO_POINTER(static_cast<uint64_t>(GUINT16_FROM_BE(high)) << 32 | GUINT32_FROM_BE(low));
+    return uint64_t{1} << port;
 }
 
-// Addresses that follow one another stay beside one another in the table, and so in the cache.
-guint hash_key(gconstpointer key)
+uint64_t number_of(const uint8_t *mac)
 {
-    const uint64_t number = GPOINTER_TO_SIZE(key);
-    return static_cast<guint>(number ^ number >> 32);
+    uint64_t number = 0;
+    memcpy(&number, mac, mac_size);
+    return number;
 }
 
-// Where the newest destination on the port is linked in, or would be.
-destination *&link_of(destination *&first, size_t port)
+// Addresses that have something in common, as most have, are spread over all lists.
+GSList *&list_of(uint64_t mac)
 {
-    destination **link = &first;
-    while (*link && (*link)->port < port)
-        link = &(*link)->elsewhere;
-    return *link;
+    constexpr uint64_t golden_ratio = 0x9E3779B97F4A7C15; // 2^64 times its fraction
+    return lists[mac * golden_ratio >> (64 - list_bits)];
 }
 
-bool is_on(const destination *newest, size_t port)
+destination *find(uint64_t mac)
 {
-    return newest && newest->port == port;
+    for (GSList *each = list_of(mac); each; each = each->next)
+        if (auto *known = static_cast<destination *>(each->data); known->mac == mac)
+            return known;
+    return nullptr;
 }
 
-void free_oldest(destination *&newest)
+destination *make(uint64_t mac)
 {
-    destination *oldest = newest->next;
-    if (oldest == newest)
-        newest = newest->elsewhere;
-    else
-        newest->next = oldest->next;
-    free(oldest->mac);
-    g_free(oldest);
+    auto *made = g_new(destination, 1);
+    *made = {mac, nullptr, {}, 0};
+    GSList *&list = list_of(mac);
+    list = g_slist_prepend(list, made);
+    return made;
+}
+
+void drop_path(destination &from, size_t port)
+{
+    --path_counts[port];
+    if (--from.paths_from[port] == 0)
+        from.ports &= ~bit(port);
+    free(from.copies->data);
+    from.copies = g_slist_delete_link(from.copies, from.copies);
+    if (from.copies)
+        return;
+    GSList *&list = list_of(from.mac);
+    list = g_slist_remove(list, &from);
+    g_free(&from);
+}
+
+void drop_paths(gpointer known, gpointer port_number)
+{
+    auto &from = *static_cast<destination *>(known);
+    const size_t port = GPOINTER_TO_SIZE(port_number);
+    for (uint32_t left = from.paths_from[port]; left > 0; --left)
+        drop_path(from, port);
 }
 
 } // namespace
@@ -75,64 +92,43 @@ bool kel::add_destination(size_t port, const uint8_t *mac)
         return false;
     memcpy(copy, mac, mac_size);
 
-    if (!destinations)
-        destinations = g_hash_table_new(hash_key, nullptr);
-    auto *first = static_cast<destination *>(g_hash_table_lookup(destinations, key_of(mac)));
-    destination *&newest = link_of(first, port);
-    auto *added = g_new(destination, 1);
-    if (is_on(newest, port)) {
-        *added = {copy, port, newest->next, newest->elsewhere};
-        newest->next = added;
-    } else {
-        *added = {copy, port, added, newest};
-    }
-    newest = added;
-    g_hash_table_insert(destinations, key_of(mac), first);
+    const uint64_t number = number_of(mac);
+    destination *known = find(number);
+    destination &to = known ? *known : *make(number);
+    to.copies = g_slist_prepend(to.copies, copy);
+    to.ports |= bit(port);
+    ++to.paths_from[port];
+    ++path_counts[port];
     return true;
 }
 
-// Takes all that the MAC address has out of the table, and puts back what is left.
 bool kel::remove_destination(size_t port, const uint8_t *mac)
 {
-    gpointer taken = nullptr;
-    if (!destinations || !g_hash_table_steal_extended(destinations, key_of(mac), nullptr, &taken))
+    destination *known = find(number_of(mac));
+    if (!known || known->paths_from[port] == 0)
         return false;
-    auto *first = static_cast<destination *>(taken);
-    destination *&newest = link_of(first, port);
-    const bool found = is_on(newest, port);
-    if (found)
-        free_oldest(newest);
-    if (first)
-        g_hash_table_insert(destinations, key_of(mac), first);
-    return found;
+    drop_path(*known, port);
+    return true;
 }
 
 bool kel::find_destination(const uint8_t *mac, size_t &port)
 {
-    if (!destinations)
+    const destination *known = find(number_of(mac));
+    if (!known)
         return false;
-    const auto *first = static_cast<const destination *>(g_hash_table_lookup(destinations, key_of(mac)));
-    if (!first)
-        return false;
-    port = first->port;
+    port = static_cast<size_t>(std::countr_zero(known->ports));
     return true;
+}
+
+uint32_t kel::destination_count(size_t port)
+{
+    return path_counts[port];
 }
 
 void kel::forget_destinations(size_t port)
 {
-    if (!destinations)
+    if (path_counts[port] == 0)
         return;
-    GHashTableIter each;
-    gpointer value = nullptr;
-    g_hash_table_iter_init(&each, destinations);
-    while (g_hash_table_iter_next(&each, nullptr, &value)) {
-        auto *first = static_cast<destination *>(value);
-        destination *&newest = link_of(first, port);
-        while (is_on(newest, port))
-            free_oldest(newest);
-        if (first)
-            g_hash_table_iter_replace(&each, first);
-        else
-            g_hash_table_iter_remove(&each);
-    }
+    for (GSList *list : lists)
+        g_slist_foreach(list, drop_paths, GSIZE_TO_POINTER(port));
 }

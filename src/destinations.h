@@ -1,8 +1,7 @@
-// The destinations of all paths: which MAC address stands on which port, and how often. Every path keeps a heap copy
-// of its MAC address. What adding, removing and looking up cost does not depend on how many there are, of one address
-// either.
+// The destinations of all paths: how many paths lead to a MAC address from each port. Every path keeps a heap copy of
+// its MAC address.
 //
-// A port is told by its number in the order in which ports are searched. Nothing here traces.
+// A port is named by its number in the order in which ports are searched. Nothing here traces.
 #pragma once
 
 #include <cstddef>
@@ -11,16 +10,21 @@
 namespace kel
 {
 
-// False when there is no memory for the copy; nothing has changed then.
+constexpr size_t port_count = 40; // numbers start at 0
+
+// Returns false when there is no memory for the copy; nothing has changed then.
 bool add_destination(size_t port, const uint8_t *mac);
 
-// Takes the oldest of the equal ones off the port. False when there is none.
+// Returns false when no path leads to the MAC address from the port.
 bool remove_destination(size_t port, const uint8_t *mac);
 
-// The lowest port that the MAC address stands on, written on success only.
+// Finds the first port that has a path to the MAC address. The port is written on success only.
 bool find_destination(const uint8_t *mac, size_t &port);
 
-// Releases all copies on the port.
+// Returns the number of paths from the port.
+uint32_t destination_count(size_t port);
+
+// Releases the destinations of all paths from the port.
 void forget_destinations(size_t port);
 
 } // namespace kel

@@ -157,8 +157,7 @@ uint32_t set_ork_path_attr(const kel_ebcom_path_config &config, const mac_text &
     return KEL_RC_OK;
 }
 
-[[gnu::always_inline]] inline void trace_path_config(call_site site, const kel_ebcom_path_config &config,
-                                                     const mac_text &mac)
+void trace_path_config(call_site site, const kel_ebcom_path_config &config, const mac_text &mac)
 {
     TRACE_AT(site, FN_PARAM,
              "dst_mac = %s, shaping_enabled = %u, iell_port = %i (%s), shaping_rate = %u, buffer_threshold = %u, "
@@ -173,12 +172,18 @@ constexpr char path_delete_call[] =
     "ork_ebcom_pcep_path_delete(pcepType=%d, macAddr=%s(%s), eioaPort=%d%s, shaping_enabled=%d, queue_hdl=%p)";
 
 // The create and the delete of a path are announced with the same values.
-[[gnu::always_inline]] inline void trace_path_call(call_site site, const char *format,
-                                                   const kel_ebcom_path_config &config, const mac_text &mac,
-                                                   const ork_ebcom_pcep_path &path, uint32_t location)
+void trace_path_call(call_site site, const char *format, const kel_ebcom_path_config &config, const mac_text &mac,
+                     const ork_ebcom_pcep_path &path, uint32_t location)
 {
     TRACE_AT(site, API_CALL, format, path.pcepType, mac.text, kel_location_name(location), path.eioaPort,
              location == KEL_LOCATION_EIOA ? "" : " - NOT USED", config.shaping_enabled, path.queue_hdl);
+}
+
+// GLib hashes texts that differ in a digit or two to neighbours, and searches long among many of them.
+guint hash_mac_text(gconstpointer text)
+{
+    constexpr guint golden_ratio = 0x9E3779B1; // 2^32 times its fraction, about
+    return g_str_hash(text) * golden_ratio;
 }
 
 // Without the table, which the first start creates, there are no counts: an add is not counted, a remove finds nothing.
@@ -219,7 +224,7 @@ extern "C" uint32_t kel_core_ic_ebcom_start()
     TRACE_FUNCTION();
 
     if (!dest_mac_addr_count)
-        dest_mac_addr_count = g_hash_table_new_full(g_str_hash, g_str_equal, g_free, nullptr);
+        dest_mac_addr_count = g_hash_table_new_full(hash_mac_text, g_str_equal, g_free, nullptr);
     if (!dest_mac_addr_count) {
         TRACE(ERROR, "Failed to allocate memory for dest_mac_addr_count");
         kel_abort_internal_abort(__LINE__, __FILE__, "Failed to allocate memory for dest_mac_addr_count");

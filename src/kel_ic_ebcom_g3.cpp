@@ -11,6 +11,8 @@ namespace
 
 constexpr char trace_domain[] = "EBCOM";
 
+static_assert(port_group_count * queues_per_group == port_count);
+
 // ---- Steps over the registry ----
 
 uint32_t get_scheduler_idx(int32_t iell_port, uint8_t &scheduler_idx)
@@ -36,7 +38,7 @@ struct port_place {
     size_t number; // in the order of search, see search_number()
 };
 
-[[gnu::always_inline]] inline uint32_t find_place(call_site site, int32_t iell_port, port_place &place)
+uint32_t find_place(call_site site, int32_t iell_port, port_place &place)
 {
     uint8_t scheduler_idx = 0;
     uint8_t queue_idx = 0;
@@ -78,7 +80,6 @@ uint32_t store_dst_mac(const kel_ebcom_path_config &config, ork_ebcom_pcep_path 
         return rc;
     if (!add_destination(place.number, config.dst_mac))
         return report(HERE, KEL_RC_LIMIT, "malloc");
-    ++place.slot->destination_count;
     path.queue_hdl = place.slot->queue;
     return KEL_RC_OK;
 }
@@ -91,7 +92,7 @@ uint32_t remove_dst_mac(const kel_ebcom_path_config &config, uint32_t &left)
         return rc;
     if (!remove_destination(place.number, config.dst_mac))
         return report(HERE, KEL_RC_NOT_FOUND, "dst_mac");
-    left = --place.slot->destination_count;
+    left = destination_count(place.number);
     return KEL_RC_OK;
 }
 

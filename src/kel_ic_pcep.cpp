@@ -19,8 +19,7 @@ constexpr char trace_domain[] = "PCEP";
 // 0 until the environment told it; then kept for the life of the process, across every start and stop.
 uint8_t own_mp_id;
 
-// Out of line, like the bindings below: most calls of its caller need it not, and would save registers for it.
-[[gnu::noinline]] uint8_t own_mp_id_get()
+uint8_t own_mp_id_get()
 {
     if (own_mp_id)
         return own_mp_id;
@@ -86,7 +85,7 @@ ork_bind_params bind_params(uint32_t pcep_id)
     return params;
 }
 
-[[gnu::noinline]] uint32_t bind_pcep(call_site site, uint32_t pcep_id)
+uint32_t bind_pcep(call_site site, uint32_t pcep_id)
 {
     const ork_bind_params params = bind_params(pcep_id);
     TRACE_AT(site, API_CALL, "ork_bind(ID2M): PCEP_ID=%d -> EHSFP", pcep_id);
@@ -95,7 +94,7 @@ ork_bind_params bind_params(uint32_t pcep_id)
     return KEL_RC_OK;
 }
 
-[[gnu::noinline]] uint32_t unbind_pcep(call_site site, uint32_t pcep_id)
+uint32_t unbind_pcep(call_site site, uint32_t pcep_id)
 {
     const ork_bind_params params = bind_params(pcep_id);
     TRACE_AT(site, API_CALL, "ork_unbind(ID2M): PCEP_ID=%d -> EHSFP", pcep_id);

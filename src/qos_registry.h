@@ -17,8 +17,7 @@ constexpr int32_t no_port = -1;
 extern const int32_t qos_ports[port_group_count][queues_per_group];
 
 struct queue_slot {
-    void *queue;                // the companion library's; null: the port has no queue
-    uint32_t destination_count; // one for each path: the queue's reference count
+    void *queue; // the companion library's; null: the port has no queue
 };
 
 struct port_group {

@@ -26,7 +26,7 @@ inline const char *ork_rc_to_str(int32_t rc, char (&text)[ork_rc_text_size])
 }
 
 // A call of the timing-unit client failed.
-[[gnu::cold]] inline uint32_t report_timing_unit(call_site site, int32_t rc, const char *callee)
+inline uint32_t report_timing_unit(call_site site, int32_t rc, const char *callee)
 {
     char text[ork_rc_text_size];
     TRACE_AT(site.general(), EXCEPTION, "%s returned %s", callee, ork_rc_to_str(rc, text));

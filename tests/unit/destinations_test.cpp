@@ -109,15 +109,39 @@ TEST(Destinations, OneOnEveryPortIsFoundOnTheFirstOneLeft)
     EXPECT_EQ(queue_of(peer), untouched);
 }
 
+TEST(Destinations, AThousandAreToldApart)
+{
+    scheduler_tree_up();
+    plain_registry expected;
+    std::mt19937 random(1);
+    std::vector<mac_address> destinations(1000);
+    for (mac_address &each : destinations)
+        std::ranges::generate(each, [&random] { return static_cast<uint8_t>(random()); });
+    const auto port_of = [](size_t number) { return some_ports[number % std::size(some_ports)]; };
+
+    for (size_t i = 0; i < destinations.size(); ++i)
+        ASSERT_EQ(add(unshaped(port_of(i), destinations[i])), expected.add(port_of(i), destinations[i]));
+    transcript::forget();
+    for (size_t i = 0; i < destinations.size(); i += 2)
+        ASSERT_EQ(remove(unshaped(port_of(i), destinations[i])), expected.remove(port_of(i), destinations[i]));
+    transcript::forget();
+    for (const mac_address &each : destinations)
+        ASSERT_EQ(queue_of(each), expected.queue_of(each));
+    transcript::forget();
+}
+
 TEST(Destinations, AreAllForgottenAtTakeDown)
 {
     scheduler_tree_up();
+    constexpr int32_t port_of_one_path = 7;
+    EXPECT_EQ(add(unshaped(port_of_one_path, peer)), 0U);
     for (const int32_t port : some_ports)
         for (const mac_address &each : similar_destinations)
             EXPECT_EQ(add(unshaped(port, each)), 0U);
     EXPECT_EQ(kel_ic_ebcom_deinit_qos(), 0U);
     for (const mac_address &each : similar_destinations)
         EXPECT_EQ(queue_of(each), untouched);
+    EXPECT_EQ(remove(unshaped(port_of_one_path, peer)), 4U);
     for (const int32_t port : some_ports)
         EXPECT_EQ(remove(unshaped(port)), 4U);
 }
