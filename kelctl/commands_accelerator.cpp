@@ -27,9 +27,17 @@ std::string summary(const std::string &document, const asked_paths &asked)
            tree_view(node, ports_of(node, asked.all()), paint) + "\n" + pcep_view(node, paint);
 }
 
+// What a start set off belongs to what is shown.
+void settle_if_started(const session &session)
+{
+    if (session.timed)
+        settle();
+}
+
 result show_snapshot(const invocation &, session &session)
 {
-    const std::string document = (session.timed ? settled_document() : accelerator_snapshot()).value_or("{}");
+    settle_if_started(session);
+    const std::string document = accelerator_snapshot().value_or("{}");
     result done;
     done.text = summary(document, session.paths);
     done.shown = fields::parse(document);
@@ -67,12 +75,13 @@ result written_picture(const std::string &format, const std::string &file, const
     return done;
 }
 
-result draw(const invocation &asked, session &)
+result draw(const invocation &asked, session &session)
 {
     const std::string &format = asked.given.text("--format");
     const bool to_file = asked.given.has("--output");
     if (format == "png" && !to_file)
         return {.status = exit_wrong_input, .errors = {{"--format png needs --output as well"}}};
+    settle_if_started(session);
     const auto dot = accelerator_graph();
     if (!dot)
         return not_drawn("this software accelerator draws no graph");

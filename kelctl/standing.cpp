@@ -55,9 +55,14 @@ std::optional<snapshot> settled_snapshot()
     return json ? std::optional(read_snapshot(*json)) : std::nullopt;
 }
 
-std::optional<std::string> settled_document()
+void settle()
 {
     timing_settled(longest_wait);
+}
+
+std::optional<std::string> settled_document()
+{
+    settle();
     return accelerator_snapshot();
 }
 

@@ -15,7 +15,10 @@ namespace kelctl
 // What the accelerator holds; none on a vendor's platform.
 std::optional<snapshot> current_snapshot();
 
-// The same, once the timestamp thread, which works beside, wrote its first offset or gave up.
+// Waits until the timestamp thread, which works beside, wrote its first offset or gave up.
+void settle();
+
+// What the accelerator holds then.
 std::optional<snapshot> settled_snapshot();
 
 // That as the accelerator's own JSON document.

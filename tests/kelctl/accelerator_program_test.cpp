@@ -170,6 +170,26 @@ TEST(Graph, IsDotText)
     EXPECT_THAT(outcome.out, HasSubstr("02:00:00:02:00:01"));
 }
 
+size_t occurrences(const std::string &text, const std::string &of)
+{
+    size_t count = 0;
+    for (size_t at = text.find(of); at != std::string::npos; at = text.find(of, at + 1))
+        ++count;
+    return count;
+}
+
+// The timestamp thread works beside: without waiting for it some of them lack its offset.
+TEST(Graph, OfANodeJustStartedHasTheTimestampOffset)
+{
+    constexpr size_t rounds = 200;
+    std::string script;
+    for (size_t i = 0; i < rounds; ++i)
+        script += "ebcom start\ngraph\nnode reset\n";
+    const std::string pictures = run_text(script).out;
+    EXPECT_EQ(occurrences(pictures, "digraph"), rounds);
+    EXPECT_EQ(occurrences(pictures, "timestamp offset 160"), rounds);
+}
+
 TEST(Graph, IsWrittenToAFile)
 {
     const file_in_folder file("empty", "");
