@@ -4,8 +4,10 @@
  */
 #include "softnode/softnode.h"
 
+#include "softnode/facts.h"
 #include "softnode/graph.h"
 #include "softnode/instance.h"
+#include "softnode/json_text.h"
 #include "softnode/snapshot.h"
 
 #include <chrono>
@@ -40,6 +42,16 @@ char *softnode_snapshot_json()
 {
     const std::string document = with_node([](Node &node) { return snapshot(node); });
     return strdup(document.c_str());
+}
+
+char *softnode_limits_json()
+{
+    const Json limits = {{"schedulers", facts::most_schedulers},
+                         {"queues", facts::most_queues},
+                         {"paths", facts::most_paths},
+                         {"groups", facts::most_groups},
+                         {"members", facts::most_members}};
+    return strdup(written(limits).c_str());
 }
 
 char *softnode_graph_dot()

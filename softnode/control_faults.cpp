@@ -26,6 +26,11 @@ char *text_unless_empty(const std::string &text)
 
 } // namespace
 
+char *softnode_switch_on()
+{
+    return text_unless_empty(switch_on());
+}
+
 char *softnode_faults_add(const char *rules)
 {
     if (!rules)

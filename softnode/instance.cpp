@@ -31,7 +31,7 @@ std::string read_faults(const std::string &given, std::vector<FaultRule> &rules)
     return given.starts_with('@') ? read_fault_file(given.substr(1), rules) : read_fault_text(given, rules);
 }
 
-void take_faults_from_environment(FaultBook &faults)
+void take_faults_from_environment(Instance &fresh)
 {
     const char *given = std::getenv(faults_variable);
     if (!given)
@@ -39,15 +39,15 @@ void take_faults_from_environment(FaultBook &faults)
     std::vector<FaultRule> rules;
     const std::string problem = read_faults(given, rules);
     if (problem.empty())
-        return faults.add(std::move(rules));
-    std::fprintf(stderr, "libkel-softnode: %s: %s\n", faults_variable, problem.c_str());
-    _exit(unreadable_faults_status);
+        fresh.node.faults.add(std::move(rules));
+    else
+        fresh.wrong_faults = std::string(faults_variable) + ": " + problem;
 }
 
-Instance *switch_on()
+Instance *first_instance()
 {
     auto fresh = std::make_unique<Instance>();
-    take_faults_from_environment(fresh->node.faults);
+    take_faults_from_environment(*fresh);
     return fresh.release();
 }
 
@@ -75,7 +75,16 @@ bool wait_for_release(std::size_t function)
 
 Instance &instance()
 {
-    return *place(switch_on);
+    Instance &here = *place(first_instance);
+    if (here.wrong_faults.empty())
+        return here;
+    std::fprintf(stderr, "libkel-softnode: %s\n", here.wrong_faults.c_str());
+    _exit(unreadable_faults_status);
+}
+
+const std::string &switch_on()
+{
+    return place(first_instance)->wrong_faults;
 }
 
 /* An old one stays where it is: its lock may be held for good by a thread that did not come along. */

@@ -14,6 +14,7 @@
 #include <cstdint>
 #include <mutex>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace softnode
@@ -27,6 +28,7 @@ struct Instance {
     std::condition_variable_any released;     /* blocked calls may go on, or the node was switched off */
     Node node;
     std::optional<Trial> trial; /* in a run of a sweep */
+    std::string wrong_faults;   /* what is wrong with those of the environment: then nothing can be done here */
 };
 
 /**
@@ -34,6 +36,9 @@ struct Instance {
  * standard error and ends the process with status 2. Never destroyed: a timestamp thread may still be inside at exit.
  */
 Instance &instance();
+
+/** Creates it now. Says what is wrong with the rules instead of ending the process; empty when nothing is. */
+const std::string &switch_on();
 
 /**
  * Puts a node just switched on, without fault rules, not even those of KEL_SOFTNODE_FAULTS, in the place of this one.

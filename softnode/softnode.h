@@ -110,6 +110,13 @@ uint64_t softnode_time(void);
 char *softnode_faults_add(const char *rules);
 
 /**
+ * Switches the node on now; otherwise the first call that needs it does.
+ *
+ * @return null, or what is wrong with the rules of KEL_SOFTNODE_FAULTS: the next call that needs the node ends the process
+ */
+char *softnode_switch_on(void);
+
+/**
  * Adds the rules of a file.
  *
  * @return null, or what is wrong, as FILE:LINE:COLUMN: message, without position for a file that cannot be read; then
@@ -207,6 +214,13 @@ int softnode_timing_settle(uint32_t milliseconds);
 
 /** Everything the node holds, as a JSON document with stable keys (docs/software-accelerator.md). */
 char *softnode_snapshot_json(void);
+
+/**
+ * How many of each the node has room for, as a JSON document: schedulers, queues, paths, multicast groups, members of a
+ * group. There is one path for each destination address. What finds no room is refused with ORK_OUTOFRANGE (-9), a queue
+ * with 10. The document is always the same.
+ */
+char *softnode_limits_json(void);
 
 /** A picture of the node for Graphviz: schedulers, queues with rates and destinations, end points, groups. */
 char *softnode_graph_dot(void);

@@ -3,11 +3,15 @@
  */
 #include "control.h"
 
+#include "softnode/facts.h"
+
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
 #include <string_view>
+
+namespace facts = softnode::facts;
 
 namespace
 {
@@ -29,6 +33,16 @@ TEST_F(Snapshot, CountsRuleHits)
         kel_init_attach(&attach);
     EXPECT_EQ(look_into_node()["faults"], json_of(R"([{"rule": "kel_init_attach:1*2=10", "hits": 2}])"));
     EXPECT_EQ(look_into_node()["calls"]["kel_init_attach"], 4);
+}
+
+TEST_F(Snapshot, LimitsAreTheSizesOfTheTables)
+{
+    const std::unique_ptr<char, decltype(&std::free)> limits(softnode_limits_json(), std::free);
+    EXPECT_EQ(json_of(limits.get()), (nlohmann::json{{"schedulers", facts::most_schedulers},
+                                                     {"queues", facts::most_queues},
+                                                     {"paths", facts::most_paths},
+                                                     {"groups", facts::most_groups},
+                                                     {"members", facts::most_members}}));
 }
 
 TEST_F(Snapshot, HandlesPrintAsTheCallerPrintsThem)
