@@ -35,7 +35,8 @@ elsewhere every step has a block of its own, or with --json a line.
 --emit c writes the calls as a program that makes the same ones and expects the
 same codes. The reading of counters during a watch is not among them.
 
-Ctrl-C takes down what stands. A second one ends kelctl at once.)";
+Ctrl-C takes down what stands. A second one ends kelctl at once. --hold and
+--watch end as well when the reader of standard output goes away.)";
 
 constexpr range interval_range = {0, 3'600'000'000'000, "0 s to 3600 s"};
 

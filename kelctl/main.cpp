@@ -59,9 +59,10 @@ int main(int argc, char **argv)
     std::signal(SIGPIPE, SIG_IGN);
     try {
         const int status = run(words_of_arguments(argc, argv));
-        if (std::ferror(stdout) == 0)
+        const auto failure = output_failure();
+        if (!failure)
             return status;
-        write(stderr, "kelctl: standard output cannot be written\n");
+        write(stderr, fmt::format("kelctl: standard output cannot be written: {}\n", *failure));
     } catch (const std::exception &error) {
         write(stderr, fmt::format("kelctl: {}\n", error.what()));
     }

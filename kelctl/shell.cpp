@@ -64,7 +64,7 @@ exit_status run_piped_lines(session &session)
     exit_status worst = exit_done;
     line_input input(STDIN_FILENO);
     uint32_t number = 0;
-    while (!session.finished)
+    while (!session.finished && !output_lost())
         if (const auto line = input.next())
             worst = std::max(worst, run_line(*line, {"-", ++number}, session));
         else

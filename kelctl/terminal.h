@@ -1,4 +1,4 @@
-// What a stream's reader can take: lines drawn over, colours.
+// What a stream's reader can take: lines drawn over, colours; and whether there is one still.
 #pragma once
 
 #include <cstddef>
@@ -34,7 +34,16 @@ std::optional<size_t> line_width(std::FILE *stream);
 // Colours on a terminal, unless the environment variable NO_COLOR says something.
 painter painter_for(std::FILE *stream);
 
-// Writes text as it is. A reader that went away is not an error here: the node comes first.
+// Writes text as it is. The node comes first: when standard output cannot be written, nothing more is written there,
+// and the command goes on.
 void write(std::FILE *stream, std::string_view text);
+
+// Whether standard output reaches nobody any more: its reader is gone, or it cannot be written. What would go on for
+// its reader only ends then.
+bool output_lost();
+
+// Why standard output could not be written: "No space left on device". None when all was written, nor when the reader
+// went away, which has read what it wanted.
+std::optional<std::string> output_failure();
 
 } // namespace kelctl

@@ -21,9 +21,12 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <iterator>
 #include <limits>
+#include <poll.h>
+#include <unistd.h>
 #include <utility>
 
 namespace kelctl
@@ -74,6 +77,15 @@ fields refused_fields(const std::vector<refused_undo> &refused)
         all.push_back(std::move(failed));
     }
     return all;
+}
+
+// Waits, at most so long, until the person wants no more of it: a signal, or nobody reads on. True when that is so.
+bool over_within(std::chrono::milliseconds longest)
+{
+    std::array<pollfd, 2> ends = {{{interruption_descriptor(), POLLIN, 0}, {STDOUT_FILENO, 0, 0}}};
+    if (!output_lost())
+        poll(ends.data(), ends.size(), static_cast<int>(longest.count()));
+    return interrupted() || output_lost();
 }
 
 } // namespace
@@ -158,7 +170,7 @@ bool node_from_file::watch(const watch_pace &pace)
         if (now.failures.empty())
             show_rates(rates_between(before, now, traffic.time() - from), traffic.time(), block);
         before = std::move(now);
-        if (traffic.time() >= end || interrupted_within(pace.interval))
+        if (traffic.time() >= end || over_within(pace.interval))
             break;
     }
     block.leave();
@@ -240,7 +252,7 @@ void node_from_file::hold()
 {
     session_.tell(stdout, "Holding the node until Ctrl-C.\n");
     session_.stream({{"holding", {{"paths_added", steps_.paths.size()}}}});
-    while (!interrupted_within(longest_wait))
+    while (!over_within(longest_wait))
         ;
 }
 

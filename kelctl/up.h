@@ -43,11 +43,11 @@ public:
     void show_objects();
     bool show_counters();
 
-    // Lets the file's traffic pass and shows rates at every step, until the time is up or Ctrl-C. True when all counters
-    // could be read. Only where there is virtual traffic, and after show_objects().
+    // Lets the file's traffic pass and shows rates at every step, until the time is up, Ctrl-C, or nobody reads on. True
+    // when all counters could be read. Only where there is virtual traffic, and after show_objects().
     bool watch(const watch_pace &pace);
 
-    // Leaves it as it is until Ctrl-C or SIGTERM.
+    // Leaves it as it is until Ctrl-C or SIGTERM, or until nobody reads on.
     void hold();
 
     // Takes down what stands. True when every operation succeeded and nothing is left.

@@ -17,6 +17,7 @@
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <utility>
 
 namespace
 {
@@ -157,9 +158,9 @@ running_kelctl::~running_kelctl()
         kill(child_, SIGKILL);
         waitpid(child_, nullptr, 0);
     }
-    close(out_);
-    if (err_ >= 0)
-        close(err_);
+    for (const int end : {out_, err_})
+        if (end >= 0)
+            close(end);
 }
 
 bool running_kelctl::shows(const std::string &text)
@@ -170,6 +171,11 @@ bool running_kelctl::shows(const std::string &text)
 void running_kelctl::signal(int number) const
 {
     EXPECT_EQ(kill(child_, number), 0);
+}
+
+void running_kelctl::leave_output()
+{
+    close(std::exchange(out_, -1));
 }
 
 program_outcome running_kelctl::finish()

@@ -42,6 +42,9 @@ public:
 
     void signal(int number) const;
 
+    // Closes the reading end of its standard output.
+    void leave_output();
+
     // Reads to the end.
     program_outcome finish();
 
@@ -49,7 +52,7 @@ private:
     bool read_until(const std::string &text);
 
     pid_t child_ = -1;
-    int out_ = -1;
+    int out_ = -1; // -1 when nobody reads any more
     int err_ = -1; // -1 on a terminal
     program_outcome outcome_;
 };

@@ -144,7 +144,7 @@ TEST(Up, NodeIsTakenDownAlsoWhenItCannotBeShown)
                                      .out_device = "/dev/full"});
     EXPECT_EQ(outcome.status, 1);
     EXPECT_THAT(outcome.err, HasSubstr("kel_core_ic_ebcom_interface_delete()"));
-    EXPECT_THAT(outcome.err, testing::EndsWith("kelctl: standard output cannot be written\n"));
+    EXPECT_THAT(outcome.err, testing::EndsWith("kelctl: standard output cannot be written: No space left on device\n"));
 }
 
 TEST(Up, NoColorIsHonoured)
