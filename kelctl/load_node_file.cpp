@@ -1,10 +1,12 @@
 // Reading and checking.
 #include "kelctl/load_node_file.h"
 
+#include "kelctl/mp_id.h"
 #include "kelctl/node_rules.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
-#include <cstdlib>
 #include <utility>
 
 namespace kelctl
@@ -13,12 +15,24 @@ namespace kelctl
 loaded_node_file load_node_file(const std::string &file)
 {
     node_file_read read = read_node_file(file);
-    if (read.node.mpid)
-        setenv("MPID", std::to_string(*read.node.mpid).c_str(), 1);
-    check_rules(read.node, read.problems);
+    check_rules(read.node, {.mp_id = own_mp_id()}, read.problems);
     if (!read.problems.empty())
         return {nullptr, errors_of(file, std::move(read.problems))};
     return {std::make_unique<node_file>(std::move(read.node)), {}};
+}
+
+loaded_node_file load_node_to_start(const std::string &file)
+{
+    loaded_node_file loaded = load_node_file(file);
+    if (!loaded.node)
+        return loaded;
+    const uint8_t mp_id = loaded.node->mpid.value_or(own_mp_id());
+    if (adopt_mp_id(mp_id))
+        return loaded;
+    std::string other = fmt::format("mpid: {} cannot be brought up: this process has brought up a node with MP id {}, "
+                                    "which the library keeps",
+                                    mp_id, own_mp_id());
+    return {nullptr, {{std::move(other), file, loaded.node->mpid_at}}};
 }
 
 std::vector<input_error> errors_of(const std::string &file, problem_list problems)

@@ -1,7 +1,6 @@
-// Reading, writing and counting addresses; the location is the library's answer.
+// Reading, writing, counting and locating addresses.
 #include "kelctl/mac_address.h"
 
-#include "kel/kel_core_ic_pcep.h"
 #include "kelctl/text.h"
 
 #include <fmt/format.h>
@@ -20,6 +19,12 @@ struct notation {
 constexpr notation notations[] = {{':', 2}, {'-', 2}, {'.', 4}};
 constexpr size_t all_digits = 12;
 constexpr uint32_t last_low_part = 0xFF'FFFF;
+
+// Octet 3 of an address that is not behind the EIOA; octet 2 of a processor's, if it is not the own MP id.
+constexpr uint8_t board_processor = 0;
+constexpr uint8_t board_ob = 2;
+constexpr uint8_t board_hsfp = 3;
+constexpr uint8_t first_other_processor = 0x80;
 
 // 0 to 15, or -1
 int digit_value(char c)
@@ -106,12 +111,17 @@ mac_address counted_up(const mac_address &mac, uint32_t by)
     return result;
 }
 
-uint32_t location_of(const mac_address &mac)
+kel_location location_of(const mac_address &mac, uint8_t mp_id)
 {
-    uint32_t location = 0;
-    uint32_t type = 0;
-    kel_ic_pcep_get_location_and_type_from_branch(mac.octets.data(), &location, &type);
-    return location;
+    const uint8_t processor = mac.octets[2];
+    const uint8_t board = mac.octets[3];
+    if (board == board_ob)
+        return KEL_LOCATION_OB;
+    if (board == board_hsfp)
+        return KEL_LOCATION_HSFP;
+    if (board == board_processor && (processor >= first_other_processor || processor == mp_id))
+        return KEL_LOCATION_CPU;
+    return KEL_LOCATION_EIOA;
 }
 
 } // namespace kelctl

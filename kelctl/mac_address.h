@@ -1,5 +1,7 @@
-// Ethernet addresses: notations, counting up, and where the library says that their owner sits.
+// Ethernet addresses: notations, counting up, and where their owner sits.
 #pragma once
+
+#include "kel/kel_node_names.h"
 
 #include <array>
 #include <compare>
@@ -38,7 +40,8 @@ uint32_t addresses_after(const mac_address &mac);
 // The address so many further, counted in the last three octets. At most addresses_after().
 mac_address counted_up(const mac_address &mac, uint32_t by);
 
-// The owner's location (enum kel_location). Depends on the environment variable MPID as the library first saw it.
-uint32_t location_of(const mac_address &mac);
+// The owner's location, as the library tells it on the processor with this MP id (mp_id.h); 0 where there is none. Asking
+// the library itself would bind the process to an MP id.
+kel_location location_of(const mac_address &mac, uint8_t mp_id);
 
 } // namespace kelctl

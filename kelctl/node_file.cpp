@@ -138,8 +138,10 @@ void read_document(table_reader document, node_file_read &read)
 {
     document.allow_only(node_keys_of(""));
     if (document.has("node"))
-        if (auto node = document.table("node"))
+        if (auto node = document.table("node")) {
             read.node.mpid = read_mpid(*node);
+            read.node.mpid_at = node->at("mpid");
+        }
     if (auto ebcom = document.table("ebcom"))
         read.node.ebcom = read_ebcom(*ebcom);
     for (table_reader &path : document.tables("path")) {

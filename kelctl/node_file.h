@@ -66,6 +66,7 @@ struct multicast_entry {
 
 struct node_file {
     std::optional<uint8_t> mpid; // none: as the environment says
+    position mpid_at;
     ebcom_parameters ebcom;
     std::vector<path_entry> paths;
     std::vector<pcep_entry> pceps;

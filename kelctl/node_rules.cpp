@@ -24,22 +24,22 @@ constexpr size_t most_groups = 30;
 constexpr size_t most_members = 16; // of a group
 
 // The first of the entry's addresses that lies behind the EIOA.
-std::optional<mac_address> first_eioa_address(const path_entry &entry)
+std::optional<mac_address> first_eioa_address(const path_entry &entry, uint8_t mp_id)
 {
     for (uint32_t i = 0; i < entry.count; ++i) {
         const mac_address mac = counted_up(entry.dst_mac, i);
-        if (location_of(mac) == KEL_LOCATION_EIOA)
+        if (location_of(mac, mp_id) == KEL_LOCATION_EIOA)
             return mac;
     }
     return std::nullopt;
 }
 
-void check_mac_channels(const node_file &node, problem_list &problems)
+void check_mac_channels(const node_file &node, uint8_t mp_id, problem_list &problems)
 {
     for (const path_entry &entry : node.paths) {
         if (entry.port != port_without_mac_channel)
             continue;
-        if (const auto mac = first_eioa_address(entry))
+        if (const auto mac = first_eioa_address(entry, mp_id))
             problems.push_back({entry.port_at, fmt::format("port: {} is an EIOA destination, and port {} has no way "
                                                            "there",
                                                            to_text(*mac), port_text(entry.port))});
@@ -183,10 +183,10 @@ void check_senders(const node_file &node, const end_points &all, problem_list &p
 
 } // namespace
 
-void check_rules(const node_file &node, problem_list &problems)
+void check_rules(const node_file &node, const surroundings &around, problem_list &problems)
 {
     check_destinations(node, problems);
-    check_mac_channels(node, problems);
+    check_mac_channels(node, node.mpid.value_or(around.mp_id), problems);
     check_shaping(node, problems);
     check_amounts(node, problems);
     const end_points all = check_ids(node, problems);

@@ -4,10 +4,17 @@
 #include "kelctl/node_file.h"
 #include "kelctl/problem.h"
 
+#include <cstdint>
+
 namespace kelctl
 {
 
-// Adds what is wrong. Call it once the environment variable MPID is as it shall be: the library classifies addresses.
-void check_rules(const node_file &node, problem_list &problems);
+// What the rules depend on beside the file.
+struct surroundings {
+    uint8_t mp_id = 0; // of a file without one; 0: none
+};
+
+// Adds what is wrong.
+void check_rules(const node_file &node, const surroundings &around, problem_list &problems);
 
 } // namespace kelctl

@@ -4,6 +4,7 @@
 #include "kel/kel_node_names.h"
 #include "kelctl/destination_rows.h"
 #include "kelctl/ic_port.h"
+#include "kelctl/mp_id.h"
 #include "kelctl/quantity.h"
 
 #include <fmt/format.h>
@@ -51,7 +52,7 @@ std::vector<destination> destinations_of(handle queue, const std::map<mac_addres
     std::vector<destination> found;
     for (const mac_address &mac : macs) {
         const auto used = queue_of.find(mac);
-        found.push_back({mac, kel_location_name(location_of(mac)),
+        found.push_back({mac, kel_location_name(location_of(mac, own_mp_id())),
                          note_for(used == queue_of.end() ? 0 : used->second, queue, ports)});
     }
     return found;

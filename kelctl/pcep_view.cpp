@@ -2,6 +2,7 @@
 #include "kelctl/pcep_view.h"
 
 #include "kel/kel_node_names.h"
+#include "kelctl/mp_id.h"
 
 #include <fmt/format.h>
 
@@ -19,7 +20,7 @@ std::string without_trailing_blanks(const std::string &text)
 
 std::string placed(const mac_address &mac)
 {
-    return fmt::format("{} {}", to_text(mac), kel_location_name(location_of(mac)));
+    return fmt::format("{} {}", to_text(mac), kel_location_name(location_of(mac, own_mp_id())));
 }
 
 std::string pcep_row(const snapshot::pcep &pcep)

@@ -101,7 +101,7 @@ result shell(const invocation &asked, session &session)
 {
     std::unique_ptr<node_file> file;
     if (asked.given.has("FILE")) {
-        auto loaded = load_node_file(asked.given.text("FILE"));
+        auto loaded = load_node_to_start(asked.given.text("FILE"));
         if (!loaded.node)
             return wrong_input(asked.given.text("FILE"), std::move(loaded.errors), "nothing was started");
         file = std::move(loaded.node);

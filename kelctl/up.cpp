@@ -316,7 +316,7 @@ result up(const invocation &asked, session &session)
     if (watched && !on_software_accelerator())
         return refused("--watch does not apply: this platform is not the software accelerator");
     const std::string &name = asked.given.text("FILE");
-    auto [file, errors] = load_node_file(name);
+    auto [file, errors] = load_node_to_start(name);
     if (!file)
         return wrong_input(name, std::move(errors), "nothing was started");
 

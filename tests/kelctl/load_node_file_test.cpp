@@ -22,22 +22,44 @@ const std::string ebcom = "[ebcom]\nic_port_mtu = 1500\nether_type = 0x88B5\nset
 class LoadNodeFile : public testing::Test
 {
 protected:
-    loaded_node_file load(const std::string &text)
+    loaded_node_file load(const std::string &text, loaded_node_file (*how)(const std::string &) = load_node_file)
     {
         file = folder.file_with(text);
-        return load_node_file(file);
+        return how(file);
     }
 
     const temporary_folder folder;
     std::string file;
 };
 
-TEST_F(LoadNodeFile, SoundOneIsGivenAndItsMpIdPutIntoTheEnvironment)
+TEST_F(LoadNodeFile, SoundOneIsGivenAndTheProcessStaysAsItIs)
 {
+    unsetenv("MPID");
     const auto loaded = load(ebcom + "[node]\nmpid = 77\n");
     ASSERT_TRUE(loaded.node);
     EXPECT_EQ(loaded.node->ebcom.ic_port_mtu, 1500);
     EXPECT_THAT(loaded.errors, IsEmpty());
+    EXPECT_EQ(std::getenv("MPID"), nullptr);
+}
+
+TEST_F(LoadNodeFile, NodeToStartHasTheMpIdOfTheProcessFromThenOn)
+{
+    ASSERT_TRUE(load(ebcom + "[node]\nmpid = 77\n", load_node_to_start).node);
+    EXPECT_STREQ(std::getenv("MPID"), "77");
+    EXPECT_TRUE(load(ebcom, load_node_to_start).node);
+    EXPECT_TRUE(load(ebcom + "[node]\nmpid = 77\n", load_node_to_start).node);
+}
+
+TEST_F(LoadNodeFile, NodeToStartWithAnotherMpIdIsRefused)
+{
+    ASSERT_TRUE(load(ebcom + "[node]\nmpid = 77\n", load_node_to_start).node);
+    const auto other = load(ebcom + "[node]\nmpid = 78\n", load_node_to_start);
+    EXPECT_FALSE(other.node);
+    ASSERT_EQ(other.errors.size(), 1u);
+    EXPECT_EQ(other.errors[0].message, "mpid: 78 cannot be brought up: this process has brought up a node with MP id "
+                                       "77, which the library keeps");
+    EXPECT_EQ(other.errors[0].file, file);
+    EXPECT_EQ(other.errors[0].at, (position{6, 8}));
     EXPECT_STREQ(std::getenv("MPID"), "77");
 }
 

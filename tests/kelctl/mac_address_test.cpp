@@ -5,8 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
 namespace kelctl
 {
 namespace
@@ -49,15 +47,14 @@ TEST(MacAddress, CountsInItsLastThreeOctets)
     EXPECT_EQ(addresses_after(mac("02:00:00:ff:ff:ff")), 0u);
 }
 
-TEST(MacAddress, LocationIsTheLibrarys)
+TEST(MacAddress, LocationDependsOnTheMpId)
 {
-    setenv("MPID", "5", 1);
-    EXPECT_EQ(location_of(mac("02:00:00:02:00:01")), KEL_LOCATION_OB);
-    EXPECT_EQ(location_of(mac("02:00:00:03:00:01")), KEL_LOCATION_HSFP);
-    EXPECT_EQ(location_of(mac("02:00:80:00:00:01")), KEL_LOCATION_CPU);
-    EXPECT_EQ(location_of(mac("02:00:05:00:00:01")), KEL_LOCATION_CPU);
-    EXPECT_EQ(location_of(mac("02:00:06:00:00:01")), KEL_LOCATION_EIOA);
-    EXPECT_EQ(location_of(mac("02:00:00:01:00:01")), KEL_LOCATION_EIOA);
+    EXPECT_EQ(location_of(mac("02:00:00:02:00:01"), 5), KEL_LOCATION_OB);
+    EXPECT_EQ(location_of(mac("02:00:00:03:00:01"), 5), KEL_LOCATION_HSFP);
+    EXPECT_EQ(location_of(mac("02:00:80:00:00:01"), 5), KEL_LOCATION_CPU);
+    EXPECT_EQ(location_of(mac("02:00:05:00:00:01"), 5), KEL_LOCATION_CPU);
+    EXPECT_EQ(location_of(mac("02:00:06:00:00:01"), 5), KEL_LOCATION_EIOA);
+    EXPECT_EQ(location_of(mac("02:00:00:01:00:01"), 5), KEL_LOCATION_EIOA);
 }
 
 } // namespace

@@ -12,6 +12,7 @@ namespace
 
 using nlohmann::ordered_json;
 using testing::HasSubstr;
+using testing::Not;
 using testing::StartsWith;
 
 program_outcome kelctl(const std::vector<std::string> &arguments,
@@ -62,6 +63,23 @@ TEST(Check, NodeFileMayComeThroughStandardInput)
     const auto outcome = run_kelctl({.arguments = {"check", "-"}, .in = ebcom_table});
     EXPECT_EQ(outcome.status, 0);
     EXPECT_THAT(outcome.out, StartsWith("paths             0\n"));
+}
+
+// Port 0 leads to processors, and not behind the EIOA: the MP id decides which address is which.
+TEST(Check, FilesWithDifferentMpIdsAreSoundInOneProcess)
+{
+    const auto node = [](const std::string &mp_id) {
+        return "[node]\nmpid = " + mp_id + "\n" + ebcom_table + "[[path]]\ndst_mac = \"02:00:0" + mp_id +
+               ":00:00:01\"\nport = 0\n";
+    };
+    const file_in_folder a("a.toml", node("5"));
+    const file_in_folder b("b.toml", node("6"));
+    const auto outcome = run_kelctl({.arguments = {"run", "-"},
+                                     .in = "check " + a.folder() + "/a.toml\ncheck " + b.folder() +
+                                           "/b.toml\npcep locate 02:00:05:00:00:01\npcep locate 02:00:06:00:00:01\n"});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_THAT(outcome.out, Not(HasSubstr("CPU"))); // neither has become the process's
 }
 
 TEST(Plan, ListsTheCallsUpAndDownAndMakesNone)

@@ -6,8 +6,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
 namespace kelctl
 {
 namespace
@@ -30,11 +28,10 @@ path_entry entry(const char *mac, int32_t port, uint32_t line)
 
 problem_list problems_of(std::vector<path_entry> paths)
 {
-    setenv("MPID", "5", 1);
     node_file node;
     node.paths = std::move(paths);
     problem_list problems;
-    check_rules(node, problems);
+    check_rules(node, {.mp_id = 5}, problems);
     return problems;
 }
 
@@ -80,6 +77,17 @@ TEST(NodeRules, PortZeroReachesEverythingButTheEioa)
     EXPECT_EQ(problems[0].message,
               "port: 02:00:00:01:00:01 is an EIOA destination, and port NONE (0) has no way there");
     EXPECT_EQ(problems[1].at.line, 8u);
+}
+
+TEST(NodeRules, MpIdOfTheFileGoesBeforeThatOfTheProcess)
+{
+    node_file node;
+    node.mpid = 6;
+    node.paths = {entry("02:00:05:00:00:01", 0, 3), entry("02:00:06:00:00:01", 0, 4)};
+    problem_list problems;
+    check_rules(node, {.mp_id = 5}, problems);
+    ASSERT_THAT(problems, SizeIs(1));
+    EXPECT_EQ(problems[0].at.line, 3u);
 }
 
 TEST(NodeRules, CountThatWalksIntoTheEioaIsToldByItsFirstAddressThere)
@@ -143,7 +151,7 @@ problem_list problems_of(std::vector<pcep_entry> pceps, std::vector<multicast_en
     node.pceps = std::move(pceps);
     node.groups = std::move(groups);
     problem_list problems;
-    check_rules(node, problems);
+    check_rules(node, {}, problems);
     return problems;
 }
 

@@ -51,7 +51,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *octets, size_t count)
 {
     const std::string_view text(reinterpret_cast<const char *>(octets), count);
     node_file_read read = parse_node_file(text);
-    check_rules(read.node, read.problems);
+    check_rules(read.node, {}, read.problems);
     check_places(read.problems, text);
     if (read.problems.empty())
         plan(read.node);
