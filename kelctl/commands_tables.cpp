@@ -4,6 +4,7 @@
 #include "kelctl/commands.h"
 #include "kelctl/ic_port.h"
 #include "kelctl/limits.h"
+#include "kelctl/software_accelerator.h"
 #include "platform/kei_util.h"
 #include "platform/kel_init.h"
 #include "platform/ork.h"
@@ -124,6 +125,8 @@ result show_limits(const invocation &, session &)
                   {"max_pcep_id", capabilities.max_pcep_id},
                   {"max_multicast_groups", capabilities.max_multicast_groups},
                   {"max_multicast_members", capabilities.max_multicast_members}};
+    const auto platform = accelerator_limits();
+    done.shown["platform"] = platform ? fields::parse(*platform) : fields(nullptr);
     for (const auto &[what, allowed] : value_limits)
         done.shown["values"].push_back(
             {{"value", what}, {"min", allowed.min}, {"max", allowed.max}, {"allowed", allowed.text}});

@@ -3,6 +3,7 @@
 
 #include "kelctl/mp_id.h"
 #include "kelctl/node_rules.h"
+#include "kelctl/software_accelerator.h"
 
 #include <fmt/format.h>
 
@@ -11,11 +12,22 @@
 
 namespace kelctl
 {
+namespace
+{
+
+// The platform has a path for each destination.
+std::optional<size_t> room_for_destinations()
+{
+    const auto limits = accelerator_limits();
+    return limits ? std::optional(fields::parse(*limits).at("paths").get<size_t>()) : std::nullopt;
+}
+
+} // namespace
 
 loaded_node_file load_node_file(const std::string &file)
 {
     node_file_read read = read_node_file(file);
-    check_rules(read.node, {.mp_id = own_mp_id()}, read.problems);
+    check_rules(read.node, {.mp_id = own_mp_id(), .most_destinations = room_for_destinations()}, read.problems);
     if (!read.problems.empty())
         return {nullptr, errors_of(file, std::move(read.problems))};
     return {std::make_unique<node_file>(std::move(read.node)), {}};

@@ -77,6 +77,27 @@ void check_amounts(const node_file &node, problem_list &problems)
     }
 }
 
+// Paths to one destination from several ports count once. Too many paths are told already.
+void check_destination_count(const node_file &node, size_t most, problem_list &problems)
+{
+    uint64_t paths = 0;
+    std::set<mac_address> destinations;
+    for (const path_entry &entry : node.paths) {
+        paths += entry.count;
+        if (paths > most_paths)
+            return;
+        for (uint32_t i = 0; i < entry.count; ++i)
+            destinations.insert(counted_up(entry.dst_mac, i));
+        if (destinations.size() <= most)
+            continue;
+        problems.push_back(
+            {entry.count_at, fmt::format("count: more than {} destinations in all, which is what this platform has "
+                                         "room for",
+                                         most)});
+        return;
+    }
+}
+
 // What has an id: a PCEP or a group.
 struct end_point {
     uint32_t id;
@@ -189,6 +210,8 @@ void check_rules(const node_file &node, const surroundings &around, problem_list
     check_mac_channels(node, node.mpid.value_or(around.mp_id), problems);
     check_shaping(node, problems);
     check_amounts(node, problems);
+    if (around.most_destinations)
+        check_destination_count(node, *around.most_destinations, problems);
     const end_points all = check_ids(node, problems);
     check_groups(node, all, problems);
     check_senders(node, all, problems);

@@ -4,14 +4,17 @@
 #include "kelctl/node_file.h"
 #include "kelctl/problem.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <optional>
 
 namespace kelctl
 {
 
 // What the rules depend on beside the file.
 struct surroundings {
-    uint8_t mp_id = 0; // of a file without one; 0: none
+    uint8_t mp_id = 0;                            // of a file without one; 0: none
+    std::optional<size_t> most_destinations = {}; // that the platform has room for; none: that is not known
 };
 
 // Adds what is wrong.

@@ -16,6 +16,7 @@ __attribute__((weak)) void softnode_faults_clear(void);
 __attribute__((weak)) uint32_t softnode_faults_release(void);
 __attribute__((weak)) char *softnode_fault_sweep(const softnode_scenario *scenario);
 __attribute__((weak)) char *softnode_graph_dot(void);
+__attribute__((weak)) char *softnode_limits_json(void);
 __attribute__((weak)) void softnode_reset(void);
 __attribute__((weak)) char *softnode_snapshot_json(void);
 __attribute__((weak)) int softnode_timing_settle(uint32_t milliseconds);
@@ -53,6 +54,11 @@ sweep_context &context_at(void *pointer)
 bool on_software_accelerator()
 {
     return softnode_reset != nullptr;
+}
+
+std::optional<std::string> accelerator_limits()
+{
+    return softnode_limits_json ? taken(softnode_limits_json()) : std::nullopt;
 }
 
 std::optional<std::string> accelerator_snapshot()

@@ -17,6 +17,9 @@ namespace kelctl
 // Whether the process runs on it.
 bool on_software_accelerator();
 
+// How many objects of each kind the node has room for, as a JSON document.
+std::optional<std::string> accelerator_limits();
+
 // Everything that the node holds, as a JSON document.
 std::optional<std::string> accelerator_snapshot();
 

@@ -14,14 +14,14 @@ using testing::Not;
 
 // So much that the program is far from its end when the signal comes.
 const std::string many_paths = ebcom_table +
-                               "[[path]]\ndst_mac = \"02:00:00:02:00:00\"\nport = \"RLU1P\"\ncount = 40000\n"
-                               "[[path]]\ndst_mac = \"02:00:00:03:00:00\"\nport = \"RLU2P\"\ncount = 40000\n";
+                               "[[path]]\ndst_mac = \"02:00:00:02:00:00\"\nport = \"RLU1P\"\ncount = 30000\n"
+                               "[[path]]\ndst_mac = \"02:00:00:03:00:00\"\nport = \"RLU2P\"\ncount = 30000\n";
 
 TEST(Interruption, CtrlCTakesDownWhatUpHasMade)
 {
     const file_in_folder file("node.toml", many_paths);
     terminal_session up({.arguments = {"up", "node.toml"}, .environment = {}, .folder = file.folder()});
-    up.wait_for("adding paths 800/80000");
+    up.wait_for("adding paths 600/60000");
     up.type("\x03");
     up.wait_for("interrupted before the whole node stood");
     up.wait_for("Taken down. The node is empty again.");
@@ -33,7 +33,7 @@ TEST(Interruption, TerminationDoesTheSame)
 {
     const file_in_folder file("node.toml", many_paths);
     terminal_session up({.arguments = {"up", "node.toml"}, .environment = {}, .folder = file.folder()});
-    up.wait_for("adding paths 800/80000");
+    up.wait_for("adding paths 600/60000");
     up.send(SIGTERM);
     up.wait_for("interrupted before the whole node stood");
     up.wait_for("Taken down. The node is empty again.");

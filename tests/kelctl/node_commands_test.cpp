@@ -82,6 +82,28 @@ TEST(Check, FilesWithDifferentMpIdsAreSoundInOneProcess)
     EXPECT_THAT(outcome.out, Not(HasSubstr("CPU"))); // neither has become the process's
 }
 
+std::string paths(const std::string &first, const std::string &port, size_t count)
+{
+    return "[[path]]\ndst_mac = \"" + first + "\"\nport = \"" + port + "\"\ncount = " + std::to_string(count) + "\n";
+}
+
+TEST(Check, WhatThePlatformHasNoRoomForIsAProblem)
+{
+    const size_t room = document(kelctl({"limits", "--json"}))["result"]["platform"]["paths"];
+    const auto check_paths = [](size_t on_one_port, size_t on_another) {
+        return run_kelctl({.arguments = {"check", "-"},
+                           .in = ebcom_table + paths("02:00:00:02:00:00", "RLU1P", on_one_port) +
+                                 paths("02:00:00:04:00:00", "RLU2P", on_another)});
+    };
+    EXPECT_EQ(check_paths(60'000, room - 60'000).status, 0);
+    const auto one_more = check_paths(60'000, room - 60'000 + 1);
+    EXPECT_EQ(one_more.status, 2);
+    EXPECT_EQ(one_more.err, "-:12:9: count: more than " + std::to_string(room) +
+                                " destinations in all, which is what this platform has room for\n"
+                                "-: 1 problem, nothing was started\n");
+    EXPECT_EQ(check_paths(65'000, 35'000).status, 2);
+}
+
 TEST(Plan, ListsTheCallsUpAndDownAndMakesNone)
 {
     const file_in_folder file("node.toml", ebcom_table + "[[path]]\ndst_mac = \"02:00:00:02:00:01\"\nport = 6\n"
@@ -187,6 +209,7 @@ TEST(Tables, LimitsAreThoseOfTheServiceAndOfValues)
 {
     const auto text = kelctl({"limits"}).out;
     EXPECT_THAT(text, StartsWith("max burst size         1048575\nmax pcep id            511\n"));
+    EXPECT_THAT(text, HasSubstr("\nplatform\nschedulers  64\nqueues      64\npaths       65536\n"));
     EXPECT_THAT(text, HasSubstr("\nEtherType                1536       65535  0x0600 to 0xFFFF\n"));
 }
 

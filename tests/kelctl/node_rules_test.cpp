@@ -124,6 +124,26 @@ TEST(NodeRules, FileAddsAtMost100000Paths)
     EXPECT_EQ(problems[0].message, "count: more than 100000 paths in all");
 }
 
+TEST(NodeRules, PlatformHasRoomForSoManyDestinations)
+{
+    node_file node;
+    node.paths = {entry("02:00:00:02:00:00", 6, 1), entry("02:00:00:02:00:00", 7, 2), entry("02:00:00:04:00:00", 8, 3)};
+    node.paths[0].count = node.paths[1].count = 8; // the same ones
+    node.paths[2].count = 2;
+    const auto problems_with = [&node](std::optional<size_t> most) {
+        problem_list problems;
+        check_rules(node, {.most_destinations = most}, problems);
+        return problems;
+    };
+    EXPECT_THAT(problems_with(std::nullopt), IsEmpty());
+    EXPECT_THAT(problems_with(10), IsEmpty());
+    const auto problems = problems_with(9);
+    ASSERT_THAT(problems, SizeIs(1));
+    EXPECT_EQ(problems[0].at.line, 3u);
+    EXPECT_EQ(problems[0].message, "count: more than 9 destinations in all, which is what this platform has room for");
+    EXPECT_THAT(problems_with(1), SizeIs(1)); // told once
+}
+
 pcep_entry pcep(uint32_t id, uint32_t line)
 {
     pcep_entry made;
