@@ -67,6 +67,7 @@ struct command {
     std::vector<place> places = {place::program, place::script, place::shell};
     std::string_view undo = {};     // the command that undoes it, given those of its arguments that it takes
     bool needs_accelerator = false; // the software one: on a vendor's platform it does not apply
+    bool offline = false;           // uses no node, and so does not care whether there can be one
 
     bool allowed_in(place where) const;
     const argument *find_argument(std::string_view argument_name) const;

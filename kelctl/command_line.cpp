@@ -75,11 +75,19 @@ private:
     void take_command_words()
     {
         for (; more(); ++next_) {
+            const std::string_view word = next_command_word();
             const auto known = next_words(name_, where_);
-            if (std::find(known.begin(), known.end(), words_[next_].text) == known.end())
+            if (std::find(known.begin(), known.end(), word) == known.end())
                 return;
-            name_ = with_words_before(words_[next_].text);
+            name_ = with_words_before(word);
         }
+    }
+
+    // The command "version" is asked for by --version as well.
+    std::string_view next_command_word() const
+    {
+        const std::string_view word = words_[next_].text;
+        return name_.empty() && word == "--version" ? word.substr(2) : word;
     }
 
     invocation help_on_command_words()

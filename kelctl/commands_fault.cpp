@@ -120,7 +120,8 @@ std::vector<command> fault_commands()
          .variants = {{.run = list_functions}},
          .help = "List what a rule may name, and the codes of a sweep",
          .example = "fault functions",
-         .needs_accelerator = true},
+         .needs_accelerator = true,
+         .offline = true},
     };
 }
 

@@ -123,12 +123,14 @@ std::vector<command> node_commands()
          .variants = {{.run = check}},
          .help = "Check a node file and do nothing else",
          .arguments = {node_file_argument},
-         .example = "check examples/node.toml"},
+         .example = "check examples/node.toml",
+         .offline = true},
         {.name = "plan",
          .variants = {{.run = plan}},
          .help = "Show the calls that up would make, in their order",
          .arguments = {node_file_argument},
-         .example = "plan examples/node.toml"},
+         .example = "plan examples/node.toml",
+         .offline = true},
     };
 }
 

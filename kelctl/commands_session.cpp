@@ -1,4 +1,4 @@
-// Commands about commands: scripts, the shell, help.
+// Commands about commands: scripts, the shell, help, the version.
 #include "kelctl/commands.h"
 #include "kelctl/help.h"
 #include "kelctl/script.h"
@@ -46,6 +46,14 @@ result show_help(const invocation &asked, session &session)
     return done;
 }
 
+result show_version(const invocation &, session &)
+{
+    result done;
+    done.text = "kelctl " KELCTL_VERSION;
+    done.shown = {{"version", KELCTL_VERSION}};
+    return done;
+}
+
 result leave(const invocation &, session &session)
 {
     session.finished = true;
@@ -87,12 +95,20 @@ std::vector<command> session_commands()
                         .help = "words of a command or of a group",
                         .required = false,
                         .repeated = true}},
-         .example = "help ebcom path add"},
+         .example = "help ebcom path add",
+         .offline = true},
         {.name = "exit",
          .variants = {{.run = leave}},
          .help = "Leave the script or shell",
          .example = "exit",
-         .places = {place::script, place::shell}},
+         .places = {place::script, place::shell},
+         .offline = true},
+        {.name = "version",
+         .variants = {{.run = show_version}},
+         .help = "Print the version",
+         .example = "version",
+         .places = {place::program},
+         .offline = true},
     };
 }
 

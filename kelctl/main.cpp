@@ -34,10 +34,6 @@ bool holds(const std::vector<word> &words, std::string_view text)
 
 int run(const std::vector<word> &words)
 {
-    if (words.size() == 1 && words.front().text == "--version") {
-        write(stdout, "kelctl " KELCTL_VERSION "\n");
-        return exit_done;
-    }
     const bool json = holds(words, "--json");
     try {
         const invocation asked = parse(words, place::program);

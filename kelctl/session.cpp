@@ -11,6 +11,7 @@
 #include <fmt/ranges.h>
 
 #include <algorithm>
+#include <exception>
 #include <utility>
 
 namespace kelctl
@@ -78,7 +79,15 @@ result session::call_as(const invocation &asked, const call_text &text, const st
 
 result session::perform(const invocation &asked)
 {
-    return applies(asked) ? asked.chosen->run(asked, *this) : not_on_this_platform(asked);
+    if (!applies(asked))
+        return not_on_this_platform(asked);
+    if (auto wrong = asked.row->offline ? std::nullopt : switch_on_accelerator())
+        return {.status = exit_wrong_input, .errors = {{std::move(*wrong)}}};
+    try {
+        return asked.chosen->run(asked, *this);
+    } catch (const std::exception &error) {
+        return refused(error.what());
+    }
 }
 
 trace_log &session::log()

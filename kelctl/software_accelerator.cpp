@@ -19,6 +19,7 @@ __attribute__((weak)) char *softnode_graph_dot(void);
 __attribute__((weak)) char *softnode_limits_json(void);
 __attribute__((weak)) void softnode_reset(void);
 __attribute__((weak)) char *softnode_snapshot_json(void);
+__attribute__((weak)) char *softnode_switch_on(void);
 __attribute__((weak)) int softnode_timing_settle(uint32_t milliseconds);
 __attribute__((weak)) int32_t softnode_traffic_offer(const uint8_t mac[6], uint64_t frames, uint32_t octets_per_frame);
 __attribute__((weak)) int32_t softnode_traffic_send(uint32_t id, uint64_t frames, uint32_t octets_per_frame);
@@ -54,6 +55,11 @@ sweep_context &context_at(void *pointer)
 bool on_software_accelerator()
 {
     return softnode_reset != nullptr;
+}
+
+std::optional<std::string> switch_on_accelerator()
+{
+    return softnode_switch_on ? taken(softnode_switch_on()) : std::nullopt;
 }
 
 std::optional<std::string> accelerator_limits()

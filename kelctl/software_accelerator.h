@@ -17,6 +17,9 @@ namespace kelctl
 // Whether the process runs on it.
 bool on_software_accelerator();
 
+// What is wrong with the fault rules of the environment: the accelerator ends the process when it is used.
+std::optional<std::string> switch_on_accelerator();
+
 // How many objects of each kind the node has room for, as a JSON document.
 std::optional<std::string> accelerator_limits();
 

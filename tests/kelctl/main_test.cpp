@@ -3,7 +3,9 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <sstream>
 
 namespace
@@ -64,6 +66,67 @@ TEST(Main, VersionIsOneLine)
     EXPECT_EQ(outcome.status, 0);
     EXPECT_THAT(outcome.out, testing::MatchesRegex("kelctl [0-9]+\\.[0-9]+\\.[0-9]+\n"));
     EXPECT_EQ(outcome.err, "");
+}
+
+TEST(Main, VersionIsADocumentWhereJsonIsAskedFor)
+{
+    for (const auto &arguments : {std::vector<std::string>{"--version", "--json"}, {"--json", "--version"}}) {
+        const auto outcome = kelctl(arguments);
+        EXPECT_EQ(outcome.status, 0);
+        EXPECT_EQ(outcome.err, "");
+        EXPECT_THAT(outcome.out,
+                    testing::MatchesRegex(R"(\{"command":"version","arguments":\{\},"ok":true,"code":null,"text":null,)"
+                                          R"("result":\{"version":"[0-9]+\.[0-9]+\.[0-9]+"\}\})"
+                                          "\n"));
+    }
+}
+
+const std::map<std::string, std::string> wrong_environment = {{"KEL_SOFTNODE_FAULTS", "ork_bind=bogus"}};
+const std::string what_is_wrong = "KEL_SOFTNODE_FAULTS: \"ork_bind=bogus\": the effect is neither a result";
+
+TEST(WrongEnvironment, IsAnErrorOfTheCommand)
+{
+    const auto outcome = run_kelctl({.arguments = {"ebcom", "start"}, .environment = wrong_environment});
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_THAT(outcome.err, testing::StartsWith("kelctl: " + what_is_wrong));
+}
+
+TEST(WrongEnvironment, IsADocumentWhereJsonIsAskedFor)
+{
+    for (const auto &arguments : {std::vector<std::string>{"ebcom", "start"},
+                                  {"up", "examples/node.toml"},
+                                  {"run", "examples/node.kel"},
+                                  {"shell"},
+                                  {"snapshot"},
+                                  {"codes"}}) {
+        std::vector<std::string> with_json = arguments;
+        with_json.emplace_back("--json");
+        const auto outcome =
+            run_kelctl({.arguments = with_json, .environment = wrong_environment, .folder = KELCTL_SOURCE_DIR});
+        EXPECT_EQ(outcome.status, 2) << arguments[0];
+        EXPECT_EQ(outcome.err, "") << arguments[0];
+        EXPECT_EQ(std::count(outcome.out.begin(), outcome.out.end(), '\n'), 1) << arguments[0];
+        const auto told = nlohmann::json::parse(outcome.out, nullptr, false);
+        EXPECT_EQ(told["ok"], false) << arguments[0];
+        EXPECT_THAT(told["error"]["message"].get<std::string>(), testing::StartsWith(what_is_wrong)) << arguments[0];
+    }
+}
+
+TEST(WrongEnvironment, DoesNotMatterToWhatUsesNoNode)
+{
+    for (const auto &arguments : {std::vector<std::string>{"--help"},
+                                  {"--version"},
+                                  {"ports"},
+                                  {"limits"},
+                                  {"check", "examples/node.toml"},
+                                  {"plan", "examples/node.toml"},
+                                  {"fault", "functions"}}) {
+        const auto outcome =
+            run_kelctl({.arguments = arguments, .environment = wrong_environment, .folder = KELCTL_SOURCE_DIR});
+        EXPECT_EQ(outcome.status, 0) << arguments[0];
+        EXPECT_EQ(outcome.err, "") << arguments[0];
+    }
 }
 
 TEST(Main, HelpNamesCommandsStatusesAndEnvironment)

@@ -6,6 +6,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <stdexcept>
+
 namespace kelctl
 {
 namespace
@@ -56,6 +58,20 @@ TEST_F(Session, FailureIsAResult)
     ASSERT_EQ(done.failures.size(), 1u);
     EXPECT_EQ(done.failures[0].operation, "kel_ic_ebcom_port_to_mac_chan(iell_port=0)");
     EXPECT_THAT(err, testing::StartsWith("failed: kel_ic_ebcom_port_to_mac_chan(iell_port=0)\n"));
+}
+
+TEST_F(Session, ExceptionIsAnErrorOfItsCommand)
+{
+    const command row = {.name = "fail", .variants = {{.run = [](const invocation &, session &) -> result {
+                                             throw std::runtime_error("Too many open files");
+                                         }}}};
+    session json(place::shell, true, false);
+    CaptureStdout();
+    const result done = json.carry_out({.row = &row, .chosen = &row.variants.front(), .given = {}});
+    EXPECT_EQ(GetCapturedStdout(), R"({"command":"fail","arguments":{},"ok":false,"code":null,"text":null,"result":{},)"
+                                   R"("error":{"message":"Too many open files","file":null,"line":null,"column":null}})"
+                                   "\n");
+    EXPECT_EQ(done.status, exit_operation_failed);
 }
 
 TEST_F(Session, AddressesIdsAndHandlesAreRemembered)
