@@ -6,7 +6,7 @@
 namespace kelctl
 {
 
-bring_up::bring_up(std::vector<step> steps, const call_record &record) : steps_(std::move(steps)), record_(record)
+bring_up::bring_up(std::vector<step> steps, trace_log &log) : steps_(std::move(steps)), log_(log)
 {
 }
 
@@ -18,7 +18,7 @@ bring_up::~bring_up()
 std::optional<failure> bring_up::up(const step_listener &on_made, const stop_question &stop)
 {
     while (made_ < steps_.size() && !stop()) {
-        if (auto failed = run(steps_[made_].make, record_)) {
+        if (auto failed = run(steps_[made_].make, log_)) {
             failed_ = true;
             return failed;
         }
@@ -53,9 +53,9 @@ std::optional<refused_undo> bring_up::undo(const step &made, take_down &done)
 {
     if (!made.undo.call)
         return std::nullopt;
-    if (auto failed = run(made.undo, record_))
+    if (auto failed = run(made.undo, log_))
         return refused_undo{std::move(*failed), made.makes};
-    done.undone.push_back({made.undo.text(), made.makes, record_.log.operation_failures()});
+    done.undone.push_back({made.undo.text(), made.makes, log_.operation_failures()});
     return std::nullopt;
 }
 

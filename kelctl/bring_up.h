@@ -57,7 +57,7 @@ using stop_question = std::function<bool()>;
 class bring_up
 {
 public:
-    bring_up(std::vector<step> steps, const call_record &record);
+    bring_up(std::vector<step> steps, trace_log &log);
     ~bring_up(); // takes down what still stands
     bring_up(const bring_up &) = delete;
     bring_up &operator=(const bring_up &) = delete;
@@ -80,7 +80,7 @@ private:
     std::optional<refused_undo> undo(const step &made, take_down &done);
 
     std::vector<step> steps_;
-    call_record record_;
+    trace_log &log_;
     size_t made_ = 0;
     bool failed_ = false;
 };

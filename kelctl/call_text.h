@@ -1,29 +1,22 @@
-// A call into the library, written down: for a failure report, and as C.
+// What is passed into the library, as a failure report tells it: "dst_mac=02:00:00:02:00:01".
 #pragma once
 
+#include "kel/kel_core_ic_ebcom.h"
+#include "kel/kel_core_ic_pcep.h"
+#include "kelctl/mac_address.h"
+
+#include <array>
+#include <cstdint>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace kelctl
 {
 
-// What a C program does with a call's result.
-enum class returned { code, nothing, text };
-
-// A function that a C program has to define, to call the library's through it.
-struct c_helper {
-    std::string_view name = {};
-    std::string_view definition = {};
-};
-
-struct call_text {
-    std::vector<std::string> told = {};         // for a failure report: "pcep_id=7"
-    std::vector<std::string> declarations = {}; // C, in front of the call
-    std::vector<std::string> arguments = {};    // C
-    std::vector<std::string> afterwards = {};   // C, behind the call: showing what it read
-    returned result = returned::code;
-    c_helper instead = {};
-};
+std::string told(std::string_view name, const mac_address &mac);
+std::string told(std::string_view name, const std::array<uint8_t, 2> &numbers);
+std::string told(std::string_view name, const kel_ebcom_global_params &params); // by its members, as are the others
+std::string told(std::string_view name, const kel_ebcom_path_config &path);
+std::string told(std::string_view name, const kel_pcep_config &pcep);
 
 } // namespace kelctl

@@ -60,24 +60,6 @@ std::string_view rest_after(std::string_view words, std::string_view name)
 
 } // namespace
 
-argument emit_option()
-{
-    return {.name = "--emit",
-            .kind = choice({"c"}),
-            .help = "write what is done with the library as a C program",
-            .required = false,
-            .needs = "--output"};
-}
-
-argument emit_output_option()
-{
-    return {.name = "--output",
-            .kind = file(),
-            .help = "where the program is written; has to be given with --emit",
-            .required = false,
-            .needs = "--emit"};
-}
-
 bool command::allowed_in(place where) const
 {
     return std::find(places.begin(), places.end(), where) != places.end();

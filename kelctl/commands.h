@@ -21,8 +21,4 @@ std::vector<command> accelerator_commands(); // snapshot, graph, reset of the so
 std::vector<command> fault_commands();       // its fault rules
 std::vector<command> sweep_commands();       // every fault of a script
 
-// Two options of commands that carry out others: what was done is written as a program, too.
-argument emit_option();
-argument emit_output_option();
-
 } // namespace kelctl

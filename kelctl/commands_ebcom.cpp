@@ -29,7 +29,7 @@ result set_parameters(const invocation &asked, session &session)
 result show_capabilities(const invocation &asked, session &session)
 {
     kel_ebcom_capabilities capabilities{};
-    result done = session.call(asked, kel_core_ic_ebcom_capabilities_get, output("capabilities", capabilities));
+    result done = session.call(asked, kel_core_ic_ebcom_capabilities_get, output(capabilities));
     done.shown = {{"max_burst_size", capabilities.max_burst_size},
                   {"max_pcep_id", capabilities.max_pcep_id},
                   {"max_multicast_groups", capabilities.max_multicast_groups},
@@ -41,7 +41,7 @@ result create_interface(const invocation &asked, session &session)
 {
     kel_vsi_t vsi = 0;
     uint16_t out = 0;
-    result done = session.call(asked, kel_core_ic_ebcom_interface_create, output("vsi", vsi), output("out", out));
+    result done = session.call(asked, kel_core_ic_ebcom_interface_create, output(vsi), output(out));
     if (done.code == 0)
         done.shown = {{"vsi", vsi}};
     return done;
@@ -64,9 +64,9 @@ template <uint32_t (*Function)()> result stop(const invocation &asked, session &
 result convert_offset(const invocation &asked, session &session)
 {
     int64_t offset = 0;
-    result done = session.call(
-        asked, kel_ic_ebcom_cycles_to_ork_timestamp_offset, value("cycles", asked.given.number<int64_t>("--cycles")),
-        value("frequency", asked.given.number<uint32_t>("--frequency")), output("offset", offset));
+    result done = session.call(asked, kel_ic_ebcom_cycles_to_ork_timestamp_offset,
+                               value("cycles", asked.given.number<int64_t>("--cycles")),
+                               value("frequency", asked.given.number<uint32_t>("--frequency")), output(offset));
     done.shown = {{"ork_timestamp_offset", offset}};
     return done;
 }

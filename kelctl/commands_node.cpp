@@ -32,9 +32,6 @@ which is as fast as real time unless --step or --interval say otherwise. Rates
 are those of the last step. On a terminal they are drawn over each other;
 elsewhere every step has a block of its own, or with --json a line.
 
---emit c writes the calls as a program that makes the same ones and expects the
-same codes. The reading of counters during a watch is not among them.
-
 Ctrl-C takes down what stands. A second one ends kelctl at once. --hold and
 --watch end as well when the reader of standard output goes away.)";
 
@@ -114,9 +111,7 @@ std::vector<command> node_commands()
                         .help = "end the watch after so much virtual time",
                         .required = false,
                         .needs = "--watch"},
-                       {.name = "--keep", .kind = flag(), .help = "leave standing what stands when a step fails"},
-                       emit_option(),
-                       emit_output_option()},
+                       {.name = "--keep", .kind = flag(), .help = "leave standing what stands when a step fails"}},
          .example = "up examples/node.toml --hold",
          .places = {place::program}},
         {.name = "check",

@@ -90,7 +90,7 @@ result change_shaper(const invocation &asked, session &session)
 {
     const kel_ebcom_path_config config = path_of(asked.given);
     ork_ebcom_pcep_path path{};
-    result done = session.call(asked, Function, input("config", config), output("path", path));
+    result done = session.call(asked, Function, input("config", config), output(path));
     if (done.code == 0)
         Change(session.paths, config);
     if (path.queue_hdl)
@@ -102,7 +102,7 @@ template <uint32_t (*Function)(const uint8_t *, void **)>
 result look_up_handle(const invocation &asked, session &session)
 {
     void *handle = nullptr;
-    result done = session.call(asked, Function, input("dst_mac", asked.given.mac("MAC")), output("handle", handle));
+    result done = session.call(asked, Function, input("dst_mac", asked.given.mac("MAC")), output(handle));
     if (done.code == 0) {
         done.shown = fields{{"handle", fmt::format("{}", handle)}};
         session.known.handles.insert(reinterpret_cast<uint64_t>(handle));
@@ -114,8 +114,7 @@ result check_port_channel(const invocation &asked, session &session)
 {
     const auto port = asked.given.number<int32_t>("PORT");
     uint8_t channel = 0;
-    result done =
-        session.call(asked, kel_ic_ebcom_port_to_mac_chan, value("iell_port", port), output("mac_chan", channel));
+    result done = session.call(asked, kel_ic_ebcom_port_to_mac_chan, value("iell_port", port), output(channel));
     // The library has no mapping: what it accepts it leaves as it was.
     done.shown = {{"port", port_text(port)}, {"accepted", done.code == 0}};
     return done;

@@ -64,9 +64,8 @@ result locate(const invocation &asked, session &session)
 {
     uint32_t location = 0;
     uint32_t type = 0;
-    result done =
-        session.call(asked, kel_ic_pcep_get_location_and_type_from_branch, input("mac", asked.given.mac("MAC")),
-                     output("location", location), output("type", type));
+    result done = session.call(asked, kel_ic_pcep_get_location_and_type_from_branch,
+                               input("mac", asked.given.mac("MAC")), output(location), output(type));
     done.shown = {{"location", kel_location_name(location)}, {"location_code", location}, {"type", type}};
     return done;
 }
@@ -92,9 +91,8 @@ result ask_for_multicast_queue(const invocation &asked, session &session)
     kel_attach_info attach{};
     uint64_t queue = 0;
     uint64_t scheduler = 0;
-    result done =
-        session.call(asked, kel_core_ic_pcep_create_queue_and_scheduler_for_multicast, output("attach", attach),
-                     output("queue_handle", queue), output("scheduler_handle", scheduler));
+    result done = session.call(asked, kel_core_ic_pcep_create_queue_and_scheduler_for_multicast, output(attach),
+                               output(queue), output(scheduler));
     done.shown = {{"queue_handle", fmt::format("0x{:x}", queue)},
                   {"scheduler_handle", fmt::format("0x{:x}", scheduler)}};
     return done;

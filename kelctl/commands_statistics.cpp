@@ -57,7 +57,7 @@ std::string hexadecimal(const void *octets, size_t count)
 result global_record(const invocation &asked, session &session)
 {
     ebcom_global_stats stats{};
-    result done = session.call(asked, kel_ic_ebcom_get_global_stats, output("stats", stats));
+    result done = session.call(asked, kel_ic_ebcom_get_global_stats, output(stats));
     if (done.code != 0)
         return done;
     constexpr size_t row = 32;
@@ -76,8 +76,8 @@ template <auto Function> result global_text(const invocation &asked, session &se
 result queue_record(const invocation &asked, session &session)
 {
     ebcom_queue_stats stats{};
-    result done = session.call(asked, kel_core_ic_ebcom_queue_stats_get, input("dst_mac", asked.given.mac("MAC")),
-                               output("stats", stats));
+    result done =
+        session.call(asked, kel_core_ic_ebcom_queue_stats_get, input("dst_mac", asked.given.mac("MAC")), output(stats));
     if (done.code == 0)
         done.shown = counters_of(stats);
     return done;
@@ -95,7 +95,7 @@ result burst_record(const invocation &asked, session &session)
     };
     ebcom_queue_stats stats{};
     result done = session.call(asked, kel_ic_ebcom_set_burst_stats, pointer{"queue_handle", handle("--queue")},
-                               pointer{"scheduler_handle", handle("--scheduler")}, output("stats", stats));
+                               pointer{"scheduler_handle", handle("--scheduler")}, output(stats));
     done.shown = {{"max_burst_size", stats.max_burst_size}, {"current_burst_size", stats.current_burst_size}};
     return done;
 }
@@ -105,8 +105,7 @@ result burst_record(const invocation &asked, session &session)
 result pcep_driver_kit_record(const invocation &asked, session &session)
 {
     ebcom_pcep_stats stats{};
-    result done =
-        session.call(asked, kel_ic_pcep_get_stats, value("pcep_id", asked.given.id("ID")), output("stats", stats));
+    result done = session.call(asked, kel_ic_pcep_get_stats, value("pcep_id", asked.given.id("ID")), output(stats));
     const auto &[outbound, inbound] = stats;
     if (done.code == 0)
         done.shown = {{"out_cnt0", outbound.out_cnt0}, {"out_cnt1", outbound.out_cnt1}, {"in_cnt0", inbound.in_cnt0},
@@ -121,7 +120,7 @@ result pcep_driver_kit_record(const invocation &asked, session &session)
 template <uint32_t (*Function)(uint32_t, pcep_stats *)> result pcep_record(const invocation &asked, session &session)
 {
     pcep_stats stats{};
-    result done = session.call(asked, Function, value("pcep_id", asked.given.id("ID")), output("stats", stats));
+    result done = session.call(asked, Function, value("pcep_id", asked.given.id("ID")), output(stats));
     if (done.code == 0)
         done.shown = fields{{"in_cnt0", uint64_t{stats.in_cnt0}},   {"in_word4", uint32_t{stats.in_word4}},
                             {"in_word0", uint32_t{stats.in_word0}}, {"in_word5", uint32_t{stats.in_word5}},

@@ -24,31 +24,13 @@ constexpr const char *prefix_format = "%s(): ";
     return message;
 }
 
-// The same in C.
-constexpr c_helper list_helper = {
-    "format_list",
-    R"(static char *format_list(const char *prefix_format, const char *prefix, const char *body, ...)
-{
-    va_list values;
-    va_start(values, body);
-    char *message = kel_trace_internal_vformat_str(prefix_format, prefix, body, values);
-    va_end(values);
-    return message;
-}
-)"};
-
 template <char *(*Function)(const char *, const char *, const char *, ...)>
 result format_message(const invocation &asked, session &session)
 {
     const std::string &body = asked.given.text("TEXT");
     const char *prefix = asked.given.has("--prefix") ? asked.given.text("--prefix").c_str() : nullptr;
-    call_text text = text_of_call(constant_string{prefix_format}, string_value{"prefix", prefix}, constant_string{"%s"},
-                                  string_value{"body", body.c_str()});
-    text.result = returned::text;
-    if (Function == format_list)
-        text.instead = list_helper;
     std::string message;
-    result done = session.call_as(asked, text, [&] {
+    result done = session.call(asked, [&] {
         message = Function(prefix_format, prefix, "%s", body.c_str());
         return 0u;
     });
@@ -59,7 +41,7 @@ result format_message(const invocation &asked, session &session)
 
 result pass_trace_point(const invocation &asked, session &session)
 {
-    return session.call_as(asked, {.result = returned::nothing}, [] {
+    return session.call(asked, [] {
         kel_tracepoint();
         return 0u;
     });
@@ -70,10 +52,7 @@ result abort_node(const invocation &asked, session &session)
     const auto line = asked.given.number<uint32_t>("--line");
     const char *const file = asked.given.text("--file").c_str();
     const char *const reason = asked.given.text("REASON").c_str();
-    call_text text = text_of_call(value("line", line), string_value{"file", file}, constant_string{"%s"},
-                                  string_value{"reason", reason});
-    text.result = returned::nothing;
-    return session.call_as(asked, text, [=] {
+    return session.call(asked, [=] {
         kel_abort_internal_abort(line, file, "%s", reason);
         return 0u;
     });

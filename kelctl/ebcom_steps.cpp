@@ -37,7 +37,7 @@ step global_parameters_step(const ebcom_parameters &parameters)
 step interface_step()
 {
     return {.make = operation_of("kel_core_ic_ebcom_interface_create", kel_core_ic_ebcom_interface_create,
-                                 unread<kel_vsi_t>("vsi"), unread<uint16_t>("out")),
+                                 unread<kel_vsi_t>(), unread<uint16_t>()),
             .undo = operation_of("kel_core_ic_ebcom_interface_delete", kel_core_ic_ebcom_interface_delete),
             .makes = {.one = "interface", .undone = "deleted"},
             .failure_leaves_something = true};

@@ -4,17 +4,15 @@
 namespace kelctl
 {
 
-std::optional<failure> run(const operation &operation, const call_record &record)
+std::optional<failure> run(const operation &operation, trace_log &log)
 {
     if (!operation.call)
         return std::nullopt;
-    record.log.start_operation();
+    log.start_operation();
     const uint32_t code = operation.call();
-    if (record.program && operation.write)
-        operation.write(*record.program, code);
     if (code == 0)
         return std::nullopt;
-    return failure{operation.text(), code, record.log.operation_records()};
+    return failure{operation.text(), code, log.operation_records()};
 }
 
 } // namespace kelctl

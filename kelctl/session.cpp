@@ -1,14 +1,12 @@
 // Carrying commands out, one after the other.
 #include "kelctl/session.h"
 
-#include "kelctl/file_text.h"
 #include "kelctl/result_document.h"
 #include "kelctl/result_view.h"
 #include "kelctl/software_accelerator.h"
 #include "kelctl/terminal.h"
 
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
 #include <algorithm>
 #include <exception>
@@ -46,12 +44,7 @@ session::session(place here, bool json, bool trace)
 result session::carry_out(const invocation &asked, const origin &from)
 {
     show_as(asked.json, asked.trace);
-    const bool emit = asked.given.has("--emit");
-    if (emit)
-        program_.emplace();
     result done = perform(asked);
-    if (emit)
-        write_program(asked.given.text("--output"), done);
     remember(asked.given);
     show_as(asked.json, asked.trace); // the command may have carried out others meanwhile
     if (json_)
@@ -62,12 +55,9 @@ result session::carry_out(const invocation &asked, const origin &from)
     return done;
 }
 
-result session::call_as(const invocation &asked, const call_text &text, const std::function<uint32_t()> &make)
+result session::result_of(const operation &made)
 {
-    const std::string_view function = asked.chosen->function;
-    const auto told = [&] { return fmt::format("{}({})", function, fmt::join(text.told, ", ")); };
-    const auto write = [&](c_program &program, uint32_t code) { program.add(function, text, code); };
-    auto failed = kelctl::run({told, make, write}, record());
+    auto failed = kelctl::run(made, log());
     result done;
     done.code = failed ? failed->code : 0;
     if (failed) {
@@ -99,17 +89,6 @@ trace_log &session::log()
     return *log_;
 }
 
-call_record session::record()
-{
-    return {log(), program_ ? &*program_ : nullptr};
-}
-
-void session::remark(std::string_view text)
-{
-    if (program_)
-        program_->remark(text);
-}
-
 void session::tell(std::FILE *stream, std::string_view text) const
 {
     if (!json_)
@@ -136,16 +115,6 @@ void session::direct_trace()
     log_->print_to(tracing_ ? stderr : nullptr, json_ ? json_line : text_line);
     if (tracing_ && !tracer_installed() && !std::exchange(missing_tracer_told_, true))
         write(stderr, "no trace: the tracer is not installed on this machine\n");
-}
-
-void session::write_program(const std::string &file, result &done)
-{
-    auto why = write_file(file, program_->text());
-    program_.reset();
-    if (!why)
-        return;
-    done.status = std::max(done.status, exit_operation_failed);
-    done.errors.push_back({std::move(*why), file});
 }
 
 void session::remember(const arguments &used)

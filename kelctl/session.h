@@ -2,14 +2,12 @@
 #pragma once
 
 #include "kelctl/asked_paths.h"
-#include "kelctl/c_program.h"
 #include "kelctl/command.h"
 #include "kelctl/known_words.h"
 #include "kelctl/library_call.h"
 #include "kelctl/trace_log.h"
 
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -38,11 +36,8 @@ public:
     template <typename Function, typename... Parameters>
     result call(const invocation &asked, Function function, const Parameters &...parameters)
     {
-        return call_as(asked, text_of_call(parameters...), [&] { return call_with(function, parameters...); });
+        return result_of(operation_of(asked.chosen->function, function, parameters...));
     }
-
-    // The same for what returns no code, or is not called as it is written: `text` is the call, `make` makes it.
-    result call_as(const invocation &asked, const call_text &text, const std::function<uint32_t()> &make);
 
     // Text for people, as it comes up: nothing when results are shown as JSON, which tells it in the result.
     void tell(std::FILE *stream, std::string_view text) const;
@@ -52,12 +47,6 @@ public:
 
     // Listens from the first time that it is asked for: before that, nothing is going on beside the commands.
     trace_log &log();
-
-    // What operations are run with: the log, and the program that --emit asked for.
-    call_record record();
-
-    // A comment in that program.
-    void remark(std::string_view text);
 
     bool tracer_installed() const
     {
@@ -84,10 +73,9 @@ private:
     void show_as(bool json, bool trace);
     void direct_trace();
     void remember(const arguments &used);
-    void write_program(const std::string &file, result &done);
+    result result_of(const operation &made);
 
     std::optional<trace_log> log_;
-    std::optional<c_program> program_; // what is done meanwhile, for a command with --emit
     const bool json_by_default_;
     const bool trace_by_default_;
     bool json_;

@@ -19,8 +19,7 @@ using text_buffer = std::array<char, longest_text>;
 class statistics_reader
 {
 public:
-    statistics_reader(const call_record &record, counter_text layout)
-        : record_(record), format_("format", static_cast<uint8_t>(layout))
+    statistics_reader(trace_log &log, counter_text layout) : log_(log), format_("format", static_cast<uint8_t>(layout))
     {
     }
 
@@ -36,7 +35,7 @@ public:
     {
         ebcom_queue_stats stats{};
         if (succeeds(operation_of("kel_core_ic_ebcom_queue_stats_get", kel_core_ic_ebcom_queue_stats_get,
-                                  input("dst_mac", found_by), output("stats", stats))))
+                                  input("dst_mac", found_by), output(stats))))
             read_.queues.push_back({port, stats});
     }
 
@@ -61,23 +60,23 @@ public:
 private:
     bool succeeds(const operation &operation)
     {
-        auto failed = run(operation, record_);
+        auto failed = run(operation, log_);
         if (failed)
             read_.failures.push_back(std::move(*failed));
         return !failed;
     }
 
-    call_record record_;
+    trace_log &log_;
     value<uint8_t> format_;
     statistics read_;
 };
 
 } // namespace
 
-statistics read_statistics(const port_knowledge &ports, const std::vector<pcep_entry> &pceps, const call_record &record,
+statistics read_statistics(const port_knowledge &ports, const std::vector<pcep_entry> &pceps, trace_log &log,
                            counter_text layout)
 {
-    statistics_reader reader(record, layout);
+    statistics_reader reader(log, layout);
     reader.read_ebcom();
     for (const auto &[queue, port] : ports.port_of_queue) {
         const auto found_by = ports.found_by.find(queue);

@@ -35,7 +35,7 @@ struct statistics {
     std::vector<failure> failures;
 };
 
-statistics read_statistics(const port_knowledge &ports, const std::vector<pcep_entry> &pceps, const call_record &record,
+statistics read_statistics(const port_knowledge &ports, const std::vector<pcep_entry> &pceps, trace_log &log,
                            counter_text layout = counter_text::table);
 
 } // namespace kelctl

@@ -91,14 +91,12 @@ bool over_within(std::chrono::milliseconds longest)
 } // namespace
 
 node_from_file::node_from_file(std::unique_ptr<node_file> file, session &session)
-    : file_(std::move(file)), session_(session), steps_(steps_of(*file_)),
-      node_(std::move(steps_.all), session.record())
+    : file_(std::move(file)), session_(session), steps_(steps_of(*file_)), node_(std::move(steps_.all), session.log())
 {
 }
 
 bool node_from_file::up()
 {
-    session_.remark("The node, as its file wants it.");
     stood_ = make_steps();
     result_.shown["stood"] = stood_;
     return stood_;
@@ -146,8 +144,7 @@ void node_from_file::show_objects()
 
 bool node_from_file::show_counters()
 {
-    session_.remark("Its counters.");
-    statistics counters = read_statistics(ports_, file_->pceps, session_.record());
+    statistics counters = read_statistics(ports_, file_->pceps, session_.log());
     session_.tell(stdout, statistics_view(counters, painter_for(stdout)));
     result_.shown["statistics"] = statistics_fields(counters);
     const bool whole = counters.failures.empty();
@@ -191,7 +188,6 @@ void node_from_file::show_rates(const rates &shown, uint64_t time, redrawn_block
 bool node_from_file::down()
 {
     tell_background_failures();
-    session_.remark("Down again.");
     take_down done = node_.down();
     session_.paths.clear();
     const auto left = current_snapshot();

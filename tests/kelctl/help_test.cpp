@@ -48,7 +48,7 @@ TEST(Help, UsageBracketsWhatCanBeLeftOutAndBreaksBetweenArguments)
     EXPECT_THAT(help_on("ebcom path add"),
                 HasSubstr("Usage: ebcom path add MAC --port PORT [--rate RATE] [--burst SIZE]\n"
                           "       [--threshold SIZE]\n"));
-    EXPECT_THAT(help_on("run"), HasSubstr("Usage: run SCRIPT [--keep-going] [--emit WORD] [--output FILE]\n"));
+    EXPECT_THAT(help_on("run"), HasSubstr("Usage: run SCRIPT [--keep-going]\n"));
     EXPECT_THAT(help_on("help"), HasSubstr("Usage: help [COMMAND...]\n"));
 }
 
