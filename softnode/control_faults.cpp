@@ -49,6 +49,17 @@ char *softnode_faults_add_file(const char *file)
     return text_unless_empty(problem);
 }
 
+char *softnode_faults_add_text(const char *file, const char *text, size_t size)
+{
+    if (!file || !text)
+        return strdup("no file or no text: the pointer is null");
+    std::vector<FaultRule> rules;
+    const std::string problem = read_fault_text_of(file, {text, size}, rules);
+    if (problem.empty())
+        with_node([&](Node &node) { node.faults.add(std::move(rules)); });
+    return text_unless_empty(problem);
+}
+
 char *softnode_faults_json()
 {
     return strdup(with_node([](Node &node) { return fault_list(node.faults); }).c_str());
@@ -77,8 +88,13 @@ uint32_t softnode_faults_release()
 
 char *softnode_fault_sweep(const softnode_scenario *scenario)
 {
+    return softnode_fault_sweep_watched(scenario, nullptr);
+}
+
+char *softnode_fault_sweep_watched(const softnode_scenario *scenario, softnode_sweep_watcher *watcher)
+{
     if (!scenario || !scenario->run)
         return nullptr;
-    const auto report = fault_sweep(*scenario);
+    const auto report = fault_sweep(*scenario, watcher);
     return report ? strdup(report->c_str()) : nullptr;
 }

@@ -183,14 +183,17 @@ std::vector<TrialFault> faults_for(const std::vector<TrialCall> &calls)
 
 } // namespace
 
-std::optional<std::string> fault_sweep(const softnode_scenario &scenario)
+std::optional<std::string> fault_sweep(const softnode_scenario &scenario, softnode_sweep_watcher *watcher)
 {
     const auto undisturbed = run_once(scenario, std::nullopt);
     if (!undisturbed)
         return std::nullopt;
 
+    const std::vector<TrialFault> faults = faults_for(undisturbed->calls);
     Json runs = Json::array();
-    for (const TrialFault &fault : faults_for(undisturbed->calls)) {
+    for (const TrialFault &fault : faults) {
+        if (watcher && !watcher(scenario.context, runs.size(), faults.size()))
+            break;
         const auto run = run_once(scenario, fault);
         if (!run)
             return std::nullopt;
@@ -198,6 +201,7 @@ std::optional<std::string> fault_sweep(const softnode_scenario &scenario)
     }
     return written({{"calls", report_of(undisturbed->calls)},
                     {"undisturbed", report_of(std::nullopt, *undisturbed, {})},
+                    {"planned", faults.size()},
                     {"runs", std::move(runs)}});
 }
 

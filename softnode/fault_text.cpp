@@ -73,7 +73,9 @@ std::string position(std::string_view text, std::size_t at)
     return std::to_string(line) + ":" + std::to_string(column);
 }
 
-/* Nothing, with errno telling why, for a file that cannot be read. */
+constexpr std::size_t largest_file = std::size_t{16} * 1024 * 1024;
+
+/* Nothing, with errno telling why, for a file that cannot be read. EFBIG for one that is too large. */
 std::optional<std::string> contents_of(const std::string &file)
 {
     const std::unique_ptr<std::FILE, int (*)(std::FILE *)> stream(std::fopen(file.c_str(), "re"), std::fclose);
@@ -82,8 +84,13 @@ std::optional<std::string> contents_of(const std::string &file)
 
     std::string text;
     std::array<char, 4096> piece;
-    while (const std::size_t octets = std::fread(piece.data(), 1, piece.size(), stream.get()))
+    while (const std::size_t octets = std::fread(piece.data(), 1, piece.size(), stream.get())) {
         text.append(piece.data(), octets);
+        if (text.size() > largest_file) {
+            errno = EFBIG;
+            return std::nullopt;
+        }
+    }
     if (std::ferror(stream.get()))
         return std::nullopt;
     return text;
@@ -99,16 +106,19 @@ std::string read_fault_text(std::string_view text, std::vector<FaultRule> &rules
     return std::string("\"").append(bad->rule).append("\": ").append(bad->problem.what);
 }
 
+std::string read_fault_text_of(const std::string &file, std::string_view text, std::vector<FaultRule> &rules)
+{
+    const auto bad = read_lines(text, rules);
+    if (!bad)
+        return {};
+    const auto start = static_cast<std::size_t>(bad->rule.data() - text.data());
+    return file + ":" + position(text, start + bad->problem.at) + ": " + bad->problem.what;
+}
+
 std::string read_fault_file(const std::string &file, std::vector<FaultRule> &rules)
 {
     const auto text = contents_of(file);
-    if (!text)
-        return file + ": " + std::strerror(errno);
-    const auto bad = read_lines(*text, rules);
-    if (!bad)
-        return {};
-    const auto start = static_cast<std::size_t>(bad->rule.data() - text->data());
-    return file + ":" + position(*text, start + bad->problem.at) + ": " + bad->problem.what;
+    return text ? read_fault_text_of(file, *text, rules) : file + ": " + std::strerror(errno);
 }
 
 } // namespace softnode

@@ -31,9 +31,10 @@ std::string read_faults(const std::string &given, std::vector<FaultRule> &rules)
     return given.starts_with('@') ? read_fault_file(given.substr(1), rules) : read_fault_text(given, rules);
 }
 
+/* None in a process that has more rights than who started it. */
 void take_faults_from_environment(Instance &fresh)
 {
-    const char *given = std::getenv(faults_variable);
+    const char *given = secure_getenv(faults_variable);
     if (!given)
         return;
     std::vector<FaultRule> rules;

@@ -18,6 +18,7 @@
 #ifndef SOFTNODE_H
 #define SOFTNODE_H
 
+#include <stddef.h>
 #include <stdint.h>
 
 #ifdef __cplusplus
@@ -102,7 +103,7 @@ uint64_t softnode_time(void);
  *
  * The environment variable KEL_SOFTNODE_FAULTS holds rules for a process that does not know this header, or "@FILE", a
  * file with rules. When they cannot be read, the first closed call says so on standard error and ends the process with
- * status 2.
+ * status 2. A process with more rights than who started it, such as one with a set-user-ID file, has no such variable.
  *
  * @return null, or what is wrong with the first bad rule; then none was added. For a function that is not known this
  *         names those that are, and the one that was probably meant.
@@ -117,12 +118,19 @@ char *softnode_faults_add(const char *rules);
 char *softnode_switch_on(void);
 
 /**
- * Adds the rules of a file.
+ * Adds the rules of a file, which may have 16 MiB.
  *
  * @return null, or what is wrong, as FILE:LINE:COLUMN: message, without position for a file that cannot be read; then
  *         none was added
  */
 char *softnode_faults_add_file(const char *file);
+
+/**
+ * Adds the rules of a text of `size` octets that the caller has read from a file of this name.
+ *
+ * @return as softnode_faults_add_file()
+ */
+char *softnode_faults_add_text(const char *file, const char *text, size_t size);
 
 /** The rules in the order of adding, as a JSON array: `rule` as written, `hits` how many calls met it. */
 char *softnode_faults_json(void);
@@ -176,6 +184,7 @@ typedef struct softnode_scenario {
  *         function
  *         call         its number among the thread's calls of this function, from 1
  *     undisturbed  a run, see below. What it leaves is told as `left`.
+ *     planned      how many runs there are to be
  *     runs         in the order of calls, codes, and first the single failure:
  *         thread, function, call, code, persistent      the fault; null each in `undisturbed`
  *         outcome      "returned", "crashed" (by a signal, or it ended the process) or "hung" (its time limit passed)
@@ -187,6 +196,18 @@ typedef struct softnode_scenario {
  *     or null, when scenario or scenario->run is null, or no child process can be made
  */
 char *softnode_fault_sweep(const softnode_scenario *scenario);
+
+/**
+ * Asked in front of each run with a fault, in the process that asked for the sweep, with the scenario's context.
+ *
+ * @param done     runs that are over
+ * @param planned  runs that there are to be
+ * @return 0 ends the sweep
+ */
+typedef int softnode_sweep_watcher(void *context, size_t done, size_t planned);
+
+/** The same, watched. The report of a sweep that was ended has the runs until then. `watcher` may be null. */
+char *softnode_fault_sweep_watched(const softnode_scenario *scenario, softnode_sweep_watcher *watcher);
 
 /* ---- The timing unit ---- */
 

@@ -11,8 +11,10 @@
 #include "softnode/closed_functions.h"
 
 #include <cstdint>
+#include <cstdlib>
 #include <fcntl.h>
 #include <map>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
@@ -187,6 +189,21 @@ TEST_F(Faults, AFileOfRulesIsAddedWhole)
     EXPECT_EQ(add_fault_file(bad.name().c_str()), bad.name() + ":2:17: the call is not a number from 1 to 4294967295");
     EXPECT_EQ(kel_init_attach(&attach), 0U);
     EXPECT_EQ(add_fault_file(nullptr), "no file: the pointer is null");
+}
+
+TEST_F(Faults, TextOfAFileIsAllOfItOrNone)
+{
+    const auto add = [](const char *file, std::string_view text) {
+        const std::unique_ptr<char, void (*)(void *)> problem(softnode_faults_add_text(file, text.data(), text.size()),
+                                                              std::free);
+        return std::string(problem ? problem.get() : "");
+    };
+    using namespace std::string_view_literals;
+    EXPECT_EQ(add("rules", "kel_init_attach:1=10\n\0"sv).substr(0, 8), "rules:2:");
+    EXPECT_TRUE(fault_rules().empty());
+    EXPECT_EQ(add("rules", "kel_init_attach:1=10\n"), "");
+    EXPECT_EQ(fault_rules().size(), 1U);
+    EXPECT_EQ(add(nullptr, ""), "no file or no text: the pointer is null");
 }
 
 TEST_F(Faults, AFileThatTakesLongToReadHoldsNobodyUp)

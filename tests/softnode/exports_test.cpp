@@ -20,8 +20,10 @@ const std::set<std::string> text_functions{"kei_util_init_rc_str_get", "macAddr2
 /* What softnode.h declares. */
 const std::set<std::string> control_functions{"softnode_fault_functions_json",
                                               "softnode_fault_sweep",
+                                              "softnode_fault_sweep_watched",
                                               "softnode_faults_add",
                                               "softnode_faults_add_file",
+                                              "softnode_faults_add_text",
                                               "softnode_faults_clear",
                                               "softnode_faults_json",
                                               "softnode_faults_release",

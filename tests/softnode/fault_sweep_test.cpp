@@ -15,6 +15,7 @@
 #include <thread>
 #include <tuple>
 #include <unistd.h>
+#include <utility>
 
 namespace
 {
@@ -147,8 +148,34 @@ TEST_F(FaultSweep, NeedsNothingButRun)
         "calls": [],
         "undisturbed": {"thread": null, "function": null, "call": null, "code": null, "persistent": null,
                         "outcome": "returned", "result": 5, "note": null, "left": [], "missing": []},
+        "planned": 0,
         "runs": []
     })"));
+}
+
+/* Notes what it is told, and ends the sweep after three runs. */
+struct Watched {
+    std::vector<std::pair<std::size_t, std::size_t>> told;
+};
+
+TEST_F(FaultSweep, TellsHowFarItIsAndEndsWhenItShall)
+{
+    Watched watched;
+    const softnode_scenario scenario{[](void *) {
+                                         kel_attach_info attach{};
+                                         return kel_init_attach(&attach);
+                                     },
+                                     nullptr, nullptr, &watched, 0};
+    const auto watch = [](void *context, std::size_t done, std::size_t planned) {
+        static_cast<Watched *>(context)->told.emplace_back(done, planned);
+        return done < 3 ? 1 : 0;
+    };
+    const std::unique_ptr<char, void (*)(void *)> text(softnode_fault_sweep_watched(&scenario, watch), std::free);
+    const json report = json_of(text.get());
+    EXPECT_EQ(report["planned"], 6); /* three codes, once and for good */
+    EXPECT_EQ(report["runs"].size(), 3U);
+    EXPECT_EQ(watched.told, (decltype(watched.told){{0, 6}, {1, 6}, {2, 6}, {3, 6}}));
+    EXPECT_EQ(softnode_fault_sweep_watched(nullptr, watch), nullptr);
 }
 
 TEST_F(FaultSweep, ListsTheCallsOfTheScenarioInTheirOrder)

@@ -102,3 +102,16 @@ TEST(FaultFile, ThatCannotBeReadIsToldWithTheReason)
     EXPECT_EQ(read_fault_file("/nowhere/rules", rules), "/nowhere/rules: No such file or directory");
     EXPECT_EQ(read_fault_file("/", rules), "/: Is a directory");
 }
+
+TEST(FaultFile, HasALimit)
+{
+    std::vector<FaultRule> rules;
+    EXPECT_EQ(read_fault_file("/dev/zero", rules), "/dev/zero: File too large");
+}
+
+TEST(FaultTextOfAFile, NamesTheFileAndThePlace)
+{
+    std::vector<FaultRule> rules;
+    EXPECT_EQ(read_fault_text_of("rules", "ork_bind=-4\n  ork_bind:x=1\n", rules).substr(0, 10), "rules:2:12");
+    EXPECT_EQ(read_fault_text_of("rules", "ork_bind=-4\n", rules), "");
+}

@@ -25,6 +25,13 @@ TEST(FaultsFromTheEnvironment, AreNoneWithoutTheVariable)
     EXPECT_EQ(outcome.status, 0);
 }
 
+TEST(FaultsFromTheEnvironment, AreNoneInAProcessWithRaisedRights)
+{
+    const Outcome outcome = run("KEL_SOFTNODE_FAULTS=kel_init_attach=10 '" RAISED_VICTIM "' 2>&1");
+    EXPECT_EQ(outcome.output, "0\n0\n0\n");
+    EXPECT_EQ(outcome.status, 0);
+}
+
 TEST(FaultsFromTheEnvironment, MakeAnUnmodifiedProcessesCallsFail)
 {
     const Outcome outcome = run_with_faults("kel_init_attach:2=10;kel_init_attach:3=4");
