@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdint>
+#include <iterator>
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <system_error>
@@ -21,8 +22,15 @@ std::atomic<bool> interrupt_noted = false;
 std::atomic<bool> termination_noted = false;
 std::atomic<int> wake_up = -1;
 
-constexpr std::array<int, 3> watched = {SIGINT, SIGTERM, SIGHUP};
-std::array<struct sigaction, watched.size()> before;
+// Calls that a signal meets are continued. Handled once, it does the next time what it does by default.
+constexpr int handled_always = SA_RESTART;
+constexpr int handled_once = static_cast<int>(SA_RESETHAND | SA_RESTART);
+
+constexpr struct {
+    int signal;
+    int flags;
+} watched[] = {{SIGINT, handled_once}, {SIGTERM, handled_once}, {SIGHUP, handled_always}};
+std::array<struct sigaction, std::size(watched)> before;
 
 void note(int signal)
 {
@@ -34,13 +42,12 @@ void note(int signal)
     errno = error;
 }
 
-// Handled once: then the signal does what it does by default. Calls that it meets are continued.
-void handle_once(int signal, struct sigaction *former)
+void handle(int signal, int flags)
 {
     struct sigaction action = {};
     action.sa_handler = note;
-    action.sa_flags = static_cast<int>(SA_RESETHAND | SA_RESTART);
-    sigaction(signal, &action, former);
+    action.sa_flags = flags;
+    sigaction(signal, &action, nullptr);
 }
 
 } // namespace
@@ -52,14 +59,17 @@ interruption_watch::interruption_watch()
         throw std::system_error(errno, std::generic_category(), "eventfd");
     interrupt_noted = false;
     termination_noted = false;
-    for (size_t i = 0; i < watched.size(); ++i)
-        handle_once(watched[i], &before[i]);
+    for (size_t i = 0; i < before.size(); ++i) {
+        sigaction(watched[i].signal, nullptr, &before[i]);
+        if (before[i].sa_handler != SIG_IGN)
+            handle(watched[i].signal, watched[i].flags);
+    }
 }
 
 interruption_watch::~interruption_watch()
 {
-    for (size_t i = 0; i < watched.size(); ++i)
-        sigaction(watched[i], &before[i], nullptr);
+    for (size_t i = 0; i < before.size(); ++i)
+        sigaction(watched[i].signal, &before[i], nullptr);
     interrupt_noted = false;
     termination_noted = false;
     close(wake_up.exchange(-1));
@@ -79,8 +89,18 @@ void take_interruption()
 {
     uint64_t count = 0;
     [[maybe_unused]] const ssize_t got = read(wake_up, &count, sizeof count);
-    handle_once(SIGINT, nullptr);
+    if (!interrupt_noted)
+        return;
+    handle(SIGINT, handled_once);
     interrupt_noted = false;
+}
+
+void leave_interruptions_to_parent()
+{
+    for (const auto &one : watched)
+        std::signal(one.signal, SIG_IGN);
+    interrupt_noted = false;
+    termination_noted = false;
 }
 
 bool interrupted_within(std::chrono::milliseconds longest)

@@ -1,7 +1,8 @@
 // Ctrl-C, SIGTERM and the end of the terminal as something that is asked about between operations, so that none is torn apart.
 //
-// While there is a watch, the first such signal is only noted. A second one ends the process at once: the way out when an
-// operation hangs.
+// While there is a watch, the first such signal is only noted. A second SIGINT or SIGTERM ends the process at once: the
+// way out when an operation hangs. A terminal that goes away sends SIGHUP more than once, which only means the same again.
+// A signal that was ignored before stays ignored.
 #pragma once
 
 #include <chrono>
@@ -27,6 +28,9 @@ bool terminated();
 
 // Takes Ctrl-C back: it is as if it had not been, and the next one is the first again.
 void take_interruption();
+
+// In a child process of one that is watched: signals of the terminal reach both, and are the parent's to follow.
+void leave_interruptions_to_parent();
 
 // Waits for a signal, at most so long. True when one is noted and not taken.
 bool interrupted_within(std::chrono::milliseconds longest);

@@ -64,11 +64,37 @@ TEST(Interruption, NothingOutlastsTheWatch)
     EXPECT_FALSE(interrupted());
 }
 
-TEST(InterruptionDeathTest, SecondSignalEndsTheProcess)
+TEST(Interruption, TerminalMayGoAwayMoreThanOnce)
 {
     const interruption_watch watch;
-    std::raise(SIGINT);
-    EXPECT_EXIT(std::raise(SIGINT), testing::KilledBySignal(SIGINT), "");
+    for (int i = 0; i < 3; ++i)
+        std::raise(SIGHUP);
+    EXPECT_TRUE(terminated());
+}
+
+TEST(Interruption, IgnoredSignalStaysIgnored)
+{
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        const auto former = std::signal(signal, SIG_IGN);
+        {
+            const interruption_watch watch;
+            std::raise(signal);
+            EXPECT_FALSE(interrupted());
+            take_interruption();
+            std::raise(signal);
+            EXPECT_FALSE(interrupted());
+        }
+        EXPECT_EQ(std::signal(signal, former), SIG_IGN);
+    }
+}
+
+TEST(InterruptionDeathTest, SecondSignalEndsTheProcess)
+{
+    for (const int signal : {SIGINT, SIGTERM}) {
+        const interruption_watch watch;
+        std::raise(signal);
+        EXPECT_EXIT(std::raise(signal), testing::KilledBySignal(signal), "");
+    }
 }
 
 } // namespace
