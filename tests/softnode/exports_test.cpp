@@ -3,7 +3,7 @@
  */
 #include "command.h"
 
-#include "softnode/closed_functions.h"
+#include "softnode/faults/closed_functions.h"
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,176 @@
+/*
+ * table_layout.cpp - text and CSV, which are lines, and JSON, which is read and written anew at every step.
+ */
+#include "softnode/closed/table_layout.h"
+
+#include "softnode/common/json_text.h"
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+#include <utility>
+
+namespace softnode
+{
+
+namespace
+{
+
+constexpr std::string_view text_mark = "(truncated)\n";
+constexpr std::string_view csv_mark = "truncated,true\n";
+constexpr std::string_view json_mark = "\n  \"truncated\": true\n}";
+static_assert(longest_mark == json_mark.size() + sizeof "{");
+
+/* ---- Lines ---- */
+
+constexpr std::size_t label_width = 24;
+constexpr std::size_t value_width = 20;
+
+std::string on_one_line(std::string_view words)
+{
+    std::string line(words);
+    std::replace_if(
+        line.begin(), line.end(), [](char letter) { return static_cast<unsigned char>(letter) < ' '; }, ' ');
+    return line;
+}
+
+bool is_lines(std::string_view)
+{
+    return true;
+}
+
+/* Where the last line begins. */
+std::size_t end_of_previous_line(std::string_view text)
+{
+    text.remove_suffix(text.empty() ? 0 : 1);
+    return text.rfind('\n') + 1;
+}
+
+std::string without_last_line(std::string_view text)
+{
+    return std::string(text.substr(0, end_of_previous_line(text)));
+}
+
+std::string text_title(std::string_view text, std::string_view title)
+{
+    return std::string(text) + on_one_line(title) + ":\n";
+}
+
+std::string text_row(std::string_view text, std::string_view label, std::uint64_t value)
+{
+    std::string name = on_one_line(label);
+    name.resize(std::max(name.size(), label_width), ' ');
+    const std::string digits = std::to_string(value);
+    return std::string(text) + "  " + name + " " + std::string(value_width - digits.size(), ' ') + digits + "\n";
+}
+
+std::string text_with_mark(std::string_view text)
+{
+    return std::string(text).append(text_mark);
+}
+
+/* Quoted where its letters ask for it. */
+std::string csv_field(std::string_view words)
+{
+    std::string line = on_one_line(words);
+    if (line.find_first_of(",\"") == std::string::npos)
+        return line;
+    std::string field = "\"";
+    for (const char letter : line)
+        field.append(letter == '"' ? 2 : 1, letter);
+    return field + "\"";
+}
+
+std::string csv_title(std::string_view text, std::string_view title)
+{
+    return std::string(text) + "title," + csv_field(title) + "\n";
+}
+
+std::string csv_row(std::string_view text, std::string_view label, std::uint64_t value)
+{
+    return std::string(text) + csv_field(label) + "," + std::to_string(value) + "\n";
+}
+
+std::string csv_with_mark(std::string_view text)
+{
+    return std::string(text).append(csv_mark);
+}
+
+/* ---- JSON ---- */
+
+/* What is no JSON object yields something else than an object. */
+Json read_json(std::string_view text)
+{
+    return text.empty() ? Json::object() : Json::parse(text, nullptr, false);
+}
+
+/* Puts a member last; there it stays open to rows when it is a title's. */
+void put_last(Json &object, std::string_view key, Json value)
+{
+    const std::string name(key);
+    object.erase(name);
+    object[name] = std::move(value);
+}
+
+/* Where rows go: under the last title, if there is one. */
+Json &open_part(Json &document)
+{
+    return !document.empty() && document.back().is_object() ? document.back() : document;
+}
+
+bool is_json(std::string_view text)
+{
+    return read_json(text).is_object();
+}
+
+std::string json_title(std::string_view text, std::string_view title)
+{
+    Json document = read_json(text);
+    put_last(document, title, Json::object());
+    return written(document);
+}
+
+std::string json_row(std::string_view text, std::string_view label, std::uint64_t value)
+{
+    Json document = read_json(text);
+    put_last(open_part(document), label, value);
+    return written(document);
+}
+
+std::string json_without_last(std::string_view text)
+{
+    Json document = read_json(text);
+    Json &part = open_part(document).empty() ? document : open_part(document);
+    if (!part.empty())
+        part.erase(std::prev(part.end()));
+    return written(document);
+}
+
+std::string json_with_mark(std::string_view text)
+{
+    Json document = read_json(text);
+    put_last(document, "truncated", true);
+    return written(document);
+}
+
+/* Indexed by format. */
+constexpr std::array<TableLayout, 3> layouts{{
+    {is_lines, text_title, text_row, without_last_line, text_with_mark},
+    {is_lines, csv_title, csv_row, without_last_line, csv_with_mark},
+    {is_json, json_title, json_row, json_without_last, json_with_mark},
+}};
+
+} // namespace
+
+const TableLayout &table_layout(std::uint8_t format)
+{
+    return layouts[format < layouts.size() ? format : 0];
+}
+
+bool is_marked(std::string_view text)
+{
+    const std::string_view last_line = text.substr(end_of_previous_line(text));
+    return last_line == text_mark || last_line == csv_mark || text.ends_with(json_mark);
+}
+
+} // namespace softnode

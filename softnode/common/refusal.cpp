@@ -1,0 +1,44 @@
+/*
+ * refusal.cpp - the two code spaces of a refusal, as tabulated in refusal.h.
+ */
+#include "softnode/common/refusal.h"
+
+#include <array>
+
+namespace softnode
+{
+
+namespace
+{
+
+struct Codes {
+    ork_rc driver_kit;
+    std::uint32_t companion;
+};
+
+/* Indexed by Refusal. */
+constexpr std::array<Codes, 8> codes{{
+    {ORK_OK, KEL_RC_OK},
+    {ORK_INVAL, KEL_RC_OUT_OF_RANGE},
+    {ORK_NOTAVAIL, KEL_RC_NOT_FOUND},
+    {ORK_AGAIN, KEL_RC_IN_USE},
+    {ORK_NOPORT, KEL_RC_OUT_OF_RANGE},
+    {ORK_OUTOFRANGE, KEL_RC_LIMIT},
+    {ORK_NODOMAIN, KEL_RC_FAILED},
+    {ORK_SHUTDOWN, KEL_RC_FAILED},
+}};
+static_assert(codes.size() == Refusal::shut_down + 1);
+
+} // namespace
+
+ork_rc driver_kit_code(Refusal refusal)
+{
+    return codes[refusal].driver_kit;
+}
+
+std::uint32_t companion_code(Refusal refusal)
+{
+    return codes[refusal].companion;
+}
+
+} // namespace softnode

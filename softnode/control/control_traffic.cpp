@@ -1,0 +1,30 @@
+/*
+ * control_traffic.cpp - the control interface: traffic in virtual time, over the process-wide node.
+ */
+#include "softnode/softnode.h"
+
+#include "softnode/instance/instance.h"
+
+using namespace softnode;
+
+int32_t softnode_traffic_offer(const uint8_t mac[6], uint64_t frames, uint32_t octets_per_frame)
+{
+    if (!mac)
+        return driver_kit_code(Refusal::invalid);
+    return with_node([&](Node &node) { return driver_kit_code(node.offer(mac_at(mac), {frames, octets_per_frame})); });
+}
+
+int32_t softnode_traffic_send(uint32_t id, uint64_t frames, uint32_t octets_per_frame)
+{
+    return with_node([&](Node &node) { return driver_kit_code(node.send(id, {frames, octets_per_frame})); });
+}
+
+void softnode_time_advance(uint64_t nanoseconds)
+{
+    with_node([&](Node &node) { node.advance(nanoseconds); });
+}
+
+uint64_t softnode_time()
+{
+    return with_node([](Node &node) { return node.clock.now(); });
+}

@@ -1,0 +1,108 @@
+/*
+ * instance.cpp - the process-wide node and its first minute.
+ */
+#include "softnode/instance/instance.h"
+
+#include "softnode/faults/fault_text.h"
+#include "softnode/instance/timing_user.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <unistd.h>
+#include <utility>
+#include <vector>
+
+namespace softnode
+{
+
+namespace
+{
+
+constexpr const char *faults_variable = "KEL_SOFTNODE_FAULTS";
+constexpr int unreadable_faults_status = 2;
+
+/* "@FILE" or the rules themselves. */
+std::string read_faults(const std::string &given, std::vector<FaultRule> &rules)
+{
+    if (given == "@")
+        return "no file is named behind the @";
+    return given.starts_with('@') ? read_fault_file(given.substr(1), rules) : read_fault_text(given, rules);
+}
+
+/* None in a process that has more rights than who started it. */
+void take_faults_from_environment(Instance &fresh)
+{
+    const char *given = secure_getenv(faults_variable);
+    if (!given)
+        return;
+    std::vector<FaultRule> rules;
+    const std::string problem = read_faults(given, rules);
+    if (problem.empty())
+        fresh.node.faults.add(std::move(rules));
+    else
+        fresh.wrong_faults = std::string(faults_variable) + ": " + problem;
+}
+
+Instance *first_instance()
+{
+    auto fresh = std::make_unique<Instance>();
+    take_faults_from_environment(*fresh);
+    return fresh.release();
+}
+
+/* Where the node stands. Whoever is the first to ask says which one that is. */
+Instance *&place(Instance *(*first)())
+{
+    static Instance *here = first();
+    return here;
+}
+
+/* Lets go of the node until the call may go on. False when the node was switched off meanwhile. */
+bool wait_for_release(std::size_t function)
+{
+    Instance &here = instance();
+    TimingUnit &timing = here.node.timing;
+    const Handle system = here.node.attachment.system(); /* another one after every reset */
+    const User user = this_thread();
+    timing.hold(user, function);
+    here.user_moved.notify_all();
+    here.released.wait(here.mutex, [&] { return !timing.holds(user); });
+    return here.node.attachment.system() == system;
+}
+
+} // namespace
+
+Instance &instance()
+{
+    Instance &here = *place(first_instance);
+    if (here.wrong_faults.empty())
+        return here;
+    std::fprintf(stderr, "libkel-softnode: %s\n", here.wrong_faults.c_str());
+    _exit(unreadable_faults_status);
+}
+
+const std::string &switch_on()
+{
+    return place(first_instance)->wrong_faults;
+}
+
+/* An old one stays where it is: its lock may be held for good by a thread that did not come along. */
+void start_over()
+{
+    place([]() -> Instance * { return nullptr; }) = new Instance;
+}
+
+std::optional<std::int64_t> arrive_at(std::size_t function)
+{
+    const FaultEffects effects = instance().node.begin_call(function);
+    if (effects.block && !wait_for_release(function))
+        return driver_kit_code(Refusal::shut_down);
+    if (std::optional<Trial> &trial = instance().trial)
+        if (const auto result = trial->begin_call(this_thread(), function))
+            return result;
+    return effects.result;
+}
+
+} // namespace softnode

@@ -1,0 +1,99 @@
+/*
+ * node.cpp - operations that concern more than one family of objects.
+ */
+#include "softnode/node/node.h"
+
+#include "softnode/closed/statistics.h"
+#include "softnode/node/records.h"
+
+namespace softnode
+{
+
+FaultEffects Node::begin_call(std::size_t function)
+{
+    const FaultEffects effects = faults.begin_call(function);
+    advance(effects.latency);
+    return effects;
+}
+
+Refusal Node::create_path(const ork_ebcom_pcep_path &path)
+{
+    const Handle queue = handle_of(path.queue_hdl);
+    if (const Refusal refusal = qos.check_queue(queue))
+        return refusal;
+    return ebcom.create_path(mac_at(path.macAddr), {path.pcepType, path.eioaPort, queue});
+}
+
+Handle Node::queue_of(const Path &path) const
+{
+    return qos.check_queue(path.queue) == Refusal::granted ? path.queue : Handle::null;
+}
+
+Refusal Node::remove_queue(Handle queue)
+{
+    if (const Refusal refusal = qos.check_queue(queue))
+        return refusal;
+
+    const Waiting waiting = qos.queues().at(queue).waiting();
+    ebcom.add(Fate::dropped, {waiting.frames, waiting.octets});
+    return qos.remove_queue(queue);
+}
+
+Refusal Node::delete_scheduler(Handle scheduler)
+{
+    if (const Refusal refusal = qos.check_scheduler(scheduler))
+        return refusal;
+    if (pceps.send_through(scheduler))
+        return Refusal::busy;
+    return qos.delete_scheduler(scheduler);
+}
+
+Refusal Node::bind(const ork_bind_params &params)
+{
+    if (const Refusal refusal = check_binding(params))
+        return refusal;
+    return pceps.bind(params.pcep_id, static_cast<Handle>(params.target));
+}
+
+Refusal Node::unbind(const ork_bind_params &params)
+{
+    if (const Refusal refusal = check_binding(params))
+        return refusal;
+    return pceps.unbind(params.pcep_id);
+}
+
+Refusal Node::create_group(const ork_ebcom_multicast_group &params, Handle scheduler, Handle &group)
+{
+    if (scheduler != Handle::null)
+        if (const Refusal refusal = qos.check_scheduler(scheduler))
+            return refusal;
+    return pceps.create_group(params, scheduler, group);
+}
+
+ebcom_global_stats Node::statistics() const
+{
+    return global_statistics(ebcom.counters(), {ebcom.paths().size(), pceps.pceps().size(), pceps.groups().size()});
+}
+
+void Node::reset()
+{
+    clock.reset();
+    attachment.reset();
+    qos.reset();
+    ebcom.reset();
+    pceps.reset();
+    timing.reset();
+    restarts.clear();
+    faults.reset();
+}
+
+Refusal Node::check_binding(const ork_bind_params &params) const
+{
+    if (!well_formed(params))
+        return Refusal::invalid;
+    if (const Refusal refusal = attachment.check_driver_kit(handle_of(params.ork_handle)))
+        return refusal;
+    return attachment.check_ehsfp_target(static_cast<Handle>(params.target));
+}
+
+} // namespace softnode

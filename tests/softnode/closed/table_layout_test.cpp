@@ -1,0 +1,178 @@
+/*
+ * table_layout_test.cpp - the three layouts, step by step.
+ */
+#include "softnode/closed/table_layout.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <cstdint>
+
+using namespace softnode;
+
+namespace
+{
+
+const TableLayout &text = table_layout(0);
+const TableLayout &csv = table_layout(1);
+const TableLayout &json = table_layout(2);
+
+/* Two titles; the numbers are the smallest and the largest. */
+std::string example(const TableLayout &layout)
+{
+    std::string table = layout.with_title("", "Ports");
+    table = layout.with_row(table, "up", 0);
+    table = layout.with_row(table, "down", UINT64_MAX);
+    table = layout.with_title(table, "Errors");
+    return layout.with_row(table, "current_burst_size", 4'294'967'295);
+}
+
+} // namespace
+
+TEST(TableLayout, TextIsAligned)
+{
+    EXPECT_EQ(example(text), "Ports:\n"
+                             "  up                                          0\n"
+                             "  down                     18446744073709551615\n"
+                             "Errors:\n"
+                             "  current_burst_size                 4294967295\n");
+}
+
+TEST(TableLayout, CsvIsPairs)
+{
+    EXPECT_EQ(example(csv), "title,Ports\nup,0\ndown,18446744073709551615\ntitle,Errors\n"
+                            "current_burst_size,4294967295\n");
+}
+
+TEST(TableLayout, JsonHasAnObjectPerTitle)
+{
+    EXPECT_EQ(example(json), R"({
+  "Ports": {
+    "up": 0,
+    "down": 18446744073709551615
+  },
+  "Errors": {
+    "current_burst_size": 4294967295
+  }
+})");
+}
+
+TEST(TableLayout, EveryOtherFormatIsText)
+{
+    for (unsigned format = 3; format <= 255; ++format)
+        EXPECT_EQ(&table_layout(static_cast<std::uint8_t>(format)), &text);
+}
+
+TEST(TableLayout, RowsNeedNoTitle)
+{
+    EXPECT_EQ(csv.with_row("", "up", 1), "up,1\n");
+    EXPECT_EQ(json.with_row("", "up", 1), "{\n  \"up\": 1\n}");
+    EXPECT_EQ(json.with_row("{}", "up", 1), "{\n  \"up\": 1\n}");
+}
+
+TEST(TableLayout, ATitleNeedsNoRows)
+{
+    EXPECT_EQ(text.with_title("", "Ports"), "Ports:\n");
+    EXPECT_EQ(json.with_title("", "Ports"), "{\n  \"Ports\": {}\n}");
+}
+
+TEST(TableLayout, ALongLabelMovesItsNumber)
+{
+    EXPECT_EQ(text.with_row("", "a label of twenty-six char", 7),
+              "  a label of twenty-six char                    7\n");
+}
+
+TEST(TableLayout, LinesStayLines)
+{
+    EXPECT_EQ(text.with_title("", "one\ntwo\t"), "one two :\n");
+    EXPECT_EQ(csv.with_row("", "one\r\ntwo", 1), "one  two,1\n");
+}
+
+TEST(TableLayout, CsvQuotesWhatItsReadersWouldSplit)
+{
+    EXPECT_EQ(csv.with_row("", "a,b", 1), "\"a,b\",1\n");
+    EXPECT_EQ(csv.with_title("", "the \"best\""), "title,\"the \"\"best\"\"\"\n");
+}
+
+TEST(TableLayout, JsonTakesAnyLetters)
+{
+    const std::string table = json.with_row("", "quote \" line \n cut \xc3", 1);
+    EXPECT_EQ(nlohmann::json::parse(table), (nlohmann::json{{"quote \" line \n cut \xef\xbf\xbd", 1}}));
+    EXPECT_TRUE(json.is_table(table));
+}
+
+TEST(TableLayout, ARepeatedTitleOrLabelReplacesTheEarlierOneInJson)
+{
+    std::string table = json.with_row(example(json), "current_burst_size", 1);
+    table = json.with_row(json.with_title(table, "Ports"), "up", 2);
+    EXPECT_EQ(nlohmann::json::parse(table),
+              (nlohmann::json{{"Errors", {{"current_burst_size", 1}}}, {"Ports", {{"up", 2}}}}));
+}
+
+TEST(TableLayout, OnlyAJsonObjectIsGoneOnWithAsJson)
+{
+    for (const char *table : {"", "{}", "{\"up\": 1}"})
+        EXPECT_TRUE(json.is_table(table)) << table;
+    for (const char *other : {"Ports:\n", "[]", "1", "{", "{\"up\": 1"})
+        EXPECT_FALSE(json.is_table(other)) << other;
+    for (const TableLayout *lines : {&text, &csv})
+        EXPECT_TRUE(lines->is_table("anything"));
+}
+
+TEST(TableLayout, TakingAwayTheLastUndoesTheSteps)
+{
+    for (const TableLayout *layout : {&text, &csv, &json}) {
+        const std::string title = layout->with_title("", "Ports");
+        const std::string row = layout->with_row(title, "up", 1);
+        const std::string second = layout->with_row(row, "down", 2);
+        const std::string other = layout->with_title(second, "Errors");
+        EXPECT_EQ(layout->without_last(other), second);
+        EXPECT_EQ(layout->without_last(second), row);
+        EXPECT_EQ(layout->without_last(row), title);
+    }
+}
+
+TEST(TableLayout, TakingAwayFromNothingLeavesNothing)
+{
+    EXPECT_EQ(text.without_last(""), "");
+    EXPECT_EQ(csv.without_last(csv.with_title("", "Ports")), "");
+    EXPECT_EQ(json.without_last(""), "{}");
+    EXPECT_EQ(json.without_last(json.with_title("", "Ports")), "{}");
+}
+
+TEST(TableLayout, TheMarkStandsLast)
+{
+    EXPECT_EQ(text.with_mark("Ports:\n"), "Ports:\n(truncated)\n");
+    EXPECT_EQ(csv.with_mark("title,Ports\n"), "title,Ports\ntruncated,true\n");
+    EXPECT_EQ(json.with_mark("{\"Ports\": {}}"), "{\n  \"Ports\": {},\n  \"truncated\": true\n}");
+    EXPECT_EQ(json.with_mark("{\"truncated\": 5, \"up\": 1}"), "{\n  \"up\": 1,\n  \"truncated\": true\n}");
+}
+
+TEST(TableLayout, NoMarkAloneIsLongerThanTheLongest)
+{
+    std::size_t longest = 0;
+    for (const TableLayout *layout : {&text, &csv, &json})
+        longest = std::max(longest, layout->with_mark("").size() + 1);
+    EXPECT_EQ(longest, longest_mark);
+}
+
+TEST(TableLayout, AMarkIsRecognisedInEveryLayout)
+{
+    for (const TableLayout *layout : {&text, &csv, &json}) {
+        EXPECT_TRUE(is_marked(layout->with_mark(example(*layout))));
+        EXPECT_TRUE(is_marked(layout->with_mark("")));
+        EXPECT_FALSE(is_marked(example(*layout)));
+    }
+    EXPECT_FALSE(is_marked(""));
+}
+
+TEST(TableLayout, NoTitleOrRowPassesForAMark)
+{
+    for (const TableLayout *layout : {&text, &csv, &json})
+        for (const char *words : {"(truncated)", "truncated", "truncated,true", "(truncated)\n", "truncated,true\n",
+                                  "\"truncated\": true", "\n  \"truncated\": true\n}"}) {
+            EXPECT_FALSE(is_marked(layout->with_title("", words))) << words;
+            EXPECT_FALSE(is_marked(layout->with_row("", words, 1))) << words;
+        }
+}

@@ -1,0 +1,310 @@
+/*
+ * qos_graph_test.cpp - schedulers and queues alone.
+ */
+#include "softnode/node/qos_graph.h"
+
+#include "softnode/common/facts.h"
+
+#include <gtest/gtest.h>
+
+namespace facts = softnode::facts;
+using softnode::Handle;
+using softnode::Refusal;
+
+namespace
+{
+
+class QosGraph : public testing::Test
+{
+protected:
+    static ork_qos_scheduler_params under(Handle parent)
+    {
+        ork_qos_scheduler_params params{};
+        params.parent = softnode::pointer_of(parent);
+        params.vsiEthDevId = facts::event_device;
+        return params;
+    }
+
+    Handle scheduler(Handle parent = Handle::null)
+    {
+        Handle handle = Handle::null;
+        EXPECT_EQ(graph.create_scheduler(under(parent), handle), Refusal::granted);
+        return handle;
+    }
+
+    Refusal add_queue(Handle scheduler, Handle &queue)
+    {
+        return graph.add_queue(params, facts::queue_kind, scheduler, facts::event_device, queue);
+    }
+
+    Handle queue(Handle scheduler)
+    {
+        Handle handle = Handle::null;
+        EXPECT_EQ(add_queue(scheduler, handle), Refusal::granted);
+        return handle;
+    }
+
+    kel_init_qos_queue_params params{1, 1000, 25'600, 64};
+    Handle untouched = static_cast<Handle>(0x1234);
+    softnode::QosGraph graph;
+};
+
+} // namespace
+
+TEST_F(QosGraph, ASchedulerWithoutParentHangsUnderTheRoot)
+{
+    const Handle root = scheduler();
+    EXPECT_EQ(graph.schedulers().at(root).parent, Handle::null);
+}
+
+TEST_F(QosGraph, ASchedulerHangsUnderItsParent)
+{
+    const Handle top = scheduler();
+    const Handle below = scheduler(top);
+    EXPECT_EQ(graph.schedulers().at(below).parent, top);
+}
+
+TEST_F(QosGraph, SchedulerParametersAreKeptAsGiven)
+{
+    ork_qos_scheduler_params given = under(Handle::null);
+    given.shapingMode = 3;
+    given.schedulingMode = 11;
+    given.arbitrationMode = 7;
+    given.serviceQuantum = 3036;
+    given.rootId = 20;
+    Handle handle = Handle::null;
+    ASSERT_EQ(graph.create_scheduler(given, handle), Refusal::granted);
+    const ork_qos_scheduler_params &kept = graph.schedulers().at(handle).params;
+    EXPECT_EQ(kept.shapingMode, 3U);
+    EXPECT_EQ(kept.schedulingMode, 11U);
+    EXPECT_EQ(kept.arbitrationMode, 7U);
+    EXPECT_EQ(kept.serviceQuantum, 3036U);
+    EXPECT_EQ(kept.rootId, 20U);
+}
+
+TEST_F(QosGraph, AParentThatIsNoSchedulerIsRefused)
+{
+    const Handle top = scheduler();
+    for (const Handle parent : {static_cast<Handle>(0x1234), queue(top)})
+        EXPECT_EQ(graph.create_scheduler(under(parent), untouched), Refusal::invalid);
+    EXPECT_EQ(untouched, static_cast<Handle>(0x1234));
+    EXPECT_EQ(graph.schedulers().size(), 1U);
+}
+
+TEST_F(QosGraph, ADeletedParentIsGone)
+{
+    const Handle parent = scheduler();
+    ASSERT_EQ(graph.delete_scheduler(parent), Refusal::granted);
+    EXPECT_EQ(graph.create_scheduler(under(parent), untouched), Refusal::gone);
+}
+
+TEST_F(QosGraph, ASchedulerOnAnotherDeviceIsRefused)
+{
+    ork_qos_scheduler_params elsewhere = under(Handle::null);
+    elsewhere.vsiEthDevId = facts::event_device + 1;
+    EXPECT_EQ(graph.create_scheduler(elsewhere, untouched), Refusal::no_device);
+    EXPECT_EQ(untouched, static_cast<Handle>(0x1234));
+}
+
+TEST_F(QosGraph, TheSchedulerAfterTheLastOneThatFitsIsRefused)
+{
+    for (std::size_t count = 0; count < facts::most_schedulers; ++count)
+        scheduler();
+    EXPECT_EQ(graph.create_scheduler(under(Handle::null), untouched), Refusal::full);
+    EXPECT_EQ(untouched, static_cast<Handle>(0x1234));
+}
+
+TEST_F(QosGraph, DeletingASchedulerMakesRoomForAnother)
+{
+    for (std::size_t count = 1; count < facts::most_schedulers; ++count)
+        scheduler();
+    ASSERT_EQ(graph.delete_scheduler(scheduler()), Refusal::granted);
+    EXPECT_NE(scheduler(), Handle::null);
+}
+
+TEST_F(QosGraph, DeletingASchedulerWithChildrenIsRefused)
+{
+    const Handle top = scheduler();
+    const Handle below = scheduler(top);
+    EXPECT_EQ(graph.delete_scheduler(top), Refusal::busy);
+    EXPECT_EQ(graph.delete_scheduler(below), Refusal::granted);
+    EXPECT_EQ(graph.delete_scheduler(top), Refusal::granted);
+}
+
+TEST_F(QosGraph, DeletingASchedulerWithQueuesIsRefused)
+{
+    const Handle top = scheduler();
+    const Handle below = queue(top);
+    EXPECT_EQ(graph.delete_scheduler(top), Refusal::busy);
+    EXPECT_EQ(graph.remove_queue(below), Refusal::granted);
+    EXPECT_EQ(graph.delete_scheduler(top), Refusal::granted);
+}
+
+TEST_F(QosGraph, OnlySchedulersCanBeDeletedAsSchedulers)
+{
+    const Handle top = scheduler();
+    EXPECT_EQ(graph.delete_scheduler(Handle::null), Refusal::invalid);
+    EXPECT_EQ(graph.delete_scheduler(queue(top)), Refusal::invalid);
+    EXPECT_EQ(graph.delete_scheduler(static_cast<Handle>(0x1234)), Refusal::invalid);
+}
+
+TEST_F(QosGraph, DeletingASchedulerTwiceIsRefused)
+{
+    const Handle top = scheduler();
+    ASSERT_EQ(graph.delete_scheduler(top), Refusal::granted);
+    EXPECT_EQ(graph.delete_scheduler(top), Refusal::gone);
+}
+
+TEST_F(QosGraph, AQueueIsKeptAsGivenUnderItsScheduler)
+{
+    const Handle top = scheduler();
+    const softnode::Queue &kept = graph.queues().at(queue(top));
+    EXPECT_EQ(kept.scheduler, top);
+    EXPECT_EQ(kept.rate, 1000U);
+    EXPECT_EQ(kept.threshold, 25'600U);
+    EXPECT_EQ(kept.bucket_size, 64U);
+}
+
+TEST_F(QosGraph, AQueueOfAnotherModeOrKindIsRefused)
+{
+    const Handle top = scheduler();
+    EXPECT_EQ(graph.add_queue(params, 4, top, facts::event_device, untouched), Refusal::invalid);
+    params.mode = 2;
+    EXPECT_EQ(add_queue(top, untouched), Refusal::invalid);
+    EXPECT_EQ(untouched, static_cast<Handle>(0x1234));
+    EXPECT_EQ(graph.queues().size(), 0U);
+}
+
+TEST_F(QosGraph, AQueueUnderSomethingElseThanASchedulerIsRefused)
+{
+    const Handle top = scheduler();
+    for (const Handle wrong : {Handle::null, static_cast<Handle>(0x1234), queue(top)})
+        EXPECT_EQ(add_queue(wrong, untouched), Refusal::invalid);
+}
+
+TEST_F(QosGraph, AQueueUnderADeletedSchedulerIsRefused)
+{
+    const Handle top = scheduler();
+    ASSERT_EQ(graph.delete_scheduler(top), Refusal::granted);
+    EXPECT_EQ(add_queue(top, untouched), Refusal::gone);
+}
+
+TEST_F(QosGraph, AQueueOnAnotherDeviceIsRefused)
+{
+    const std::uint16_t elsewhere = facts::event_device + 1;
+    EXPECT_EQ(graph.add_queue(params, facts::queue_kind, scheduler(), elsewhere, untouched), Refusal::no_device);
+}
+
+TEST_F(QosGraph, TheQueueAfterTheLastOneThatFitsIsRefused)
+{
+    const Handle top = scheduler();
+    for (std::size_t count = 0; count < facts::most_queues; ++count)
+        queue(top);
+    EXPECT_EQ(add_queue(top, untouched), Refusal::full);
+    EXPECT_EQ(untouched, static_cast<Handle>(0x1234));
+}
+
+TEST_F(QosGraph, OnlyQueuesCanBeRemovedAsQueues)
+{
+    EXPECT_EQ(graph.remove_queue(Handle::null), Refusal::invalid);
+    EXPECT_EQ(graph.remove_queue(scheduler()), Refusal::invalid);
+    EXPECT_EQ(graph.remove_queue(static_cast<Handle>(0x1234)), Refusal::invalid);
+}
+
+TEST_F(QosGraph, RemovingAQueueTwiceIsRefused)
+{
+    const Handle below = queue(scheduler());
+    ASSERT_EQ(graph.remove_queue(below), Refusal::granted);
+    EXPECT_EQ(graph.remove_queue(below), Refusal::gone);
+}
+
+TEST_F(QosGraph, AShapedQueueReadsBackAsGiven)
+{
+    ork_qos_queue record{};
+    ASSERT_EQ(graph.read_queue(queue(scheduler()), record), Refusal::granted);
+    EXPECT_EQ(record.rate, 1000U);
+    EXPECT_EQ(record.bucketSize, 64U);
+    EXPECT_EQ(record.shapingMode, 4U);
+}
+
+TEST_F(QosGraph, AQueueIsShapedOnceItHasARateOrABucket)
+{
+    const auto mode_with = [this](std::uint32_t rate, std::uint32_t bucket_size) {
+        params.rate = rate;
+        params.bucket_size = bucket_size;
+        ork_qos_queue record{};
+        EXPECT_EQ(graph.read_queue(queue(scheduler()), record), Refusal::granted);
+        return record.shapingMode;
+    };
+    EXPECT_EQ(mode_with(0, 0), 3U);
+    EXPECT_EQ(mode_with(1, 0), 4U);
+    EXPECT_EQ(mode_with(0, 1), 4U);
+}
+
+TEST_F(QosGraph, ReadingAQueueThatIsNotThereLeavesTheRecord)
+{
+    const Handle removed = queue(scheduler());
+    ASSERT_EQ(graph.remove_queue(removed), Refusal::granted);
+    ork_qos_queue record{11, 22, 33};
+    EXPECT_EQ(graph.read_queue(removed, record), Refusal::gone);
+    EXPECT_EQ(graph.read_queue(Handle::null, record), Refusal::invalid);
+    EXPECT_EQ(graph.read_queue(scheduler(), record), Refusal::invalid);
+    EXPECT_EQ(record.rate, 11U);
+    EXPECT_EQ(record.bucketSize, 22U);
+    EXPECT_EQ(record.shapingMode, 33U);
+}
+
+TEST_F(QosGraph, ASchedulerIsCheckedForWhatItIs)
+{
+    const Handle top = scheduler();
+    EXPECT_EQ(graph.check_scheduler(top), Refusal::granted);
+    EXPECT_EQ(graph.check_scheduler(Handle::null), Refusal::invalid);
+    EXPECT_EQ(graph.check_scheduler(queue(scheduler())), Refusal::invalid);
+    ASSERT_EQ(graph.delete_scheduler(top), Refusal::granted);
+    EXPECT_EQ(graph.check_scheduler(top), Refusal::gone);
+}
+
+TEST_F(QosGraph, CountersAreReadFromTheirQueue)
+{
+    params = {1, 0, 7 * 512, 0};
+    const Handle counted = queue(scheduler());
+    const Handle idle = queue(scheduler());
+    EXPECT_EQ(graph.enter(counted, {{2, 0, 0, 2, 0, 1}}, {9, 300}, 0), 2U);
+    for (int frame = 0; frame < 4; ++frame)
+        ASSERT_TRUE(graph.depart(1000));
+    qos_queue_stats record{};
+    ASSERT_EQ(graph.read_statistics(counted, record), Refusal::granted);
+    EXPECT_EQ(record.pkts_rx, 9U);
+    EXPECT_EQ(record.pkts_tx, 4U);
+    EXPECT_EQ(record.pkts_dropped, 2U);
+    EXPECT_EQ(record.pkts_out_standing, 3U);
+    EXPECT_EQ(record.mem_blks_in_use, 6U);
+    ASSERT_EQ(graph.read_statistics(idle, record), Refusal::granted);
+    EXPECT_EQ(record.pkts_rx, 0U);
+    EXPECT_EQ(record.pkts_out_standing, 0U);
+}
+
+TEST_F(QosGraph, CountersBelongToQueuesOnly)
+{
+    const Handle removed = queue(scheduler());
+    ASSERT_EQ(graph.remove_queue(removed), Refusal::granted);
+    qos_queue_stats record{};
+    record.pkts_tx = 11;
+    for (const Handle wrong : {Handle::null, static_cast<Handle>(0x1234), scheduler()})
+        EXPECT_EQ(graph.read_statistics(wrong, record), Refusal::invalid);
+    EXPECT_EQ(graph.read_statistics(removed, record), Refusal::gone);
+    EXPECT_EQ(record.pkts_tx, 11U);
+}
+
+TEST_F(QosGraph, AResetLeavesNothingAndMakesHandlesStale)
+{
+    const Handle top = scheduler();
+    const Handle below = queue(top);
+    EXPECT_EQ(graph.enter(below, {{2, 0, 0, 2, 0, 1}}, {1, 64}, 0), 0U);
+    graph.reset();
+    EXPECT_FALSE(graph.depart(1'000'000'000));
+    EXPECT_EQ(graph.schedulers().size(), 0U);
+    EXPECT_EQ(graph.queues().size(), 0U);
+    EXPECT_EQ(graph.delete_scheduler(top), Refusal::gone);
+    EXPECT_EQ(graph.remove_queue(below), Refusal::gone);
+}
