@@ -3,6 +3,7 @@
  *
  * It holds nothing and could do without the node; it goes through it to be counted and to be made to fail.
  */
+#include "softnode/closed/codes.h"
 #include "softnode/closed/text_table.h"
 #include "softnode/instance/instance.h"
 #include "softnode/platform.h"

@@ -1,6 +1,7 @@
 /*
  * kel_init.cpp - the companion initialisation library, over the process-wide node.
  */
+#include "softnode/closed/codes.h"
 #include "softnode/common/facts.h"
 #include "softnode/instance/instance.h"
 #include "softnode/platform.h"

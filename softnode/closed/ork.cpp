@@ -1,6 +1,7 @@
 /*
  * ork.cpp - the driver kit, over the process-wide node.
  */
+#include "softnode/closed/codes.h"
 #include "softnode/instance/instance.h"
 #include "softnode/platform.h"
 

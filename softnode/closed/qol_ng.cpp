@@ -1,6 +1,7 @@
 /*
  * qol_ng.cpp - the node-restart service: requests are kept for the snapshot and not obeyed.
  */
+#include "softnode/closed/codes.h"
 #include "softnode/instance/instance.h"
 #include "softnode/platform.h"
 

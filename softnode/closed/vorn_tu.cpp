@@ -1,6 +1,7 @@
 /*
  * vorn_tu.cpp - the timing-unit client, over the process-wide node.
  */
+#include "softnode/closed/codes.h"
 #include "softnode/instance/instance.h"
 #include "softnode/instance/timing_user.h"
 #include "softnode/platform.h"

@@ -3,6 +3,7 @@
  */
 #include "softnode/softnode.h"
 
+#include "softnode/closed/codes.h"
 #include "softnode/instance/instance.h"
 
 using namespace softnode;

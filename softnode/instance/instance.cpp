@@ -5,6 +5,7 @@
 
 #include "softnode/faults/fault_text.h"
 #include "softnode/instance/timing_user.h"
+#include "softnode/platform.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -98,7 +99,7 @@ std::optional<std::int64_t> arrive_at(std::size_t function)
 {
     const FaultEffects effects = instance().node.begin_call(function);
     if (effects.block && !wait_for_release(function))
-        return driver_kit_code(Refusal::shut_down);
+        return ORK_SHUTDOWN; /* only functions of the timing unit block */
     if (std::optional<Trial> &trial = instance().trial)
         if (const auto result = trial->begin_call(this_thread(), function))
             return result;

@@ -1,7 +1,7 @@
 /*
- * refusal_test.cpp - the two code spaces of a refusal.
+ * codes_test.cpp - the two code spaces of a refusal.
  */
-#include "softnode/common/refusal.h"
+#include "softnode/closed/codes.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 /*
- * refusal.cpp - the two code spaces of a refusal, as tabulated in refusal.h.
+ * codes.cpp - the table of codes.h.
  */
-#include "softnode/common/refusal.h"
+#include "softnode/closed/codes.h"
 
 #include <array>
 
