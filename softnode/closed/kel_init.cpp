@@ -2,6 +2,7 @@
  * kel_init.cpp - the companion initialisation library, over the process-wide node.
  */
 #include "softnode/closed/codes.h"
+#include "softnode/closed/statistics.h"
 #include "softnode/common/facts.h"
 #include "softnode/instance/instance.h"
 #include "softnode/platform.h"
@@ -77,7 +78,13 @@ uint32_t kel_init_qos_queue_rem(void *queue)
 uint32_t kel_init_qos_queue_stats_get(void *queue, qos_queue_stats *stats)
 {
     return companion_call(__func__, [&](Node &node) {
-        return stats ? node.qos.read_statistics(handle_of(queue), *stats) : Refusal::invalid;
+        if (!stats)
+            return Refusal::invalid;
+        if (const Refusal refusal = node.qos.check_queue(handle_of(queue)))
+            return refusal;
+        const Queue &found = node.qos.queues().at(handle_of(queue));
+        *stats = queue_statistics(found.counters, found.waiting());
+        return Refusal::granted;
     });
 }
 

@@ -2,6 +2,7 @@
  * ork.cpp - the driver kit, over the process-wide node.
  */
 #include "softnode/closed/codes.h"
+#include "softnode/closed/statistics.h"
 #include "softnode/instance/instance.h"
 #include "softnode/platform.h"
 
@@ -123,7 +124,8 @@ ork_rc ork_ebcom_global_statistics_get(void *ork, ebcom_global_stats *stats)
     return driver_kit_call(__func__, ork, [&](Node &node) {
         if (!stats)
             return Refusal::invalid;
-        *stats = node.statistics();
+        *stats = global_statistics(node.ebcom.counters(),
+                                   {node.ebcom.paths().size(), node.pceps.pceps().size(), node.pceps.groups().size()});
         return Refusal::granted;
     });
 }
@@ -149,7 +151,12 @@ ork_rc ork_ebcom_pcep_delete(void *ork, uint64_t handle)
 ork_rc ork_ebcom_pcep_statistics_get(void *ork, uint64_t handle, ebcom_pcep_stats *stats)
 {
     return driver_kit_call(__func__, ork, [&](Node &node) {
-        return stats ? node.pceps.read_statistics(numbered(handle), *stats) : Refusal::invalid;
+        if (!stats)
+            return Refusal::invalid;
+        if (const Refusal refusal = node.pceps.pceps().check(numbered(handle)))
+            return refusal;
+        *stats = pcep_statistics(node.pceps.pceps().at(numbered(handle)).counters);
+        return Refusal::granted;
     });
 }
 

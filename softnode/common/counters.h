@@ -1,6 +1,6 @@
 /*
  * counters.h - frames and octets, counted by what became of them. Counters are 64 bits wide here, and wrap around,
- * so that sums of them hold however much was counted; what a record makes of them is statistics.h's.
+ * so that sums of them hold however much was counted; what a record makes of them: closed/statistics.h.
  */
 #ifndef SOFTNODE_COUNTERS_H
 #define SOFTNODE_COUNTERS_H

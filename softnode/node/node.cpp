@@ -3,7 +3,6 @@
  */
 #include "softnode/node/node.h"
 
-#include "softnode/closed/statistics.h"
 #include "softnode/node/records.h"
 
 namespace softnode
@@ -68,11 +67,6 @@ Refusal Node::create_group(const ork_ebcom_multicast_group &params, Handle sched
         if (const Refusal refusal = qos.check_scheduler(scheduler))
             return refusal;
     return pceps.create_group(params, scheduler, group);
-}
-
-ebcom_global_stats Node::statistics() const
-{
-    return global_statistics(ebcom.counters(), {ebcom.paths().size(), pceps.pceps().size(), pceps.groups().size()});
 }
 
 void Node::reset()

@@ -80,9 +80,6 @@ struct Node {
     /** Lets time pass, and frames leave. */
     void advance(std::uint64_t nanoseconds);
 
-    /** The service's counters, and how much of everything there is. */
-    ebcom_global_stats statistics() const;
-
     /** Back to a node just switched on. Handles issued before are stale afterwards. */
     void reset();
 

@@ -3,7 +3,6 @@
  */
 #include "softnode/node/pcep_table.h"
 
-#include "softnode/closed/statistics.h"
 #include "softnode/node/records.h"
 
 #include <algorithm>
@@ -178,15 +177,6 @@ Refusal PcepTable::account(Handle pcep, Fate fate, const Frames &frames)
         return refusal;
 
     pceps_.at(pcep).counters.account(fate, frames);
-    return Refusal::granted;
-}
-
-Refusal PcepTable::read_statistics(Handle pcep, ebcom_pcep_stats &record) const
-{
-    if (const Refusal refusal = pceps_.check(pcep))
-        return refusal;
-
-    record = pcep_statistics(pceps_.at(pcep).counters);
     return Refusal::granted;
 }
 

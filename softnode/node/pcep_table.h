@@ -80,7 +80,6 @@ public:
     Refusal remove_member(Handle group, std::uint32_t pcep_id);
 
     Refusal account(Handle pcep, Fate fate, const Frames &frames);
-    Refusal read_statistics(Handle pcep, ebcom_pcep_stats &record) const;
 
     /** The members of a group that are there, in the order of adding. */
     std::vector<Handle> present_members(Handle group) const;

@@ -3,7 +3,6 @@
  */
 #include "softnode/node/qos_graph.h"
 
-#include "softnode/closed/statistics.h"
 #include "softnode/common/facts.h"
 
 namespace softnode
@@ -90,16 +89,6 @@ Refusal QosGraph::read_queue(Handle queue, ork_qos_queue &record) const
     record.rate = found.rate;
     record.bucketSize = found.bucket_size;
     record.shapingMode = found.shaped() ? ORK_QOS_QUEUE_SHAPED : ORK_QOS_QUEUE_UNSHAPED;
-    return Refusal::granted;
-}
-
-Refusal QosGraph::read_statistics(Handle queue, qos_queue_stats &record) const
-{
-    if (const Refusal refusal = queues_.check(queue))
-        return refusal;
-
-    const Queue &found = queues_.at(queue);
-    record = queue_statistics(found.counters, found.waiting());
     return Refusal::granted;
 }
 

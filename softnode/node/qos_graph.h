@@ -60,8 +60,6 @@ public:
     /** What the driver kit tells of a queue. */
     Refusal read_queue(Handle queue, ork_qos_queue &record) const;
 
-    Refusal read_statistics(Handle queue, qos_queue_stats &record) const;
-
     /**
      * Frames enter a queue that is there, at this instant: see Queue::enter. All that leave earlier have left.
      *

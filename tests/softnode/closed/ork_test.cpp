@@ -172,13 +172,18 @@ TEST_F(Ork, AnInterfaceNeedsTheEventDevice)
 
 TEST_F(Ork, GlobalStatisticsOverwriteTheWholeRecord)
 {
-    create_pcep(1);
+    const ork_ebcom_pcep_path path = path_through(add_queue(create_scheduler()));
+    ASSERT_EQ(ork_ebcom_pcep_path_create(ork, &path), ORK_OK);
+    for (const std::uint32_t id : {1U, 2U, 3U})
+        create_pcep(id);
     create_group(100);
+    create_group(101);
     std::memset(&global_record, 0xa5, sizeof global_record);
     ASSERT_EQ(ork_ebcom_global_statistics_get(ork, &global_record), ORK_OK);
     ebcom_global_stats expected{};
-    expected.octets[56] = 1; /* PCEPs */
-    expected.octets[64] = 1; /* groups */
+    expected.octets[48] = 1; /* paths */
+    expected.octets[56] = 3; /* PCEPs */
+    expected.octets[64] = 2; /* groups */
     EXPECT_EQ(std::memcmp(&global_record, &expected, sizeof expected), 0);
     EXPECT_EQ(ork_ebcom_global_statistics_get(ork, nullptr), ORK_INVAL);
 }

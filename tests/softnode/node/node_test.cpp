@@ -9,7 +9,6 @@
 #include <gtest/gtest.h>
 
 namespace facts = softnode::facts;
-using softnode::Fate;
 using softnode::Handle;
 using softnode::Refusal;
 
@@ -212,22 +211,6 @@ TEST_F(Node, ABindingWithHandlesOfBeforeAResetIsRefused)
     params = binding_of(17);
     params.target = stale.target;
     expect_no_binding(params, Refusal::gone);
-}
-
-TEST_F(Node, StatisticsCountFramesAndWhatIsThere)
-{
-    ASSERT_EQ(node.create_path(path_through(queue)), Refusal::granted);
-    for (const std::uint32_t id : {1U, 2U, 3U})
-        create_pcep(id);
-    create_group(100, Handle::null);
-    create_group(101, Handle::null);
-    node.ebcom.account(Fate::dropped, {7, 64});
-    const ebcom_global_stats record = node.statistics();
-    const auto counter = [&record](std::size_t place) { return record.octets[8 * place]; };
-    EXPECT_EQ(counter(4), 7U);
-    EXPECT_EQ(counter(6), 1U);
-    EXPECT_EQ(counter(7), 3U);
-    EXPECT_EQ(counter(8), 2U);
 }
 
 TEST_F(Node, ACallTakesTheTimeThatItsRuleSays)

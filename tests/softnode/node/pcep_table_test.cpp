@@ -203,31 +203,22 @@ TEST_F(PcepTable, TellsLocalAddressesFromRemoteOnes)
     EXPECT_EQ(table.at_remote(there), Handle::null);
 }
 
-TEST_F(PcepTable, CountersAreReadFromTheirPcep)
+TEST_F(PcepTable, CountersAreTheirPceps)
 {
     const Handle counted = pcep(1);
     const Handle idle = pcep(2);
     ASSERT_EQ(table.account(counted, Fate::received, {3, 100}), Refusal::granted);
-    ebcom_pcep_stats record{};
-    ASSERT_EQ(table.read_statistics(counted, record), Refusal::granted);
-    EXPECT_EQ(record.inbound.in_cnt0, 3U);
-    ASSERT_EQ(table.read_statistics(idle, record), Refusal::granted);
-    EXPECT_EQ(record.inbound.in_cnt0, 0U);
+    EXPECT_EQ(table.pceps().at(counted).counters[Fate::received].frames, 3U);
+    EXPECT_EQ(table.pceps().at(idle).counters[Fate::received].frames, 0U);
 }
 
 TEST_F(PcepTable, CountersBelongToPcepsOnly)
 {
     const Handle deleted = pcep(1);
     ASSERT_EQ(table.delete_pcep(deleted), Refusal::granted);
-    ebcom_pcep_stats record{};
-    record.outbound.out_cnt0 = 11;
-    for (const Handle wrong : {Handle::null, unknown, group(2)}) {
+    for (const Handle wrong : {Handle::null, unknown, group(2)})
         EXPECT_EQ(table.account(wrong, Fate::sent, {1, 1}), Refusal::invalid);
-        EXPECT_EQ(table.read_statistics(wrong, record), Refusal::invalid);
-    }
     EXPECT_EQ(table.account(deleted, Fate::sent, {1, 1}), Refusal::gone);
-    EXPECT_EQ(table.read_statistics(deleted, record), Refusal::gone);
-    EXPECT_EQ(record.outbound.out_cnt0, 11U);
 }
 
 TEST_F(PcepTable, ANewPcepCountsFromZeroAlsoUnderAnOldId)
@@ -235,9 +226,7 @@ TEST_F(PcepTable, ANewPcepCountsFromZeroAlsoUnderAnOldId)
     const Handle old = pcep(1);
     ASSERT_EQ(table.account(old, Fate::sent, {1, 1}), Refusal::granted);
     ASSERT_EQ(table.delete_pcep(old), Refusal::granted);
-    ebcom_pcep_stats record{};
-    ASSERT_EQ(table.read_statistics(pcep(1), record), Refusal::granted);
-    EXPECT_EQ(record.outbound.out_cnt0, 0U);
+    EXPECT_EQ(table.pceps().at(pcep(1)).counters[Fate::sent].frames, 0U);
 }
 
 TEST_F(PcepBinding, TiesThePcepOfTheIdToTheTarget)

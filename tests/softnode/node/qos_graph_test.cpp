@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 namespace facts = softnode::facts;
+using softnode::Fate;
 using softnode::Handle;
 using softnode::Refusal;
 
@@ -264,7 +265,7 @@ TEST_F(QosGraph, ASchedulerIsCheckedForWhatItIs)
     EXPECT_EQ(graph.check_scheduler(top), Refusal::gone);
 }
 
-TEST_F(QosGraph, CountersAreReadFromTheirQueue)
+TEST_F(QosGraph, CountersAreTheirQueues)
 {
     params = {1, 0, 7 * 512, 0};
     const Handle counted = queue(scheduler());
@@ -272,28 +273,14 @@ TEST_F(QosGraph, CountersAreReadFromTheirQueue)
     EXPECT_EQ(graph.enter(counted, {{2, 0, 0, 2, 0, 1}}, {9, 300}, 0), 2U);
     for (int frame = 0; frame < 4; ++frame)
         ASSERT_TRUE(graph.depart(1000));
-    qos_queue_stats record{};
-    ASSERT_EQ(graph.read_statistics(counted, record), Refusal::granted);
-    EXPECT_EQ(record.pkts_rx, 9U);
-    EXPECT_EQ(record.pkts_tx, 4U);
-    EXPECT_EQ(record.pkts_dropped, 2U);
-    EXPECT_EQ(record.pkts_out_standing, 3U);
-    EXPECT_EQ(record.mem_blks_in_use, 6U);
-    ASSERT_EQ(graph.read_statistics(idle, record), Refusal::granted);
-    EXPECT_EQ(record.pkts_rx, 0U);
-    EXPECT_EQ(record.pkts_out_standing, 0U);
-}
-
-TEST_F(QosGraph, CountersBelongToQueuesOnly)
-{
-    const Handle removed = queue(scheduler());
-    ASSERT_EQ(graph.remove_queue(removed), Refusal::granted);
-    qos_queue_stats record{};
-    record.pkts_tx = 11;
-    for (const Handle wrong : {Handle::null, static_cast<Handle>(0x1234), scheduler()})
-        EXPECT_EQ(graph.read_statistics(wrong, record), Refusal::invalid);
-    EXPECT_EQ(graph.read_statistics(removed, record), Refusal::gone);
-    EXPECT_EQ(record.pkts_tx, 11U);
+    const softnode::Queue &busy = graph.queues().at(counted);
+    EXPECT_EQ(busy.counters[Fate::received].frames, 9U);
+    EXPECT_EQ(busy.counters[Fate::sent].frames, 4U);
+    EXPECT_EQ(busy.counters[Fate::dropped].frames, 2U);
+    EXPECT_EQ(busy.waiting().frames, 3U);
+    EXPECT_EQ(busy.waiting().blocks, 6U);
+    EXPECT_EQ(graph.queues().at(idle).counters[Fate::received].frames, 0U);
+    EXPECT_EQ(graph.queues().at(idle).waiting().frames, 0U);
 }
 
 TEST_F(QosGraph, AResetLeavesNothingAndMakesHandlesStale)
