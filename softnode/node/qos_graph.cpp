@@ -1,5 +1,5 @@
 /*
- * qos_graph.cpp - creating and deleting schedulers and queues.
+ * qos_graph.cpp - creating and deleting schedulers and queues, and frames through them.
  */
 #include "softnode/node/qos_graph.h"
 
@@ -7,6 +7,11 @@
 
 namespace softnode
 {
+
+TreeScheduler::TreeScheduler(Handle above, const ork_qos_scheduler_params &given)
+    : Scheduler(given.qosRates.peak.rate), parent(above), params(given)
+{
+}
 
 Refusal QosGraph::create_scheduler(const ork_qos_scheduler_params &params, Handle &scheduler)
 {
@@ -29,7 +34,7 @@ Refusal QosGraph::delete_scheduler(Handle scheduler)
 {
     if (const Refusal refusal = schedulers_.check(scheduler))
         return refusal;
-    const Scheduler &found = schedulers_.at(scheduler);
+    const TreeScheduler &found = schedulers_.at(scheduler);
     if (found.below != 0)
         return Refusal::busy;
 
@@ -56,7 +61,7 @@ Refusal QosGraph::add_queue(const kel_init_qos_queue_params &params, std::uint32
     if (queues_.size() >= facts::most_queues)
         return Refusal::full;
 
-    queue = queues_.add({scheduler, params});
+    queue = queues_.add({scheduler, {params.rate, params.threshold, params.bucket_size}});
     ++schedulers_.at(scheduler).below;
     return Refusal::granted;
 }
@@ -67,9 +72,9 @@ Refusal QosGraph::remove_queue(Handle queue)
         return refusal;
 
     const Handle above = queues_.at(queue).scheduler;
-    Scheduler &scheduler = schedulers_.at(above);
+    TreeScheduler &scheduler = schedulers_.at(above);
     --scheduler.below;
-    scheduler.turns.leave(queue);
+    scheduler.leave(queue);
     departures_.put(above, scheduler.next_departure());
     queues_.remove(queue);
     return Refusal::granted;
@@ -92,7 +97,28 @@ Refusal QosGraph::read_queue(Handle queue, ork_qos_queue &record) const
     return Refusal::granted;
 }
 
-const Registry<Scheduler> &QosGraph::schedulers() const
+std::uint64_t QosGraph::enter(Handle queue, const DestinationMacs &destinations, const Frames &frames, Instant now)
+{
+    const Handle above = queues_.at(queue).scheduler;
+    Scheduler &scheduler = schedulers_.at(above);
+    const std::uint64_t dropped = scheduler.enter(queue, queues_, destinations, frames, now);
+    departures_.put(above, scheduler.next_departure());
+    return dropped;
+}
+
+std::optional<Frame> QosGraph::depart(Instant now)
+{
+    const auto due = departures_.take_due(now);
+    if (!due)
+        return std::nullopt;
+
+    Scheduler &scheduler = schedulers_.at(due->who);
+    const Frame frame = scheduler.depart(due->when, queues_);
+    departures_.put(due->who, scheduler.next_departure());
+    return frame;
+}
+
+const Registry<TreeScheduler> &QosGraph::schedulers() const
 {
     return schedulers_;
 }

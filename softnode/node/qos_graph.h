@@ -1,26 +1,16 @@
 /*
- * qos_graph.h - the QoS object graph: schedulers under schedulers, queues under schedulers; and the frames that go
- * through the queues.
- *
- * The queues directly under a scheduler share its peak rate; when that is 0, or more than the port's line rate, they
- * share the line rate. One frame after the other leaves; each keeps the scheduler busy for the time that its octets
- * take. Of the queues whose first frame may leave, each in turn lets one go. No scheduler slows down the schedulers
- * below it.
+ * qos_graph.h - the QoS object graph: schedulers under schedulers, queues under schedulers; and which of them lets its
+ * next frame go first. What happens below one scheduler: traffic/scheduler.h.
  *
  * Knows nothing of the paths that lead through the queues, nor of the groups that send through the schedulers.
  */
 #ifndef SOFTNODE_QOS_GRAPH_H
 #define SOFTNODE_QOS_GRAPH_H
 
-#include "softnode/common/counters.h"
 #include "softnode/common/registry.h"
 #include "softnode/platform.h"
 #include "softnode/traffic/agenda.h"
-#include "softnode/traffic/frame_queue.h"
-#include "softnode/traffic/queue.h"
-#include "softnode/traffic/round_robin.h"
-#include "softnode/traffic/serial_line.h"
-#include "softnode/traffic/virtual_clock.h"
+#include "softnode/traffic/scheduler.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -29,19 +19,13 @@
 namespace softnode
 {
 
-struct Scheduler {
+/* A scheduler in its place. */
+struct TreeScheduler : Scheduler {
     Handle parent; /* null: directly under the root */
     ork_qos_scheduler_params params;
     std::size_t below = 0; /* schedulers and queues directly under it */
 
-    Scheduler(Handle above, const ork_qos_scheduler_params &given);
-
-    /* The queues directly under it take turns on a line of their own. */
-    SerialLine line;
-    RoundRobin turns;
-
-    /** When the next frame leaves; null: none does, as things stand. */
-    std::optional<Instant> next_departure() const;
+    TreeScheduler(Handle above, const ork_qos_scheduler_params &given);
 };
 
 class QosGraph
@@ -70,15 +54,13 @@ public:
     /** The next frame leaves of all that leave up to this instant; null: none is left of these. */
     std::optional<Frame> depart(Instant now);
 
-    const Registry<Scheduler> &schedulers() const;
+    const Registry<TreeScheduler> &schedulers() const;
     const Registry<Queue> &queues() const;
 
     void reset();
 
 private:
-    void await_turn(Handle queue);
-
-    Registry<Scheduler> schedulers_{Kind::scheduler};
+    Registry<TreeScheduler> schedulers_{Kind::scheduler};
     Registry<Queue> queues_{Kind::queue};
     Agenda departures_; /* by scheduler: when its next frame leaves */
 };

@@ -8,9 +8,7 @@
 namespace softnode
 {
 
-Queue::Queue(Handle under, const kel_init_qos_queue_params &params)
-    : scheduler(under), rate(params.rate), threshold(params.threshold), bucket_size(params.bucket_size),
-      frames_(params.threshold)
+Queue::Queue(Handle under, const QueueParams &params) : QueueParams(params), scheduler(under), frames_(threshold)
 {
     if (shaped())
         bucket_.emplace(rate, bucket_size);

@@ -13,7 +13,6 @@
 
 #include "softnode/common/counters.h"
 #include "softnode/common/handle.h"
-#include "softnode/platform.h"
 #include "softnode/traffic/frame_queue.h"
 #include "softnode/traffic/token_bucket.h"
 #include "softnode/traffic/virtual_clock.h"
@@ -24,14 +23,18 @@
 namespace softnode
 {
 
-struct Queue {
+/* What a queue is made from. */
+struct QueueParams {
+    std::uint32_t rate = 0;        /* kbit/s */
+    std::uint32_t threshold = 0;   /* octets */
+    std::uint32_t bucket_size = 0; /* the largest burst, octets */
+};
+
+struct Queue : QueueParams {
     Handle scheduler;
-    std::uint32_t rate;        /* kbit/s */
-    std::uint32_t threshold;   /* octets */
-    std::uint32_t bucket_size; /* the largest burst, octets */
     Counters counters{};
 
-    Queue(Handle under, const kel_init_qos_queue_params &params);
+    Queue(Handle under, const QueueParams &params);
 
     /** A queue is shaped as soon as it has a rate or a bucket. */
     bool shaped() const;

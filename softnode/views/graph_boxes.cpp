@@ -118,7 +118,7 @@ DotBox stranded_box(const Destinations &destinations)
     return box;
 }
 
-DotBox chain_box(const SchedulerChain &chain, const Registry<Scheduler> &schedulers)
+DotBox chain_box(const SchedulerChain &chain, const Registry<TreeScheduler> &schedulers)
 {
     DotBox box(scheduler_accent);
     box.title(chain.size() == 1 ? "Scheduler" : "Chain of " + std::to_string(chain.size()));

@@ -28,7 +28,7 @@ DotBox further_pceps_box(std::size_t count, std::size_t astray);
 DotBox target_box(Handle handle);
 DotBox queue_box(Handle handle, const Queue &queue, const Destinations &destinations);
 DotBox stranded_box(const Destinations &destinations);
-DotBox chain_box(const SchedulerChain &chain, const Registry<Scheduler> &schedulers);
+DotBox chain_box(const SchedulerChain &chain, const Registry<TreeScheduler> &schedulers);
 DotBox interface_box(const EbcomService &ebcom);
 
 } // namespace softnode

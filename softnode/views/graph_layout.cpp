@@ -19,10 +19,10 @@ template <class Object> auto count_of(const Registry<Object> &objects, Handle Ob
 }
 
 /* Whether a scheduler is all that hangs on its parent. */
-bool continues_its_parent(const Node &node, const Scheduler &scheduler)
+bool continues_its_parent(const Node &node, const TreeScheduler &scheduler)
 {
     const Handle parent = scheduler.parent;
-    return parent != Handle::null && count_of(node.qos.schedulers(), &Scheduler::parent, parent) == 1 &&
+    return parent != Handle::null && count_of(node.qos.schedulers(), &TreeScheduler::parent, parent) == 1 &&
            count_of(node.qos.queues(), &Queue::scheduler, parent) == 0 &&
            count_of(node.pceps.groups(), &Group::scheduler, parent) == 0;
 }

@@ -33,7 +33,7 @@ Json schedulers(const QosGraph &qos)
     for (const auto &[handle, scheduler] : qos.schedulers())
         list.push_back({{"handle", text_of(handle)},
                         {"parent", handle_or_null(scheduler.parent)},
-                        {"children", handles_below(qos.schedulers(), &Scheduler::parent, handle)},
+                        {"children", handles_below(qos.schedulers(), &TreeScheduler::parent, handle)},
                         {"queues", handles_below(qos.queues(), &Queue::scheduler, handle)},
                         {"peak_rate", scheduler.params.qosRates.peak.rate},
                         {"shaping_mode", scheduler.params.shapingMode},

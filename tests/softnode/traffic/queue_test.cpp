@@ -22,7 +22,7 @@ constexpr std::uint64_t countless = std::numeric_limits<std::uint64_t>::max();
 /* A queue of so many blocks of memory. */
 softnode::Queue queue_of(std::uint32_t rate, std::uint32_t blocks, std::uint32_t burst)
 {
-    return {scheduler, {1, rate, blocks * 256, burst}};
+    return {scheduler, {rate, blocks * 256, burst}};
 }
 
 std::uint64_t frames(const softnode::Queue &queue, Fate fate)
@@ -51,7 +51,7 @@ void expect_conserved(const softnode::Queue &queue)
 
 TEST(Queue, IsKeptAsGiven)
 {
-    const softnode::Queue queue(scheduler, {1, 1000, 25'600, 64});
+    const softnode::Queue queue(scheduler, {1000, 25'600, 64});
     EXPECT_EQ(queue.scheduler, scheduler);
     EXPECT_EQ(queue.rate, 1000U);
     EXPECT_EQ(queue.threshold, 25'600U);

@@ -36,7 +36,7 @@ Lines lines_of(const DotBox &box)
 
 Queue queue_of(std::uint32_t rate, std::uint32_t threshold, std::uint32_t burst)
 {
-    return {some_handle, {facts::queue_mode, rate, threshold, burst}};
+    return {some_handle, {rate, threshold, burst}};
 }
 
 Destinations destinations_of_count(std::size_t count)
@@ -121,7 +121,7 @@ TEST(GraphBoxes, AGroupTellsOfMembersThatAreNoPceps)
 
 TEST(GraphBoxes, AChainListsItsSchedulersAndTheirPeakRates)
 {
-    Registry<Scheduler> schedulers(Kind::scheduler);
+    Registry<TreeScheduler> schedulers(Kind::scheduler);
     ork_qos_scheduler_params params{};
     const Handle upper = schedulers.add({Handle::null, params});
     params.qosRates.peak.rate = 2'500'000;
