@@ -5,7 +5,7 @@
  */
 #include "softnode/closed/codes.h"
 #include "softnode/closed/text_table.h"
-#include "softnode/instance/instance.h"
+#include "softnode/instance/closed_call.h"
 #include "softnode/platform.h"
 
 using namespace softnode;

@@ -4,7 +4,7 @@
 #include "softnode/closed/codes.h"
 #include "softnode/closed/statistics.h"
 #include "softnode/common/facts.h"
-#include "softnode/instance/instance.h"
+#include "softnode/instance/closed_call.h"
 #include "softnode/platform.h"
 
 #include <cinttypes>

@@ -2,7 +2,7 @@
  * qol_ng.cpp - the node-restart service: requests are kept for the snapshot and not obeyed.
  */
 #include "softnode/closed/codes.h"
-#include "softnode/instance/instance.h"
+#include "softnode/instance/closed_call.h"
 #include "softnode/platform.h"
 
 using namespace softnode;

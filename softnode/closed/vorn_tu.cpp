@@ -2,7 +2,7 @@
  * vorn_tu.cpp - the timing-unit client, over the process-wide node.
  */
 #include "softnode/closed/codes.h"
-#include "softnode/instance/instance.h"
+#include "softnode/instance/closed_call.h"
 #include "softnode/instance/timing_user.h"
 #include "softnode/platform.h"
 
@@ -34,11 +34,11 @@ Refusal wait_for_event(TimingUnit &timing, Handle connection, User user, vorn_tu
 
 } // namespace
 
-/* A thread whose call is made to fail has arrived all the same: softnode_timing_settle() waits for it to end. */
+/* A thread whose call is made to fail has joined all the same: softnode_timing_settle() waits for it to end. */
 int32_t vorn_tu_init(void **handle)
 {
     const User user = this_thread();
-    with_node([&](Node &node) { node.timing.arrive(user); });
+    with_node([&](Node &node) { node.timing.join(user); });
     return timing_call(__func__, [&](TimingUnit &timing) {
         if (!handle)
             return Refusal::invalid;

@@ -40,7 +40,7 @@ int softnode_timing_settle(uint32_t milliseconds)
 
 char *softnode_snapshot_json()
 {
-    const std::string document = with_node([](Node &node) { return snapshot(node); });
+    const std::string document = with_instance([](Instance &here) { return snapshot(here.node, here.faults); });
     return strdup(document.c_str());
 }
 
@@ -62,7 +62,7 @@ char *softnode_graph_dot()
 
 void softnode_reset()
 {
-    with_node([](Node &node) { node.reset(); });
+    with_instance([](Instance &here) { here.reset(); });
     instance().event_posted.notify_all();
     instance().released.notify_all();
 }

@@ -35,7 +35,7 @@ char *softnode_faults_add(const char *rules)
 {
     if (!rules)
         return strdup("no rules: the pointer is null");
-    return text_unless_empty(with_node([&](Node &node) { return node.faults.add(rules); }));
+    return text_unless_empty(with_instance([&](Instance &here) { return here.faults.add(rules); }));
 }
 
 char *softnode_faults_add_file(const char *file)
@@ -45,7 +45,7 @@ char *softnode_faults_add_file(const char *file)
     std::vector<FaultRule> rules; /* read before the node is taken: a pipe may keep whoever reads it waiting */
     const std::string problem = read_fault_file(file, rules);
     if (problem.empty())
-        with_node([&](Node &node) { node.faults.add(std::move(rules)); });
+        with_instance([&](Instance &here) { here.faults.add(std::move(rules)); });
     return text_unless_empty(problem);
 }
 
@@ -62,7 +62,7 @@ char *softnode_faults_add_text(const char *file, const char *text, size_t size)
 
 char *softnode_faults_json()
 {
-    return strdup(with_node([](Node &node) { return fault_list(node.faults); }).c_str());
+    return strdup(with_instance([](Instance &here) { return fault_list(here.faults); }).c_str());
 }
 
 char *softnode_fault_functions_json()
@@ -72,9 +72,9 @@ char *softnode_fault_functions_json()
 
 void softnode_faults_clear()
 {
-    with_node([](Node &node) {
-        node.faults.clear();
-        node.timing.let_go();
+    with_instance([](Instance &here) {
+        here.faults.clear();
+        here.node.timing.let_go();
     });
     instance().released.notify_all();
 }

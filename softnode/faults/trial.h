@@ -7,8 +7,8 @@
 #ifndef SOFTNODE_TRIAL_H
 #define SOFTNODE_TRIAL_H
 
+#include "softnode/common/user.h"
 #include "softnode/faults/closed_functions.h"
-#include "softnode/node/timing_unit.h"
 
 #include <array>
 #include <cstddef>

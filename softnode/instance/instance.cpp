@@ -4,8 +4,6 @@
 #include "softnode/instance/instance.h"
 
 #include "softnode/faults/fault_text.h"
-#include "softnode/instance/timing_user.h"
-#include "softnode/platform.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -41,7 +39,7 @@ void take_faults_from_environment(Instance &fresh)
     std::vector<FaultRule> rules;
     const std::string problem = read_faults(given, rules);
     if (problem.empty())
-        fresh.node.faults.add(std::move(rules));
+        fresh.faults.add(std::move(rules));
     else
         fresh.wrong_faults = std::string(faults_variable) + ": " + problem;
 }
@@ -58,19 +56,6 @@ Instance *&place(Instance *(*first)())
 {
     static Instance *here = first();
     return here;
-}
-
-/* Lets go of the node until the call may go on. False when the node was switched off meanwhile. */
-bool wait_for_release(std::size_t function)
-{
-    Instance &here = instance();
-    TimingUnit &timing = here.node.timing;
-    const Handle system = here.node.attachment.system(); /* another one after every reset */
-    const User user = this_thread();
-    timing.hold(user, function);
-    here.user_moved.notify_all();
-    here.released.wait(here.mutex, [&] { return !timing.holds(user); });
-    return here.node.attachment.system() == system;
 }
 
 } // namespace
@@ -95,15 +80,10 @@ void start_over()
     place([]() -> Instance * { return nullptr; }) = new Instance;
 }
 
-std::optional<std::int64_t> arrive_at(std::size_t function)
+void Instance::reset()
 {
-    const FaultEffects effects = instance().node.begin_call(function);
-    if (effects.block && !wait_for_release(function))
-        return ORK_SHUTDOWN; /* only functions of the timing unit block */
-    if (std::optional<Trial> &trial = instance().trial)
-        if (const auto result = trial->begin_call(this_thread(), function))
-            return result;
-    return effects.result;
+    node.reset();
+    faults.reset();
 }
 
 } // namespace softnode

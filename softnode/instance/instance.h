@@ -1,21 +1,19 @@
 /*
- * instance.h - the one node of this process, and the way into it.
+ * instance.h - the one node of this process, what its calls meet, and the lock around both.
  *
  * The adapters of the closed libraries and the control interface share it; the engine does not know of it.
  */
 #ifndef SOFTNODE_INSTANCE_H
 #define SOFTNODE_INSTANCE_H
 
+#include "softnode/faults/fault_book.h"
 #include "softnode/faults/trial.h"
 #include "softnode/node/node.h"
 
 #include <condition_variable>
-#include <cstddef>
-#include <cstdint>
 #include <mutex>
 #include <optional>
 #include <string>
-#include <string_view>
 
 namespace softnode
 {
@@ -27,8 +25,12 @@ struct Instance {
     std::condition_variable_any user_moved;   /* a timing-unit user began to wait, was blocked, or ended */
     std::condition_variable_any released;     /* blocked calls may go on, or the node was switched off */
     Node node;
+    FaultBook faults;
     std::optional<Trial> trial; /* in a run of a sweep */
     std::string wrong_faults;   /* what is wrong with those of the environment: then nothing can be done here */
+
+    /** Back to a node just switched on, without fault rules. */
+    void reset();
 };
 
 /**
@@ -46,32 +48,18 @@ const std::string &switch_on();
  */
 void start_over();
 
-/** Runs `work` on the node, alone. */
-template <class Work> auto with_node(Work work)
+/** Runs `work` on the instance, alone. */
+template <class Work> auto with_instance(Work work)
 {
     Instance &here = instance();
     const std::lock_guard alone(here.mutex);
-    return work(here.node);
+    return work(here);
 }
 
-/**
- * What happens to every call of a closed function first, under the lock: it is counted, takes the time and waits for
- * the release that a fault rule says. Answers what the call returns instead of doing its work, if a rule or a trial
- * wants that.
- */
-std::optional<std::int64_t> arrive_at(std::size_t function);
-
-/**
- * The way into a closed function that returns a code: alone, counted, and slowed, blocked or made to fail when a rule
- * says so. Otherwise `work` does what the function is for and yields its code.
- */
-template <class Code, class Work> Code closed_call(std::string_view function, Work work)
+/** Runs `work` on the node, alone. */
+template <class Work> auto with_node(Work work)
 {
-    return with_node([&](Node &node) -> Code {
-        if (const auto result = arrive_at(closed_function(function).value()))
-            return static_cast<Code>(*result);
-        return work(node);
-    });
+    return with_instance([&](Instance &here) { return work(here.node); });
 }
 
 } // namespace softnode

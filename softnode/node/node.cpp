@@ -8,13 +8,6 @@
 namespace softnode
 {
 
-FaultEffects Node::begin_call(std::size_t function)
-{
-    const FaultEffects effects = faults.begin_call(function);
-    advance(effects.latency);
-    return effects;
-}
-
 Refusal Node::create_path(const ork_ebcom_pcep_path &path)
 {
     const Handle queue = handle_of(path.queue_hdl);
@@ -78,7 +71,6 @@ void Node::reset()
     pceps.reset();
     timing.reset();
     restarts.clear();
-    faults.reset();
 }
 
 Refusal Node::check_binding(const ork_bind_params &params) const

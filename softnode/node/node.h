@@ -7,7 +7,6 @@
 #ifndef SOFTNODE_NODE_H
 #define SOFTNODE_NODE_H
 
-#include "softnode/faults/fault_book.h"
 #include "softnode/node/attachment.h"
 #include "softnode/node/ebcom_service.h"
 #include "softnode/node/pcep_table.h"
@@ -37,10 +36,6 @@ struct Node {
     PcepTable pceps;
     TimingUnit timing;
     std::vector<RestartRequest> restarts;
-    FaultBook faults;
-
-    /** Counts a call of a closed function, and lets the time pass that a rule says it takes. */
-    FaultEffects begin_call(std::size_t function);
 
     /** Lays a path; its queue has to be there. */
     Refusal create_path(const ork_ebcom_pcep_path &path);

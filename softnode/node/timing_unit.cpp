@@ -39,9 +39,9 @@ void EventRecords::take_back(vorn_tu_event *record)
     free_.push_back(record);
 }
 
-void TimingUnit::arrive(User user)
+void TimingUnit::join(User user)
 {
-    anybody_arrived_ = true;
+    anybody_joined_ = true;
     waits_on_.emplace(user, Handle::null);
     review(user);
 }
@@ -86,7 +86,7 @@ Refusal TimingUnit::take_event(Handle connection, User user, vorn_tu_event *&eve
     if (const Refusal refusal = connections_.check(connection))
         return refusal;
 
-    arrive(user);
+    join(user);
     change_user(connection, user);
     Connection &source = connections_.at(connection);
     if (source.events.empty()) {
@@ -130,10 +130,10 @@ void TimingUnit::set_reading(const vorn_tu_nputimeoffset &reading)
     reading_ = reading;
 }
 
-void TimingUnit::hold(User user, std::size_t function)
+void TimingUnit::hold(User user, std::size_t call)
 {
-    held_[user] = function;
-    arrive(user);
+    held_[user] = call;
+    join(user);
 }
 
 bool TimingUnit::holds(User user) const
@@ -144,14 +144,14 @@ bool TimingUnit::holds(User user) const
 std::size_t TimingUnit::let_go()
 {
     const auto held = std::exchange(held_, {});
-    for (const auto &[user, function] : held)
+    for (const auto &[user, call] : held)
         review(user);
     return held.size();
 }
 
 bool TimingUnit::settled() const
 {
-    return anybody_arrived_ && users_at_rest() == waits_on_.size();
+    return anybody_joined_ && users_at_rest() == waits_on_.size();
 }
 
 std::size_t TimingUnit::users_at_rest() const
@@ -189,7 +189,7 @@ void TimingUnit::reset()
 {
     reading_ = {facts::first_cycles, facts::first_frequency};
     connections_.clear();
-    anybody_arrived_ = false;
+    anybody_joined_ = false;
     waits_on_.clear();
     held_.clear();
     unread_.clear();

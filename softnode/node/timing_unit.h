@@ -1,14 +1,15 @@
 /*
  * timing_unit.h - the timing unit: its reading, the connections to it, and the events they get.
  *
- * It never blocks and knows no threads: a connection's user is a number here. Waiting is done by vorn_tu.cpp, which
- * asks again after every event.
+ * It never blocks and knows no threads: a connection's user is a number here. Waiting is done by closed/vorn_tu.cpp,
+ * which asks again after every event.
  */
 #ifndef SOFTNODE_TIMING_UNIT_H
 #define SOFTNODE_TIMING_UNIT_H
 
 #include "softnode/common/facts.h"
 #include "softnode/common/registry.h"
+#include "softnode/common/user.h"
 #include "softnode/platform.h"
 
 #include <cstddef>
@@ -21,9 +22,6 @@
 
 namespace softnode
 {
-
-/* Whoever opens connections and waits on them: one number per thread of the process. */
-using User = std::uint64_t;
 
 /**
  * Event records. A record keeps its address, and is used again once it came back. A record that is out when the node
@@ -50,7 +48,7 @@ struct Connection {
 enum class ConnectionState {
     working, /* its user is alive and elsewhere */
     waiting, /* its user waits on it, with no event left */
-    blocked, /* a fault rule blocks its user */
+    blocked, /* its user is held */
     ended    /* its user has ended */
 };
 
@@ -60,8 +58,8 @@ const char *name_of(ConnectionState state);
 class TimingUnit
 {
 public:
-    /* A user is waited for, by settled(), from arriving until leaving. Arriving twice changes nothing. */
-    void arrive(User user);
+    /* A user is waited for, by settled(), from joining until leaving. Joining twice changes nothing. */
+    void join(User user);
     void leave(User user);
 
     Handle open(User user);
@@ -79,13 +77,13 @@ public:
     Refusal read(Handle connection, vorn_tu_nputimeoffset &reading) const;
     void set_reading(const vorn_tu_nputimeoffset &reading);
 
-    /* A user that a fault rule blocks is held, in a call of a closed function, until everybody is let go. */
-    void hold(User user, std::size_t function);
+    /* A user whose call is blocked is held until everybody is let go. What the call is, only the caller knows. */
+    void hold(User user, std::size_t call);
     bool holds(User user) const;
     /** Answers how many were held. */
     std::size_t let_go();
 
-    /** Whether somebody has arrived, and everybody who has not left is at rest. */
+    /** Whether somebody has joined, and everybody who has not left is at rest. */
     bool settled() const;
 
     /** How many users wait with no event left for them, or are held. */
@@ -95,7 +93,7 @@ public:
     const Registry<Connection> &connections() const;
     ConnectionState state(Handle connection) const;
 
-    /** Whom fault rules block: the function of the call, by user. */
+    /** Those who are held: the call, as hold() was given it, by user. */
     const std::map<User, std::size_t> &held() const;
 
     void reset();
@@ -108,7 +106,7 @@ private:
     vorn_tu_nputimeoffset reading_{facts::first_cycles, facts::first_frequency};
     Registry<Connection> connections_{Kind::timing_connection};
     EventRecords records_;
-    bool anybody_arrived_ = false;
+    bool anybody_joined_ = false;
     std::map<User, Handle> waits_on_; /* everybody who has not left; null: does not wait */
     std::map<User, std::size_t> held_;
     std::set<std::pair<User, Handle>> unread_; /* connections with events left, by their users */

@@ -21,7 +21,7 @@ public:
     /** The rate is not 0. */
     explicit SerialLine(Rate rate);
 
-    /** A frame arrives, and may leave at this instant with no lead: what the line was idle for until now is lost. */
+    /** A frame comes, and may leave at this instant with no lead: what the line was idle for until now is lost. */
     void settle(Instant now);
 
     /** The first instant at which a frame can leave; null: never, the line is busy until the end of time. */

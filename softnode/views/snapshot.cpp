@@ -195,7 +195,7 @@ Json faults(const FaultBook &book)
 
 } // namespace
 
-std::string snapshot(const Node &node)
+std::string snapshot(const Node &node, const FaultBook &book)
 {
     const Json document{{"time", node.clock.now()},
                         {"schedulers", schedulers(node.qos)},
@@ -210,8 +210,8 @@ std::string snapshot(const Node &node)
                         {"timestamp_offset", timestamp_offset(node.ebcom)},
                         {"timing_unit", timing_unit(node.timing)},
                         {"restarts", restarts(node.restarts)},
-                        {"calls", calls(node.faults)},
-                        {"faults", faults(node.faults)}};
+                        {"calls", calls(book)},
+                        {"faults", faults(book)}};
     return written(document);
 }
 

@@ -61,6 +61,7 @@
 #ifndef SOFTNODE_SNAPSHOT_H
 #define SOFTNODE_SNAPSHOT_H
 
+#include "softnode/faults/fault_book.h"
 #include "softnode/node/node.h"
 
 #include <string>
@@ -68,7 +69,7 @@
 namespace softnode
 {
 
-std::string snapshot(const Node &node);
+std::string snapshot(const Node &node, const FaultBook &book);
 
 /** The part `faults` alone. */
 std::string fault_list(const FaultBook &book);

@@ -243,6 +243,16 @@ TEST_F(Faults, ACallThatOnlyTakesTimeDoesItsWork)
     EXPECT_EQ(fault_rules()[0]["hits"], 1);
 }
 
+TEST_F(Faults, ACallTakesTheTimeThatItsRuleSays)
+{
+    ASSERT_EQ(add_faults("kel_init_attach:2=latency:250us,10"), "");
+    kel_attach_info attached{};
+    EXPECT_EQ(kel_init_attach(&attached), 0U);
+    EXPECT_EQ(softnode_time(), 0U);
+    EXPECT_EQ(kel_init_attach(&attached), 10U);
+    EXPECT_EQ(softnode_time(), 250'000U);
+}
+
 TEST_F(BlockedCalls, WaitUntilTheyAreReleasedAndThenDoTheirWork)
 {
     ASSERT_EQ(add_faults("vorn_tu_wait_event:1=block"), "");

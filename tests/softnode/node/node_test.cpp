@@ -4,7 +4,6 @@
 #include "softnode/node/node.h"
 
 #include "softnode/common/facts.h"
-#include "softnode/faults/closed_functions.h"
 
 #include <gtest/gtest.h>
 
@@ -213,17 +212,6 @@ TEST_F(Node, ABindingWithHandlesOfBeforeAResetIsRefused)
     expect_no_binding(params, Refusal::gone);
 }
 
-TEST_F(Node, ACallTakesTheTimeThatItsRuleSays)
-{
-    const std::size_t attach = *softnode::closed_function("kel_init_attach");
-    ASSERT_EQ(node.faults.add("kel_init_attach:2=latency:250us,-4"), "");
-    EXPECT_FALSE(node.begin_call(attach).result);
-    EXPECT_EQ(node.clock.now(), 0U);
-    EXPECT_EQ(node.begin_call(attach).result, -4);
-    EXPECT_EQ(node.clock.now(), 250'000U);
-    EXPECT_EQ(node.faults.calls()[attach], 2U);
-}
-
 TEST_F(Node, TwoNodesShareNothing)
 {
     softnode::Node other;
@@ -238,7 +226,6 @@ TEST_F(Node, AResetReachesEveryFamily)
     const Handle pcep = create_pcep(1);
     node.timing.open(1);
     node.restarts.push_back({1, "file", "reason"});
-    ASSERT_EQ(node.faults.add("kel_init_attach=1"), "");
     node.reset();
     EXPECT_EQ(node.attachment.check_driver_kit(driver_kit), Refusal::gone);
     EXPECT_EQ(node.qos.check_queue(queue), Refusal::gone);
@@ -246,5 +233,4 @@ TEST_F(Node, AResetReachesEveryFamily)
     EXPECT_EQ(node.pceps.delete_pcep(pcep), Refusal::gone);
     EXPECT_EQ(node.timing.connections().size(), 0U);
     EXPECT_TRUE(node.restarts.empty());
-    EXPECT_TRUE(node.faults.entries().empty());
 }

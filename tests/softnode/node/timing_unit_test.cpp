@@ -24,7 +24,7 @@ class TimingUnit : public testing::Test
 protected:
     Handle subscribed(User user)
     {
-        timing.arrive(user);
+        timing.join(user);
         const Handle connection = timing.open(user);
         EXPECT_EQ(timing.subscribe(connection, 0), Refusal::granted);
         return connection;
@@ -173,7 +173,7 @@ TEST_F(TimingUnit, ARecordThatIsOutAtAResetIsLeftAlone)
 TEST_F(TimingUnit, IsNotSettledBeforeAnybodyArrived)
 {
     EXPECT_FALSE(timing.settled());
-    timing.arrive(alice);
+    timing.join(alice);
     EXPECT_FALSE(timing.settled());
 }
 
@@ -219,7 +219,7 @@ TEST_F(TimingUnit, AUserThatLeftIsNotWaitedFor)
 TEST_F(TimingUnit, AUserWithoutConnectionIsWaitedForUntilItLeaves)
 {
     take(subscribed(alice), alice);
-    timing.arrive(bob);
+    timing.join(bob);
     EXPECT_FALSE(timing.settled());
     timing.leave(bob);
     EXPECT_TRUE(timing.settled());
@@ -297,7 +297,7 @@ TEST_F(TimingUnit, CountsTheUsersAtRest)
     EXPECT_EQ(timing.users_at_rest(), 0U);
     take(subscribed(alice), alice);
     timing.hold(bob, 7);
-    timing.arrive(3);
+    timing.join(3);
     EXPECT_EQ(timing.users_at_rest(), 2U);
     timing.post(adjustment);
     EXPECT_EQ(timing.users_at_rest(), 1U);

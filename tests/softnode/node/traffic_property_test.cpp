@@ -162,7 +162,7 @@ RC_GTEST_PROP(TrafficProperty, HoweverTimeIsCutTheSameHappens, ())
     for (const Step &step : draw_load()) {
         whole.take(step);
         cut.take(step, std::max(piece, step.nanoseconds / piece));
-        RC_ASSERT(snapshot(whole.node) == snapshot(cut.node));
+        RC_ASSERT(snapshot(whole.node, {}) == snapshot(cut.node, {}));
     }
 }
 
@@ -176,7 +176,7 @@ RC_GTEST_PROP(TrafficProperty, TheSameCallsMakeTheSameBytes, ())
         once.take(step);
     for (const Step &step : load)
         again.take(step);
-    RC_ASSERT(snapshot(once.node) == snapshot(again.node));
+    RC_ASSERT(snapshot(once.node, {}) == snapshot(again.node, {}));
 }
 
 RC_GTEST_PROP(TrafficProperty, FramesTogetherAreTheSameAsOneByOne, ())
@@ -190,7 +190,7 @@ RC_GTEST_PROP(TrafficProperty, FramesTogetherAreTheSameAsOneByOne, ())
         const bool frames = step.kind == Step::offer || step.kind == Step::send;
         for (std::uint64_t count = frames ? std::exchange(step.frames.count, 1) : 1; count > 0; --count)
             singly.take(step);
-        RC_ASSERT(snapshot(together.node) == snapshot(singly.node));
+        RC_ASSERT(snapshot(together.node, {}) == snapshot(singly.node, {}));
     }
 }
 

@@ -136,7 +136,7 @@ TEST(Inventory, NamesTheInterface)
 TEST(Inventory, NamesConnectionsByTheirStatesAndEventsByTheirTypes)
 {
     Node node;
-    node.timing.arrive(1);
+    node.timing.join(1);
     const Handle connection = node.timing.open(1);
     node.timing.open(2);
     ASSERT_EQ(node.timing.subscribe(connection, 0), Refusal::granted);

@@ -1,5 +1,5 @@
 /*
- * node_traffic_test.cpp - frames from end to end, and who counts them.
+ * forwarding_test.cpp - frames from end to end, and who counts them.
  */
 #include "softnode/node/node.h"
 
@@ -192,11 +192,11 @@ TEST_F(NodeTraffic, NoFramesAreNothing)
     node.lay_path(there, node.add_queue(node.add_scheduler()));
     node.add_pcep(4, here, there);
     node.add_group(100, {4});
-    const std::string before = snapshot(node);
+    const std::string before = snapshot(node, {});
     EXPECT_EQ(node.offer(there, {0, 64}), Refusal::granted);
     EXPECT_EQ(node.send(4, {0, 64}), Refusal::granted);
     EXPECT_EQ(node.send(100, {0, 64}), Refusal::granted);
-    EXPECT_EQ(snapshot(node), before);
+    EXPECT_EQ(snapshot(node, {}), before);
 }
 
 TEST_F(NodeTraffic, APathWithoutQueueDropsWhatItIsOffered)
@@ -369,9 +369,9 @@ TEST_F(NodeTraffic, ManyFramesAtOnceAreTheSameAsOneByOne)
         loaded_node.advance(3);
         for (std::uint64_t call = 0; call < calls; ++call)
             EXPECT_EQ(loaded_node.send(100, {each, 1}), Refusal::granted);
-        const std::string at_once = snapshot(loaded_node);
+        const std::string at_once = snapshot(loaded_node, {});
         loaded_node.advance(50);
-        return at_once + snapshot(loaded_node);
+        return at_once + snapshot(loaded_node, {});
     };
     EXPECT_EQ(loaded(1, 60), loaded(60, 1)) << "frames of an octet: more than one leaves in a nanosecond";
 }

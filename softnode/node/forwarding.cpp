@@ -1,5 +1,5 @@
 /*
- * node_traffic.cpp - what happens to frames, from whoever sends them through a queue to whoever receives them.
+ * forwarding.cpp - what happens to frames, from whoever sends them through a queue to whoever receives them.
  */
 #include "softnode/node/node.h"
 
