@@ -2,6 +2,7 @@
 #include "kelctl/mac_address.h"
 
 #include "kelctl/text.h"
+#include "text/mac.h"
 
 #include <fmt/format.h>
 
@@ -88,7 +89,7 @@ std::string no_mac_address(std::string_view written)
 
 std::string to_text(const mac_address &mac)
 {
-    return fmt::format("{:02x}", fmt::join(mac.octets, ":"));
+    return text::mac_text(mac.octets).data();
 }
 
 bool is_station(const mac_address &mac)

@@ -1,8 +1,9 @@
-// Rates, sizes and durations with units, as node files write them and views show them.
+// Rates, sizes and durations with units, and what to tell people who wrote them wrong.
 #pragma once
 
+#include "text/quantity.h"
+
 #include <cstdint>
-#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -10,21 +11,12 @@
 namespace kelctl
 {
 
-struct unit {
-    std::string_view name;
-    uint64_t factor; // of the first unit of its table
-};
-
-inline constexpr unit rate_units[] = {{"kbit/s", 1}, {"Mbit/s", 1'000}, {"Gbit/s", 1'000'000}};
-inline constexpr unit duration_units[] = {{"ns", 1}, {"us", 1'000}, {"ms", 1'000'000}, {"s", 1'000'000'000}};
-inline constexpr unit size_units[] = {{"octets", 1}, {"KiB", 1024}, {"MiB", uint64_t{1024} * 1024}};
-
-// A whole number and one of the units, with or without spaces between: "100 Mbit/s". The value is in the first unit
-// of the table; one that 64 bits cannot hold becomes the largest that they can.
-std::optional<uint64_t> parse_quantity(std::string_view text, std::span<const unit> units);
-
-// The value with the largest unit that leaves a whole number: 100000 of rate_units is "100 Mbit/s".
-std::string quantity_text(uint64_t value, std::span<const unit> units);
+using text::duration_units;
+using text::parse_quantity;
+using text::quantity_text;
+using text::rate_units;
+using text::size_units;
+using text::unit;
 
 // "kbit/s, Mbit/s or Gbit/s"
 std::string names_of(std::span<const unit> units);

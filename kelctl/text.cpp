@@ -1,6 +1,8 @@
 // Escaping, comparing and guessing words.
 #include "kelctl/text.h"
 
+#include "text/nearest.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -12,14 +14,8 @@ namespace
 {
 
 constexpr size_t longest_shown = 160;
-constexpr size_t longest_word = 40; // no known word comes near it
 constexpr size_t most_wrong_letters = 2;
 constexpr size_t line_width = 80;
-
-char lower(char c)
-{
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
 
 bool is_control(char c)
 {
@@ -32,24 +28,6 @@ size_t cut_before(std::string_view text, size_t at)
     while (at > 0 && (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80)
         --at;
     return at;
-}
-
-// How many letters must be replaced, added or left out to turn one word into the other.
-size_t edit_distance(std::string_view from, std::string_view to)
-{
-    std::vector<size_t> row(to.size() + 1);
-    for (size_t i = 0; i < row.size(); ++i)
-        row[i] = i;
-    for (size_t i = 0; i < from.size(); ++i) {
-        size_t diagonal = row[0];
-        row[0] = i + 1;
-        for (size_t j = 0; j < to.size(); ++j) {
-            const size_t replaced = diagonal + (lower(from[i]) == lower(to[j]) ? 0 : 1);
-            diagonal = row[j + 1];
-            row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
-        }
-    }
-    return row.back();
 }
 
 } // namespace
@@ -75,37 +53,19 @@ std::string in_quotes(std::string_view text)
 
 bool same_word(std::string_view a, std::string_view b)
 {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) { return lower(x) == lower(y); });
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](char x, char y) { return text::lower(x) == text::lower(y); });
 }
 
 std::string_view nearest(std::string_view word, std::span<const std::string_view> known)
 {
-    if (word.size() > longest_word)
-        return {};
-    std::string_view best;
-    size_t fewest = most_wrong_letters + 1;
-    for (const std::string_view candidate : known) {
-        const size_t wrong = edit_distance(word, candidate);
-        if (wrong > fewest || wrong > most_wrong_letters || wrong >= candidate.size())
-            continue;
-        best = wrong < fewest ? candidate : std::string_view{};
-        fewest = wrong;
-    }
-    return best;
+    return text::nearest(word, known, most_wrong_letters);
 }
 
 std::string did_you_mean(std::string_view word, std::span<const std::string_view> known)
 {
     const std::string_view meant = nearest(word, known);
     return meant.empty() ? "" : fmt::format("; did you mean \"{}\"?", meant);
-}
-
-std::string with_separators(uint64_t number)
-{
-    std::string digits = fmt::to_string(number);
-    for (size_t at = digits.size(); at > 3;)
-        digits.insert(at -= 3, 1, ',');
-    return digits;
 }
 
 std::string wrapped(std::string_view lead, std::string_view text)

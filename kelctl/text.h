@@ -1,7 +1,8 @@
 // Small text helpers: foreign text made safe for a terminal, and the nearest known word for a misspelt one.
 #pragma once
 
-#include <cstdint>
+#include "text/quantity.h"
+
 #include <span>
 #include <string>
 #include <string_view>
@@ -28,8 +29,7 @@ std::string_view nearest(std::string_view word, std::span<const std::string_view
 // "; did you mean "settings"?" of the nearest word, empty when there is none.
 std::string did_you_mean(std::string_view word, std::span<const std::string_view> known);
 
-// "10,000"
-std::string with_separators(uint64_t number);
+using text::with_separators;
 
 // Lines of at most 80 characters: the first begins with `lead`, the others with as many blanks. They are broken at
 // blanks; a word that is longer stays whole.

@@ -5,8 +5,8 @@
 
 #include "softnode/faults/closed_functions.h"
 #include "softnode/faults/spelling.h"
+#include "text/quantity.h"
 
-#include <array>
 #include <charconv>
 #include <limits>
 
@@ -25,13 +25,6 @@ constexpr std::int64_t highest_result = std::numeric_limits<std::uint32_t>::max(
 constexpr std::string_view latency_word = "latency:";
 constexpr std::string_view block_word = "block";
 constexpr std::string_view timing_unit_prefix = "vorn_tu_";
-
-struct Unit {
-    std::string_view name;
-    std::uint64_t nanoseconds;
-};
-
-constexpr std::array<Unit, 4> units{{{"ns", 1}, {"us", 1'000}, {"ms", 1'000'000}, {"s", 1'000'000'000}}};
 
 bool read_number(std::string_view digits, std::int64_t lowest, std::int64_t highest, std::int64_t &number)
 {
@@ -61,18 +54,17 @@ std::optional<std::string_view> cut_off(std::string_view &text, char separator)
 }
 
 /* A number and a unit, which is what the number stops at. */
-bool read_time(std::string_view text, std::uint64_t &nanoseconds)
+bool read_time(std::string_view written, std::uint64_t &nanoseconds)
 {
-    const std::size_t digits = std::min(text.find_first_not_of("0123456789"), text.size());
+    const std::size_t digits = std::min(written.find_first_not_of("0123456789"), written.size());
     std::uint64_t count = 0;
-    if (!read_count(text.substr(0, digits), count))
+    if (!read_count(written.substr(0, digits), count))
         return false;
-    for (const Unit &unit : units)
-        if (text.substr(digits) == unit.name) {
-            nanoseconds = count * unit.nanoseconds;
-            return true;
-        }
-    return false;
+    const text::unit *const unit = text::find_unit(written.substr(digits), text::duration_units);
+    if (!unit)
+        return false;
+    nanoseconds = count * unit->factor;
+    return true;
 }
 
 /* A name that is none, and all that are. */

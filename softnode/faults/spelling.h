@@ -11,7 +11,7 @@
 namespace softnode
 {
 
-/** The known name that takes the fewest changed letters; empty when too many of them would have to change. */
+/** The known name that takes the fewest changed letters; empty when too many would have to change, or for several. */
 std::string_view closest(std::string_view name, std::span<const std::string_view> known);
 
 /** The names in lines of at most 100 columns, indented, separated by commas. */

@@ -5,7 +5,7 @@
 
 #include "softnode/common/facts.h"
 #include "softnode/common/mac.h"
-#include "softnode/views/quantity_text.h"
+#include "text/quantity.h"
 
 #include <array>
 #include <cstddef>
@@ -31,7 +31,7 @@ void add_destinations(DotBox &box, const Destinations &destinations)
     for (std::size_t line = 0; line < destinations.shown.size(); ++line)
         box.line({{text_of(destinations.shown[line]).data()}}, std::to_string(line));
     if (const std::size_t more = destinations.count - destinations.shown.size(); more != 0)
-        box.line({{"and " + grouped(more) + " more", Tone::faint}}, further_port);
+        box.line({{"and " + text::with_separators(more) + " more", Tone::faint}}, further_port);
 }
 
 void add_counters(DotBox &box, const Queue &queue)
@@ -41,8 +41,18 @@ void add_counters(DotBox &box, const Queue &queue)
     const std::uint64_t waiting = queue.waiting().frames;
     if (sent == 0 && dropped == 0 && waiting == 0)
         return;
-    box.line({{grouped(sent) + " sent, " + grouped(waiting) + " waiting", Tone::faint},
-              {dropped == 0 ? "" : ", " + grouped(dropped) + " dropped", Tone::alarm}});
+    box.line({{text::with_separators(sent) + " sent, " + text::with_separators(waiting) + " waiting", Tone::faint},
+              {dropped == 0 ? "" : ", " + text::with_separators(dropped) + " dropped", Tone::alarm}});
+}
+
+std::string rate_text(std::uint64_t rate)
+{
+    return text::separated_quantity_text(rate, text::rate_units);
+}
+
+std::string size_text(std::uint64_t octets)
+{
+    return text::separated_quantity_text(octets, text::size_units);
 }
 
 std::string hexadecimal(std::uint16_t number)
@@ -84,10 +94,10 @@ DotBox pcep_box(Handle handle, const Pcep &pcep, const Words &way)
 DotBox further_pceps_box(std::size_t count, std::size_t astray)
 {
     DotBox box(pcep_column.accent, pcep_width);
-    box.title("and " + grouped(count) + " more");
+    box.title("and " + text::with_separators(count) + " more");
     box.line({{"to their destinations", Tone::faint}}, remote_port);
     if (astray != 0)
-        box.line({{"no path leads to those of " + grouped(astray), Tone::alarm}});
+        box.line({{"no path leads to those of " + text::with_separators(astray), Tone::alarm}});
     return box;
 }
 

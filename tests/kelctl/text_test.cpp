@@ -80,14 +80,6 @@ TEST(Text, PartsStayWhole)
     EXPECT_EQ(wrapped("> ", parts), "> " + std::string(70, 'x') + "\n  [--rate RATE] [--burst SIZE]\n");
 }
 
-TEST(WithSeparators, StandBetweenGroupsOfThreeDigits)
-{
-    EXPECT_EQ(with_separators(0), "0");
-    EXPECT_EQ(with_separators(999), "999");
-    EXPECT_EQ(with_separators(1'000), "1,000");
-    EXPECT_EQ(with_separators(1'234'567), "1,234,567");
-}
-
 TEST(Text, LinesAreFoldedAtBlanksAndGoOnFurtherIn)
 {
     EXPECT_EQ(folded("short", 10), "short\n");
