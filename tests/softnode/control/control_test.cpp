@@ -3,7 +3,7 @@
  */
 #include "control.h"
 
-#include "softnode/facts.h"
+#include "softnode/common/facts.h"
 
 #include <cstdint>
 #include <cstdio>
