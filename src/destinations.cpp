@@ -15,8 +15,8 @@ constexpr size_t mac_size = 6;
 struct destination {
     uint64_t mac;
     GSList *copies; // one for each path, on the heap, exactly 6 octets
-    uint32_t paths_from[kel::port_count];
     uint64_t ports; // those with a path, a bit for each
+    uint32_t paths_from[kel::port_count];
 };
 
 // All destinations, in lists so many that each is short: four in each while 60,000 MAC addresses have paths.
@@ -55,7 +55,7 @@ destination *find(uint64_t mac)
 destination *make(uint64_t mac)
 {
     auto *made = g_new(destination, 1);
-    *made = {mac, nullptr, {}, 0};
+    *made = {mac, nullptr, 0, {}};
     GSList *&list = list_of(mac);
     list = g_slist_prepend(list, made);
     return made;
