@@ -61,11 +61,11 @@ kel_package(kel-core-ic ${PROJECT_DESCRIPTION} "${platform_package}")
 
 install(TARGETS kelctl RUNTIME COMPONENT kelctl)
 
-# Made from kelctl's tables, in the build folder of kelctl.
+# Manual pages are made from kelctl's tables, in the build folder of kelctl.
 function(install_kelctl_text file destination name)
-    install(FILES ${PROJECT_BINARY_DIR}/kelctl/${file} DESTINATION ${destination} RENAME ${name} COMPONENT kelctl)
+    install(FILES ${file} DESTINATION ${destination} RENAME ${name} COMPONENT kelctl)
 endfunction()
-install_kelctl_text(kelctl.1 ${CMAKE_INSTALL_MANDIR}/man1 kelctl.1)
-install_kelctl_text(node.toml.5 ${CMAKE_INSTALL_MANDIR}/man5 node.toml.5)
-install_kelctl_text(kelctl.bash ${CMAKE_INSTALL_DATADIR}/bash-completion/completions kelctl)
-install_kelctl_text(kelctl.zsh ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions _kelctl)
+install_kelctl_text(${PROJECT_BINARY_DIR}/kelctl/kelctl.1 ${CMAKE_INSTALL_MANDIR}/man1 kelctl.1)
+install_kelctl_text(${PROJECT_BINARY_DIR}/kelctl/node.toml.5 ${CMAKE_INSTALL_MANDIR}/man5 node.toml.5)
+install_kelctl_text(${PROJECT_SOURCE_DIR}/kelctl/kelctl.bash ${CMAKE_INSTALL_DATADIR}/bash-completion/completions kelctl)
+install_kelctl_text(${PROJECT_SOURCE_DIR}/kelctl/kelctl.zsh ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions _kelctl)

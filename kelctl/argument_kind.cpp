@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <set>
 #include <span>
 
 namespace kelctl
@@ -145,6 +146,42 @@ argument_value read_file(std::string_view text)
     return std::string(text);
 }
 
+candidates numbers_of(const std::set<uint32_t> &numbers)
+{
+    candidates found;
+    for (const uint32_t number : numbers)
+        found.words.push_back(fmt::to_string(number));
+    return found;
+}
+
+// Kept among, and offered from, the ids or handles of one kind of object.
+argument_kind id_among(std::set<uint32_t> known_words::*ids)
+{
+    return {
+        .placeholder = "ID",
+        .allowed = allowed_text(id_range),
+        .read = [](std::string_view text) -> argument_value { return read_number(text, id_range); },
+        .complete = [ids](const known_words &known) { return numbers_of(known.*ids); },
+        .remember = [ids](const argument_value &used,
+                          known_words &known) { (known.*ids).insert(static_cast<uint32_t>(std::get<int64_t>(used))); }};
+}
+
+argument_kind handle_among(std::set<uint64_t> known_words::*handles)
+{
+    return {.placeholder = "HANDLE", .read = read_handle, .complete = [handles](const known_words &known) {
+                candidates found;
+                for (const uint64_t handle : known.*handles)
+                    found.words.push_back(fmt::format("0x{:x}", handle));
+                return found;
+            }};
+}
+
+argument_kind offering_none(argument_kind kind)
+{
+    kind.complete = nullptr;
+    return kind;
+}
+
 candidates known_macs(const known_words &known)
 {
     candidates found;
@@ -153,28 +190,18 @@ candidates known_macs(const known_words &known)
     return found;
 }
 
-candidates known_ids(const known_words &known)
+argument_kind port_among(bool (*offered)(int32_t port))
 {
-    candidates found;
-    for (const uint32_t id : known.ids)
-        found.words.push_back(fmt::to_string(id));
-    return found;
-}
-
-candidates known_handles(const known_words &known)
-{
-    candidates found;
-    for (const uint64_t handle : known.handles)
-        found.words.push_back(fmt::format("0x{:x}", handle));
-    return found;
-}
-
-candidates port_names(const known_words &)
-{
-    candidates found;
-    for (int32_t port = 0; port < KEL_IELL_PORT_COUNT; ++port)
-        found.words.emplace_back(kel_branch_name(port));
-    return found;
+    return {.placeholder = "PORT",
+            .allowed = "name or 0 to 50",
+            .read = read_port,
+            .complete = [offered](const known_words &) {
+                candidates found;
+                for (int32_t port = 0; port < KEL_IELL_PORT_COUNT; ++port)
+                    if (offered(port))
+                        found.words.emplace_back(kel_branch_name(port));
+                return found;
+            }};
 }
 
 } // namespace
@@ -186,75 +213,107 @@ argument_kind flag()
 
 argument_kind mac()
 {
-    return {.placeholder = "MAC", .allowed = "", .read = read_mac, .complete = known_macs};
+    return {.placeholder = "MAC",
+            .read = read_mac,
+            .complete = known_macs,
+            .remember = [](const argument_value &used, known_words &known) {
+                known.macs.insert(std::get<mac_address>(used));
+            }};
 }
 
 argument_kind port()
 {
-    return {.placeholder = "PORT", .allowed = "name or 0 to 50", .read = read_port, .complete = port_names};
+    return port_among([](int32_t) { return true; });
 }
 
-argument_kind id()
+argument_kind ebcom_port()
 {
-    return {.placeholder = "ID",
-            .allowed = allowed_text(id_range),
-            .read = [](std::string_view text) -> argument_value {
-                return pcep_id{static_cast<uint32_t>(read_number(text, id_range))};
-            },
-            .complete = known_ids};
+    return port_among(carries_ebcom);
+}
+
+argument_kind pcep_id()
+{
+    return id_among(&known_words::pceps);
+}
+
+argument_kind group_id()
+{
+    return id_among(&known_words::groups);
+}
+
+// Which of the two it is, the id does not tell.
+argument_kind pcep_or_group_id()
+{
+    argument_kind kind = pcep_id();
+    kind.complete = [](const known_words &known) {
+        std::set<uint32_t> both = known.pceps;
+        both.insert(known.groups.begin(), known.groups.end());
+        return numbers_of(both);
+    };
+    kind.remember = nullptr;
+    return kind;
+}
+
+argument_kind new_pcep_id()
+{
+    return offering_none(pcep_id());
+}
+
+argument_kind new_group_id()
+{
+    return offering_none(group_id());
 }
 
 argument_kind rate()
 {
-    return {.placeholder = "RATE",
-            .allowed = allowed_text(rate_range),
-            .read = [](std::string_view text) { return read_quantity(text, rate_units, rate_range); },
-            .complete = {}};
+    return {.placeholder = "RATE", .allowed = allowed_text(rate_range), .read = [](std::string_view text) {
+                return read_quantity(text, rate_units, rate_range);
+            }};
 }
 
 argument_kind burst()
 {
-    return {.placeholder = "SIZE",
-            .allowed = allowed_text(burst_range),
-            .read = [](std::string_view text) { return read_quantity(text, size_units, burst_range); },
-            .complete = {}};
+    return {.placeholder = "SIZE", .allowed = allowed_text(burst_range), .read = [](std::string_view text) {
+                return read_quantity(text, size_units, burst_range);
+            }};
 }
 
 argument_kind threshold()
 {
     return {.placeholder = "SIZE",
             .allowed = fmt::format("{}, a multiple of {}", threshold_range.text, threshold_block),
-            .read = read_threshold,
-            .complete = {}};
+            .read = read_threshold};
 }
 
 argument_kind duration(const range &allowed)
 {
     return {.placeholder = "TIME",
             .allowed = allowed_text(allowed),
-            .read = [allowed](std::string_view text) -> argument_value { return read_duration(text, allowed); },
-            .complete = {}};
+            .read = [allowed](std::string_view text) -> argument_value { return read_duration(text, allowed); }};
 }
 
 argument_kind number(const range &allowed)
 {
-    return {.placeholder = "N",
-            .allowed = allowed_text(allowed),
-            .read = [allowed](std::string_view text) { return read_number(text, allowed); },
-            .complete = {}};
+    return {.placeholder = "N", .allowed = allowed_text(allowed), .read = [allowed](std::string_view text) {
+                return read_number(text, allowed);
+            }};
 }
 
 argument_kind numbers(size_t count, const range &allowed)
 {
     return {.placeholder = "N,N",
             .allowed = fmt::format("{} numbers, {}", count, allowed.text),
-            .read = [=](std::string_view text) { return read_numbers(text, count, allowed); },
-            .complete = {}};
+            .read = [=](std::string_view text) { return read_numbers(text, count, allowed); }};
 }
 
-argument_kind handle_value()
+argument_kind queue_handle()
 {
-    return {.placeholder = "HANDLE", .allowed = "", .read = read_handle, .complete = known_handles};
+    return handle_among(&known_words::queues);
+}
+
+argument_kind scheduler_handle()
+{
+    return handle_among(&known_words::schedulers);
 }
 
 argument_kind format()
@@ -278,19 +337,19 @@ argument_kind choice(std::vector<std::string> words)
 
 argument_kind file()
 {
-    return {.placeholder = "FILE", .allowed = "", .read = read_file, .complete = [](const known_words &) {
+    return {.placeholder = "FILE", .read = read_file, .complete = [](const known_words &) {
                 return candidates{.files = true};
             }};
 }
 
 argument_kind text()
 {
-    return {.placeholder = "TEXT", .allowed = "", .read = read_text, .complete = {}};
+    return {.placeholder = "TEXT", .read = read_text};
 }
 
 argument_kind command_words()
 {
-    return {.placeholder = "COMMAND", .allowed = "", .read = read_text, .complete = [](const known_words &) {
+    return {.placeholder = "COMMAND", .read = read_text, .complete = [](const known_words &) {
                 return candidates{.commands = true};
             }};
 }

@@ -18,16 +18,9 @@
 namespace kelctl
 {
 
-// The id of a PCEP or of a multicast group. A type of its own so that ids can be told from other numbers and remembered.
-struct pcep_id {
-    uint32_t value;
-
-    bool operator==(const pcep_id &) const = default;
-};
-
 // A reading. Rates are in kbit/s, sizes in octets; handles are unsigned; a file and a text are strings.
-using argument_value = std::variant<bool, int64_t, uint64_t, pcep_id, std::string, mac_address, std::vector<uint32_t>,
-                                    std::vector<std::string>>;
+using argument_value =
+    std::variant<bool, int64_t, uint64_t, std::string, mac_address, std::vector<uint32_t>, std::vector<std::string>>;
 
 // Thrown by a kind's reader. What it says follows the argument's name.
 class wrong_value : public std::runtime_error
@@ -44,24 +37,31 @@ struct candidates {
 };
 
 struct argument_kind {
-    std::string placeholder; // how help names a value: "RATE"; empty: an option that takes none
-    std::string allowed;     // "1 to 511"; empty when there is nothing to say
-    std::function<argument_value(std::string_view)> read;
-    std::function<candidates(const known_words &)> complete; // null: nothing to offer
+    std::string placeholder = {}; // how help names a value: "RATE"; empty: an option that takes none
+    std::string allowed = {};     // "1 to 511"; empty when there is nothing to say
+    std::function<argument_value(std::string_view)> read = {};
+    std::function<candidates(const known_words &)> complete = {};                 // null: nothing to offer
+    std::function<void(const argument_value &used, known_words &)> remember = {}; // to offer it again; null: nothing
 };
 
 argument_kind flag();
 argument_kind mac();
-argument_kind port();  // number or branch name; int64_t
-argument_kind id();    // 1 to 511; pcep_id
+argument_kind port();       // number or branch name; int64_t
+argument_kind ebcom_port(); // the same, offering ports that carry EBCOM
+argument_kind pcep_id();    // ids are 1 to 511; int64_t
+argument_kind group_id();
+argument_kind pcep_or_group_id();
+argument_kind new_pcep_id(); // of what is yet to be made: none is offered
+argument_kind new_group_id();
 argument_kind rate();  // int64_t
 argument_kind burst(); // int64_t
 argument_kind threshold();
 argument_kind duration(const range &allowed); // with a unit; in nanoseconds, int64_t
 argument_kind number(const range &allowed);
 argument_kind numbers(size_t count, const range &allowed); // "1,2"
-argument_kind handle_value();                              // hexadecimal; uint64_t
-argument_kind format();                                    // text, csv, json or the formatting library's number
+argument_kind queue_handle();                              // hexadecimal; uint64_t
+argument_kind scheduler_handle();
+argument_kind format(); // text, csv, json or the formatting library's number
 argument_kind choice(std::vector<std::string> words);
 argument_kind file();
 argument_kind text();

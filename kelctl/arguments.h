@@ -36,7 +36,7 @@ public:
 
     uint32_t id(std::string_view name) const
     {
-        return get<pcep_id>(name).value;
+        return number<uint32_t>(name);
     }
 
     const std::string &text(std::string_view name) const

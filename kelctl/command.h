@@ -1,11 +1,11 @@
-// The table of commands. A row says how a command is asked for, what it takes and what carries it out; the command line,
-// scripts, the shell, help and completion all follow from it, and so do the tests. To add a command, add a row to the
-// family it belongs to (commands_*.cpp):
+// Tables of commands. A row says how a command is asked for, what it takes and what carries it out; the command line,
+// scripts, the shell, help and completion all follow from it. To add a command to the program, add a row to the family
+// it belongs to (commands_*.cpp):
 //
 //     {.name = "group add",
 //      .variants = {{"kel_core_ic_pcep_mc_group_add", add_group}},
 //      .help = "Create a multicast group",
-//      .arguments = {{.name = "GROUP", .kind = id(), .help = "id of the multicast group"}},
+//      .arguments = {{.name = "GROUP", .kind = new_group_id(), .help = "id of the multicast group"}},
 //      .example = "group add 300",
 //      .undo = "group remove"}
 #pragma once
@@ -14,7 +14,6 @@
 #include "kelctl/arguments.h"
 #include "kelctl/result.h"
 
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -70,7 +69,8 @@ struct command {
     bool offline = false;           // uses no node, and so does not care whether there can be one
 
     bool allowed_in(place where) const;
-    const argument *find_argument(std::string_view argument_name) const;
+    const argument *find_argument(std::string_view argument_name) const; // options that every command has included
+    const argument *argument_at(size_t index) const;                     // among those that are no options
 };
 
 // A first word that several commands share.
@@ -79,21 +79,43 @@ struct command_group {
     std::string_view help;
 };
 
-// Rows in the order that help shows them.
-const std::vector<command> &commands();
-std::span<const command_group> command_groups();
-
 // Options that every command has: --json, --trace, --help.
 const std::vector<argument> &shared_options();
 
-// The row of exactly these words; null when there is none.
-const command *find_command(std::string_view name);
+// What there is to ask for. Whoever takes a line apart, completes it or tells about it is handed one: the program's own
+// (commands.h), or one of a test.
+class command_table
+{
+public:
+    // Rows in the order that help shows them. One with several variants gets its option --variant here.
+    command_table(std::vector<command> rows, std::vector<command_group> groups);
 
-// The words that may follow these, in the table's order: "add" and "remove" after "ebcom path". None after a whole
-// command and after words that begin none.
-std::vector<std::string_view> next_words(std::string_view words, place where);
+    const std::vector<command> &rows() const
+    {
+        return rows_;
+    }
 
-// A command as it was asked for.
+    const std::vector<command_group> &groups() const
+    {
+        return groups_;
+    }
+
+    // The row of exactly these words; null when there is none.
+    const command *find(std::string_view name) const;
+
+    // The words that may follow these, in the table's order: "add" and "remove" after "ebcom path". None after a whole
+    // command and after words that begin none.
+    std::vector<std::string_view> next_words(std::string_view words, place where) const;
+
+    // What a command or a group of this name is for, in one line; empty where the words lead to several or to none.
+    std::string_view help_on(std::string_view words) const;
+
+private:
+    std::vector<command> rows_;
+    std::vector<command_group> groups_;
+};
+
+// A command as it was asked for. Its row and variant are the table's, which has to outlive it.
 struct invocation {
     const command *row = nullptr;
     const variant *chosen = nullptr;

@@ -13,108 +13,58 @@ namespace kelctl
 namespace
 {
 
-constexpr std::string_view end_of_options = "--";
-
-bool asks_for_help(const word &word)
-{
-    return word.text == "--help" || word.text == "-h";
-}
-
-bool ask_for_help(const std::vector<word> &words)
-{
-    const auto end =
-        std::find_if(words.begin(), words.end(), [](const word &word) { return word.text == end_of_options; });
-    return std::any_of(words.begin(), end, asks_for_help);
-}
-
 uint32_t column_after(const std::vector<word> &words)
 {
     return words.empty() ? 0 : words.back().end;
 }
 
+bool has_flag(const line_parts &parts, std::string_view name)
+{
+    return std::any_of(parts.arguments.begin(), parts.arguments.end(),
+                       [name](const argument_word &one) { return one.option == name && !one.value; });
+}
+
 class line_parser
 {
 public:
-    line_parser(const std::vector<word> &words, place where) : words_(words), where_(where)
+    line_parser(const command_table &table, const std::vector<word> &words, place where)
+        : table_(table), words_(words), where_(where), parts_(parts_of(table, words, where))
     {
     }
 
     invocation parse()
     {
-        take_leading_options();
-        take_command_words();
-        if (ask_for_help(words_))
+        if (parts_.unknown)
+            refuse_word(*parts_.unknown);
+        if (has_flag(parts_, "--help"))
             return help_on_command_words();
-        find_row();
-        while (next_ < words_.size())
-            take_argument();
+        if (!parts_.row)
+            ask_for_more_words();
+        parsed_.row = parts_.row;
+        parsed_.json = has_flag(parts_, "--json");
+        parsed_.trace = has_flag(parts_, "--trace");
+        for (const argument_word &one : parts_.arguments)
+            one.option.empty() ? take_positional(one) : take_option(one);
         complete();
         return std::move(parsed_);
     }
 
 private:
-    bool more() const
-    {
-        return next_ < words_.size();
-    }
-
-    bool take_shared_option(std::string_view name)
-    {
-        if (name != "--json" && name != "--trace")
-            return false;
-        (name == "--json" ? parsed_.json : parsed_.trace) = true;
-        return true;
-    }
-
-    void take_leading_options()
-    {
-        while (more() && (take_shared_option(words_[next_].text) || asks_for_help(words_[next_])))
-            ++next_;
-    }
-
-    void take_command_words()
-    {
-        for (; more(); ++next_) {
-            const std::string_view word = next_command_word();
-            const auto known = next_words(name_, where_);
-            if (std::find(known.begin(), known.end(), word) == known.end())
-                return;
-            name_ = with_words_before(word);
-        }
-    }
-
-    // The command "version" is asked for by --version as well.
-    std::string_view next_command_word() const
-    {
-        const std::string_view word = words_[next_].text;
-        return name_.empty() && word == "--version" ? word.substr(2) : word;
-    }
-
+    // "ebcom path --help" is "help ebcom path".
     invocation help_on_command_words()
     {
-        if (more() && !asks_for_help(words_[next_]) && !find_command(name_))
-            refuse_word(words_[next_]);
-        parsed_.row = find_command("help");
-        parsed_.chosen = &parsed_.row->variants.front();
-        std::vector<std::string> words;
-        for (const word &word : words_of(name_))
-            words.push_back(word.text);
-        parsed_.given.set("COMMAND", std::move(words));
-        return std::move(parsed_);
+        invocation help = kelctl::parse(table_, words_of("help " + parts_.name), where_);
+        help.json = has_flag(parts_, "--json");
+        return help;
     }
 
-    void find_row()
+    [[noreturn]] void ask_for_more_words() const
     {
-        parsed_.row = find_command(name_);
-        if (parsed_.row && parsed_.row->allowed_in(where_))
-            return;
-        if (more())
-            refuse_word(words_[next_]);
-        if (name_.empty())
+        if (parts_.name.empty())
             throw wrong_line("A command is required", column_after(words_));
-        throw wrong_line(
-            fmt::format("\"{}\" is followed by one of these: {}", name_, fmt::join(next_words(name_, where_), ", ")),
-            column_after(words_));
+        throw wrong_line(fmt::format("\"{}\" is followed by one of these: {}", parts_.name,
+                                     fmt::join(table_.next_words(parts_.name, where_), ", ")),
+                         column_after(words_));
     }
 
     [[noreturn]] void refuse_word(const word &word) const
@@ -122,9 +72,9 @@ private:
         if (word.text.starts_with("-"))
             throw wrong_line(fmt::format("there is no option {}", in_quotes(word.text)), word.column);
         const std::string asked = with_words_before(word.text);
-        if (const command *elsewhere = find_command(asked); elsewhere && !elsewhere->allowed_in(where_))
+        if (const command *elsewhere = table_.find(asked); elsewhere && !elsewhere->allowed_in(where_))
             throw wrong_line(fmt::format("{} cannot be used here", in_quotes(asked)), word.column);
-        const std::string_view meant = nearest(word.text, next_words(name_, where_));
+        const std::string_view meant = nearest(word.text, table_.next_words(parts_.name, where_));
         const std::string hint =
             meant.empty() ? "" : fmt::format("; did you mean {}?", in_quotes(with_words_before(meant)));
         throw wrong_line(fmt::format("there is no command {}{}", in_quotes(asked), hint), word.column);
@@ -132,66 +82,48 @@ private:
 
     std::string with_words_before(std::string_view last) const
     {
-        return name_.empty() ? std::string(last) : fmt::format("{} {}", name_, last);
+        return parts_.name.empty() ? std::string(last) : fmt::format("{} {}", parts_.name, last);
     }
 
-    void take_argument()
+    void take_option(const argument_word &given)
     {
-        const word &word = words_[next_++];
-        if (!options_ended_ && word.text == end_of_options)
-            options_ended_ = true;
-        else if (!options_ended_ && word.text.starts_with("--"))
-            take_option(word);
-        else
-            take_positional(word);
-    }
-
-    void take_option(const word &word)
-    {
-        const size_t equals = word.text.find('=');
-        const std::string name = word.text.substr(0, equals);
-        const argument *option = parsed_.row->find_argument(name);
-        if (!option)
-            refuse_option(name, word.column);
-        if (option->is_flag() && equals != std::string::npos)
-            throw wrong_line(fmt::format("{} takes no value", name), word.column);
-        if (take_shared_option(name))
+        if (!given.meant)
+            refuse_option(given);
+        if (given.meant->is_flag() && given.value)
+            throw wrong_line(fmt::format("{} takes no value", given.option), given.written.column);
+        if (given.option == "--json" || given.option == "--trace")
             return;
-        if (parsed_.given.has(name))
-            throw wrong_line(fmt::format("{} is given twice", name), word.column);
-        if (option->is_flag())
-            parsed_.given.set(name, true);
-        else if (equals != std::string::npos)
-            take_value(*option, {word.text.substr(equals + 1), word.column, word.end});
-        else if (more())
-            take_value(*option, words_[next_++]);
+        if (parsed_.given.has(given.option))
+            throw wrong_line(fmt::format("{} is given twice", given.option), given.written.column);
+        if (given.awaits_value())
+            throw wrong_line(fmt::format("{}: a value is missing", given.option), column_after(words_));
+        if (given.value)
+            take_value(*given.meant, *given.value);
         else
-            throw wrong_line(fmt::format("{}: a value is missing", name), column_after(words_));
+            parsed_.given.set(given.option, true);
     }
 
-    [[noreturn]] void refuse_option(std::string_view name, uint32_t column) const
+    [[noreturn]] void refuse_option(const argument_word &given) const
     {
         std::vector<std::string_view> known;
         for (const std::vector<argument> *list : {&parsed_.row->arguments, &shared_options()})
             for (const argument &one : *list)
                 if (one.is_option())
                     known.emplace_back(one.name);
-        throw wrong_line(fmt::format("\"{}\" has no option {}{}", name_, in_quotes(name), did_you_mean(name, known)),
-                         column);
+        throw wrong_line(fmt::format("\"{}\" has no option {}{}", parts_.name, in_quotes(given.option),
+                                     did_you_mean(given.option, known)),
+                         given.written.column);
     }
 
-    void take_positional(const word &word)
+    void take_positional(const argument_word &given)
     {
-        for (const argument &one : parsed_.row->arguments) {
-            if (one.is_option() || (parsed_.given.has(one.name) && !one.repeated))
-                continue;
-            if (one.repeated)
-                repeated_.push_back(word.text);
-            else
-                take_value(one, word);
-            return;
-        }
-        throw wrong_line(fmt::format("{} is one word too many", in_quotes(word.text)), word.column);
+        if (!given.meant)
+            throw wrong_line(fmt::format("{} is one word too many", in_quotes(given.written.text)),
+                             given.written.column);
+        if (given.meant->repeated)
+            repeated_.push_back(given.written.text);
+        else
+            take_value(*given.meant, given.written);
     }
 
     void take_value(const argument &argument, const word &word)
@@ -248,20 +180,19 @@ private:
                              column_after(words_));
     }
 
+    const command_table &table_;
     const std::vector<word> &words_;
     place where_;
-    size_t next_ = 0;
-    std::string name_; // the command's words so far
-    bool options_ended_ = false;
+    const line_parts parts_;
     std::vector<std::string> repeated_;
     invocation parsed_;
 };
 
 } // namespace
 
-invocation parse(const std::vector<word> &words, place where)
+invocation parse(const command_table &table, const std::vector<word> &words, place where)
 {
-    return line_parser(words, where).parse();
+    return line_parser(table, words, where).parse();
 }
 
 } // namespace kelctl

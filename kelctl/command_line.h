@@ -4,10 +4,10 @@
 //
 // Words are separated by blanks. Quotes of either kind keep blanks and # in a word; a backslash does so for the
 // character after it, but not within single quotes. Options may stand anywhere after the command, their values in the
-// next word or behind a "="; after "--" there are none.
+// next word, whatever it is, or behind a "="; after "--" there are none. Those that every command has may stand before it.
 #pragma once
 
-#include "kelctl/command.h"
+#include "kelctl/line_parts.h"
 
 #include <cstdint>
 #include <stdexcept>
@@ -17,13 +17,6 @@
 
 namespace kelctl
 {
-
-struct word {
-    std::string text;
-    // Its first character and what follows its last one, counted from 1 in characters; 0: it stands in no line.
-    uint32_t column = 0;
-    uint32_t end = 0;
-};
 
 // What is wrong with a line. Column 0: it has none.
 class wrong_line : public std::runtime_error
@@ -45,7 +38,7 @@ private:
 // The words of a line without its end; none of an empty line or a comment. Throws wrong_line.
 std::vector<word> words_of(std::string_view line);
 
-// The command that these words ask for, with its arguments read. Throws wrong_line.
-invocation parse(const std::vector<word> &words, place where);
+// The command of the table that these words ask for, with its arguments read. Throws wrong_line.
+invocation parse(const command_table &table, const std::vector<word> &words, place where);
 
 } // namespace kelctl

@@ -1,4 +1,4 @@
-// The families of commands. commands.cpp puts them together.
+// The program's own commands: its families of rows, and the table that commands.cpp makes of them.
 #pragma once
 
 #include "kelctl/command.h"
@@ -8,9 +8,11 @@
 namespace kelctl
 {
 
+const command_table &commands();
+
 std::vector<command> node_commands();        // up, check, plan
 std::vector<command> table_commands();       // ports, codes, limits
-std::vector<command> session_commands();     // run, shell, help, exit
+std::vector<command> session_commands();     // run, shell, help, exit, quit
 std::vector<command> ebcom_commands();       // service, parameters, interface, timestamp
 std::vector<command> path_commands();        // paths, shapers, schedulers, handles
 std::vector<command> pcep_commands();        // PCEPs and multicast groups

@@ -8,6 +8,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <set>
 
 namespace kelctl
 {
@@ -20,7 +21,7 @@ constexpr std::string_view qos_dump_file = "/tmp/KEL_DUMP_EBCOM_QOS_HANDLE_FILEN
 constexpr std::string_view unshaped_threshold = "5000 KiB";
 
 const argument destination = {.name = "MAC", .kind = mac(), .help = "address of the destination"};
-const argument through_port = {.name = "--port", .kind = port(), .help = "IC port"};
+const argument through_port = {.name = "--port", .kind = ebcom_port(), .help = "IC port"};
 
 std::vector<argument> path_arguments_with_shaping()
 {
@@ -98,14 +99,14 @@ result change_shaper(const invocation &asked, session &session)
     return done;
 }
 
-template <uint32_t (*Function)(const uint8_t *, void **)>
+template <uint32_t (*Function)(const uint8_t *, void **), std::set<uint64_t> known_words::*Handles>
 result look_up_handle(const invocation &asked, session &session)
 {
     void *handle = nullptr;
     result done = session.call(asked, Function, input("dst_mac", asked.given.mac("MAC")), output(handle));
     if (done.code == 0) {
         done.shown = fields{{"handle", fmt::format("{}", handle)}};
-        session.known.handles.insert(reinterpret_cast<uint64_t>(handle));
+        (session.known.*Handles).insert(reinterpret_cast<uint64_t>(handle));
     }
     return done;
 }
@@ -158,12 +159,14 @@ std::vector<command> path_commands()
          .arguments = {destination, through_port},
          .example = "ebcom shaper remove 02:00:02:02:00:02 --port RLU1Q"},
         {.name = "ebcom queue handle",
-         .variants = {{"kel_ic_ebcom_queue_handle_get", look_up_handle<kel_ic_ebcom_queue_handle_get>}},
+         .variants = {{"kel_ic_ebcom_queue_handle_get",
+                       look_up_handle<kel_ic_ebcom_queue_handle_get, &known_words::queues>}},
          .help = "Show the queue that carries a destination",
          .arguments = {destination},
          .example = "ebcom queue handle 02:00:02:02:00:01"},
         {.name = "ebcom scheduler handle",
-         .variants = {{"kel_ic_ebcom_scheduler_handle_get", look_up_handle<kel_ic_ebcom_scheduler_handle_get>}},
+         .variants = {{"kel_ic_ebcom_scheduler_handle_get",
+                       look_up_handle<kel_ic_ebcom_scheduler_handle_get, &known_words::schedulers>}},
          .help = "Show the scheduler above that queue",
          .arguments = {destination},
          .example = "ebcom scheduler handle 02:00:02:02:00:01"},

@@ -17,9 +17,11 @@ namespace kelctl
 namespace
 {
 
-const argument pcep = {.name = "ID", .kind = id(), .help = "of the PCEP"};
-const argument group = {.name = "GROUP", .kind = id(), .help = "id of the multicast group"};
-const argument member = {.name = "ID", .kind = id(), .help = "of the PCEP that is the member"};
+const argument pcep = {.name = "ID", .kind = pcep_id(), .help = "of the PCEP"};
+const argument new_pcep = {.name = "ID", .kind = new_pcep_id(), .help = "of the PCEP"};
+const argument group = {.name = "GROUP", .kind = group_id(), .help = "id of the multicast group"};
+const argument new_group = {.name = "GROUP", .kind = new_group_id(), .help = "id of the multicast group"};
+const argument member = {.name = "ID", .kind = pcep_id(), .help = "of the PCEP that is the member"};
 
 kel_pcep_config configuration_of(const arguments &given)
 {
@@ -100,7 +102,7 @@ result ask_for_multicast_queue(const invocation &asked, session &session)
 
 std::vector<argument> arguments_of_a_new_pcep()
 {
-    return {pcep,
+    return {new_pcep,
             {.name = "--remote-id", .kind = number(remote_id_range), .help = "id at the other end, 24 bits"},
             {.name = "--local", .kind = mac(), .help = "address at this end; on the HSFP the PCEP gets bound"},
             {.name = "--remote", .kind = mac(), .help = "address at the other end"},
@@ -165,7 +167,7 @@ std::vector<command> pcep_commands()
         {.name = "group add",
          .variants = {{"kel_core_ic_pcep_mc_group_add", change_group<kel_core_ic_pcep_mc_group_add>}},
          .help = "Create a multicast group",
-         .arguments = {group},
+         .arguments = {new_group},
          .example = "group add 300",
          .undo = "group remove"},
         {.name = "group remove",

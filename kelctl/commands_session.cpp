@@ -24,22 +24,28 @@ constexpr std::string_view shell_details =
     R"(On a terminal there is a prompt, with a history that lasts from one shell to the
 next, and completion with TAB: commands, options, ports, and addresses, ids and
 handles that were used or stand in the accelerator. Ctrl-C gives a line up,
-Ctrl-D or "exit" leaves.
+Ctrl-D, "exit" or "quit" leaves.
 
 With a node file the node is brought up first and taken down at the end.
 
 Elsewhere commands are read line by line and run as they come; the exit status
 is the worst of theirs.)";
 
+const argument words_of_a_command = {.name = "COMMAND",
+                                     .kind = command_words(),
+                                     .help = "words of a command or of a group",
+                                     .required = false,
+                                     .repeated = true};
+
 result show_help(const invocation &asked, session &session)
 {
     const std::string words = fmt::format("{}", fmt::join(asked.given.get<std::vector<std::string>>("COMMAND"), " "));
     const place where = session.where;
     result done;
-    if (const command *row = find_command(words); row && row->allowed_in(where))
+    if (const command *row = session.table.find(words); row && row->allowed_in(where))
         done.text = help_of(*row);
-    else if (!next_words(words, where).empty())
-        done.text = help_of_words(words, where);
+    else if (!session.table.next_words(words, where).empty())
+        done.text = help_of_words(session.table, words, where);
     else
         return {.status = exit_wrong_input, .errors = {{fmt::format("there is no command {}", in_quotes(words))}}};
     done.shown = {{"help", *done.text}};
@@ -85,19 +91,28 @@ std::vector<command> session_commands()
          .places = {place::program}},
         {.name = "help",
          .variants = {{.run = show_help}},
-         .help = "Tell about commands",
-         .arguments = {{.name = "COMMAND",
-                        .kind = command_words(),
-                        .help = "words of a command or of a group",
-                        .required = false,
-                        .repeated = true}},
+         .help = "Show the commands, or one in full",
+         .arguments = {words_of_a_command},
          .example = "help ebcom path add",
+         .offline = true},
+        {.name = "?",
+         .variants = {{.run = show_help}},
+         .help = "The same as help",
+         .arguments = {words_of_a_command},
+         .example = "? ebcom path add",
+         .places = {place::shell},
          .offline = true},
         {.name = "exit",
          .variants = {{.run = leave}},
          .help = "Leave the script or shell",
          .example = "exit",
          .places = {place::script, place::shell},
+         .offline = true},
+        {.name = "quit",
+         .variants = {{.run = leave}},
+         .help = "The same as exit",
+         .example = "quit",
+         .places = {place::shell},
          .offline = true},
         {.name = "version",
          .variants = {{.run = show_version}},

@@ -20,7 +20,7 @@ constexpr uint32_t longest_text = 4096; // octets; one that is longer fails with
 constexpr uint8_t text_table = 0; // the format
 
 const argument destination = {.name = "MAC", .kind = mac(), .help = "destination that the queue carries"};
-const argument pcep = {.name = "ID", .kind = id(), .help = "of a unicast PCEP"};
+const argument pcep = {.name = "ID", .kind = pcep_id(), .help = "of a unicast PCEP"};
 
 argument text_format()
 {
@@ -165,9 +165,11 @@ std::vector<command> statistics_commands()
         {.name = "ebcom burst stats",
          .variants = {{"kel_ic_ebcom_set_burst_stats", burst_record}},
          .help = "Run the burst step of the queue counters: it measures none",
-         .arguments =
-             {{.name = "--queue", .kind = handle_value(), .help = "of the queue", .required = false},
-              {.name = "--scheduler", .kind = handle_value(), .help = "of the scheduler above it", .required = false}},
+         .arguments = {{.name = "--queue", .kind = queue_handle(), .help = "of the queue", .required = false},
+                       {.name = "--scheduler",
+                        .kind = scheduler_handle(),
+                        .help = "of the scheduler above it",
+                        .required = false}},
          .example = "ebcom burst stats --queue 0x5c0000000d"},
         {.name = "pcep stats",
          .variants = {{"kel_core_ic_pcep_fmt_stats_get", pcep_text<kel_core_ic_pcep_fmt_stats_get>, "text"},

@@ -3,6 +3,7 @@
 #include "kelctl/file_text.h"
 #include "kelctl/load_node_file.h"
 #include "kelctl/script.h"
+#include "kelctl/session.h"
 #include "kelctl/sweep_view.h"
 #include "kelctl/text.h"
 
@@ -57,16 +58,16 @@ result swept(const sweep_report &report)
     return done;
 }
 
-result sweep_script(const invocation &asked, session &)
+result sweep_script(const invocation &asked, session &session)
 {
     const std::string &file = asked.given.text("SCRIPT");
     problem_list unreadable;
-    script script = parse_script(text_of_file(file, unreadable));
+    script script = parse_script(session.table, text_of_file(file, unreadable));
     std::ranges::move(unreadable, std::back_inserter(script.problems));
     if (!script.problems.empty())
         return wrong_input(file, errors_of(file, std::move(script.problems)), "nothing was run");
 
-    const auto report = sweep(script.lines, asked.given.number<uint32_t>("--time-limit"));
+    const auto report = sweep(session.table, script.lines, asked.given.number<uint32_t>("--time-limit"));
     if (!report)
         return not_swept(file, "no child process can be made");
     if (std::string why = unfit(report->undisturbed); !why.empty())

@@ -69,7 +69,7 @@ std::vector<command> traffic_commands()
          .variants = {{.run = send}},
          .help = "Let a PCEP or a multicast group send frames",
          .details = "A PCEP sends to its remote address, a group to that of each member.",
-         .arguments = with_frames({.name = "ID", .kind = id(), .help = "of the PCEP or group"}),
+         .arguments = with_frames({.name = "ID", .kind = pcep_or_group_id(), .help = "of the PCEP or group"}),
          .example = "traffic send 300 --frames 10 --octets 64",
          .needs_accelerator = true},
         {.name = "time advance",

@@ -1,4 +1,4 @@
-// Walking along the words before the cursor, as the grammar does.
+// Offering what the grammar expects behind the words before the cursor.
 #include "kelctl/completion.h"
 
 #include "kelctl/command_line.h"
@@ -7,92 +7,74 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <set>
+#include <utility>
 
 namespace kelctl
 {
 namespace
 {
 
+std::string joined(std::string_view words, std::string_view next)
+{
+    return words.empty() ? std::string(next) : fmt::format("{} {}", words, next);
+}
+
 class word_completer
 {
 public:
-    word_completer(std::vector<word> before, std::string begun, const known_words &known, place where)
-        : before_(std::move(before)), begun_(std::move(begun)), known_(known), where_(where)
+    word_completer(const command_table &table, const std::vector<word> &before, const std::string &begun,
+                   const known_words &known, place where)
+        : table_(table), parts_(parts_of(table, before, where)), begun_(begun), known_(known), where_(where)
     {
     }
 
     completion complete()
     {
-        take_command_words();
-        row_ = find_command(name_);
-        if (row_ && row_->allowed_in(where_))
+        if (parts_.row)
             complete_argument();
-        else if (next_ == before_.size())
+        else if (!parts_.unknown)
             complete_command_word();
         return std::move(found_);
     }
 
 private:
-    void offer(const std::string &word)
+    void offer(const std::string &word, const std::string &help = "")
     {
         if (same_word(word.substr(0, begun_.size()), begun_))
-            found_.words.push_back(word);
-    }
-
-    void take_command_words()
-    {
-        for (; next_ < before_.size(); ++next_) {
-            const std::string &text = before_[next_].text;
-            const auto known = next_words(name_, where_);
-            if (std::find(known.begin(), known.end(), text) != known.end())
-                name_ += name_.empty() ? text : fmt::format(" {}", text);
-            else if (!name_.empty() || !text.starts_with("--"))
-                return;
-        }
+            found_.candidates.push_back({word, help});
     }
 
     void complete_command_word()
     {
-        for (const std::string_view word : next_words(name_, where_))
-            offer(std::string(word));
+        offer_words_after(parts_.name);
         if (begun_.starts_with("-"))
             offer_options(shared_options());
     }
 
+    void offer_words_after(const std::string &words)
+    {
+        for (const std::string_view next : table_.next_words(words, where_))
+            offer(std::string(next), help_on(joined(words, next)));
+    }
+
+    std::string help_on(const std::string &words) const
+    {
+        const std::string_view help = table_.help_on(words);
+        return help.empty() ? fmt::format("{}", fmt::join(table_.next_words(words, where_), ", ")) : std::string(help);
+    }
+
     void complete_argument()
     {
-        const argument *valueless = take_arguments();
-        if (valueless)
-            offer_values(*valueless, "");
-        else if (const size_t equals = begun_.find('='); begun_.starts_with("--") && equals != std::string::npos)
+        const bool maybe_option = !parts_.options_ended && begun_.starts_with("-");
+        if (!parts_.arguments.empty() && parts_.arguments.back().awaits_value())
+            offer_values(*parts_.arguments.back().meant);
+        else if (const size_t equals = begun_.find('='); maybe_option && equals != std::string::npos)
             offer_values_behind_equals(begun_.substr(0, equals));
-        else if (!begun_.starts_with("-"))
-            offer_positional();
-        if (!valueless && found_.words.empty() && !found_.files)
-            offer_all_options();
+        else
+            offer_positional_or_options(maybe_option);
     }
 
-    // What was given by now. The option that the begun word is the value of, or null.
-    const argument *take_arguments()
-    {
-        for (; next_ < before_.size(); ++next_) {
-            const std::string &text = before_[next_].text;
-            if (!text.starts_with("--")) {
-                positional_.push_back(text);
-                continue;
-            }
-            given_.insert(text.substr(0, text.find('=')));
-            const argument *option = row_->find_argument(text);
-            if (!option || option->is_flag())
-                continue;
-            if (++next_ == before_.size())
-                return option;
-        }
-        return nullptr;
-    }
-
-    void offer_values(const argument &argument, const std::string &lead)
+    void offer_values(const argument &argument, const std::string &lead = "")
     {
         if (!argument.kind.complete)
             return;
@@ -101,57 +83,71 @@ private:
             offer(lead + word);
         found_.files = possible.files && lead.empty();
         if (possible.commands)
-            for (const std::string_view word : next_words(fmt::format("{}", fmt::join(positional_, " ")), where_))
-                offer(std::string(word));
+            offer_words_after(positional_words());
     }
 
     void offer_values_behind_equals(const std::string &name)
     {
-        if (const argument *option = row_->find_argument(name))
+        if (const argument *option = parts_.row->find_argument(name))
             offer_values(*option, name + "=");
     }
 
-    void offer_positional()
+    void offer_positional_or_options(bool maybe_option)
     {
-        size_t place = 0;
-        for (const argument &one : row_->arguments) {
-            if (one.is_option())
-                continue;
-            if (one.repeated || place++ == positional_.size()) {
-                offer_values(one, "");
-                return;
-            }
-        }
+        const auto by_place = std::count_if(parts_.arguments.begin(), parts_.arguments.end(), stands_by_its_place);
+        const argument *due = parts_.row->argument_at(static_cast<size_t>(by_place));
+        if (due && !maybe_option)
+            offer_values(*due);
+        if (!found_.candidates.empty() || found_.files || parts_.options_ended)
+            return;
+        offer_options(parts_.row->arguments);
+        offer_options(shared_options());
     }
 
-    void offer_all_options()
+    static bool stands_by_its_place(const argument_word &one)
     {
-        offer_options(row_->arguments);
-        offer_options(shared_options());
+        return one.option.empty();
+    }
+
+    std::string positional_words() const
+    {
+        std::string words;
+        for (const argument_word &one : parts_.arguments)
+            if (stands_by_its_place(one))
+                words = joined(words, one.written.text);
+        return words;
     }
 
     void offer_options(const std::vector<argument> &list)
     {
         for (const argument &one : list)
-            if (one.is_option() && !given_.contains(one.name))
-                offer(one.name);
+            if (one.is_option() && !was_given(one))
+                offer(one.name, one.help);
     }
 
-    std::vector<word> before_;
-    std::string begun_;
+    bool was_given(const argument &option) const
+    {
+        return std::any_of(parts_.arguments.begin(), parts_.arguments.end(),
+                           [&option](const argument_word &one) { return one.option == option.name; });
+    }
+
+    const command_table &table_;
+    const line_parts parts_;
+    const std::string &begun_;
     const known_words &known_;
     place where_;
-    size_t next_ = 0;
-    std::string name_; // the command's words so far
-    const command *row_ = nullptr;
-    std::vector<std::string> positional_;
-    std::set<std::string> given_;
     completion found_;
 };
 
 } // namespace
 
-completion complete(std::string_view line, const known_words &known, place where)
+completion complete(const command_table &table, const std::vector<word> &before, const std::string &begun,
+                    const known_words &known, place where)
+{
+    return word_completer(table, before, begun, known, where).complete();
+}
+
+completion complete(const command_table &table, std::string_view line, const known_words &known, place where)
 {
     try {
         std::vector<word> words = words_of(line);
@@ -160,10 +156,18 @@ completion complete(std::string_view line, const known_words &known, place where
             begun = words.back().text;
             words.pop_back();
         }
-        return word_completer(std::move(words), std::move(begun), known, where).complete();
+        return complete(table, words, begun, known, where);
     } catch (const wrong_line &) {
         return {};
     }
+}
+
+std::string lines_of(const completion &found)
+{
+    std::string lines = found.files ? "@files\n" : "";
+    for (const auto &[word, help] : found.candidates)
+        lines += fmt::format("{}{}{}\n", word, help.empty() ? "" : "\t", help);
+    return lines;
 }
 
 } // namespace kelctl

@@ -100,31 +100,32 @@ std::vector<help_row> rows_of(std::span<const meaning> meanings)
 }
 
 // Commands of which `wanted` is true.
-template <typename Predicate> std::vector<help_row> command_rows(place where, Predicate wanted)
+template <typename Predicate>
+std::vector<help_row> command_rows(const command_table &table, place where, Predicate wanted)
 {
     std::vector<help_row> rows;
-    for (const command &one : commands())
+    for (const command &one : table.rows())
         if (one.allowed_in(where) && wanted(one))
             rows.push_back({std::string(one.name), std::string(one.help)});
     return rows;
 }
 
-std::vector<help_row> group_rows(place where)
+std::vector<help_row> group_rows(const command_table &table, place where)
 {
     std::vector<help_row> rows;
-    for (const command_group &group : command_groups())
-        if (!next_words(group.name, where).empty())
+    for (const command_group &group : table.groups())
+        if (!table.next_words(group.name, where).empty())
             rows.push_back({fmt::format("{} ...", group.name), std::string(group.help)});
     return rows;
 }
 
-std::string overview(place where)
+std::string overview(const command_table &table, place where)
 {
     const auto of_one_word = [](const command &row) { return row.name.find(' ') == std::string_view::npos; };
     std::vector<help_row> options;
     add_arguments(shared_options(), true, options);
-    return section("Commands", command_rows(where, of_one_word)) + section("Groups of commands", group_rows(where)) +
-           section("Options of every command", options);
+    return section("Commands", command_rows(table, where, of_one_word)) +
+           section("Groups of commands", group_rows(table, where)) + section("Options of every command", options);
 }
 
 } // namespace
@@ -178,18 +179,18 @@ std::string help_of(const command &row)
            only + function_section(row) + example;
 }
 
-std::string help_of_words(std::string_view words, place where)
+std::string help_of_words(const command_table &table, std::string_view words, place where)
 {
     if (words.empty() && where == place::program)
         return fmt::format(
             "{}\nUsage: kelctl COMMAND ...\n{}{}{}{}\n\"kelctl help COMMAND\" tells more of a command.\n", about,
-            overview(where), section("Instead of a command", rows_of(program_options)),
+            overview(table, where), section("Instead of a command", rows_of(program_options)),
             section("Exit status", rows_of(statuses)), section("Environment", rows_of(variables)));
     if (words.empty())
-        return overview(where).substr(1) + "\n\"help COMMAND\" tells more of a command or group.\n";
+        return overview(table, where).substr(1) + "\n\"help COMMAND\" tells more of a command or group.\n";
     const std::string beginning = fmt::format("{} ", words);
     const auto begins = [&](const command &row) { return row.name.starts_with(beginning); };
-    return section("Commands", command_rows(where, begins)).substr(1);
+    return section("Commands", command_rows(table, where, begins)).substr(1);
 }
 
 } // namespace kelctl

@@ -1,4 +1,4 @@
-// Help, made from the table of commands. Every line has at most 80 columns.
+// Help, made from a table of commands. Every line has at most 80 columns.
 #pragma once
 
 #include "kelctl/command.h"
@@ -34,6 +34,6 @@ std::vector<std::string> usage_of(const command &row);
 std::string help_of(const command &row);
 
 // The commands that begin with these words; of all when there are none, and then with how the program itself is used.
-std::string help_of_words(std::string_view words, place where);
+std::string help_of_words(const command_table &table, std::string_view words, place where);
 
 } // namespace kelctl

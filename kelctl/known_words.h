@@ -1,4 +1,4 @@
-// Addresses, ids and handles that were named before or stand in the accelerator: what a person is likely to type next.
+// Addresses, ids and handles that are known from before: what a person is likely to type next.
 #pragma once
 
 #include "kelctl/mac_address.h"
@@ -9,14 +9,12 @@
 namespace kelctl
 {
 
-struct snapshot;
-
 struct known_words {
     std::set<mac_address> macs;
-    std::set<uint32_t> ids; // of PCEPs and groups
-    std::set<uint64_t> handles;
-
-    void add(const snapshot &node);
+    std::set<uint32_t> pceps; // ids
+    std::set<uint32_t> groups;
+    std::set<uint64_t> queues; // handles
+    std::set<uint64_t> schedulers;
 };
 
 } // namespace kelctl

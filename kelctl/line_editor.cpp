@@ -25,7 +25,7 @@ char word_breaks[] = " \t";
 
 // Readline calls back without a context.
 completer complete_line;
-completion found;
+replacements found;
 std::optional<std::string> typed;
 bool line_ended = false;
 
@@ -55,6 +55,7 @@ char **words_for(const char *begun, int, int end)
         found = {};
     }
     rl_attempted_completion_over = found.files ? 0 : 1; // otherwise Readline would offer files by itself
+    rl_sort_completion_matches = found.files ? 1 : 0;
     return rl_completion_matches(begun, next_found);
 }
 

@@ -2,18 +2,23 @@
 // for the whole process.
 #pragma once
 
-#include "kelctl/completion.h"
-
 #include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kelctl
 {
 
+// What may take the place of the word before the cursor.
+struct replacements {
+    std::vector<std::string> words; // in the order in which they are listed
+    bool files = false;             // names of files are meant, which the editor knows
+};
+
 // Asked with what stands before the cursor.
-using completer = std::function<completion(std::string_view line)>;
+using completer = std::function<replacements(std::string_view line)>;
 
 // One at a time.
 class line_editor

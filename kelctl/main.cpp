@@ -1,5 +1,7 @@
 // kelctl: from the program's arguments to a command, and from its result to the exit status.
 #include "kelctl/command_line.h"
+#include "kelctl/commands.h"
+#include "kelctl/completion.h"
 #include "kelctl/exit_status.h"
 #include "kelctl/result_view.h"
 #include "kelctl/session.h"
@@ -32,12 +34,24 @@ bool holds(const std::vector<word> &words, std::string_view text)
     return std::any_of(words.begin(), words.end(), [text](const word &one) { return one.text == text; });
 }
 
+// Asked by the completion scripts: with the words before the one that is being typed, and that one.
+int offer(std::vector<word> words)
+{
+    const std::string begun = words.empty() ? "" : words.back().text;
+    if (!words.empty())
+        words.pop_back();
+    write(stdout, lines_of(complete(commands(), words, begun, {}, place::program)));
+    return exit_done;
+}
+
 int run(const std::vector<word> &words)
 {
+    if (!words.empty() && words.front().text == "--complete")
+        return offer({words.begin() + 1, words.end()});
     const bool json = holds(words, "--json");
     try {
-        const invocation asked = parse(words, place::program);
-        session session(place::program, asked.json, asked.trace);
+        const invocation asked = parse(commands(), words, place::program);
+        session session(commands(), place::program, asked.json, asked.trace);
         return session.carry_out(asked).status;
     } catch (const wrong_line &wrong) {
         show_wrong_line({wrong.what()}, json);

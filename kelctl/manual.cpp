@@ -36,16 +36,24 @@ void add_arguments(roff_page &page, const std::vector<argument> &arguments)
         page.item(with_value(one), argument_text(one));
 }
 
+// Empty for what can be asked for everywhere.
+std::string_view told_places(const command &row)
+{
+    if (row.places == std::vector{place::program})
+        return "Not in scripts and the shell.";
+    if (row.places == std::vector{place::shell})
+        return "Only in the shell.";
+    return row.allowed_in(place::program) ? "" : "Only in scripts and the shell.";
+}
+
 void add_command(roff_page &page, const command &row)
 {
     page.subsection(fmt::format("{}", fmt::join(usage_of(row), " ")));
     page.text(fmt::format("{}.", row.help));
     if (row.needs_accelerator)
         page.text("Only on the software accelerator.");
-    if (row.places.size() == 1 && row.places.front() == place::program)
-        page.text("Not in scripts and the shell.");
-    else if (!row.allowed_in(place::program))
-        page.text("Only in scripts and the shell.");
+    if (const std::string_view places = told_places(row); !places.empty())
+        page.text(places);
     add_arguments(page, row.arguments);
     if (!row.details.empty())
         page.text(fmt::format("\n{}", row.details));
@@ -63,7 +71,7 @@ void add_meanings(roff_page &page, std::span<const meaning> meanings)
 
 } // namespace
 
-std::string program_manual(std::string_view version)
+std::string program_manual(const command_table &table, std::string_view version)
 {
     roff_page page("kelctl", 1, version, "control process of a node's packet accelerator");
     page.section("SYNOPSIS");
@@ -76,7 +84,7 @@ std::string program_manual(std::string_view version)
     page.text("\nInstead of a command:");
     add_meanings(page, options_without_command());
     page.section("COMMANDS");
-    for (const command &row : commands())
+    for (const command &row : table.rows())
         add_command(page, row);
     page.section("SCRIPTS");
     page.text(scripts);
@@ -85,8 +93,8 @@ std::string program_manual(std::string_view version)
     page.section("ENVIRONMENT");
     add_meanings(page, environment_variables());
     page.section("EXAMPLES");
-    for (const command &row : commands())
-        if (row.allowed_in(place::program) && row.places.size() == 1)
+    for (const command &row : table.rows())
+        if (row.places == std::vector{place::program})
             page.example(fmt::format("kelctl {}", row.example));
     page.section("SEE ALSO");
     page.text("node.toml(5), kel_core_ic_ebcom(3), kel_core_ic_pcep(3)");

@@ -17,8 +17,6 @@ fields json_of(const argument_value &value)
 {
     if (const auto *mac = std::get_if<mac_address>(&value))
         return to_text(*mac);
-    if (const auto *id = std::get_if<pcep_id>(&value))
-        return id->value;
     if (const auto *handle = std::get_if<uint64_t>(&value))
         return fmt::format("0x{:x}", *handle);
     return std::visit(

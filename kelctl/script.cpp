@@ -48,14 +48,14 @@ result outcome(const tally &count, const std::vector<script_line> &lines, const 
 
 } // namespace
 
-script parse_script(std::string_view text)
+script parse_script(const command_table &table, std::string_view text)
 {
     script parsed;
     for (uint32_t number = 1; !text.empty(); ++number) {
         const size_t end = std::min(text.find('\n'), text.size());
         try {
             if (const auto words = words_of(text.substr(0, end)); !words.empty())
-                parsed.lines.push_back({number, parse(words, place::script)});
+                parsed.lines.push_back({number, parse(table, words, place::script)});
         } catch (const wrong_line &wrong) {
             parsed.problems.push_back({{number, wrong.column()}, wrong.what()});
         }
@@ -69,7 +69,7 @@ result run_script(const invocation &asked, session &session)
     const std::string &file = asked.given.text("SCRIPT");
     const bool keep_going = asked.given.has("--keep-going");
     problem_list unreadable;
-    script script = parse_script(text_of_file(file, unreadable));
+    script script = parse_script(session.table, text_of_file(file, unreadable));
     std::ranges::move(unreadable, std::back_inserter(script.problems));
     if (!script.problems.empty())
         return wrong_input(file, errors_of(file, std::move(script.problems)), "nothing was run");

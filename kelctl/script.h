@@ -22,7 +22,7 @@ struct script {
     problem_list problems;          // of all lines that are none of the above
 };
 
-script parse_script(std::string_view text);
+script parse_script(const command_table &table, std::string_view text);
 
 // The handler of `run`.
 result run_script(const invocation &asked, session &session);

@@ -17,11 +17,6 @@ namespace kelctl
 namespace
 {
 
-template <typename... Readers> struct overloaded : Readers... {
-    using Readers::operator()...;
-};
-template <typename... Readers> overloaded(Readers...) -> overloaded<Readers...>;
-
 bool applies(const invocation &asked)
 {
     return !asked.row->needs_accelerator || on_software_accelerator();
@@ -36,8 +31,8 @@ result not_on_this_platform(const invocation &asked)
 
 } // namespace
 
-session::session(place here, bool json, bool trace)
-    : where(here), json_by_default_(json), trace_by_default_(trace), json_(json)
+session::session(const command_table &commands, place here, bool json, bool trace)
+    : table(commands), where(here), json_by_default_(json), trace_by_default_(trace), json_(json)
 {
 }
 
@@ -45,7 +40,7 @@ result session::carry_out(const invocation &asked, const origin &from)
 {
     show_as(asked.json, asked.trace);
     result done = perform(asked);
-    remember(asked.given);
+    remember(asked);
     show_as(asked.json, asked.trace); // the command may have carried out others meanwhile
     if (json_)
         write(stdout, line_of(document_of(done, asked, from, tracer_installed())));
@@ -117,12 +112,11 @@ void session::direct_trace()
         write(stderr, "no trace: the tracer is not installed on this machine\n");
 }
 
-void session::remember(const arguments &used)
+void session::remember(const invocation &asked)
 {
-    const overloaded keep = {[this](const mac_address &mac) { known.macs.insert(mac); },
-                             [this](pcep_id id) { known.ids.insert(id.value); }, [](const auto &) {}};
-    for (const auto &[name, value] : used.all())
-        std::visit(keep, value);
+    for (const argument &one : asked.row->arguments)
+        if (const auto used = asked.given.all().find(one.name); one.kind.remember && used != asked.given.all().end())
+            one.kind.remember(used->second, known);
 }
 
 } // namespace kelctl

@@ -24,7 +24,8 @@ struct origin {
 class session
 {
 public:
-    session(place where, bool json, bool trace);
+    // The table has to outlive it, as every command that it carries out comes from there.
+    session(const command_table &commands, place where, bool json, bool trace);
 
     // Carries the command out, remembers the words it used, and shows its result. What it returns has been shown.
     result carry_out(const invocation &asked, const origin &from = {});
@@ -63,6 +64,7 @@ public:
         return tracing_;
     }
 
+    const command_table &table;
     place where; // commands come from
     known_words known;
     asked_paths paths;
@@ -72,7 +74,7 @@ public:
 private:
     void show_as(bool json, bool trace);
     void direct_trace();
-    void remember(const arguments &used);
+    void remember(const invocation &asked);
     result result_of(const operation &made);
 
     std::optional<trace_log> log_;

@@ -10,6 +10,7 @@
 #include "kelctl/load_node_file.h"
 #include "kelctl/node_steps.h"
 #include "kelctl/result_view.h"
+#include "kelctl/snapshot.h"
 #include "kelctl/standing.h"
 #include "kelctl/terminal.h"
 #include "kelctl/up.h"
@@ -34,7 +35,7 @@ exit_status run_line(const std::string &line, const origin &at, session &session
         const auto words = words_of(line);
         if (words.empty())
             return exit_done;
-        return session.carry_out(parse(words, place::shell), at).status;
+        return session.carry_out(parse(session.table, words, place::shell), at).status;
     } catch (const wrong_line &wrong) {
         const position where = at.file.empty() ? whole_file : position{at.line, wrong.column()};
         show_wrong_line({wrong.what(), at.file, where}, session.json());
@@ -42,15 +43,38 @@ exit_status run_line(const std::string &line, const origin &at, session &session
     return exit_wrong_input;
 }
 
+void add_words_of(const snapshot &node, known_words &known)
+{
+    for (const snapshot::path &path : node.paths)
+        known.macs.insert(path.mac);
+    for (const snapshot::pcep &pcep : node.pceps) {
+        known.pceps.insert(pcep.id);
+        known.macs.insert({pcep.local_mac, pcep.remote_mac});
+    }
+    for (const snapshot::group &group : node.groups)
+        known.groups.insert(group.id);
+    for (const snapshot::scheduler &scheduler : node.schedulers)
+        known.schedulers.insert(scheduler.self);
+    for (const snapshot::queue &queue : node.queues)
+        known.queues.insert(queue.self);
+}
+
+replacements words_for(std::string_view line, const session &session)
+{
+    known_words known = session.known;
+    if (const auto node = current_snapshot())
+        add_words_of(*node, known);
+    const completion found = complete(session.table, line, known, place::shell);
+    replacements offered = {.words = {}, .files = found.files};
+    for (const candidate &one : found.candidates)
+        offered.words.push_back(one.word);
+    return offered;
+}
+
 // Whatever becomes of the lines, the person has seen it.
 exit_status run_typed_lines(session &session)
 {
-    line_editor editor(history_file(), [&session](std::string_view line) {
-        known_words known = session.known;
-        if (const auto node = current_snapshot())
-            known.add(*node);
-        return complete(line, known, place::shell);
-    });
+    line_editor editor(history_file(), [&session](std::string_view line) { return words_for(line, session); });
     while (!session.finished && !terminated())
         if (const auto line = editor.next(prompt))
             run_line(*line, {}, session);

@@ -29,13 +29,14 @@ constexpr struct {
 class scripted_run
 {
 public:
-    explicit scripted_run(const std::vector<script_line> &lines) : lines_(lines)
+    scripted_run(const command_table &table, const std::vector<script_line> &lines)
+        : table_(table), lines_(lines), standing_(table)
     {
     }
 
     uint32_t run()
     {
-        session_.emplace(place::script, true, false);
+        session_.emplace(table_, place::script, true, false);
         for (const script_line &line : lines_) {
             const result done = session_->perform(line.asked);
             if (done.status != exit_done)
@@ -70,6 +71,7 @@ private:
         return done.code.value_or(1);
     }
 
+    const command_table &table_;
     const std::vector<script_line> &lines_;
     std::optional<session> session_;
     standing_commands standing_;
@@ -153,9 +155,10 @@ std::string_view key_of(verdict verdict)
     return verdict_words[static_cast<size_t>(verdict)].key;
 }
 
-std::optional<sweep_report> sweep(const std::vector<script_line> &lines, uint32_t time_limit)
+std::optional<sweep_report> sweep(const command_table &table, const std::vector<script_line> &lines,
+                                  uint32_t time_limit)
 {
-    scripted_run scripted(lines);
+    scripted_run scripted(table, lines);
     const auto told = sweep_accelerator({.run = [&] { return scripted.run(); },
                                          .clean_up = [&] { scripted.clean_up(); },
                                          .note = [&] { return scripted.note(); },

@@ -42,6 +42,7 @@ struct sweep_report {
 };
 
 // Runs the script with every call that it makes failing in turn. None when no child process can be made.
-std::optional<sweep_report> sweep(const std::vector<script_line> &lines, uint32_t time_limit);
+std::optional<sweep_report> sweep(const command_table &table, const std::vector<script_line> &lines,
+                                  uint32_t time_limit);
 
 } // namespace kelctl

@@ -17,9 +17,9 @@ bool same(const invocation &one, const invocation &other)
 
 } // namespace
 
-std::optional<invocation> undo_of(const invocation &asked)
+std::optional<invocation> undo_of(const invocation &asked, const command_table &table)
 {
-    const command *row = find_command(asked.row->undo);
+    const command *row = table.find(asked.row->undo);
     if (!row)
         return std::nullopt;
     invocation undo;
@@ -37,7 +37,7 @@ void standing_commands::note(uint32_t line, const invocation &asked)
                                      [&asked](const made_command &made) { return same(made.undo, asked); });
     if (undone != standing_.rend())
         standing_.erase(std::next(undone).base());
-    else if (auto undo = undo_of(asked))
+    else if (auto undo = undo_of(asked, table_))
         standing_.push_back({line, std::move(*undo)});
 }
 

@@ -10,8 +10,8 @@
 namespace kelctl
 {
 
-// The command that undoes this one, with those of its arguments that it takes. None when its row names none.
-std::optional<invocation> undo_of(const invocation &asked);
+// The command of the table that undoes this one, with those of its arguments that it takes. None when its row names none.
+std::optional<invocation> undo_of(const invocation &asked, const command_table &table);
 
 struct made_command {
     uint32_t line; // of the script
@@ -22,6 +22,10 @@ struct made_command {
 class standing_commands
 {
 public:
+    explicit standing_commands(const command_table &table) : table_(table)
+    {
+    }
+
     // One that succeeded. When it undoes an earlier one, that one stands no more.
     void note(uint32_t line, const invocation &asked);
 
@@ -29,6 +33,7 @@ public:
     std::optional<made_command> take_last();
 
 private:
+    const command_table &table_;
     std::vector<made_command> standing_;
 };
 

@@ -17,6 +17,7 @@ using testing::AllOf;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Not;
 using testing::SizeIs;
 
 constexpr range percent = {0, 100, "0 to 100"};
@@ -39,9 +40,9 @@ const wrong_word wrong_words[] = {
     {"PortNameNearToSeveral", port(), "RLU9P", "there is no port \"RLU9P\""},
     {"PortNumber", port(), "51", "there is no port 51"},
     {"NegativePortNumber", port(), "-1", "there is no port -1"},
-    {"IdBelow", id(), "0", "0 is not in 1 to 511"},
-    {"IdAbove", id(), "512", "512 is not in 1 to 511"},
-    {"IdWord", id(), "seven", "\"seven\" is not a whole number"},
+    {"IdBelow", pcep_id(), "0", "0 is not in 1 to 511"},
+    {"IdAbove", pcep_id(), "512", "512 is not in 1 to 511"},
+    {"IdWord", pcep_id(), "seven", "\"seven\" is not a whole number"},
     {"RateUnit", rate(), "1 Mbit", "\"1 Mbit\" is not a whole number with one of the units kbit/s, Mbit/s or Gbit/s"},
     {"RateZero", rate(), "0", "0 is not in 1 to 4294967295 kbit/s"},
     {"RateTooLarge", rate(), "5000 Gbit/s", "\"5000 Gbit/s\" is not in 1 to 4294967295 kbit/s"},
@@ -55,14 +56,14 @@ const wrong_word wrong_words[] = {
     {"TooFewNumbers", numbers(2, percent), "1", "\"1\" is not 2 numbers with commas between"},
     {"TooManyNumbers", numbers(2, percent), "1,2,3", "\"1,2,3\" is not 2 numbers with commas between"},
     {"EmptyNumber", numbers(2, percent), "1,", "\"\" is not a whole number"},
-    {"Handle", handle_value(), "0x5c0g", "\"0x5c0g\" is not a handle such as 0x5c00000001"},
-    {"HandleTooLong", handle_value(), "0x10000000000000000",
+    {"Handle", queue_handle(), "0x5c0g", "\"0x5c0g\" is not a handle such as 0x5c00000001"},
+    {"HandleTooLong", queue_handle(), "0x10000000000000000",
      "\"0x10000000000000000\" is not a handle such as 0x5c00000001"},
     {"Format", format(), "xml", "\"xml\" is neither text, csv, json nor a number"},
     {"FormatNumber", format(), "256", "256 is not in 0 to 255"},
     {"Choice", choice({"one", "two"}), "twos", "\"twos\" is none of one, two; did you mean \"two\"?"},
     {"File", file(), "", "\"\" is not the name of a file"},
-    {"ControlCharacters", id(), "7\x1b[31m", "\"7?[31m\" is not a whole number"},
+    {"ControlCharacters", pcep_id(), "7\x1b[31m", "\"7?[31m\" is not a whole number"},
 };
 
 class WrongWord : public testing::TestWithParam<wrong_word>
@@ -122,11 +123,11 @@ TEST(ArgumentKind, DurationTakesUnitsOnly)
 
 TEST(ArgumentKind, OthersReadWhatTheyAreNamedFor)
 {
-    EXPECT_EQ(read<pcep_id>(id(), "511").value, 511u);
+    EXPECT_EQ(read<int64_t>(pcep_id(), "511"), 511);
     EXPECT_EQ(read<int64_t>(number(percent), "0x64"), 100);
     EXPECT_THAT(read<std::vector<uint32_t>>(numbers(3, percent), "1,2,0x3"), ElementsAre(1, 2, 3));
-    EXPECT_EQ(read<uint64_t>(handle_value(), "0xffffffffffffffff"), 0xFFFF'FFFF'FFFF'FFFFu);
-    EXPECT_EQ(read<uint64_t>(handle_value(), "5c00000001"), 0x5C'0000'0001u);
+    EXPECT_EQ(read<uint64_t>(queue_handle(), "0xffffffffffffffff"), 0xFFFF'FFFF'FFFF'FFFFu);
+    EXPECT_EQ(read<uint64_t>(queue_handle(), "5c00000001"), 0x5C'0000'0001u);
     EXPECT_EQ(read<int64_t>(format(), "text"), 0);
     EXPECT_EQ(read<int64_t>(format(), "csv"), 1);
     EXPECT_EQ(read<int64_t>(format(), "json"), 2);
@@ -136,17 +137,41 @@ TEST(ArgumentKind, OthersReadWhatTheyAreNamedFor)
     EXPECT_EQ(read<std::string>(text(), ""), "");
 }
 
-TEST(ArgumentKind, KnownWordsAreOffered)
+TEST(ArgumentKind, OffersWhatFits)
 {
-    const known_words known = {.macs = {*parse_mac_address("02:00:00:02:00:01")}, .ids = {7, 300}, .handles = {0x5C}};
+    const known_words known = {.macs = {*parse_mac_address("02:00:00:02:00:01")},
+                               .pceps = {7, 300, 80},
+                               .groups = {90, 7},
+                               .queues = {0x5D},
+                               .schedulers = {0x5C}};
     EXPECT_THAT(mac().complete(known).words, ElementsAre("02:00:00:02:00:01"));
-    EXPECT_THAT(id().complete(known).words, ElementsAre("7", "300"));
-    EXPECT_THAT(handle_value().complete(known).words, ElementsAre("0x5c"));
-    EXPECT_THAT(port().complete(known).words, AllOf(SizeIs(51), Contains("RLU1P"), Contains("NONE")));
+    EXPECT_THAT(pcep_id().complete(known).words, ElementsAre("7", "80", "300"));
+    EXPECT_THAT(group_id().complete(known).words, ElementsAre("7", "90"));
+    EXPECT_THAT(pcep_or_group_id().complete(known).words, ElementsAre("7", "80", "90", "300"));
+    EXPECT_FALSE(new_pcep_id().complete);
+    EXPECT_FALSE(new_group_id().complete);
+    EXPECT_THAT(queue_handle().complete(known).words, ElementsAre("0x5d"));
+    EXPECT_THAT(scheduler_handle().complete(known).words, ElementsAre("0x5c"));
+    EXPECT_THAT(port().complete(known).words, AllOf(SizeIs(51), Contains("RLU1P"), Contains("HERON")));
+    EXPECT_THAT(ebcom_port().complete(known).words, AllOf(SizeIs(33), Contains("RLU1P"), Not(Contains("HERON"))));
     EXPECT_THAT(format().complete(known).words, ElementsAre("text", "csv", "json"));
     EXPECT_THAT(choice({"one", "two"}).complete(known).words, ElementsAre("one", "two"));
     EXPECT_THAT(file().complete(known).words, IsEmpty());
     EXPECT_TRUE(file().complete(known).files);
+}
+
+TEST(ArgumentKind, RemembersWhatWasNamed)
+{
+    known_words known;
+    pcep_id().remember(int64_t{7}, known);
+    new_pcep_id().remember(int64_t{8}, known);
+    group_id().remember(int64_t{9}, known);
+    new_group_id().remember(int64_t{10}, known);
+    mac().remember(*parse_mac_address("02:00:00:02:00:01"), known);
+    EXPECT_THAT(known.pceps, ElementsAre(7, 8));
+    EXPECT_THAT(known.groups, ElementsAre(9, 10));
+    EXPECT_THAT(known.macs, ElementsAre(*parse_mac_address("02:00:00:02:00:01")));
+    EXPECT_FALSE(pcep_or_group_id().remember); // the id does not tell which of them it is
 }
 
 } // namespace

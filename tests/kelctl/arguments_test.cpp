@@ -12,7 +12,7 @@ TEST(Arguments, AreGivenByNameAndType)
 {
     arguments given;
     given.set("--vlan", int64_t{4095});
-    given.set("ID", pcep_id{7});
+    given.set("ID", int64_t{7});
     EXPECT_TRUE(given.has("ID"));
     EXPECT_FALSE(given.has("MAC"));
     EXPECT_EQ(given.number<uint16_t>("--vlan"), 4095);
@@ -22,8 +22,8 @@ TEST(Arguments, AreGivenByNameAndType)
 TEST(Arguments, AskingForWhatIsNotThereIsAMistakeOfTheRow)
 {
     arguments given;
-    given.set("ID", pcep_id{7});
-    EXPECT_THROW(given.number<int>("ID"), std::bad_variant_access);
+    given.set("FILE", std::string("7"));
+    EXPECT_THROW(given.number<int>("FILE"), std::bad_variant_access);
     EXPECT_THROW(given.text("TEXT"), std::logic_error);
 }
 

@@ -1,5 +1,8 @@
 // The table of commands: complete, without contradictions, and with an example in every row that its own grammar takes.
+#include "kelctl/commands.h"
+
 #include "kelctl/command_line.h"
+#include "kelctl/help.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -17,11 +20,7 @@ namespace kelctl
 namespace
 {
 
-using testing::AllOf;
-using testing::Contains;
-using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::Not;
 
 place first_place(const command &row)
 {
@@ -50,7 +49,7 @@ std::set<std::string> exported_functions()
 TEST(Commands, CallEveryExportedFunctionAndNoOther)
 {
     std::multiset<std::string> called;
-    for (const command &row : commands())
+    for (const command &row : commands().rows())
         for (const variant &one : row.variants)
             called.emplace(one.function);
     called.erase(""); // what kelctl does by itself
@@ -62,23 +61,24 @@ TEST(Commands, CallEveryExportedFunctionAndNoOther)
 TEST(Commands, HaveNamesOfTheirOwnInSmallLetters)
 {
     std::set<std::string_view> names;
-    for (const command &row : commands()) {
+    for (const command &row : commands().rows()) {
         EXPECT_TRUE(names.insert(row.name).second) << row.name;
         for (const char c : row.name)
-            EXPECT_TRUE(std::islower(static_cast<unsigned char>(c)) || c == ' ' || c == '-') << row.name;
+            EXPECT_TRUE(std::islower(static_cast<unsigned char>(c)) || c == ' ' || c == '-' || row.name == "?")
+                << row.name;
     }
 }
 
 TEST(Commands, NoneBeginsWithTheWordsOfAnother)
 {
-    for (const command &row : commands())
+    for (const command &row : commands().rows())
         for (const place where : row.places)
-            EXPECT_THAT(next_words(row.name, where), IsEmpty()) << row.name;
+            EXPECT_THAT(commands().next_words(row.name, where), IsEmpty()) << row.name;
 }
 
 TEST(Commands, CanAllBeCarriedOutAndHaveHelpAndAnExample)
 {
-    for (const command &row : commands()) {
+    for (const command &row : commands().rows()) {
         ASSERT_FALSE(row.variants.empty()) << row.name;
         for (const variant &one : row.variants)
             EXPECT_NE(one.run, nullptr) << row.name;
@@ -90,13 +90,13 @@ TEST(Commands, CanAllBeCarriedOutAndHaveHelpAndAnExample)
 
 TEST(Commands, ExamplesAreParsedToTheirOwnRows)
 {
-    for (const command &row : commands())
-        EXPECT_EQ(parse(words_of(row.example), first_place(row)).row, &row) << row.example;
+    for (const command &row : commands().rows())
+        EXPECT_EQ(parse(commands(), words_of(row.example), first_place(row)).row, &row) << row.example;
 }
 
 TEST(Commands, ArgumentsFitTogether)
 {
-    for (const command &row : commands()) {
+    for (const command &row : commands().rows()) {
         std::set<std::string> names;
         for (const argument &one : row.arguments) {
             EXPECT_TRUE(names.insert(one.name).second) << row.name << ": " << one.name;
@@ -119,7 +119,7 @@ bool takes_anything(const argument &one)
 
 TEST(Commands, ArgumentsRefuseWhatIsNotOfTheirKind)
 {
-    for (const command &row : commands())
+    for (const command &row : commands().rows())
         for (const argument &one : row.arguments)
             if (!takes_anything(one)) {
                 EXPECT_THROW(one.kind.read("?!"), wrong_value) << row.name << ": " << one.name;
@@ -129,43 +129,63 @@ TEST(Commands, ArgumentsRefuseWhatIsNotOfTheirKind)
 
 TEST(Commands, MissingArgumentsAreTold)
 {
-    for (const command &row : commands()) {
+    for (const command &row : commands().rows()) {
         const bool complete = std::none_of(row.arguments.begin(), row.arguments.end(), [](const argument &one) {
             return one.required && one.otherwise.empty() && !one.is_flag();
         });
         if (complete) {
-            EXPECT_NO_THROW(parse(words_of(row.name), first_place(row))) << row.name;
+            EXPECT_NO_THROW(parse(commands(), words_of(row.name), first_place(row))) << row.name;
         } else {
-            EXPECT_THROW(parse(words_of(row.name), first_place(row)), wrong_line) << row.name;
+            EXPECT_THROW(parse(commands(), words_of(row.name), first_place(row)), wrong_line) << row.name;
         }
     }
 }
 
 TEST(Commands, GroupsAreFirstWordsOfSeveral)
 {
-    for (const command_group &group : command_groups())
-        EXPECT_FALSE(next_words(group.name, place::script).empty()) << group.name;
+    for (const command_group &group : commands().groups())
+        EXPECT_FALSE(commands().next_words(group.name, place::script).empty()) << group.name;
     std::set<std::string_view> named;
-    for (const command_group &group : command_groups())
+    for (const command_group &group : commands().groups())
         named.insert(group.name);
-    for (const command &row : commands()) {
+    for (const command &row : commands().rows()) {
         const size_t blank = row.name.find(' ');
         EXPECT_TRUE(blank == std::string_view::npos || named.contains(row.name.substr(0, blank))) << row.name;
     }
 }
 
-TEST(Commands, NextWordsFollowTheTable)
+TEST(Commands, UndoingOnesTakeTheArgumentsOfWhatTheyUndo)
 {
-    EXPECT_THAT(next_words("ebcom path", place::shell), ElementsAre("add", "remove"));
-    EXPECT_THAT(next_words("group member", place::program), ElementsAre("add", "remove"));
-    EXPECT_THAT(next_words("nothing", place::program), IsEmpty());
-    EXPECT_THAT(next_words("ebco", place::program), IsEmpty());
+    size_t undoable = 0;
+    for (const command &row : commands().rows()) {
+        if (row.undo.empty())
+            continue;
+        ++undoable;
+        const command *undo = commands().find(row.undo);
+        ASSERT_NE(undo, nullptr) << row.name;
+        for (const argument &one : undo->arguments) {
+            EXPECT_TRUE(!one.required || row.find_argument(one.name)) << row.name << ": " << one.name;
+        }
+    }
+    EXPECT_EQ(undoable, 9u);
 }
 
-TEST(Commands, PlacesAreKeptApart)
+void expect_narrow(const std::string &help)
 {
-    EXPECT_THAT(next_words("", place::program), AllOf(Contains("up"), Not(Contains("exit"))));
-    EXPECT_THAT(next_words("", place::script), AllOf(Contains("exit"), Not(Contains("up"))));
+    std::istringstream lines(help);
+    for (std::string line; std::getline(lines, line);)
+        EXPECT_LE(line.size(), 80u) << line;
+}
+
+TEST(Commands, HelpFitsEightyColumns)
+{
+    for (const command &row : commands().rows())
+        expect_narrow(help_of(row));
+    for (const place where : {place::program, place::script, place::shell}) {
+        expect_narrow(help_of_words(commands(), "", where));
+        for (const command_group &group : commands().groups())
+            expect_narrow(help_of_words(commands(), group.name, where));
+    }
 }
 
 } // namespace

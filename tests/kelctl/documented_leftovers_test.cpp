@@ -1,7 +1,7 @@
 // The table of what may be left: of functions that there are, and not more than it says.
 #include "kelctl/documented_leftovers.h"
 
-#include "kelctl/command.h"
+#include "kelctl/commands.h"
 #include "kelctl/software_accelerator.h"
 
 #include <gtest/gtest.h>
@@ -18,7 +18,7 @@ namespace
 TEST(DocumentedLeftovers, AreOfCommandsAndOfFunctionsThatCanFail)
 {
     std::set<std::string_view> operations;
-    for (const command &row : commands())
+    for (const command &row : commands().rows())
         for (const variant &one : row.variants)
             operations.insert(one.function);
     std::set<std::string> closed;

@@ -60,6 +60,23 @@ TEST(Main, SingleOperationIsRunInAProcessOfItsOwn)
     EXPECT_THAT(refused.err, testing::StartsWith("failed: kel_core_ic_pcep_rem(pcep_id=7)\n  code 4: "));
 }
 
+TEST(Main, ValueOfAnOptionIsNoOption)
+{
+    const auto outcome = kelctl({"trace", "message", "hello", "--prefix", "--help"});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.out, "--help(): hello\n");
+}
+
+TEST(Main, CompletionScriptsAreToldWordsOrThatFilesAreMeant)
+{
+    EXPECT_EQ(kelctl({"--complete", "ebcom", "path", ""}).out,
+              "add\tAdd a path from an IC port to a destination\nremove\tRemove one path to a destination\n");
+    EXPECT_EQ(kelctl({"--complete", "check", "no"}).out, "@files\n");
+    EXPECT_THAT(kelctl({"--complete"}).out, testing::StartsWith("up\tBring a node up"));
+    EXPECT_EQ(kelctl({"--complete", "nothing", ""}).out, "");
+    EXPECT_EQ(kelctl({"--complete", "nothing", ""}).status, 0);
+}
+
 TEST(Main, VersionIsOneLine)
 {
     const auto outcome = kelctl({"--version"});

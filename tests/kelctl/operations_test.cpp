@@ -1,6 +1,6 @@
 // Every command of the table, with the arguments of its example, in the life of one node on the software accelerator.
 #include "dump_file.h"
-#include "kelctl/command.h"
+#include "kelctl/commands.h"
 #include "program.h"
 #include "temporary_folder.h"
 
@@ -81,7 +81,7 @@ std::string script_of_all()
 {
     std::string script;
     for (const std::string_view name : life_of_a_node) {
-        const command *row = find_command(name);
+        const command *row = commands().find(name);
         for (const variant &one : row->variants) {
             script += row->example;
             script += one.word.empty() ? "\n" : " --variant " + std::string(one.word) + "\n";
@@ -109,7 +109,7 @@ program_outcome run_script(const std::string &script, const std::vector<std::str
 TEST(Operations, LifeOfANodeHasEveryCommandOfAScript)
 {
     std::set<std::string_view> expected;
-    for (const command &row : commands())
+    for (const command &row : commands().rows())
         if (row.allowed_in(place::script))
             expected.insert(row.name);
     EXPECT_EQ(std::set<std::string_view>(std::begin(life_of_a_node), std::end(life_of_a_node)), expected);
@@ -150,7 +150,7 @@ TEST(Operations, TextFitsEightyColumns)
 TEST(Operations, HelpOfEveryCommandFitsEightyColumns)
 {
     std::string script;
-    for (const command &row : commands())
+    for (const command &row : commands().rows())
         if (row.allowed_in(place::script))
             script += "help " + std::string(row.name) + "\n";
     std::istringstream lines(run_script(script).out);

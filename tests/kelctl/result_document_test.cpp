@@ -2,6 +2,7 @@
 #include "kelctl/result_document.h"
 
 #include "kelctl/command_line.h"
+#include "kelctl/commands.h"
 #include "platform/kei_util.h"
 
 #include <gtest/gtest.h>
@@ -13,7 +14,7 @@ namespace
 
 invocation asked(const char *line)
 {
-    return parse(words_of(line), place::script);
+    return parse(commands(), words_of(line), place::script);
 }
 
 std::string text_of_code(uint32_t code)

@@ -1,6 +1,8 @@
 // Scripts taken apart. What becomes of them when they are run is run_test.cpp.
 #include "kelctl/script.h"
 
+#include "kelctl/commands.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -14,7 +16,7 @@ using testing::SizeIs;
 
 TEST(Script, LinesKeepTheirNumbers)
 {
-    const script parsed = parse_script("# first\nebcom start\r\n\n  ebcom stop # last");
+    const script parsed = parse_script(commands(), "# first\nebcom start\r\n\n  ebcom stop # last");
     EXPECT_THAT(parsed.problems, IsEmpty());
     ASSERT_THAT(parsed.lines, SizeIs(2));
     EXPECT_EQ(parsed.lines[0].number, 2u);
@@ -25,7 +27,7 @@ TEST(Script, LinesKeepTheirNumbers)
 
 TEST(Script, EveryWrongLineIsAProblemAndTheOthersAreRead)
 {
-    const script parsed = parse_script("what\nebcom start\n group add 0\n");
+    const script parsed = parse_script(commands(), "what\nebcom start\n group add 0\n");
     ASSERT_THAT(parsed.problems, SizeIs(2));
     EXPECT_EQ(parsed.problems[0].at, (position{1, 1}));
     EXPECT_EQ(parsed.problems[1].at, (position{3, 12}));
@@ -37,7 +39,7 @@ TEST(Script, HostileTextIsProblemsAndNothingElse)
 {
     for (const std::string &text : {std::string(3, '\0'), std::string(1000, '\xff'), std::string(100'000, '-'),
                                     "\x1b[31m " + std::string(9, '"')})
-        EXPECT_THAT(parse_script(text).problems, SizeIs(1)) << text.substr(0, 20);
+        EXPECT_THAT(parse_script(commands(), text).problems, SizeIs(1)) << text.substr(0, 20);
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 #include "kelctl/session.h"
 
 #include "kelctl/command_line.h"
+#include "kelctl/commands.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -28,7 +29,7 @@ protected:
     {
         CaptureStdout();
         CaptureStderr();
-        result done = session.carry_out(parse(words_of(line), place::shell));
+        result done = session.carry_out(parse(commands(), words_of(line), place::shell));
         out = GetCapturedStdout();
         err = GetCapturedStderr();
         return done;
@@ -40,7 +41,7 @@ protected:
 
 TEST_F(Session, ResultIsShownAndGivenBack)
 {
-    session session(place::shell, false, false);
+    session session(commands(), place::shell, false, false);
     const result done = carry_out(session, "pcep locate 02:00:00:02:00:01");
     EXPECT_EQ(done.status, exit_done);
     EXPECT_EQ(done.code, 0u);
@@ -51,7 +52,7 @@ TEST_F(Session, ResultIsShownAndGivenBack)
 
 TEST_F(Session, FailureIsAResult)
 {
-    session session(place::shell, false, false);
+    session session(commands(), place::shell, false, false);
     const result done = carry_out(session, "ebcom port channel 0");
     EXPECT_EQ(done.status, exit_operation_failed);
     EXPECT_EQ(done.code, 3u);
@@ -76,17 +77,20 @@ TEST_F(Session, ExceptionIsAnErrorOfItsCommand)
 
 TEST_F(Session, AddressesIdsAndHandlesAreRemembered)
 {
-    session session(place::shell, false, false);
+    session session(commands(), place::shell, false, false);
     carry_out(session, "pcep locate 02:00:00:02:00:01");
     carry_out(session, "pcep start");
     carry_out(session, "pcep remove 7");
+    carry_out(session, "group add 300");
+    carry_out(session, "traffic send 4 --frames 1 --octets 64");
     EXPECT_THAT(session.known.macs, ElementsAre(*parse_mac_address("02:00:00:02:00:01")));
-    EXPECT_THAT(session.known.ids, ElementsAre(7));
+    EXPECT_THAT(session.known.pceps, ElementsAre(7));
+    EXPECT_THAT(session.known.groups, ElementsAre(300));
 }
 
 TEST_F(Session, JsonCountsForOneCommandOrForAll)
 {
-    session plain(place::shell, false, false);
+    session plain(commands(), place::shell, false, false);
     carry_out(plain, "trace message a --json");
     EXPECT_THAT(out, testing::StartsWith("{\"command\":\"trace message\""));
     EXPECT_FALSE(plain.json());
@@ -96,7 +100,7 @@ TEST_F(Session, JsonCountsForOneCommandOrForAll)
 
 TEST_F(Session, JsonOfTheProgramCountsForEveryCommand)
 {
-    session json(place::shell, true, false);
+    session json(commands(), place::shell, true, false);
     EXPECT_TRUE(json.json());
     carry_out(json, "trace message a");
     EXPECT_THAT(out, testing::StartsWith("{\"command\":\"trace message\""));
@@ -106,7 +110,7 @@ TEST_F(Session, JsonOfTheProgramCountsForEveryCommand)
 
 TEST_F(Session, TraceCountsForOneCommand)
 {
-    session session(place::shell, false, false);
+    session session(commands(), place::shell, false, false);
     if (!session.log().installed())
         GTEST_SKIP() << "there is no tracer on this machine";
     carry_out(session, "pcep start --trace");
@@ -120,14 +124,14 @@ TEST_F(Session, TraceCountsForOneCommand)
 TEST_F(Session, TellsPeopleOnly)
 {
     CaptureStdout();
-    session(place::shell, false, false).tell(stdout, "people");
-    session(place::shell, true, false).tell(stdout, "programs");
+    session(commands(), place::shell, false, false).tell(stdout, "people");
+    session(commands(), place::shell, true, false).tell(stdout, "programs");
     EXPECT_EQ(GetCapturedStdout(), "people");
 }
 
 TEST_F(Session, ExitFinishesIt)
 {
-    session session(place::shell, false, false);
+    session session(commands(), place::shell, false, false);
     EXPECT_FALSE(session.finished);
     carry_out(session, "exit");
     EXPECT_TRUE(session.finished);

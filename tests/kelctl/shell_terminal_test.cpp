@@ -55,12 +55,24 @@ TEST_F(ShellOnTerminal, RunsWhatIsTypedUntilCtrlD)
     EXPECT_EQ(shell.wait_for_end(), 0);
 }
 
-TEST_F(ShellOnTerminal, ExitLeaves)
+TEST_F(ShellOnTerminal, ExitAndQuitLeave)
+{
+    for (const char *word : {"exit", "quit"}) {
+        terminal_session shell(run());
+        shell.wait_for(prompt);
+        shell.type(word + enter);
+        EXPECT_EQ(shell.wait_for_end(), 0);
+    }
+}
+
+TEST_F(ShellOnTerminal, QuestionMarkHelps)
 {
     terminal_session shell(run());
     shell.wait_for(prompt);
-    shell.type("exit" + enter);
-    EXPECT_EQ(shell.wait_for_end(), 0);
+    shell.type("? group mem" + tab);
+    shell.wait_for("member ");
+    shell.type(enter);
+    EXPECT_THAT(shell.wait_for(prompt), HasSubstr("group member add      Add a PCEP to a multicast group"));
 }
 
 TEST_F(ShellOnTerminal, WrongAndFailingLinesAreToldAndItGoesOn)
@@ -85,7 +97,7 @@ TEST_F(ShellOnTerminal, TabCompletesCommandsOptionsAndValues)
                                            {"ebcom path a", "ebcom path add "},
                                            {"ebcom path add 02:00:00:02:00:01 --po", "02:00:00:02:00:01 --port "},
                                            {"ebcom port channel rlu1p", "RLU1P "},
-                                           {"ebcom path remove x --port=mz_", "MZ_T "},
+                                           {"ebcom path remove x --port=rlu4q", "RLU4Q "},
                                            {"pcep stats 1 --format j", "--format json "},
                                            {"help ebcom cap", "help ebcom capabilities "},
                                            {"check no", "check node.toml "}}) {
@@ -117,6 +129,8 @@ TEST_F(ShellOnTerminal, TabCompletesWhatWasUsedAndWhatStands)
     shell.wait_for(prompt);
     shell.type("group remove 4" + tab);
     shell.wait_for("group remove 444 ");
+    shell.type(ctrl_u + "ebcom burst stats --queue 0x" + tab);
+    shell.wait_for("--queue 0x5d00000001 ");
     shell.type(ctrl_u + "pcep locate 0e:00:00:00:00:01" + enter);
     shell.wait_for(prompt);
     shell.type("pcep locate 0e" + tab);
@@ -124,6 +138,18 @@ TEST_F(ShellOnTerminal, TabCompletesWhatWasUsedAndWhatStands)
     shell.type(ctrl_u + ctrl_d);
     shell.wait_for("Taken down. The node is empty again.");
     EXPECT_EQ(shell.wait_for_end(), 0);
+}
+
+TEST_F(ShellOnTerminal, IdsAreOfWhatIsMeantAndInTheirOrder)
+{
+    terminal_session shell(run({"shell", "node.toml"}));
+    shell.wait_for(prompt);
+    for (const char *id : {"70", "7", "300"}) {
+        shell.type(std::string("pcep remove ") + id + enter);
+        shell.wait_for(prompt);
+    }
+    shell.type("group member add 444 " + tab + tab);
+    shell.wait_for(line_end + "7    70   300  " + line_end);
 }
 
 TEST_F(ShellOnTerminal, NothingPossibleRingsTheBell)

@@ -9,6 +9,7 @@ namespace
 
 using testing::EndsWith;
 using testing::HasSubstr;
+using testing::Not;
 using testing::StartsWith;
 
 program_outcome shell_of(const std::string &lines, const std::vector<std::string> &more = {})
@@ -23,6 +24,15 @@ TEST(Shell, NoPromptIsPrintedIntoAPipe)
     const auto outcome = shell_of("trace message a\n\n# nothing\ntrace message b");
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.out, "a\nb\n");
+    EXPECT_EQ(outcome.err, "");
+}
+
+TEST(Shell, QuitLeavesAndQuestionMarkHelps)
+{
+    const auto outcome = shell_of("? group member\nquit\ntrace message never\n");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(outcome.out, StartsWith("Commands:\n  group member add "));
+    EXPECT_THAT(outcome.out, Not(HasSubstr("never")));
     EXPECT_EQ(outcome.err, "");
 }
 

@@ -1,0 +1,14 @@
+# bash completion for kelctl: the program itself tells what a word may become. It must not wait for a tracing daemon.
+_kelctl()
+{
+    local cur words cword
+    _get_comp_words_by_ref -n =: cur words cword
+    mapfile -t COMPREPLY < <(LTTNG_UST_REGISTER_TIMEOUT=0 "$1" --complete "${words[@]:1:cword-1}" "$cur" 2>/dev/null)
+    if [[ ${COMPREPLY-} == @files ]]; then
+        COMPREPLY=()
+        compopt -o default
+    fi
+    COMPREPLY=("${COMPREPLY[@]%%$'\t'*}")
+    COMPREPLY=("${COMPREPLY[@]#"${cur%"${cur##*["$COMP_WORDBREAKS"]}"}"}") # bash replaces what follows the last of these
+}
+complete -o nosort -F _kelctl kelctl
