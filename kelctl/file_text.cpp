@@ -5,6 +5,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -15,7 +16,6 @@
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
-#include <utility>
 
 namespace kelctl
 {
@@ -25,10 +25,22 @@ namespace
 constexpr size_t largest_file = size_t{16} * 1024 * 1024;
 constexpr mode_t any_permission = 07777;
 
-// What a file is, whatever it is called.
-using identity = std::pair<dev_t, ino_t>;
+std::set<std::string> inputs; // of this run, by the names they were read under
 
-std::set<identity> inputs; // of this run
+bool same_file(const struct stat &one, const struct stat &other)
+{
+    return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
+}
+
+bool is_input(const struct stat &file)
+{
+    struct stat input = {};
+    if (fstat(STDIN_FILENO, &input) == 0 && same_file(file, input))
+        return true;
+    return std::any_of(inputs.begin(), inputs.end(), [&](const std::string &name) {
+        return stat(name.c_str(), &input) == 0 && same_file(file, input);
+    });
+}
 
 int leave_open(std::FILE *)
 {
@@ -40,13 +52,6 @@ std::unique_ptr<std::FILE, int (*)(std::FILE *)> open_to_read(const std::string 
     if (file == "-")
         return {stdin, leave_open};
     return {std::fopen(file.c_str(), "rbe"), std::fclose};
-}
-
-void note_input(int descriptor)
-{
-    struct stat status = {};
-    if (fstat(descriptor, &status) == 0)
-        inputs.emplace(status.st_dev, status.st_ino);
 }
 
 // False, with errno telling why, when not all of it was.
@@ -107,12 +112,11 @@ bool replace(const std::string &file, std::string_view text, const struct stat *
 
 std::string text_of_file(const std::string &file, problem_list &problems)
 {
+    inputs.insert(file);
     const auto stream = open_to_read(file);
     std::string text(stream ? largest_file + 1 : 0, '\0');
-    if (stream) {
-        note_input(fileno(stream.get()));
+    if (stream)
         text.resize(std::fread(text.data(), 1, text.size(), stream.get()));
-    }
     if (!stream || std::ferror(stream.get()))
         problems.push_back({whole_file, fmt::format("cannot be read: {}", std::strerror(errno))});
     else if (text.size() > largest_file)
@@ -125,8 +129,7 @@ std::optional<std::string> write_file(const std::string &file, std::string_view 
     struct stat there = {};
     const bool exists = stat(file.c_str(), &there) == 0;
     const bool is_regular = exists && S_ISREG(there.st_mode);
-    note_input(STDIN_FILENO);
-    if (is_regular && inputs.contains({there.st_dev, there.st_ino}))
+    if (is_regular && is_input(there))
         return "cannot be written: it is an input of this run";
     const bool written =
         exists && !is_regular ? write_into(file, text) : replace(resolved(file), text, exists ? &there : nullptr);
