@@ -1,11 +1,14 @@
 // Fault rules of the software accelerator: which closed calls fail, take their time or block.
 #include "kelctl/commands.h"
+#include "kelctl/file_text.h"
+#include "kelctl/load_node_file.h"
 #include "kelctl/software_accelerator.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
 #include <cstdio>
+#include <utility>
 
 namespace kelctl
 {
@@ -37,7 +40,11 @@ input_error error_in(const std::string &file, std::string told)
 
 result add_file(const std::string &file)
 {
-    if (auto wrong = add_accelerator_fault_file(file))
+    problem_list unreadable;
+    const std::string text = text_of_file(file, unreadable);
+    if (!unreadable.empty())
+        return wrong_input(file, errors_of(file, std::move(unreadable)), "no rule was added");
+    if (auto wrong = add_accelerator_faults_of(file, text))
         return wrong_input(file, {error_in(file, std::move(*wrong))}, "no rule was added");
     return {};
 }

@@ -1,7 +1,9 @@
 // The fault sweep over a script.
 #include "kelctl/commands.h"
 #include "kelctl/file_text.h"
+#include "kelctl/interruption.h"
 #include "kelctl/load_node_file.h"
+#include "kelctl/progress.h"
 #include "kelctl/script.h"
 #include "kelctl/session.h"
 #include "kelctl/sweep_view.h"
@@ -10,6 +12,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <optional>
 
 namespace kelctl
 {
@@ -29,7 +32,10 @@ remove", and that the script has not undone itself. Calls of the take-down do
 not fail. What is left after it belongs to nobody.
 
 Some of it is documented with the operation that failed. Anything else, a crash
-and a hang make the exit status 1.)";
+and a hang make the exit status 1.
+
+Ctrl-C ends the sweep after the run that is under way; what the runs until then
+found is shown. A second one ends kelctl at once.)";
 
 result not_swept(const std::string &file, std::string why)
 {
@@ -47,14 +53,35 @@ std::string unfit(const sweep_run &undisturbed)
     return fmt::format("line {} fails without any fault{}", undisturbed.line, code);
 }
 
-result swept(const sweep_report &report)
+// On a terminal, how far it is.
+std::optional<sweep_report> sweep_in_sight(const command_table &table, const std::vector<script_line> &lines, uint32_t time_limit, bool seen)
 {
+    const interruption_watch watch;
+    std::optional<progress> shown;
+    const auto report = sweep(table, lines, time_limit, [&](size_t done, size_t planned) {
+        if (!shown)
+            shown.emplace("sweeping", planned, stderr, seen);
+        else
+            shown->show(done);
+        return !interrupted();
+    });
+    if (shown)
+        shown->leave_line();
+    return report;
+}
+
+result swept(const sweep_report &report, const std::string &file)
+{
+    const bool ended = report.runs.size() < report.planned;
     const bool bad = std::any_of(report.runs.begin(), report.runs.end(),
                                  [](const sweep_run &run) { return run.came_out > verdict::left_as_documented; });
     result done;
-    done.status = bad ? exit_operation_failed : exit_done;
+    done.status = bad || ended ? exit_operation_failed : exit_done;
     done.text = sweep_view(report, painter_for(stdout));
     done.shown = sweep_fields(report);
+    if (ended)
+        done.remark = fmt::format("{}: interrupted, {} of {} runs were made", without_controls(file),
+                                  report.runs.size(), report.planned);
     return done;
 }
 
@@ -67,12 +94,14 @@ result sweep_script(const invocation &asked, session &session)
     if (!script.problems.empty())
         return wrong_input(file, errors_of(file, std::move(script.problems)), "nothing was run");
 
-    const auto report = sweep(session.table, script.lines, asked.given.number<uint32_t>("--time-limit"));
+    const bool seen = is_terminal(stderr) && !session.json();
+    const auto report =
+        sweep_in_sight(session.table, script.lines, asked.given.number<uint32_t>("--time-limit"), seen);
     if (!report)
         return not_swept(file, "no child process can be made");
     if (std::string why = unfit(report->undisturbed); !why.empty())
         return not_swept(file, std::move(why));
-    return swept(*report);
+    return swept(*report, file);
 }
 
 } // namespace

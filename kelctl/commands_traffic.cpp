@@ -1,11 +1,17 @@
 // Virtual traffic, and the virtual time in which it passes. Both are the software accelerator's.
 #include "kelctl/commands.h"
+#include "kelctl/interruption.h"
 #include "kelctl/limits.h"
+#include "kelctl/progress.h"
 #include "kelctl/quantity.h"
 #include "kelctl/session.h"
 #include "kelctl/software_accelerator.h"
+#include "kelctl/terminal.h"
 
 #include <fmt/format.h>
+
+#include <chrono>
+#include <utility>
 
 namespace kelctl
 {
@@ -39,9 +45,26 @@ result send(const invocation &asked, session &)
     return {};
 }
 
-result advance(const invocation &asked, session &)
+// In pieces: a long time can be interrupted, and on a terminal it is seen how far it is.
+result advance(const invocation &asked, session &session)
 {
-    advance_virtual_time(asked.given.number<uint64_t>("TIME"));
+    constexpr uint64_t pieces = 1000;
+    constexpr std::chrono::seconds unseen(1);
+    const auto begin = std::chrono::steady_clock::now();
+    const auto time = asked.given.number<uint64_t>("TIME");
+    progress shown("thousandths of the time", pieces, stderr,
+                   is_terminal(stderr) && !session.json() && !session.tracing());
+    uint64_t passed = 0;
+    for (uint64_t piece = 1; piece <= pieces && !interrupted(); ++piece) {
+        const uint64_t end = time * piece / pieces;
+        advance_virtual_time(end - std::exchange(passed, end));
+        if (std::chrono::steady_clock::now() - begin > unseen)
+            shown.show(piece);
+    }
+    shown.leave_line();
+    if (passed < time)
+        return refused(fmt::format("interrupted: {} of {} have passed", quantity_text(passed, duration_units),
+                                   quantity_text(time, duration_units)));
     return {};
 }
 
@@ -75,6 +98,7 @@ std::vector<command> traffic_commands()
         {.name = "time advance",
          .variants = {{.run = advance}},
          .help = "Let virtual time pass",
+         .details = "Ctrl-C ends it in a script and in the shell.",
          .arguments = {{.name = "TIME", .kind = duration(duration_range), .help = "how much: 250ms"}},
          .example = "time advance 250ms",
          .needs_accelerator = true},

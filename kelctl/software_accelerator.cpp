@@ -9,12 +9,13 @@
 // Weak: a program linked to a vendor's libraries has none of these, and their addresses are null.
 extern "C" {
 __attribute__((weak)) char *softnode_faults_add(const char *rules);
-__attribute__((weak)) char *softnode_faults_add_file(const char *file);
+__attribute__((weak)) char *softnode_faults_add_text(const char *file, const char *text, size_t size);
 __attribute__((weak)) char *softnode_faults_json(void);
 __attribute__((weak)) char *softnode_fault_functions_json(void);
 __attribute__((weak)) void softnode_faults_clear(void);
 __attribute__((weak)) uint32_t softnode_faults_release(void);
-__attribute__((weak)) char *softnode_fault_sweep(const softnode_scenario *scenario);
+__attribute__((weak)) char *softnode_fault_sweep_watched(const softnode_scenario *scenario,
+                                                         softnode_sweep_watcher *watcher);
 __attribute__((weak)) char *softnode_graph_dot(void);
 __attribute__((weak)) char *softnode_limits_json(void);
 __attribute__((weak)) void softnode_reset(void);
@@ -42,6 +43,7 @@ std::optional<std::string> taken(char *text)
 // What the accelerator hands through itself: the scenario, and the last note, which it only borrows.
 struct sweep_context {
     const sweep_scenario &scenario;
+    const sweep_watcher &go_on;
     std::string note = {};
 };
 
@@ -102,9 +104,9 @@ std::optional<std::string> add_accelerator_faults(const std::string &rules)
     return taken(softnode_faults_add(rules.c_str()));
 }
 
-std::optional<std::string> add_accelerator_fault_file(const std::string &file)
+std::optional<std::string> add_accelerator_faults_of(const std::string &file, const std::string &text)
 {
-    return taken(softnode_faults_add_file(file.c_str()));
+    return taken(softnode_faults_add_text(file.c_str(), text.data(), text.size()));
 }
 
 std::string accelerator_faults()
@@ -137,9 +139,9 @@ void reset_accelerator()
     softnode_reset();
 }
 
-std::optional<std::string> sweep_accelerator(const sweep_scenario &scenario)
+std::optional<std::string> sweep_accelerator(const sweep_scenario &scenario, const sweep_watcher &go_on)
 {
-    sweep_context context = {scenario};
+    sweep_context context = {scenario, go_on};
     const softnode_scenario handed = {
         .run = [](void *pointer) { return context_at(pointer).scenario.run(); },
         .clean_up = [](void *pointer) { context_at(pointer).scenario.clean_up(); },
@@ -152,7 +154,9 @@ std::optional<std::string> sweep_accelerator(const sweep_scenario &scenario)
         .context = &context,
         .time_limit = scenario.time_limit,
     };
-    return taken(softnode_fault_sweep(&handed));
+    return taken(softnode_fault_sweep_watched(&handed, [](void *pointer, size_t done, size_t planned) {
+        return context_at(pointer).go_on(done, planned) ? 1 : 0;
+    }));
 }
 
 } // namespace kelctl

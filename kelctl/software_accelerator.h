@@ -6,6 +6,7 @@
 
 #include "kelctl/mac_address.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -32,9 +33,9 @@ bool timing_settled(uint32_t milliseconds);
 
 // ---- Only on the software accelerator ----
 
-// What is wrong with the rules, or with the file; then none was added.
+// What is wrong with the rules; then none was added. Of the text of a file: FILE:LINE:COLUMN: message.
 std::optional<std::string> add_accelerator_faults(const std::string &rules);
-std::optional<std::string> add_accelerator_fault_file(const std::string &file);
+std::optional<std::string> add_accelerator_faults_of(const std::string &file, const std::string &text);
 
 std::string accelerator_faults();          // rules with hits, a JSON array
 std::string accelerator_fault_functions(); // what a rule may name, a JSON array
@@ -46,6 +47,9 @@ std::optional<std::string> accelerator_graph();
 
 void reset_accelerator();
 
+// Told how many runs of a sweep are over, and how many there are to be.
+using sweep_watcher = std::function<bool(size_t done, size_t planned)>;
+
 // A run of a fault sweep and what follows it, both in a child process. `note` goes into the report.
 struct sweep_scenario {
     std::function<uint32_t()> run;
@@ -54,8 +58,9 @@ struct sweep_scenario {
     uint32_t time_limit; // milliseconds for one run
 };
 
-// The sweep's report, a JSON document; none when no child process can be made.
-std::optional<std::string> sweep_accelerator(const sweep_scenario &scenario);
+// The sweep's report, a JSON document; none when no child process can be made. `go_on` is asked in front of each run:
+// false ends the sweep.
+std::optional<std::string> sweep_accelerator(const sweep_scenario &scenario, const sweep_watcher &go_on);
 
 // What an offering met: the accelerator knows the destination or sender, or it does not.
 enum class offered { taken, unknown };

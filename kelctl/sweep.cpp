@@ -2,6 +2,7 @@
 #include "kelctl/sweep.h"
 
 #include "kelctl/documented_leftovers.h"
+#include "kelctl/interruption.h"
 #include "kelctl/session.h"
 #include "kelctl/software_accelerator.h"
 #include "kelctl/undo.h"
@@ -36,6 +37,7 @@ public:
 
     uint32_t run()
     {
+        leave_interruptions_to_parent();
         session_.emplace(table_, place::script, true, false);
         for (const script_line &line : lines_) {
             const result done = session_->perform(line.asked);
@@ -156,17 +158,18 @@ std::string_view key_of(verdict verdict)
 }
 
 std::optional<sweep_report> sweep(const command_table &table, const std::vector<script_line> &lines,
-                                  uint32_t time_limit)
+                                  uint32_t time_limit, const sweep_watcher &go_on)
 {
     scripted_run scripted(table, lines);
     const auto told = sweep_accelerator({.run = [&] { return scripted.run(); },
                                          .clean_up = [&] { scripted.clean_up(); },
                                          .note = [&] { return scripted.note(); },
-                                         .time_limit = time_limit});
+                                         .time_limit = time_limit},
+                                        go_on);
     if (!told)
         return std::nullopt;
     const fields document = fields::parse(*told);
-    sweep_report report = {read_run(document.at("undisturbed"), lines), {}};
+    sweep_report report = {read_run(document.at("undisturbed"), lines), {}, document.at("planned")};
     for (const fields &run : document.at("runs"))
         report.runs.push_back(read_run(run, lines));
     return report;

@@ -3,7 +3,9 @@
 
 #include "kelctl/result.h"
 #include "kelctl/script.h"
+#include "kelctl/software_accelerator.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -39,10 +41,12 @@ struct sweep_run {
 struct sweep_report {
     sweep_run undisturbed;
     std::vector<sweep_run> runs;
+    size_t planned = 0; // runs; more than there are when the sweep was ended
 };
 
-// Runs the script with every call that it makes failing in turn. None when no child process can be made.
+// Runs the script with every call that it makes failing in turn, as long as `go_on` says so. None when no child process
+// can be made.
 std::optional<sweep_report> sweep(const command_table &table, const std::vector<script_line> &lines,
-                                  uint32_t time_limit);
+                                  uint32_t time_limit, const sweep_watcher &go_on);
 
 } // namespace kelctl

@@ -173,6 +173,7 @@ fields sweep_fields(const sweep_report &report)
     }
     const fields &left = report.undisturbed.left_items;
     return {{"left_undisturbed", left.is_array() ? left : fields::array()},
+            {"planned", report.planned},
             {"tally", std::move(tally)},
             {"runs", std::move(runs)}};
 }

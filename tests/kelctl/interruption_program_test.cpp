@@ -40,6 +40,19 @@ TEST(Interruption, TerminationDoesTheSame)
     EXPECT_EQ(up.wait_for_end(), 1);
 }
 
+// The records of the take-down are more than a terminal holds that nobody reads, so it is not over by the second signal.
+TEST(Interruption, SecondHangUpDoesNotEndTheTakeDown)
+{
+    const file_in_folder file("node.toml", many_paths);
+    terminal_session up({.arguments = {"up", "node.toml", "--trace"}, .environment = {}, .folder = file.folder()});
+    up.wait_for("02:00:00:02:00:40");
+    up.send(SIGHUP);
+    up.wait_for("interrupted before the whole node stood");
+    up.send(SIGHUP);
+    up.wait_for("Taken down. The node is empty again.");
+    EXPECT_EQ(up.wait_for_end(), 1);
+}
+
 // A terminal holds little of what is not read, so most of the script is still to come.
 TEST(Interruption, CtrlCStopsAScriptBetweenItsLines)
 {
@@ -52,6 +65,22 @@ TEST(Interruption, CtrlCStopsAScriptBetweenItsLines)
     run.type("\x03");
     run.wait_for("long.kel: interrupted, ");
     EXPECT_THAT(run.wait_for(" commands were run"), testing::MatchesRegex("[0-9]+ of 20000"));
+    EXPECT_EQ(run.wait_for_end(), 1);
+}
+
+// As many frames as a queue holds, which take a machine some seconds.
+TEST(Interruption, CtrlCEndsALongTimeThatPasses)
+{
+    const file_in_folder file("long.kel", "ebcom interface create\nebcom start\n"
+                                          "ebcom path add 02:00:00:02:00:01 --port RLU1P --rate 1000000 "
+                                          "--burst 1048575 --threshold 4294967040\n"
+                                          "traffic offer 02:00:00:02:00:01 --frames 1000000000 --octets 64\n"
+                                          "time advance 100s\n");
+    terminal_session run({.arguments = {"run", "long.kel"}, .environment = {}, .folder = file.folder()});
+    run.wait_for("thousandths of the time ");
+    run.type("\x03");
+    run.wait_for("long.kel:5: interrupted: ");
+    run.wait_for(" of 100 s have passed");
     EXPECT_EQ(run.wait_for_end(), 1);
 }
 

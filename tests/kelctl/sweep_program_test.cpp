@@ -1,5 +1,5 @@
 // `kelctl sweep`: the real sweep over real scripts.
-#include "program.h"
+#include "terminal_session.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -70,6 +70,18 @@ TEST(Sweep, WrongScriptIsToldLikeThatOfRun)
     const auto outcome = sweep_text("ebcom strat\n");
     EXPECT_EQ(outcome.status, 2);
     EXPECT_THAT(outcome.err, StartsWith("-:1:7: there is no command \"ebcom strat\""));
+}
+
+TEST(Sweep, CtrlCShowsWhatWasFoundUntilThen)
+{
+    terminal_session sweep({.arguments = {"sweep", "examples/whole-node.kel"}, .folder = KELCTL_SOURCE_DIR});
+    sweep.wait_for("sweeping ");
+    sweep.type("\x03");
+    sweep.wait_for("kel_init_attach:1");
+    sweep.wait_for(" runs: ");
+    sweep.wait_for("examples/whole-node.kel: interrupted, ");
+    EXPECT_THAT(sweep.wait_for(" runs were made"), testing::MatchesRegex("[0-9]+ of [0-9]+"));
+    EXPECT_EQ(sweep.wait_for_end(), 1);
 }
 
 TEST(Sweep, TakesDownWhatTheScriptLeaves)

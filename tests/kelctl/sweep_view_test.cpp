@@ -72,8 +72,9 @@ TEST(SweepView, OtherThreadsAndBadEndsAreNamed)
 
 TEST(SweepFields, TellEveryRun)
 {
-    const sweep_report report = {{}, {run_of(1, 3, 13)}};
+    const sweep_report report = {{}, {run_of(1, 3, 13)}, 7};
     const fields told = sweep_fields(report);
+    EXPECT_EQ(told["planned"], 7);
     EXPECT_EQ(told["tally"].dump(), R"({"clean":1,"documented":0,"left":0,"crashed":0,"hung":0})");
     EXPECT_EQ(told["runs"].dump(),
               R"([{"function":"ork_bind","call":1,"thread":0,"fault_code":0,"persistent":false,"outcome":"clean",)"
