@@ -1,17 +1,15 @@
-// Running `dot` between two files in memory: neither pipe can fill up, and nothing is left on a disk.
+// Running `dot` as a child process, and what may become of it.
 #include "kelctl/graphviz.h"
 
 #include "kelctl/text.h"
 
 #include <fmt/format.h>
 
-#include <array>
 #include <cerrno>
 #include <cstring>
-#include <spawn.h>
+#include <gio/gio.h>
 #include <string_view>
 #include <sys/mman.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace kelctl
@@ -19,83 +17,62 @@ namespace kelctl
 namespace
 {
 
-class memory_file
+// A file in memory with this text, to be read from its beginning; -1, with errno telling why, when there is no room for
+// it. A program that ends before it has read all of it ends no pipe.
+int file_in_memory(std::string_view text)
 {
-public:
-    memory_file() : number_(memfd_create("kelctl-graph", MFD_CLOEXEC))
-    {
-    }
+    const int file = memfd_create("kelctl-graph", MFD_CLOEXEC);
+    if (file < 0 || (pwrite(file, text.data(), text.size(), 0) == static_cast<ssize_t>(text.size())))
+        return file;
+    close(file);
+    return -1;
+}
 
-    ~memory_file()
-    {
-        if (number_ >= 0)
-            close(number_);
-    }
-
-    memory_file(const memory_file &) = delete;
-    memory_file &operator=(const memory_file &) = delete;
-
-    int number() const
-    {
-        return number_;
-    }
-
-    // False when there is no room for all of it. It is read from its beginning then.
-    bool fill(std::string_view text) const
-    {
-        return write(number_, text.data(), text.size()) == static_cast<ssize_t>(text.size()) &&
-               lseek(number_, 0, SEEK_SET) == 0;
-    }
-
-    std::string contents() const
-    {
-        const off_t end = lseek(number_, 0, SEEK_END);
-        std::string text(end > 0 ? static_cast<size_t>(end) : 0, '\0');
-        const ssize_t got = pread(number_, text.data(), text.size(), 0);
-        text.resize(got > 0 ? static_cast<size_t>(got) : 0);
-        return text;
-    }
-
-private:
-    int number_;
-};
-
-// 0, or the system's error. `status` is as waitpid() has it.
-int run_dot(const std::string &format, const std::array<int, 3> &streams, int &status)
+std::string text_in(GBytes *bytes)
 {
-    std::string program = "dot";
-    std::string option = fmt::format("-T{}", format);
-    const std::array<char *, 3> arguments = {program.data(), option.data(), nullptr};
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    for (int number = 0; number < 3; ++number)
-        posix_spawn_file_actions_adddup2(&actions, streams[static_cast<size_t>(number)], number);
-    pid_t child = -1;
-    const int error = posix_spawnp(&child, program.c_str(), &actions, nullptr, arguments.data(), environ);
-    posix_spawn_file_actions_destroy(&actions);
-    while (error == 0 && waitpid(child, &status, 0) < 0 && errno == EINTR)
-        ;
-    return error;
+    size_t size = 0;
+    const void *data = g_bytes_get_data(bytes, &size);
+    return size == 0 ? "" : std::string(static_cast<const char *>(data), size);
+}
+
+// How a program ended that did not succeed.
+std::string end_of(GSubprocess *program, GBytes *told)
+{
+    if (!g_subprocess_get_if_exited(program))
+        return fmt::format("ended by signal {}", g_subprocess_get_term_sig(program));
+    std::string text = text_in(told);
+    text.erase(text.find_last_not_of('\n') + 1);
+    return text.empty() ? fmt::format("exit status {}", g_subprocess_get_exit_status(program)) : printable(text);
 }
 
 } // namespace
 
 drawing drawn_by_graphviz(const std::string &dot, const std::string &format)
 {
-    const memory_file in;
-    const memory_file out;
-    const memory_file told;
-    if (!in.fill(dot))
+    const int graph = file_in_memory(dot);
+    if (graph < 0)
         return {"", fmt::format("the graph cannot be handed to Graphviz: {}", std::strerror(errno))};
-    int status = 0;
-    const int error = run_dot(format, {in.number(), out.number(), told.number()}, status);
-    if (error == ENOENT)
+    constexpr int read_both = G_SUBPROCESS_FLAGS_STDOUT_PIPE | G_SUBPROCESS_FLAGS_STDERR_PIPE;
+    g_autoptr(GSubprocessLauncher) launcher = g_subprocess_launcher_new(static_cast<GSubprocessFlags>(read_both));
+    g_subprocess_launcher_take_stdin_fd(launcher, graph);
+
+    g_autoptr(GError) error = nullptr;
+    const std::string option = fmt::format("-T{}", format);
+    g_autoptr(GSubprocess) program = g_subprocess_launcher_spawn(launcher, &error, "dot", option.c_str(), nullptr);
+    if (!program && g_error_matches(error, G_SPAWN_ERROR, G_SPAWN_ERROR_NOENT))
         return {"", "Graphviz's \"dot\" is not installed; --format dot needs no Graphviz"};
-    if (error != 0)
-        return {"", fmt::format("Graphviz's \"dot\" cannot be run: {}", std::strerror(error))};
-    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0)
-        return {"", fmt::format("Graphviz's \"dot\" failed: {}", printable(told.contents()))};
-    return {out.contents(), ""};
+    if (!program)
+        return {"", fmt::format("Graphviz's \"dot\" cannot be run: {}", error->message)};
+
+    g_autoptr(GBytes) picture = nullptr;
+    g_autoptr(GBytes) told = nullptr;
+    if (!g_subprocess_communicate(program, nullptr, nullptr, &picture, &told, &error))
+        return {"", fmt::format("the picture of Graphviz's \"dot\" cannot be read: {}", error->message)};
+    if (!g_subprocess_get_successful(program))
+        return {"", fmt::format("Graphviz's \"dot\" failed: {}", end_of(program, told))};
+    if (g_bytes_get_size(picture) == 0)
+        return {"", "Graphviz's \"dot\" drew nothing"};
+    return {text_in(picture), ""};
 }
 
 } // namespace kelctl

@@ -13,7 +13,9 @@
 #include <csignal>
 #include <cstdio>
 #include <exception>
+#include <fcntl.h>
 #include <string_view>
+#include <unistd.h>
 #include <vector>
 
 namespace
@@ -44,6 +46,19 @@ int offer(std::vector<word> words)
     return exit_done;
 }
 
+// Whatever is opened next would become a standard descriptor that is closed. For reading only: what is written to a
+// closed output still fails.
+void open_closed_standard_descriptors()
+{
+    int opened = STDIN_FILENO;
+    while (opened >= 0 && opened <= STDERR_FILENO)
+        opened = open("/dev/null", O_RDONLY);
+    close(opened);
+}
+
+// Runs in front of what libraries do when they are loaded: the tracer opens descriptors then, on threads of its own.
+[[gnu::section(".preinit_array"), gnu::used]] void (*runs_first)() = open_closed_standard_descriptors;
+
 int run(const std::vector<word> &words)
 {
     if (!words.empty() && words.front().text == "--complete")
@@ -67,6 +82,8 @@ int main(int argc, char **argv)
 {
     // A node must not be left half way up because nobody reads the output any more.
     std::signal(SIGPIPE, SIG_IGN);
+    // Who started kelctl may ignore the ends of its own children; how those of kelctl end counts.
+    std::signal(SIGCHLD, SIG_DFL);
     try {
         const int status = run(words_of_arguments(argc, argv));
         const auto failure = output_failure();

@@ -94,6 +94,16 @@ TEST(Faults, ComeFromAFileAndWrongOnesAreToldWithTheirPlace)
     EXPECT_THAT(told["error"]["message"].get<std::string>(), HasSubstr("nonsense"));
 }
 
+TEST(Faults, EndlessOnesAreRefused)
+{
+    const auto outcome = run_text("fault add --file /dev/zero\n");
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_THAT(outcome.err, HasSubstr("/dev/zero: is larger than 16 MiB\n"));
+    const auto from_environment = run_text("pcep start\n", {{"KEL_SOFTNODE_FAULTS", "@/dev/zero"}});
+    EXPECT_EQ(from_environment.status, 2);
+    EXPECT_THAT(from_environment.err, HasSubstr("/dev/zero: File too large\n"));
+}
+
 TEST(Faults, ComeFromOneOfTheTwo)
 {
     EXPECT_EQ(run_kelctl({.arguments = {"fault", "add"}}).status, 2);
@@ -206,6 +216,26 @@ TEST(Graph, FileThatCannotBeWrittenIsTold)
     EXPECT_THAT(outcome.err, StartsWith("-:1: /nowhere/node.gv: cannot be written: No such file or directory\n"));
 }
 
+TEST(Graph, InputsOfTheRunAreNotWritten)
+{
+    const std::string node = ebcom_table + "[[path]]\ndst_mac = \"02:00:00:02:00:01\"\nport = \"RLU1P\"\n";
+    const file_in_folder of_node("node.toml", node);
+    const auto shell = run_kelctl(
+        {.arguments = {"shell", "node.toml"}, .folder = of_node.folder(), .in = "graph --output node.toml\n"});
+    EXPECT_EQ(shell.status, 1);
+    EXPECT_THAT(shell.err, HasSubstr("node.toml: cannot be written: it is an input of this run\n"));
+    EXPECT_EQ(text_of(of_node.folder() + "/node.toml"), node);
+
+    const std::string script = "fault add --file rules\ngraph --output rules\ngraph --output script.kel\n";
+    const file_in_folder of_script("script.kel", script);
+    std::ofstream(of_script.folder() + "/rules") << "ork_bind=-4\n";
+    const auto run = run_kelctl({.arguments = {"run", "script.kel", "--keep-going"}, .folder = of_script.folder()});
+    EXPECT_THAT(run.err, HasSubstr("rules: cannot be written: it is an input of this run\n"));
+    EXPECT_THAT(run.err, HasSubstr("script.kel: cannot be written: it is an input of this run\n"));
+    EXPECT_EQ(text_of(of_script.folder() + "/script.kel"), script);
+    EXPECT_EQ(text_of(of_script.folder() + "/rules"), "ork_bind=-4\n");
+}
+
 TEST(Graph, WithoutGraphvizSaysSo)
 {
     const auto outcome = run_text("graph --format svg\n", {{"PATH", "/nowhere"}});
@@ -229,9 +259,19 @@ protected:
         std::filesystem::permissions(program_.folder() + "/dot", std::filesystem::perms::owner_all);
     }
 
-    program_outcome draw(const std::string &options)
+    // Draws its option, and opens nothing.
+    void become_echo()
     {
-        return run_text("graph " + options + "\n", {{"PATH", program_.folder() + ":/usr/bin:/bin"}});
+        std::filesystem::remove(program_.folder() + "/dot");
+        std::filesystem::create_symlink("/bin/echo", program_.folder() + "/dot");
+    }
+
+    program_outcome draw(const std::string &options, const std::vector<std::string> &through = {})
+    {
+        return run_kelctl({.arguments = {"run", "-"},
+                           .environment = {{"PATH", program_.folder() + ":/usr/bin:/bin"}},
+                           .in = "graph " + options + "\n",
+                           .through = through});
     }
 
 private:
@@ -252,7 +292,41 @@ TEST_F(GraphWithGraphviz, TellsWhyItFailed)
     become("echo 'no fonts' >&2; exit 3\n");
     const auto outcome = draw("--format svg");
     EXPECT_EQ(outcome.status, 1);
-    EXPECT_THAT(outcome.err, HasSubstr("failed: no fonts"));
+    EXPECT_THAT(outcome.err, HasSubstr("failed: no fonts\n"));
+}
+
+TEST_F(GraphWithGraphviz, EmptyPictureIsAFailure)
+{
+    become("cat >/dev/null\n");
+    const auto outcome = draw("--format svg");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_THAT(outcome.err, HasSubstr("drew nothing"));
+}
+
+// Whoever starts kelctl may ignore the ends of its children, and those of kelctl count none the less.
+TEST_F(GraphWithGraphviz, CutPictureOfAProgramThatDiesIsAFailure)
+{
+    become("echo '<svg>'; kill -KILL $$\n");
+    for (const std::vector<std::string> &through : {std::vector<std::string>{}, {"env", "--ignore-signal=CHLD"}}) {
+        const auto outcome = draw("--format svg", through);
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_EQ(outcome.out, "");
+        EXPECT_THAT(outcome.err, HasSubstr("failed: ended by signal 9"));
+    }
+}
+
+TEST_F(GraphWithGraphviz, FewDescriptorsMakeAWholePictureOrAReason)
+{
+    become_echo();
+    for (int descriptors = 5; descriptors <= 20; ++descriptors) {
+        const file_in_folder file("empty", "");
+        const std::string picture = file.folder() + "/picture";
+        const auto outcome =
+            draw("--format svg --output " + picture, {"prlimit", "--nofile=" + std::to_string(descriptors)});
+        EXPECT_EQ(text_of(picture), outcome.status == 0 ? "-Tsvg\n" : "") << descriptors;
+        EXPECT_EQ(outcome.err.empty(), outcome.status == 0) << descriptors << ": " << outcome.err;
+    }
 }
 
 } // namespace

@@ -77,6 +77,17 @@ TEST(Main, CompletionScriptsAreToldWordsOrThatFilesAreMeant)
     EXPECT_EQ(kelctl({"--complete", "nothing", ""}).status, 0);
 }
 
+TEST(Main, ClosedOutputIsAnErrorAndNothingElseBecomesIt)
+{
+    const file_in_folder file("picture", "before");
+    const auto outcome = run_kelctl({.arguments = {"run", "-"},
+                                     .folder = file.folder(),
+                                     .in = "graph --output picture\npcep locate 02:00:00:02:00:01\n",
+                                     .through = {"sh", "-c", "exec \"$@\" >&-", "sh"}});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.err, HasSubstr("standard output cannot be written"));
+}
+
 TEST(Main, VersionIsOneLine)
 {
     const auto outcome = kelctl({"--version"});

@@ -73,13 +73,14 @@ channel open_channel(bool terminal)
 
 pid_t spawn(const program_run &run, posix_spawn_file_actions_t *actions, const posix_spawnattr_t *attributes)
 {
-    std::vector<std::string> arguments = run.arguments;
-    arguments.insert(arguments.begin(), "kelctl");
+    std::vector<std::string> arguments = run.through;
+    arguments.emplace_back(KELCTL_PROGRAM);
+    arguments.insert(arguments.end(), run.arguments.begin(), run.arguments.end());
     std::vector<std::string> environment = environment_with(run.environment);
     posix_spawn_file_actions_addchdir_np(actions, run.folder.c_str());
     pid_t child = -1;
-    EXPECT_EQ(posix_spawn(&child, KELCTL_PROGRAM, actions, attributes, pointers_to(arguments).data(),
-                          pointers_to(environment).data()),
+    EXPECT_EQ(posix_spawnp(&child, arguments[0].c_str(), actions, attributes, pointers_to(arguments).data(),
+                           pointers_to(environment).data()),
               0);
     return child;
 }

@@ -19,6 +19,7 @@ struct program_run {
     std::string out_device{};                         // what standard output goes to; `out` stays empty then
     std::string in{};                                 // standard input; short enough for a pipe to hold
     bool on_terminal = false;                         // both streams are a terminal; everything is in `out`
+    std::vector<std::string> through{};               // a program that starts it, with arguments in front of it
 };
 
 // Starts the program with a terminal of this name as its controlling one and all its streams. It does not get
