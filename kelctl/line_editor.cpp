@@ -20,7 +20,6 @@ namespace kelctl
 namespace
 {
 
-constexpr int longest_history = 1000;
 char word_breaks[] = " \t";
 
 // Readline calls back without a context.
@@ -72,7 +71,7 @@ void give_line_up()
 
 } // namespace
 
-line_editor::line_editor(std::string history, completer complete) : history_(std::move(history))
+line_editor::line_editor(history_file &history, completer complete) : history_(history)
 {
     complete_line = std::move(complete);
     rl_readline_name = "kelctl";
@@ -83,14 +82,12 @@ line_editor::line_editor(std::string history, completer complete) : history_(std
     rl_variable_bind("enable-bracketed-paste", "off");
     using_history();
     stifle_history(longest_history);
-    if (!history_.empty())
-        read_history(history_.c_str());
+    for (const std::string &line : history_.lines())
+        add_history(line.c_str());
 }
 
 line_editor::~line_editor()
 {
-    if (!history_.empty())
-        history_truncate_file(history_.c_str(), longest_history);
     clear_history();
     complete_line = nullptr;
 }
@@ -126,8 +123,7 @@ void line_editor::remember(std::string line)
     if (line.empty() || (last && line == last->line))
         return;
     add_history(line.c_str());
-    if (!history_.empty())
-        append_history(1, history_.c_str());
+    history_.add(line);
 }
 
 } // namespace kelctl

@@ -2,6 +2,8 @@
 // for the whole process.
 #pragma once
 
+#include "kelctl/history_file.h"
+
 #include <functional>
 #include <optional>
 #include <string>
@@ -24,8 +26,8 @@ using completer = std::function<replacements(std::string_view line)>;
 class line_editor
 {
 public:
-    // `history` is the file that lines are kept in; empty: they are forgotten.
-    line_editor(std::string history, completer complete);
+    // `history` outlives it.
+    line_editor(history_file &history, completer complete);
     ~line_editor();
     line_editor(const line_editor &) = delete;
     line_editor &operator=(const line_editor &) = delete;
@@ -37,7 +39,7 @@ public:
 private:
     void remember(std::string line);
 
-    std::string history_;
+    history_file &history_;
 };
 
 } // namespace kelctl

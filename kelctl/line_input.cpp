@@ -40,9 +40,13 @@ bool line_input::read_more()
         return false;
     std::array<char, 4096> chunk;
     const ssize_t got = read(descriptor_, chunk.data(), chunk.size());
-    if (got > 0)
+    if (got < 0 && errno == EINTR)
+        return true;
+    if (got < 0)
+        error_ = errno;
+    else
         buffer_.append(chunk.data(), static_cast<size_t>(got));
-    return got > 0 || (got < 0 && errno == EINTR);
+    return got > 0;
 }
 
 } // namespace kelctl

@@ -18,12 +18,19 @@ public:
     // The next line without its end. None at the end of the input, and once an interruption is noted.
     std::optional<std::string> next();
 
+    // The system's error that ended the input; 0 when none did.
+    int error() const
+    {
+        return error_;
+    }
+
 private:
     bool wait_for_input() const;
     bool read_more();
 
     int descriptor_;
     std::string buffer_;
+    int error_ = 0;
 };
 
 } // namespace kelctl

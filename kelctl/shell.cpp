@@ -18,6 +18,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cstring>
 #include <memory>
 #include <unistd.h>
 #include <utility>
@@ -72,31 +73,40 @@ replacements words_for(std::string_view line, const session &session)
 }
 
 // Whatever becomes of the lines, the person has seen it.
-exit_status run_typed_lines(session &session)
+result run_typed_lines(session &session)
 {
-    line_editor editor(history_file(), [&session](std::string_view line) { return words_for(line, session); });
+    history_file history;
+    if (!history.refusal().empty())
+        session.tell(stderr, fmt::format("kelctl: {}\n", history.refusal()));
+    line_editor editor(history, [&session](std::string_view line) { return words_for(line, session); });
     while (!session.finished && !terminated())
         if (const auto line = editor.next(prompt))
             run_line(*line, {}, session);
         else
             break;
-    return exit_done;
+    return {};
 }
 
-exit_status run_piped_lines(session &session)
+result run_piped_lines(session &session)
 {
-    exit_status worst = exit_done;
+    result lines = {.told = true};
     line_input input(STDIN_FILENO);
     uint32_t number = 0;
     while (!session.finished && !output_lost())
         if (const auto line = input.next())
-            worst = std::max(worst, run_line(*line, {"-", ++number}, session));
+            lines.status = std::max(lines.status, run_line(*line, {"-", ++number}, session));
         else
             break;
-    return interrupted() ? std::max(worst, exit_operation_failed) : worst;
+    if (input.error() != 0) {
+        lines.errors = {{fmt::format("cannot be read: {}", std::strerror(input.error())), "-"}};
+        session.tell(stderr, text_of(lines.errors.front()) + "\n");
+    }
+    if (input.error() != 0 || interrupted())
+        lines.status = std::max(lines.status, exit_operation_failed);
+    return lines;
 }
 
-exit_status run_lines(session &session)
+result run_lines(session &session)
 {
     session.where = place::shell;
     const bool typed = is_terminal(stdin) && is_terminal(stdout);
@@ -112,10 +122,11 @@ result run_lines_on(std::unique_ptr<node_file> file, session &session)
     const bool stood = node.up();
     if (stood)
         session.tell(stdout, fmt::format("The node stands: {}\n", contents));
-    const exit_status worst = stood ? run_lines(session) : exit_operation_failed;
+    result lines = stood ? run_lines(session) : result{};
     const bool clean = node.down();
     result done = node.take_result(stood && clean);
-    done.status = std::max(done.status, worst);
+    done.status = std::max(done.status, lines.status);
+    done.errors = std::move(lines.errors);
     return done;
 }
 
@@ -133,7 +144,7 @@ result shell(const invocation &asked, session &session)
     const interruption_watch watch;
     if (file)
         return run_lines_on(std::move(file), session);
-    return {.status = run_lines(session)};
+    return run_lines(session);
 }
 
 } // namespace kelctl

@@ -6,7 +6,9 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cerrno>
 #include <csignal>
+#include <fcntl.h>
 #include <thread>
 #include <unistd.h>
 
@@ -68,6 +70,23 @@ TEST_F(LineInput, LongLinesStayWhole)
 {
     give(std::string(50'000, 'x') + "\n");
     EXPECT_EQ(line_input(ends[0]).next(), std::string(50'000, 'x'));
+}
+
+TEST_F(LineInput, EndIsNoError)
+{
+    end();
+    line_input input(ends[0]);
+    EXPECT_EQ(input.next(), std::nullopt);
+    EXPECT_EQ(input.error(), 0);
+}
+
+TEST_F(LineInput, WhatCannotBeReadIsNotAnEnd)
+{
+    const int folder = open("/", O_RDONLY | O_DIRECTORY);
+    line_input input(folder);
+    EXPECT_EQ(input.next(), std::nullopt);
+    EXPECT_EQ(input.error(), EISDIR);
+    close(folder);
 }
 
 TEST_F(LineInput, InterruptionEndsTheWait)

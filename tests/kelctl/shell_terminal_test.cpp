@@ -212,6 +212,17 @@ TEST_F(ShellOnTerminal, HistoryLastsFromOneShellToTheNext)
     EXPECT_THAT(second.wait_for(prompt), testing::EndsWith(line_end + "one" + line_end));
 }
 
+TEST_F(ShellOnTerminal, HistoryThatIsNoFileIsToldOnce)
+{
+    std::filesystem::create_directories(history());
+    terminal_session shell(run());
+    EXPECT_THAT(shell.wait_for(prompt), HasSubstr("/state/kelctl/history: not a regular file"));
+    shell.type("trace message one" + enter);
+    EXPECT_THAT(shell.wait_for(prompt), Not(HasSubstr("history")));
+    shell.type(arrow_up);
+    shell.wait_for("trace message one");
+}
+
 TEST_F(ShellOnTerminal, HistoryOfAKilledShellIsThere)
 {
     terminal_session first(run());

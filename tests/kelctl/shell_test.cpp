@@ -91,6 +91,34 @@ TEST(Shell, WrongNodeFileStartsNothing)
                            "/nowhere/node.toml: 1 problem, nothing was started\n");
 }
 
+TEST(Shell, WhatCannotBeReadIsNotAnEnd)
+{
+    const std::vector<std::string> from_a_folder = {"sh", "-c", "exec \"$@\" </", "sh"};
+    const auto alone = run_kelctl({.arguments = {"shell"}, .through = from_a_folder});
+    EXPECT_EQ(alone.status, 1);
+    EXPECT_EQ(alone.err, "-: cannot be read: Is a directory\n");
+
+    const auto around = run_kelctl(
+        {.arguments = {"shell", "examples/node.toml"}, .folder = KELCTL_SOURCE_DIR, .through = from_a_folder});
+    EXPECT_EQ(around.status, 1);
+    EXPECT_EQ(around.err, "-: cannot be read: Is a directory\n");
+    EXPECT_THAT(around.out, EndsWith("Taken down. The node is empty again.\n"));
+
+    const auto told = run_kelctl({.arguments = {"shell", "--json"}, .through = from_a_folder});
+    EXPECT_EQ(told.status, 1);
+    EXPECT_EQ(told.err, "");
+    EXPECT_THAT(told.out, HasSubstr(R"("error":{"message":"cannot be read: Is a directory","file":"-",)"));
+}
+
+TEST(Shell, ClosedInputHasNoLines)
+{
+    const auto outcome = run_kelctl({.arguments = {"shell", "examples/node.toml"},
+                                     .folder = KELCTL_SOURCE_DIR,
+                                     .through = {"sh", "-c", "exec \"$@\" <&-", "sh"}});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(outcome.out, EndsWith("Taken down. The node is empty again.\n"));
+}
+
 TEST(Shell, JsonIsALineForEachCommandAndOneForTheShell)
 {
     const auto outcome = shell_of("trace point\nwhat\n", {"--json"});
