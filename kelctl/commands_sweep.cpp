@@ -54,7 +54,8 @@ std::string unfit(const sweep_run &undisturbed)
 }
 
 // On a terminal, how far it is.
-std::optional<sweep_report> sweep_in_sight(const command_table &table, const std::vector<script_line> &lines, uint32_t time_limit, bool seen)
+std::optional<sweep_report> sweep_in_sight(const command_table &table, const std::vector<script_line> &lines,
+                                           uint32_t time_limit, bool seen)
 {
     const interruption_watch watch;
     std::optional<progress> shown;
@@ -95,8 +96,7 @@ result sweep_script(const invocation &asked, session &session)
         return wrong_input(file, errors_of(file, std::move(script.problems)), "nothing was run");
 
     const bool seen = is_terminal(stderr) && !session.json();
-    const auto report =
-        sweep_in_sight(session.table, script.lines, asked.given.number<uint32_t>("--time-limit"), seen);
+    const auto report = sweep_in_sight(session.table, script.lines, asked.given.number<uint32_t>("--time-limit"), seen);
     if (!report)
         return not_swept(file, "no child process can be made");
     if (std::string why = unfit(report->undisturbed); !why.empty())

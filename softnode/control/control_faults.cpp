@@ -56,7 +56,7 @@ char *softnode_faults_add_text(const char *file, const char *text, size_t size)
     std::vector<FaultRule> rules;
     const std::string problem = read_fault_text_of(file, {text, size}, rules);
     if (problem.empty())
-        with_node([&](Node &node) { node.faults.add(std::move(rules)); });
+        with_instance([&](Instance &here) { here.faults.add(std::move(rules)); });
     return text_unless_empty(problem);
 }
 
