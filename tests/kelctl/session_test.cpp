@@ -66,7 +66,7 @@ TEST_F(Session, ExceptionIsAnErrorOfItsCommand)
     const command row = {.name = "fail", .variants = {{.run = [](const invocation &, session &) -> result {
                                              throw std::runtime_error("Too many open files");
                                          }}}};
-    session json(place::shell, true, false);
+    session json(commands(), place::shell, true, false);
     CaptureStdout();
     const result done = json.carry_out({.row = &row, .chosen = &row.variants.front(), .given = {}});
     EXPECT_EQ(GetCapturedStdout(), R"({"command":"fail","arguments":{},"ok":false,"code":null,"text":null,"result":{},)"
