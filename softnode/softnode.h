@@ -198,8 +198,9 @@ typedef struct softnode_scenario {
 char *softnode_fault_sweep(const softnode_scenario *scenario);
 
 /**
- * Asked in front of each run with a fault, in the process that asked for the sweep, with the scenario's context.
+ * Asked in front of each run with a fault, in the process that asked for the sweep.
  *
+ * @param context  the scenario's
  * @param done     runs that are over
  * @param planned  runs that there are to be
  * @return 0 ends the sweep

@@ -24,6 +24,14 @@ char *text_unless_empty(const std::string &text)
     return text.empty() ? nullptr : strdup(text.c_str());
 }
 
+char *sweep_report(const softnode_scenario *scenario, softnode_sweep_watcher *watcher)
+{
+    if (!scenario || !scenario->run)
+        return nullptr;
+    const auto report = fault_sweep(*scenario, watcher);
+    return report ? strdup(report->c_str()) : nullptr;
+}
+
 } // namespace
 
 char *softnode_switch_on()
@@ -88,13 +96,10 @@ uint32_t softnode_faults_release()
 
 char *softnode_fault_sweep(const softnode_scenario *scenario)
 {
-    return softnode_fault_sweep_watched(scenario, nullptr);
+    return sweep_report(scenario, nullptr);
 }
 
 char *softnode_fault_sweep_watched(const softnode_scenario *scenario, softnode_sweep_watcher *watcher)
 {
-    if (!scenario || !scenario->run)
-        return nullptr;
-    const auto report = fault_sweep(*scenario, watcher);
-    return report ? strdup(report->c_str()) : nullptr;
+    return sweep_report(scenario, watcher);
 }
