@@ -61,6 +61,7 @@ destination *make(uint64_t mac)
     return made;
 }
 
+// Frees the destination with its last path.
 void drop_path(destination &from, size_t port)
 {
     --path_counts[port];
@@ -75,6 +76,8 @@ void drop_path(destination &from, size_t port)
     g_free(&from);
 }
 
+// For g_slist_foreach(), which bears that the destination leaves its list. The number of paths is read before, because
+// the destination is gone with the last one.
 void drop_paths(gpointer known, gpointer port_number)
 {
     auto &from = *static_cast<destination *>(known);

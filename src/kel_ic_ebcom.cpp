@@ -3,6 +3,7 @@
 #include "kel/kel_core_ic_ebcom.h"
 #include "kel/kel_core_ic_pcep.h"
 #include "kel/kel_node_names.h"
+#include "pcep_table.h"
 #include "platform/kel_fmt.h"
 #include "platform/vorn_tu.h"
 #include "queue_counters.h"
@@ -133,14 +134,15 @@ int32_t path_pcep_type(uint32_t location)
     return location < KEL_LOCATION_COUNT ? path_pcep_types[location] : unsupported;
 }
 
-// Fills the driver kit's record, all but the queue, and tells the destination's location.
+// Fills the driver kit's record, all but the queue, and returns the destination's location in `location`.
 uint32_t set_ork_path_attr(const kel_ebcom_path_config &config, const mac_text &mac, ork_ebcom_pcep_path &path,
                            uint32_t &location)
 {
     memset(&path, 0, sizeof path); // the driver kit sees the padding, too
     memcpy(path.macAddr, config.dst_mac, sizeof path.macAddr);
 
-    auto &branch_type = reinterpret_cast<uint32_t &>(path.pcepType); // a path's own type is told by its location
+    // The classifier writes its type there first; the path's own type, which its location decides, takes its place.
+    auto &branch_type = reinterpret_cast<uint32_t &>(path.pcepType);
     if (const uint32_t rc = kel_ic_pcep_get_location_and_type_from_branch(config.dst_mac, &location, &branch_type))
         return report(HERE, rc, "kel_ic_pcep_get_location_and_type_from_branch");
 
@@ -291,9 +293,9 @@ extern "C" uint32_t kel_core_ic_ebcom_capabilities_get(kel_ebcom_capabilities *c
 {
     *capabilities = {
         .max_burst_size = 0xFFFFF,
-        .max_pcep_id = 511,
-        .max_multicast_groups = 30,
-        .max_multicast_members = 16,
+        .max_pcep_id = highest_pcep_id,
+        .max_multicast_groups = max_multicast_groups,
+        .max_multicast_members = max_group_members,
     };
     return KEL_RC_OK;
 }

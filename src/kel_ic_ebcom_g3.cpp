@@ -17,17 +17,19 @@ static_assert(port_group_count * queues_per_group == port_count);
 
 uint32_t get_scheduler_idx(int32_t iell_port, uint8_t &scheduler_idx)
 {
-    if (!index_of(iell_port).known)
+    const port_index index = index_of(iell_port);
+    if (!index.known)
         return report(HERE, KEL_RC_OUT_OF_RANGE, "iell_port");
-    scheduler_idx = index_of(iell_port).scheduler;
+    scheduler_idx = index.scheduler;
     return KEL_RC_OK;
 }
 
 uint32_t get_queue_idx(int32_t iell_port, uint8_t &queue_idx)
 {
-    if (!index_of(iell_port).known)
+    const port_index index = index_of(iell_port);
+    if (!index.known)
         return report(HERE, KEL_RC_OUT_OF_RANGE, "iell_port");
-    queue_idx = index_of(iell_port).queue;
+    queue_idx = index.queue;
     return KEL_RC_OK;
 }
 
@@ -243,7 +245,7 @@ uint32_t create_queue(call_site site, const kel_ebcom_path_config &config, void 
     return KEL_RC_OK;
 }
 
-// Removes a queue that could not be kept. Callers rely on it as it stands: it tries without limit, it tells success,
+// Removes a queue that could not be kept. Callers rely on it as it stands: it tries without limit, it returns success,
 // and the registry may go on naming the removed queue.
 uint32_t roll_back_queue(call_site site, void *queue)
 {
@@ -339,6 +341,7 @@ extern "C" uint32_t kel_ic_ebcom_deinit_qos()
 {
     TRACE_FUNCTION();
 
+    // From the last group to the first: the order is relied upon.
     for (size_t group = port_group_count; group-- > 0;) {
         for (const int32_t iell_port : qos_ports[group]) {
             if (iell_port == no_port)

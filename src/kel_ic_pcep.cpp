@@ -243,7 +243,7 @@ extern "C" uint32_t kel_core_ic_pcep_add(uint32_t pcep_id, const kel_pcep_config
 
     uint32_t local = KEL_LOCATION_NONE;
     uint32_t remote = KEL_LOCATION_NONE;
-    uint32_t type = 0; // of neither side is it used
+    uint32_t type = 0; // not used for either side
     if (const uint32_t rc = kel_ic_pcep_get_location_and_type_from_branch(config->local_mac, &local, &type))
         return report(HERE, rc, "get_pcep_location_and_type_from_branch(local)");
     if (const uint32_t rc = kel_ic_pcep_get_location_and_type_from_branch(config->remote_mac, &remote, &type))

@@ -22,8 +22,8 @@ char *append(char *place, const char *end, const char *text)
     return place + length;
 }
 
-// Returns the prefix's length. Every prefix of ours is "%s" and more text: copied, not formatted, a recorded statement
-// takes 0.83 of the time of the tracer's printf in place of 1.00.
+// Returns the prefix's length. Every prefix of ours is "%s" and more text. It is copied: a recorded statement then takes
+// 0.83 of the time of lttng_ust_tracef(), and as long as that when the prefix is formatted.
 int write_prefix(const char *format, const char *argument)
 {
     if (strncmp(format, "%s", 2) != 0 || strchr(format + 2, '%'))

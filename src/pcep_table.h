@@ -22,7 +22,7 @@ struct pcep_entry {
 
 extern pcep_entry pcep_table[highest_pcep_id + 1]; // by id; 0 is never used
 
-// Lives through every start and stop, and wraps below 0.
+// The number of groups. It lives through every start and stop, and wraps below 0.
 extern uint8_t multicast_groups;
 
 bool is_valid_id(uint32_t pcep_id);

@@ -33,6 +33,7 @@ constexpr text_line queue_lines_2[] = {
 constexpr text_layout kel::queue_layout = {"EBCOM Queue statistics", queue_lines};
 constexpr text_layout kel::queue_layout_2 = {"EBCOM Queue statistics version 2", queue_lines_2};
 
+// The low half comes first: x86-64 is little-endian.
 uint32_t kel::low_word(const ebcom_queue_stats &stats, const text_line &line)
 {
     uint32_t word = 0;

@@ -15,10 +15,10 @@ int kel::create_signal_free_thread(pthread_t &thread, void *(*entry)(void *))
     for (const int fault : own_faults)
         sigdelset(&blocked, fault);
 
-    char unused = 0;
-    pthread_t created; // the C library writes an identifier before it fails, too
+    char argument = 0;     // the thread never reads it, so it may be gone by then
+    pthread_t created = 0; // the C library writes an identifier before it fails, too
     pthread_sigmask(SIG_BLOCK, &blocked, &before);
-    const int rc = pthread_create(&created, nullptr, entry, &unused);
+    const int rc = pthread_create(&created, nullptr, entry, &argument);
     pthread_sigmask(SIG_SETMASK, &before, nullptr);
     if (rc == 0)
         thread = created;

@@ -1,5 +1,5 @@
-// A thread that handles no signal, so that no handler of the control process runs on it and interrupts its waits. Nothing
-// here traces.
+// A thread that handles no signal: no handler of the control process runs on it and interrupts its waits. Nothing here
+// traces.
 #pragma once
 
 #include <pthread.h>
@@ -7,8 +7,8 @@
 namespace kel
 {
 
-// Creates a thread with default attributes that blocks all signals but those of its own faults. Gives what pthread_create()
-// gives; the identifier is written when that is 0.
+// Creates a thread with default attributes that blocks all signals but those of its own faults. Returns what
+// pthread_create() returns; the identifier is written when that is 0.
 int create_signal_free_thread(pthread_t &thread, void *(*entry)(void *));
 
 } // namespace kel

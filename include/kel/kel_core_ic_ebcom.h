@@ -25,7 +25,7 @@
  *
  * Return codes: 0 is success. 13 stands for any failed driver-kit call. Other codes are the companion library's
  * (`enum kel_init_rc` names those that this library gives itself); a code that a companion-library call returned is
- * passed on unchanged. kei_util_init_rc_str_get() gives the text of any of them. Why a call failed is told by its
+ * passed on unchanged. kei_util_init_rc_str_get() returns the text of any of them. Why a call failed is told by its
  * trace records, and by nothing else.
  *
  * Unless a function says otherwise, what it did before a failing step stays done. Pointers are not checked.
@@ -60,7 +60,7 @@ extern "C" {
  *
  * A second start without a stop builds a second scheduler tree and forgets the first one, which no stop can release.
  *
- * @return 0; the code of the failed attachment (no thread was started); 13 when the creation of the thread gives a
+ * @return 0; the code of the failed attachment (no thread was started); 13 when the creation of the thread returns a
  *         negative number, and no schedulers are made then (a positive one counts as success, though there is no
  *         thread); the code of the failed scheduler set-up (the thread runs on, the schedulers made so far stay until
  *         a stop).
@@ -99,7 +99,7 @@ typedef struct kel_ebcom_global_params {
 KEL_LAYOUT_SIZE(kel_ebcom_global_params, 8);
 KEL_LAYOUT_AT(kel_ebcom_global_params, etherType, 4);
 
-/** Fixed limits of the service, as kel_core_ic_ebcom_capabilities_get() tells them. */
+/** Fixed limits of the service, as kel_core_ic_ebcom_capabilities_get() returns them. */
 typedef struct kel_ebcom_capabilities {
     uint32_t max_burst_size;        /**< 1,048,575, in the unit of `burst_size` of a path */
     uint32_t max_pcep_id;           /**< 511 */
@@ -132,7 +132,7 @@ uint32_t kel_core_ic_ebcom_capabilities_get(kel_ebcom_capabilities *capabilities
 /* ---- The Ethernet interface ---- */
 
 /**
- * Creates the EBCOM interface on the accelerator's event device and tells that device's VSI.
+ * Creates the EBCOM interface on the accelerator's event device and returns that device's VSI.
  *
  * The library does not remember the interface: whether a second one is possible is for the driver kit to say.
  *

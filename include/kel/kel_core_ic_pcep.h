@@ -132,7 +132,7 @@ uint32_t kel_core_ic_pcep_add(uint32_t pcep_id, const kel_pcep_config *config);
 
 /**
  * Unbinds a PCEP that was bound and deletes it in the driver kit. Its id is free afterwards, whatever the result: what
- * the driver kit refused to delete is forgotten. The id of a multicast group gives 7 and is forgotten, too; the group goes
+ * the driver kit refused to delete is forgotten. The id of a multicast group returns 7 and is forgotten, too; the group goes
  * on counting against the 30. Groups that a PCEP is a member of still count it.
  *
  * @param pcep_id 1 to 511
