@@ -68,9 +68,9 @@ argument_value read_port(std::string_view text)
     return *number;
 }
 
-argument_value read_threshold(std::string_view text)
+argument_value read_threshold(std::string_view text, const range &allowed)
 {
-    const int64_t octets = read_quantity(text, size_units, threshold_range);
+    const int64_t octets = read_quantity(text, size_units, allowed);
     if (octets % threshold_block != 0)
         throw wrong_value(no_multiple(static_cast<uint64_t>(octets), threshold_block));
     return octets;
@@ -146,6 +146,23 @@ argument_value read_file(std::string_view text)
     return std::string(text);
 }
 
+template <const auto &Units> std::string in_units(int64_t value)
+{
+    return quantity_text(static_cast<uint64_t>(value), Units);
+}
+
+std::string hexadecimal(int64_t value)
+{
+    return fmt::format("0x{:x}", value);
+}
+
+// The name of port 0 says that it has none.
+std::string port_word(int64_t port)
+{
+    return port == 0 || !is_port(port) ? fmt::to_string(port)
+                                       : std::string(kel_branch_name(static_cast<int32_t>(port)));
+}
+
 candidates numbers_of(const std::set<uint32_t> &numbers)
 {
     candidates found;
@@ -163,7 +180,8 @@ argument_kind id_among(std::set<uint32_t> known_words::*ids)
         .read = [](std::string_view text) -> argument_value { return read_number(text, id_range); },
         .complete = [ids](const known_words &known) { return numbers_of(known.*ids); },
         .remember = [ids](const argument_value &used,
-                          known_words &known) { (known.*ids).insert(static_cast<uint32_t>(std::get<int64_t>(used))); }};
+                          known_words &known) { (known.*ids).insert(static_cast<uint32_t>(std::get<int64_t>(used))); },
+        .read_raw = [](std::string_view text) -> argument_value { return read_number(text, dword_range); }};
 }
 
 argument_kind handle_among(std::set<uint64_t> known_words::*handles)
@@ -195,13 +213,16 @@ argument_kind port_among(bool (*offered)(int32_t port))
     return {.placeholder = "PORT",
             .allowed = "name or 0 to 50",
             .read = read_port,
-            .complete = [offered](const known_words &) {
-                candidates found;
-                for (int32_t port = 0; port < KEL_IELL_PORT_COUNT; ++port)
-                    if (offered(port))
-                        found.words.emplace_back(kel_branch_name(port));
-                return found;
-            }};
+            .complete =
+                [offered](const known_words &) {
+                    candidates found;
+                    for (int32_t port = 0; port < KEL_IELL_PORT_COUNT; ++port)
+                        if (offered(port))
+                            found.words.emplace_back(kel_branch_name(port));
+                    return found;
+                },
+            .write = port_word,
+            .read_raw = [](std::string_view text) -> argument_value { return read_number(text, raw_port_range); }};
 }
 
 } // namespace
@@ -266,44 +287,67 @@ argument_kind new_group_id()
 
 argument_kind rate()
 {
-    return {.placeholder = "RATE", .allowed = allowed_text(rate_range), .read = [](std::string_view text) {
-                return read_quantity(text, rate_units, rate_range);
-            }};
+    return {.placeholder = "RATE",
+            .allowed = allowed_text(rate_range),
+            .read = [](std::string_view text) { return read_quantity(text, rate_units, rate_range); },
+            .write = in_units<rate_units>,
+            .read_raw = [](std::string_view text) { return read_quantity(text, rate_units, dword_range); }};
 }
 
 argument_kind burst()
 {
-    return {.placeholder = "SIZE", .allowed = allowed_text(burst_range), .read = [](std::string_view text) {
-                return read_quantity(text, size_units, burst_range);
-            }};
+    return {.placeholder = "SIZE",
+            .allowed = allowed_text(burst_range),
+            .read = [](std::string_view text) { return read_quantity(text, size_units, burst_range); },
+            .write = in_units<size_units>,
+            .read_raw = [](std::string_view text) { return read_quantity(text, size_units, dword_range); }};
 }
 
 argument_kind threshold()
 {
     return {.placeholder = "SIZE",
             .allowed = fmt::format("{}, a multiple of {}", threshold_range.text, threshold_block),
-            .read = read_threshold};
+            .read = [](std::string_view text) { return read_threshold(text, threshold_range); },
+            .write = in_units<size_units>,
+            .read_raw = [](std::string_view text) { return read_threshold(text, raw_threshold_range); }};
 }
 
 argument_kind duration(const range &allowed)
 {
     return {.placeholder = "TIME",
             .allowed = allowed_text(allowed),
-            .read = [allowed](std::string_view text) -> argument_value { return read_duration(text, allowed); }};
+            .read = [allowed](std::string_view text) -> argument_value { return read_duration(text, allowed); },
+            .write = in_units<duration_units>};
 }
 
 argument_kind number(const range &allowed)
 {
-    return {.placeholder = "N", .allowed = allowed_text(allowed), .read = [allowed](std::string_view text) {
-                return read_number(text, allowed);
-            }};
+    return {.placeholder = "N",
+            .allowed = allowed_text(allowed),
+            .read = [allowed](std::string_view text) { return read_number(text, allowed); },
+            .write = allowed.text.starts_with("0x") ? hexadecimal : nullptr};
 }
 
-argument_kind numbers(size_t count, const range &allowed)
+argument_kind number(const range &allowed, const range &raw)
+{
+    argument_kind kind = number(allowed);
+    kind.read_raw = [raw](std::string_view text) { return read_number(text, raw); };
+    return kind;
+}
+
+argument_kind only_raw(const range &allowed)
+{
+    argument_kind kind = number(allowed, allowed);
+    kind.read = [](std::string_view) -> argument_value { throw wrong_value("needs --raw as well"); };
+    return kind;
+}
+
+argument_kind octets(size_t count, const range &allowed)
 {
     return {.placeholder = "N,N",
             .allowed = fmt::format("{} numbers, {}", count, allowed.text),
-            .read = [=](std::string_view text) { return read_numbers(text, count, allowed); }};
+            .read = [=](std::string_view text) { return read_numbers(text, count, allowed); },
+            .read_raw = [=](std::string_view text) { return read_numbers(text, count, octet_range); }};
 }
 
 argument_kind queue_handle()

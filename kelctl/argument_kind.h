@@ -42,6 +42,8 @@ struct argument_kind {
     std::function<argument_value(std::string_view)> read = {};
     std::function<candidates(const known_words &)> complete = {};                 // null: nothing to offer
     std::function<void(const argument_value &used, known_words &)> remember = {}; // to offer it again; null: nothing
+    std::function<std::string(int64_t)> write = {};                               // as it is typed; null: decimal
+    std::function<argument_value(std::string_view)> read_raw = {}; // without the limits; null: the same as `read`
 };
 
 argument_kind flag();
@@ -58,8 +60,10 @@ argument_kind burst(); // int64_t
 argument_kind threshold();
 argument_kind duration(const range &allowed); // with a unit; in nanoseconds, int64_t
 argument_kind number(const range &allowed);
-argument_kind numbers(size_t count, const range &allowed); // "1,2"
-argument_kind queue_handle();                              // hexadecimal; uint64_t
+argument_kind number(const range &allowed, const range &raw);
+argument_kind only_raw(const range &allowed);             // a number that is read with --raw only
+argument_kind octets(size_t count, const range &allowed); // "1,2"
+argument_kind queue_handle();                             // hexadecimal; uint64_t
 argument_kind scheduler_handle();
 argument_kind format(); // text, csv, json or the formatting library's number
 argument_kind choice(std::vector<std::string> words);

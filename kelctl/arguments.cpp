@@ -13,6 +13,12 @@ void arguments::set(std::string_view name, argument_value value)
     values_.insert_or_assign(std::string(name), std::move(value));
 }
 
+void arguments::erase(std::string_view name)
+{
+    if (const auto found = values_.find(name); found != values_.end())
+        values_.erase(found);
+}
+
 bool arguments::has(std::string_view name) const
 {
     return values_.find(name) != values_.end();

@@ -15,6 +15,8 @@ class arguments
 public:
     void set(std::string_view name, argument_value value);
 
+    void erase(std::string_view name);
+
     bool has(std::string_view name) const;
 
     // Ask only for what is there, as what its kind reads: anything else is a mistake in a row and throws.

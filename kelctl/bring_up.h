@@ -1,88 +1,52 @@
-// Ordered steps, each with what undoes it: brought up from the first, taken down from the last. Knows nothing of what
-// the steps do.
+// A node brought up by its file's lines, and taken down again: what `kelctl up` does, and the shell around what is typed.
+// What comes up is shown at once and kept for the result.
 #pragma once
 
-#include "kelctl/operation.h"
+#include "kelctl/node_view.h"
+#include "kelctl/result.h"
+#include "kelctl/session.h"
 
-#include <cstddef>
-#include <functional>
-#include <optional>
-#include <span>
+#include <cstdint>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace kelctl
 {
 
-// What a step makes, as people call it: {"path", "paths", "removed"}. What there is one of has no word for several.
-struct product {
-    std::string_view one = {};
-    std::string_view several = {};
-    std::string_view undone = {}; // what has become of it then
-};
-
-struct step {
-    operation make;
-    operation undo;
-    product makes = {};
-    // Whether a failed `make` may leave something that `undo` removes. It may find nothing then, and be refused.
-    bool failure_leaves_something = false;
-};
-
-struct undone_step {
-    std::string operation;
-    product made;
-    std::vector<trace_entry> complaints; // failures that its records tell of, though it succeeded
-};
-
-struct refused_undo {
-    failure why;
-    product made;
-};
-
-struct take_down {
-    std::vector<undone_step> undone; // in the order of their undoing
-    std::vector<refused_undo> refused;
-    // What came of removing what a failed step may have left. Means something only when something is left.
-    std::optional<refused_undo> refused_leftover;
-};
-
-// Told after each step that was made, with how many were by then.
-using step_listener = std::function<void(size_t made)>;
-
-// Asked before each step: true stops there.
-using stop_question = std::function<bool()>;
-
 class bring_up
 {
 public:
-    bring_up(std::vector<step> steps, trace_log &log);
-    ~bring_up(); // takes down what still stands
+    // `file` is where the lines come from.
+    bring_up(std::vector<invocation> lines, std::string file, session &session);
+    ~bring_up(); // takes down what nobody has taken down or kept
     bring_up(const bring_up &) = delete;
     bring_up &operator=(const bring_up &) = delete;
 
-    // Makes the steps that are not made yet. Stops at the first failure, and when told to; what was made before it
-    // stands.
-    std::optional<failure> up(
-        const step_listener &on_made, const stop_question &stop = [] { return false; });
+    // Carries the lines out, up to the first one that fails or an interruption. True when all of them succeeded.
+    bool up();
 
-    // Whether all steps are made.
-    bool whole() const;
+    // Takes down all that the session made. True when every command succeeded and nothing is left.
+    bool down();
 
-    // Undoes what stands, and what the failed step may have left. Goes on after failures.
-    take_down down();
+    // Leaves for good what was made before a line that failed. False, and nothing has changed, when none has failed.
+    bool keep();
 
-    // Nobody takes it down any more: the steps that are made, in the order of their making.
-    std::span<const step> let_stand();
+    // Shows another part of the result. True when all went well.
+    bool show(result part);
+
+    // All that was shown, and how it went.
+    result take_result(bool succeeded);
 
 private:
-    std::optional<refused_undo> undo(const step &made, take_down &done);
+    void show_stop(uint32_t line, result last);
+    void show_background_failures();
 
-    std::vector<step> steps_;
-    trace_log &log_;
-    size_t made_ = 0;
-    bool failed_ = false;
+    std::vector<invocation> lines_;
+    std::string file_;
+    session &session_;
+    bool stood_ = false;
+    bool line_failed_ = false;
+    result result_;
 };
 
 } // namespace kelctl

@@ -61,6 +61,7 @@ const std::vector<argument> &shared_options()
     static const std::vector<argument> options = {
         {.name = "--json", .kind = flag(), .help = "show results as JSON, one document for each command"},
         {.name = "--trace", .kind = flag(), .help = "print the library's trace records as they are fired"},
+        {.name = "--raw", .kind = flag(), .help = "take what the C interface takes, without the limits of values"},
         {.name = "--help", .kind = flag(), .help = "print this help"},
     };
     return options;
@@ -72,6 +73,15 @@ command_table::command_table(std::vector<command> rows, std::vector<command_grou
     for (command &row : rows_)
         if (row.variants.size() > 1)
             row.arguments.push_back(variant_option(row.variants));
+}
+
+invocation invocation_of(const command &row)
+{
+    invocation made = {.row = &row, .chosen = &row.variants.front(), .given = {}};
+    for (const argument &one : row.arguments)
+        if (!one.otherwise.empty())
+            made.given.set(one.name, one.kind.read(one.otherwise));
+    return made;
 }
 
 const command *command_table::find(std::string_view name) const

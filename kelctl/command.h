@@ -12,7 +12,6 @@
 
 #include "kelctl/argument_kind.h"
 #include "kelctl/arguments.h"
-#include "kelctl/result.h"
 
 #include <string>
 #include <string_view>
@@ -23,6 +22,7 @@ namespace kelctl
 
 class session;
 struct invocation;
+struct result;
 
 using handler = result (*)(const invocation &asked, session &session);
 
@@ -41,6 +41,7 @@ struct argument {
     bool required = true;
     std::string otherwise = {};                  // what counts when it is not given, as it would be written
     std::string needs = {};                      // an option that has to come along with this one
+    std::string instead = {};                    // an option, of which and this one exactly one has to be given
     bool repeated = false;                       // takes all words that are left; a list of texts
     std::vector<std::string_view> only_for = {}; // variants that it means something to; none: all
 
@@ -54,6 +55,13 @@ struct argument {
     }
 };
 
+// What a command makes, as people call it: {"path", "paths", "removed"}. What there is one of has no word for several.
+struct product {
+    std::string_view one = {};
+    std::string_view several = {};
+    std::string_view undone = {}; // what has become of it once it is undone
+};
+
 enum class place { program, script, shell };
 
 struct command {
@@ -64,9 +72,11 @@ struct command {
     std::vector<argument> arguments = {};
     std::string_view example = {};
     std::vector<place> places = {place::program, place::script, place::shell};
-    std::string_view undo = {};     // the command that undoes it, given those of its arguments that it takes
-    bool needs_accelerator = false; // the software one: on a vendor's platform it does not apply
-    bool offline = false;           // uses no node, and so does not care whether there can be one
+    std::string_view undo = {};            // the command that undoes it, given those of its arguments that it takes
+    product makes = {};                    // what there is of it afterwards, until it is undone
+    bool failure_leaves_something = false; // that `undo` removes; it may find nothing, and be refused
+    bool needs_accelerator = false;        // the software one: on a vendor's platform it does not apply
+    bool offline = false;                  // uses no node, and so does not care whether there can be one
 
     bool allowed_in(place where) const;
     const argument *find_argument(std::string_view argument_name) const; // options that every command has included
@@ -120,8 +130,13 @@ struct invocation {
     const command *row = nullptr;
     const variant *chosen = nullptr;
     arguments given;
+    uint32_t line = 0; // of the file that it stands in; 0: in none
     bool json = false;
     bool trace = false;
+    bool raw = false; // values are read without their limits
 };
+
+// The row as it is asked for by its name alone: its first variant, and what counts when nothing else is given.
+invocation invocation_of(const command &row);
 
 } // namespace kelctl

@@ -43,6 +43,7 @@ public:
         parsed_.row = parts_.row;
         parsed_.json = has_flag(parts_, "--json");
         parsed_.trace = has_flag(parts_, "--trace");
+        parsed_.raw = has_flag(parts_, "--raw");
         for (const argument_word &one : parts_.arguments)
             one.option.empty() ? take_positional(one) : take_option(one);
         complete();
@@ -91,7 +92,7 @@ private:
             refuse_option(given);
         if (given.meant->is_flag() && given.value)
             throw wrong_line(fmt::format("{} takes no value", given.option), given.written.column);
-        if (given.option == "--json" || given.option == "--trace")
+        if (given.option == "--json" || given.option == "--trace" || given.option == "--raw")
             return;
         if (parsed_.given.has(given.option))
             throw wrong_line(fmt::format("{} is given twice", given.option), given.written.column);
@@ -129,7 +130,8 @@ private:
     void take_value(const argument &argument, const word &word)
     {
         try {
-            parsed_.given.set(argument.name, argument.kind.read(word.text));
+            const bool raw = argument.kind.read_raw && parsed_.raw;
+            parsed_.given.set(argument.name, (raw ? argument.kind.read_raw : argument.kind.read)(word.text));
         } catch (const wrong_value &wrong) {
             throw wrong_line(fmt::format("{}: {}", argument.name, wrong.what()), word.column);
         }
@@ -145,6 +147,9 @@ private:
                 take_default(one);
             else if (!one.needs.empty() && !parsed_.given.has(one.needs))
                 throw wrong_line(fmt::format("{} needs {} as well", one.name, one.needs), column_after(words_));
+            else if (!one.instead.empty() && parsed_.given.has(one.instead))
+                throw wrong_line(fmt::format("{} and {} exclude each other", one.name, one.instead),
+                                 column_after(words_));
         }
         choose_variant();
         for (const argument &one : parsed_.row->arguments)
@@ -155,6 +160,11 @@ private:
     {
         if (!argument.otherwise.empty())
             take_value(argument, {.text = argument.otherwise});
+        else if (!argument.instead.empty() && parsed_.given.has(argument.instead))
+            return;
+        else if (!argument.instead.empty())
+            throw wrong_line(fmt::format("{} or {} is required", argument.name, argument.instead),
+                             column_after(words_));
         else if (argument.required && !argument.is_flag())
             throw wrong_line(fmt::format("{} is required", argument.name), column_after(words_));
     }

@@ -48,6 +48,8 @@ result reset_node(const invocation &, session &session)
 {
     reset_accelerator();
     session.paths.clear();
+    session.made.take_all();
+    session.traffic = {};
     session.timed = false;
     return {};
 }

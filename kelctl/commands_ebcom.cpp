@@ -2,7 +2,10 @@
 #include "kel/kel_core_ic_ebcom.h"
 #include "kelctl/commands.h"
 #include "kelctl/limits.h"
+#include "kelctl/mp_id.h"
 #include "kelctl/session.h"
+
+#include <fmt/format.h>
 
 #include <array>
 #include <limits>
@@ -14,7 +17,15 @@ namespace
 
 constexpr range cycles_range = {std::numeric_limits<int64_t>::min(), std::numeric_limits<int64_t>::max(),
                                 "64 bits with a sign"};
-constexpr range frequency_range = {0, std::numeric_limits<uint32_t>::max(), "0 to 4294967295"};
+
+result set_mp_id(const invocation &asked, session &)
+{
+    const auto id = asked.given.number<uint8_t>("MPID");
+    if (adopt_mp_id(id))
+        return {};
+    return refused(fmt::format("the MP id cannot become {}: it is {} in this process already, and the library keeps it",
+                               id, own_mp_id()));
+}
 
 result set_parameters(const invocation &asked, session &session)
 {
@@ -76,12 +87,20 @@ result convert_offset(const invocation &asked, session &session)
 std::vector<command> ebcom_commands()
 {
     return {
+        {.name = "mpid",
+         .variants = {{.run = set_mp_id}},
+         .help = "Set the own MP id, by which the library knows its processor",
+         .details = "The library reads it once and keeps it for as long as the process lives.",
+         .arguments = {{.name = "MPID", .kind = number(mpid_range), .help = "own MP id"}},
+         .example = "mpid 5"},
         {.name = "ebcom params set",
          .variants = {{"kel_core_ic_ebcom_global_param_set", set_parameters}},
          .help = "Set the service-wide Ethernet parameters",
-         .arguments = {{.name = "--mtu", .kind = number(mtu_range), .help = "MTU of the IC ports"},
-                       {.name = "--ether-type", .kind = number(ether_type_range), .help = "of EBCOM frames"},
-                       {.name = "--settings", .kind = numbers(2, setting_range), .help = "two 4-bit values"}},
+         .arguments = {{.name = "--mtu", .kind = number(mtu_range, dword_range), .help = "MTU of the IC ports"},
+                       {.name = "--ether-type",
+                        .kind = number(ether_type_range, dword_range),
+                        .help = "of EBCOM frames"},
+                       {.name = "--settings", .kind = octets(2, setting_range), .help = "two 4-bit values"}},
          .example = "ebcom params set --mtu 1500 --ether-type 0x88b5 --settings 1,2"},
         {.name = "ebcom capabilities",
          .variants = {{"kel_core_ic_ebcom_capabilities_get", show_capabilities}},
@@ -91,7 +110,9 @@ std::vector<command> ebcom_commands()
          .variants = {{"kel_core_ic_ebcom_interface_create", create_interface}},
          .help = "Create the EBCOM interface",
          .example = "ebcom interface create",
-         .undo = "ebcom interface delete"},
+         .undo = "ebcom interface delete",
+         .makes = {.one = "interface", .undone = "deleted"},
+         .failure_leaves_something = true},
         {.name = "ebcom interface delete",
          .variants = {{"kel_core_ic_ebcom_interface_delete", call_plainly<kel_core_ic_ebcom_interface_delete>}},
          .help = "Delete the EBCOM interface",
@@ -100,7 +121,9 @@ std::vector<command> ebcom_commands()
          .variants = {{"kel_core_ic_ebcom_start", start}},
          .help = "Start the service: timestamp thread and scheduler tree",
          .example = "ebcom start",
-         .undo = "ebcom stop"},
+         .undo = "ebcom stop",
+         .makes = {.one = "EBCOM service", .undone = "stopped"},
+         .failure_leaves_something = true},
         {.name = "ebcom stop",
          .variants = {{"kel_core_ic_ebcom_stop", stop<kel_core_ic_ebcom_stop>}},
          .help = "Stop the service: release queues and schedulers",
@@ -110,13 +133,15 @@ std::vector<command> ebcom_commands()
          .variants = {{"kel_ic_ebcom_cycles_to_ork_timestamp_offset", convert_offset}},
          .help = "Convert a timing-unit reading into a timestamp offset",
          .arguments = {{.name = "--cycles", .kind = number(cycles_range), .help = "cycle count of the reading"},
-                       {.name = "--frequency", .kind = number(frequency_range), .help = "clock frequency of it"}},
+                       {.name = "--frequency", .kind = number(dword_range), .help = "clock frequency of it"}},
          .example = "ebcom timestamp offset --cycles 40 --frequency 250000"},
         {.name = "ebcom qos init",
          .variants = {{"kel_ic_ebcom_init_qos", call_plainly<kel_ic_ebcom_init_qos>}},
          .help = "Build the scheduler tree, a part of the start",
          .example = "ebcom qos init",
-         .undo = "ebcom qos deinit"},
+         .undo = "ebcom qos deinit",
+         .makes = {.one = "scheduler tree", .undone = "released"},
+         .failure_leaves_something = true},
         {.name = "ebcom qos deinit",
          .variants = {{"kel_ic_ebcom_deinit_qos", stop<kel_ic_ebcom_deinit_qos>}},
          .help = "Release queues and schedulers, a part of the stop",

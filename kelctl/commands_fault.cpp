@@ -2,6 +2,7 @@
 #include "kelctl/commands.h"
 #include "kelctl/file_text.h"
 #include "kelctl/load_node_file.h"
+#include "kelctl/result.h"
 #include "kelctl/software_accelerator.h"
 
 #include <fmt/format.h>

@@ -1,9 +1,11 @@
 // Whole nodes from their files.
+#include "kelctl/command_text.h"
 #include "kelctl/commands.h"
 #include "kelctl/limits.h"
 #include "kelctl/load_node_file.h"
-#include "kelctl/node_steps.h"
-#include "kelctl/text.h"
+#include "kelctl/node_lines.h"
+#include "kelctl/result.h"
+#include "kelctl/undo.h"
 #include "kelctl/up.h"
 
 #include <fmt/format.h>
@@ -51,33 +53,43 @@ result check(const invocation &asked, session &)
     return sound;
 }
 
-std::string numbered(const fields &calls)
+// What takes down what the lines make, from the last to the first.
+std::vector<invocation> undo_of_all(const std::vector<invocation> &lines, const command_table &table)
 {
-    std::string text;
-    size_t number = 0;
-    for (const fields &call : calls)
-        text += wrapped(fmt::format("{:>4}  ", ++number), call.get_ref<const std::string &>());
-    return text;
+    std::vector<invocation> undo;
+    for (auto line = lines.rbegin(); line != lines.rend(); ++line)
+        if (auto one = undo_of(*line, table))
+            undo.push_back(std::move(*one));
+    return undo;
 }
 
-result plan(const invocation &asked, session &)
+fields texts_of(const std::vector<invocation> &lines)
+{
+    fields texts = fields::array();
+    for (const invocation &line : lines)
+        texts.push_back(text_of(line));
+    return texts;
+}
+
+std::string script_of(std::string_view comment, const fields &lines)
+{
+    std::string script = fmt::format("# {}\n", comment);
+    for (const fields &line : lines)
+        script += line.get_ref<const std::string &>() + "\n";
+    return script;
+}
+
+result plan(const invocation &asked, session &session)
 {
     const std::string &name = asked.given.text("FILE");
     auto [node, errors] = load_node_file(name);
     if (!node)
         return wrong_input(name, std::move(errors), "nothing was planned");
-
-    const node_steps steps = steps_of(*node);
-    fields up = fields::array();
-    fields down = fields::array();
-    for (const step &step : steps.all)
-        up.push_back(step.make.text());
-    for (auto step = steps.all.rbegin(); step != steps.all.rend(); ++step)
-        if (step->undo.call)
-            down.push_back(step->undo.text());
-
+    const std::vector<invocation> lines = lines_of(*node, session.table);
+    fields up = texts_of(lines);
+    fields down = texts_of(undo_of_all(lines, session.table));
     result planned;
-    planned.text = fmt::format("Up\n{}Down\n{}", numbered(up), numbered(down));
+    planned.text = script_of("Up", up) + "\n" + script_of("Down", down);
     planned.shown = {{"up", std::move(up)}, {"down", std::move(down)}};
     return planned;
 }
@@ -122,7 +134,7 @@ std::vector<command> node_commands()
          .offline = true},
         {.name = "plan",
          .variants = {{.run = plan}},
-         .help = "Show the calls that up would make, in their order",
+         .help = "Show what up does as a script, which run carries out",
          .arguments = {node_file_argument},
          .example = "plan examples/node.toml",
          .offline = true},

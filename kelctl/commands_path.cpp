@@ -2,12 +2,14 @@
 #include "kel/kel_core_ic_ebcom.h"
 #include "kelctl/commands.h"
 #include "kelctl/ic_port.h"
+#include "kelctl/interruption.h"
 #include "kelctl/limits.h"
 #include "kelctl/session.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <iterator>
 #include <set>
 
 namespace kelctl
@@ -23,26 +25,39 @@ constexpr std::string_view unshaped_threshold = "5000 KiB";
 const argument destination = {.name = "MAC", .kind = mac(), .help = "address of the destination"};
 const argument through_port = {.name = "--port", .kind = ebcom_port(), .help = "IC port"};
 
-std::vector<argument> path_arguments_with_shaping()
+const argument path_count = {.name = "--count",
+                             .kind = number(path_count_range),
+                             .help = "so many paths, to addresses that count up from MAC; 1 unless given",
+                             .required = false};
+
+// Of a path, or of the part of it that `last` is not for.
+std::vector<argument> shaped(std::vector<argument> last = {})
 {
-    return {destination,
-            through_port,
-            {.name = "--rate",
-             .kind = rate(),
-             .help = "shape the port's queue to this rate",
-             .required = false,
-             .needs = "--burst"},
-            {.name = "--burst",
-             .kind = burst(),
-             .help = "largest burst of the shaped queue",
-             .required = false,
-             .needs = "--rate"},
-            {.name = "--threshold",
-             .kind = threshold(),
-             .help = "how much may wait in the shaped queue",
-             .required = false,
-             .otherwise = std::string(unshaped_threshold),
-             .needs = "--rate"}};
+    std::vector<argument> all = {destination,
+                                 through_port,
+                                 {.name = "--rate",
+                                  .kind = rate(),
+                                  .help = "shape the port's queue to this rate",
+                                  .required = false,
+                                  .needs = "--burst"},
+                                 {.name = "--burst",
+                                  .kind = burst(),
+                                  .help = "largest burst of the shaped queue",
+                                  .required = false,
+                                  .needs = "--rate"},
+                                 {.name = "--threshold",
+                                  .kind = threshold(),
+                                  .help = "how much may wait in the shaped queue",
+                                  .required = false,
+                                  .otherwise = std::string(unshaped_threshold),
+                                  .needs = "--rate"},
+                                 {.name = "--shaping",
+                                  .kind = only_raw(octet_range),
+                                  .help = "with --raw: whether there is any, 1 unless given",
+                                  .required = false,
+                                  .needs = "--rate"}};
+    std::ranges::move(last, std::back_inserter(all));
+    return all;
 }
 
 constexpr std::string_view shaping_details =
@@ -56,7 +71,7 @@ kel_ebcom_path_config path_of(const arguments &given)
     path.iell_port = given.number<int32_t>("--port");
     if (!given.has("--rate"))
         return path;
-    path.shaping_enabled = 1;
+    path.shaping_enabled = given.has("--shaping") ? given.number<uint8_t>("--shaping") : uint8_t{1};
     path.shaping_rate = given.number<uint32_t>("--rate");
     path.burst_size = given.number<uint32_t>("--burst");
     path.buffer_threshold = given.number<uint32_t>("--threshold") / threshold_block;
@@ -76,9 +91,33 @@ void removed(asked_paths &paths, const kel_ebcom_path_config &path)
     paths.remove(path);
 }
 
+// One path after the other, each as if it were asked for by itself.
+result change_paths(const invocation &asked, session &session)
+{
+    const mac_address first = asked.given.mac("MAC");
+    const auto count = asked.given.number<uint32_t>("--count");
+    if (count - 1 > addresses_after(first))
+        return {.status = exit_wrong_input,
+                .errors = {{fmt::format("--count: only {} more addresses follow {} in its last three octets",
+                                        addresses_after(first), to_text(first))}}};
+    invocation one = asked;
+    one.given.erase("--count");
+    for (uint32_t i = 0; i < count; ++i) {
+        if (interrupted())
+            return {.status = exit_operation_failed,
+                    .remark = fmt::format("interrupted after {} of {} paths", i, count)};
+        one.given.set("MAC", counted_up(first, i));
+        if (result done = session.perform(one); done.status != exit_done)
+            return done;
+    }
+    return {.code = 0};
+}
+
 template <uint32_t (*Function)(const kel_ebcom_path_config *), change Change>
 result change_path(const invocation &asked, session &session)
 {
+    if (asked.given.has("--count"))
+        return change_paths(asked, session);
     const kel_ebcom_path_config path = path_of(asked.given);
     result done = session.call(asked, Function, input("config", path));
     if (done.code == 0)
@@ -138,21 +177,23 @@ std::vector<command> path_commands()
          .variants = {{"kel_core_ic_ebcom_path_add", change_path<kel_core_ic_ebcom_path_add, added>}},
          .help = "Add a path from an IC port to a destination",
          .details = shaping_details,
-         .arguments = path_arguments_with_shaping(),
+         .arguments = shaped({path_count}),
          .example = "ebcom path add 02:00:02:02:00:01 --port RLU1P --rate 100000 --burst 4096",
-         .undo = "ebcom path remove"},
+         .undo = "ebcom path remove",
+         .makes = {"path", "paths", "removed"}},
         {.name = "ebcom path remove",
          .variants = {{"kel_core_ic_ebcom_path_rem", change_path<kel_core_ic_ebcom_path_rem, removed>}},
          .help = "Remove one path to a destination",
-         .arguments = {destination, through_port},
+         .arguments = {destination, through_port, path_count},
          .example = "ebcom path remove 02:00:02:02:00:01 --port RLU1P"},
         {.name = "ebcom shaper add",
          .variants = {{"kel_ic_ebcom_add_shaper", change_shaper<kel_ic_ebcom_add_shaper, added>}},
          .help = "Take a reference on a port's queue, a part of path add",
          .details = shaping_details,
-         .arguments = path_arguments_with_shaping(),
+         .arguments = shaped(),
          .example = "ebcom shaper add 02:00:02:02:00:02 --port RLU1Q",
-         .undo = "ebcom shaper remove"},
+         .undo = "ebcom shaper remove",
+         .makes = {"shaper", "shapers", "removed"}},
         {.name = "ebcom shaper remove",
          .variants = {{"kel_ic_ebcom_remove_shaper", change_shaper<kel_ic_ebcom_remove_shaper, removed>}},
          .help = "Give a reference on a port's queue back",

@@ -43,23 +43,24 @@ kel_pcep_config configuration_of(const arguments &given)
 result add_pcep(const invocation &asked, session &session)
 {
     const kel_pcep_config config = configuration_of(asked.given);
-    return session.call(asked, kel_core_ic_pcep_add, value("pcep_id", asked.given.id("ID")), input("config", config));
+    return session.call(asked, kel_core_ic_pcep_add, value("pcep_id", asked.given.number<uint32_t>("ID")),
+                        input("config", config));
 }
 
 template <uint32_t (*Function)(uint32_t)> result change_pcep(const invocation &asked, session &session)
 {
-    return session.call(asked, Function, value("pcep_id", asked.given.id("ID")));
+    return session.call(asked, Function, value("pcep_id", asked.given.number<uint32_t>("ID")));
 }
 
 template <uint32_t (*Function)(uint32_t)> result change_group(const invocation &asked, session &session)
 {
-    return session.call(asked, Function, value("mc_pcep_id", asked.given.id("GROUP")));
+    return session.call(asked, Function, value("mc_pcep_id", asked.given.number<uint32_t>("GROUP")));
 }
 
 template <uint32_t (*Function)(uint32_t, uint32_t)> result change_member(const invocation &asked, session &session)
 {
-    return session.call(asked, Function, value("mc_pcep_id", asked.given.id("GROUP")),
-                        value("uc_pcep_id", asked.given.id("ID")));
+    return session.call(asked, Function, value("mc_pcep_id", asked.given.number<uint32_t>("GROUP")),
+                        value("uc_pcep_id", asked.given.number<uint32_t>("ID")));
 }
 
 result locate(const invocation &asked, session &session)
@@ -106,9 +107,9 @@ std::vector<argument> arguments_of_a_new_pcep()
             {.name = "--remote-id", .kind = number(remote_id_range), .help = "id at the other end, 24 bits"},
             {.name = "--local", .kind = mac(), .help = "address at this end; on the HSFP the PCEP gets bound"},
             {.name = "--remote", .kind = mac(), .help = "address at the other end"},
-            {.name = "--vlan", .kind = number(vlan_range), .help = "VLAN id"},
+            {.name = "--vlan", .kind = number(vlan_range, word_range), .help = "VLAN id"},
             {.name = "--priority",
-             .kind = number(priority_range),
+             .kind = number(priority_range, octet_range),
              .help = "VLAN priority",
              .required = false,
              .otherwise = "0"},
@@ -133,7 +134,8 @@ std::vector<command> pcep_commands()
          .variants = {{"kel_core_ic_pcep_start", call_plainly<kel_core_ic_pcep_start>}},
          .help = "Start the PCEP service with an empty table",
          .example = "pcep start",
-         .undo = "pcep stop"},
+         .undo = "pcep stop",
+         .makes = {.one = "PCEP service", .undone = "stopped"}},
         {.name = "pcep stop",
          .variants = {{"kel_core_ic_pcep_stop", call_plainly<kel_core_ic_pcep_stop>}},
          .help = "Stop the PCEP service and forget its table",
@@ -145,7 +147,8 @@ std::vector<command> pcep_commands()
          .arguments = arguments_of_a_new_pcep(),
          .example = "pcep add 7 --remote-id 9 --local 02:00:00:03:00:01 "
                     "--remote 02:00:00:02:00:01 --vlan 100",
-         .undo = "pcep remove"},
+         .undo = "pcep remove",
+         .makes = {"PCEP", "PCEPs", "removed"}},
         {.name = "pcep remove",
          .variants = {{"kel_core_ic_pcep_rem", change_pcep<kel_core_ic_pcep_rem>}},
          .help = "Remove a PCEP",
@@ -169,7 +172,8 @@ std::vector<command> pcep_commands()
          .help = "Create a multicast group",
          .arguments = {new_group},
          .example = "group add 300",
-         .undo = "group remove"},
+         .undo = "group remove",
+         .makes = {"multicast group", "multicast groups", "removed"}},
         {.name = "group remove",
          .variants = {{"kel_core_ic_pcep_mc_group_rem", change_group<kel_core_ic_pcep_mc_group_rem>}},
          .help = "Delete a multicast group without members",
@@ -180,7 +184,8 @@ std::vector<command> pcep_commands()
          .help = "Add a PCEP to a multicast group",
          .arguments = {group, member},
          .example = "group member add 300 7",
-         .undo = "group member remove"},
+         .undo = "group member remove",
+         .makes = {"group member", "group members", "removed"}},
         {.name = "group member remove",
          .variants = {{"kel_core_ic_pcep_mc_member_rem", change_member<kel_core_ic_pcep_mc_member_rem>}},
          .help = "Remove a PCEP from a multicast group",

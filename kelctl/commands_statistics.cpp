@@ -105,7 +105,8 @@ result burst_record(const invocation &asked, session &session)
 result pcep_driver_kit_record(const invocation &asked, session &session)
 {
     ebcom_pcep_stats stats{};
-    result done = session.call(asked, kel_ic_pcep_get_stats, value("pcep_id", asked.given.id("ID")), output(stats));
+    result done =
+        session.call(asked, kel_ic_pcep_get_stats, value("pcep_id", asked.given.number<uint32_t>("ID")), output(stats));
     const auto &[outbound, inbound] = stats;
     if (done.code == 0)
         done.shown = {{"out_cnt0", outbound.out_cnt0}, {"out_cnt1", outbound.out_cnt1}, {"in_cnt0", inbound.in_cnt0},
@@ -120,7 +121,7 @@ result pcep_driver_kit_record(const invocation &asked, session &session)
 template <uint32_t (*Function)(uint32_t, pcep_stats *)> result pcep_record(const invocation &asked, session &session)
 {
     pcep_stats stats{};
-    result done = session.call(asked, Function, value("pcep_id", asked.given.id("ID")), output(stats));
+    result done = session.call(asked, Function, value("pcep_id", asked.given.number<uint32_t>("ID")), output(stats));
     if (done.code == 0)
         done.shown = fields{{"in_cnt0", uint64_t{stats.in_cnt0}},   {"in_word4", uint32_t{stats.in_word4}},
                             {"in_word0", uint32_t{stats.in_word0}}, {"in_word5", uint32_t{stats.in_word5}},
@@ -134,7 +135,7 @@ template <uint32_t (*Function)(uint32_t, pcep_stats *)> result pcep_record(const
 
 template <auto Function> result pcep_text(const invocation &asked, session &session)
 {
-    return laid_out(asked, session, Function, value("pcep_id", asked.given.id("ID")));
+    return laid_out(asked, session, Function, value("pcep_id", asked.given.number<uint32_t>("ID")));
 }
 
 } // namespace

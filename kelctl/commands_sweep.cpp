@@ -54,7 +54,7 @@ std::string unfit(const sweep_run &undisturbed)
 }
 
 // On a terminal, how far it is.
-std::optional<sweep_report> sweep_in_sight(const command_table &table, const std::vector<script_line> &lines,
+std::optional<sweep_report> sweep_in_sight(const command_table &table, const std::vector<invocation> &lines,
                                            uint32_t time_limit, bool seen)
 {
     const interruption_watch watch;

@@ -4,6 +4,7 @@
 #include "kelctl/commands.h"
 #include "kelctl/ic_port.h"
 #include "kelctl/limits.h"
+#include "kelctl/result.h"
 #include "kelctl/software_accelerator.h"
 #include "platform/kei_util.h"
 #include "platform/kel_init.h"

@@ -1,17 +1,16 @@
 // The message formatter, the trace point without effect, and the fatal path.
 #include "kel/kel_trace.h"
 #include "kelctl/commands.h"
+#include "kelctl/limits.h"
 #include "kelctl/session.h"
 
 #include <cstdarg>
-#include <limits>
 
 namespace kelctl
 {
 namespace
 {
 
-constexpr range line_range = {0, std::numeric_limits<uint32_t>::max(), "0 to 4294967295"};
 constexpr const char *prefix_format = "%s(): ";
 
 // The list of values is what this variant is about: it can be made only from arguments.
@@ -86,7 +85,7 @@ std::vector<command> trace_commands()
                         .required = false,
                         .otherwise = "kelctl"},
                        {.name = "--line",
-                        .kind = number(line_range),
+                        .kind = number(dword_range),
                         .help = "source line of the request",
                         .required = false,
                         .otherwise = "0"}},

@@ -1,7 +1,7 @@
 // Why an operation failed: the call that refused, found in the operation's trace records.
 #pragma once
 
-#include "kelctl/operation.h"
+#include "kelctl/library_call.h"
 
 #include <cstdint>
 #include <optional>

@@ -1,7 +1,7 @@
 // A failed operation, told in full: what was called, what it answered, and what the library traced meanwhile.
 #pragma once
 
-#include "kelctl/operation.h"
+#include "kelctl/library_call.h"
 #include "kelctl/terminal.h"
 
 #include <cstdio>

@@ -1,6 +1,8 @@
 // The handlers and what they may touch: flags, and a descriptor that wakes who waits for input.
 #include "kelctl/interruption.h"
 
+#include "kelctl/terminal.h"
+
 #include <array>
 #include <atomic>
 #include <cerrno>
@@ -38,7 +40,7 @@ void note(int signal)
     (signal == SIGINT ? interrupt_noted : termination_noted) = true;
     const uint64_t one = 1;
     // There is nothing to do about a failure; the flag is set.
-    [[maybe_unused]] const ssize_t written = write(wake_up, &one, sizeof one);
+    [[maybe_unused]] const ssize_t written = ::write(wake_up, &one, sizeof one);
     errno = error;
 }
 
@@ -103,18 +105,11 @@ void leave_interruptions_to_parent()
     termination_noted = false;
 }
 
-bool interrupted_within(std::chrono::milliseconds longest)
+bool unwanted_within(std::chrono::milliseconds longest)
 {
-    using clock = std::chrono::steady_clock;
-    const auto end = clock::now() + longest;
-    while (!interrupted()) {
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - clock::now());
-        if (left.count() <= 0)
-            return false;
-        pollfd wake = {wake_up, POLLIN, 0};
-        poll(&wake, 1, static_cast<int>(left.count()));
-    }
-    return true;
+    std::array<pollfd, 2> ends = {{{wake_up, POLLIN, 0}, {STDOUT_FILENO, 0, 0}}};
+    poll(ends.data(), ends.size(), static_cast<int>(longest.count()));
+    return interrupted() || output_lost();
 }
 
 int interruption_descriptor()

@@ -32,8 +32,8 @@ void take_interruption();
 // In a child process of one that is watched: signals of the terminal reach both, and are the parent's to follow.
 void leave_interruptions_to_parent();
 
-// Waits for a signal, at most so long. True when one is noted and not taken.
-bool interrupted_within(std::chrono::milliseconds longest);
+// Waits, at most so long, until nobody wants more: a signal is noted, or standard output reaches nobody (terminal.h).
+bool unwanted_within(std::chrono::milliseconds longest);
 
 // Becomes readable when a signal is noted. For poll(); -1 without a watch.
 int interruption_descriptor();

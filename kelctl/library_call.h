@@ -1,20 +1,17 @@
-// A call into the library, described once by its parameters: from them come what is passed and what a failure report
-// tells of it.
+// A call into the library, described once by its parameters: from them come what is passed, and what a failure report
+// shows of it.
 //
 //     session.call(asked, kel_core_ic_pcep_mc_member_add, value("mc_pcep_id", group), value("uc_pcep_id", pcep));
-//     session.call(asked, kel_core_ic_ebcom_queue_stats_get, input("dst_mac", mac), output(stats));
-//     operation_of("kel_core_ic_pcep_mc_group_add", kel_core_ic_pcep_mc_group_add, value("mc_pcep_id", group));
+//     session.call(asked, kel_core_ic_ebcom_queue_stats_get, input("dst_mac", mac), output("stats", stats));
 //
-// A parameter refers to what it was made from, and must not outlive it; only `copied` and `unread` stand alone.
+// A parameter refers to what it was made from, and must not outlive it.
 #pragma once
 
 #include "kelctl/call_text.h"
-#include "kelctl/operation.h"
+#include "kelctl/trace_log.h"
 
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
-#include <array>
 #include <cstdint>
 #include <cstdio>
 #include <string>
@@ -26,7 +23,14 @@
 namespace kelctl
 {
 
-// ---- Parameters: passed() is what they hand over, text() what a report tells of them; results have none ----
+// A call that the library refused.
+struct failure {
+    std::string operation; // the call with its arguments
+    uint32_t code = 0;
+    std::vector<trace_entry> records; // that it fired
+};
+
+// ---- Parameters: passed() is what they hand over, text() what a report shows of it; results have none ----
 
 template <typename Number> struct value {
     std::string_view name;
@@ -76,30 +80,10 @@ template <typename Type> struct input {
     {
         if constexpr (std::is_same_v<Type, mac_address>)
             return std::tuple(read.octets.data());
-        else if constexpr (std::is_same_v<Type, std::array<uint8_t, 2>>)
+        else if constexpr (requires { read.data(); })
             return std::tuple(read.data());
         else
             return std::tuple(&read);
-    }
-
-    std::string text() const
-    {
-        return told(name, read);
-    }
-};
-
-// The same, kept in the parameter.
-template <typename Type> struct copied {
-    std::string_view name;
-    Type read;
-
-    copied(std::string_view its_name, const Type &its_object) : name(its_name), read(its_object)
-    {
-    }
-
-    auto passed() const
-    {
-        return input<Type>(name, read).passed();
     }
 
     std::string text() const
@@ -122,17 +106,6 @@ template <typename Type> struct output {
     }
 };
 
-// The same, for what nobody looks at.
-template <typename Type> struct unread {
-    auto passed() const
-    {
-        return std::tuple(&anywhere);
-    }
-
-private:
-    static inline Type anywhere{};
-};
-
 // A text that the library writes, with the size of its buffer.
 template <typename Buffer> struct text_output {
     Buffer &buffer;
@@ -147,7 +120,7 @@ template <typename Buffer> struct text_output {
     }
 };
 
-// A stream that the library prints on.
+// What the library prints on.
 struct stream_value {
     std::FILE *stream;
 
@@ -159,25 +132,23 @@ struct stream_value {
 
 // ---- The call ----
 
-template <typename Parameter> void add_text(std::vector<std::string> &texts, const Parameter &parameter)
+template <typename Function, typename... Parameters> auto call_with(Function function, const Parameters &...parameters)
+{
+    return std::apply(function, std::tuple_cat(parameters.passed()...));
+}
+
+template <typename Parameter> void add_text(std::string &list, const Parameter &parameter)
 {
     if constexpr (requires { parameter.text(); })
-        texts.push_back(parameter.text());
+        list += (list.empty() ? "" : ", ") + parameter.text();
 }
 
+// "kel_core_ic_pcep_mc_member_add(mc_pcep_id=300, uc_pcep_id=7)"
 template <typename... Parameters> std::string text_of_call(std::string_view name, const Parameters &...parameters)
 {
-    std::vector<std::string> texts;
-    (add_text(texts, parameters), ...);
-    return fmt::format("{}({})", name, fmt::join(texts, ", "));
-}
-
-// `name` is the function's, and lasts as long as the program.
-template <typename Function, typename... Parameters>
-operation operation_of(std::string_view name, Function function, const Parameters &...parameters)
-{
-    return {[=] { return text_of_call(name, parameters...); },
-            [=] { return std::apply(function, std::tuple_cat(parameters.passed()...)); }};
+    std::string list;
+    (add_text(list, parameters), ...);
+    return fmt::format("{}({})", name, list);
 }
 
 } // namespace kelctl

@@ -22,8 +22,16 @@ inline constexpr range priority_range = {0, 7, "0 to 7"};
 inline constexpr range frame_length_range = {1, 65535, "1 to 65535 octets"};
 inline constexpr range duration_range = {0, 1'000'000'000'000'000, "0 s to 1000000 s"};
 inline constexpr range period_range = {1, 1'000'000'000'000'000, "1 ns to 1000000 s"};
+inline constexpr range path_count_range = {1, 100'000, "1 to 100000"};
+inline constexpr range frames_per_second_range = {1, 4'294'967'295, "1 to 4294967295"};
+inline constexpr range burst_frames_range = {1, 1'000'000, "1 to 1000000 frames"};
 inline constexpr range octet_range = {0, 0xFF, "0 to 255"};
 inline constexpr range word_range = {0, 0xFFFF, "0 to 65535"};
+
+// What the C interface's own types hold.
+inline constexpr range dword_range = {0, 0xFFFF'FFFF, "0 to 4294967295"};
+inline constexpr range raw_port_range = {-0x8000'0000LL, 0x7FFF'FFFF, "-2147483648 to 2147483647"};
+inline constexpr range raw_threshold_range = {0, 0xFFFF'FFFFLL * 256, "0 to 1099511627520 octets"};
 
 // A queue's threshold is configured in blocks of so many octets.
 inline constexpr uint32_t threshold_block = 256;

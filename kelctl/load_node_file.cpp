@@ -33,20 +33,6 @@ loaded_node_file load_node_file(const std::string &file)
     return {std::make_unique<node_file>(std::move(read.node)), {}};
 }
 
-loaded_node_file load_node_to_start(const std::string &file)
-{
-    loaded_node_file loaded = load_node_file(file);
-    if (!loaded.node)
-        return loaded;
-    const uint8_t mp_id = loaded.node->mpid.value_or(own_mp_id());
-    if (adopt_mp_id(mp_id))
-        return loaded;
-    std::string other = fmt::format("mpid: {} cannot be brought up: this process has brought up a node with MP id {}, "
-                                    "which the library keeps",
-                                    mp_id, own_mp_id());
-    return {nullptr, {{std::move(other), file, loaded.node->mpid_at}}};
-}
-
 std::vector<input_error> errors_of(const std::string &file, problem_list problems)
 {
     std::stable_sort(problems.begin(), problems.end(), [](const problem &a, const problem &b) { return a.at < b.at; });

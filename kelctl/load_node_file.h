@@ -19,10 +19,6 @@ struct loaded_node_file {
 // Changes nothing in the process: any number of files can be looked at.
 loaded_node_file load_node_file(const std::string &file);
 
-// The same for the node that is brought up next: its MP id becomes the process's. Another one than that of a node brought
-// up before is an error: the library would go on with the first.
-loaded_node_file load_node_to_start(const std::string &file);
-
 // The problems of a file as errors, in the order of their places.
 std::vector<input_error> errors_of(const std::string &file, problem_list problems);
 

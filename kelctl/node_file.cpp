@@ -22,8 +22,6 @@ namespace
 // The parser bounds how deep values nest, but not how many dots a key has, and a document is taken apart recursively.
 constexpr size_t most_dots_in_a_line = 128;
 
-constexpr range count_range = {1, 100'000, "1 to 100000"};
-
 // The port's number, whether it carries EBCOM or not.
 std::optional<int32_t> any_port(const table_reader &path, const toml::node &node)
 {
@@ -72,7 +70,7 @@ uint32_t read_count(const table_reader &path, const mac_address &first)
 {
     if (!path.has("count"))
         return 1;
-    const uint32_t count = path.number("count", count_range);
+    const uint32_t count = path.number("count", path_count_range);
     if (count - 1 > addresses_after(first))
         path.note(path.at("count"), fmt::format("count: only {} more addresses follow {} in its last three octets",
                                                 addresses_after(first), to_text(first)));
@@ -121,7 +119,8 @@ ebcom_parameters read_ebcom(table_reader &ebcom)
 {
     ebcom.allow_only(node_keys_of("ebcom"));
     const auto settings = ebcom.numbers("settings", 2, setting_range);
-    return {.ic_port_mtu = static_cast<uint16_t>(ebcom.number("ic_port_mtu", mtu_range)),
+    return {.at = ebcom.at(),
+            .ic_port_mtu = static_cast<uint16_t>(ebcom.number("ic_port_mtu", mtu_range)),
             .ether_type = static_cast<uint16_t>(ebcom.number("ether_type", ether_type_range)),
             .settings = {static_cast<uint8_t>(settings[0]), static_cast<uint8_t>(settings[1])}};
 }

@@ -16,6 +16,7 @@ namespace kelctl
 {
 
 struct ebcom_parameters {
+    position at;
     uint16_t ic_port_mtu = 0; // octets
     uint16_t ether_type = 0;
     std::array<uint8_t, 2> settings{}; // 4 bits each

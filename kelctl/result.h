@@ -3,7 +3,7 @@
 #pragma once
 
 #include "kelctl/exit_status.h"
-#include "kelctl/operation.h"
+#include "kelctl/library_call.h"
 #include "kelctl/problem.h"
 
 #include <nlohmann/json.hpp>
@@ -35,8 +35,15 @@ struct result {
     std::optional<uint32_t> code = {};    // the library's; none: no function of it was asked
     std::vector<failure> failures = {};
     std::vector<input_error> errors = {};
-    bool told = false;       // people were told all of it as it came up
-    std::string remark = {}; // the last line for people, on standard error: "2 problems, nothing was started"
+    std::vector<trace_entry> complaints = {}; // failures that the library's records tell of, though it succeeded
+    bool shown_already = false;               // all of it was shown as it came up
+    std::string remark = {};                  // last for people, on standard error: "2 problems, nothing was started"
+};
+
+// Where a command stands in a file. Without a file: on the command line or in the shell.
+struct origin {
+    std::string file;
+    uint32_t line = 0;
 };
 
 // That nothing was done, for a reason that is not in the words of the command: it is told as an error.

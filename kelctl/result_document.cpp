@@ -96,6 +96,8 @@ fields document_of(const result &done, const invocation &asked, const origin &fr
     for (const failure &failed : done.failures)
         failures.push_back(failure_fields(failed, tracer_installed));
     add_list(document, "failure", "further_failures", std::move(failures));
+    if (!done.complaints.empty())
+        document["complaints"] = records_fields(done.complaints);
     fields errors = fields::array();
     for (const input_error &error : done.errors)
         errors.push_back(error_of(error));
@@ -105,12 +107,18 @@ fields document_of(const result &done, const invocation &asked, const origin &fr
 
 fields failure_fields(const failure &failed, bool tracer_installed)
 {
-    fields records = fields::array();
-    for (const trace_entry &entry : failed.records)
-        records.push_back(record_fields(entry));
+    fields records = records_fields(failed.records);
     return {{"operation", failed.operation}, {"function", failed.operation.substr(0, failed.operation.find('('))},
             {"code", failed.code},           {"text", kei_util_init_rc_str_get(failed.code)},
             {"refusal", refusal_of(failed)}, {"records", tracer_installed ? std::move(records) : fields(nullptr)}};
+}
+
+fields records_fields(const std::vector<trace_entry> &entries)
+{
+    fields records = fields::array();
+    for (const trace_entry &entry : entries)
+        records.push_back(record_fields(entry));
+    return records;
 }
 
 fields record_fields(const trace_entry &entry)

@@ -2,8 +2,8 @@
 // together.
 #pragma once
 
+#include "kelctl/command.h"
 #include "kelctl/result.h"
-#include "kelctl/session.h"
 
 #include <string>
 
@@ -18,6 +18,7 @@ fields document_of(const input_error &error);
 // A failed operation, and one of its trace records, as they stand in documents.
 fields failure_fields(const failure &failed, bool tracer_installed);
 fields record_fields(const trace_entry &entry);
+fields records_fields(const std::vector<trace_entry> &entries);
 
 // The trace record, as --trace prints it where results are JSON.
 std::string json_line(const trace_entry &entry);

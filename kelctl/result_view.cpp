@@ -48,11 +48,19 @@ std::string fitting(std::string_view text, std::FILE *stream)
     return width ? lines : fmt::format("{}\n", text);
 }
 
+std::string complaints_text(const std::vector<trace_entry> &complaints)
+{
+    std::string text = complaints.empty() ? "" : "it succeeded, but its trace records report failures:\n";
+    for (const trace_entry &entry : complaints)
+        text += fmt::format("    {}\n", to_text(entry));
+    return text;
+}
+
 } // namespace
 
 void show(const result &done, const origin &from, bool tracer_installed)
 {
-    if (done.told)
+    if (done.shown_already)
         return;
     write(stdout, shown_text(done));
     std::string told;
@@ -62,8 +70,9 @@ void show(const result &done, const origin &from, bool tracer_installed)
         told += report_of(done.failures[i], tracer_installed, page_for(stderr), place_text(from));
     if (done.failures.size() > most_full_reports)
         told += fmt::format("{} more operations failed\n", done.failures.size() - most_full_reports);
+    told += complaints_text(done.complaints);
     if (!done.remark.empty())
-        told += place_text(from) + done.remark + "\n";
+        told += place_text(from) + done.remark + (done.remark.ends_with('\n') ? "" : "\n");
     write(stderr, told);
 }
 

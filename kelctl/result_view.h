@@ -2,7 +2,6 @@
 #pragma once
 
 #include "kelctl/result.h"
-#include "kelctl/session.h"
 
 #include <string>
 

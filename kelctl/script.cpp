@@ -32,7 +32,7 @@ struct tally {
 };
 
 // What is left of the lines was not run: of an interrupted script, of one that failed, of one that was left.
-result outcome(const tally &count, const std::vector<script_line> &lines, const std::string &file)
+result outcome(const tally &count, const std::vector<invocation> &lines, const std::string &file)
 {
     result done;
     done.status = count.status;
@@ -55,7 +55,7 @@ script parse_script(const command_table &table, std::string_view text)
         const size_t end = std::min(text.find('\n'), text.size());
         try {
             if (const auto words = words_of(text.substr(0, end)); !words.empty())
-                parsed.lines.push_back({number, parse(table, words, place::script)});
+                parsed.lines.push_back(parse(table, words, place::script)), parsed.lines.back().line = number;
         } catch (const wrong_line &wrong) {
             parsed.problems.push_back({{number, wrong.column()}, wrong.what()});
         }
@@ -77,10 +77,10 @@ result run_script(const invocation &asked, session &session)
     const interruption_watch watch;
     session.where = place::script;
     tally count;
-    for (const script_line &line : script.lines) {
+    for (const invocation &line : script.lines) {
         if (interrupted() || session.finished || (count.status != exit_done && !keep_going))
             break;
-        count.add(session.carry_out(line.asked, {file, line.number}));
+        count.add(session.carry_out(line, file));
     }
     return outcome(count, script.lines, file);
 }

@@ -12,14 +12,9 @@
 namespace kelctl
 {
 
-struct script_line {
-    uint32_t number; // from 1
-    invocation asked;
-};
-
 struct script {
-    std::vector<script_line> lines; // without empty ones and comments
-    problem_list problems;          // of all lines that are none of the above
+    std::vector<invocation> lines; // without empty ones and comments
+    problem_list problems;         // of all lines that are none of the above
 };
 
 script parse_script(const command_table &table, std::string_view text);

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <iterator>
 #include <utility>
 
 namespace kelctl
@@ -36,12 +37,13 @@ session::session(const command_table &commands, place here, bool json, bool trac
 {
 }
 
-result session::carry_out(const invocation &asked, const origin &from)
+result session::carry_out(const invocation &asked, const std::string &file)
 {
     show_as(asked.json, asked.trace);
     result done = perform(asked);
     remember(asked);
     show_as(asked.json, asked.trace); // the command may have carried out others meanwhile
+    const origin from = {file, asked.line};
     if (json_)
         write(stdout, line_of(document_of(done, asked, from, tracer_installed())));
     else
@@ -50,16 +52,40 @@ result session::carry_out(const invocation &asked, const origin &from)
     return done;
 }
 
-result session::result_of(const operation &made)
+void session::show_part(result &whole, result part, const origin &from)
 {
-    auto failed = kelctl::run(made, log());
+    if (!json_)
+        show(part, from, tracer_installed());
+    whole.shown_already = true;
+    whole.status = std::max(whole.status, part.status);
+    for (auto &[name, value] : part.shown.items())
+        whole.shown[name] = std::move(value);
+    std::ranges::move(part.failures, std::back_inserter(whole.failures));
+    std::ranges::move(part.errors, std::back_inserter(whole.errors));
+}
+
+result session::called(const std::function<std::string()> &text, const std::function<uint32_t()> &call)
+{
+    log().start_operation();
     result done;
-    done.code = failed ? failed->code : 0;
-    if (failed) {
-        done.status = exit_operation_failed;
-        done.failures.push_back(std::move(*failed));
+    done.code = call();
+    if (done.code == 0) {
+        done.complaints = log().operation_failures();
+        return done;
     }
+    done.status = exit_operation_failed;
+    done.failures.push_back({text(), *done.code, log().operation_records()});
     return done;
+}
+
+void session::note(const invocation &asked, const result &done)
+{
+    if (done.code == 0)
+        made.note(asked);
+    else if (asked.row->failure_leaves_something)
+        made.note_failed(asked);
+    if (on_made && done.code == 0)
+        on_made();
 }
 
 result session::perform(const invocation &asked)
@@ -82,12 +108,6 @@ trace_log &session::log()
         direct_trace();
     }
     return *log_;
-}
-
-void session::tell(std::FILE *stream, std::string_view text) const
-{
-    if (!json_)
-        write(stream, text);
 }
 
 void session::stream(const fields &document) const

@@ -5,7 +5,10 @@
 #include "kelctl/command.h"
 #include "kelctl/known_words.h"
 #include "kelctl/library_call.h"
+#include "kelctl/result.h"
 #include "kelctl/trace_log.h"
+#include "kelctl/traffic_player.h"
+#include "kelctl/undo.h"
 
 #include <cstdint>
 #include <optional>
@@ -15,33 +18,40 @@
 namespace kelctl
 {
 
-// Where a command stands in a file. Without a file: on the command line or in the shell.
-struct origin {
-    std::string file;
-    uint32_t line = 0;
-};
-
 class session
 {
 public:
     // The table has to outlive it, as every command that it carries out comes from there.
     session(const command_table &commands, place where, bool json, bool trace);
 
-    // Carries the command out, remembers the words it used, and shows its result. What it returns has been shown.
-    result carry_out(const invocation &asked, const origin &from = {});
+    // Carries the command out, remembers the words it used, and shows its result. `file` is where its line stands; empty
+    // on the command line and in the shell. What it returns has been shown.
+    result carry_out(const invocation &asked, const std::string &file = {});
 
     // The same without showing it.
     result perform(const invocation &asked);
 
-    // Calls the library's function that the command stands for, with these parameters (library_call.h).
+    // Shows a part of what a command does, as it comes up, and adds it to the command's result. Where results are JSON
+    // the whole is one document, shown at the end. `from` is put in front of what went wrong.
+    void show_part(result &whole, result part, const origin &from);
+
+    // Calls the library's function that the command stands for, with these parameters (library_call.h). What it made is
+    // noted.
     template <typename Function, typename... Parameters>
     result call(const invocation &asked, Function function, const Parameters &...parameters)
     {
-        return result_of(operation_of(asked.chosen->function, function, parameters...));
+        result done = ask(asked.chosen->function, function, parameters...);
+        note(asked, done);
+        return done;
     }
 
-    // Text for people, as it comes up: nothing when results are shown as JSON, which tells it in the result.
-    void tell(std::FILE *stream, std::string_view text) const;
+    // Calls any function that only reads.
+    template <typename Function, typename... Parameters>
+    result ask(std::string_view name, Function function, const Parameters &...parameters)
+    {
+        return called([&] { return text_of_call(name, parameters...); },
+                      [&] { return call_with(function, parameters...); });
+    }
 
     // A line of a stream, where results are shown as JSON: nothing elsewhere.
     void stream(const fields &document) const;
@@ -67,15 +77,19 @@ public:
     const command_table &table;
     place where; // commands come from
     known_words known;
+    undo_stack made{table}; // what the commands so far made
     asked_paths paths;
-    bool timed = false;    // a timestamp thread was started, whose first offset may have to be waited for
-    bool finished = false; // no further command is wanted
+    traffic_player traffic;        // what passes as virtual time does
+    std::function<void()> on_made; // called after each call that succeeded; null: not at all
+    bool timed = false;            // a timestamp thread was started, whose first offset may have to be waited for
+    bool finished = false;         // no further command is wanted
 
 private:
+    result called(const std::function<std::string()> &text, const std::function<uint32_t()> &call);
+    void note(const invocation &asked, const result &done);
     void show_as(bool json, bool trace);
     void direct_trace();
     void remember(const invocation &asked);
-    result result_of(const operation &made);
 
     std::optional<trace_log> log_;
     const bool json_by_default_;

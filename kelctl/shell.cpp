@@ -1,6 +1,7 @@
 // The loop over lines, and the node around it.
 #include "kelctl/shell.h"
 
+#include "kelctl/bring_up.h"
 #include "kelctl/command_line.h"
 #include "kelctl/completion.h"
 #include "kelctl/history_file.h"
@@ -8,12 +9,11 @@
 #include "kelctl/line_editor.h"
 #include "kelctl/line_input.h"
 #include "kelctl/load_node_file.h"
-#include "kelctl/node_steps.h"
+#include "kelctl/node_lines.h"
 #include "kelctl/result_view.h"
 #include "kelctl/snapshot.h"
 #include "kelctl/standing.h"
 #include "kelctl/terminal.h"
-#include "kelctl/up.h"
 
 #include <fmt/format.h>
 
@@ -36,7 +36,9 @@ exit_status run_line(const std::string &line, const origin &at, session &session
         const auto words = words_of(line);
         if (words.empty())
             return exit_done;
-        return session.carry_out(parse(session.table, words, place::shell), at).status;
+        invocation asked = parse(session.table, words, place::shell);
+        asked.line = at.line;
+        return session.carry_out(asked, at.file).status;
     } catch (const wrong_line &wrong) {
         const position where = at.file.empty() ? whole_file : position{at.line, wrong.column()};
         show_wrong_line({wrong.what(), at.file, where}, session.json());
@@ -75,21 +77,22 @@ replacements words_for(std::string_view line, const session &session)
 // Whatever becomes of the lines, the person has seen it.
 result run_typed_lines(session &session)
 {
+    result lines;
     history_file history;
     if (!history.refusal().empty())
-        session.tell(stderr, fmt::format("kelctl: {}\n", history.refusal()));
+        session.show_part(lines, {.text = "", .remark = fmt::format("kelctl: {}", history.refusal())}, {});
     line_editor editor(history, [&session](std::string_view line) { return words_for(line, session); });
     while (!session.finished && !terminated())
         if (const auto line = editor.next(prompt))
             run_line(*line, {}, session);
         else
             break;
-    return {};
+    return lines;
 }
 
 result run_piped_lines(session &session)
 {
-    result lines = {.told = true};
+    result lines = {.shown_already = true};
     line_input input(STDIN_FILENO);
     uint32_t number = 0;
     while (!session.finished && !output_lost())
@@ -97,11 +100,13 @@ result run_piped_lines(session &session)
             lines.status = std::max(lines.status, run_line(*line, {"-", ++number}, session));
         else
             break;
-    if (input.error() != 0) {
-        lines.errors = {{fmt::format("cannot be read: {}", std::strerror(input.error())), "-"}};
-        session.tell(stderr, text_of(lines.errors.front()) + "\n");
-    }
-    if (input.error() != 0 || interrupted())
+    if (input.error() != 0)
+        session.show_part(lines,
+                          {.status = exit_operation_failed,
+                           .text = "",
+                           .errors = {{fmt::format("cannot be read: {}", std::strerror(input.error())), "-"}}},
+                          {});
+    if (interrupted())
         lines.status = std::max(lines.status, exit_operation_failed);
     return lines;
 }
@@ -114,14 +119,13 @@ result run_lines(session &session)
 }
 
 // A node stands around the lines, up to the end of the shell.
-result run_lines_on(std::unique_ptr<node_file> file, session &session)
+result run_lines_on(const node_file &file, const std::string &name, session &session)
 {
-    const std::string contents = fmt::format("{} paths, {} PCEPs, {} multicast groups", path_count(*file),
-                                             file->pceps.size(), file->groups.size());
-    node_from_file node(std::move(file), session);
+    bring_up node(lines_of(file, session.table), name, session);
     const bool stood = node.up();
     if (stood)
-        session.tell(stdout, fmt::format("The node stands: {}\n", contents));
+        node.show({.text = fmt::format("The node stands: {} paths, {} PCEPs, {} multicast groups", path_count(file),
+                                       file.pceps.size(), file.groups.size())});
     result lines = stood ? run_lines(session) : result{};
     const bool clean = node.down();
     result done = node.take_result(stood && clean);
@@ -136,14 +140,14 @@ result shell(const invocation &asked, session &session)
 {
     std::unique_ptr<node_file> file;
     if (asked.given.has("FILE")) {
-        auto loaded = load_node_to_start(asked.given.text("FILE"));
+        auto loaded = load_node_file(asked.given.text("FILE"));
         if (!loaded.node)
             return wrong_input(asked.given.text("FILE"), std::move(loaded.errors), "nothing was started");
         file = std::move(loaded.node);
     }
     const interruption_watch watch;
     if (file)
-        return run_lines_on(std::move(file), session);
+        return run_lines_on(*file, asked.given.text("FILE"), session);
     return run_lines(session);
 }
 

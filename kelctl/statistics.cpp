@@ -4,7 +4,9 @@
 #include "kel/kel_core_ic_pcep.h"
 #include "kelctl/library_call.h"
 
+#include <algorithm>
 #include <array>
+#include <iterator>
 #include <utility>
 
 namespace kelctl
@@ -19,14 +21,15 @@ using text_buffer = std::array<char, longest_text>;
 class statistics_reader
 {
 public:
-    statistics_reader(trace_log &log, counter_text layout) : log_(log), format_("format", static_cast<uint8_t>(layout))
+    statistics_reader(session &session, counter_text layout)
+        : session_(session), format_("format", static_cast<uint8_t>(layout))
     {
     }
 
     void read_ebcom()
     {
         text_buffer text{};
-        if (succeeds(operation_of("kel_core_ic_ebcom_global_fmt_stats_get", kel_core_ic_ebcom_global_fmt_stats_get,
+        if (succeeds(session_.ask("kel_core_ic_ebcom_global_fmt_stats_get", kel_core_ic_ebcom_global_fmt_stats_get,
                                   text_output(text), format_)))
             read_.ebcom = text.data();
     }
@@ -34,7 +37,7 @@ public:
     void read_queue(int32_t port, const mac_address &found_by)
     {
         ebcom_queue_stats stats{};
-        if (succeeds(operation_of("kel_core_ic_ebcom_queue_stats_get", kel_core_ic_ebcom_queue_stats_get,
+        if (succeeds(session_.ask("kel_core_ic_ebcom_queue_stats_get", kel_core_ic_ebcom_queue_stats_get,
                                   input("dst_mac", found_by), output(stats))))
             read_.queues.push_back({port, stats});
     }
@@ -47,7 +50,7 @@ public:
     void read_pcep(uint32_t id)
     {
         text_buffer text{};
-        if (succeeds(operation_of("kel_core_ic_pcep_fmt_stats_get", kel_core_ic_pcep_fmt_stats_get,
+        if (succeeds(session_.ask("kel_core_ic_pcep_fmt_stats_get", kel_core_ic_pcep_fmt_stats_get,
                                   value("pcep_id", id), text_output(text), format_)))
             read_.pceps.push_back({id, text.data()});
     }
@@ -58,25 +61,22 @@ public:
     }
 
 private:
-    bool succeeds(const operation &operation)
+    bool succeeds(result read)
     {
-        auto failed = run(operation, log_);
-        if (failed)
-            read_.failures.push_back(std::move(*failed));
-        return !failed;
+        std::ranges::move(read.failures, std::back_inserter(read_.failures));
+        return read.status == exit_done;
     }
 
-    trace_log &log_;
+    session &session_;
     value<uint8_t> format_;
     statistics read_;
 };
 
 } // namespace
 
-statistics read_statistics(const port_knowledge &ports, const std::vector<pcep_entry> &pceps, trace_log &log,
-                           counter_text layout)
+statistics read_statistics(const port_knowledge &ports, session &session, counter_text layout)
 {
-    statistics_reader reader(log, layout);
+    statistics_reader reader(session, layout);
     reader.read_ebcom();
     for (const auto &[queue, port] : ports.port_of_queue) {
         const auto found_by = ports.found_by.find(queue);
@@ -85,8 +85,9 @@ statistics read_statistics(const port_knowledge &ports, const std::vector<pcep_e
         else
             reader.pass_over_queue(port);
     }
-    for (const pcep_entry &pcep : pceps)
-        reader.read_pcep(pcep.id);
+    for (const made_command &made : session.made.all())
+        if (made.asked.row->name == "pcep add")
+            reader.read_pcep(made.asked.given.number<uint32_t>("ID"));
     return reader.take();
 }
 

@@ -2,9 +2,8 @@
 #pragma once
 
 #include "kel/kel_core_ic_ebcom.h"
-#include "kelctl/node_file.h"
 #include "kelctl/node_view.h"
-#include "kelctl/operation.h"
+#include "kelctl/session.h"
 
 #include <cstdint>
 #include <optional>
@@ -35,7 +34,7 @@ struct statistics {
     std::vector<failure> failures;
 };
 
-statistics read_statistics(const port_knowledge &ports, const std::vector<pcep_entry> &pceps, trace_log &log,
-                           counter_text layout = counter_text::table);
+// Of the service, of the queues that are known, and of the PCEPs that the session made.
+statistics read_statistics(const port_knowledge &ports, session &session, counter_text layout = counter_text::table);
 
 } // namespace kelctl

@@ -5,7 +5,7 @@
 #include "kelctl/interruption.h"
 #include "kelctl/session.h"
 #include "kelctl/software_accelerator.h"
-#include "kelctl/undo.h"
+#include "kelctl/take_down.h"
 
 #include <fmt/format.h>
 
@@ -30,8 +30,7 @@ constexpr struct {
 class scripted_run
 {
 public:
-    scripted_run(const command_table &table, const std::vector<script_line> &lines)
-        : table_(table), lines_(lines), standing_(table)
+    scripted_run(const command_table &table, const std::vector<invocation> &lines) : table_(table), lines_(lines)
     {
     }
 
@@ -39,11 +38,9 @@ public:
     {
         leave_interruptions_to_parent();
         session_.emplace(table_, place::script, true, false);
-        for (const script_line &line : lines_) {
-            const result done = session_->perform(line.asked);
-            if (done.status != exit_done)
+        for (const invocation &line : lines_) {
+            if (const result done = session_->perform(line); done.status != exit_done)
                 return note_failure(line, done);
-            standing_.note(line.number, line.asked);
             if (session_->finished)
                 break;
         }
@@ -52,11 +49,10 @@ public:
 
     void clean_up()
     {
-        while (const auto made = standing_.take_last())
-            if (const result done = session_->perform(made->undo); done.status != exit_done)
-                note_["take_down"].push_back({{"line", made->line},
-                                              {"command", made->undo.row->name},
-                                              {"code", done.code ? fields(*done.code) : fields(nullptr)}});
+        for (const undone_command &undone : take_down(*session_))
+            for (const failure &refused : undone.failures)
+                note_["take_down"].push_back(
+                    {{"line", undone.line}, {"command", undone.command}, {"code", refused.code}});
     }
 
     std::string note() const
@@ -65,18 +61,20 @@ public:
     }
 
 private:
-    uint32_t note_failure(const script_line &line, const result &done)
+    // What the failed line itself leaves is what the sweep is about: nobody takes it down.
+    uint32_t note_failure(const invocation &line, const result &done)
     {
-        note_["line"] = line.number;
-        note_["operation"] = line.asked.chosen->function;
+        if (!session_->made.all().empty() && session_->made.all().back().failed)
+            session_->made.drop_last();
+        note_["line"] = line.line;
+        note_["operation"] = line.chosen->function;
         note_["code"] = done.code ? fields(*done.code) : fields(nullptr);
         return done.code.value_or(1);
     }
 
     const command_table &table_;
-    const std::vector<script_line> &lines_;
+    const std::vector<invocation> &lines_;
     std::optional<session> session_;
-    standing_commands standing_;
     fields note_ = {{"line", 0}, {"operation", ""}, {"code", nullptr}, {"take_down", fields::array()}};
 };
 
@@ -96,16 +94,16 @@ void read_note(const fields &told, sweep_run &run)
 
 // What the lines up to the one that failed asked the library for. What is left may be any one's of them: a refusal
 // that an operation only traces fails a later one, or none.
-std::vector<std::string_view> operations_up_to(uint32_t line, const std::vector<script_line> &lines)
+std::vector<std::string_view> operations_up_to(uint32_t line, const std::vector<invocation> &lines)
 {
     std::vector<std::string_view> operations;
-    for (const script_line &one : lines)
-        if (line == 0 || one.number <= line)
-            operations.push_back(one.asked.chosen->function);
+    for (const invocation &one : lines)
+        if (line == 0 || one.line <= line)
+            operations.push_back(one.chosen->function);
     return operations;
 }
 
-verdict judged(sweep_run &run, const std::vector<script_line> &lines)
+verdict judged(sweep_run &run, const std::vector<invocation> &lines)
 {
     if (run.left.empty())
         return verdict::clean;
@@ -120,7 +118,7 @@ verdict judged(sweep_run &run, const std::vector<script_line> &lines)
     return verdict::left_as_documented;
 }
 
-sweep_run read_run(const fields &told, const std::vector<script_line> &lines)
+sweep_run read_run(const fields &told, const std::vector<invocation> &lines)
 {
     sweep_run run;
     if (told.at("function").is_string()) {
@@ -157,8 +155,8 @@ std::string_view key_of(verdict verdict)
     return verdict_words[static_cast<size_t>(verdict)].key;
 }
 
-std::optional<sweep_report> sweep(const command_table &table, const std::vector<script_line> &lines,
-                                  uint32_t time_limit, const sweep_watcher &go_on)
+std::optional<sweep_report> sweep(const command_table &table, const std::vector<invocation> &lines, uint32_t time_limit,
+                                  const sweep_watcher &go_on)
 {
     scripted_run scripted(table, lines);
     const auto told = sweep_accelerator({.run = [&] { return scripted.run(); },

@@ -46,7 +46,7 @@ struct sweep_report {
 
 // Runs the script with every call that it makes failing in turn, as long as `go_on` says so. None when no child process
 // can be made.
-std::optional<sweep_report> sweep(const command_table &table, const std::vector<script_line> &lines,
-                                  uint32_t time_limit, const sweep_watcher &go_on);
+std::optional<sweep_report> sweep(const command_table &table, const std::vector<invocation> &lines, uint32_t time_limit,
+                                  const sweep_watcher &go_on);
 
 } // namespace kelctl

@@ -24,6 +24,7 @@ struct traffic_entry {
     uint64_t start = 0; // nanoseconds, as is the stop
     std::optional<uint64_t> stop;
 
+    position at;
     position to_at;
     position from_at;
 };

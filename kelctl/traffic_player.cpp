@@ -4,40 +4,39 @@
 #include "kelctl/interruption.h"
 #include "kelctl/software_accelerator.h"
 
-#include <stdexcept>
-
 namespace kelctl
 {
 namespace
 {
 
-// A sound file names only what stands on its node.
+// A stream may outlive what it is for.
 void offer(const traffic_entry &stream)
 {
-    const offered met = stream.to ? offer_frames(*stream.to, stream.burst, stream.octets)
-                                  : send_frames(stream.from, stream.burst, stream.octets);
-    if (met == offered::unknown)
-        throw std::logic_error("the accelerator knows nothing of what the traffic is for");
+    if (stream.to)
+        offer_frames(*stream.to, stream.burst, stream.octets);
+    else
+        send_frames(stream.from, stream.burst, stream.octets);
 }
 
 } // namespace
 
-traffic_player::traffic_player(const std::vector<traffic_entry> &traffic) : schedule_(traffic)
+void traffic_player::add(const traffic_entry &stream)
 {
+    schedule_.add(stream, time_);
 }
 
-void traffic_player::pass(uint64_t nanoseconds)
+uint64_t traffic_player::pass(uint64_t nanoseconds)
 {
-    const uint64_t end = time_ + nanoseconds;
+    const uint64_t begin = time_;
+    const uint64_t end = begin + nanoseconds;
     while (!interrupted()) {
         const auto due = schedule_.next_before(end);
-        if (!due) {
-            move_to(end);
-            return;
-        }
-        move_to(due->at);
+        move_to(due ? due->at : end);
+        if (!due)
+            break;
         offer(*due->stream);
     }
+    return time_ - begin;
 }
 
 void traffic_player::move_to(uint64_t time)

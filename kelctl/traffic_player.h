@@ -1,34 +1,29 @@
-// The traffic of a node file, offered to the software accelerator as its time passes.
+// Streams of frames, offered to the software accelerator as its time passes.
 #pragma once
 
 #include "kelctl/traffic_schedule.h"
 
 #include <cstdint>
-#include <vector>
 
 namespace kelctl
 {
 
-// Only where there is virtual traffic, and for a node that stands.
+// Only where there is virtual traffic.
 class traffic_player
 {
 public:
-    explicit traffic_player(const std::vector<traffic_entry> &traffic);
+    // From now on.
+    void add(const traffic_entry &stream);
 
-    // Lets so many nanoseconds pass. Ctrl-C ends them early.
-    void pass(uint64_t nanoseconds);
-
-    // Nanoseconds that have passed since the beginning.
-    uint64_t time() const
-    {
-        return time_;
-    }
+    // Lets so many nanoseconds pass; Ctrl-C ends them early. Returns how many passed. Frames for what the accelerator does
+    // not know are lost.
+    uint64_t pass(uint64_t nanoseconds);
 
 private:
     void move_to(uint64_t time);
 
     traffic_schedule schedule_;
-    uint64_t time_ = 0;
+    uint64_t time_ = 0; // nanoseconds since the beginning
 };
 
 } // namespace kelctl

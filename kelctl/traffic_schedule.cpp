@@ -1,6 +1,8 @@
 // Adding intervals up without losing the fractions of a nanosecond that they have.
 #include "kelctl/traffic_schedule.h"
 
+#include <fmt/format.h>
+
 namespace kelctl
 {
 namespace
@@ -24,10 +26,17 @@ interval interval_of(const traffic_entry &entry)
 
 } // namespace
 
-traffic_schedule::traffic_schedule(const std::vector<traffic_entry> &traffic)
+void traffic_schedule::add(const traffic_entry &entry, uint64_t now)
 {
-    for (const traffic_entry &entry : traffic)
-        streams_.push_back(stream_of(entry));
+    const auto [nanoseconds, parts] = interval_of(entry);
+    streams_.push_back({.entry = entry,
+                        .next = now + entry.start,
+                        .fraction = 0,
+                        .remainder = nanoseconds % parts,
+                        .interval = nanoseconds / parts,
+                        .parts = parts});
+    if (entry.stop)
+        streams_.back().entry.stop = now + *entry.stop;
 }
 
 std::optional<offering> traffic_schedule::next_before(uint64_t end)
@@ -45,17 +54,6 @@ std::optional<offering> traffic_schedule::next_before(uint64_t end)
     return due;
 }
 
-traffic_schedule::stream traffic_schedule::stream_of(const traffic_entry &entry)
-{
-    const auto [nanoseconds, parts] = interval_of(entry);
-    return {.entry = entry,
-            .next = entry.start,
-            .fraction = 0,
-            .remainder = nanoseconds % parts,
-            .interval = nanoseconds / parts,
-            .parts = parts};
-}
-
 void traffic_schedule::move_on(stream &stream)
 {
     stream.next += stream.interval;
@@ -64,6 +62,12 @@ void traffic_schedule::move_on(stream &stream)
         return;
     stream.fraction -= stream.parts;
     ++stream.next;
+}
+
+std::string too_many_offerings()
+{
+    return fmt::format("more than {} frames or bursts of them in a second; larger bursts are fewer",
+                       most_offerings_a_second);
 }
 
 uint64_t offerings_in_a_second(const traffic_entry &entry)

@@ -1,11 +1,13 @@
-// When the frames of [[traffic]] tables are offered. Whole numbers only: the same tables give the same offerings at the
-// same nanoseconds, however the time is cut into steps.
+// When the frames of streams are offered. Whole numbers only: the same streams give the same offerings at the same
+// nanoseconds, however the time is cut into steps.
 #pragma once
 
 #include "kelctl/traffic_entry.h"
 
 #include <cstdint>
 #include <optional>
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace kelctl
@@ -20,9 +22,10 @@ struct offering {
 class traffic_schedule
 {
 public:
-    explicit traffic_schedule(const std::vector<traffic_entry> &traffic);
+    // Its times count from `now`, nanoseconds.
+    void add(const traffic_entry &entry, uint64_t now);
 
-    // The next offering that is due before that time, in the order of times and, at one time, of the tables.
+    // The next offering that is due before that time, in the order of times and, at one time, of their adding.
     std::optional<offering> next_before(uint64_t end);
 
 private:
@@ -35,11 +38,17 @@ private:
         uint64_t parts;
     };
 
-    static stream stream_of(const traffic_entry &entry);
     static void move_on(stream &stream);
 
     std::vector<stream> streams_;
 };
+
+// More would let a second of virtual time take more than a second.
+inline constexpr uint64_t most_offerings_a_second = 1'000'000;
+
+// What is said of a stream with more, and of one that stops before it starts.
+std::string too_many_offerings();
+inline constexpr std::string_view stops_too_early = "is not after the start";
 
 // Rounded up.
 uint64_t offerings_in_a_second(const traffic_entry &entry);

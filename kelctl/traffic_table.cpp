@@ -12,12 +12,6 @@ namespace kelctl
 namespace
 {
 
-constexpr range frames_per_second_range = {1, 4'294'967'295, "1 to 4294967295"};
-constexpr range burst_frames_range = {1, 1'000'000, "1 to 1000000 frames"};
-
-// More would let a second of virtual time take more than a second.
-constexpr uint64_t most_offerings_a_second = 1'000'000;
-
 // Which of the two is there. None, and a problem, when that is not exactly one.
 std::string_view either(const table_reader &traffic, std::string_view one, std::string_view other)
 {
@@ -47,9 +41,7 @@ void read_rate(const table_reader &traffic, traffic_entry &entry)
     else if (key == "frames_per_second")
         entry.frames_per_second = traffic.number("frames_per_second", frames_per_second_range);
     if (!key.empty() && offerings_in_a_second(entry) > most_offerings_a_second)
-        traffic.note(traffic.at(key), fmt::format("{}: more than {} frames or bursts of them in a second; larger "
-                                                  "bursts are fewer",
-                                                  key, most_offerings_a_second));
+        traffic.note(traffic.at(key), fmt::format("{}: {}", key, too_many_offerings()));
 }
 
 void read_times(const table_reader &traffic, traffic_entry &entry)
@@ -60,7 +52,7 @@ void read_times(const table_reader &traffic, traffic_entry &entry)
         return;
     entry.stop = traffic.duration("stop", period_range);
     if (*entry.stop <= entry.start)
-        traffic.note(traffic.at("stop"), "stop: is not after the start");
+        traffic.note(traffic.at("stop"), fmt::format("stop: {}", stops_too_early));
 }
 
 } // namespace
@@ -75,6 +67,7 @@ traffic_entry read_traffic(table_reader &traffic)
         entry.burst = traffic.number("burst", burst_frames_range);
     read_rate(traffic, entry);
     read_times(traffic, entry);
+    entry.at = traffic.at();
     entry.to_at = traffic.at("to");
     entry.from_at = traffic.at("from");
     return entry;

@@ -1,7 +1,8 @@
-// From a command to the one that undoes it.
+// Matching a command with the one that it undoes.
 #include "kelctl/undo.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace kelctl
@@ -9,7 +10,6 @@ namespace kelctl
 namespace
 {
 
-// Whether one undoes what the other does, too: the same command with the same arguments.
 bool same(const invocation &one, const invocation &other)
 {
     return one.row == other.row && one.given.all() == other.given.all();
@@ -19,35 +19,45 @@ bool same(const invocation &one, const invocation &other)
 
 std::optional<invocation> undo_of(const invocation &asked, const command_table &table)
 {
+    if (asked.row->undo.empty())
+        return std::nullopt;
     const command *row = table.find(asked.row->undo);
     if (!row)
         return std::nullopt;
-    invocation undo;
-    undo.row = row;
-    undo.chosen = &row->variants.front();
+    invocation undo = {.row = row, .chosen = &row->variants.front(), .given = {}, .line = asked.line, .raw = asked.raw};
     for (const argument &one : row->arguments)
         if (const auto value = asked.given.all().find(one.name); value != asked.given.all().end())
             undo.given.set(one.name, value->second);
     return undo;
 }
 
-void standing_commands::note(uint32_t line, const invocation &asked)
+// Most commands that undo others undo the last one made.
+void undo_stack::note(const invocation &asked)
 {
-    const auto undone = std::find_if(standing_.rbegin(), standing_.rend(),
-                                     [&asked](const made_command &made) { return same(made.undo, asked); });
-    if (undone != standing_.rend())
-        standing_.erase(std::next(undone).base());
-    else if (auto undo = undo_of(asked, table_))
-        standing_.push_back({line, std::move(*undo)});
+    if (auto undo = undo_of(asked, table_)) {
+        made_.push_back({asked, std::move(*undo)});
+        return;
+    }
+    const auto undone =
+        std::find_if(made_.rbegin(), made_.rend(), [&](const made_command &made) { return same(made.undo, asked); });
+    if (undone != made_.rend())
+        made_.erase(std::next(undone).base());
 }
 
-std::optional<made_command> standing_commands::take_last()
+void undo_stack::note_failed(const invocation &asked)
 {
-    if (standing_.empty())
-        return std::nullopt;
-    made_command last = std::move(standing_.back());
-    standing_.pop_back();
-    return last;
+    if (auto undo = undo_of(asked, table_))
+        made_.push_back({asked, std::move(*undo), true});
+}
+
+void undo_stack::drop_last()
+{
+    made_.pop_back();
+}
+
+std::vector<made_command> undo_stack::take_all()
+{
+    return std::exchange(made_, {});
 }
 
 } // namespace kelctl

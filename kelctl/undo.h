@@ -1,9 +1,9 @@
-// What a row of the table says undoes it: the commands that take down what others made.
+// What this process made and nobody has taken back: for each command that succeeded, the one that undoes it.
 #pragma once
 
 #include "kelctl/command.h"
 
-#include <cstdint>
+#include <cstddef>
 #include <optional>
 #include <vector>
 
@@ -14,27 +14,38 @@ namespace kelctl
 std::optional<invocation> undo_of(const invocation &asked, const command_table &table);
 
 struct made_command {
-    uint32_t line; // of the script
+    invocation asked;
     invocation undo;
+    bool failed = false; // it may have left something all the same
 };
 
-// Commands that succeeded and are not undone yet.
-class standing_commands
+class undo_stack
 {
 public:
-    explicit standing_commands(const command_table &table) : table_(table)
+    explicit undo_stack(const command_table &table) : table_(table)
     {
     }
 
-    // One that succeeded. When it undoes an earlier one, that one stands no more.
-    void note(uint32_t line, const invocation &asked);
+    // The command succeeded. One that undoes another takes that one off.
+    void note(const invocation &asked);
 
-    // Takes the last one made; none when none is left.
-    std::optional<made_command> take_last();
+    // It failed, and may have left something that its undo removes.
+    void note_failed(const invocation &asked);
+
+    // In the order of their making.
+    const std::vector<made_command> &all() const
+    {
+        return made_;
+    }
+
+    void drop_last();
+
+    // Nobody takes these down any more.
+    std::vector<made_command> take_all();
 
 private:
     const command_table &table_;
-    std::vector<made_command> standing_;
+    std::vector<made_command> made_;
 };
 
 } // namespace kelctl

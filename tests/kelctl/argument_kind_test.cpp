@@ -53,9 +53,9 @@ const wrong_word wrong_words[] = {
     {"ThresholdZero", threshold(), "0", "0 is not in 256 to 4294967040 octets"},
     {"Number", number(percent), "101", "101 is not in 0 to 100"},
     {"NumberWithBlank", number(percent), "1 ", "\"1 \" is not a whole number"},
-    {"TooFewNumbers", numbers(2, percent), "1", "\"1\" is not 2 numbers with commas between"},
-    {"TooManyNumbers", numbers(2, percent), "1,2,3", "\"1,2,3\" is not 2 numbers with commas between"},
-    {"EmptyNumber", numbers(2, percent), "1,", "\"\" is not a whole number"},
+    {"TooFewNumbers", octets(2, percent), "1", "\"1\" is not 2 numbers with commas between"},
+    {"TooManyNumbers", octets(2, percent), "1,2,3", "\"1,2,3\" is not 2 numbers with commas between"},
+    {"EmptyNumber", octets(2, percent), "1,", "\"\" is not a whole number"},
     {"Handle", queue_handle(), "0x5c0g", "\"0x5c0g\" is not a handle such as 0x5c00000001"},
     {"HandleTooLong", queue_handle(), "0x10000000000000000",
      "\"0x10000000000000000\" is not a handle such as 0x5c00000001"},
@@ -125,7 +125,7 @@ TEST(ArgumentKind, OthersReadWhatTheyAreNamedFor)
 {
     EXPECT_EQ(read<int64_t>(pcep_id(), "511"), 511);
     EXPECT_EQ(read<int64_t>(number(percent), "0x64"), 100);
-    EXPECT_THAT(read<std::vector<uint32_t>>(numbers(3, percent), "1,2,0x3"), ElementsAre(1, 2, 3));
+    EXPECT_THAT(read<std::vector<uint32_t>>(octets(3, percent), "1,2,0x3"), ElementsAre(1, 2, 3));
     EXPECT_EQ(read<uint64_t>(queue_handle(), "0xffffffffffffffff"), 0xFFFF'FFFF'FFFF'FFFFu);
     EXPECT_EQ(read<uint64_t>(queue_handle(), "5c00000001"), 0x5C'0000'0001u);
     EXPECT_EQ(read<int64_t>(format(), "text"), 0);

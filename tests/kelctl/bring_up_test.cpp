@@ -1,8 +1,15 @@
-// Steps that only say that they were called.
+// Lines brought up and taken down on the software accelerator, and what the result says of it.
 #include "kelctl/bring_up.h"
+
+#include "kelctl/interruption.h"
+#include "kelctl/standing.h"
+#include "script_session.h"
+#include "softnode/softnode.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <csignal>
 
 namespace kelctl
 {
@@ -16,144 +23,107 @@ using testing::SizeIs;
 class BringUp : public testing::Test
 {
 protected:
-    operation call(const std::string &name, uint32_t code = 0)
+    BringUp()
     {
-        return {[name] { return name + "()"; },
-                [this, name, code] {
-                    calls.push_back(name);
-                    return code;
-                }};
+        softnode_reset();
+        uint32_t number = 0;
+        for (const char *text : {"ebcom interface create", "ebcom start",
+                                 "ebcom path add 02:00:00:02:00:01 --port 6 --count 2", "pcep start"}) {
+            lines.push_back(asked(text));
+            lines.back().line = ++number;
+        }
     }
 
-    step plain(const std::string &name)
+    ~BringUp() override
     {
-        return {call(name), call("undo " + name)};
+        softnode_faults_clear();
     }
 
-    static void nobody(size_t)
-    {
-    }
-
-    std::vector<std::string> calls;
-    trace_log log{nullptr};
+    std::vector<invocation> lines;
+    script_session here;
 };
 
-TEST_F(BringUp, GoesUpInOrderAndDownInReverse)
+TEST_F(BringUp, StandsAndGoesDownInReverse)
 {
-    bring_up node({plain("a"), plain("b")}, log);
-    std::vector<size_t> told;
-    EXPECT_FALSE(node.up([&](size_t made) { told.push_back(made); }));
-    EXPECT_THAT(told, ElementsAre(1, 2));
-    EXPECT_THAT(node.down().refused, IsEmpty());
-    EXPECT_THAT(calls, ElementsAre("a", "b", "undo b", "undo a"));
+    bring_up node(lines, "a.toml", here);
+    EXPECT_TRUE(node.up());
+    EXPECT_THAT(current_snapshot()->paths, SizeIs(2));
+    EXPECT_TRUE(node.down());
+    const result done = node.take_result(true);
+    EXPECT_EQ(done.status, exit_done);
+    EXPECT_EQ(done.shown["stood"].dump(), "true");
+    EXPECT_EQ(done.shown["undone"].dump(),
+              R"(["pcep stop","ebcom path remove 02:00:00:02:00:02 --port RLU1P",)"
+              R"("ebcom path remove 02:00:00:02:00:01 --port RLU1P","ebcom stop","ebcom interface delete"])");
+    EXPECT_TRUE(current_snapshot()->empty());
 }
 
 TEST_F(BringUp, StopsAtTheFirstFailureAndUndoesWhatWasMade)
 {
-    bring_up node({plain("a"), {call("b", 13), call("undo b")}, plain("c")}, log);
-    const auto failed = node.up(nobody);
-    ASSERT_TRUE(failed);
-    EXPECT_EQ(failed->operation, "b()");
-    EXPECT_EQ(failed->code, 13u);
-    EXPECT_THAT(node.down().refused, IsEmpty());
-    EXPECT_THAT(calls, ElementsAre("a", "b", "undo a"));
+    ASSERT_EQ(softnode_faults_add("ork_ebcom_pcep_path_create:2=-4"), nullptr);
+    bring_up node(lines, "a.toml", here);
+    EXPECT_FALSE(node.up());
+    EXPECT_TRUE(node.down());
+    const result done = node.take_result(false);
+    ASSERT_THAT(done.failures, SizeIs(1));
+    EXPECT_EQ(done.failures[0].code, 13u);
+    EXPECT_EQ(done.shown["stood"].dump(), "false");
+    EXPECT_THAT(done.shown["undone"], SizeIs(3));
+    EXPECT_TRUE(current_snapshot()->empty());
 }
 
-TEST_F(BringUp, RemovesWhatAFailedStepMayHaveLeftAndTellsARefusalApart)
+TEST_F(BringUp, RefusedTakeDownIsReportedWithWhatIsLeft)
 {
-    bring_up node({plain("a"), {call("b", 13), call("undo b", 13), {}, true}}, log);
-    EXPECT_TRUE(node.up(nobody));
-    const take_down done = node.down();
-    EXPECT_THAT(done.refused, IsEmpty());
-    ASSERT_TRUE(done.refused_leftover);
-    EXPECT_EQ(done.refused_leftover->why.operation, "undo b()");
-    EXPECT_THAT(calls, ElementsAre("a", "b", "undo b", "undo a"));
+    bring_up node(lines, "a.toml", here);
+    EXPECT_TRUE(node.up());
+    ASSERT_EQ(softnode_faults_add("ork_ebcom_interface_delete=-4"), nullptr);
+    EXPECT_FALSE(node.down());
+    const result done = node.take_result(false);
+    ASSERT_THAT(done.shown["not_undone"], SizeIs(1));
+    EXPECT_EQ(done.shown["left_objects"].dump(), R"([{"kind":"interface","name":"Ethernet device 7"}])");
 }
 
-TEST_F(BringUp, TakeDownGoesOnAfterAFailureAndTellsAllOfThem)
-{
-    bring_up node({{call("a"), call("undo a", 4)}, plain("b"), {call("c"), call("undo c", 13)}}, log);
-    EXPECT_FALSE(node.up(nobody));
-    const take_down done = node.down();
-    ASSERT_THAT(done.refused, SizeIs(2));
-    EXPECT_EQ(done.refused[0].why.operation, "undo c()");
-    EXPECT_EQ(done.refused[1].why.operation, "undo a()");
-    EXPECT_EQ(done.refused[1].why.code, 4u);
-    ASSERT_THAT(done.undone, SizeIs(1));
-    EXPECT_EQ(done.undone[0].operation, "undo b()");
-    EXPECT_THAT(calls, ElementsAre("a", "b", "c", "undo c", "undo b", "undo a"));
-}
-
-TEST_F(BringUp, StepWithoutAnUndoIsPassedOver)
-{
-    bring_up node({{call("a"), {}}}, log);
-    EXPECT_FALSE(node.up(nobody));
-    EXPECT_THAT(node.down().refused, IsEmpty());
-    EXPECT_THAT(calls, ElementsAre("a"));
-}
-
-TEST_F(BringUp, NothingIsUndoneTwice)
-{
-    bring_up node({plain("a")}, log);
-    node.up(nobody);
-    node.down();
-    EXPECT_THAT(node.down().refused, IsEmpty());
-    EXPECT_THAT(calls, ElementsAre("a", "undo a"));
-}
-
-TEST_F(BringUp, TellsWhatWasUndoneAndWhatItWas)
-{
-    step named = plain("a");
-    named.makes = {"thing", "things", "removed"};
-    bring_up node({named, {call("b", 13), call("undo b"), {.one = "rest", .undone = "swept up"}, true}}, log);
-    EXPECT_TRUE(node.up(nobody));
-    const take_down done = node.down();
-    EXPECT_FALSE(done.refused_leftover);
-    ASSERT_THAT(done.undone, SizeIs(2));
-    EXPECT_EQ(done.undone[0].made.one, "rest");
-    EXPECT_EQ(done.undone[1].operation, "undo a()");
-    EXPECT_EQ(done.undone[1].made.several, "things");
-}
-
-TEST_F(BringUp, StopsWhenToldTo)
-{
-    bring_up node({plain("a"), plain("b")}, log);
-    EXPECT_FALSE(node.up(nobody, [this] { return !calls.empty(); }));
-    EXPECT_FALSE(node.whole());
-    EXPECT_THAT(node.down().undone, SizeIs(1));
-    EXPECT_THAT(calls, ElementsAre("a", "undo a"));
-}
-
-TEST_F(BringUp, WhatIsLetStandIsNotTakenDown)
+TEST_F(BringUp, WhatIsKeptIsNotTakenDown)
 {
     {
-        bring_up node({plain("a"), {call("b", 13), call("undo b"), {}, true}}, log);
-        EXPECT_TRUE(node.up(nobody));
-        const auto kept = node.let_stand();
-        ASSERT_THAT(kept, SizeIs(1));
-        EXPECT_EQ(kept[0].make.text(), "a()");
-        EXPECT_THAT(node.down().undone, IsEmpty());
+        ASSERT_EQ(softnode_faults_add("ork_ebcom_pcep_path_create:2=-4"), nullptr);
+        bring_up node(lines, "a.toml", here);
+        EXPECT_FALSE(node.up());
+        EXPECT_TRUE(node.keep());
+        EXPECT_EQ(node.take_result(false).shown["kept"].dump(),
+                  R"(["ebcom interface create","ebcom start","ebcom path add 02:00:00:02:00:01 --port RLU1P"])");
     }
-    EXPECT_THAT(calls, ElementsAre("a", "b"));
+    EXPECT_THAT(current_snapshot()->paths, SizeIs(1));
+    EXPECT_THAT(here.made.all(), IsEmpty());
+    for (const char *line : {"ebcom path remove 02:00:00:02:00:01 --port 6", "ebcom stop", "ebcom interface delete"})
+        here.run(line);
+}
+
+TEST_F(BringUp, KeepsNothingWhereNothingFailed)
+{
+    bring_up node(lines, "a.toml", here);
+    EXPECT_TRUE(node.up());
+    EXPECT_FALSE(node.keep());
 }
 
 TEST_F(BringUp, TakesDownWhatStillStandsWhenItGoes)
 {
     {
-        bring_up node({plain("a")}, log);
-        node.up(nobody);
+        bring_up node(lines, "a.toml", here);
+        EXPECT_TRUE(node.up());
     }
-    EXPECT_THAT(calls, ElementsAre("a", "undo a"));
+    EXPECT_TRUE(current_snapshot()->empty());
 }
 
-TEST_F(BringUp, StopsBetweenStepsWhenToldToAndIsNotWhole)
+TEST_F(BringUp, InterruptionEndsItBetweenTwoLines)
 {
-    bring_up node({plain("a"), plain("b")}, log);
-    EXPECT_FALSE(node.up(nobody, [this] { return !calls.empty(); }));
-    EXPECT_FALSE(node.whole());
-    EXPECT_FALSE(node.up(nobody));
-    EXPECT_TRUE(node.whole());
-    EXPECT_THAT(calls, ElementsAre("a", "b"));
+    const interruption_watch watch;
+    bring_up node(lines, "a.toml", here);
+    std::raise(SIGINT);
+    EXPECT_FALSE(node.up());
+    EXPECT_TRUE(node.down());
+    EXPECT_FALSE(node.keep());
+    EXPECT_THAT(node.take_result(false).shown["undone"], IsEmpty());
 }
 
 } // namespace

@@ -58,8 +58,8 @@ TEST(EveryCommand, IsInTheScript)
     std::set<std::string_view> run;
     const kelctl::script parsed =
         kelctl::parse_script(kelctl::commands(), text_of(std::string(KELCTL_SOURCE_DIR "/") + script));
-    for (const kelctl::script_line &line : parsed.lines)
-        run.insert(line.asked.row->name);
+    for (const kelctl::invocation &line : parsed.lines)
+        run.insert(line.row->name);
     for (const kelctl::command &row : kelctl::commands().rows())
         EXPECT_EQ(run.contains(row.name), row.allowed_in(kelctl::place::script)) << row.name;
 }

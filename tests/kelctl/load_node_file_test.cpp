@@ -42,27 +42,6 @@ TEST_F(LoadNodeFile, SoundOneIsGivenAndTheProcessStaysAsItIs)
     EXPECT_EQ(std::getenv("MPID"), nullptr);
 }
 
-TEST_F(LoadNodeFile, NodeToStartHasTheMpIdOfTheProcessFromThenOn)
-{
-    ASSERT_TRUE(load(ebcom + "[node]\nmpid = 77\n", load_node_to_start).node);
-    EXPECT_STREQ(std::getenv("MPID"), "77");
-    EXPECT_TRUE(load(ebcom, load_node_to_start).node);
-    EXPECT_TRUE(load(ebcom + "[node]\nmpid = 77\n", load_node_to_start).node);
-}
-
-TEST_F(LoadNodeFile, NodeToStartWithAnotherMpIdIsRefused)
-{
-    ASSERT_TRUE(load(ebcom + "[node]\nmpid = 77\n", load_node_to_start).node);
-    const auto other = load(ebcom + "[node]\nmpid = 78\n", load_node_to_start);
-    EXPECT_FALSE(other.node);
-    ASSERT_EQ(other.errors.size(), 1u);
-    EXPECT_EQ(other.errors[0].message, "mpid: 78 cannot be brought up: this process has brought up a node with MP id "
-                                       "77, which the library keeps");
-    EXPECT_EQ(other.errors[0].file, file);
-    EXPECT_EQ(other.errors[0].at, (position{6, 8}));
-    EXPECT_STREQ(std::getenv("MPID"), "77");
-}
-
 TEST_F(LoadNodeFile, ProblemsOfReaderAndRulesAreErrorsInTheOrderOfTheirPlaces)
 {
     const auto loaded = load(ebcom + "[[path]]\ndst_mac = \"02:00:00:01:00:01\"\nport = 0\n[wrong]\n");

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "kelctl/command.h"
+#include "kelctl/result.h"
 
 namespace kelctl
 {

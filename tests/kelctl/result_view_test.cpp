@@ -37,7 +37,7 @@ TEST(ResultView, TextTakesThePlaceOfTheFieldsAndEndsItsLine)
 
 TEST(ResultView, WhatWasToldIsNotToldAgain)
 {
-    const auto [out, err] = shown({.shown = {{"a", 1}}, .failures = {{"f()", 3, {}}}, .told = true});
+    const auto [out, err] = shown({.shown = {{"a", 1}}, .failures = {{"f()", 3, {}}}, .shown_already = true});
     EXPECT_EQ(out + err, "");
 }
 

@@ -19,10 +19,10 @@ TEST(Script, LinesKeepTheirNumbers)
     const script parsed = parse_script(commands(), "# first\nebcom start\r\n\n  ebcom stop # last");
     EXPECT_THAT(parsed.problems, IsEmpty());
     ASSERT_THAT(parsed.lines, SizeIs(2));
-    EXPECT_EQ(parsed.lines[0].number, 2u);
-    EXPECT_EQ(parsed.lines[0].asked.row->name, "ebcom start");
-    EXPECT_EQ(parsed.lines[1].number, 4u);
-    EXPECT_EQ(parsed.lines[1].asked.row->name, "ebcom stop");
+    EXPECT_EQ(parsed.lines[0].line, 2u);
+    EXPECT_EQ(parsed.lines[0].row->name, "ebcom start");
+    EXPECT_EQ(parsed.lines[1].line, 4u);
+    EXPECT_EQ(parsed.lines[1].row->name, "ebcom stop");
 }
 
 TEST(Script, EveryWrongLineIsAProblemAndTheOthersAreRead)

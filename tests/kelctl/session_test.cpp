@@ -121,12 +121,35 @@ TEST_F(Session, TraceCountsForOneCommand)
     EXPECT_EQ(err, "");
 }
 
-TEST_F(Session, TellsPeopleOnly)
+TEST_F(Session, PartsAreShownAtOnceAndKept)
 {
+    result whole;
     CaptureStdout();
-    session(commands(), place::shell, false, false).tell(stdout, "people");
-    session(commands(), place::shell, true, false).tell(stdout, "programs");
-    EXPECT_EQ(GetCapturedStdout(), "people");
+    session plain(commands(), place::shell, false, false);
+    plain.show_part(whole, {.shown = {{"a", 1}}, .text = "first"}, {});
+    EXPECT_EQ(GetCapturedStdout(), "first\n");
+    plain.show_part(whole, {.status = exit_operation_failed, .shown = {{"b", 2}}, .text = ""}, {});
+    EXPECT_EQ(whole.shown.dump(), R"({"a":1,"b":2})");
+    EXPECT_EQ(whole.status, exit_operation_failed);
+    EXPECT_TRUE(whole.shown_already);
+}
+
+TEST_F(Session, PartsOfAJsonDocumentAreNotShown)
+{
+    result whole;
+    CaptureStdout();
+    session(commands(), place::shell, true, false).show_part(whole, {.shown = {{"a", 1}}, .text = "first"}, {});
+    EXPECT_EQ(GetCapturedStdout(), "");
+}
+
+TEST_F(Session, WhatACommandMadeIsNoted)
+{
+    session session(commands(), place::shell, true, false);
+    carry_out(session, "pcep start");
+    carry_out(session, "pcep locate 02:00:00:02:00:01");
+    ASSERT_EQ(session.made.all().size(), 1u);
+    carry_out(session, "pcep stop");
+    EXPECT_TRUE(session.made.all().empty());
 }
 
 TEST_F(Session, ExitFinishesIt)

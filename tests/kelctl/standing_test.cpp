@@ -1,9 +1,11 @@
 // Which queue serves which port, found out on a node that stands on the software accelerator.
 #include "kelctl/standing.h"
 
-#include "kelctl/ebcom_steps.h"
+#include "kelctl/take_down.h"
+#include "script_session.h"
 #include "softnode/softnode.h"
 
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -24,22 +26,19 @@ protected:
         softnode_reset();
     }
 
+    ~Standing() override
+    {
+        take_down(here);
+    }
+
     // Brings up unshaped paths; the port knowledge of the node that then stands.
     port_knowledge ports_with(std::vector<std::pair<const char *, int32_t>> wanted)
     {
-        node_file node;
-        node.ebcom = {1500, 0x88B5, {1, 2}};
-        for (const auto &[text, port] : wanted) {
-            path_entry entry;
-            entry.dst_mac = parse_mac_address(text).value();
-            entry.port = port;
-            node.paths.push_back(entry);
-        }
-        const auto paths = path_configurations(node);
-        bring_up standing(ebcom_steps(node.ebcom, paths), log);
-        EXPECT_FALSE(standing.up([](size_t) {}));
+        EXPECT_EQ(here.run("ebcom start").status, exit_done);
+        for (const auto &[mac, port] : wanted)
+            EXPECT_EQ(here.run(fmt::format("ebcom path add {} --port {}", mac, port)).status, exit_done);
         stood = settled_snapshot().value();
-        return ports_of(stood, paths);
+        return ports_of(stood, here.paths.all());
     }
 
     // The ports in the order in which their queues were created.
@@ -51,7 +50,7 @@ protected:
         return found;
     }
 
-    trace_log log{nullptr};
+    script_session here;
     snapshot stood;
 };
 
@@ -111,7 +110,7 @@ TEST_F(Standing, TimestampThreadThatGivesUpIsNotWaitedFor)
     EXPECT_EQ(softnode_faults_add("vorn_tu_get_nputimeoffset=-8"), nullptr);
     ports_with({});
     EXPECT_EQ(stood.timestamp_offset, std::nullopt);
-    EXPECT_EQ(log.background_failures().empty(), !log.installed());
+    EXPECT_EQ(here.log().background_failures().empty(), !here.log().installed());
 }
 
 } // namespace

@@ -1,9 +1,9 @@
 // Reading the counters of a node that stands on the software accelerator.
 #include "kelctl/statistics.h"
 
-#include "kelctl/ebcom_steps.h"
-#include "kelctl/pcep_steps.h"
 #include "kelctl/standing.h"
+#include "kelctl/take_down.h"
+#include "script_session.h"
 #include "softnode/softnode.h"
 
 #include <gmock/gmock.h>
@@ -20,50 +20,35 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-path_entry path(const char *mac, int32_t port)
-{
-    path_entry made;
-    made.dst_mac = parse_mac_address(mac).value();
-    made.port = port;
-    return made;
-}
-
-pcep_entry pcep(uint32_t id)
-{
-    pcep_entry made;
-    made.id = id;
-    made.local_mac = parse_mac_address("02:00:00:02:00:01").value();
-    made.remote_mac = parse_mac_address("02:00:00:02:00:02").value();
-    return made;
-}
-
 class Statistics : public testing::Test
 {
 protected:
     Statistics()
     {
         softnode_reset();
-        node.ebcom = {1500, 0x88B5, {1, 2}};
         // Port 7 shares its only destination with port 6, where the library finds it.
-        node.paths = {path("02:00:00:02:00:01", 6), path("02:00:00:02:00:01", 7), path("02:00:00:02:00:02", 42)};
-        node.pceps = {pcep(9), pcep(3)};
+        for (const char *line :
+             {"ebcom start", "ebcom path add 02:00:00:02:00:01 --port 6", "ebcom path add 02:00:00:02:00:01 --port 7",
+              "ebcom path add 02:00:00:02:00:02 --port 42", "pcep start",
+              "pcep add 9 --remote-id 1 --local 02:00:00:02:00:01 --remote 02:00:00:02:00:02 --vlan 1",
+              "pcep add 3 --remote-id 1 --local 02:00:00:02:00:01 --remote 02:00:00:02:00:02 --vlan 1"})
+            EXPECT_EQ(here.run(line).status, exit_done) << line;
+    }
+
+    ~Statistics() override
+    {
+        take_down(here);
     }
 
     statistics read_with(const char *faults)
     {
-        const auto paths = path_configurations(node);
-        bring_up ebcom(ebcom_steps(node.ebcom, paths), log);
-        bring_up pceps(pcep_steps(node), log);
-        EXPECT_FALSE(ebcom.up([](size_t) {}));
-        EXPECT_FALSE(pceps.up([](size_t) {}));
         EXPECT_EQ(softnode_faults_add(faults), nullptr);
-        statistics read = read_statistics(ports_of(settled_snapshot().value(), paths), node.pceps, log);
+        statistics read = read_statistics(ports_of(settled_snapshot().value(), here.paths.all()), here);
         softnode_faults_clear();
         return read;
     }
 
-    node_file node;
-    trace_log log{nullptr};
+    script_session here;
 };
 
 TEST_F(Statistics, EveryQueueAndEveryPcepIsRead)

@@ -3,9 +3,9 @@
 
 #include "kel/kel_core_ic_pcep.h"
 #include "kelctl/interruption.h"
-#include "kelctl/node_file.h"
-#include "kelctl/pcep_steps.h"
 #include "kelctl/software_accelerator.h"
+#include "kelctl/take_down.h"
+#include "script_session.h"
 #include "softnode/softnode.h"
 
 #include <gtest/gtest.h>
@@ -25,16 +25,15 @@ protected:
     TrafficPlayer()
     {
         softnode_reset();
-        file.pceps = {{.id = 7,
-                       .remote_id = 1,
-                       .local_mac = parse_mac_address("02:00:00:02:00:01").value(),
-                       .remote_mac = parse_mac_address("02:00:00:02:00:02").value(),
-                       .vlan = 1,
-                       .priority = 0,
-                       .at = {},
-                       .id_at = {}}};
-        node = std::make_unique<bring_up>(pcep_steps(file), log);
-        EXPECT_FALSE(node->up([](size_t) {}));
+        EXPECT_EQ(here.run("pcep start").status, exit_done);
+        EXPECT_EQ(
+            here.run("pcep add 7 --remote-id 1 --local 02:00:00:02:00:01 --remote 02:00:00:02:00:02 --vlan 1").status,
+            exit_done);
+    }
+
+    ~TrafficPlayer() override
+    {
+        take_down(here);
     }
 
     static uint64_t received()
@@ -51,31 +50,29 @@ protected:
         return stats.outbound.out_cnt0;
     }
 
-    traffic_entry to_the_pcep() const
+    static traffic_entry to_the_pcep()
     {
         traffic_entry entry;
-        entry.to = file.pceps[0].local_mac;
+        entry.to = parse_mac_address("02:00:00:02:00:01");
         entry.octets = 100;
         entry.frames_per_second = 1000;
         return entry;
     }
 
-    node_file file;
-    trace_log log{nullptr};
-    std::unique_ptr<bring_up> node;
+    script_session here;
+    traffic_player player;
 };
 
 TEST_F(TrafficPlayer, FramesComeWhileVirtualTimePasses)
 {
     advance_virtual_time(5); // the schedule counts from where it begins
-    traffic_player player({to_the_pcep()});
+    player.add(to_the_pcep());
     EXPECT_EQ(received(), 0u);
     player.pass(10 * millisecond);
     EXPECT_EQ(received(), 10u);
     EXPECT_EQ(virtual_time(), 10 * millisecond + 5);
-    player.pass(millisecond / 2);
+    EXPECT_EQ(player.pass(millisecond / 2), millisecond / 2);
     EXPECT_EQ(received(), 11u);
-    EXPECT_EQ(player.time(), 10 * millisecond + millisecond / 2);
 }
 
 TEST_F(TrafficPlayer, BurstsComeAtOnceAndSendersSend)
@@ -85,14 +82,13 @@ TEST_F(TrafficPlayer, BurstsComeAtOnceAndSendersSend)
     burst.octets = 64;
     burst.frames_per_second = 1000;
     burst.burst = 20;
-    traffic_player player({burst});
+    player.add(burst);
     player.pass(1);
     EXPECT_EQ(sent(), 20u);
 }
 
 TEST_F(TrafficPlayer, WithoutTrafficTimePassesAllTheSame)
 {
-    traffic_player player({});
     player.pass(123);
     EXPECT_EQ(virtual_time(), 123u);
 }
@@ -100,20 +96,33 @@ TEST_F(TrafficPlayer, WithoutTrafficTimePassesAllTheSame)
 TEST_F(TrafficPlayer, InterruptionEndsItWhereItIs)
 {
     const interruption_watch watch;
-    traffic_player player({to_the_pcep()});
+    player.add(to_the_pcep());
     player.pass(millisecond);
     std::raise(SIGINT);
-    player.pass(1000 * millisecond);
-    EXPECT_EQ(player.time(), millisecond);
+    EXPECT_EQ(player.pass(1000 * millisecond), 0u);
     EXPECT_EQ(received(), 1u);
 }
 
-TEST_F(TrafficPlayer, DestinationThatTheAcceleratorDoesNotKnowIsAMistake)
+TEST_F(TrafficPlayer, StreamCountsItsTimesFromWhenItIsAdded)
+{
+    player.pass(5 * millisecond);
+    traffic_entry late = to_the_pcep();
+    late.start = millisecond;
+    late.stop = 3 * millisecond;
+    player.add(late);
+    player.pass(millisecond);
+    EXPECT_EQ(received(), 0u);
+    player.pass(100 * millisecond);
+    EXPECT_EQ(received(), 2u);
+}
+
+TEST_F(TrafficPlayer, FramesForWhatDoesNotExistAreLost)
 {
     traffic_entry nowhere = to_the_pcep();
     nowhere.to = parse_mac_address("02:00:00:02:00:09");
-    traffic_player player({nowhere});
-    EXPECT_THROW(player.pass(1), std::logic_error);
+    player.add(nowhere);
+    EXPECT_EQ(player.pass(millisecond), millisecond);
+    EXPECT_EQ(received(), 0u);
 }
 
 } // namespace

@@ -1,9 +1,9 @@
-// Which commands undo which, and what still stands.
+// Which commands undo which, and what is left to undo.
 #include "kelctl/undo.h"
 
-#include "kelctl/command_line.h"
-#include "made_up_commands.h"
+#include "script_session.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace kelctl
@@ -11,59 +11,83 @@ namespace kelctl
 namespace
 {
 
-invocation asked(const char *line)
+using testing::ElementsAre;
+
+std::vector<uint32_t> lines_of(const undo_stack &made)
 {
-    return parse(made_up_commands(), words_of(line), place::script);
+    std::vector<uint32_t> lines;
+    for (const made_command &one : made.all())
+        lines.push_back(one.asked.line);
+    return lines;
 }
+
+class UndoStack : public testing::Test
+{
+protected:
+    void note(const std::string &line)
+    {
+        invocation command = asked(line);
+        command.line = ++line_;
+        made.note(command);
+    }
+
+    undo_stack made{commands()};
+
+private:
+    uint32_t line_ = 0;
+};
 
 TEST(Undo, TakesTheArgumentsThatItNeeds)
 {
     const auto undo =
-        undo_of(asked("lamp add 02:00:00:02:00:01 --port RLU1P --rate 100 --burst 200"), made_up_commands());
+        undo_of(asked("ebcom path add 02:00:00:02:00:01 --port RLU1P --rate 100 --burst 200"), commands());
     ASSERT_TRUE(undo);
-    const invocation expected = asked("lamp remove 02:00:00:02:00:01 --port 6");
+    const invocation expected = asked("ebcom path remove 02:00:00:02:00:01 --port 6");
     EXPECT_EQ(undo->row, expected.row);
     EXPECT_EQ(undo->chosen, expected.chosen);
     EXPECT_EQ(undo->given.all(), expected.given.all());
 }
 
-TEST(Undo, RowThatNamesNoneHasNone)
+TEST(Undo, ReadingHasNone)
 {
-    EXPECT_FALSE(undo_of(asked("lamp show 02:00:00:02:00:01"), made_up_commands()));
+    EXPECT_FALSE(undo_of(asked("ebcom stats"), commands()));
 }
 
-TEST(StandingCommands, AreTakenFromTheLastOn)
+TEST_F(UndoStack, HoldsWhatMakesSomethingInItsOrder)
 {
-    standing_commands standing(made_up_commands());
-    standing.note(1, asked("lamp add 02:00:00:02:00:01 --port 6"));
-    standing.note(2, asked("say hello"));
-    standing.note(3, asked("lamp group make 300"));
-    const auto last = standing.take_last();
-    ASSERT_TRUE(last);
-    EXPECT_EQ(last->line, 3u);
-    EXPECT_EQ(last->undo.row->name, "lamp group drop");
-    EXPECT_EQ(standing.take_last()->undo.row->name, "lamp remove");
-    EXPECT_FALSE(standing.take_last());
+    note("pcep start");
+    note("ebcom capabilities");
+    note("group add 300");
+    EXPECT_THAT(lines_of(made), ElementsAre(1, 3));
+    EXPECT_EQ(made.all().back().undo.row->name, "group remove");
+    EXPECT_FALSE(made.all().back().failed);
+    made.drop_last();
+    EXPECT_EQ(made.all().back().undo.row->name, "pcep stop");
 }
 
-TEST(StandingCommands, OneThatWasUndoneStandsNoMore)
+TEST_F(UndoStack, WhatWasUndoneIsGone)
 {
-    standing_commands standing(made_up_commands());
-    standing.note(1, asked("lamp group make 300"));
-    standing.note(2, asked("lamp group make 301"));
-    standing.note(3, asked("lamp group drop 300"));
-    EXPECT_EQ(standing.take_last()->line, 2u);
-    EXPECT_FALSE(standing.take_last());
+    note("group add 300");
+    note("group add 301");
+    note("group remove 300");
+    EXPECT_THAT(lines_of(made), ElementsAre(2));
 }
 
-TEST(StandingCommands, OfTwoAlikeTheLaterIsUndoneFirst)
+TEST_F(UndoStack, OfTwoAlikeTheLaterIsUndoneFirst)
 {
-    standing_commands standing(made_up_commands());
-    standing.note(1, asked("lamp add 02:00:00:02:00:01 --port RLU1P"));
-    standing.note(2, asked("lamp add 02:00:00:02:00:01 --port RLU1P"));
-    standing.note(3, asked("lamp remove 02:00:00:02:00:01 --port RLU1P"));
-    EXPECT_EQ(standing.take_last()->line, 1u);
-    EXPECT_FALSE(standing.take_last());
+    note("ebcom path add 02:00:00:02:00:01 --port RLU1P");
+    note("ebcom path add 02:00:00:02:00:01 --port RLU1P");
+    note("ebcom path remove 02:00:00:02:00:01 --port RLU1P");
+    EXPECT_THAT(lines_of(made), ElementsAre(1));
+}
+
+TEST_F(UndoStack, WhatFailedMayHaveLeftSomething)
+{
+    made.note_failed(asked("ebcom interface create"));
+    ASSERT_EQ(made.all().size(), 1u);
+    EXPECT_TRUE(made.all().back().failed);
+    EXPECT_EQ(made.take_all().size(), 1u);
+    EXPECT_TRUE(made.all().empty());
 }
 
 } // namespace

@@ -1,8 +1,10 @@
-// Any octets as a node file: read, checked against the rules, and what is sound made into the calls of a bring-up.
-#include "kelctl/ebcom_steps.h"
+// Any octets as a node file: read, checked against the rules, and what is sound made into commands.
+#include "kelctl/command_line.h"
+#include "kelctl/command_text.h"
+#include "kelctl/commands.h"
 #include "kelctl/node_file.h"
+#include "kelctl/node_lines.h"
 #include "kelctl/node_rules.h"
-#include "kelctl/pcep_steps.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -14,8 +16,6 @@ namespace
 
 using namespace kelctl;
 
-constexpr uint64_t enough_paths = 2'000; // a file may ask for many more, of which each is like the others
-
 void check_places(const problem_list &problems, std::string_view text)
 {
     const auto lines = static_cast<uint32_t>(std::ranges::count(text, '\n')) + 1;
@@ -24,25 +24,12 @@ void check_places(const problem_list &problems, std::string_view text)
             std::abort();
 }
 
-void make_texts(const std::vector<step> &steps)
-{
-    for (const step &one : steps)
-        if (one.make.text().empty())
-            std::abort();
-}
-
+// Every line is a command that a person could type.
 void plan(const node_file &node)
 {
-    uint64_t paths = 0;
-    for (const path_entry &entry : node.paths)
-        paths += entry.count;
-    if (paths > enough_paths)
-        return;
-    const std::vector<kel_ebcom_path_config> configurations = path_configurations(node);
-    if (configurations.size() != paths)
-        std::abort();
-    make_texts(ebcom_steps(node.ebcom, configurations));
-    make_texts(pcep_steps(node));
+    for (const invocation &line : lines_of(node, commands()))
+        if (parse(commands(), words_of(text_of(line)), place::script).given.all() != line.given.all())
+            std::abort();
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 // Any octets as a script: every line is a command, or told as a problem with its place, and may be completed anywhere.
 // Nothing is carried out.
+#include "kelctl/command_line.h"
+#include "kelctl/command_text.h"
 #include "kelctl/commands.h"
 #include "kelctl/completion.h"
 #include "kelctl/script.h"
@@ -15,14 +17,27 @@ namespace
 
 using namespace kelctl;
 
-void check_line(const script_line &line, uint32_t lines)
+bool may_be_left_out(const argument &one, const invocation &asked)
 {
-    const invocation &asked = line.asked;
-    if (line.number == 0 || line.number > lines || !asked.row || !asked.chosen || !asked.row->allowed_in(place::script))
+    return !one.required || one.repeated || one.is_flag() || (!one.instead.empty() && asked.given.has(one.instead));
+}
+
+// A command written again is the same command.
+void check_text(const invocation &asked)
+{
+    const invocation again = parse(commands(), words_of(text_of(asked)), place::script);
+    if (again.row != asked.row || again.given.all() != asked.given.all())
+        std::abort();
+}
+
+void check_line(const invocation &asked, uint32_t lines)
+{
+    if (asked.line == 0 || asked.line > lines || !asked.row || !asked.chosen || !asked.row->allowed_in(place::script))
         std::abort();
     for (const argument &one : asked.row->arguments)
-        if (one.required && !one.repeated && !one.is_flag() && !asked.given.has(one.name) && asked.row->name != "help")
+        if (!may_be_left_out(one, asked) && !asked.given.has(one.name) && asked.row->name != "help")
             std::abort();
+    check_text(asked);
     if (const auto undo = undo_of(asked, commands()); undo && !undo->chosen)
         std::abort();
 }
@@ -34,7 +49,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *octets, size_t count)
     const std::string_view text(reinterpret_cast<const char *>(octets), count);
     const auto lines = static_cast<uint32_t>(std::ranges::count(text, '\n')) + 1;
     const script parsed = parse_script(commands(), text);
-    for (const script_line &line : parsed.lines)
+    for (const invocation &line : parsed.lines)
         check_line(line, lines);
     for (const problem &one : parsed.problems)
         if (one.message.empty() || one.at.line == 0 || one.at.line > lines)

@@ -1,12 +1,13 @@
-// Counting products of a kind, and the wording.
-#include "kelctl/take_down_report.h"
+// Undoing from the last to the first, and the wording.
+#include "kelctl/take_down.h"
 
-#include "kelctl/result_document.h"
+#include "kelctl/command_text.h"
 #include "kelctl/text.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace kelctl
@@ -48,14 +49,39 @@ std::string enumeration(std::string_view lead, std::vector<std::string> parts)
     return parts.empty() ? fmt::format("{}nothing\n", lead) : wrapped(lead, parts);
 }
 
+// The command that undoes one takes it off the session's stack when it succeeds.
+undone_command undo_last(session &session)
+{
+    const made_command last = session.made.all().back();
+    const size_t before = session.made.all().size();
+    result done = session.perform(last.undo);
+    if (session.made.all().size() == before)
+        session.made.drop_last();
+    return {.command = text_of(last.undo),
+            .made = last.asked.row->makes,
+            .line = last.asked.line,
+            .failures = std::move(done.failures),
+            .complaints = std::move(done.complaints),
+            .may_find_nothing = last.failed};
+}
+
 } // namespace
 
-std::string undone_text(const std::vector<undone_step> &undone)
+std::vector<undone_command> take_down(session &session)
+{
+    std::vector<undone_command> all;
+    all.reserve(session.made.all().size());
+    while (!session.made.all().empty())
+        all.push_back(undo_last(session));
+    return all;
+}
+
+std::string undone_text(const std::vector<undone_command> &undone)
 {
     std::vector<product> products;
-    products.reserve(undone.size());
-    for (const undone_step &step : undone)
-        products.push_back(step.made);
+    for (const undone_command &one : undone)
+        if (one.failures.empty())
+            products.push_back(one.made);
     std::vector<std::string> parts;
     for (const tally &counted : counted_by_kind(products))
         parts.push_back(fmt::format("{} {}", name_of(counted), counted.kind.undone));
@@ -68,41 +94,6 @@ std::string products_text(std::string_view lead, const std::vector<product> &pro
     for (const tally &counted : counted_by_kind(products))
         parts.push_back(name_of(counted));
     return enumeration(lead, std::move(parts));
-}
-
-std::string complaints_text(const std::vector<undone_step> &undone)
-{
-    std::string text;
-    for (const undone_step &step : undone) {
-        if (step.complaints.empty())
-            continue;
-        text += fmt::format("{} succeeded, but its trace records tell of failures:\n", step.operation);
-        for (const trace_entry &entry : step.complaints)
-            text += fmt::format("    {}\n", to_text(entry));
-    }
-    return text;
-}
-
-fields undone_fields(const std::vector<undone_step> &undone)
-{
-    fields operations = fields::array();
-    for (const undone_step &step : undone)
-        operations.push_back(step.operation);
-    return operations;
-}
-
-fields complaints_fields(const std::vector<undone_step> &undone)
-{
-    fields complaints = fields::array();
-    for (const undone_step &step : undone) {
-        if (step.complaints.empty())
-            continue;
-        fields records = fields::array();
-        for (const trace_entry &entry : step.complaints)
-            records.push_back(record_fields(entry));
-        complaints.push_back({{"operation", step.operation}, {"records", std::move(records)}});
-    }
-    return complaints;
 }
 
 } // namespace kelctl

@@ -1,0 +1,31 @@
+// Commands of a script, one after the other in this process, shown to nobody.
+#pragma once
+
+#include "kelctl/command_line.h"
+#include "kelctl/commands.h"
+#include "kelctl/result.h"
+#include "kelctl/session.h"
+
+#include <string>
+
+namespace kelctl
+{
+
+inline invocation asked(const std::string &line)
+{
+    return parse(commands(), words_of(line), place::script);
+}
+
+// JSON, so that nothing is shown before the end of a command.
+struct script_session : session {
+    script_session() : session(commands(), place::script, true, false)
+    {
+    }
+
+    result run(const std::string &line)
+    {
+        return perform(asked(line));
+    }
+};
+
+} // namespace kelctl
