@@ -7,8 +7,8 @@
 
 #include <algorithm>
 #include <array>
-#include <iterator>
 #include <utility>
+#include <vector>
 
 namespace softnode
 {
@@ -101,21 +101,21 @@ std::string csv_with_mark(std::string_view text)
 /* What is no JSON object yields something else than an object. */
 Json read_json(std::string_view text)
 {
-    return text.empty() ? Json::object() : Json::parse(text, nullptr, false);
+    return text.empty() ? Json::object() : notation::try_read_json(text).value_or(nullptr);
 }
 
 /* Puts a member last; there it stays open to rows when it is a title's. */
 void put_last(Json &object, std::string_view key, Json value)
 {
-    const std::string name(key);
-    object.erase(name);
-    object[name] = std::move(value);
+    std::erase_if(object.members(), [key](const Json::member &one) { return one.name == key; });
+    object[key] = std::move(value);
 }
 
 /* Where rows go: under the last title, if there is one. */
 Json &open_part(Json &document)
 {
-    return !document.empty() && document.back().is_object() ? document.back() : document;
+    return !document.empty() && document.members().back().value.is_object() ? document.members().back().value
+                                                                            : document;
 }
 
 bool is_json(std::string_view text)
@@ -142,7 +142,7 @@ std::string json_without_last(std::string_view text)
     Json document = read_json(text);
     Json &part = open_part(document).empty() ? document : open_part(document);
     if (!part.empty())
-        part.erase(std::prev(part.end()));
+        part.members().pop_back();
     return written(document);
 }
 

@@ -4,20 +4,19 @@
 #ifndef SOFTNODE_JSON_TEXT_H
 #define SOFTNODE_JSON_TEXT_H
 
-#include <nlohmann/json.hpp>
+#include "notation/json.h"
 
 #include <string>
 
 namespace softnode
 {
 
-/* Keeps the keys in the order they are written in. */
-using Json = nlohmann::ordered_json;
+using Json = notation::document;
 
 /** Indented by two. What is not UTF-8, as texts of callers may be, is replaced. */
 inline std::string written(const Json &document)
 {
-    return document.dump(2, ' ', false, Json::error_handler_t::replace);
+    return notation::to_json(document, 2);
 }
 
 } // namespace softnode

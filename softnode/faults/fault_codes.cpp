@@ -3,13 +3,13 @@
  */
 #include "softnode/faults/fault_codes.h"
 
+#include "softnode/common/json_text.h"
 #include "softnode/faults/closed_functions.h"
 #include "softnode/platform.h"
 
-#include <nlohmann/json.hpp>
-
 #include <array>
 #include <string_view>
+#include <vector>
 
 namespace softnode
 {
@@ -48,10 +48,12 @@ std::span<const std::int64_t> fault_codes(std::size_t function)
 
 std::string fault_function_list()
 {
-    auto list = nlohmann::ordered_json::array();
-    for (std::size_t function = 0; function < closed_functions.size(); ++function)
-        list.push_back({{"function", closed_functions[function]}, {"codes", fault_codes(function)}});
-    return list.dump(2);
+    Json list = Json::array();
+    for (std::size_t function = 0; function < closed_functions.size(); ++function) {
+        const auto codes = fault_codes(function);
+        list.push_back({{"function", closed_functions[function]}, {"codes", std::vector(codes.begin(), codes.end())}});
+    }
+    return written(list);
 }
 
 } // namespace softnode

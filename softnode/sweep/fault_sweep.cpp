@@ -116,13 +116,14 @@ Run read_run(const ChildOutcome &outcome)
     Run run{outcome.end, nullptr, nullptr, {}, {}};
     if (outcome.end != ChildEnd::returned)
         return run;
-    const Json told = Json::parse(outcome.text);
-    run.result = told["result"];
-    run.note = told["note"];
-    for (const Json &call : told["calls"])
-        run.calls.push_back({call["thread"], call["function"], call["call"]});
-    for (const Json &item : told["items"])
-        run.items.push_back({item["kind"], item["name"]});
+    const Json told = notation::read_json(outcome.text);
+    run.result = told.at("result");
+    run.note = told.at("note");
+    for (const Json &call : told.at("calls"))
+        run.calls.push_back({call.at("thread").number<std::size_t>(), call.at("function").number<std::size_t>(),
+                             call.at("call").number<std::uint64_t>()});
+    for (const Json &item : told.at("items"))
+        run.items.push_back({item.at("kind").text(), item.at("name").text()});
     return run;
 }
 

@@ -142,7 +142,7 @@ Json globals(const EbcomService &ebcom)
     const ork_ebcom_global_config &config = *ebcom.globals();
     return {{"mtu", config.icPortMTU},
             {"ether_type", config.etherType},
-            {"settings", {config.nibbles & 0x0f, config.nibbles >> 4}}};
+            {"settings", Json::array({config.nibbles & 0x0f, config.nibbles >> 4})}};
 }
 
 Json timestamp_offset(const EbcomService &ebcom)
@@ -181,7 +181,7 @@ Json calls(const FaultBook &book)
     Json counts = Json::object();
     for (std::size_t function = 0; function < closed_functions.size(); ++function)
         if (book.calls()[function] != 0)
-            counts[std::string(closed_functions[function])] = book.calls()[function];
+            counts[closed_functions[function]] = book.calls()[function];
     return counts;
 }
 
