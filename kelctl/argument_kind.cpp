@@ -7,7 +7,7 @@
 #include "kelctl/quantity.h"
 #include "kelctl/text.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <charconv>
@@ -119,7 +119,7 @@ argument_value read_choice(std::string_view text, const std::vector<std::string>
         return std::string(text);
     const std::vector<std::string_view> known(words.begin(), words.end());
     throw wrong_value(
-        fmt::format("{} is none of {}{}", in_quotes(text), fmt::join(words, ", "), did_you_mean(text, known)));
+        fmt::format("{} is none of {}{}", in_quotes(text), joined(words, ", "), did_you_mean(text, known)));
 }
 
 argument_value read_format(std::string_view text)
@@ -159,7 +159,7 @@ std::string hexadecimal(int64_t value)
 // The name of port 0 says that it has none.
 std::string port_word(int64_t port)
 {
-    return port == 0 || !is_port(port) ? fmt::to_string(port)
+    return port == 0 || !is_port(port) ? std::to_string(port)
                                        : std::string(kel_branch_name(static_cast<int32_t>(port)));
 }
 
@@ -167,7 +167,7 @@ candidates numbers_of(const std::set<uint32_t> &numbers)
 {
     candidates found;
     for (const uint32_t number : numbers)
-        found.words.push_back(fmt::to_string(number));
+        found.words.push_back(std::to_string(number));
     return found;
 }
 
@@ -372,7 +372,7 @@ argument_kind format()
 
 argument_kind choice(std::vector<std::string> words)
 {
-    const std::string allowed = fmt::format("{}", fmt::join(words, ", "));
+    const std::string allowed = joined(words, ", ");
     return {.placeholder = "WORD",
             .allowed = allowed,
             .read = [words](std::string_view text) { return read_choice(text, words); },

@@ -1,7 +1,7 @@
 // Looking arguments up.
 #include "kelctl/arguments.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <utility>
 

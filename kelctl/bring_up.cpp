@@ -11,8 +11,9 @@
 #include "kelctl/take_down.h"
 #include "kelctl/terminal.h"
 #include "kelctl/text.h"
+#include "kelctl/trace_log.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <iterator>
@@ -72,7 +73,7 @@ fields refused_fields(const std::vector<failure> &failures)
     fields all = fields::array();
     for (const failure &one : failures) {
         fields failed = failure_fields(one, false);
-        failed.erase("records");
+        std::erase_if(failed.members(), [](const fields::member &part) { return part.name == "records"; });
         all.push_back(std::move(failed));
     }
     return all;

@@ -4,9 +4,9 @@
 #include "kelctl/ic_port.h"
 #include "kelctl/limits.h"
 #include "kelctl/quantity.h"
+#include "kelctl/text.h"
 
-#include <fmt/format.h>
-#include <fmt/ranges.h>
+#include <fmt/core.h>
 
 #include <iterator>
 
@@ -41,7 +41,7 @@ std::string told(std::string_view name, const mac_address &mac)
 
 std::string told(std::string_view name, const std::array<uint8_t, 2> &numbers)
 {
-    return fmt::format("{}={}", name, fmt::join(numbers, ", "));
+    return fmt::format("{}={}", name, joined(numbers, ", "));
 }
 
 std::string told(std::string_view, const kel_ebcom_global_params &params)

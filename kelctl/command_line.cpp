@@ -3,7 +3,7 @@
 
 #include "kelctl/text.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <utility>
@@ -64,7 +64,7 @@ private:
         if (parts_.name.empty())
             throw wrong_line("A command is required", column_after(words_));
         throw wrong_line(fmt::format("\"{}\" is followed by one of these: {}", parts_.name,
-                                     fmt::join(table_.next_words(parts_.name, where_), ", ")),
+                                     joined(table_.next_words(parts_.name, where_), ", ")),
                          column_after(words_));
     }
 

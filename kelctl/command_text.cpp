@@ -1,8 +1,9 @@
 // One word for each value.
 #include "kelctl/command_text.h"
 
-#include <fmt/format.h>
-#include <fmt/ranges.h>
+#include "kelctl/text.h"
+
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <iterator>
@@ -37,11 +38,11 @@ std::string word_of(const argument_kind &kind, const argument_value &value)
 {
     const auto write = overloaded{
         [](bool) { return std::string(); },
-        [&](int64_t number) { return kind.write ? kind.write(number) : fmt::to_string(number); },
+        [&](int64_t number) { return kind.write ? kind.write(number) : std::to_string(number); },
         [](uint64_t handle) { return fmt::format("0x{:x}", handle); },
         [](const std::string &text) { return text; },
         [](const mac_address &mac) { return to_text(mac); },
-        [](const std::vector<uint32_t> &numbers) { return fmt::format("{}", fmt::join(numbers, ",")); },
+        [](const std::vector<uint32_t> &numbers) { return joined(numbers, ","); },
         [](const std::vector<std::string> &) { return std::string(); },
     };
     return quoted(std::visit(write, value));
@@ -84,7 +85,7 @@ std::string text_of(const invocation &asked)
         positional.insert(positional.begin(), "--");
     std::ranges::move(options, std::back_inserter(line));
     std::ranges::move(positional, std::back_inserter(line)); // nothing, unless one could be taken for an option
-    return fmt::format("{}", fmt::join(line, " "));
+    return joined(line, " ");
 }
 
 } // namespace kelctl

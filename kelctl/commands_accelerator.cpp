@@ -7,6 +7,7 @@
 #include "kelctl/session.h"
 #include "kelctl/software_accelerator.h"
 #include "kelctl/standing.h"
+#include "notation/json.h"
 
 namespace kelctl
 {
@@ -40,7 +41,7 @@ result show_snapshot(const invocation &, session &session)
     const std::string document = accelerator_snapshot().value_or("{}");
     result done;
     done.text = summary(document, session.paths);
-    done.shown = fields::parse(document);
+    done.shown = notation::read_json(document);
     return done;
 }
 

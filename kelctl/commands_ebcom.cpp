@@ -5,7 +5,7 @@
 #include "kelctl/mp_id.h"
 #include "kelctl/session.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <array>
 #include <limits>

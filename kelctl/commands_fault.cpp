@@ -4,9 +4,10 @@
 #include "kelctl/load_node_file.h"
 #include "kelctl/result.h"
 #include "kelctl/software_accelerator.h"
+#include "kelctl/text.h"
+#include "notation/json.h"
 
-#include <fmt/format.h>
-#include <fmt/ranges.h>
+#include <fmt/core.h>
 
 #include <cstdio>
 #include <utility>
@@ -60,7 +61,7 @@ result add_faults(const invocation &asked, session &)
                                       : "a RULE or --file is required"}}};
     if (from_file)
         return add_file(asked.given.text("--file"));
-    if (auto wrong = add_accelerator_faults(fmt::format("{}", fmt::join(rules, ";"))))
+    if (auto wrong = add_accelerator_faults(joined(rules, ";")))
         return {.status = exit_wrong_input, .errors = {{std::move(*wrong)}}};
     return {};
 }
@@ -68,7 +69,7 @@ result add_faults(const invocation &asked, session &)
 result list_faults(const invocation &, session &)
 {
     result done;
-    done.shown = {{"rules", fields::parse(accelerator_faults())}};
+    done.shown = {{"rules", notation::read_json(accelerator_faults())}};
     return done;
 }
 
@@ -88,7 +89,7 @@ result release_calls(const invocation &, session &)
 result list_functions(const invocation &, session &)
 {
     result done;
-    done.shown = {{"functions", fields::parse(accelerator_fault_functions())}};
+    done.shown = {{"functions", notation::read_json(accelerator_fault_functions())}};
     return done;
 }
 

@@ -8,7 +8,7 @@
 #include "kelctl/undo.h"
 #include "kelctl/up.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <utility>
 
@@ -75,7 +75,7 @@ std::string script_of(std::string_view comment, const fields &lines)
 {
     std::string script = fmt::format("# {}\n", comment);
     for (const fields &line : lines)
-        script += line.get_ref<const std::string &>() + "\n";
+        script += line.text() + "\n";
     return script;
 }
 

@@ -5,7 +5,7 @@
 #include "kelctl/limits.h"
 #include "kelctl/session.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <cstdio>

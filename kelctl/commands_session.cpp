@@ -6,7 +6,7 @@
 #include "kelctl/shell.h"
 #include "kelctl/text.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 namespace kelctl
 {
@@ -39,7 +39,7 @@ const argument words_of_a_command = {.name = "COMMAND",
 
 result show_help(const invocation &asked, session &session)
 {
-    const std::string words = fmt::format("{}", fmt::join(asked.given.get<std::vector<std::string>>("COMMAND"), " "));
+    const std::string words = joined(asked.given.get<std::vector<std::string>>("COMMAND"), " ");
     const place where = session.where;
     result done;
     if (const command *row = session.table.find(words); row && row->allowed_in(where))

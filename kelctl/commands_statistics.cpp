@@ -4,6 +4,7 @@
 #include "kelctl/commands.h"
 #include "kelctl/session.h"
 #include "kelctl/statistics_view.h"
+#include "notation/json.h"
 
 #include <fmt/format.h>
 
@@ -41,8 +42,8 @@ result laid_out(const invocation &asked, session &session, Function function, co
     result done = session.call(asked, function, keys..., text_output(buffer), value("format", format));
     done.text = buffer.data();
     done.shown = fields{{"format", format}, {"text", *done.text}};
-    if (fields counters = fields::parse(*done.text, nullptr, false); counters.is_object())
-        done.shown["counters"] = std::move(counters);
+    if (auto counters = notation::try_read_json(*done.text); counters && counters->is_object())
+        done.shown["counters"] = *std::move(counters);
     return done;
 }
 

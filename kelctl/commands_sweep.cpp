@@ -9,7 +9,7 @@
 #include "kelctl/sweep_view.h"
 #include "kelctl/text.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <optional>

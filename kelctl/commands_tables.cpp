@@ -6,11 +6,12 @@
 #include "kelctl/limits.h"
 #include "kelctl/result.h"
 #include "kelctl/software_accelerator.h"
+#include "notation/json.h"
 #include "platform/kei_util.h"
 #include "platform/kel_init.h"
 #include "platform/ork.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 namespace kelctl
 {
@@ -127,7 +128,7 @@ result show_limits(const invocation &, session &)
                   {"max_multicast_groups", capabilities.max_multicast_groups},
                   {"max_multicast_members", capabilities.max_multicast_members}};
     const auto platform = accelerator_limits();
-    done.shown["platform"] = platform ? fields::parse(*platform) : fields(nullptr);
+    done.shown["platform"] = platform ? notation::read_json(*platform) : fields(nullptr);
     for (const auto &[what, allowed] : value_limits)
         done.shown["values"].push_back(
             {{"value", what}, {"min", allowed.min}, {"max", allowed.max}, {"allowed", allowed.text}});

@@ -8,7 +8,7 @@
 #include "kelctl/software_accelerator.h"
 #include "kelctl/terminal.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <chrono>
 #include <utility>

@@ -4,7 +4,7 @@
 #include "kelctl/command_line.h"
 #include "kelctl/text.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <utility>
@@ -14,7 +14,7 @@ namespace kelctl
 namespace
 {
 
-std::string joined(std::string_view words, std::string_view next)
+std::string words_and(std::string_view words, std::string_view next)
 {
     return words.empty() ? std::string(next) : fmt::format("{} {}", words, next);
 }
@@ -54,13 +54,13 @@ private:
     void offer_words_after(const std::string &words)
     {
         for (const std::string_view next : table_.next_words(words, where_))
-            offer(std::string(next), help_on(joined(words, next)));
+            offer(std::string(next), help_on(words_and(words, next)));
     }
 
     std::string help_on(const std::string &words) const
     {
         const std::string_view help = table_.help_on(words);
-        return help.empty() ? fmt::format("{}", fmt::join(table_.next_words(words, where_), ", ")) : std::string(help);
+        return help.empty() ? joined(table_.next_words(words, where_), ", ") : std::string(help);
     }
 
     void complete_argument()
@@ -114,7 +114,7 @@ private:
         std::string words;
         for (const argument_word &one : parts_.arguments)
             if (stands_by_its_place(one))
-                words = joined(words, one.written.text);
+                words = words_and(words, one.written.text);
         return words;
     }
 

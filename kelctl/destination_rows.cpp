@@ -1,7 +1,7 @@
 // Finding runs of addresses and laying their rows out.
 #include "kelctl/destination_rows.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 namespace kelctl
 {

@@ -5,7 +5,7 @@
 #include "kelctl/text.h"
 #include "platform/kei_util.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 namespace kelctl
 {
@@ -15,7 +15,7 @@ namespace
 // The driver kit's codes are told as its records print them, too.
 std::string code_text(int64_t code)
 {
-    return code < 0 ? fmt::format("{} (0x{:x})", code, static_cast<uint32_t>(code)) : fmt::to_string(code);
+    return code < 0 ? fmt::format("{} (0x{:x})", code, static_cast<uint32_t>(code)) : std::to_string(code);
 }
 
 std::string refusal_text(const explanation &why)

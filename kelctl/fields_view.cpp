@@ -1,7 +1,10 @@
 // Aligning names, values and columns.
 #include "kelctl/fields_view.h"
 
-#include <fmt/format.h>
+#include "kelctl/text.h"
+#include "notation/json.h"
+
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <vector>
@@ -19,23 +22,27 @@ std::string title(std::string name)
 
 bool is_table(const fields &value)
 {
-    return value.is_array() && !value.empty() && value.front().is_object();
+    return value.is_array() && !value.empty() && value[0].is_object();
 }
 
 std::string cell(const fields &value)
 {
-    if (value.is_null())
+    switch (value.holds()) {
+    case notation::kind::null:
         return "-";
-    if (value.is_string())
-        return value.get<std::string>();
-    if (value.is_boolean())
-        return value.get<bool>() ? "yes" : "no";
-    if (!value.is_array())
-        return value.dump();
+    case notation::kind::text:
+        return value.text();
+    case notation::kind::boolean:
+        return value.boolean() ? "yes" : "no";
+    case notation::kind::array:
+        break;
+    default:
+        return notation::to_json(value);
+    }
     std::vector<std::string> parts;
     for (const fields &part : value)
         parts.push_back(cell(part));
-    return parts.empty() ? "none" : fmt::format("{}", fmt::join(parts, ", "));
+    return parts.empty() ? "none" : joined(parts, ", ");
 }
 
 // A column of the rows' values under a name; numbers stand at its right end.
@@ -77,7 +84,7 @@ template <typename Text> std::string table_line(const std::vector<column> &colum
 std::string table_text(const fields &rows, const painter &paint)
 {
     std::vector<column> columns;
-    for (const auto &[name, value] : rows.front().items())
+    for (const auto &[name, value] : rows[0].members())
         columns.push_back(column_of(name, rows));
 
     const std::string head = table_line(columns, [](const column &one) { return title(one.name); });
@@ -90,7 +97,7 @@ std::string table_text(const fields &rows, const painter &paint)
 size_t widest_title(const fields &shown)
 {
     size_t width = 0;
-    for (const auto &[name, value] : shown.items())
+    for (const auto &[name, value] : shown.members())
         if (!is_table(value) && !value.is_object())
             width = std::max(width, title(name).size());
     return width;
@@ -102,7 +109,7 @@ std::string fields_text(const fields &shown, const painter &paint)
 {
     std::string text;
     const size_t width = widest_title(shown);
-    for (const auto &[name, value] : shown.items()) {
+    for (const auto &[name, value] : shown.members()) {
         const bool apart = !text.empty() && (is_table(value) || value.is_object());
         text += apart ? "\n" : "";
         if (is_table(value))

@@ -3,7 +3,7 @@
 
 #include "kelctl/quantity.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <cerrno>

@@ -3,8 +3,7 @@
 
 #include "kelctl/text.h"
 
-#include <fmt/format.h>
-#include <fmt/ranges.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -79,7 +78,7 @@ history_file::~history_file()
     if (descriptor_ < 0)
         return;
     const std::string all = text();
-    const std::string kept = fmt::format("{}", fmt::join(lines(), "\n"));
+    const std::string kept = joined(lines(), "\n");
     if (std::count(all.begin(), all.end(), '\n') > longest_history && ftruncate(descriptor_, 0) == 0)
         add(kept);
     close(descriptor_);

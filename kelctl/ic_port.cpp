@@ -5,7 +5,7 @@
 #include "kelctl/text.h"
 #include "kelctl/whole_number.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <array>

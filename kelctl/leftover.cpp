@@ -3,7 +3,7 @@
 
 #include "kelctl/text.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <string_view>
@@ -47,9 +47,9 @@ std::vector<kind> kinds_in(const snapshot &node)
          names_of(node.queues, [](const snapshot::queue &one) { return handle_name(one.self); })},
         {"path", "path", "paths", names_of(node.paths, [](const snapshot::path &one) { return to_text(one.mac); })},
         {"pcep", "PCEP", "PCEPs",
-         names_of(node.pceps, [](const snapshot::pcep &one) { return fmt::to_string(one.id); })},
+         names_of(node.pceps, [](const snapshot::pcep &one) { return std::to_string(one.id); })},
         {"group", "multicast group", "multicast groups",
-         names_of(node.groups, [](const snapshot::group &one) { return fmt::to_string(one.id); })},
+         names_of(node.groups, [](const snapshot::group &one) { return std::to_string(one.id); })},
         {"interface", "interface", "interfaces", {}},
     };
     if (node.interface)

@@ -8,9 +8,9 @@
 #pragma once
 
 #include "kelctl/call_text.h"
-#include "kelctl/trace_log.h"
+#include "kelctl/trace_entry.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <cstdint>
 #include <cstdio>

@@ -4,8 +4,7 @@
 #include "kelctl/mp_id.h"
 #include "kelctl/node_rules.h"
 #include "kelctl/software_accelerator.h"
-
-#include <fmt/format.h>
+#include "notation/json.h"
 
 #include <algorithm>
 #include <utility>
@@ -19,7 +18,7 @@ namespace
 std::optional<size_t> room_for_destinations()
 {
     const auto limits = accelerator_limits();
-    return limits ? std::optional(fields::parse(*limits).at("paths").get<size_t>()) : std::nullopt;
+    return limits ? std::optional(notation::read_json(*limits).at("paths").number<size_t>()) : std::nullopt;
 }
 
 } // namespace

@@ -4,7 +4,7 @@
 #include "kelctl/text.h"
 #include "text/mac.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 

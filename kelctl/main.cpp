@@ -7,7 +7,7 @@
 #include "kelctl/session.h"
 #include "kelctl/terminal.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <csignal>

@@ -3,9 +3,9 @@
 
 #include "kelctl/help.h"
 #include "kelctl/roff.h"
+#include "kelctl/text.h"
 
-#include <fmt/format.h>
-#include <fmt/ranges.h>
+#include <fmt/core.h>
 
 #include <span>
 
@@ -48,7 +48,7 @@ std::string_view told_places(const command &row)
 
 void add_command(roff_page &page, const command &row)
 {
-    page.subsection(fmt::format("{}", fmt::join(usage_of(row), " ")));
+    page.subsection(joined(usage_of(row), " "));
     page.text(fmt::format("{}.", row.help));
     if (row.needs_accelerator)
         page.text("Only on the software accelerator.");

@@ -10,7 +10,7 @@
 #include "kelctl/text.h"
 #include "kelctl/traffic_table.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 
@@ -29,7 +29,7 @@ std::optional<int32_t> any_port(const table_reader &path, const toml::node &node
     if (const auto *number = node.as_integer()) {
         if (is_port(number->get()))
             return static_cast<int32_t>(number->get());
-        path.note(at, fmt::format("port: {}", no_such_port(fmt::to_string(number->get()))));
+        path.note(at, fmt::format("port: {}", no_such_port(std::to_string(number->get()))));
     } else if (const auto *name = node.as_string()) {
         if (const auto port = port_by_name(name->get()))
             return port;

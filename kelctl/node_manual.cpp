@@ -4,7 +4,7 @@
 #include "kelctl/node_keys.h"
 #include "kelctl/roff.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 namespace kelctl
 {

@@ -4,7 +4,7 @@
 #include "kel/kel_node_names.h"
 #include "kelctl/ic_port.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <map>

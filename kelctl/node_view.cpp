@@ -6,8 +6,9 @@
 #include "kelctl/ic_port.h"
 #include "kelctl/mp_id.h"
 #include "kelctl/quantity.h"
+#include "kelctl/text.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 
@@ -194,7 +195,7 @@ std::string contents_text(const snapshot &node)
         parts.push_back(counted(node.groups.size(), "multicast group"));
     if (node.interface)
         parts.push_back("the interface");
-    return fmt::format("{}", fmt::join(parts, ", "));
+    return joined(parts, ", ");
 }
 
 } // namespace kelctl

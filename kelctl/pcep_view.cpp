@@ -3,8 +3,9 @@
 
 #include "kel/kel_node_names.h"
 #include "kelctl/mp_id.h"
+#include "kelctl/text.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 namespace kelctl
 {
@@ -48,8 +49,7 @@ std::string group_table(const std::vector<snapshot::group> &groups, const painte
         return "";
     std::string table = paint(colour::heading, "Group  members") + "\n";
     for (const snapshot::group &group : groups)
-        table += fmt::format("{:>5}  {}\n", group.id,
-                             group.members.empty() ? "none" : fmt::format("{}", fmt::join(group.members, " ")));
+        table += fmt::format("{:>5}  {}\n", group.id, group.members.empty() ? "none" : joined(group.members, " "));
     return table + "\n";
 }
 

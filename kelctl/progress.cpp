@@ -3,7 +3,7 @@
 
 #include "kelctl/terminal.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <utility>
 

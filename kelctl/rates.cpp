@@ -1,7 +1,7 @@
 // Differences of counters by the time between.
 #include "kelctl/rates.h"
 
-#include <nlohmann/json.hpp>
+#include "notation/json.h"
 
 #include <string>
 
@@ -10,7 +10,7 @@ namespace kelctl
 namespace
 {
 
-using nlohmann::json;
+using notation::document;
 
 struct count {
     uint64_t frames;
@@ -49,18 +49,18 @@ queue_rates rates_of(const queue_counters &before, const queue_counters &now, ui
 }
 
 // The counter of that name in any of the document's blocks; 0 when there is none.
-uint64_t counter(const json &document, const char *name)
+uint64_t counter(const document &all, const char *name)
 {
-    for (const json &block : document)
-        if (block.is_object() && block.contains(name) && block.at(name).is_number_unsigned())
-            return block.at(name);
+    for (const auto &[title, block] : all.members())
+        if (const document *found = block.find(name); found && found->holds() == notation::kind::natural)
+            return found->number<uint64_t>();
     return 0;
 }
 
 pcep_rates rates_of(const pcep_counters &before, const pcep_counters &now, uint64_t passed)
 {
-    const json last = json::parse(before.text, nullptr, false);
-    const json stats = json::parse(now.text, nullptr, false);
+    const document last = notation::try_read_json(before.text).value_or(nullptr);
+    const document stats = notation::try_read_json(now.text).value_or(nullptr);
     const auto flow_of = [&](const char *frames, const char *octets) {
         return flow_between({counter(last, frames), counter(last, octets)},
                             {counter(stats, frames), counter(stats, octets)}, passed);

@@ -5,7 +5,7 @@
 #include "kelctl/ic_port.h"
 #include "kelctl/quantity.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 namespace kelctl
 {

@@ -3,7 +3,7 @@
 
 #include "kelctl/terminal.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <string>
 #include <sys/ioctl.h>

@@ -3,7 +3,7 @@
 
 #include "kelctl/text.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <utility>
 

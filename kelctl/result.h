@@ -5,8 +5,7 @@
 #include "kelctl/exit_status.h"
 #include "kelctl/library_call.h"
 #include "kelctl/problem.h"
-
-#include <nlohmann/json.hpp>
+#include "notation/document.h"
 
 #include <cstdint>
 #include <optional>
@@ -19,7 +18,7 @@ namespace kelctl
 
 // Named values in the order of their adding: text, numbers, lists of them, and lists of rows with the same names.
 // A template says fields{...} where it assigns a list: from bare braces there, Clang 14 never destroys what was replaced.
-using fields = nlohmann::ordered_json;
+using fields = notation::document;
 
 // Something wrong with what was asked for, before anything was done.
 struct input_error {

@@ -2,11 +2,13 @@
 #include "kelctl/result_document.h"
 
 #include "kelctl/explanation.h"
+#include "notation/json.h"
 #include "platform/kei_util.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <utility>
+#include <vector>
 
 namespace kelctl
 {
@@ -68,14 +70,14 @@ fields error_of(const input_error &error)
 }
 
 // The first of them under a name of its own, which most readers need only.
-void add_list(fields &document, const char *first_name, const char *others_name, fields all)
+void add_list(fields &document, const char *first_name, const char *others_name, std::vector<fields> all)
 {
     if (all.empty())
         return;
-    document[first_name] = all.front();
+    document[first_name] = std::move(all.front());
     all.erase(all.begin());
     if (!all.empty())
-        document[others_name] = std::move(all);
+        document[others_name] = all;
 }
 
 } // namespace
@@ -92,13 +94,13 @@ fields document_of(const result &done, const invocation &asked, const origin &fr
     document["text"] = done.code ? fields(kei_util_init_rc_str_get(*done.code)) : fields(nullptr);
     document["result"] = done.shown;
 
-    fields failures = fields::array();
+    std::vector<fields> failures;
     for (const failure &failed : done.failures)
         failures.push_back(failure_fields(failed, tracer_installed));
     add_list(document, "failure", "further_failures", std::move(failures));
     if (!done.complaints.empty())
         document["complaints"] = records_fields(done.complaints);
-    fields errors = fields::array();
+    std::vector<fields> errors;
     for (const input_error &error : done.errors)
         errors.push_back(error_of(error));
     add_list(document, "error", "further_errors", std::move(errors));
@@ -144,7 +146,7 @@ std::string json_line(const trace_entry &entry)
 
 std::string line_of(const fields &document)
 {
-    return document.dump(-1, ' ', false, fields::error_handler_t::replace) + "\n";
+    return notation::to_json(document) + "\n";
 }
 
 } // namespace kelctl

@@ -7,7 +7,7 @@
 #include "kelctl/terminal.h"
 #include "kelctl/text.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 

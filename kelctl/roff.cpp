@@ -1,7 +1,7 @@
 // Escaping, and the macros.
 #include "kelctl/roff.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <cctype>

@@ -5,8 +5,9 @@
 #include "kelctl/result_view.h"
 #include "kelctl/software_accelerator.h"
 #include "kelctl/terminal.h"
+#include "kelctl/trace_log.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <exception>
@@ -37,6 +38,8 @@ session::session(const command_table &commands, place here, bool json, bool trac
 {
 }
 
+session::~session() = default;
+
 result session::carry_out(const invocation &asked, const std::string &file)
 {
     show_as(asked.json, asked.trace);
@@ -58,7 +61,7 @@ void session::show_part(result &whole, result part, const origin &from)
         show(part, from, tracer_installed());
     whole.shown_already = true;
     whole.status = std::max(whole.status, part.status);
-    for (auto &[name, value] : part.shown.items())
+    for (auto &[name, value] : part.shown.members())
         whole.shown[name] = std::move(value);
     std::ranges::move(part.failures, std::back_inserter(whole.failures));
     std::ranges::move(part.errors, std::back_inserter(whole.errors));
@@ -101,10 +104,15 @@ result session::perform(const invocation &asked)
     }
 }
 
+bool session::tracer_installed() const
+{
+    return log_ && log_->installed();
+}
+
 trace_log &session::log()
 {
     if (!log_) {
-        log_.emplace(nullptr);
+        log_ = std::make_unique<trace_log>(nullptr);
         direct_trace();
     }
     return *log_;

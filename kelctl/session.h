@@ -6,23 +6,26 @@
 #include "kelctl/known_words.h"
 #include "kelctl/library_call.h"
 #include "kelctl/result.h"
-#include "kelctl/trace_log.h"
 #include "kelctl/traffic_player.h"
 #include "kelctl/undo.h"
 
 #include <cstdint>
-#include <optional>
+#include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 
 namespace kelctl
 {
 
+class trace_log;
+
 class session
 {
 public:
     // The table has to outlive it, as every command that it carries out comes from there.
     session(const command_table &commands, place where, bool json, bool trace);
+    ~session();
 
     // Carries the command out, remembers the words it used, and shows its result. `file` is where its line stands; empty
     // on the command line and in the shell. What it returns has been shown.
@@ -59,10 +62,7 @@ public:
     // Listens from the first time that it is asked for: before that, nothing is going on beside the commands.
     trace_log &log();
 
-    bool tracer_installed() const
-    {
-        return log_ && log_->installed();
-    }
+    bool tracer_installed() const;
 
     bool json() const
     {
@@ -91,7 +91,7 @@ private:
     void direct_trace();
     void remember(const invocation &asked);
 
-    std::optional<trace_log> log_;
+    std::unique_ptr<trace_log> log_;
     const bool json_by_default_;
     const bool trace_by_default_;
     bool json_;

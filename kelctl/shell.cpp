@@ -15,7 +15,7 @@
 #include "kelctl/standing.h"
 #include "kelctl/terminal.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <cstring>

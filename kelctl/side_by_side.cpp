@@ -1,7 +1,7 @@
 // Taking lines apart and putting the numbers of several texts into one line.
 #include "kelctl/side_by_side.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <span>

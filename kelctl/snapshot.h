@@ -67,7 +67,7 @@ struct snapshot {
     bool empty() const;
 };
 
-// Throws nlohmann::json::exception when the document is not as the software accelerator writes it.
+// Throws notation::document_error when the document is not as the software accelerator writes it.
 snapshot read_snapshot(std::string_view json);
 
 } // namespace kelctl

@@ -5,7 +5,7 @@
 #include "kelctl/ic_port.h"
 #include "kelctl/side_by_side.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 namespace kelctl
 {
@@ -45,7 +45,7 @@ std::string pcep_table(const std::vector<pcep_counters> &pceps, const painter &p
     std::vector<titled_text> texts;
     texts.reserve(pceps.size());
     for (const pcep_counters &pcep : pceps)
-        texts.push_back({fmt::to_string(pcep.id), pcep.text});
+        texts.push_back({std::to_string(pcep.id), pcep.text});
     return side_by_side("PCEP", texts, paint) + "\n";
 }
 

@@ -6,8 +6,9 @@
 #include "kelctl/session.h"
 #include "kelctl/software_accelerator.h"
 #include "kelctl/take_down.h"
+#include "notation/json.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 
@@ -57,7 +58,7 @@ public:
 
     std::string note() const
     {
-        return note_.dump();
+        return notation::to_json(note_);
     }
 
 private:
@@ -80,16 +81,17 @@ private:
 
 void read_note(const fields &told, sweep_run &run)
 {
-    if (!told.is_string())
+    if (told.is_null())
         return;
-    const fields note = fields::parse(told.get_ref<const std::string &>());
-    run.line = note.at("line");
-    run.operation = note.at("operation");
-    if (note.at("code").is_number())
-        run.code = note.at("code").get<uint32_t>();
+    const fields note = notation::read_json(told.text());
+    run.line = note.at("line").number<uint32_t>();
+    run.operation = note.at("operation").text();
+    if (const fields &code = note.at("code"); !code.is_null())
+        run.code = code.number<uint32_t>();
     for (const fields &undo : note.at("take_down"))
-        run.undo_failures.push_back(fmt::format("{} (of line {}): code {}", undo.at("command").get<std::string>(),
-                                                undo.at("line").get<uint32_t>(), undo.at("code").dump()));
+        run.undo_failures.push_back(fmt::format("{} (of line {}): code {}", undo.at("command").text(),
+                                                undo.at("line").number<uint32_t>(),
+                                                notation::to_json(undo.at("code"))));
 }
 
 // What the lines up to the one that failed asked the library for. What is left may be any one's of them: a refusal
@@ -121,22 +123,22 @@ verdict judged(sweep_run &run, const std::vector<invocation> &lines)
 sweep_run read_run(const fields &told, const std::vector<invocation> &lines)
 {
     sweep_run run;
-    if (told.at("function").is_string()) {
-        run.function = told.at("function");
-        run.call = told.at("call");
-        run.thread = told.at("thread");
-        run.fault_code = told.at("code");
-        run.persistent = told.at("persistent");
+    if (!told.at("function").is_null()) {
+        run.function = told.at("function").text();
+        run.call = told.at("call").number<uint64_t>();
+        run.thread = told.at("thread").number<uint64_t>();
+        run.fault_code = told.at("code").number<int64_t>();
+        run.persistent = told.at("persistent").boolean();
     }
     read_note(told.at("note"), run);
-    const auto &outcome = told.at("outcome").get_ref<const std::string &>();
+    const auto &outcome = told.at("outcome").text();
     if (outcome != "returned") {
         run.came_out = outcome == "hung" ? verdict::hung : verdict::crashed;
         return run;
     }
     run.left_items = told.at("left");
     for (const fields &item : run.left_items)
-        if (const std::string kind = item.at("kind");
+        if (const std::string &kind = item.at("kind").text();
             std::find(run.left.begin(), run.left.end(), kind) == run.left.end())
             run.left.push_back(kind);
     run.came_out = judged(run, lines);
@@ -166,8 +168,8 @@ std::optional<sweep_report> sweep(const command_table &table, const std::vector<
                                         go_on);
     if (!told)
         return std::nullopt;
-    const fields document = fields::parse(*told);
-    sweep_report report = {read_run(document.at("undisturbed"), lines), {}, document.at("planned")};
+    const fields document = notation::read_json(*told);
+    sweep_report report = {read_run(document.at("undisturbed"), lines), {}, document.at("planned").number<size_t>()};
     for (const fields &run : document.at("runs"))
         report.runs.push_back(read_run(run, lines));
     return report;

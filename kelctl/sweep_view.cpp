@@ -3,8 +3,7 @@
 
 #include "kelctl/text.h"
 
-#include <fmt/format.h>
-#include <fmt/ranges.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <array>
@@ -34,12 +33,12 @@ std::string items_text(const fields &items)
 {
     std::map<std::string, size_t> counts;
     for (const fields &item : items)
-        ++counts[item.at("kind").get<std::string>()];
+        ++counts[item.at("kind").text()];
     std::vector<std::string> parts;
     parts.reserve(counts.size());
     for (const auto &[kind, count] : counts)
         parts.push_back(fmt::format("{} {}{}", count, kind, count == 1 ? "" : "s"));
-    return fmt::format("{}", fmt::join(parts, ", "));
+    return joined(parts, ", ");
 }
 
 // Reasons by the numbers that they are listed under.
@@ -109,8 +108,8 @@ std::vector<row> rows_of(const sweep_report &report, reasons &reasons)
 
 std::string row_text(const row &row, size_t width, const painter &paint)
 {
-    const std::string line = row.line == 0 ? "-" : fmt::to_string(row.line);
-    const std::string codes = row.codes.empty() ? "-" : fmt::format("{}", fmt::join(row.codes, ","));
+    const std::string line = row.line == 0 ? "-" : std::to_string(row.line);
+    const std::string codes = row.codes.empty() ? "-" : joined(row.codes, ",");
     const std::string text = wrapped(fmt::format("{:<{}}  {:>4}  {:<7}  ", row.call, width, line, codes), row.outcome);
     return row.came_out > verdict::left_as_documented ? paint(colour::failure, text) : text;
 }
@@ -124,7 +123,7 @@ std::string tally_text(const sweep_report &report)
         if (count > 0 || one == verdict::clean)
             parts.push_back(fmt::format("{} {}", count, name_of(one)));
     }
-    return fmt::format("{} runs: {}\n", report.runs.size(), fmt::join(parts, "; "));
+    return fmt::format("{} runs: {}\n", report.runs.size(), joined(parts, "; "));
 }
 
 fields fields_of(const sweep_run &run)
@@ -165,11 +164,11 @@ fields sweep_fields(const sweep_report &report)
     fields tally = fields::object();
     fields runs = fields::array();
     for (const verdict one : verdicts)
-        tally[std::string(key_of(one))] = 0;
+        tally[key_of(one)] = 0;
     for (const sweep_run &run : report.runs) {
         runs.push_back(fields_of(run));
-        fields &count = tally[std::string(key_of(run.came_out))];
-        count = count.get<uint64_t>() + 1;
+        fields &count = tally[key_of(run.came_out)];
+        count = count.number<uint64_t>() + 1;
     }
     const fields &left = report.undisturbed.left_items;
     return {{"left_undisturbed", left.is_array() ? left : fields::array()},

@@ -3,7 +3,7 @@
 
 #include "kelctl/text.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 
@@ -211,7 +211,7 @@ std::optional<uint32_t> table_reader::number_of(std::string_view key, const toml
         const auto value = checked(key, node, static_cast<uint64_t>(number->get()), allowed);
         return value ? std::optional(static_cast<uint32_t>(*value)) : std::nullopt;
     }
-    note(position_of(node.source()), fmt::format("{}: {}", key, outside(fmt::to_string(number->get()), allowed)));
+    note(position_of(node.source()), fmt::format("{}: {}", key, outside(std::to_string(number->get()), allowed)));
     return std::nullopt;
 }
 
@@ -232,7 +232,7 @@ std::optional<uint64_t> table_reader::checked(std::string_view key, const toml::
         return value;
     const auto *text = node.as_string();
     note(position_of(node.source()),
-         fmt::format("{}: {}", key, outside(text ? in_quotes(text->get()) : fmt::to_string(value), allowed)));
+         fmt::format("{}: {}", key, outside(text ? in_quotes(text->get()) : std::to_string(value), allowed)));
     return std::nullopt;
 }
 

@@ -4,7 +4,7 @@
 #include "kelctl/command_text.h"
 #include "kelctl/text.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <iterator>

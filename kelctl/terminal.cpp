@@ -1,7 +1,7 @@
 // Escape sequences and the questions to the system about a stream.
 #include "kelctl/terminal.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <cerrno>
 #include <cstdlib>

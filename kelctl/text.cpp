@@ -3,7 +3,7 @@
 
 #include "text/nearest.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <vector>

@@ -3,9 +3,11 @@
 
 #include "text/quantity.h"
 
+#include <concepts>
 #include <span>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 namespace kelctl
 {
@@ -41,5 +43,21 @@ std::string wrapped(std::string_view lead, std::span<const std::string> parts);
 // A line in as many as it takes to have at most `width` characters in each. It is broken at blanks, and goes on four
 // columns further in. `unseen` octets of its first part take no room on a terminal.
 std::string folded(std::string_view line, size_t width, size_t unseen = 0);
+
+// "a, b, c". The parts are strings, string views or whole numbers.
+template <typename Parts> std::string joined(const Parts &parts, std::string_view between)
+{
+    std::string text;
+    bool first = true;
+    for (const auto &part : parts) {
+        text += first ? std::string_view() : between;
+        if constexpr (std::integral<std::remove_cvref_t<decltype(part)>>)
+            text += std::to_string(part);
+        else
+            text += part;
+        first = false;
+    }
+    return text;
+}
 
 } // namespace kelctl

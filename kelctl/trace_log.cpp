@@ -3,8 +3,6 @@
 
 #include "kelctl/terminal.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <iterator>
 
@@ -21,16 +19,6 @@ bool tells_failure(const trace_entry &entry)
 }
 
 } // namespace
-
-std::string to_text(const trace_entry &entry)
-{
-    return fmt::format("{:<9} {:<7} {}  ({})", entry.event, entry.domain, entry.message, entry.location);
-}
-
-std::string text_line(const trace_entry &entry)
-{
-    return to_text(entry) + "\n";
-}
 
 trace_log::trace_log(std::FILE *live) : live_(live)
 {

@@ -1,29 +1,16 @@
 // The library's trace records, heard in this process: kept per operation for a failure report, and printed live.
 #pragma once
 
+#include "kelctl/trace_entry.h"
 #include "trace/tap.h"
 
 #include <cstdio>
 #include <mutex>
-#include <string>
 #include <thread>
 #include <vector>
 
 namespace kelctl
 {
-
-struct trace_entry {
-    std::string event;
-    std::string domain;
-    std::string message;
-    std::string location;
-};
-
-// One line, without its end.
-std::string to_text(const trace_entry &entry);
-
-// The same with its end.
-std::string text_line(const trace_entry &entry);
 
 // Listens from its construction to its destruction; one at a time. Records arrive on the threads that fire them.
 class trace_log

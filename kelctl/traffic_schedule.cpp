@@ -1,7 +1,7 @@
 // Adding intervals up without losing the fractions of a nanosecond that they have.
 #include "kelctl/traffic_schedule.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 namespace kelctl
 {

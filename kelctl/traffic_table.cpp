@@ -5,7 +5,7 @@
 #include "kelctl/node_keys.h"
 #include "kelctl/traffic_schedule.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 namespace kelctl
 {

@@ -12,6 +12,7 @@
 #include "kelctl/statistics.h"
 #include "kelctl/statistics_view.h"
 #include "kelctl/watch.h"
+#include "notation/json.h"
 
 #include <chrono>
 #include <utility>
@@ -41,7 +42,7 @@ result objects(const std::optional<std::string> &document, const std::optional<s
         node ? standing_text(*node, ports, paths) : "What exists cannot be shown: not available on this platform\n";
     shown.shown = {{"paths_added", paths}};
     if (session.json()) // it is large
-        shown.shown["node"] = document ? fields::parse(*document) : fields(nullptr);
+        shown.shown["node"] = document ? notation::read_json(*document) : fields(nullptr);
     return shown;
 }
 

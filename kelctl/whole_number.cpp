@@ -1,7 +1,7 @@
 // Reading numbers, and the wording of those out of range.
 #include "kelctl/whole_number.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <charconv>
 #include <limits>

@@ -3,6 +3,7 @@
 
 #include "kelctl/interruption.h"
 #include "kelctl/standing.h"
+#include "notation/json.h"
 #include "script_session.h"
 #include "softnode/softnode.h"
 
@@ -51,8 +52,8 @@ TEST_F(BringUp, StandsAndGoesDownInReverse)
     EXPECT_TRUE(node.down());
     const result done = node.take_result(true);
     EXPECT_EQ(done.status, exit_done);
-    EXPECT_EQ(done.shown["stood"].dump(), "true");
-    EXPECT_EQ(done.shown["undone"].dump(),
+    EXPECT_EQ(notation::to_json(done.shown.at("stood")), "true");
+    EXPECT_EQ(notation::to_json(done.shown.at("undone")),
               R"(["pcep stop","ebcom path remove 02:00:00:02:00:02 --port RLU1P",)"
               R"("ebcom path remove 02:00:00:02:00:01 --port RLU1P","ebcom stop","ebcom interface delete"])");
     EXPECT_TRUE(current_snapshot()->empty());
@@ -67,8 +68,8 @@ TEST_F(BringUp, StopsAtTheFirstFailureAndUndoesWhatWasMade)
     const result done = node.take_result(false);
     ASSERT_THAT(done.failures, SizeIs(1));
     EXPECT_EQ(done.failures[0].code, 13u);
-    EXPECT_EQ(done.shown["stood"].dump(), "false");
-    EXPECT_THAT(done.shown["undone"], SizeIs(3));
+    EXPECT_EQ(notation::to_json(done.shown.at("stood")), "false");
+    EXPECT_THAT(done.shown.at("undone"), SizeIs(3));
     EXPECT_TRUE(current_snapshot()->empty());
 }
 
@@ -79,8 +80,8 @@ TEST_F(BringUp, RefusedTakeDownIsReportedWithWhatIsLeft)
     ASSERT_EQ(softnode_faults_add("ork_ebcom_interface_delete=-4"), nullptr);
     EXPECT_FALSE(node.down());
     const result done = node.take_result(false);
-    ASSERT_THAT(done.shown["not_undone"], SizeIs(1));
-    EXPECT_EQ(done.shown["left_objects"].dump(), R"([{"kind":"interface","name":"Ethernet device 7"}])");
+    ASSERT_THAT(done.shown.at("not_undone"), SizeIs(1));
+    EXPECT_EQ(notation::to_json(done.shown.at("left_objects")), R"([{"kind":"interface","name":"Ethernet device 7"}])");
 }
 
 TEST_F(BringUp, WhatIsKeptIsNotTakenDown)
@@ -90,7 +91,7 @@ TEST_F(BringUp, WhatIsKeptIsNotTakenDown)
         bring_up node(lines, "a.toml", here);
         EXPECT_FALSE(node.up());
         EXPECT_TRUE(node.keep());
-        EXPECT_EQ(node.take_result(false).shown["kept"].dump(),
+        EXPECT_EQ(notation::to_json(node.take_result(false).shown["kept"]),
                   R"(["ebcom interface create","ebcom start","ebcom path add 02:00:00:02:00:01 --port RLU1P"])");
     }
     EXPECT_THAT(current_snapshot()->paths, SizeIs(1));

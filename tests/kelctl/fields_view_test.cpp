@@ -29,12 +29,12 @@ TEST(FieldsView, NamesLoseTheirUnderscoresAndValuesStandBelowEachOther)
 
 TEST(FieldsView, ListsAreTakenIntoALine)
 {
-    EXPECT_EQ(plain({{"members", {1, 2}}, {"none", fields::array()}}), "members  1, 2\nnone     none\n");
+    EXPECT_EQ(plain({{"members", fields::array({1, 2})}, {"none", fields::array()}}), "members  1, 2\nnone     none\n");
 }
 
 TEST(FieldsView, RowsAreATableWithNumbersAtTheRight)
 {
-    const fields rows = {{{"name", "RLU1P"}, {"queue", 0}}, {{"name", "MZ"}, {"queue", nullptr}}};
+    const fields rows = fields::array({{{"name", "RLU1P"}, {"queue", 0}}, {{"name", "MZ"}, {"queue", nullptr}}});
     EXPECT_EQ(plain({{"count", 2}, {"ports", rows}}), "count  2\n"
                                                       "\n"
                                                       "name   queue\n"
@@ -44,7 +44,7 @@ TEST(FieldsView, RowsAreATableWithNumbersAtTheRight)
 
 TEST(FieldsView, LinesEndWithoutBlanks)
 {
-    const fields rows = {{{"a", 1}, {"b", "longer"}}, {{"a", 2}, {"b", "x"}}};
+    const fields rows = fields::array({{{"a", 1}, {"b", "longer"}}, {{"a", 2}, {"b", "x"}}});
     EXPECT_EQ(plain({{"rows", rows}}), "a  b\n1  longer\n2  x\n");
 }
 

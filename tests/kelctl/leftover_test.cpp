@@ -1,6 +1,8 @@
 // Objects of given snapshots, by their names.
 #include "kelctl/leftover.h"
 
+#include "notation/json.h"
+
 #include <gtest/gtest.h>
 
 namespace kelctl
@@ -57,7 +59,7 @@ TEST(Leftover, OnlyTheFirstOfManyAreNamed)
 
 TEST(Leftover, ProgramsGetKindAndNameOfEach)
 {
-    EXPECT_EQ(leftover_fields(small_node()).dump(),
+    EXPECT_EQ(notation::to_json(leftover_fields(small_node())),
               R"([{"kind":"scheduler","name":"0x5c01"},{"kind":"scheduler","name":"0x5c02"},)"
               R"({"kind":"queue","name":"0x5c03"},{"kind":"path","name":"02:00:00:02:00:01"},)"
               R"({"kind":"pcep","name":"7"},{"kind":"group","name":"300"},{"kind":"group","name":"301"},)"

@@ -1,6 +1,8 @@
 // The layout of given rates.
 #include "kelctl/rates_view.h"
 
+#include "notation/json.h"
+
 #include <gtest/gtest.h>
 
 namespace kelctl
@@ -37,7 +39,7 @@ TEST(RatesView, NodeWithoutQueuesAndPcepsHasItsTimeOnly)
 
 TEST(RatesView, ProgramsGetTheSame)
 {
-    EXPECT_EQ(rates_fields(some_rates(), 5).dump(),
+    EXPECT_EQ(notation::to_json(rates_fields(some_rates(), 5)),
               R"({"nanoseconds":5,"queues":[{"port":6,"name":"RLU1P",)"
               R"("sent":{"frames":1,"frames_per_second":2,"kbit_per_second":3},"frames_dropped":4,"frames_waiting":5},)"
               R"({"port":10,"name":"RLU3P","sent":null,"frames_dropped":null,"frames_waiting":null}],)"

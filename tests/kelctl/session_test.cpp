@@ -3,6 +3,8 @@
 
 #include "kelctl/command_line.h"
 #include "kelctl/commands.h"
+#include "kelctl/trace_log.h"
+#include "notation/json.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -45,7 +47,7 @@ TEST_F(Session, ResultIsShownAndGivenBack)
     const result done = carry_out(session, "pcep locate 02:00:00:02:00:01");
     EXPECT_EQ(done.status, exit_done);
     EXPECT_EQ(done.code, 0u);
-    EXPECT_EQ(done.shown["location"], "OB");
+    EXPECT_EQ(done.shown.at("location"), "OB");
     EXPECT_THAT(out, HasSubstr("location       OB\n"));
     EXPECT_EQ(err, "");
 }
@@ -129,7 +131,7 @@ TEST_F(Session, PartsAreShownAtOnceAndKept)
     plain.show_part(whole, {.shown = {{"a", 1}}, .text = "first"}, {});
     EXPECT_EQ(GetCapturedStdout(), "first\n");
     plain.show_part(whole, {.status = exit_operation_failed, .shown = {{"b", 2}}, .text = ""}, {});
-    EXPECT_EQ(whole.shown.dump(), R"({"a":1,"b":2})");
+    EXPECT_EQ(notation::to_json(whole.shown), R"({"a":1,"b":2})");
     EXPECT_EQ(whole.status, exit_operation_failed);
     EXPECT_TRUE(whole.shown_already);
 }

@@ -1,6 +1,8 @@
 // Reading of given documents.
 #include "kelctl/snapshot.h"
 
+#include "notation/document.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -124,9 +126,9 @@ TEST(Snapshot, AnyObjectMakesItNotEmpty)
 
 TEST(Snapshot, OtherDocumentsAreRefused)
 {
-    EXPECT_THROW(read_snapshot("{"), nlohmann::json::exception);
-    EXPECT_THROW(read_snapshot("{}"), nlohmann::json::exception);
-    EXPECT_THROW(read_snapshot("[]"), nlohmann::json::exception);
+    EXPECT_THROW(read_snapshot("{"), notation::document_error);
+    EXPECT_THROW(read_snapshot("{}"), notation::document_error);
+    EXPECT_THROW(read_snapshot("[]"), notation::document_error);
 }
 
 } // namespace

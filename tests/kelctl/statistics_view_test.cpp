@@ -1,6 +1,8 @@
 // Rendering of given counters.
 #include "kelctl/statistics_view.h"
 
+#include "notation/json.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -73,12 +75,12 @@ TEST(StatisticsView, FieldsHaveEveryQueueAndPcep)
     read.queues = {{.port = 6, .stats = std::nullopt}, {.port = 7, .stats = ebcom_queue_stats{}}};
     read.queues[1].stats->octets_rx = 0x1'0000'0005;
     read.pceps = {{7, "lines"}};
-    const fields shown = statistics_fields(read);
+    fields shown = statistics_fields(read);
     EXPECT_EQ(shown["ebcom"], "text");
-    EXPECT_EQ(shown["queues"][0].dump(), R"({"port":6,"name":"RLU1P","counters":null})");
+    EXPECT_EQ(notation::to_json(shown["queues"][0]), R"({"port":6,"name":"RLU1P","counters":null})");
     EXPECT_EQ(shown["queues"][1]["counters"]["octets_rx"], 0x1'0000'0005);
     EXPECT_EQ(shown["queues"][1]["counters"].size(), 10u);
-    EXPECT_EQ(shown["pceps"].dump(), R"([{"id":7,"text":"lines"}])");
+    EXPECT_EQ(notation::to_json(shown["pceps"]), R"([{"id":7,"text":"lines"}])");
 }
 
 } // namespace

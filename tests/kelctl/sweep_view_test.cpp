@@ -1,6 +1,8 @@
 // The layout of a sweep's report.
 #include "kelctl/sweep_view.h"
 
+#include "notation/json.h"
+
 #include <gtest/gtest.h>
 
 namespace kelctl
@@ -24,7 +26,7 @@ sweep_run leaving(sweep_run run, verdict came_out, const char *kind, const char 
 {
     run.came_out = came_out;
     run.left = {kind};
-    run.left_items = {{{"kind", kind}, {"name", "1"}}, {{"kind", kind}, {"name", "2"}}};
+    run.left_items = fields::array({{{"kind", kind}, {"name", "1"}}, {{"kind", kind}, {"name", "2"}}});
     if (why)
         run.whys = {why};
     return run;
@@ -73,10 +75,10 @@ TEST(SweepView, OtherThreadsAndBadEndsAreNamed)
 TEST(SweepFields, TellEveryRun)
 {
     const sweep_report report = {{}, {run_of(1, 3, 13)}, 7};
-    const fields told = sweep_fields(report);
+    fields told = sweep_fields(report);
     EXPECT_EQ(told["planned"], 7);
-    EXPECT_EQ(told["tally"].dump(), R"({"clean":1,"documented":0,"left":0,"crashed":0,"hung":0})");
-    EXPECT_EQ(told["runs"].dump(),
+    EXPECT_EQ(notation::to_json(told["tally"]), R"({"clean":1,"documented":0,"left":0,"crashed":0,"hung":0})");
+    EXPECT_EQ(notation::to_json(told["runs"]),
               R"([{"function":"ork_bind","call":1,"thread":0,"fault_code":0,"persistent":false,"outcome":"clean",)"
               R"("line":3,"operation":null,"code":13,"left":[],"documented":[],"take_down":[]}])");
 }

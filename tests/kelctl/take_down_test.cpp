@@ -2,6 +2,7 @@
 #include "kelctl/take_down.h"
 
 #include "kelctl/standing.h"
+#include "kelctl/trace_log.h"
 #include "script_session.h"
 #include "softnode/softnode.h"
 
