@@ -2,25 +2,15 @@
 #pragma once
 
 #include "kel/kel_core_ic_ebcom.h"
+#include "kelctl/port_knowledge.h"
 #include "kelctl/snapshot.h"
 #include "kelctl/terminal.h"
 
-#include <map>
 #include <optional>
-#include <set>
 #include <string>
 
 namespace kelctl
 {
-
-// What the snapshot cannot tell: which port a queue serves, which destinations were asked for on which port, and how to
-// ask the library for a queue.
-struct port_knowledge {
-    std::map<handle, int32_t> port_of_queue;
-    std::map<int32_t, std::set<mac_address>> destinations;
-    // A destination by which the library finds the queue. None when it finds all of the queue's on others.
-    std::map<handle, mac_address> found_by;
-};
 
 // Interface, parameters, capabilities, timestamp offset and how much there is, one line each. Several of the paths
 // that were added may lead to one destination; how many were is not told when nobody knows.

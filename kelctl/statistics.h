@@ -2,7 +2,7 @@
 #pragma once
 
 #include "kel/kel_core_ic_ebcom.h"
-#include "kelctl/node_view.h"
+#include "kelctl/port_knowledge.h"
 #include "kelctl/session.h"
 
 #include <cstdint>
