@@ -1,11 +1,11 @@
 // kelctl: from the program's arguments to a command, and from its result to the exit status.
-#include "kelctl/command_line.h"
-#include "kelctl/commands.h"
-#include "kelctl/completion.h"
-#include "kelctl/exit_status.h"
-#include "kelctl/result_view.h"
-#include "kelctl/session.h"
-#include "kelctl/terminal.h"
+#include "kelctl/commands/commands.h"
+#include "kelctl/language/command_line.h"
+#include "kelctl/language/completion.h"
+#include "kelctl/session/result_view.h"
+#include "kelctl/session/session.h"
+#include "kelctl/terminal/terminal.h"
+#include "kelctl/values/exit_status.h"
 
 #include <fmt/core.h>
 

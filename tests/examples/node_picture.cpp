@@ -3,10 +3,10 @@
  *
  *     node_picture examples/node.toml
  */
-#include "kelctl/commands.h"
-#include "kelctl/node_lines.h"
-#include "kelctl/result.h"
-#include "kelctl/session.h"
+#include "kelctl/commands/commands.h"
+#include "kelctl/node/node_lines.h"
+#include "kelctl/session/result.h"
+#include "kelctl/session/session.h"
 #include "softnode/softnode.h"
 
 #include <algorithm>

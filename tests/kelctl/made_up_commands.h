@@ -1,8 +1,8 @@
 // A small table of commands that no program has: what knows of commands in general is tested with it.
 #pragma once
 
-#include "kelctl/command.h"
-#include "kelctl/result.h"
+#include "kelctl/language/command.h"
+#include "kelctl/session/result.h"
 
 namespace kelctl
 {

@@ -1,10 +1,10 @@
 // Commands of a script, one after the other in this process, shown to nobody.
 #pragma once
 
-#include "kelctl/command_line.h"
-#include "kelctl/commands.h"
-#include "kelctl/result.h"
-#include "kelctl/session.h"
+#include "kelctl/commands/commands.h"
+#include "kelctl/language/command_line.h"
+#include "kelctl/session/result.h"
+#include "kelctl/session/session.h"
 
 #include <string>
 

@@ -1,10 +1,10 @@
 // Any octets as a node file: read, checked against the rules, and what is sound made into commands.
-#include "kelctl/command_line.h"
-#include "kelctl/command_text.h"
-#include "kelctl/commands.h"
-#include "kelctl/node_file.h"
-#include "kelctl/node_lines.h"
-#include "kelctl/node_rules.h"
+#include "kelctl/commands/commands.h"
+#include "kelctl/language/command_line.h"
+#include "kelctl/language/command_text.h"
+#include "kelctl/node/node_lines.h"
+#include "kelctl/nodefile/node_file.h"
+#include "kelctl/nodefile/node_rules.h"
 
 #include <algorithm>
 #include <cstdint>

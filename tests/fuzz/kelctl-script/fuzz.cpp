@@ -1,11 +1,11 @@
 // Any octets as a script: every line is a command, or told as a problem with its place, and may be completed anywhere.
 // Nothing is carried out.
-#include "kelctl/command_line.h"
-#include "kelctl/command_text.h"
-#include "kelctl/commands.h"
-#include "kelctl/completion.h"
-#include "kelctl/script.h"
-#include "kelctl/undo.h"
+#include "kelctl/commands/commands.h"
+#include "kelctl/jobs/script.h"
+#include "kelctl/language/command_line.h"
+#include "kelctl/language/command_text.h"
+#include "kelctl/language/completion.h"
+#include "kelctl/session/undo.h"
 
 #include <algorithm>
 #include <cstdint>

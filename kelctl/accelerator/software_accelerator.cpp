@@ -1,0 +1,162 @@
+// The weak references to the software accelerator's control functions.
+#include "kelctl/accelerator/software_accelerator.h"
+
+#include "softnode/softnode.h"
+
+#include <cstdlib>
+#include <memory>
+
+// Weak: a program linked to a vendor's libraries has none of these, and their addresses are null.
+extern "C" {
+__attribute__((weak)) char *softnode_faults_add(const char *rules);
+__attribute__((weak)) char *softnode_faults_add_text(const char *file, const char *text, size_t size);
+__attribute__((weak)) char *softnode_faults_json(void);
+__attribute__((weak)) char *softnode_fault_functions_json(void);
+__attribute__((weak)) void softnode_faults_clear(void);
+__attribute__((weak)) uint32_t softnode_faults_release(void);
+__attribute__((weak)) char *softnode_fault_sweep_watched(const softnode_scenario *scenario,
+                                                         softnode_sweep_watcher *watcher);
+__attribute__((weak)) char *softnode_graph_dot(void);
+__attribute__((weak)) char *softnode_limits_json(void);
+__attribute__((weak)) void softnode_reset(void);
+__attribute__((weak)) char *softnode_snapshot_json(void);
+__attribute__((weak)) char *softnode_switch_on(void);
+__attribute__((weak)) int softnode_timing_settle(uint32_t milliseconds);
+__attribute__((weak)) int32_t softnode_traffic_offer(const uint8_t mac[6], uint64_t frames, uint32_t octets_per_frame);
+__attribute__((weak)) int32_t softnode_traffic_send(uint32_t id, uint64_t frames, uint32_t octets_per_frame);
+__attribute__((weak)) void softnode_time_advance(uint64_t nanoseconds);
+__attribute__((weak)) uint64_t softnode_time(void);
+}
+
+namespace kelctl
+{
+namespace
+{
+
+// Takes a text of the accelerator's; none when it has none.
+std::optional<std::string> taken(char *text)
+{
+    const std::unique_ptr<char, void (*)(void *)> owned(text, std::free);
+    return owned ? std::optional<std::string>(owned.get()) : std::nullopt;
+}
+
+// What the accelerator hands through itself: the scenario, and the last note, which it only borrows.
+struct sweep_context {
+    const sweep_scenario &scenario;
+    const sweep_watcher &go_on;
+    std::string note = {};
+};
+
+sweep_context &context_at(void *pointer)
+{
+    return *static_cast<sweep_context *>(pointer);
+}
+
+} // namespace
+
+bool on_software_accelerator()
+{
+    return softnode_reset != nullptr;
+}
+
+std::optional<std::string> switch_on_accelerator()
+{
+    return softnode_switch_on ? taken(softnode_switch_on()) : std::nullopt;
+}
+
+std::optional<std::string> accelerator_limits()
+{
+    return softnode_limits_json ? taken(softnode_limits_json()) : std::nullopt;
+}
+
+std::optional<std::string> accelerator_snapshot()
+{
+    return softnode_snapshot_json ? taken(softnode_snapshot_json()) : std::nullopt;
+}
+
+offered offer_frames(const mac_address &to, uint64_t frames, uint32_t octets)
+{
+    return softnode_traffic_offer(to.octets.data(), frames, octets) == 0 ? offered::taken : offered::unknown;
+}
+
+offered send_frames(uint32_t from, uint64_t frames, uint32_t octets)
+{
+    return softnode_traffic_send(from, frames, octets) == 0 ? offered::taken : offered::unknown;
+}
+
+void advance_virtual_time(uint64_t by)
+{
+    softnode_time_advance(by);
+}
+
+uint64_t virtual_time()
+{
+    return softnode_time();
+}
+
+bool timing_settled(uint32_t milliseconds)
+{
+    return softnode_timing_settle && softnode_timing_settle(milliseconds) == 1;
+}
+
+std::optional<std::string> add_accelerator_faults(const std::string &rules)
+{
+    return taken(softnode_faults_add(rules.c_str()));
+}
+
+std::optional<std::string> add_accelerator_faults_of(const std::string &file, const std::string &text)
+{
+    return taken(softnode_faults_add_text(file.c_str(), text.data(), text.size()));
+}
+
+std::string accelerator_faults()
+{
+    return taken(softnode_faults_json()).value_or("[]");
+}
+
+std::string accelerator_fault_functions()
+{
+    return taken(softnode_fault_functions_json()).value_or("[]");
+}
+
+void clear_accelerator_faults()
+{
+    softnode_faults_clear();
+}
+
+uint32_t release_accelerator_faults()
+{
+    return softnode_faults_release();
+}
+
+std::optional<std::string> accelerator_graph()
+{
+    return softnode_graph_dot ? taken(softnode_graph_dot()) : std::nullopt;
+}
+
+void reset_accelerator()
+{
+    softnode_reset();
+}
+
+std::optional<std::string> sweep_accelerator(const sweep_scenario &scenario, const sweep_watcher &go_on)
+{
+    sweep_context context = {scenario, go_on};
+    const softnode_scenario handed = {
+        .run = [](void *pointer) { return context_at(pointer).scenario.run(); },
+        .clean_up = [](void *pointer) { context_at(pointer).scenario.clean_up(); },
+        .describe =
+            [](void *pointer) {
+                sweep_context &told = context_at(pointer);
+                told.note = told.scenario.note();
+                return told.note.c_str();
+            },
+        .context = &context,
+        .time_limit = scenario.time_limit,
+    };
+    return taken(softnode_fault_sweep_watched(&handed, [](void *pointer, size_t done, size_t planned) {
+        return context_at(pointer).go_on(done, planned) ? 1 : 0;
+    }));
+}
+
+} // namespace kelctl

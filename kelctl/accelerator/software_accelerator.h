@@ -1,0 +1,76 @@
+// The software accelerator's own services, where the process runs on it. The only place that knows softnode.h.
+//
+// On a vendor's platform there are none of them. Commands that need them say so in their row of the table, and are not
+// carried out there; whatever else asks gets nothing.
+#pragma once
+
+#include "kelctl/values/mac_address.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace kelctl
+{
+
+// Whether the process runs on it.
+bool on_software_accelerator();
+
+// What is wrong with the fault rules of the environment: the accelerator ends the process when it is used.
+std::optional<std::string> switch_on_accelerator();
+
+// How many objects of each kind the node has room for, as a JSON document.
+std::optional<std::string> accelerator_limits();
+
+// Everything that the node holds, as a JSON document.
+std::optional<std::string> accelerator_snapshot();
+
+// Waits until the timestamp thread has done all that there was to do, or has ended. False when that cannot be told
+// here, or did not come within the time.
+bool timing_settled(uint32_t milliseconds);
+
+// ---- Only on the software accelerator ----
+
+// What is wrong with the rules; then none was added. Of the text of a file: FILE:LINE:COLUMN: message.
+std::optional<std::string> add_accelerator_faults(const std::string &rules);
+std::optional<std::string> add_accelerator_faults_of(const std::string &file, const std::string &text);
+
+std::string accelerator_faults();          // rules with hits, a JSON array
+std::string accelerator_fault_functions(); // what a rule may name, a JSON array
+void clear_accelerator_faults();
+uint32_t release_accelerator_faults(); // how many calls were blocked
+
+// A picture of the node for Graphviz. None where the accelerator draws none.
+std::optional<std::string> accelerator_graph();
+
+void reset_accelerator();
+
+// Told how many runs of a sweep are over, and how many there are to be.
+using sweep_watcher = std::function<bool(size_t done, size_t planned)>;
+
+// A run of a fault sweep and what follows it, both in a child process. `note` goes into the report.
+struct sweep_scenario {
+    std::function<uint32_t()> run;
+    std::function<void()> clean_up;
+    std::function<std::string()> note;
+    uint32_t time_limit; // milliseconds for one run
+};
+
+// The sweep's report, a JSON document; none when no child process can be made. `go_on` is asked in front of each run:
+// false ends the sweep.
+std::optional<std::string> sweep_accelerator(const sweep_scenario &scenario, const sweep_watcher &go_on);
+
+// What an offering met: the accelerator knows the destination or sender, or it does not.
+enum class offered { taken, unknown };
+
+// Offers frames at this instant: for a destination, or of a PCEP or a multicast group.
+offered offer_frames(const mac_address &to, uint64_t frames, uint32_t octets);
+offered send_frames(uint32_t from, uint64_t frames, uint32_t octets);
+
+// Nanoseconds.
+void advance_virtual_time(uint64_t by);
+uint64_t virtual_time();
+
+} // namespace kelctl

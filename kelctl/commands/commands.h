@@ -1,0 +1,26 @@
+// The program's own commands: its families of rows, and the table that commands.cpp makes of them.
+#pragma once
+
+#include "kelctl/language/command.h"
+
+#include <vector>
+
+namespace kelctl
+{
+
+const command_table &commands();
+
+std::vector<command> node_commands();        // up, check, plan
+std::vector<command> table_commands();       // ports, codes, limits
+std::vector<command> session_commands();     // run, shell, help, exit, quit
+std::vector<command> ebcom_commands();       // service, parameters, interface, timestamp
+std::vector<command> path_commands();        // paths, shapers, schedulers, handles
+std::vector<command> pcep_commands();        // PCEPs and multicast groups
+std::vector<command> statistics_commands();  // counters of everything
+std::vector<command> traffic_commands();     // traffic and time of the software accelerator
+std::vector<command> trace_commands();       // messages, trace point, abort
+std::vector<command> accelerator_commands(); // snapshot, graph, reset of the software accelerator
+std::vector<command> fault_commands();       // its fault rules
+std::vector<command> sweep_commands();       // every fault of a script
+
+} // namespace kelctl

@@ -1,0 +1,152 @@
+// The EBCOM service: start and stop, parameters, capabilities, the interface, the timestamp offset.
+#include "kel/kel_core_ic_ebcom.h"
+#include "kelctl/commands/commands.h"
+#include "kelctl/session/session.h"
+#include "kelctl/values/limits.h"
+#include "kelctl/values/mp_id.h"
+
+#include <fmt/core.h>
+
+#include <array>
+#include <limits>
+
+namespace kelctl
+{
+namespace
+{
+
+constexpr range cycles_range = {std::numeric_limits<int64_t>::min(), std::numeric_limits<int64_t>::max(),
+                                "64 bits with a sign"};
+
+result set_mp_id(const invocation &asked, session &)
+{
+    const auto id = asked.given.number<uint8_t>("MPID");
+    if (adopt_mp_id(id))
+        return {};
+    return refused(fmt::format("the MP id cannot become {}: it is {} in this process already, and the library keeps it",
+                               id, own_mp_id()));
+}
+
+result set_parameters(const invocation &asked, session &session)
+{
+    const auto &numbers = asked.given.get<std::vector<uint32_t>>("--settings");
+    const std::array<uint8_t, 2> settings = {static_cast<uint8_t>(numbers[0]), static_cast<uint8_t>(numbers[1])};
+    const kel_ebcom_global_params params = {asked.given.number<uint32_t>("--mtu"),
+                                            asked.given.number<uint32_t>("--ether-type")};
+    return session.call(asked, kel_core_ic_ebcom_global_param_set, input("params", params),
+                        input("settings", settings));
+}
+
+result show_capabilities(const invocation &asked, session &session)
+{
+    kel_ebcom_capabilities capabilities{};
+    result done = session.call(asked, kel_core_ic_ebcom_capabilities_get, output(capabilities));
+    done.shown = {{"max_burst_size", capabilities.max_burst_size},
+                  {"max_pcep_id", capabilities.max_pcep_id},
+                  {"max_multicast_groups", capabilities.max_multicast_groups},
+                  {"max_multicast_members", capabilities.max_multicast_members}};
+    return done;
+}
+
+result create_interface(const invocation &asked, session &session)
+{
+    kel_vsi_t vsi = 0;
+    uint16_t out = 0;
+    result done = session.call(asked, kel_core_ic_ebcom_interface_create, output(vsi), output(out));
+    if (done.code == 0)
+        done.shown = {{"vsi", vsi}};
+    return done;
+}
+
+result start(const invocation &asked, session &session)
+{
+    result done = session.call(asked, kel_core_ic_ebcom_start);
+    session.timed = session.timed || done.code == 0;
+    return done;
+}
+
+// What stops, forgets the paths whatever it answers.
+template <uint32_t (*Function)()> result stop(const invocation &asked, session &session)
+{
+    session.paths.clear();
+    return session.call(asked, Function);
+}
+
+result convert_offset(const invocation &asked, session &session)
+{
+    int64_t offset = 0;
+    result done = session.call(asked, kel_ic_ebcom_cycles_to_ork_timestamp_offset,
+                               value("cycles", asked.given.number<int64_t>("--cycles")),
+                               value("frequency", asked.given.number<uint32_t>("--frequency")), output(offset));
+    done.shown = {{"ork_timestamp_offset", offset}};
+    return done;
+}
+
+} // namespace
+
+std::vector<command> ebcom_commands()
+{
+    return {
+        {.name = "mpid",
+         .variants = {{.run = set_mp_id}},
+         .help = "Set the own MP id, by which the library knows its processor",
+         .details = "The library reads it once and keeps it for as long as the process lives.",
+         .arguments = {{.name = "MPID", .kind = number(mpid_range), .help = "own MP id"}},
+         .example = "mpid 5"},
+        {.name = "ebcom params set",
+         .variants = {{"kel_core_ic_ebcom_global_param_set", set_parameters}},
+         .help = "Set the service-wide Ethernet parameters",
+         .arguments = {{.name = "--mtu", .kind = number(mtu_range, dword_range), .help = "MTU of the IC ports"},
+                       {.name = "--ether-type",
+                        .kind = number(ether_type_range, dword_range),
+                        .help = "of EBCOM frames"},
+                       {.name = "--settings", .kind = octets(2, setting_range), .help = "two 4-bit values"}},
+         .example = "ebcom params set --mtu 1500 --ether-type 0x88b5 --settings 1,2"},
+        {.name = "ebcom capabilities",
+         .variants = {{"kel_core_ic_ebcom_capabilities_get", show_capabilities}},
+         .help = "Show the fixed limits of the service",
+         .example = "ebcom capabilities"},
+        {.name = "ebcom interface create",
+         .variants = {{"kel_core_ic_ebcom_interface_create", create_interface}},
+         .help = "Create the EBCOM interface",
+         .example = "ebcom interface create",
+         .undo = "ebcom interface delete",
+         .makes = {.one = "interface", .undone = "deleted"},
+         .failure_leaves_something = true},
+        {.name = "ebcom interface delete",
+         .variants = {{"kel_core_ic_ebcom_interface_delete", call_plainly<kel_core_ic_ebcom_interface_delete>}},
+         .help = "Delete the EBCOM interface",
+         .example = "ebcom interface delete"},
+        {.name = "ebcom start",
+         .variants = {{"kel_core_ic_ebcom_start", start}},
+         .help = "Start the service: timestamp thread and scheduler tree",
+         .example = "ebcom start",
+         .undo = "ebcom stop",
+         .makes = {.one = "EBCOM service", .undone = "stopped"},
+         .failure_leaves_something = true},
+        {.name = "ebcom stop",
+         .variants = {{"kel_core_ic_ebcom_stop", stop<kel_core_ic_ebcom_stop>}},
+         .help = "Stop the service: release queues and schedulers",
+         .details = "Remove all paths first: those left in the driver kit cannot be deleted any more.",
+         .example = "ebcom stop"},
+        {.name = "ebcom timestamp offset",
+         .variants = {{"kel_ic_ebcom_cycles_to_ork_timestamp_offset", convert_offset}},
+         .help = "Convert a timing-unit reading into a timestamp offset",
+         .arguments = {{.name = "--cycles", .kind = number(cycles_range), .help = "cycle count of the reading"},
+                       {.name = "--frequency", .kind = number(dword_range), .help = "clock frequency of it"}},
+         .example = "ebcom timestamp offset --cycles 40 --frequency 250000"},
+        {.name = "ebcom qos init",
+         .variants = {{"kel_ic_ebcom_init_qos", call_plainly<kel_ic_ebcom_init_qos>}},
+         .help = "Build the scheduler tree, a part of the start",
+         .example = "ebcom qos init",
+         .undo = "ebcom qos deinit",
+         .makes = {.one = "scheduler tree", .undone = "released"},
+         .failure_leaves_something = true},
+        {.name = "ebcom qos deinit",
+         .variants = {{"kel_ic_ebcom_deinit_qos", stop<kel_ic_ebcom_deinit_qos>}},
+         .help = "Release queues and schedulers, a part of the stop",
+         .example = "ebcom qos deinit"},
+    };
+}
+
+} // namespace kelctl

@@ -1,0 +1,137 @@
+// Fault rules of the software accelerator: which closed calls fail, take their time or block.
+#include "kelctl/accelerator/software_accelerator.h"
+#include "kelctl/commands/commands.h"
+#include "kelctl/node/load_node_file.h"
+#include "kelctl/session/result.h"
+#include "kelctl/terminal/text.h"
+#include "kelctl/values/file_text.h"
+#include "notation/json.h"
+
+#include <fmt/core.h>
+
+#include <cstdio>
+#include <utility>
+
+namespace kelctl
+{
+namespace
+{
+
+constexpr std::string_view add_details =
+    R"(A rule is FUNCTION[:CALL[*TIMES]]=EFFECT[,EFFECT]. CALL counts the function's
+calls from now on. Effects are a code to return, "latency:250us" of virtual
+time, and "block", for functions of the timing unit, until "fault release". Of
+the rules that one call meets, the one added first counts.
+
+A file has rules in lines; # begins a comment. When one rule is wrong, none is
+added.)";
+
+// The accelerator tells of a file as FILE:LINE:COLUMN: message.
+input_error error_in(const std::string &file, std::string told)
+{
+    input_error error = {.message = std::move(told), .file = file};
+    if (!error.message.starts_with(file + ":"))
+        return error;
+    error.message.erase(0, file.size() + 1);
+    int read = 0;
+    if (std::sscanf(error.message.c_str(), "%u:%u:%n", &error.at.line, &error.at.column, &read) != 2)
+        error.at = whole_file;
+    error.message.erase(0, error.message.find_first_not_of(' ', static_cast<size_t>(read)));
+    return error;
+}
+
+result add_file(const std::string &file)
+{
+    problem_list unreadable;
+    const std::string text = text_of_file(file, unreadable);
+    if (!unreadable.empty())
+        return wrong_input(file, errors_of(file, std::move(unreadable)), "no rule was added");
+    if (auto wrong = add_accelerator_faults_of(file, text))
+        return wrong_input(file, {error_in(file, std::move(*wrong))}, "no rule was added");
+    return {};
+}
+
+result add_faults(const invocation &asked, session &)
+{
+    const auto &rules = asked.given.get<std::vector<std::string>>("RULE");
+    const bool from_file = asked.given.has("--file");
+    if (rules.empty() != from_file)
+        return {.status = exit_wrong_input,
+                .errors = {{from_file ? "rules come from the command or from --file, not from both"
+                                      : "a RULE or --file is required"}}};
+    if (from_file)
+        return add_file(asked.given.text("--file"));
+    if (auto wrong = add_accelerator_faults(joined(rules, ";")))
+        return {.status = exit_wrong_input, .errors = {{std::move(*wrong)}}};
+    return {};
+}
+
+result list_faults(const invocation &, session &)
+{
+    result done;
+    done.shown = {{"rules", notation::read_json(accelerator_faults())}};
+    return done;
+}
+
+result clear_faults(const invocation &, session &)
+{
+    clear_accelerator_faults();
+    return {};
+}
+
+result release_calls(const invocation &, session &)
+{
+    result done;
+    done.shown = {{"released", release_accelerator_faults()}};
+    return done;
+}
+
+result list_functions(const invocation &, session &)
+{
+    result done;
+    done.shown = {{"functions", notation::read_json(accelerator_fault_functions())}};
+    return done;
+}
+
+} // namespace
+
+std::vector<command> fault_commands()
+{
+    return {
+        {.name = "fault add",
+         .variants = {{.run = add_faults}},
+         .help = "Let calls of the driver kit and its companions fail",
+         .details = add_details,
+         .arguments = {{.name = "--file", .kind = file(), .help = "rules from a file instead", .required = false},
+                       {.name = "RULE",
+                        .kind = text(),
+                        .help = "which calls, and what becomes of them",
+                        .required = false,
+                        .repeated = true}},
+         .example = "fault add ork_ebcom_pcep_path_create:3=-4 kel_init_attach:2*3=10",
+         .needs_accelerator = true},
+        {.name = "fault list",
+         .variants = {{.run = list_faults}},
+         .help = "Show the rules, and how many calls met each",
+         .example = "fault list",
+         .needs_accelerator = true},
+        {.name = "fault clear",
+         .variants = {{.run = clear_faults}},
+         .help = "Forget all rules, and let blocked calls go on",
+         .example = "fault clear",
+         .needs_accelerator = true},
+        {.name = "fault release",
+         .variants = {{.run = release_calls}},
+         .help = "Let the calls go on that a rule blocks at this moment",
+         .example = "fault release",
+         .needs_accelerator = true},
+        {.name = "fault functions",
+         .variants = {{.run = list_functions}},
+         .help = "List what a rule may name, and the codes of a sweep",
+         .example = "fault functions",
+         .needs_accelerator = true,
+         .offline = true},
+    };
+}
+
+} // namespace kelctl

@@ -1,0 +1,144 @@
+// Whole nodes from their files.
+#include "kelctl/commands/commands.h"
+#include "kelctl/jobs/up.h"
+#include "kelctl/language/command_text.h"
+#include "kelctl/node/load_node_file.h"
+#include "kelctl/node/node_lines.h"
+#include "kelctl/session/result.h"
+#include "kelctl/session/undo.h"
+#include "kelctl/values/limits.h"
+
+#include <fmt/core.h>
+
+#include <utility>
+
+namespace kelctl
+{
+namespace
+{
+
+const argument node_file_argument = {.name = "FILE", .kind = file(), .help = "node file (TOML)"};
+
+constexpr std::string_view up_details = R"(The whole file is checked first. Every problem is printed as
+file:line:column: message, and then nothing is started.
+
+A failing operation is printed with its arguments, its code, who refused and its
+trace records. What stands by then is taken down again, in reverse order, and it
+is told what was undone, what could not be, and what the accelerator still has.
+With --keep it is left standing instead; on the software accelerator, which ends
+with kelctl, --hold gives time to look at it. --trace prints every record on
+standard error, one line each: event, domain, message, location.
+
+--watch lets the traffic of the file's [[traffic]] tables pass in virtual time,
+which is as fast as real time unless --step or --interval say otherwise. Rates
+are those of the last step. On a terminal they are drawn over each other;
+elsewhere every step has a block of its own, or with --json a line.
+
+Ctrl-C takes down what stands. A second one ends kelctl at once. --hold and
+--watch end as well when the reader of standard output goes away.)";
+
+constexpr range interval_range = {0, 3'600'000'000'000, "0 s to 3600 s"};
+
+result check(const invocation &asked, session &)
+{
+    const std::string &name = asked.given.text("FILE");
+    auto [node, errors] = load_node_file(name);
+    if (!node)
+        return wrong_input(name, std::move(errors), "nothing was started");
+    result sound;
+    sound.shown = {{"paths", path_count(*node)},
+                   {"pceps", node->pceps.size()},
+                   {"multicast_groups", node->groups.size()},
+                   {"traffic", node->traffic.size()}};
+    return sound;
+}
+
+// What takes down what the lines make, from the last to the first.
+std::vector<invocation> undo_of_all(const std::vector<invocation> &lines, const command_table &table)
+{
+    std::vector<invocation> undo;
+    for (auto line = lines.rbegin(); line != lines.rend(); ++line)
+        if (auto one = undo_of(*line, table))
+            undo.push_back(std::move(*one));
+    return undo;
+}
+
+fields texts_of(const std::vector<invocation> &lines)
+{
+    fields texts = fields::array();
+    for (const invocation &line : lines)
+        texts.push_back(text_of(line));
+    return texts;
+}
+
+std::string script_of(std::string_view comment, const fields &lines)
+{
+    std::string script = fmt::format("# {}\n", comment);
+    for (const fields &line : lines)
+        script += line.text() + "\n";
+    return script;
+}
+
+result plan(const invocation &asked, session &session)
+{
+    const std::string &name = asked.given.text("FILE");
+    auto [node, errors] = load_node_file(name);
+    if (!node)
+        return wrong_input(name, std::move(errors), "nothing was planned");
+    const std::vector<invocation> lines = lines_of(*node, session.table);
+    fields up = texts_of(lines);
+    fields down = texts_of(undo_of_all(lines, session.table));
+    result planned;
+    planned.text = script_of("Up", up) + "\n" + script_of("Down", down);
+    planned.shown = {{"up", std::move(up)}, {"down", std::move(down)}};
+    return planned;
+}
+
+} // namespace
+
+std::vector<command> node_commands()
+{
+    return {
+        {.name = "up",
+         .variants = {{.run = up}},
+         .help = "Bring a node up, show what stands, take it down again",
+         .details = up_details,
+         .arguments = {node_file_argument,
+                       {.name = "--hold", .kind = flag(), .help = "take it down on Ctrl-C or SIGTERM only"},
+                       {.name = "--watch",
+                        .kind = flag(),
+                        .help = "let the file's traffic pass and show counters and rates"},
+                       {.name = "--interval",
+                        .kind = duration(interval_range),
+                        .help = "from one redrawing to the next; 200ms unless given",
+                        .required = false,
+                        .needs = "--watch"},
+                       {.name = "--step",
+                        .kind = duration(period_range),
+                        .help = "virtual time that passes between; 200ms unless given",
+                        .required = false,
+                        .needs = "--watch"},
+                       {.name = "--for",
+                        .kind = duration(period_range),
+                        .help = "end the watch after so much virtual time",
+                        .required = false,
+                        .needs = "--watch"},
+                       {.name = "--keep", .kind = flag(), .help = "leave standing what stands when a step fails"}},
+         .example = "up examples/node.toml --hold",
+         .places = {place::program}},
+        {.name = "check",
+         .variants = {{.run = check}},
+         .help = "Check a node file and do nothing else",
+         .arguments = {node_file_argument},
+         .example = "check examples/node.toml",
+         .offline = true},
+        {.name = "plan",
+         .variants = {{.run = plan}},
+         .help = "Show what up does as a script, which run carries out",
+         .arguments = {node_file_argument},
+         .example = "plan examples/node.toml",
+         .offline = true},
+    };
+}
+
+} // namespace kelctl

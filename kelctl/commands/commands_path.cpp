@@ -1,0 +1,227 @@
+// Paths, the shapers and queues underneath, and what is looked up by a destination.
+#include "kel/kel_core_ic_ebcom.h"
+#include "kelctl/commands/commands.h"
+#include "kelctl/input/interruption.h"
+#include "kelctl/session/session.h"
+#include "kelctl/values/ic_port.h"
+#include "kelctl/values/limits.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <iterator>
+#include <set>
+
+namespace kelctl
+{
+namespace
+{
+
+constexpr std::string_view qos_dump_file = "/tmp/KEL_DUMP_EBCOM_QOS_HANDLE_FILENAME";
+
+// An unshaped queue's threshold is the library's own.
+constexpr std::string_view unshaped_threshold = "5000 KiB";
+
+const argument destination = {.name = "MAC", .kind = mac(), .help = "address of the destination"};
+const argument through_port = {.name = "--port", .kind = ebcom_port(), .help = "IC port"};
+
+const argument path_count = {.name = "--count",
+                             .kind = number(path_count_range),
+                             .help = "so many paths, to addresses that count up from MAC; 1 unless given",
+                             .required = false};
+
+// Of a path, or of the part of it that `last` is not for.
+std::vector<argument> shaped(std::vector<argument> last = {})
+{
+    std::vector<argument> all = {destination,
+                                 through_port,
+                                 {.name = "--rate",
+                                  .kind = rate(),
+                                  .help = "shape the port's queue to this rate",
+                                  .required = false,
+                                  .needs = "--burst"},
+                                 {.name = "--burst",
+                                  .kind = burst(),
+                                  .help = "largest burst of the shaped queue",
+                                  .required = false,
+                                  .needs = "--rate"},
+                                 {.name = "--threshold",
+                                  .kind = threshold(),
+                                  .help = "how much may wait in the shaped queue",
+                                  .required = false,
+                                  .otherwise = std::string(unshaped_threshold),
+                                  .needs = "--rate"},
+                                 {.name = "--shaping",
+                                  .kind = only_raw(octet_range),
+                                  .help = "with --raw: whether there is any, 1 unless given",
+                                  .required = false,
+                                  .needs = "--rate"}};
+    std::ranges::move(last, std::back_inserter(all));
+    return all;
+}
+
+constexpr std::string_view shaping_details =
+    R"(Without --rate and --burst the queue is not shaped. A port has one queue: every
+path on it has to ask for the same shaping.)";
+
+kel_ebcom_path_config path_of(const arguments &given)
+{
+    kel_ebcom_path_config path{};
+    std::ranges::copy(given.mac("MAC").octets, path.dst_mac);
+    path.iell_port = given.number<int32_t>("--port");
+    if (!given.has("--rate"))
+        return path;
+    path.shaping_enabled = given.has("--shaping") ? given.number<uint8_t>("--shaping") : uint8_t{1};
+    path.shaping_rate = given.number<uint32_t>("--rate");
+    path.burst_size = given.number<uint32_t>("--burst");
+    path.buffer_threshold = given.number<uint32_t>("--threshold") / threshold_block;
+    return path;
+}
+
+// What becomes of a path among those that the session remembers.
+using change = void (*)(asked_paths &paths, const kel_ebcom_path_config &path);
+
+void added(asked_paths &paths, const kel_ebcom_path_config &path)
+{
+    paths.add(path);
+}
+
+void removed(asked_paths &paths, const kel_ebcom_path_config &path)
+{
+    paths.remove(path);
+}
+
+// One path after the other, each as if it were asked for by itself.
+result change_paths(const invocation &asked, session &session)
+{
+    const mac_address first = asked.given.mac("MAC");
+    const auto count = asked.given.number<uint32_t>("--count");
+    if (count - 1 > addresses_after(first))
+        return {.status = exit_wrong_input,
+                .errors = {{fmt::format("--count: only {} more addresses follow {} in its last three octets",
+                                        addresses_after(first), to_text(first))}}};
+    invocation one = asked;
+    one.given.erase("--count");
+    for (uint32_t i = 0; i < count; ++i) {
+        if (interrupted())
+            return {.status = exit_operation_failed,
+                    .remark = fmt::format("interrupted after {} of {} paths", i, count)};
+        one.given.set("MAC", counted_up(first, i));
+        if (result done = session.perform(one); done.status != exit_done)
+            return done;
+    }
+    return {.code = 0};
+}
+
+template <uint32_t (*Function)(const kel_ebcom_path_config *), change Change>
+result change_path(const invocation &asked, session &session)
+{
+    if (asked.given.has("--count"))
+        return change_paths(asked, session);
+    const kel_ebcom_path_config path = path_of(asked.given);
+    result done = session.call(asked, Function, input("config", path));
+    if (done.code == 0)
+        Change(session.paths, path);
+    return done;
+}
+
+template <uint32_t (*Function)(const kel_ebcom_path_config *, ork_ebcom_pcep_path *), change Change>
+result change_shaper(const invocation &asked, session &session)
+{
+    const kel_ebcom_path_config config = path_of(asked.given);
+    ork_ebcom_pcep_path path{};
+    result done = session.call(asked, Function, input("config", config), output(path));
+    if (done.code == 0)
+        Change(session.paths, config);
+    if (path.queue_hdl)
+        done.shown = fields{{"queue_handle", fmt::format("{}", path.queue_hdl)}};
+    return done;
+}
+
+template <uint32_t (*Function)(const uint8_t *, void **), std::set<uint64_t> known_words::*Handles>
+result look_up_handle(const invocation &asked, session &session)
+{
+    void *handle = nullptr;
+    result done = session.call(asked, Function, input("dst_mac", asked.given.mac("MAC")), output(handle));
+    if (done.code == 0) {
+        done.shown = fields{{"handle", fmt::format("{}", handle)}};
+        (session.known.*Handles).insert(reinterpret_cast<uint64_t>(handle));
+    }
+    return done;
+}
+
+result check_port_channel(const invocation &asked, session &session)
+{
+    const auto port = asked.given.number<int32_t>("PORT");
+    uint8_t channel = 0;
+    result done = session.call(asked, kel_ic_ebcom_port_to_mac_chan, value("iell_port", port), output(channel));
+    // The library has no mapping: what it accepts it leaves as it was.
+    done.shown = {{"port", port_text(port)}, {"accepted", done.code == 0}};
+    return done;
+}
+
+result dump_handles(const invocation &asked, session &session)
+{
+    result done = session.call(asked, kel_core_ic_ebcom_qos_handle_dump);
+    if (done.code == 0)
+        done.shown = {{"file", qos_dump_file}};
+    return done;
+}
+
+} // namespace
+
+std::vector<command> path_commands()
+{
+    return {
+        {.name = "ebcom path add",
+         .variants = {{"kel_core_ic_ebcom_path_add", change_path<kel_core_ic_ebcom_path_add, added>}},
+         .help = "Add a path from an IC port to a destination",
+         .details = shaping_details,
+         .arguments = shaped({path_count}),
+         .example = "ebcom path add 02:00:02:02:00:01 --port RLU1P --rate 100000 --burst 4096",
+         .undo = "ebcom path remove",
+         .makes = {"path", "paths", "removed"}},
+        {.name = "ebcom path remove",
+         .variants = {{"kel_core_ic_ebcom_path_rem", change_path<kel_core_ic_ebcom_path_rem, removed>}},
+         .help = "Remove one path to a destination",
+         .arguments = {destination, through_port, path_count},
+         .example = "ebcom path remove 02:00:02:02:00:01 --port RLU1P"},
+        {.name = "ebcom shaper add",
+         .variants = {{"kel_ic_ebcom_add_shaper", change_shaper<kel_ic_ebcom_add_shaper, added>}},
+         .help = "Take a reference on a port's queue, a part of path add",
+         .details = shaping_details,
+         .arguments = shaped(),
+         .example = "ebcom shaper add 02:00:02:02:00:02 --port RLU1Q",
+         .undo = "ebcom shaper remove",
+         .makes = {"shaper", "shapers", "removed"}},
+        {.name = "ebcom shaper remove",
+         .variants = {{"kel_ic_ebcom_remove_shaper", change_shaper<kel_ic_ebcom_remove_shaper, removed>}},
+         .help = "Give a reference on a port's queue back",
+         .arguments = {destination, through_port},
+         .example = "ebcom shaper remove 02:00:02:02:00:02 --port RLU1Q"},
+        {.name = "ebcom queue handle",
+         .variants = {{"kel_ic_ebcom_queue_handle_get",
+                       look_up_handle<kel_ic_ebcom_queue_handle_get, &known_words::queues>}},
+         .help = "Show the queue that carries a destination",
+         .arguments = {destination},
+         .example = "ebcom queue handle 02:00:02:02:00:01"},
+        {.name = "ebcom scheduler handle",
+         .variants = {{"kel_ic_ebcom_scheduler_handle_get",
+                       look_up_handle<kel_ic_ebcom_scheduler_handle_get, &known_words::schedulers>}},
+         .help = "Show the scheduler above that queue",
+         .arguments = {destination},
+         .example = "ebcom scheduler handle 02:00:02:02:00:01"},
+        {.name = "ebcom port channel",
+         .variants = {{"kel_ic_ebcom_port_to_mac_chan", check_port_channel}},
+         .help = "Ask for the MAC channel of an IC port",
+         .details = "There is no mapping of ports to channels: every port but 0 is accepted.",
+         .arguments = {{.name = "PORT", .kind = port(), .help = "IC port"}},
+         .example = "ebcom port channel RLU1P"},
+        {.name = "ebcom qos dump",
+         .variants = {{"kel_core_ic_ebcom_qos_handle_dump", dump_handles}},
+         .help = "Write all scheduler and queue handles to a file in /tmp",
+         .example = "ebcom qos dump"},
+    };
+}
+
+} // namespace kelctl

@@ -1,0 +1,96 @@
+// The message formatter, the trace point without effect, and the fatal path.
+#include "kel/kel_trace.h"
+#include "kelctl/commands/commands.h"
+#include "kelctl/session/session.h"
+#include "kelctl/values/limits.h"
+
+#include <cstdarg>
+
+namespace kelctl
+{
+namespace
+{
+
+constexpr const char *prefix_format = "%s(): ";
+
+// The list of values is what this variant is about: it can be made only from arguments.
+[[gnu::format(printf, 3, 4)]] char *format_list(const char *before, const char *prefix, const char *body, ...)
+{
+    va_list values;
+    va_start(values, body);
+    char *const message = kel_trace_internal_vformat_str(before, prefix, body, values);
+    va_end(values);
+    return message;
+}
+
+template <char *(*Function)(const char *, const char *, const char *, ...)>
+result format_message(const invocation &asked, session &session)
+{
+    const std::string &body = asked.given.text("TEXT");
+    const char *prefix = asked.given.has("--prefix") ? asked.given.text("--prefix").c_str() : nullptr;
+    std::string message;
+    result done = session.call(asked, [&] {
+        message = Function(prefix_format, prefix, "%s", body.c_str());
+        return 0u;
+    });
+    done.text = message;
+    done.shown = fields{{"message", message}};
+    return done;
+}
+
+result pass_trace_point(const invocation &asked, session &session)
+{
+    return session.call(asked, [] {
+        kel_tracepoint();
+        return 0u;
+    });
+}
+
+result abort_node(const invocation &asked, session &session)
+{
+    const auto line = asked.given.number<uint32_t>("--line");
+    const char *const file = asked.given.text("--file").c_str();
+    const char *const reason = asked.given.text("REASON").c_str();
+    return session.call(asked, [=] {
+        kel_abort_internal_abort(line, file, "%s", reason);
+        return 0u;
+    });
+}
+
+} // namespace
+
+std::vector<command> trace_commands()
+{
+    return {
+        {.name = "trace message",
+         .variants = {{"kel_trace_internal_format_str", format_message<kel_trace_internal_format_str>, "values"},
+                      {"kel_trace_internal_vformat_str", format_message<format_list>, "list"}},
+         .help = "Format a message as trace records are",
+         .arguments =
+             {{.name = "TEXT", .kind = text(), .help = "of the message; cut at 1023 characters"},
+              {.name = "--prefix", .kind = text(), .help = "name of a function to stand before it", .required = false}},
+         .example = "trace message 'port=6' --prefix bring_up"},
+        {.name = "trace point",
+         .variants = {{"kel_tracepoint", pass_trace_point}},
+         .help = "Pass the trace point, which does nothing",
+         .example = "trace point"},
+        {.name = "abort",
+         .variants = {{"kel_abort_internal_abort", abort_node}},
+         .help = "Ask the node's restart service for a restart",
+         .details = "The service decides; the command itself goes on.",
+         .arguments = {{.name = "REASON", .kind = text(), .help = "cut at 127 characters"},
+                       {.name = "--file",
+                        .kind = text(),
+                        .help = "source file of the request",
+                        .required = false,
+                        .otherwise = "kelctl"},
+                       {.name = "--line",
+                        .kind = number(dword_range),
+                        .help = "source line of the request",
+                        .required = false,
+                        .otherwise = "0"}},
+         .example = "abort 'out of memory' --file main.c --line 12"},
+    };
+}
+
+} // namespace kelctl

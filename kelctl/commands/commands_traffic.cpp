@@ -1,0 +1,180 @@
+// Virtual traffic, and the virtual time in which it passes. Both are the software accelerator's.
+#include "kelctl/accelerator/software_accelerator.h"
+#include "kelctl/commands/commands.h"
+#include "kelctl/input/interruption.h"
+#include "kelctl/session/session.h"
+#include "kelctl/terminal/progress.h"
+#include "kelctl/terminal/terminal.h"
+#include "kelctl/values/limits.h"
+#include "kelctl/values/quantity.h"
+
+#include <fmt/core.h>
+
+#include <chrono>
+#include <utility>
+
+namespace kelctl
+{
+namespace
+{
+
+constexpr range frames_range = {0, 1'000'000'000, "0 to 1000000000"};
+
+std::vector<argument> with_frames(argument whom)
+{
+    return {std::move(whom),
+            {.name = "--frames", .kind = number(frames_range), .help = "how many"},
+            {.name = "--octets", .kind = number(frame_length_range), .help = "length of each"}};
+}
+
+result wrong_value_of(std::string_view name, std::string_view what)
+{
+    return {.status = exit_wrong_input, .errors = {{fmt::format("{}: {}", name, what)}}};
+}
+
+result offer(const invocation &asked, session &)
+{
+    const mac_address &mac = asked.given.mac("MAC");
+    if (offer_frames(mac, asked.given.number<uint64_t>("--frames"), asked.given.number<uint32_t>("--octets")) ==
+        offered::unknown)
+        return refused(fmt::format("neither a path nor a PCEP has the address {}", to_text(mac)));
+    return {};
+}
+
+result send(const invocation &asked, session &)
+{
+    const uint32_t id = asked.given.number<uint32_t>("ID");
+    if (send_frames(id, asked.given.number<uint64_t>("--frames"), asked.given.number<uint32_t>("--octets")) ==
+        offered::unknown)
+        return refused(fmt::format("neither a PCEP nor a multicast group has the id {}", id));
+    return {};
+}
+
+traffic_entry stream_of(const arguments &given)
+{
+    traffic_entry stream;
+    if (given.has("--to"))
+        stream.to = given.mac("--to");
+    else
+        stream.from = given.number<uint32_t>("--from");
+    stream.octets = given.number<uint32_t>("--octets");
+    if (given.has("--rate"))
+        stream.rate = given.number<uint32_t>("--rate");
+    else
+        stream.frames_per_second = given.number<uint32_t>("--frames-per-second");
+    stream.burst = given.number<uint32_t>("--burst");
+    stream.start = given.number<uint64_t>("--start");
+    if (given.has("--stop"))
+        stream.stop = given.number<uint64_t>("--stop");
+    return stream;
+}
+
+result add_stream(const invocation &asked, session &session)
+{
+    const traffic_entry stream = stream_of(asked.given);
+    if (offerings_in_a_second(stream) > most_offerings_a_second)
+        return wrong_value_of("the rate", too_many_offerings());
+    if (stream.stop && *stream.stop <= stream.start)
+        return wrong_value_of("--stop", stops_too_early);
+    session.traffic.add(stream);
+    return {};
+}
+
+// In pieces: a long time can be interrupted, and on a terminal it is seen how far it is.
+result advance(const invocation &asked, session &session)
+{
+    constexpr uint64_t pieces = 1000;
+    constexpr std::chrono::seconds unseen(1);
+    const auto begin = std::chrono::steady_clock::now();
+    const auto time = asked.given.number<uint64_t>("TIME");
+    progress shown("thousandths of the time", pieces, stderr,
+                   is_terminal(stderr) && !session.json() && !session.tracing());
+    uint64_t passed = 0;
+    for (uint64_t piece = 1; piece <= pieces && !interrupted(); ++piece) {
+        const uint64_t end = time * piece / pieces;
+        session.traffic.pass(end - std::exchange(passed, end));
+        if (std::chrono::steady_clock::now() - begin > unseen)
+            shown.show(piece);
+    }
+    shown.leave_line();
+    if (passed < time)
+        return refused(fmt::format("interrupted: {} of {} have passed", quantity_text(passed, duration_units),
+                                   quantity_text(time, duration_units)));
+    return {};
+}
+
+result show_time(const invocation &, session &)
+{
+    result done;
+    done.shown = {{"nanoseconds", virtual_time()}};
+    done.text = quantity_text(virtual_time(), duration_units);
+    return done;
+}
+
+} // namespace
+
+std::vector<command> traffic_commands()
+{
+    return {
+        {.name = "traffic offer",
+         .variants = {{.run = offer}},
+         .help = "Offer frames for a destination, all at this instant of virtual time",
+         .details = "They enter the queue of the path there, and leave it as time advances.",
+         .arguments = with_frames({.name = "MAC", .kind = mac(), .help = "where they go"}),
+         .example = "traffic offer 02:00:02:02:00:01 --frames 1000 --octets 1500",
+         .needs_accelerator = true},
+        {.name = "traffic send",
+         .variants = {{.run = send}},
+         .help = "Let a PCEP or a multicast group send frames",
+         .details = "A PCEP sends to its remote address, a group to that of each member.",
+         .arguments = with_frames({.name = "ID", .kind = pcep_or_group_id(), .help = "of the PCEP or group"}),
+         .example = "traffic send 300 --frames 10 --octets 64",
+         .needs_accelerator = true},
+        {.name = "traffic stream add",
+         .variants = {{.run = add_stream}},
+         .help = "Offer frames again and again, as virtual time passes",
+         .details = "Times count from when the stream is added.",
+         .arguments =
+             {{.name = "--to", .kind = mac(), .help = "where they go", .instead = "--from"},
+              {.name = "--from",
+               .kind = pcep_or_group_id(),
+               .help = "PCEP or group that sends them",
+               .instead = "--to"},
+              {.name = "--octets", .kind = number(frame_length_range), .help = "length of each"},
+              {.name = "--rate", .kind = rate(), .help = "how much there is", .instead = "--frames-per-second"},
+              {.name = "--frames-per-second",
+               .kind = number(frames_per_second_range),
+               .help = "how many there are",
+               .instead = "--rate"},
+              {.name = "--burst",
+               .kind = number(burst_frames_range),
+               .help = "so many come at once, and so many times less often",
+               .required = false,
+               .otherwise = "1"},
+              {.name = "--start",
+               .kind = duration(duration_range),
+               .help = "when the first ones come",
+               .required = false,
+               .otherwise = "0s"},
+              {.name = "--stop",
+               .kind = duration(period_range),
+               .help = "when no more come; never unless given",
+               .required = false}},
+         .example = "traffic stream add --to 02:00:02:02:00:01 --octets 1500 --rate \"60 Mbit/s\"",
+         .needs_accelerator = true},
+        {.name = "time advance",
+         .variants = {{.run = advance}},
+         .help = "Let virtual time pass, and the streams of traffic with it",
+         .details = "Ctrl-C ends it in a script and in the shell.",
+         .arguments = {{.name = "TIME", .kind = duration(duration_range), .help = "how much: 250ms"}},
+         .example = "time advance 250ms",
+         .needs_accelerator = true},
+        {.name = "time show",
+         .variants = {{.run = show_time}},
+         .help = "Show virtual time since the node was switched on",
+         .example = "time show",
+         .needs_accelerator = true},
+    };
+}
+
+} // namespace kelctl

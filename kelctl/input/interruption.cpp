@@ -1,0 +1,120 @@
+// The handlers and what they may touch: flags, and a descriptor that wakes who waits for input.
+#include "kelctl/input/interruption.h"
+
+#include "kelctl/terminal/terminal.h"
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <cstdint>
+#include <iterator>
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace kelctl
+{
+namespace
+{
+
+static_assert(std::atomic<bool>::is_always_lock_free);
+std::atomic<bool> interrupt_noted = false;
+std::atomic<bool> termination_noted = false;
+std::atomic<int> wake_up = -1;
+
+// Calls that a signal meets are continued. Handled once, it does the next time what it does by default.
+constexpr int handled_always = SA_RESTART;
+constexpr int handled_once = static_cast<int>(SA_RESETHAND | SA_RESTART);
+
+constexpr struct {
+    int signal;
+    int flags;
+} watched[] = {{SIGINT, handled_once}, {SIGTERM, handled_once}, {SIGHUP, handled_always}};
+std::array<struct sigaction, std::size(watched)> before;
+
+void note(int signal)
+{
+    const int error = errno;
+    (signal == SIGINT ? interrupt_noted : termination_noted) = true;
+    const uint64_t one = 1;
+    // There is nothing to do about a failure; the flag is set.
+    [[maybe_unused]] const ssize_t written = ::write(wake_up, &one, sizeof one);
+    errno = error;
+}
+
+void handle(int signal, int flags)
+{
+    struct sigaction action = {};
+    action.sa_handler = note;
+    action.sa_flags = flags;
+    sigaction(signal, &action, nullptr);
+}
+
+} // namespace
+
+interruption_watch::interruption_watch()
+{
+    wake_up = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+    if (wake_up < 0)
+        throw std::system_error(errno, std::generic_category(), "eventfd");
+    interrupt_noted = false;
+    termination_noted = false;
+    for (size_t i = 0; i < before.size(); ++i) {
+        sigaction(watched[i].signal, nullptr, &before[i]);
+        if (before[i].sa_handler != SIG_IGN)
+            handle(watched[i].signal, watched[i].flags);
+    }
+}
+
+interruption_watch::~interruption_watch()
+{
+    for (size_t i = 0; i < before.size(); ++i)
+        sigaction(watched[i].signal, &before[i], nullptr);
+    interrupt_noted = false;
+    termination_noted = false;
+    close(wake_up.exchange(-1));
+}
+
+bool interrupted()
+{
+    return interrupt_noted || termination_noted;
+}
+
+bool terminated()
+{
+    return termination_noted;
+}
+
+void take_interruption()
+{
+    uint64_t count = 0;
+    [[maybe_unused]] const ssize_t got = read(wake_up, &count, sizeof count);
+    if (!interrupt_noted)
+        return;
+    handle(SIGINT, handled_once);
+    interrupt_noted = false;
+}
+
+void leave_interruptions_to_parent()
+{
+    for (const auto &one : watched)
+        std::signal(one.signal, SIG_IGN);
+    interrupt_noted = false;
+    termination_noted = false;
+}
+
+bool unwanted_within(std::chrono::milliseconds longest)
+{
+    std::array<pollfd, 2> ends = {{{wake_up, POLLIN, 0}, {STDOUT_FILENO, 0, 0}}};
+    poll(ends.data(), ends.size(), static_cast<int>(longest.count()));
+    return interrupted() || output_lost();
+}
+
+int interruption_descriptor()
+{
+    return wake_up;
+}
+
+} // namespace kelctl

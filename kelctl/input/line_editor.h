@@ -1,0 +1,45 @@
+// Lines typed on a terminal: editing, history, completion. The only place that knows GNU Readline, which has one state
+// for the whole process.
+#pragma once
+
+#include "kelctl/input/history_file.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kelctl
+{
+
+// What may take the place of the word before the cursor.
+struct replacements {
+    std::vector<std::string> words; // in the order in which they are listed
+    bool files = false;             // names of files are meant, which the editor knows
+};
+
+// Asked with what stands before the cursor.
+using completer = std::function<replacements(std::string_view line)>;
+
+// One at a time.
+class line_editor
+{
+public:
+    // `history` outlives it.
+    line_editor(history_file &history, completer complete);
+    ~line_editor();
+    line_editor(const line_editor &) = delete;
+    line_editor &operator=(const line_editor &) = delete;
+
+    // The next line. An empty one when Ctrl-C gave it up. None after Ctrl-D on an empty line, and when the process shall
+    // end. Needs an interruption watch.
+    std::optional<std::string> next(const char *prompt);
+
+private:
+    void remember(std::string line);
+
+    history_file &history_;
+};
+
+} // namespace kelctl

@@ -1,0 +1,52 @@
+// Reading without missing an interruption.
+#include "kelctl/input/line_input.h"
+
+#include "kelctl/input/interruption.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <poll.h>
+#include <unistd.h>
+
+namespace kelctl
+{
+
+std::optional<std::string> line_input::next()
+{
+    while (buffer_.find('\n') == std::string::npos && read_more())
+        continue;
+    if (buffer_.empty() || interrupted())
+        return std::nullopt;
+    const size_t end = std::min(buffer_.find('\n'), buffer_.size());
+    std::string line = buffer_.substr(0, end);
+    buffer_.erase(0, end + 1);
+    return line;
+}
+
+bool line_input::wait_for_input() const
+{
+    std::array<pollfd, 2> sources = {{{descriptor_, POLLIN, 0}, {interruption_descriptor(), POLLIN, 0}}};
+    while (!interrupted())
+        if (poll(sources.data(), sources.size(), -1) > 0 && sources[0].revents != 0)
+            return true;
+    return false;
+}
+
+// False at the end.
+bool line_input::read_more()
+{
+    if (!wait_for_input())
+        return false;
+    std::array<char, 4096> chunk;
+    const ssize_t got = read(descriptor_, chunk.data(), chunk.size());
+    if (got < 0 && errno == EINTR)
+        return true;
+    if (got < 0)
+        error_ = errno;
+    else
+        buffer_.append(chunk.data(), static_cast<size_t>(got));
+    return got > 0;
+}
+
+} // namespace kelctl

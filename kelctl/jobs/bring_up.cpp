@@ -1,0 +1,234 @@
+// The order of a bring-up and of a take-down, and what is said of each.
+#include "kelctl/jobs/bring_up.h"
+
+#include "kelctl/input/interruption.h"
+#include "kelctl/jobs/take_down.h"
+#include "kelctl/language/command_text.h"
+#include "kelctl/library/trace_log.h"
+#include "kelctl/node/standing.h"
+#include "kelctl/session/result_document.h"
+#include "kelctl/terminal/progress.h"
+#include "kelctl/terminal/terminal.h"
+#include "kelctl/terminal/text.h"
+#include "kelctl/values/mp_id.h"
+#include "kelctl/views/leftover.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <iterator>
+#include <optional>
+#include <utility>
+
+namespace kelctl
+{
+namespace
+{
+
+uint64_t paths_in(const std::vector<invocation> &lines)
+{
+    uint64_t paths = 0;
+    for (const invocation &line : lines)
+        if (line.row->name == "ebcom path add")
+            paths += line.given.has("--count") ? line.given.number<uint64_t>("--count") : 1;
+    return paths;
+}
+
+std::string outcome_text(const std::optional<snapshot> &left)
+{
+    if (!left)
+        return "Taken down. What is left cannot be shown: not available on this platform";
+    if (!left->empty())
+        return "Taken down, but left behind:\n" + leftover_view(*left);
+    return "Taken down. The node is empty again.";
+}
+
+std::string records_text(const std::vector<trace_entry> &records)
+{
+    std::string text;
+    for (const trace_entry &entry : records)
+        text += fmt::format("    {}\n", to_text(entry));
+    return text;
+}
+
+// Of each command that succeeded and whose records yet tell of failures.
+std::string complaints_text(const std::vector<undone_command> &undone)
+{
+    std::string text;
+    for (const undone_command &one : undone)
+        if (!one.complaints.empty())
+            text += fmt::format("{} succeeded, but its trace records report failures:\n{}", one.command,
+                                records_text(one.complaints));
+    return text;
+}
+
+fields objects_in(const std::optional<snapshot> &node)
+{
+    return node ? leftover_fields(*node) : fields(nullptr);
+}
+
+// What refused and why. The records of each are with the result's failures.
+fields refused_fields(const std::vector<failure> &failures)
+{
+    fields all = fields::array();
+    for (const failure &one : failures) {
+        fields failed = failure_fields(one, false);
+        std::erase_if(failed.members(), [](const fields::member &part) { return part.name == "records"; });
+        all.push_back(std::move(failed));
+    }
+    return all;
+}
+
+fields take_down_fields(const std::vector<undone_command> &commands)
+{
+    fields undone = fields::array();
+    fields complaints = fields::array();
+    for (const undone_command &one : commands) {
+        if (one.failures.empty())
+            undone.push_back(one.command);
+        if (!one.complaints.empty())
+            complaints.push_back({{"command", one.command}, {"records", records_fields(one.complaints)}});
+    }
+    return {{"undone", std::move(undone)}, {"complaints", std::move(complaints)}};
+}
+
+std::vector<failure> failures_of(const std::vector<undone_command> &commands)
+{
+    std::vector<failure> failures;
+    for (const undone_command &one : commands)
+        failures.insert(failures.end(), one.failures.begin(), one.failures.end());
+    return failures;
+}
+
+std::vector<product> products_of(const std::vector<undone_command> &commands)
+{
+    std::vector<product> products;
+    products.reserve(commands.size());
+    for (const undone_command &one : commands)
+        products.push_back(one.made);
+    return products;
+}
+
+} // namespace
+
+bring_up::bring_up(std::vector<invocation> lines, std::string file, session &session)
+    : lines_(std::move(lines)), file_(std::move(file)), session_(session)
+{
+}
+
+bring_up::~bring_up()
+{
+    session_.on_made = nullptr;
+    take_down(session_);
+}
+
+bool bring_up::up()
+{
+    const bool redrawn = is_terminal(stderr) && !session_.tracing();
+    progress shown("adding paths", session_.json() ? 0 : paths_in(lines_), stderr, redrawn);
+    session_.on_made = [&] { shown.show(session_.paths.all().size()); };
+    result last;
+    auto line = lines_.begin();
+    for (; line != lines_.end() && !interrupted(); ++line)
+        if (last = session_.perform(*line); last.status != exit_done)
+            break;
+    session_.on_made = nullptr;
+    shown.leave_line();
+    stood_ = line == lines_.end();
+    if (stood_)
+        adopt_mp_id(own_mp_id()); // by now the library has read it, and keeps it
+    result_.shown["stood"] = stood_;
+    if (!stood_)
+        show_stop(line->line, std::move(last));
+    return stood_;
+}
+
+// A line that failed, or an interruption, within one or between two.
+void bring_up::show_stop(uint32_t line, result last)
+{
+    line_failed_ = !last.failures.empty() || !last.errors.empty();
+    last.text = "";
+    last.shown = fields::object();
+    last.remark = line_failed_ ? "" : "interrupted before the whole node stood";
+    session_.show_part(result_, std::move(last), {line_failed_ ? file_ : "", line});
+}
+
+bool bring_up::show(result part)
+{
+    const bool well = part.status == exit_done;
+    session_.show_part(result_, std::move(part), {});
+    return well;
+}
+
+bool bring_up::down()
+{
+    show_background_failures();
+    const std::vector<undone_command> commands = take_down(session_);
+    session_.paths.clear();
+    const auto left = current_snapshot();
+    const bool empty = !left || left->empty();
+    // Of a line that failed, what is left shows whether it had left anything.
+    const auto matters = [&](const undone_command &one) { return !one.may_find_nothing || !(left && left->empty()); };
+    std::vector<undone_command> refused;
+    std::ranges::copy_if(commands, std::back_inserter(refused),
+                         [&](const undone_command &one) { return !one.failures.empty() && matters(one); });
+
+    result part;
+    part.failures = failures_of(refused);
+    part.shown = take_down_fields(commands);
+    part.shown["not_undone"] = refused_fields(part.failures);
+    part.shown["left_behind"] = left ? fields(contents_text(*left)) : fields(nullptr);
+    part.shown["left_objects"] = objects_in(left);
+    const bool clean = refused.empty() && empty;
+    part.text = "";
+    if (clean && stood_)
+        part.text = outcome_text(left);
+    else
+        part.remark = undone_text(commands) +
+                      (refused.empty() ? "" : products_text("not undone: ", products_of(refused))) +
+                      (empty ? "" : complaints_text(commands)) + outcome_text(left);
+    show(std::move(part));
+    return clean;
+}
+
+bool bring_up::keep()
+{
+    if (!line_failed_)
+        return false;
+    show_background_failures();
+    const auto held = current_snapshot();
+    fields commands = fields::array();
+    std::vector<product> kept;
+    for (const made_command &made : session_.made.take_all())
+        if (!made.failed) {
+            kept.push_back(made.asked.row->makes);
+            commands.push_back(text_of(made.asked));
+        }
+    result part;
+    part.text = "";
+    part.remark = products_text("kept standing: ", kept);
+    if (held)
+        part.remark += "The node holds:\n" + leftover_view(*held);
+    part.shown = {{"kept", std::move(commands)}, {"kept_objects", objects_in(held)}};
+    show(std::move(part));
+    return true;
+}
+
+void bring_up::show_background_failures()
+{
+    const auto failures = session_.log().background_failures();
+    result part;
+    part.text = "";
+    part.shown = {{"timestamp_thread", records_fields(failures)}};
+    if (!failures.empty())
+        part.remark = "the timestamp thread reported:\n" + records_text(failures);
+    show(std::move(part));
+}
+
+result bring_up::take_result(bool succeeded)
+{
+    result_.status = succeeded ? exit_done : exit_operation_failed;
+    return std::move(result_);
+}
+
+} // namespace kelctl

@@ -1,0 +1,154 @@
+// The loop over lines, and the node around it.
+#include "kelctl/jobs/shell.h"
+
+#include "kelctl/accelerator/snapshot.h"
+#include "kelctl/input/history_file.h"
+#include "kelctl/input/interruption.h"
+#include "kelctl/input/line_editor.h"
+#include "kelctl/input/line_input.h"
+#include "kelctl/jobs/bring_up.h"
+#include "kelctl/language/command_line.h"
+#include "kelctl/language/completion.h"
+#include "kelctl/node/load_node_file.h"
+#include "kelctl/node/node_lines.h"
+#include "kelctl/node/standing.h"
+#include "kelctl/session/result_view.h"
+#include "kelctl/terminal/terminal.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <unistd.h>
+#include <utility>
+
+namespace kelctl
+{
+namespace
+{
+
+constexpr const char *prompt = "kelctl> ";
+
+exit_status run_line(const std::string &line, const origin &at, session &session)
+{
+    try {
+        const auto words = words_of(line);
+        if (words.empty())
+            return exit_done;
+        invocation asked = parse(session.table, words, place::shell);
+        asked.line = at.line;
+        return session.carry_out(asked, at.file).status;
+    } catch (const wrong_line &wrong) {
+        const position where = at.file.empty() ? whole_file : position{at.line, wrong.column()};
+        show_wrong_line({wrong.what(), at.file, where}, session.json());
+    }
+    return exit_wrong_input;
+}
+
+void add_words_of(const snapshot &node, known_words &known)
+{
+    for (const snapshot::path &path : node.paths)
+        known.macs.insert(path.mac);
+    for (const snapshot::pcep &pcep : node.pceps) {
+        known.pceps.insert(pcep.id);
+        known.macs.insert({pcep.local_mac, pcep.remote_mac});
+    }
+    for (const snapshot::group &group : node.groups)
+        known.groups.insert(group.id);
+    for (const snapshot::scheduler &scheduler : node.schedulers)
+        known.schedulers.insert(scheduler.self);
+    for (const snapshot::queue &queue : node.queues)
+        known.queues.insert(queue.self);
+}
+
+replacements words_for(std::string_view line, const session &session)
+{
+    known_words known = session.known;
+    if (const auto node = current_snapshot())
+        add_words_of(*node, known);
+    const completion found = complete(session.table, line, known, place::shell);
+    replacements offered = {.words = {}, .files = found.files};
+    for (const candidate &one : found.candidates)
+        offered.words.push_back(one.word);
+    return offered;
+}
+
+// Whatever becomes of the lines, the person has seen it.
+result run_typed_lines(session &session)
+{
+    result lines;
+    history_file history;
+    if (!history.refusal().empty())
+        session.show_part(lines, {.text = "", .remark = fmt::format("kelctl: {}", history.refusal())}, {});
+    line_editor editor(history, [&session](std::string_view line) { return words_for(line, session); });
+    while (!session.finished && !terminated())
+        if (const auto line = editor.next(prompt))
+            run_line(*line, {}, session);
+        else
+            break;
+    return lines;
+}
+
+result run_piped_lines(session &session)
+{
+    result lines = {.shown_already = true};
+    line_input input(STDIN_FILENO);
+    uint32_t number = 0;
+    while (!session.finished && !output_lost())
+        if (const auto line = input.next())
+            lines.status = std::max(lines.status, run_line(*line, {"-", ++number}, session));
+        else
+            break;
+    if (input.error() != 0)
+        session.show_part(lines,
+                          {.status = exit_operation_failed,
+                           .text = "",
+                           .errors = {{fmt::format("cannot be read: {}", std::strerror(input.error())), "-"}}},
+                          {});
+    if (interrupted())
+        lines.status = std::max(lines.status, exit_operation_failed);
+    return lines;
+}
+
+result run_lines(session &session)
+{
+    session.where = place::shell;
+    const bool typed = is_terminal(stdin) && is_terminal(stdout);
+    return typed ? run_typed_lines(session) : run_piped_lines(session);
+}
+
+// A node stands around the lines, up to the end of the shell.
+result run_lines_on(const node_file &file, const std::string &name, session &session)
+{
+    bring_up node(lines_of(file, session.table), name, session);
+    const bool stood = node.up();
+    if (stood)
+        node.show({.text = fmt::format("The node stands: {} paths, {} PCEPs, {} multicast groups", path_count(file),
+                                       file.pceps.size(), file.groups.size())});
+    result lines = stood ? run_lines(session) : result{};
+    const bool clean = node.down();
+    result done = node.take_result(stood && clean);
+    done.status = std::max(done.status, lines.status);
+    done.errors = std::move(lines.errors);
+    return done;
+}
+
+} // namespace
+
+result shell(const invocation &asked, session &session)
+{
+    std::unique_ptr<node_file> file;
+    if (asked.given.has("FILE")) {
+        auto loaded = load_node_file(asked.given.text("FILE"));
+        if (!loaded.node)
+            return wrong_input(asked.given.text("FILE"), std::move(loaded.errors), "nothing was started");
+        file = std::move(loaded.node);
+    }
+    const interruption_watch watch;
+    if (file)
+        return run_lines_on(*file, asked.given.text("FILE"), session);
+    return run_lines(session);
+}
+
+} // namespace kelctl

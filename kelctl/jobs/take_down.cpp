@@ -1,0 +1,99 @@
+// Undoing from the last to the first, and the wording.
+#include "kelctl/jobs/take_down.h"
+
+#include "kelctl/language/command_text.h"
+#include "kelctl/terminal/text.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace kelctl
+{
+namespace
+{
+
+struct tally {
+    product kind;
+    size_t count;
+};
+
+std::vector<tally> counted_by_kind(const std::vector<product> &products)
+{
+    std::vector<tally> kinds;
+    for (const product &one : products) {
+        const auto same = std::ranges::find_if(kinds, [&](const tally &kind) { return kind.kind.one == one.one; });
+        if (same == kinds.end())
+            kinds.push_back({one, 1});
+        else
+            ++same->count;
+    }
+    return kinds;
+}
+
+std::string name_of(const tally &counted)
+{
+    const auto &[kind, count] = counted;
+    if (kind.several.empty())
+        return std::string(kind.one);
+    return fmt::format("{} {}", with_separators(count), count == 1 ? kind.one : kind.several);
+}
+
+// Lines are broken behind commas.
+std::string enumeration(std::string_view lead, std::vector<std::string> parts)
+{
+    for (size_t i = 0; i + 1 < parts.size(); ++i)
+        parts[i] += ',';
+    return parts.empty() ? fmt::format("{}nothing\n", lead) : wrapped(lead, parts);
+}
+
+// The command that undoes one takes it off the session's stack when it succeeds.
+undone_command undo_last(session &session)
+{
+    const made_command last = session.made.all().back();
+    const size_t before = session.made.all().size();
+    result done = session.perform(last.undo);
+    if (session.made.all().size() == before)
+        session.made.drop_last();
+    return {.command = text_of(last.undo),
+            .made = last.asked.row->makes,
+            .line = last.asked.line,
+            .failures = std::move(done.failures),
+            .complaints = std::move(done.complaints),
+            .may_find_nothing = last.failed};
+}
+
+} // namespace
+
+std::vector<undone_command> take_down(session &session)
+{
+    std::vector<undone_command> all;
+    all.reserve(session.made.all().size());
+    while (!session.made.all().empty())
+        all.push_back(undo_last(session));
+    return all;
+}
+
+std::string undone_text(const std::vector<undone_command> &undone)
+{
+    std::vector<product> products;
+    for (const undone_command &one : undone)
+        if (one.failures.empty())
+            products.push_back(one.made);
+    std::vector<std::string> parts;
+    for (const tally &counted : counted_by_kind(products))
+        parts.push_back(fmt::format("{} {}", name_of(counted), counted.kind.undone));
+    return enumeration("undone: ", std::move(parts));
+}
+
+std::string products_text(std::string_view lead, const std::vector<product> &products)
+{
+    std::vector<std::string> parts;
+    for (const tally &counted : counted_by_kind(products))
+        parts.push_back(name_of(counted));
+    return enumeration(lead, std::move(parts));
+}
+
+} // namespace kelctl

@@ -1,0 +1,118 @@
+// What is shown of a node between its bring-up and its take-down.
+#include "kelctl/jobs/up.h"
+
+#include "kelctl/accelerator/software_accelerator.h"
+#include "kelctl/input/interruption.h"
+#include "kelctl/jobs/bring_up.h"
+#include "kelctl/jobs/watch.h"
+#include "kelctl/node/load_node_file.h"
+#include "kelctl/node/node_lines.h"
+#include "kelctl/node/standing.h"
+#include "kelctl/node/statistics.h"
+#include "kelctl/views/node_view.h"
+#include "kelctl/views/pcep_view.h"
+#include "kelctl/views/statistics_view.h"
+#include "notation/json.h"
+
+#include <chrono>
+#include <utility>
+
+namespace kelctl
+{
+namespace
+{
+
+constexpr std::chrono::hours longest_wait(1);
+
+std::string standing_text(const snapshot &node, const port_knowledge &ports, size_t added_paths)
+{
+    kel_ebcom_capabilities capabilities{};
+    kel_core_ic_ebcom_capabilities_get(&capabilities);
+    const painter paint = painter_for(stdout);
+    return service_view(node, capabilities, added_paths, paint) + "\n" + tree_view(node, ports, paint) + "\n" +
+           pcep_view(node, paint);
+}
+
+result objects(const std::optional<std::string> &document, const std::optional<snapshot> &node,
+               const port_knowledge &ports, const session &session)
+{
+    const size_t paths = session.paths.all().size();
+    result shown;
+    shown.text =
+        node ? standing_text(*node, ports, paths) : "What exists cannot be shown: not available on this platform\n";
+    shown.shown = {{"paths_added", paths}};
+    if (session.json()) // it is large
+        shown.shown["node"] = document ? notation::read_json(*document) : fields(nullptr);
+    return shown;
+}
+
+result counters(const port_knowledge &ports, session &session)
+{
+    statistics read = read_statistics(ports, session);
+    result shown;
+    shown.text = statistics_view(read, painter_for(stdout));
+    shown.shown = {{"statistics", statistics_fields(read)}};
+    shown.failures = std::move(read.failures);
+    shown.status = shown.failures.empty() ? exit_done : exit_operation_failed;
+    return shown;
+}
+
+watch_pace pace_of(const arguments &given)
+{
+    using std::chrono::milliseconds;
+    watch_pace pace;
+    if (given.has("--interval"))
+        pace.interval = std::chrono::ceil<milliseconds>(std::chrono::nanoseconds(given.number<int64_t>("--interval")));
+    if (given.has("--step"))
+        pace.step = given.number<uint64_t>("--step");
+    if (given.has("--for"))
+        pace.end = given.number<uint64_t>("--for");
+    return pace;
+}
+
+// True when all of it could be read.
+bool show_node(bring_up &node, const arguments &given, session &session)
+{
+    const auto document = settled_document();
+    const auto held = document ? std::optional(read_snapshot(*document)) : std::nullopt;
+    const port_knowledge ports = ports_of(held.value_or(snapshot{}), session.paths.all());
+    node.show(objects(document, held, ports, session));
+    const bool watched = !given.has("--watch") || node.show(watch(pace_of(given), ports, session));
+    return node.show(counters(ports, session)) && watched;
+}
+
+void hold(bring_up &node, session &session)
+{
+    if (session.json())
+        session.stream({{"holding", {{"paths_added", session.paths.all().size()}}}});
+    else
+        node.show({.text = "Holding the node until Ctrl-C."});
+    while (!unwanted_within(longest_wait))
+        ;
+}
+
+} // namespace
+
+result up(const invocation &asked, session &session)
+{
+    if (asked.given.has("--watch") && !on_software_accelerator())
+        return refused("--watch does not apply: this platform is not the software accelerator");
+    const std::string &name = asked.given.text("FILE");
+    auto [file, errors] = load_node_file(name);
+    if (!file)
+        return wrong_input(name, std::move(errors), "nothing was started");
+
+    const interruption_watch interruptions;
+    bring_up node(lines_of(*file, session.table), name, session);
+    const bool stands = node.up();
+    const bool kept = !stands && asked.given.has("--keep") && node.keep();
+    const bool shown = stands && show_node(node, asked.given, session);
+    if ((stands || kept) && asked.given.has("--hold"))
+        hold(node, session);
+    if (kept)
+        return node.take_result(false);
+    const bool clean = node.down();
+    return node.take_result(shown && clean);
+}
+
+} // namespace kelctl

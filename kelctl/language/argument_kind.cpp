@@ -1,0 +1,401 @@
+// One reader for each kind.
+#include "kelctl/language/argument_kind.h"
+
+#include "kel/kel_node_names.h"
+#include "kelctl/terminal/text.h"
+#include "kelctl/values/ic_port.h"
+#include "kelctl/values/limits.h"
+#include "kelctl/values/quantity.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <charconv>
+#include <set>
+#include <span>
+
+namespace kelctl
+{
+namespace
+{
+
+// The formatting library's selectors, by their numbers.
+constexpr std::string_view format_names[] = {"text", "csv", "json"};
+
+std::string allowed_text(const range &allowed)
+{
+    return std::string(allowed.text);
+}
+
+int64_t read_number(std::string_view text, const range &allowed)
+{
+    const auto value = parse_whole_number(text);
+    if (!value)
+        throw wrong_value(fmt::format("{} is not a whole number", in_quotes(text)));
+    if (!allowed.holds(*value))
+        throw wrong_value(outside(printable(text), allowed));
+    return *value;
+}
+
+// A plain number is one of the first unit.
+int64_t read_quantity(std::string_view text, std::span<const unit> units, const range &allowed)
+{
+    if (parse_whole_number(text))
+        return read_number(text, allowed);
+    const auto value = parse_quantity(text, units);
+    if (!value)
+        throw wrong_value(no_quantity(text, units));
+    if (*value > static_cast<uint64_t>(allowed.max) || !allowed.holds(static_cast<int64_t>(*value)))
+        throw wrong_value(outside(in_quotes(text), allowed));
+    return static_cast<int64_t>(*value);
+}
+
+argument_value read_mac(std::string_view text)
+{
+    const auto mac = parse_mac_address(text);
+    if (!mac)
+        throw wrong_value(no_mac_address(text));
+    return *mac;
+}
+
+argument_value read_port(std::string_view text)
+{
+    if (const auto port = port_by_name(text))
+        return int64_t{*port};
+    const auto number = parse_whole_number(text);
+    if (!number || !is_port(*number))
+        throw wrong_value(no_such_port(text));
+    return *number;
+}
+
+argument_value read_threshold(std::string_view text, const range &allowed)
+{
+    const int64_t octets = read_quantity(text, size_units, allowed);
+    if (octets % threshold_block != 0)
+        throw wrong_value(no_multiple(static_cast<uint64_t>(octets), threshold_block));
+    return octets;
+}
+
+// Always with a unit: a plain number would be read in one way here and meant in another.
+int64_t read_duration(std::string_view text, const range &allowed)
+{
+    const auto value = parse_quantity(text, duration_units);
+    if (!value)
+        throw wrong_value(no_quantity(text, duration_units));
+    if (*value > static_cast<uint64_t>(allowed.max) || !allowed.holds(static_cast<int64_t>(*value)))
+        throw wrong_value(outside(in_quotes(text), allowed));
+    return static_cast<int64_t>(*value);
+}
+
+argument_value read_numbers(std::string_view text, size_t count, const range &allowed)
+{
+    std::vector<uint32_t> values;
+    for (std::string_view rest = text; values.size() <= count;) {
+        const size_t comma = std::min(rest.find(','), rest.size());
+        values.push_back(static_cast<uint32_t>(read_number(rest.substr(0, comma), allowed)));
+        if (comma == rest.size())
+            break;
+        rest.remove_prefix(comma + 1);
+    }
+    if (values.size() != count)
+        throw wrong_value(fmt::format("{} is not {} numbers with commas between", in_quotes(text), count));
+    return values;
+}
+
+argument_value read_handle(std::string_view text)
+{
+    uint64_t value = 0;
+    const bool prefixed = text.starts_with("0x") || text.starts_with("0X");
+    const std::string_view digits = text.substr(prefixed ? 2 : 0);
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value, 16);
+    if (error != std::errc{} || end != digits.data() + digits.size())
+        throw wrong_value(fmt::format("{} is not a handle such as 0x5c00000001", in_quotes(text)));
+    return value;
+}
+
+argument_value read_choice(std::string_view text, const std::vector<std::string> &words)
+{
+    if (std::find(words.begin(), words.end(), text) != words.end())
+        return std::string(text);
+    const std::vector<std::string_view> known(words.begin(), words.end());
+    throw wrong_value(
+        fmt::format("{} is none of {}{}", in_quotes(text), joined(words, ", "), did_you_mean(text, known)));
+}
+
+argument_value read_format(std::string_view text)
+{
+    const auto *const named = std::find(std::begin(format_names), std::end(format_names), text);
+    if (named != std::end(format_names))
+        return int64_t{named - std::begin(format_names)};
+    if (parse_whole_number(text))
+        return read_number(text, octet_range);
+    throw wrong_value(
+        fmt::format("{} is neither text, csv, json nor a number{}", in_quotes(text), did_you_mean(text, format_names)));
+}
+
+argument_value read_text(std::string_view text)
+{
+    return std::string(text);
+}
+
+// A file's name reaches the system as a C string.
+argument_value read_file(std::string_view text)
+{
+    if (text.empty() || text.find('\0') != std::string_view::npos)
+        throw wrong_value(fmt::format("{} is not the name of a file", in_quotes(text)));
+    return std::string(text);
+}
+
+template <const auto &Units> std::string in_units(int64_t value)
+{
+    return quantity_text(static_cast<uint64_t>(value), Units);
+}
+
+std::string hexadecimal(int64_t value)
+{
+    return fmt::format("0x{:x}", value);
+}
+
+// The name of port 0 says that it has none.
+std::string port_word(int64_t port)
+{
+    return port == 0 || !is_port(port) ? std::to_string(port)
+                                       : std::string(kel_branch_name(static_cast<int32_t>(port)));
+}
+
+candidates numbers_of(const std::set<uint32_t> &numbers)
+{
+    candidates found;
+    for (const uint32_t number : numbers)
+        found.words.push_back(std::to_string(number));
+    return found;
+}
+
+// Kept among, and offered from, the ids or handles of one kind of object.
+argument_kind id_among(std::set<uint32_t> known_words::*ids)
+{
+    return {
+        .placeholder = "ID",
+        .allowed = allowed_text(id_range),
+        .read = [](std::string_view text) -> argument_value { return read_number(text, id_range); },
+        .complete = [ids](const known_words &known) { return numbers_of(known.*ids); },
+        .remember = [ids](const argument_value &used,
+                          known_words &known) { (known.*ids).insert(static_cast<uint32_t>(std::get<int64_t>(used))); },
+        .read_raw = [](std::string_view text) -> argument_value { return read_number(text, dword_range); }};
+}
+
+argument_kind handle_among(std::set<uint64_t> known_words::*handles)
+{
+    return {.placeholder = "HANDLE", .read = read_handle, .complete = [handles](const known_words &known) {
+                candidates found;
+                for (const uint64_t handle : known.*handles)
+                    found.words.push_back(fmt::format("0x{:x}", handle));
+                return found;
+            }};
+}
+
+argument_kind offering_none(argument_kind kind)
+{
+    kind.complete = nullptr;
+    return kind;
+}
+
+candidates known_macs(const known_words &known)
+{
+    candidates found;
+    for (const mac_address &mac : known.macs)
+        found.words.push_back(to_text(mac));
+    return found;
+}
+
+argument_kind port_among(bool (*offered)(int32_t port))
+{
+    return {.placeholder = "PORT",
+            .allowed = "name or 0 to 50",
+            .read = read_port,
+            .complete =
+                [offered](const known_words &) {
+                    candidates found;
+                    for (int32_t port = 0; port < KEL_IELL_PORT_COUNT; ++port)
+                        if (offered(port))
+                            found.words.emplace_back(kel_branch_name(port));
+                    return found;
+                },
+            .write = port_word,
+            .read_raw = [](std::string_view text) -> argument_value { return read_number(text, raw_port_range); }};
+}
+
+} // namespace
+
+argument_kind flag()
+{
+    return {};
+}
+
+argument_kind mac()
+{
+    return {.placeholder = "MAC",
+            .read = read_mac,
+            .complete = known_macs,
+            .remember = [](const argument_value &used, known_words &known) {
+                known.macs.insert(std::get<mac_address>(used));
+            }};
+}
+
+argument_kind port()
+{
+    return port_among([](int32_t) { return true; });
+}
+
+argument_kind ebcom_port()
+{
+    return port_among(carries_ebcom);
+}
+
+argument_kind pcep_id()
+{
+    return id_among(&known_words::pceps);
+}
+
+argument_kind group_id()
+{
+    return id_among(&known_words::groups);
+}
+
+// Which of the two it is, the id does not tell.
+argument_kind pcep_or_group_id()
+{
+    argument_kind kind = pcep_id();
+    kind.complete = [](const known_words &known) {
+        std::set<uint32_t> both = known.pceps;
+        both.insert(known.groups.begin(), known.groups.end());
+        return numbers_of(both);
+    };
+    kind.remember = nullptr;
+    return kind;
+}
+
+argument_kind new_pcep_id()
+{
+    return offering_none(pcep_id());
+}
+
+argument_kind new_group_id()
+{
+    return offering_none(group_id());
+}
+
+argument_kind rate()
+{
+    return {.placeholder = "RATE",
+            .allowed = allowed_text(rate_range),
+            .read = [](std::string_view text) { return read_quantity(text, rate_units, rate_range); },
+            .write = in_units<rate_units>,
+            .read_raw = [](std::string_view text) { return read_quantity(text, rate_units, dword_range); }};
+}
+
+argument_kind burst()
+{
+    return {.placeholder = "SIZE",
+            .allowed = allowed_text(burst_range),
+            .read = [](std::string_view text) { return read_quantity(text, size_units, burst_range); },
+            .write = in_units<size_units>,
+            .read_raw = [](std::string_view text) { return read_quantity(text, size_units, dword_range); }};
+}
+
+argument_kind threshold()
+{
+    return {.placeholder = "SIZE",
+            .allowed = fmt::format("{}, a multiple of {}", threshold_range.text, threshold_block),
+            .read = [](std::string_view text) { return read_threshold(text, threshold_range); },
+            .write = in_units<size_units>,
+            .read_raw = [](std::string_view text) { return read_threshold(text, raw_threshold_range); }};
+}
+
+argument_kind duration(const range &allowed)
+{
+    return {.placeholder = "TIME",
+            .allowed = allowed_text(allowed),
+            .read = [allowed](std::string_view text) -> argument_value { return read_duration(text, allowed); },
+            .write = in_units<duration_units>};
+}
+
+argument_kind number(const range &allowed)
+{
+    return {.placeholder = "N",
+            .allowed = allowed_text(allowed),
+            .read = [allowed](std::string_view text) { return read_number(text, allowed); },
+            .write = allowed.text.starts_with("0x") ? hexadecimal : nullptr};
+}
+
+argument_kind number(const range &allowed, const range &raw)
+{
+    argument_kind kind = number(allowed);
+    kind.read_raw = [raw](std::string_view text) { return read_number(text, raw); };
+    return kind;
+}
+
+argument_kind only_raw(const range &allowed)
+{
+    argument_kind kind = number(allowed, allowed);
+    kind.read = [](std::string_view) -> argument_value { throw wrong_value("needs --raw as well"); };
+    return kind;
+}
+
+argument_kind octets(size_t count, const range &allowed)
+{
+    return {.placeholder = "N,N",
+            .allowed = fmt::format("{} numbers, {}", count, allowed.text),
+            .read = [=](std::string_view text) { return read_numbers(text, count, allowed); },
+            .read_raw = [=](std::string_view text) { return read_numbers(text, count, octet_range); }};
+}
+
+argument_kind queue_handle()
+{
+    return handle_among(&known_words::queues);
+}
+
+argument_kind scheduler_handle()
+{
+    return handle_among(&known_words::schedulers);
+}
+
+argument_kind format()
+{
+    return {.placeholder = "FORMAT",
+            .allowed = "text, csv, json or 0 to 255",
+            .read = read_format,
+            .complete = [](const known_words &) {
+                return candidates{.words = {std::begin(format_names), std::end(format_names)}};
+            }};
+}
+
+argument_kind choice(std::vector<std::string> words)
+{
+    const std::string allowed = joined(words, ", ");
+    return {.placeholder = "WORD",
+            .allowed = allowed,
+            .read = [words](std::string_view text) { return read_choice(text, words); },
+            .complete = [words](const known_words &) { return candidates{.words = words}; }};
+}
+
+argument_kind file()
+{
+    return {.placeholder = "FILE", .read = read_file, .complete = [](const known_words &) {
+                return candidates{.files = true};
+            }};
+}
+
+argument_kind text()
+{
+    return {.placeholder = "TEXT", .read = read_text};
+}
+
+argument_kind command_words()
+{
+    return {.placeholder = "COMMAND", .read = read_text, .complete = [](const known_words &) {
+                return candidates{.commands = true};
+            }};
+}
+
+} // namespace kelctl

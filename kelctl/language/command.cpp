@@ -1,0 +1,116 @@
+// Look-ups in a table of commands.
+#include "kelctl/language/command.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace kelctl
+{
+namespace
+{
+
+argument variant_option(const std::vector<variant> &variants)
+{
+    std::vector<std::string> words;
+    words.reserve(variants.size());
+    for (const variant &one : variants)
+        words.emplace_back(one.word);
+    const std::string first = words.front();
+    return {.name = "--variant",
+            .kind = choice(std::move(words)),
+            .help = "which of the library's functions is called",
+            .required = false,
+            .otherwise = first};
+}
+
+// What follows the words in a command's name; empty when it does not begin with them, or has no more.
+std::string_view rest_after(std::string_view words, std::string_view name)
+{
+    if (words.empty())
+        return name;
+    const bool begins = name.size() > words.size() && name.starts_with(words) && name[words.size()] == ' ';
+    return begins ? name.substr(words.size() + 1) : std::string_view{};
+}
+
+} // namespace
+
+bool command::allowed_in(place where) const
+{
+    return std::find(places.begin(), places.end(), where) != places.end();
+}
+
+const argument *command::find_argument(std::string_view argument_name) const
+{
+    for (const std::vector<argument> *list : {&arguments, &shared_options()})
+        for (const argument &one : *list)
+            if (one.name == argument_name)
+                return &one;
+    return nullptr;
+}
+
+const argument *command::argument_at(size_t index) const
+{
+    for (const argument &one : arguments)
+        if (!one.is_option() && (one.repeated || index-- == 0))
+            return &one;
+    return nullptr;
+}
+
+const std::vector<argument> &shared_options()
+{
+    static const std::vector<argument> options = {
+        {.name = "--json", .kind = flag(), .help = "show results as JSON, one document for each command"},
+        {.name = "--trace", .kind = flag(), .help = "print the library's trace records as they are fired"},
+        {.name = "--raw", .kind = flag(), .help = "take what the C interface takes, without the limits of values"},
+        {.name = "--help", .kind = flag(), .help = "print this help"},
+    };
+    return options;
+}
+
+command_table::command_table(std::vector<command> rows, std::vector<command_group> groups)
+    : rows_(std::move(rows)), groups_(std::move(groups))
+{
+    for (command &row : rows_)
+        if (row.variants.size() > 1)
+            row.arguments.push_back(variant_option(row.variants));
+}
+
+invocation invocation_of(const command &row)
+{
+    invocation made = {.row = &row, .chosen = &row.variants.front(), .given = {}};
+    for (const argument &one : row.arguments)
+        if (!one.otherwise.empty())
+            made.given.set(one.name, one.kind.read(one.otherwise));
+    return made;
+}
+
+const command *command_table::find(std::string_view name) const
+{
+    const auto found =
+        std::find_if(rows_.begin(), rows_.end(), [name](const command &row) { return row.name == name; });
+    return found == rows_.end() ? nullptr : &*found;
+}
+
+std::vector<std::string_view> command_table::next_words(std::string_view words, place where) const
+{
+    std::vector<std::string_view> found;
+    for (const command &row : rows_) {
+        const std::string_view rest = rest_after(words, row.name);
+        const std::string_view next = rest.substr(0, rest.find(' '));
+        if (!next.empty() && row.allowed_in(where) && std::find(found.begin(), found.end(), next) == found.end())
+            found.push_back(next);
+    }
+    return found;
+}
+
+std::string_view command_table::help_on(std::string_view words) const
+{
+    if (const command *row = find(words))
+        return row->help;
+    for (const command_group &group : groups_)
+        if (group.name == words)
+            return group.help;
+    return "";
+}
+
+} // namespace kelctl

@@ -1,0 +1,208 @@
+// Finding the command, and reading its arguments by its row.
+#include "kelctl/language/command_line.h"
+
+#include "kelctl/terminal/text.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace kelctl
+{
+namespace
+{
+
+uint32_t column_after(const std::vector<word> &words)
+{
+    return words.empty() ? 0 : words.back().end;
+}
+
+bool has_flag(const line_parts &parts, std::string_view name)
+{
+    return std::any_of(parts.arguments.begin(), parts.arguments.end(),
+                       [name](const argument_word &one) { return one.option == name && !one.value; });
+}
+
+class line_parser
+{
+public:
+    line_parser(const command_table &table, const std::vector<word> &words, place where)
+        : table_(table), words_(words), where_(where), parts_(parts_of(table, words, where))
+    {
+    }
+
+    invocation parse()
+    {
+        if (parts_.unknown)
+            refuse_word(*parts_.unknown);
+        if (has_flag(parts_, "--help"))
+            return help_on_command_words();
+        if (!parts_.row)
+            ask_for_more_words();
+        parsed_.row = parts_.row;
+        parsed_.json = has_flag(parts_, "--json");
+        parsed_.trace = has_flag(parts_, "--trace");
+        parsed_.raw = has_flag(parts_, "--raw");
+        for (const argument_word &one : parts_.arguments)
+            one.option.empty() ? take_positional(one) : take_option(one);
+        complete();
+        return std::move(parsed_);
+    }
+
+private:
+    // "ebcom path --help" is "help ebcom path".
+    invocation help_on_command_words()
+    {
+        invocation help = kelctl::parse(table_, words_of("help " + parts_.name), where_);
+        help.json = has_flag(parts_, "--json");
+        return help;
+    }
+
+    [[noreturn]] void ask_for_more_words() const
+    {
+        if (parts_.name.empty())
+            throw wrong_line("A command is required", column_after(words_));
+        throw wrong_line(fmt::format("\"{}\" is followed by one of these: {}", parts_.name,
+                                     joined(table_.next_words(parts_.name, where_), ", ")),
+                         column_after(words_));
+    }
+
+    [[noreturn]] void refuse_word(const word &word) const
+    {
+        if (word.text.starts_with("-"))
+            throw wrong_line(fmt::format("there is no option {}", in_quotes(word.text)), word.column);
+        const std::string asked = with_words_before(word.text);
+        if (const command *elsewhere = table_.find(asked); elsewhere && !elsewhere->allowed_in(where_))
+            throw wrong_line(fmt::format("{} cannot be used here", in_quotes(asked)), word.column);
+        const std::string_view meant = nearest(word.text, table_.next_words(parts_.name, where_));
+        const std::string hint =
+            meant.empty() ? "" : fmt::format("; did you mean {}?", in_quotes(with_words_before(meant)));
+        throw wrong_line(fmt::format("there is no command {}{}", in_quotes(asked), hint), word.column);
+    }
+
+    std::string with_words_before(std::string_view last) const
+    {
+        return parts_.name.empty() ? std::string(last) : fmt::format("{} {}", parts_.name, last);
+    }
+
+    void take_option(const argument_word &given)
+    {
+        if (!given.meant)
+            refuse_option(given);
+        if (given.meant->is_flag() && given.value)
+            throw wrong_line(fmt::format("{} takes no value", given.option), given.written.column);
+        if (given.option == "--json" || given.option == "--trace" || given.option == "--raw")
+            return;
+        if (parsed_.given.has(given.option))
+            throw wrong_line(fmt::format("{} is given twice", given.option), given.written.column);
+        if (given.awaits_value())
+            throw wrong_line(fmt::format("{}: a value is missing", given.option), column_after(words_));
+        if (given.value)
+            take_value(*given.meant, *given.value);
+        else
+            parsed_.given.set(given.option, true);
+    }
+
+    [[noreturn]] void refuse_option(const argument_word &given) const
+    {
+        std::vector<std::string_view> known;
+        for (const std::vector<argument> *list : {&parsed_.row->arguments, &shared_options()})
+            for (const argument &one : *list)
+                if (one.is_option())
+                    known.emplace_back(one.name);
+        throw wrong_line(fmt::format("\"{}\" has no option {}{}", parts_.name, in_quotes(given.option),
+                                     did_you_mean(given.option, known)),
+                         given.written.column);
+    }
+
+    void take_positional(const argument_word &given)
+    {
+        if (!given.meant)
+            throw wrong_line(fmt::format("{} is one word too many", in_quotes(given.written.text)),
+                             given.written.column);
+        if (given.meant->repeated)
+            repeated_.push_back(given.written.text);
+        else
+            take_value(*given.meant, given.written);
+    }
+
+    void take_value(const argument &argument, const word &word)
+    {
+        try {
+            const bool raw = argument.kind.read_raw && parsed_.raw;
+            parsed_.given.set(argument.name, (raw ? argument.kind.read_raw : argument.kind.read)(word.text));
+        } catch (const wrong_value &wrong) {
+            throw wrong_line(fmt::format("{}: {}", argument.name, wrong.what()), word.column);
+        }
+    }
+
+    // What was not given, and what must come together.
+    void complete()
+    {
+        for (const argument &one : parsed_.row->arguments) {
+            if (one.repeated)
+                parsed_.given.set(one.name, repeated_);
+            else if (!parsed_.given.has(one.name))
+                take_default(one);
+            else if (!one.needs.empty() && !parsed_.given.has(one.needs))
+                throw wrong_line(fmt::format("{} needs {} as well", one.name, one.needs), column_after(words_));
+            else if (!one.instead.empty() && parsed_.given.has(one.instead))
+                throw wrong_line(fmt::format("{} and {} exclude each other", one.name, one.instead),
+                                 column_after(words_));
+        }
+        choose_variant();
+        for (const argument &one : parsed_.row->arguments)
+            check_variant(one);
+    }
+
+    void take_default(const argument &argument)
+    {
+        if (!argument.otherwise.empty())
+            take_value(argument, {.text = argument.otherwise});
+        else if (!argument.instead.empty() && parsed_.given.has(argument.instead))
+            return;
+        else if (!argument.instead.empty())
+            throw wrong_line(fmt::format("{} or {} is required", argument.name, argument.instead),
+                             column_after(words_));
+        else if (argument.required && !argument.is_flag())
+            throw wrong_line(fmt::format("{} is required", argument.name), column_after(words_));
+    }
+
+    void choose_variant()
+    {
+        const std::vector<variant> &variants = parsed_.row->variants;
+        parsed_.chosen = &variants.front();
+        if (variants.size() == 1)
+            return;
+        const std::string &word = parsed_.given.text("--variant");
+        parsed_.chosen =
+            &*std::find_if(variants.begin(), variants.end(), [&word](const variant &one) { return one.word == word; });
+    }
+
+    void check_variant(const argument &argument) const
+    {
+        const std::string_view word = parsed_.chosen->word;
+        const auto &wanted = argument.only_for;
+        if (!wanted.empty() && parsed_.given.has(argument.name) &&
+            std::find(wanted.begin(), wanted.end(), word) == wanted.end())
+            throw wrong_line(fmt::format("{} means nothing to --variant {}", argument.name, word),
+                             column_after(words_));
+    }
+
+    const command_table &table_;
+    const std::vector<word> &words_;
+    place where_;
+    const line_parts parts_;
+    std::vector<std::string> repeated_;
+    invocation parsed_;
+};
+
+} // namespace
+
+invocation parse(const command_table &table, const std::vector<word> &words, place where)
+{
+    return line_parser(table, words, where).parse();
+}
+
+} // namespace kelctl

@@ -1,0 +1,91 @@
+// One word for each value.
+#include "kelctl/language/command_text.h"
+
+#include "kelctl/terminal/text.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <iterator>
+#include <string_view>
+#include <utility>
+#include <variant>
+
+namespace kelctl
+{
+namespace
+{
+
+template <typename... Readers> struct overloaded : Readers... {
+    using Readers::operator()...;
+};
+template <typename... Readers> overloaded(Readers...) -> overloaded<Readers...>;
+
+// What ends a word, or means something else in one.
+constexpr std::string_view special = " \t\n#'\"\\";
+
+std::string quoted(const std::string &word)
+{
+    if (!word.empty() && word.find_first_of(special) == std::string::npos)
+        return word;
+    std::string text = "\"";
+    for (const char c : word)
+        text += c == '"' || c == '\\' ? fmt::format("\\{}", c) : std::string(1, c);
+    return text + "\"";
+}
+
+std::string word_of(const argument_kind &kind, const argument_value &value)
+{
+    const auto write = overloaded{
+        [](bool) { return std::string(); },
+        [&](int64_t number) { return kind.write ? kind.write(number) : std::to_string(number); },
+        [](uint64_t handle) { return fmt::format("0x{:x}", handle); },
+        [](const std::string &text) { return text; },
+        [](const mac_address &mac) { return to_text(mac); },
+        [](const std::vector<uint32_t> &numbers) { return joined(numbers, ","); },
+        [](const std::vector<std::string> &) { return std::string(); },
+    };
+    return quoted(std::visit(write, value));
+}
+
+bool is_default(const argument &one, const argument_value &value)
+{
+    return !one.otherwise.empty() && one.kind.read(one.otherwise) == value;
+}
+
+// One for each word that the argument takes.
+std::vector<std::string> words_of(const argument &one, const argument_value &value)
+{
+    std::vector<std::string> words;
+    if (const auto *texts = std::get_if<std::vector<std::string>>(&value))
+        std::ranges::transform(*texts, std::back_inserter(words), quoted);
+    else if (!one.is_flag())
+        words.push_back(word_of(one.kind, value));
+    if (one.is_option())
+        words.insert(words.begin(), one.name);
+    return words;
+}
+
+} // namespace
+
+std::string text_of(const invocation &asked)
+{
+    std::vector<std::string> positional;
+    std::vector<std::string> options;
+    for (const argument &one : asked.row->arguments)
+        if (const auto given = asked.given.all().find(one.name);
+            given != asked.given.all().end() && !is_default(one, given->second))
+            std::ranges::move(words_of(one, given->second), std::back_inserter(one.is_option() ? options : positional));
+    std::vector<std::string> line = {std::string(asked.row->name)};
+    if (asked.raw)
+        line.emplace_back("--raw");
+    if (std::ranges::none_of(positional, [](const std::string &word) { return word.starts_with("--"); }))
+        std::ranges::move(std::exchange(positional, {}), std::back_inserter(line));
+    else
+        positional.insert(positional.begin(), "--");
+    std::ranges::move(options, std::back_inserter(line));
+    std::ranges::move(positional, std::back_inserter(line)); // nothing, unless one could be taken for an option
+    return joined(line, " ");
+}
+
+} // namespace kelctl

@@ -1,0 +1,16 @@
+// A command as a person would type it: what parse() reads, written again. Plans, scripts that are made, and reports of
+// what was undone say commands in this form.
+#pragma once
+
+#include "kelctl/language/command.h"
+
+#include <string>
+
+namespace kelctl
+{
+
+// "ebcom path add 02:00:00:02:00:01 --port RLU1P --rate "100 Mbit/s" --burst "64 KiB"". What counts as the default
+// is left out; --json and --trace are, too.
+std::string text_of(const invocation &asked);
+
+} // namespace kelctl

@@ -1,0 +1,196 @@
+// The layout of help.
+#include "kelctl/language/help.h"
+
+#include "kelctl/terminal/text.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <span>
+
+namespace kelctl
+{
+namespace
+{
+
+constexpr size_t narrowest_left_column = 24;
+
+constexpr std::string_view about = "Control process of a node: configures the IC side of its packet accelerator.\n";
+
+constexpr meaning statuses[] = {
+    {"0", "done"},
+    {"1", "an operation failed, or was interrupted; standard error tells which and why"},
+    {"2", "the command line, a script or the node file is wrong; nothing was started"},
+};
+
+constexpr meaning program_options[] = {
+    {"--version", "print the version"},
+};
+
+constexpr meaning variables[] = {
+    {"MPID", "own MP id, unless the node file gives one"},
+    {"NO_COLOR", "when not empty: no colours on a terminal"},
+    {"XDG_STATE_HOME", "where the shell keeps its history"},
+    {"KEL_SOFTNODE_FAULTS", "calls that the software accelerator shall let fail, such as "
+                            "\"ork_ebcom_pcep_path_create:3=-4\", or a file of such rules, \"@FILE\""},
+};
+
+std::string in_usage(const argument &argument)
+{
+    const bool needed = argument.required && argument.otherwise.empty() && !argument.is_flag();
+    return needed ? with_value(argument) : fmt::format("[{}]", with_value(argument));
+}
+
+struct help_row {
+    std::string left;
+    std::string right;
+};
+
+// All with one left column, as wide as the widest of them.
+std::string rows_text(const std::vector<help_row> &rows)
+{
+    size_t width = narrowest_left_column;
+    for (const help_row &row : rows)
+        width = std::max(width, row.left.size() + 4);
+    std::string text;
+    for (const help_row &row : rows)
+        text += wrapped(fmt::format("  {:<{}}", row.left, width - 2), row.right);
+    return text;
+}
+
+std::string section(std::string_view heading, const std::vector<help_row> &rows)
+{
+    return rows.empty() ? "" : fmt::format("\n{}:\n{}", heading, rows_text(rows));
+}
+
+void add_arguments(const std::vector<argument> &arguments, bool options, std::vector<help_row> &rows)
+{
+    for (const argument &one : arguments)
+        if (one.is_option() == options)
+            rows.push_back({with_value(one), argument_text(one)});
+}
+
+std::string argument_sections(const command &row)
+{
+    std::vector<help_row> arguments;
+    std::vector<help_row> options;
+    add_arguments(row.arguments, false, arguments);
+    add_arguments(row.arguments, true, options);
+    add_arguments(shared_options(), true, options);
+    return section("Arguments", arguments) + section("Options", options);
+}
+
+std::string function_section(const command &row)
+{
+    std::vector<help_row> functions;
+    for (const variant &one : row.variants)
+        if (!one.function.empty())
+            functions.push_back({std::string(one.word), fmt::format("{}()", one.function)});
+    if (functions.size() > 1)
+        return section("Functions of the library, by --variant", functions);
+    return functions.empty() ? "" : fmt::format("\nFunction of the library:\n  {}\n", functions.front().right);
+}
+
+std::vector<help_row> rows_of(std::span<const meaning> meanings)
+{
+    std::vector<help_row> rows;
+    for (const auto &[what, means] : meanings)
+        rows.push_back({std::string(what), std::string(means)});
+    return rows;
+}
+
+// Commands of which `wanted` is true.
+template <typename Predicate>
+std::vector<help_row> command_rows(const command_table &table, place where, Predicate wanted)
+{
+    std::vector<help_row> rows;
+    for (const command &one : table.rows())
+        if (one.allowed_in(where) && wanted(one))
+            rows.push_back({std::string(one.name), std::string(one.help)});
+    return rows;
+}
+
+std::vector<help_row> group_rows(const command_table &table, place where)
+{
+    std::vector<help_row> rows;
+    for (const command_group &group : table.groups())
+        if (!table.next_words(group.name, where).empty())
+            rows.push_back({fmt::format("{} ...", group.name), std::string(group.help)});
+    return rows;
+}
+
+std::string overview(const command_table &table, place where)
+{
+    const auto of_one_word = [](const command &row) { return row.name.find(' ') == std::string_view::npos; };
+    std::vector<help_row> options;
+    add_arguments(shared_options(), true, options);
+    return section("Commands", command_rows(table, where, of_one_word)) +
+           section("Groups of commands", group_rows(table, where)) + section("Options of every command", options);
+}
+
+} // namespace
+
+std::span<const meaning> exit_statuses()
+{
+    return statuses;
+}
+
+std::span<const meaning> options_without_command()
+{
+    return program_options;
+}
+
+std::span<const meaning> environment_variables()
+{
+    return variables;
+}
+
+std::string with_value(const argument &argument)
+{
+    if (!argument.is_option())
+        return argument.repeated ? argument.name + "..." : argument.name;
+    return argument.is_flag() ? argument.name : fmt::format("{} {}", argument.name, argument.kind.placeholder);
+}
+
+std::string argument_text(const argument &argument)
+{
+    std::string text = argument.help;
+    if (!argument.kind.allowed.empty())
+        text += fmt::format("; {}", argument.kind.allowed);
+    if (!argument.otherwise.empty())
+        text += fmt::format(" (default {})", argument.otherwise);
+    return text;
+}
+
+std::vector<std::string> usage_of(const command &row)
+{
+    std::vector<std::string> parts = {std::string(row.name)};
+    for (const argument &one : row.arguments)
+        parts.push_back(in_usage(one));
+    return parts;
+}
+
+std::string help_of(const command &row)
+{
+    const std::string details = row.details.empty() ? "" : fmt::format("\n{}\n", row.details);
+    const std::string only = row.needs_accelerator ? "\nOnly on the software accelerator.\n" : "";
+    const std::string example = row.example.empty() ? "" : fmt::format("\nExample:\n{}", wrapped("  ", row.example));
+    return fmt::format("{}\n\n{}", row.help, wrapped("Usage: ", usage_of(row))) + argument_sections(row) + details +
+           only + function_section(row) + example;
+}
+
+std::string help_of_words(const command_table &table, std::string_view words, place where)
+{
+    if (words.empty() && where == place::program)
+        return fmt::format(
+            "{}\nUsage: kelctl COMMAND ...\n{}{}{}{}\n\"kelctl help COMMAND\" tells more of a command.\n", about,
+            overview(table, where), section("Instead of a command", rows_of(program_options)),
+            section("Exit status", rows_of(statuses)), section("Environment", rows_of(variables)));
+    if (words.empty())
+        return overview(table, where).substr(1) + "\n\"help COMMAND\" tells more of a command or group.\n";
+    const std::string beginning = fmt::format("{} ", words);
+    const auto begins = [&](const command &row) { return row.name.starts_with(beginning); };
+    return section("Commands", command_rows(table, where, begins)).substr(1);
+}
+
+} // namespace kelctl

@@ -1,0 +1,39 @@
+// Help, made from a table of commands. Every line has at most 80 columns.
+#pragma once
+
+#include "kelctl/language/command.h"
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kelctl
+{
+
+// What something means, in words.
+struct meaning {
+    std::string_view what;
+    std::string_view means;
+};
+
+std::span<const meaning> exit_statuses();
+std::span<const meaning> options_without_command(); // given alone
+std::span<const meaning> environment_variables();   // that change what the program does
+
+// "--port PORT", "SCRIPT", "COMMAND..."
+std::string with_value(const argument &argument);
+
+// What it is for, what it may be, and what counts without it.
+std::string argument_text(const argument &argument);
+
+// How it is asked for, in parts that belong together: "ebcom path add", "MAC", "--port PORT", "[--rate RATE]".
+std::vector<std::string> usage_of(const command &row);
+
+// Of one command: how it is asked for, its arguments, its details, an example.
+std::string help_of(const command &row);
+
+// The commands that begin with these words; of all when there are none, and then with how the program itself is used.
+std::string help_of_words(const command_table &table, std::string_view words, place where);
+
+} // namespace kelctl

@@ -1,0 +1,89 @@
+// Asking the accelerator and the library what stands, and putting the answers together.
+#include "kelctl/node/standing.h"
+
+#include "kelctl/accelerator/software_accelerator.h"
+
+namespace kelctl
+{
+namespace
+{
+
+constexpr uint32_t longest_wait = 2'000; // milliseconds
+
+// 0: none
+handle queue_of(const mac_address &destination)
+{
+    void *queue = nullptr;
+    kel_ic_ebcom_queue_handle_get(destination.octets.data(), &queue);
+    return reinterpret_cast<handle>(queue);
+}
+
+// Destinations that are on the same ports are found on the same one of them: one destination is asked about for all.
+void look_up(const std::map<mac_address, std::set<int32_t>> &ports_of_mac, port_knowledge &ports)
+{
+    std::set<std::set<int32_t>> asked;
+    for (const auto &[mac, on] : ports_of_mac) {
+        const handle queue = asked.insert(on).second ? queue_of(mac) : 0;
+        if (queue == 0)
+            continue;
+        ports.found_by.try_emplace(queue, mac);
+        if (on.size() == 1)
+            ports.port_of_queue[queue] = *on.begin();
+    }
+}
+
+// Queues are listed in the order of their creation, that is of their ports' first paths. So are the ports left over.
+void match_in_order(const snapshot &node, const std::vector<int32_t> &ports_left, port_knowledge &ports)
+{
+    auto port = ports_left.begin();
+    for (const snapshot::queue &queue : node.queues)
+        if (port != ports_left.end() && ports.port_of_queue.try_emplace(queue.self, *port).second)
+            ++port;
+}
+
+} // namespace
+
+std::optional<snapshot> current_snapshot()
+{
+    const auto json = accelerator_snapshot();
+    return json ? std::optional(read_snapshot(*json)) : std::nullopt;
+}
+
+std::optional<snapshot> settled_snapshot()
+{
+    const auto json = settled_document();
+    return json ? std::optional(read_snapshot(*json)) : std::nullopt;
+}
+
+void settle()
+{
+    timing_settled(longest_wait);
+}
+
+std::optional<std::string> settled_document()
+{
+    settle();
+    return accelerator_snapshot();
+}
+
+port_knowledge ports_of(const snapshot &node, const std::vector<kel_ebcom_path_config> &added)
+{
+    port_knowledge ports;
+    std::vector<int32_t> left;
+    std::map<mac_address, std::set<int32_t>> ports_of_mac;
+    for (const kel_ebcom_path_config &path : added) {
+        const mac_address mac = mac_address_at(path.dst_mac);
+        ports_of_mac[mac].insert(path.iell_port);
+        auto &destinations = ports.destinations[path.iell_port];
+        if (destinations.empty())
+            left.push_back(path.iell_port);
+        destinations.insert(mac);
+    }
+    look_up(ports_of_mac, ports);
+    for (const auto &[queue, port] : ports.port_of_queue)
+        std::erase(left, port);
+    match_in_order(node, left, ports);
+    return ports;
+}
+
+} // namespace kelctl

@@ -1,0 +1,54 @@
+// What a command did: what there is to show, how it went, and what failed. Commands fill it; result_view.h lays it out for
+// people, result_document.h for programs.
+#pragma once
+
+#include "kelctl/library/library_call.h"
+#include "kelctl/values/exit_status.h"
+#include "kelctl/values/problem.h"
+#include "notation/document.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kelctl
+{
+
+// Named values in the order of their adding: text, numbers, lists of them, and lists of rows with the same names.
+// A template says fields{...} where it assigns a list: from bare braces there, Clang 14 never destroys what was replaced.
+using fields = notation::document;
+
+// Something wrong with what was asked for, before anything was done.
+struct input_error {
+    std::string message;
+    std::string file = {}; // empty: the command line
+    position at = whole_file;
+};
+
+struct result {
+    exit_status status = exit_done;
+    fields shown = fields::object();
+    std::optional<std::string> text = {}; // what people are shown instead of the fields
+    std::optional<uint32_t> code = {};    // the library's; none: no function of it was asked
+    std::vector<failure> failures = {};
+    std::vector<input_error> errors = {};
+    std::vector<trace_entry> complaints = {}; // failures that the library's records tell of, though it succeeded
+    bool shown_already = false;               // all of it was shown as it came up
+    std::string remark = {};                  // last for people, on standard error: "2 problems, nothing was started"
+};
+
+// Where a command stands in a file. Without a file: on the command line or in the shell.
+struct origin {
+    std::string file;
+    uint32_t line = 0;
+};
+
+// That nothing was done, for a reason that is not in the words of the command: it is told as an error.
+result refused(std::string reason);
+
+// That a file is not as it has to be: "node.toml: 3 problems, nothing was started".
+result wrong_input(const std::string &file, std::vector<input_error> errors, std::string_view consequence);
+
+} // namespace kelctl

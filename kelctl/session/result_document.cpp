@@ -1,0 +1,152 @@
+// The keys of the document, in their order.
+#include "kelctl/session/result_document.h"
+
+#include "kelctl/library/explanation.h"
+#include "notation/json.h"
+#include "platform/kei_util.h"
+
+#include <fmt/core.h>
+
+#include <utility>
+#include <vector>
+
+namespace kelctl
+{
+namespace
+{
+
+fields json_of(const argument_value &value)
+{
+    if (const auto *mac = std::get_if<mac_address>(&value))
+        return to_text(*mac);
+    if (const auto *handle = std::get_if<uint64_t>(&value))
+        return fmt::format("0x{:x}", *handle);
+    return std::visit(
+        [](const auto &plain) -> fields {
+            if constexpr (requires { fields(plain); })
+                return plain;
+            else
+                return nullptr;
+        },
+        value);
+}
+
+// "--ether-type" is told as "ether_type", "MAC" as "mac".
+std::string key_of(std::string name)
+{
+    name.erase(0, name.find_first_not_of('-'));
+    for (char &c : name)
+        c = c == '-' ? '_' : static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return name;
+}
+
+fields arguments_of(const invocation &asked)
+{
+    fields given = fields::object();
+    for (const argument &one : asked.row->arguments)
+        if (const auto value = asked.given.all().find(one.name); value != asked.given.all().end())
+            given[key_of(one.name)] = json_of(value->second);
+    return given;
+}
+
+fields refusal_of(const failure &failed)
+{
+    const auto why = explanation_of(failed);
+    if (!why)
+        return nullptr;
+    return {{"by", why->by},
+            {"what", why->what},
+            {"code", why->code ? fields(*why->code) : fields(nullptr)},
+            {"text", why->text}};
+}
+
+fields error_of(const input_error &error)
+{
+    const auto count = [](uint32_t number) { return number == 0 ? fields(nullptr) : fields(number); };
+    return {{"message", error.message},
+            {"file", error.file.empty() ? fields(nullptr) : fields(error.file)},
+            {"line", count(error.at.line)},
+            {"column", count(error.at.column)}};
+}
+
+// The first of them under a name of its own, which most readers need only.
+void add_list(fields &document, const char *first_name, const char *others_name, std::vector<fields> all)
+{
+    if (all.empty())
+        return;
+    document[first_name] = std::move(all.front());
+    all.erase(all.begin());
+    if (!all.empty())
+        document[others_name] = all;
+}
+
+} // namespace
+
+fields document_of(const result &done, const invocation &asked, const origin &from, bool tracer_installed)
+{
+    fields document = {{"command", asked.row->name}, {"arguments", arguments_of(asked)}};
+    if (!from.file.empty()) {
+        document["file"] = from.file;
+        document["line"] = from.line;
+    }
+    document["ok"] = done.status == exit_done;
+    document["code"] = done.code ? fields(*done.code) : fields(nullptr);
+    document["text"] = done.code ? fields(kei_util_init_rc_str_get(*done.code)) : fields(nullptr);
+    document["result"] = done.shown;
+
+    std::vector<fields> failures;
+    for (const failure &failed : done.failures)
+        failures.push_back(failure_fields(failed, tracer_installed));
+    add_list(document, "failure", "further_failures", std::move(failures));
+    if (!done.complaints.empty())
+        document["complaints"] = records_fields(done.complaints);
+    std::vector<fields> errors;
+    for (const input_error &error : done.errors)
+        errors.push_back(error_of(error));
+    add_list(document, "error", "further_errors", std::move(errors));
+    return document;
+}
+
+fields failure_fields(const failure &failed, bool tracer_installed)
+{
+    fields records = records_fields(failed.records);
+    return {{"operation", failed.operation}, {"function", failed.operation.substr(0, failed.operation.find('('))},
+            {"code", failed.code},           {"text", kei_util_init_rc_str_get(failed.code)},
+            {"refusal", refusal_of(failed)}, {"records", tracer_installed ? std::move(records) : fields(nullptr)}};
+}
+
+fields records_fields(const std::vector<trace_entry> &entries)
+{
+    fields records = fields::array();
+    for (const trace_entry &entry : entries)
+        records.push_back(record_fields(entry));
+    return records;
+}
+
+fields record_fields(const trace_entry &entry)
+{
+    return {{"event", entry.event}, {"domain", entry.domain}, {"message", entry.message}, {"location", entry.location}};
+}
+
+fields document_of(const input_error &error)
+{
+    return {{"command", nullptr},
+            {"arguments", fields::object()},
+            {"ok", false},
+            {"code", nullptr},
+            {"text", nullptr},
+            {"result", fields::object()},
+            {"error", error_of(error)}};
+}
+
+std::string json_line(const trace_entry &entry)
+{
+    return line_of({{"trace", record_fields(entry)}});
+}
+
+std::string line_of(const fields &document)
+{
+    return notation::to_json(document) + "\n";
+}
+
+} // namespace kelctl

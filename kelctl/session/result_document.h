@@ -1,0 +1,29 @@
+// A result as programs read it: one JSON document for each command. Its schema is docs/kelctl-json.md: keep the two
+// together.
+#pragma once
+
+#include "kelctl/language/command.h"
+#include "kelctl/session/result.h"
+
+#include <string>
+
+namespace kelctl
+{
+
+fields document_of(const result &done, const invocation &asked, const origin &from, bool tracer_installed);
+
+// Of a line that never became a command.
+fields document_of(const input_error &error);
+
+// A failed operation, and one of its trace records, as they stand in documents.
+fields failure_fields(const failure &failed, bool tracer_installed);
+fields record_fields(const trace_entry &entry);
+fields records_fields(const std::vector<trace_entry> &entries);
+
+// The trace record, as --trace prints it where results are JSON.
+std::string json_line(const trace_entry &entry);
+
+// A document as one line with its end. Octets that are not UTF-8 are replaced.
+std::string line_of(const fields &document);
+
+} // namespace kelctl

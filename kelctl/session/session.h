@@ -1,0 +1,108 @@
+// What lasts from one command to the next: the trace log, how results are shown, and the words that were used.
+#pragma once
+
+#include "kelctl/accelerator/traffic_player.h"
+#include "kelctl/language/command.h"
+#include "kelctl/language/known_words.h"
+#include "kelctl/library/library_call.h"
+#include "kelctl/session/asked_paths.h"
+#include "kelctl/session/result.h"
+#include "kelctl/session/undo.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace kelctl
+{
+
+class trace_log;
+
+class session
+{
+public:
+    // The table has to outlive it, as every command that it carries out comes from there.
+    session(const command_table &commands, place where, bool json, bool trace);
+    ~session();
+
+    // Carries the command out, remembers the words it used, and shows its result. `file` is where its line stands; empty
+    // on the command line and in the shell. What it returns has been shown.
+    result carry_out(const invocation &asked, const std::string &file = {});
+
+    // The same without showing it.
+    result perform(const invocation &asked);
+
+    // Shows a part of what a command does, as it comes up, and adds it to the command's result. Where results are JSON
+    // the whole is one document, shown at the end. `from` is put in front of what went wrong.
+    void show_part(result &whole, result part, const origin &from);
+
+    // Calls the library's function that the command stands for, with these parameters (library_call.h). What it made is
+    // noted.
+    template <typename Function, typename... Parameters>
+    result call(const invocation &asked, Function function, const Parameters &...parameters)
+    {
+        result done = ask(asked.chosen->function, function, parameters...);
+        note(asked, done);
+        return done;
+    }
+
+    // Calls any function that only reads.
+    template <typename Function, typename... Parameters>
+    result ask(std::string_view name, Function function, const Parameters &...parameters)
+    {
+        return called([&] { return text_of_call(name, parameters...); },
+                      [&] { return call_with(function, parameters...); });
+    }
+
+    // A line of a stream, where results are shown as JSON: nothing elsewhere.
+    void stream(const fields &document) const;
+
+    // Listens from the first time that it is asked for: before that, nothing is going on beside the commands.
+    trace_log &log();
+
+    bool tracer_installed() const;
+
+    bool json() const
+    {
+        return json_;
+    }
+
+    bool tracing() const
+    {
+        return tracing_;
+    }
+
+    const command_table &table;
+    place where; // commands come from
+    known_words known;
+    undo_stack made{table}; // what the commands so far made
+    asked_paths paths;
+    traffic_player traffic;        // what passes as virtual time does
+    std::function<void()> on_made; // called after each call that succeeded; null: not at all
+    bool timed = false;            // a timestamp thread was started, whose first offset may have to be waited for
+    bool finished = false;         // no further command is wanted
+
+private:
+    result called(const std::function<std::string()> &text, const std::function<uint32_t()> &call);
+    void note(const invocation &asked, const result &done);
+    void show_as(bool json, bool trace);
+    void direct_trace();
+    void remember(const invocation &asked);
+
+    std::unique_ptr<trace_log> log_;
+    const bool json_by_default_;
+    const bool trace_by_default_;
+    bool json_;
+    bool tracing_ = false;
+    bool missing_tracer_told_ = false;
+};
+
+// The handler of a function without parameters.
+template <uint32_t (*Function)()> result call_plainly(const invocation &asked, session &session)
+{
+    return session.call(asked, Function);
+}
+
+} // namespace kelctl

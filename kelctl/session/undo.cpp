@@ -1,0 +1,63 @@
+// Matching a command with the one that it undoes.
+#include "kelctl/session/undo.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace kelctl
+{
+namespace
+{
+
+bool same(const invocation &one, const invocation &other)
+{
+    return one.row == other.row && one.given.all() == other.given.all();
+}
+
+} // namespace
+
+std::optional<invocation> undo_of(const invocation &asked, const command_table &table)
+{
+    if (asked.row->undo.empty())
+        return std::nullopt;
+    const command *row = table.find(asked.row->undo);
+    if (!row)
+        return std::nullopt;
+    invocation undo = {.row = row, .chosen = &row->variants.front(), .given = {}, .line = asked.line, .raw = asked.raw};
+    for (const argument &one : row->arguments)
+        if (const auto value = asked.given.all().find(one.name); value != asked.given.all().end())
+            undo.given.set(one.name, value->second);
+    return undo;
+}
+
+// Most commands that undo others undo the last one made.
+void undo_stack::note(const invocation &asked)
+{
+    if (auto undo = undo_of(asked, table_)) {
+        made_.push_back({asked, std::move(*undo)});
+        return;
+    }
+    const auto undone =
+        std::find_if(made_.rbegin(), made_.rend(), [&](const made_command &made) { return same(made.undo, asked); });
+    if (undone != made_.rend())
+        made_.erase(std::next(undone).base());
+}
+
+void undo_stack::note_failed(const invocation &asked)
+{
+    if (auto undo = undo_of(asked, table_))
+        made_.push_back({asked, std::move(*undo), true});
+}
+
+void undo_stack::drop_last()
+{
+    made_.pop_back();
+}
+
+std::vector<made_command> undo_stack::take_all()
+{
+    return std::exchange(made_, {});
+}
+
+} // namespace kelctl

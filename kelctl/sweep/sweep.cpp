@@ -1,0 +1,178 @@
+// The scenario that the children carry out, and reading the report of them all.
+#include "kelctl/sweep/sweep.h"
+
+#include "kelctl/accelerator/software_accelerator.h"
+#include "kelctl/input/interruption.h"
+#include "kelctl/jobs/take_down.h"
+#include "kelctl/session/session.h"
+#include "kelctl/sweep/documented_leftovers.h"
+#include "notation/json.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+
+namespace kelctl
+{
+namespace
+{
+
+// Indexed by verdict.
+constexpr struct {
+    std::string_view name;
+    std::string_view key;
+} verdict_words[] = {
+    {"clean", "clean"}, {"left, as documented", "documented"}, {"left", "left"}, {"crashed", "crashed"},
+    {"hung", "hung"},
+};
+
+// What a control process would do: carry the script out up to the first line that fails, then take down what the lines
+// before it made. Everything of it happens in the child, the session with its trace listener included.
+class scripted_run
+{
+public:
+    scripted_run(const command_table &table, const std::vector<invocation> &lines) : table_(table), lines_(lines)
+    {
+    }
+
+    uint32_t run()
+    {
+        leave_interruptions_to_parent();
+        session_.emplace(table_, place::script, true, false);
+        for (const invocation &line : lines_) {
+            if (const result done = session_->perform(line); done.status != exit_done)
+                return note_failure(line, done);
+            if (session_->finished)
+                break;
+        }
+        return 0;
+    }
+
+    void clean_up()
+    {
+        for (const undone_command &undone : take_down(*session_))
+            for (const failure &refused : undone.failures)
+                note_["take_down"].push_back(
+                    {{"line", undone.line}, {"command", undone.command}, {"code", refused.code}});
+    }
+
+    std::string note() const
+    {
+        return notation::to_json(note_);
+    }
+
+private:
+    // What the failed line itself leaves is what the sweep is about: nobody takes it down.
+    uint32_t note_failure(const invocation &line, const result &done)
+    {
+        if (!session_->made.all().empty() && session_->made.all().back().failed)
+            session_->made.drop_last();
+        note_["line"] = line.line;
+        note_["operation"] = line.chosen->function;
+        note_["code"] = done.code ? fields(*done.code) : fields(nullptr);
+        return done.code.value_or(1);
+    }
+
+    const command_table &table_;
+    const std::vector<invocation> &lines_;
+    std::optional<session> session_;
+    fields note_ = {{"line", 0}, {"operation", ""}, {"code", nullptr}, {"take_down", fields::array()}};
+};
+
+void read_note(const fields &told, sweep_run &run)
+{
+    if (told.is_null())
+        return;
+    const fields note = notation::read_json(told.text());
+    run.line = note.at("line").number<uint32_t>();
+    run.operation = note.at("operation").text();
+    if (const fields &code = note.at("code"); !code.is_null())
+        run.code = code.number<uint32_t>();
+    for (const fields &undo : note.at("take_down"))
+        run.undo_failures.push_back(fmt::format("{} (of line {}): code {}", undo.at("command").text(),
+                                                undo.at("line").number<uint32_t>(),
+                                                notation::to_json(undo.at("code"))));
+}
+
+// What the lines up to the one that failed asked the library for. What is left may be any one's of them: a refusal
+// that an operation only traces fails a later one, or none.
+std::vector<std::string_view> operations_up_to(uint32_t line, const std::vector<invocation> &lines)
+{
+    std::vector<std::string_view> operations;
+    for (const invocation &one : lines)
+        if (line == 0 || one.line <= line)
+            operations.push_back(one.chosen->function);
+    return operations;
+}
+
+verdict judged(sweep_run &run, const std::vector<invocation> &lines)
+{
+    if (run.left.empty())
+        return verdict::clean;
+    const auto operations = operations_up_to(run.line, lines);
+    for (const std::string &kind : run.left) {
+        const auto why = why_left(operations, run.function, kind);
+        if (!why)
+            return verdict::left;
+        if (std::find(run.whys.begin(), run.whys.end(), *why) == run.whys.end())
+            run.whys.emplace_back(*why);
+    }
+    return verdict::left_as_documented;
+}
+
+sweep_run read_run(const fields &told, const std::vector<invocation> &lines)
+{
+    sweep_run run;
+    if (!told.at("function").is_null()) {
+        run.function = told.at("function").text();
+        run.call = told.at("call").number<uint64_t>();
+        run.thread = told.at("thread").number<uint64_t>();
+        run.fault_code = told.at("code").number<int64_t>();
+        run.persistent = told.at("persistent").boolean();
+    }
+    read_note(told.at("note"), run);
+    const auto &outcome = told.at("outcome").text();
+    if (outcome != "returned") {
+        run.came_out = outcome == "hung" ? verdict::hung : verdict::crashed;
+        return run;
+    }
+    run.left_items = told.at("left");
+    for (const fields &item : run.left_items)
+        if (const std::string &kind = item.at("kind").text();
+            std::find(run.left.begin(), run.left.end(), kind) == run.left.end())
+            run.left.push_back(kind);
+    run.came_out = judged(run, lines);
+    return run;
+}
+
+} // namespace
+
+std::string_view name_of(verdict verdict)
+{
+    return verdict_words[static_cast<size_t>(verdict)].name;
+}
+
+std::string_view key_of(verdict verdict)
+{
+    return verdict_words[static_cast<size_t>(verdict)].key;
+}
+
+std::optional<sweep_report> sweep(const command_table &table, const std::vector<invocation> &lines, uint32_t time_limit,
+                                  const sweep_watcher &go_on)
+{
+    scripted_run scripted(table, lines);
+    const auto told = sweep_accelerator({.run = [&] { return scripted.run(); },
+                                         .clean_up = [&] { scripted.clean_up(); },
+                                         .note = [&] { return scripted.note(); },
+                                         .time_limit = time_limit},
+                                        go_on);
+    if (!told)
+        return std::nullopt;
+    const fields document = notation::read_json(*told);
+    sweep_report report = {read_run(document.at("undisturbed"), lines), {}, document.at("planned").number<size_t>()};
+    for (const fields &run : document.at("runs"))
+        report.runs.push_back(read_run(run, lines));
+    return report;
+}
+
+} // namespace kelctl

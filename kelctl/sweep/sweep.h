@@ -1,0 +1,52 @@
+// The fault sweep of the software accelerator over a script, and what its report says. Shows nothing itself.
+#pragma once
+
+#include "kelctl/accelerator/software_accelerator.h"
+#include "kelctl/jobs/script.h"
+#include "kelctl/session/result.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kelctl
+{
+
+// What became of a run, from good to bad.
+enum class verdict { clean, left_as_documented, left, crashed, hung };
+
+std::string_view name_of(verdict verdict); // for people
+std::string_view key_of(verdict verdict);  // in documents
+
+// One run of the script, with one closed call failing.
+struct sweep_run {
+    std::string function; // the faulted call; no run without a fault has one
+    uint64_t call = 0;
+    uint64_t thread = 0; // 0: the script's own
+    int64_t fault_code = 0;
+    bool persistent = false;
+
+    verdict came_out = verdict::clean;
+    uint32_t line = 0;                      // that failed; 0: none did
+    std::string operation;                  // the library's function that failed there
+    std::optional<uint32_t> code;           // what it returned
+    std::vector<std::string> left;          // kinds of what nobody owns, one of each
+    fields left_items = fields::array();    // kind and name, as the accelerator tells
+    std::vector<std::string> whys;          // what documents it
+    std::vector<std::string> undo_failures; // take-down commands that failed, with their codes
+};
+
+struct sweep_report {
+    sweep_run undisturbed;
+    std::vector<sweep_run> runs;
+    size_t planned = 0; // runs; more than there are when the sweep was ended
+};
+
+// Runs the script with every call that it makes failing in turn, as long as `go_on` says so. None when no child process
+// can be made.
+std::optional<sweep_report> sweep(const command_table &table, const std::vector<invocation> &lines, uint32_t time_limit,
+                                  const sweep_watcher &go_on);
+
+} // namespace kelctl

@@ -1,0 +1,18 @@
+// A sweep's report, for people and for programs.
+#pragma once
+
+#include "kelctl/session/result.h"
+#include "kelctl/sweep/sweep.h"
+#include "kelctl/terminal/terminal.h"
+
+#include <string>
+
+namespace kelctl
+{
+
+// A row for each faulted call and what became of it, why what is left may be, and how many runs came out how.
+std::string sweep_view(const sweep_report &report, const painter &paint);
+
+fields sweep_fields(const sweep_report &report);
+
+} // namespace kelctl

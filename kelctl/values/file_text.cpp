@@ -1,0 +1,139 @@
+// Reading within bounds, and writing without harm to what is there.
+#include "kelctl/values/file_text.h"
+
+#include "kelctl/values/quantity.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <filesystem>
+#include <memory>
+#include <set>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace kelctl
+{
+namespace
+{
+
+constexpr size_t largest_file = size_t{16} * 1024 * 1024;
+constexpr mode_t any_permission = 07777;
+
+std::set<std::string> inputs; // of this run, by the names they were read under
+
+bool same_file(const struct stat &one, const struct stat &other)
+{
+    return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
+}
+
+bool is_input(const struct stat &file)
+{
+    struct stat input = {};
+    if (fstat(STDIN_FILENO, &input) == 0 && same_file(file, input))
+        return true;
+    return std::any_of(inputs.begin(), inputs.end(), [&](const std::string &name) {
+        return stat(name.c_str(), &input) == 0 && same_file(file, input);
+    });
+}
+
+int leave_open(std::FILE *)
+{
+    return 0;
+}
+
+std::unique_ptr<std::FILE, int (*)(std::FILE *)> open_to_read(const std::string &file)
+{
+    if (file == "-")
+        return {stdin, leave_open};
+    return {std::fopen(file.c_str(), "rbe"), std::fclose};
+}
+
+// False, with errno telling why, when not all of it was.
+bool write_all(int descriptor, std::string_view text)
+{
+    while (!text.empty()) {
+        const ssize_t octets = write(descriptor, text.data(), text.size());
+        if (octets < 0 && errno != EINTR)
+            return false;
+        text.remove_prefix(octets > 0 ? static_cast<size_t>(octets) : 0);
+    }
+    return true;
+}
+
+bool close_after(int descriptor, bool written)
+{
+    const int error = errno;
+    const bool closed = close(descriptor) == 0;
+    if (!written)
+        errno = error;
+    return written && closed;
+}
+
+bool write_into(const std::string &device, std::string_view text)
+{
+    const int descriptor = open(device.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY);
+    return descriptor >= 0 && close_after(descriptor, write_all(descriptor, text));
+}
+
+// Where a name leads to.
+std::string resolved(const std::string &file)
+{
+    std::error_code error;
+    const auto place = std::filesystem::weakly_canonical(file, error);
+    return error ? file : place.string();
+}
+
+// With the permissions of the file that is there; null: none is.
+bool replace(const std::string &file, std::string_view text, const struct stat *there)
+{
+    if (there && access(file.c_str(), W_OK) != 0)
+        return false;
+    const std::string beside = fmt::format("{}.{}", file, getpid());
+    const int descriptor = open(beside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    if (descriptor < 0)
+        return false;
+    const bool written =
+        (!there || fchmod(descriptor, there->st_mode & any_permission) == 0) && write_all(descriptor, text);
+    if (close_after(descriptor, written) && rename(beside.c_str(), file.c_str()) == 0)
+        return true;
+    const int error = errno;
+    unlink(beside.c_str());
+    errno = error;
+    return false;
+}
+
+} // namespace
+
+std::string text_of_file(const std::string &file, problem_list &problems)
+{
+    inputs.insert(file);
+    const auto stream = open_to_read(file);
+    std::string text(stream ? largest_file + 1 : 0, '\0');
+    if (stream)
+        text.resize(std::fread(text.data(), 1, text.size(), stream.get()));
+    if (!stream || std::ferror(stream.get()))
+        problems.push_back({whole_file, fmt::format("cannot be read: {}", std::strerror(errno))});
+    else if (text.size() > largest_file)
+        problems.push_back({whole_file, fmt::format("is larger than {}", quantity_text(largest_file, size_units))});
+    return text;
+}
+
+std::optional<std::string> write_file(const std::string &file, std::string_view text)
+{
+    struct stat there = {};
+    const bool exists = stat(file.c_str(), &there) == 0;
+    const bool is_regular = exists && S_ISREG(there.st_mode);
+    if (is_regular && is_input(there))
+        return "cannot be written: it is an input of this run";
+    const bool written =
+        exists && !is_regular ? write_into(file, text) : replace(resolved(file), text, exists ? &there : nullptr);
+    return written ? std::nullopt : std::optional(fmt::format("cannot be written: {}", std::strerror(errno)));
+}
+
+} // namespace kelctl

@@ -1,0 +1,47 @@
+// Reading numbers, and the wording of those out of range.
+#include "kelctl/values/whole_number.h"
+
+#include <fmt/core.h>
+
+#include <charconv>
+#include <limits>
+
+namespace kelctl
+{
+namespace
+{
+
+constexpr int64_t least = std::numeric_limits<int64_t>::min();
+constexpr int64_t largest = std::numeric_limits<int64_t>::max();
+
+int64_t with_sign(uint64_t magnitude, bool negative)
+{
+    if (magnitude > static_cast<uint64_t>(largest))
+        return negative ? least : largest;
+    return negative ? -static_cast<int64_t>(magnitude) : static_cast<int64_t>(magnitude);
+}
+
+} // namespace
+
+std::optional<int64_t> parse_whole_number(std::string_view text)
+{
+    const bool negative = text.starts_with('-');
+    text.remove_prefix(negative ? 1 : 0);
+    const bool hexadecimal = text.starts_with("0x") || text.starts_with("0X");
+    text.remove_prefix(hexadecimal ? 2 : 0);
+
+    uint64_t magnitude = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), magnitude, hexadecimal ? 16 : 10);
+    if (error == std::errc::invalid_argument || end != text.data() + text.size())
+        return std::nullopt;
+    if (error == std::errc::result_out_of_range)
+        magnitude = std::numeric_limits<uint64_t>::max();
+    return with_sign(magnitude, negative);
+}
+
+std::string outside(std::string_view shown, const range &allowed)
+{
+    return fmt::format("{} is not in {}", shown, allowed.text);
+}
+
+} // namespace kelctl

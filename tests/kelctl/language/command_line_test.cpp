@@ -1,0 +1,175 @@
+// The grammar: what becomes of words, and what is said of wrong ones.
+#include "kelctl/language/command_line.h"
+
+#include "made_up_commands.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <ostream>
+
+namespace kelctl
+{
+namespace
+{
+
+using testing::ElementsAre;
+
+invocation parsed(const std::string &line)
+{
+    return parse(made_up_commands(), words_of(line), place::script);
+}
+
+TEST(CommandLine, ArgumentsAreReadByTheirKinds)
+{
+    const invocation asked = parsed("lamp add 0200.0202.0001 --port rlu1p --rate '100 Mbit/s' --burst=4KiB --level 5");
+    EXPECT_EQ(asked.row->name, "lamp add");
+    EXPECT_EQ(asked.chosen->function, "lamp_add");
+    EXPECT_EQ(to_text(asked.given.mac("MAC")), "02:00:02:02:00:01");
+    EXPECT_EQ(asked.given.number<int32_t>("--port"), 6);
+    EXPECT_EQ(asked.given.number<uint32_t>("--rate"), 100'000u);
+    EXPECT_EQ(asked.given.number<uint32_t>("--burst"), 4096u);
+    EXPECT_EQ(asked.given.number<uint32_t>("--level"), 5u);
+}
+
+TEST(CommandLine, DefaultsCountWhereNothingIsGiven)
+{
+    const invocation asked = parsed("lamp add 02:00:02:02:00:01 --port 6");
+    EXPECT_FALSE(asked.given.has("--rate"));
+    EXPECT_EQ(asked.given.number<uint32_t>("--level"), 3u);
+}
+
+TEST(CommandLine, OptionsMayStandAnywhereAfterTheCommand)
+{
+    const invocation asked = parsed("lamp group join --json 300 --trace 7");
+    EXPECT_TRUE(asked.json);
+    EXPECT_TRUE(asked.trace);
+    EXPECT_EQ(asked.given.id("GROUP"), 300u);
+    EXPECT_EQ(asked.given.id("ID"), 7u);
+}
+
+TEST(CommandLine, SharedOptionsMayStandBeforeAndWithinTheCommand)
+{
+    for (const char *line : {"--json lamp group drop 7", "lamp --json group drop 7"}) {
+        const invocation asked = parsed(line);
+        EXPECT_TRUE(asked.json) << line;
+        EXPECT_FALSE(asked.trace) << line;
+        EXPECT_EQ(asked.row->name, "lamp group drop") << line;
+    }
+}
+
+TEST(CommandLine, TwoDashesEndTheOptions)
+{
+    EXPECT_EQ(parsed("say -- --json").given.text("TEXT"), "--json");
+    EXPECT_EQ(parsed("say -- --help").given.text("TEXT"), "--help");
+}
+
+TEST(CommandLine, ValueOfAnOptionMayLookLikeAnOption)
+{
+    EXPECT_EQ(parsed("turn --degrees -5").given.number<int64_t>("--degrees"), -5);
+    for (const char *value : {"--help", "-h", "--json", "--"}) {
+        const invocation asked = parsed(std::string("say hello --prefix ") + value);
+        EXPECT_EQ(asked.row->name, "say") << value;
+        EXPECT_EQ(asked.given.text("--prefix"), value);
+        EXPECT_FALSE(asked.json) << value;
+    }
+}
+
+TEST(CommandLine, VariantChoosesTheFunctionAndTheFirstIsTheDefault)
+{
+    EXPECT_EQ(parsed("lamp show 02:00:02:02:00:01").chosen->function, "lamp_text");
+    EXPECT_EQ(parsed("lamp show 02:00:02:02:00:01 --variant record").chosen->function, "lamp_record");
+}
+
+TEST(CommandLine, HelpMeansTheCommandSoFarWhateverElseIsMissing)
+{
+    const auto words_of_help = [](const std::string &line) {
+        const invocation asked = parsed(line);
+        EXPECT_EQ(asked.row->name, "help");
+        return asked.given.get<std::vector<std::string>>("COMMAND");
+    };
+    EXPECT_THAT(words_of_help("lamp group join --wat x --help"), ElementsAre("lamp", "group", "join"));
+    EXPECT_THAT(words_of_help("lamp group -h"), ElementsAre("lamp", "group"));
+    EXPECT_THAT(words_of_help("--help lamp"), ElementsAre("lamp"));
+    EXPECT_THAT(words_of_help("--help"), ElementsAre());
+    EXPECT_THAT(words_of_help("help lamp add"), ElementsAre("lamp", "add"));
+    EXPECT_TRUE(parsed("lamp --help --json").json);
+}
+
+TEST(CommandLine, HelpIsACommandOfTheTable)
+{
+    std::vector<command> rows = made_up_rows();
+    std::erase_if(rows, [](const command &row) { return row.name == "help"; });
+    const command_table without(std::move(rows), {});
+    EXPECT_THROW(parse(without, words_of("lamp --help"), place::script), wrong_line);
+}
+
+struct wrong_command {
+    const char *name;
+    const char *line;
+    uint32_t column;
+    const char *message;
+};
+
+void PrintTo(const wrong_command &wrong, std::ostream *out)
+{
+    *out << wrong.name;
+}
+
+const wrong_command wrong_commands[] = {
+    {"Nothing", "--json", 7, "A command is required"},
+    {"UnknownWord", "lmp add", 1, "there is no command \"lmp\"; did you mean \"lamp\"?"},
+    {"UnknownSecondWord", "lamp gruop add", 6, "there is no command \"lamp gruop\"; did you mean \"lamp group\"?"},
+    {"UnknownWordBeforeHelp", "down --help", 1, "there is no command \"down\""},
+    {"UnknownWordBehindHelp", "--help down", 8, "there is no command \"down\""},
+    {"WordIsMissing", "lamp group", 11, "\"lamp group\" is followed by one of these: make, drop, join"},
+    {"NotInAScript", "load lamps", 1, "\"load\" cannot be used here"},
+    {"UnknownLeadingOption", "--wat lamp add", 1, "there is no option \"--wat\""},
+    {"UnknownOption", "lamp group drop 300 --jsno", 21,
+     "\"lamp group drop\" has no option \"--jsno\"; did you mean \"--json\"?"},
+    {"OptionTwice", "lamp remove 02:00:02:02:00:01 --port 6 --port 7", 40, "--port is given twice"},
+    {"ValueIsMissing", "lamp remove 02:00:02:02:00:01 --port", 37, "--port: a value is missing"},
+    {"FlagWithValue", "leave --json=yes", 7, "--json takes no value"},
+    {"HelpWithValue", "leave --help=yes", 7, "--help takes no value"},
+    {"RequiredArgument", "lamp group drop", 16, "GROUP is required"},
+    {"RequiredOption", "lamp remove 02:00:02:02:00:01  # from where?", 30, "--port is required"},
+    {"OneWordTooMany", "lamp group drop 300 301", 21, "\"301\" is one word too many"},
+    {"OneNeedsTheOther", "lamp add 02:00:02:02:00:01 --port 6 --rate 5", 45, "--rate needs --burst as well"},
+    {"OptionOfAnotherVariant", "lamp show 02:00:02:02:00:01 --format csv --variant record", 58,
+     "--format means nothing to --variant record"},
+    {"ValueIsWrong", "lamp group drop 512", 17, "GROUP: 512 is not in 1 to 511"},
+    {"ValueBehindEqualsIsWrong", "lamp show 02:00:02:02:00:01 --format=cvs", 29,
+     "--format: \"cvs\" is neither text, csv, json nor a number; did you mean \"csv\"?"},
+};
+
+class WrongCommand : public testing::TestWithParam<wrong_command>
+{
+};
+
+TEST_P(WrongCommand, IsToldWithItsColumn)
+{
+    try {
+        parsed(GetParam().line);
+        FAIL() << "nothing is wrong with " << GetParam().line;
+    } catch (const wrong_line &wrong) {
+        EXPECT_STREQ(wrong.what(), GetParam().message);
+        EXPECT_EQ(wrong.column(), GetParam().column);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, WrongCommand, testing::ValuesIn(wrong_commands),
+                         [](const auto &tested) { return std::string(tested.param.name); });
+
+TEST(CommandLine, WordsOfNoLineHaveNoColumn)
+{
+    try {
+        parse(made_up_commands(), {{.text = "lamp"}, {.text = "group"}, {.text = "drop"}, {.text = "512"}},
+              place::program);
+        FAIL();
+    } catch (const wrong_line &wrong) {
+        EXPECT_EQ(wrong.column(), 0u);
+    }
+}
+
+} // namespace
+} // namespace kelctl

@@ -1,0 +1,73 @@
+// Looking up in a table of commands.
+#include "kelctl/language/command.h"
+
+#include "made_up_commands.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace kelctl
+{
+namespace
+{
+
+using testing::AllOf;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+
+const command_table &table = made_up_commands();
+
+TEST(CommandTable, FindsARowByAllOfItsWords)
+{
+    ASSERT_NE(table.find("lamp group join"), nullptr);
+    EXPECT_EQ(table.find("lamp group join")->name, "lamp group join");
+    EXPECT_EQ(table.find("lamp group"), nullptr);
+    EXPECT_EQ(table.find(""), nullptr);
+}
+
+TEST(CommandTable, NextWordsFollowTheRows)
+{
+    EXPECT_THAT(table.next_words("lamp", place::shell), ElementsAre("add", "remove", "show", "group"));
+    EXPECT_THAT(table.next_words("lamp group", place::program), ElementsAre("make", "drop", "join"));
+    EXPECT_THAT(table.next_words("lamp add", place::program), IsEmpty());
+    EXPECT_THAT(table.next_words("nothing", place::program), IsEmpty());
+    EXPECT_THAT(table.next_words("lam", place::program), IsEmpty());
+}
+
+TEST(CommandTable, PlacesAreKeptApart)
+{
+    EXPECT_THAT(table.next_words("", place::program), AllOf(Contains("load"), Not(Contains("leave"))));
+    EXPECT_THAT(table.next_words("", place::script), AllOf(Contains("leave"), Not(Contains("load"))));
+}
+
+TEST(CommandTable, HelpIsOfARowOrOfAGroup)
+{
+    EXPECT_EQ(table.help_on("lamp add"), "Add a lamp");
+    EXPECT_EQ(table.help_on("lamp"), "lamps and groups of them");
+    EXPECT_EQ(table.help_on("lamp group"), "");
+}
+
+TEST(CommandTable, SeveralVariantsMakeAnOption)
+{
+    const argument *option = table.find("lamp show")->find_argument("--variant");
+    ASSERT_NE(option, nullptr);
+    EXPECT_EQ(option->otherwise, "text");
+    EXPECT_EQ(option->kind.allowed, "text, record");
+    EXPECT_EQ(table.find("lamp add")->find_argument("--variant"), nullptr);
+}
+
+TEST(Command, ArgumentsAreFoundByNameOrPlace)
+{
+    const command &join = *table.find("lamp group join");
+    EXPECT_EQ(join.argument_at(1)->name, "ID");
+    EXPECT_EQ(join.argument_at(2), nullptr);
+    EXPECT_EQ(table.find("help")->argument_at(5)->name, "COMMAND");
+    EXPECT_EQ(table.find("lamp add")->argument_at(1), nullptr);
+    EXPECT_EQ(join.find_argument("--json"), &shared_options().front());
+    EXPECT_EQ(join.find_argument("--port"), nullptr);
+}
+
+} // namespace
+} // namespace kelctl

@@ -1,0 +1,114 @@
+// What every command shows, as text and as JSON, compared as a whole with the files beside this one. After a change that
+// is meant, write them anew and look at the difference:
+//
+//     KELCTL_WRITE_EXPECTED=1 build/dev/bin/kelctl-program-tests --gtest_filter='EveryCommand.*'
+#include "dump_file.h"
+#include "kelctl/commands/commands.h"
+#include "kelctl/jobs/script.h"
+#include "kelctl/values/file_text.h"
+#include "program.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <cstdlib>
+#include <fstream>
+#include <regex>
+#include <set>
+#include <sstream>
+
+namespace
+{
+
+using nlohmann::json;
+
+constexpr const char *script = "tests/kelctl/program/every_command.kel";
+
+std::string text_of(const std::string &file)
+{
+    kelctl::problem_list problems;
+    return kelctl::text_of_file(file, problems);
+}
+
+// Lines of the library's sources are none of kelctl's business.
+std::string without_line_numbers(const std::string &text)
+{
+    return std::regex_replace(text, std::regex("\\.cpp:[0-9]+"), ".cpp:0");
+}
+
+void expect_same(const std::string &name, const std::string &text)
+{
+    const std::string file = std::string(KELCTL_EXPECTED_DIR "/") + name + ".expected";
+    if (std::getenv("KELCTL_WRITE_EXPECTED"))
+        std::ofstream(file) << without_line_numbers(text);
+    EXPECT_EQ(without_line_numbers(text), text_of(file)) << name;
+}
+
+program_outcome run_script(const std::vector<std::string> &options = {})
+{
+    std::vector<std::string> arguments = {"run", script, "--keep-going"};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    const dump_file_removed afterwards;
+    return run_kelctl({.arguments = arguments, .folder = KELCTL_SOURCE_DIR});
+}
+
+TEST(EveryCommand, IsInTheScript)
+{
+    std::set<std::string_view> run;
+    const kelctl::script parsed =
+        kelctl::parse_script(kelctl::commands(), text_of(std::string(KELCTL_SOURCE_DIR "/") + script));
+    for (const kelctl::invocation &line : parsed.lines)
+        run.insert(line.row->name);
+    for (const kelctl::command &row : kelctl::commands().rows())
+        EXPECT_EQ(run.contains(row.name), row.allowed_in(kelctl::place::script)) << row.name;
+}
+
+TEST(EveryCommand, ShowsTextAsExpected)
+{
+    const program_outcome outcome = run_script();
+    EXPECT_EQ(outcome.status, 1); // some lines are there to fail
+    expect_same("every_command", outcome.out);
+    expect_same("every_command_errors", outcome.err);
+}
+
+TEST(EveryCommand, ShowsTextOfEightyColumns)
+{
+    std::istringstream lines(text_of(KELCTL_EXPECTED_DIR "/every_command.expected"));
+    size_t count = 0;
+    for (std::string line; std::getline(lines, line); ++count)
+        EXPECT_LE(line.size(), 80u) << line;
+    EXPECT_GT(count, 200u);
+}
+
+TEST(EveryCommand, ShowsJsonAsExpectedAndNothingElse)
+{
+    const program_outcome outcome = run_script({"--json"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err, "");
+    expect_same("every_command_json", outcome.out);
+}
+
+TEST(EveryCommand, HasADocumentWithTheSameKeys)
+{
+    std::istringstream lines(text_of(KELCTL_EXPECTED_DIR "/every_command_json.expected"));
+    for (std::string line; std::getline(lines, line);) {
+        const json document = json::parse(line);
+        for (const char *key : {"command", "arguments", "ok", "code", "text", "result"})
+            EXPECT_TRUE(document.contains(key)) << key << " in " << line.substr(0, 100);
+        // What failed in a script is told by its lines.
+        const bool told = document.contains("failure") || document.contains("error") || document["command"] == "run";
+        EXPECT_EQ(document["ok"] == json(false), told) << line.substr(0, 100);
+    }
+}
+
+TEST(EveryCommand, OfAWholeNodeShowsJsonAsExpected)
+{
+    const program_outcome outcome =
+        run_kelctl({.arguments = {"up", "examples/node.toml", "--json"}, .folder = KELCTL_SOURCE_DIR});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "");
+    expect_same("up_example_json", outcome.out);
+}
+
+} // namespace

@@ -1,0 +1,181 @@
+// Every command of the table, with the arguments of its example, in the life of one node on the software accelerator.
+#include "dump_file.h"
+#include "kelctl/commands/commands.h"
+#include "program.h"
+#include "temporary_folder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <fstream>
+#include <iterator>
+#include <set>
+#include <sstream>
+
+namespace
+{
+
+using namespace kelctl;
+
+// The order in which they all succeed.
+constexpr std::string_view life_of_a_node[] = {
+    "help",
+    "ports",
+    "codes",
+    "limits",
+    "check",
+    "plan",
+    "ebcom capabilities",
+    "ebcom params set",
+    "ebcom interface create",
+    "ebcom start",
+    "ebcom timestamp offset",
+    "ebcom path add",
+    "ebcom shaper add",
+    "ebcom queue handle",
+    "ebcom scheduler handle",
+    "ebcom port channel",
+    "ebcom queue stats",
+    "ebcom burst stats",
+    "ebcom stats",
+    "ebcom qos dump",
+    "pcep start",
+    "pcep multicast queue",
+    "pcep locate",
+    "pcep add",
+    "pcep stats",
+    "pcep handles dump",
+    "snapshot",
+    "graph",
+    "group add",
+    "group member add",
+    "traffic offer",
+    "traffic send",
+    "time advance",
+    "time show",
+    "group member remove",
+    "group remove",
+    "pcep remove",
+    "pcep stop",
+    "ebcom shaper remove",
+    "ebcom path remove",
+    "ebcom stop",
+    "ebcom qos init",
+    "ebcom qos deinit",
+    "ebcom interface delete",
+    "trace message",
+    "trace point",
+    "abort",
+    "fault functions",
+    "fault add",
+    "fault list",
+    "fault release",
+    "fault clear",
+    "node reset",
+    "exit",
+};
+
+// A line for each variant of each command.
+std::string script_of_all()
+{
+    std::string script;
+    for (const std::string_view name : life_of_a_node) {
+        const command *row = commands().find(name);
+        for (const variant &one : row->variants) {
+            script += row->example;
+            script += one.word.empty() ? "\n" : " --variant " + std::string(one.word) + "\n";
+        }
+    }
+    return script;
+}
+
+std::string text_of(const std::string &file)
+{
+    std::ifstream stream(file);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+program_outcome run_script(const std::string &script, const std::vector<std::string> &options = {})
+{
+    std::vector<std::string> arguments = {"run", "-"};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    const temporary_folder folder; // for what they write
+    std::filesystem::create_symlink(KELCTL_SOURCE_DIR "/examples", folder.path() + "/examples");
+    const dump_file_removed afterwards;
+    return run_kelctl({.arguments = arguments, .environment = {}, .folder = folder.path(), .in = script});
+}
+
+TEST(Operations, LifeOfANodeHasEveryCommandOfAScript)
+{
+    std::set<std::string_view> expected;
+    for (const command &row : commands().rows())
+        if (row.allowed_in(place::script))
+            expected.insert(row.name);
+    EXPECT_EQ(std::set<std::string_view>(std::begin(life_of_a_node), std::end(life_of_a_node)), expected);
+}
+
+TEST(Operations, EveryCommandAndVariantSucceeds)
+{
+    const auto outcome = run_script(script_of_all());
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "");
+}
+
+TEST(Operations, EveryCommandAndVariantHasOneDocument)
+{
+    const std::string script = script_of_all();
+    const auto outcome = run_script(script, {"--json"});
+    std::istringstream asked(script);
+    std::istringstream told(outcome.out);
+    size_t count = 0;
+    for (std::string line, document; std::getline(asked, line) && std::getline(told, document); ++count) {
+        const auto parsed = nlohmann::json::parse(document, nullptr, false);
+        ASSERT_TRUE(parsed.is_object()) << document;
+        EXPECT_TRUE(line.starts_with(parsed.at("command").get<std::string>())) << line;
+        EXPECT_EQ(parsed.at("ok"), true) << line;
+        EXPECT_TRUE(parsed.at("result").is_object()) << line;
+    }
+    EXPECT_GT(count, 50u);
+    EXPECT_EQ(outcome.err, "");
+}
+
+TEST(Operations, TextFitsEightyColumns)
+{
+    std::istringstream lines(run_script(script_of_all()).out);
+    for (std::string line; std::getline(lines, line);)
+        EXPECT_LE(line.size(), 80u) << line;
+}
+
+TEST(Operations, HelpOfEveryCommandFitsEightyColumns)
+{
+    std::string script;
+    for (const command &row : commands().rows())
+        if (row.allowed_in(place::script))
+            script += "help " + std::string(row.name) + "\n";
+    std::istringstream lines(run_script(script).out);
+    size_t count = 0;
+    for (std::string line; std::getline(lines, line); ++count)
+        EXPECT_LE(line.size(), 80u) << line;
+    EXPECT_GT(count, 500u);
+}
+
+TEST(Operations, ExampleScriptShowsWhatIsExpected)
+{
+    const auto outcome =
+        run_kelctl({.arguments = {"run", "examples/node.kel"}, .environment = {}, .folder = KELCTL_SOURCE_DIR});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.out, text_of(KELCTL_EXPECTED_DIR "/run_example.expected"));
+}
+
+TEST(Operations, ExampleScriptHasTheDocumentsThatAreExpected)
+{
+    const auto outcome = run_kelctl(
+        {.arguments = {"--json", "run", "examples/node.kel"}, .environment = {}, .folder = KELCTL_SOURCE_DIR});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.out, text_of(KELCTL_EXPECTED_DIR "/run_example_json.expected"));
+}
+
+} // namespace

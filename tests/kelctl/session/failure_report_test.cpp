@@ -1,0 +1,82 @@
+// The wording of a given failure.
+#include "kelctl/session/failure_report.h"
+
+#include "platform/kei_util.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace kelctl
+{
+namespace
+{
+
+const failure failed = {"do_it(port=6)",
+                        7,
+                        {{"API_CALL", "EBCOM", "do_it(): thing()", "file.cpp:12"},
+                         {"EXCEPTION", "GENERAL", "do_it(): no, thing", "file.cpp:14"}}};
+
+TEST(FailureReport, TellsOperationCodeTextAndRecords)
+{
+    EXPECT_EQ(report_of(failed, true, {painter(false)}),
+              std::string("failed: do_it(port=6)\n"
+                          "  code 7: ") +
+                  kei_util_init_rc_str_get(7) +
+                  "\n"
+                  "  refused by the library itself: thing: no\n"
+                  "  trace records of this operation:\n"
+                  "    API_CALL  EBCOM   do_it(): thing()  (file.cpp:12)\n"
+                  "    EXCEPTION GENERAL do_it(): no, thing  (file.cpp:14)\n");
+}
+
+TEST(FailureReport, NamesTheRefusingCallWithItsOwnCode)
+{
+    const failure refused = {
+        "do_it()", 13, {{"EXCEPTION", "GENERAL", "do_it(): 0xfffffffc - try again, ork_bind", "file.cpp:14"}}};
+    EXPECT_THAT(report_of(refused, true, {painter(false)}),
+                testing::HasSubstr("\n  refused by the driver kit: ork_bind, code -4 (0xfffffffc): try again\n"));
+    const failure by_itself = {"do_it()", 6, {{"EXCEPTION", "GENERAL", "do_it(): no,  ", "file.cpp:14"}}};
+    EXPECT_THAT(report_of(by_itself, true, {painter(false)}),
+                testing::HasSubstr("\n  refused by the library itself: no\n"));
+}
+
+TEST(FailureReport, WithoutATracerOneLineSaysSo)
+{
+    EXPECT_EQ(report_of({"do_it()", 13, {}}, false, {painter(false)}),
+              std::string("failed: do_it()\n  code 13: ") + kei_util_init_rc_str_get(13) +
+                  "\n  no trace records: the tracer is not installed on this machine\n");
+}
+
+TEST(FailureReport, ItsFirstWordIsPainted)
+{
+    EXPECT_EQ(report_of(failed, true, {painter(true)}).substr(0, 20), "\x1b[1;31mfailed:\x1b[0m d");
+}
+
+TEST(FailureReport, IsFoldedToTheWidthOfItsPage)
+{
+    const failure long_one = {"do_it(dst_mac=02:00:00:02:00:01, port=RLU1P (6))",
+                              7,
+                              {{"API_CALL", "EBCOM", "do_it(): thing(handle=12)", "file.cpp:12"}}};
+    EXPECT_EQ(report_of(long_one, true, {painter(false), 40}, "a.kel:3: "),
+              std::string("a.kel:3: failed:\n"
+                          "    do_it(dst_mac=02:00:00:02:00:01,\n"
+                          "    port=RLU1P (6))\n"
+                          "  code 7: ") +
+                  kei_util_init_rc_str_get(7) +
+                  "\n"
+                  "  trace records of this operation:\n"
+                  "    API_CALL  EBCOM   do_it():\n"
+                  "        thing(handle=12)  (file.cpp:12)\n");
+}
+
+TEST(FailureReport, ColoursTakeNoRoom)
+{
+    const failure short_one = {"do_it(dst_mac=02:00:00:02:00:01)", 7, {}};
+    const std::string plain = report_of(short_one, true, {painter(false), 40});
+    const std::string painted = report_of(short_one, true, {painter(true), 40});
+    EXPECT_EQ(plain.substr(0, plain.find('\n')), "failed: do_it(dst_mac=02:00:00:02:00:01)");
+    EXPECT_EQ(painted.substr(painted.find(" do_it")), plain.substr(plain.find(" do_it")));
+}
+
+} // namespace
+} // namespace kelctl

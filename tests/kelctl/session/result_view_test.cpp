@@ -1,0 +1,81 @@
+// Results as people are shown them.
+#include "kelctl/session/result_view.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace kelctl
+{
+namespace
+{
+
+using testing::internal::CaptureStderr;
+using testing::internal::CaptureStdout;
+using testing::internal::GetCapturedStderr;
+using testing::internal::GetCapturedStdout;
+
+struct shown_text {
+    std::string out;
+    std::string err;
+};
+
+shown_text shown(const result &done, const origin &from = {})
+{
+    CaptureStdout();
+    CaptureStderr();
+    show(done, from, true);
+    return {GetCapturedStdout(), GetCapturedStderr()};
+}
+
+TEST(ResultView, TextTakesThePlaceOfTheFieldsAndEndsItsLine)
+{
+    EXPECT_EQ(shown({.shown = {{"a", 1}}}).out, "a  1\n");
+    EXPECT_EQ(shown({.shown = {{"a", 1}}, .text = "b"}).out, "b\n");
+    EXPECT_EQ(shown({.shown = {{"a", 1}}, .text = "b\n"}).out, "b\n");
+    EXPECT_EQ(shown({.shown = {{"a", 1}}, .text = ""}).out, "");
+}
+
+TEST(ResultView, WhatWasToldIsNotToldAgain)
+{
+    const auto [out, err] = shown({.shown = {{"a", 1}}, .failures = {{"f()", 3, {}}}, .shown_already = true});
+    EXPECT_EQ(out + err, "");
+}
+
+TEST(ResultView, FailuresHaveThePlaceInTheScript)
+{
+    EXPECT_THAT(shown({.failures = {{"f()", 3, {}}}}, {"a\n.kel", 7}).err,
+                testing::StartsWith("a?.kel:7: failed: f()\n"));
+}
+
+TEST(ResultView, OnlyTheFirstOfManyFailuresAreToldInFull)
+{
+    const result done = {.failures = std::vector<failure>(12, {"f()", 3, {}})};
+    EXPECT_THAT(shown(done).err, testing::EndsWith("\n2 more operations failed\n"));
+}
+
+TEST(ResultView, ErrorsHaveTheirPlacesAndARemarkFollows)
+{
+    EXPECT_EQ(shown({.errors = {{"x", "a.toml", {1, 2}}, {"y", "a.toml", {3, 0}}, {"z"}}, .remark = "3 in all"}).err,
+              "a.toml:1:2: x\na.toml:3: y\nkelctl: z\n3 in all\n");
+}
+
+TEST(ResultView, WrongInputCountsItsProblems)
+{
+    const result one = wrong_input("a\x1b.toml", {{"x", "a\x1b.toml", whole_file}}, "nothing was run");
+    EXPECT_EQ(one.status, exit_wrong_input);
+    EXPECT_EQ(shown(one).err, "a?.toml: x\na?.toml: 1 problem, nothing was run\n");
+    EXPECT_EQ(wrong_input("f", {{"x"}, {"y"}}, "stop").remark, "f: 2 problems, stop");
+}
+
+TEST(ResultView, WrongLineIsTextOrADocument)
+{
+    CaptureStdout();
+    CaptureStderr();
+    show_wrong_line({"what?"}, false);
+    show_wrong_line({"what?"}, true);
+    EXPECT_EQ(GetCapturedStderr(), "kelctl: what?\n");
+    EXPECT_THAT(GetCapturedStdout(), testing::MatchesRegex("\\{\"command\":null,.*\"message\":\"what\\?\".*\\}\n"));
+}
+
+} // namespace
+} // namespace kelctl

@@ -1,0 +1,166 @@
+// Commands carried out one after the other in this process.
+#include "kelctl/session/session.h"
+
+#include "kelctl/commands/commands.h"
+#include "kelctl/language/command_line.h"
+#include "kelctl/library/trace_log.h"
+#include "notation/json.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+namespace kelctl
+{
+namespace
+{
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::internal::CaptureStderr;
+using testing::internal::CaptureStdout;
+using testing::internal::GetCapturedStderr;
+using testing::internal::GetCapturedStdout;
+
+class Session : public testing::Test
+{
+protected:
+    // What it printed is in `out` and `err`.
+    result carry_out(session &session, const std::string &line)
+    {
+        CaptureStdout();
+        CaptureStderr();
+        result done = session.carry_out(parse(commands(), words_of(line), place::shell));
+        out = GetCapturedStdout();
+        err = GetCapturedStderr();
+        return done;
+    }
+
+    std::string out;
+    std::string err;
+};
+
+TEST_F(Session, ResultIsShownAndGivenBack)
+{
+    session session(commands(), place::shell, false, false);
+    const result done = carry_out(session, "pcep locate 02:00:00:02:00:01");
+    EXPECT_EQ(done.status, exit_done);
+    EXPECT_EQ(done.code, 0u);
+    EXPECT_EQ(done.shown.at("location"), "OB");
+    EXPECT_THAT(out, HasSubstr("location       OB\n"));
+    EXPECT_EQ(err, "");
+}
+
+TEST_F(Session, FailureIsAResult)
+{
+    session session(commands(), place::shell, false, false);
+    const result done = carry_out(session, "ebcom port channel 0");
+    EXPECT_EQ(done.status, exit_operation_failed);
+    EXPECT_EQ(done.code, 3u);
+    ASSERT_EQ(done.failures.size(), 1u);
+    EXPECT_EQ(done.failures[0].operation, "kel_ic_ebcom_port_to_mac_chan(iell_port=0)");
+    EXPECT_THAT(err, testing::StartsWith("failed: kel_ic_ebcom_port_to_mac_chan(iell_port=0)\n"));
+}
+
+TEST_F(Session, ExceptionIsAnErrorOfItsCommand)
+{
+    const command row = {.name = "fail", .variants = {{.run = [](const invocation &, session &) -> result {
+                                             throw std::runtime_error("Too many open files");
+                                         }}}};
+    session json(commands(), place::shell, true, false);
+    CaptureStdout();
+    const result done = json.carry_out({.row = &row, .chosen = &row.variants.front(), .given = {}});
+    EXPECT_EQ(GetCapturedStdout(), R"({"command":"fail","arguments":{},"ok":false,"code":null,"text":null,"result":{},)"
+                                   R"("error":{"message":"Too many open files","file":null,"line":null,"column":null}})"
+                                   "\n");
+    EXPECT_EQ(done.status, exit_operation_failed);
+}
+
+TEST_F(Session, AddressesIdsAndHandlesAreRemembered)
+{
+    session session(commands(), place::shell, false, false);
+    carry_out(session, "pcep locate 02:00:00:02:00:01");
+    carry_out(session, "pcep start");
+    carry_out(session, "pcep remove 7");
+    carry_out(session, "group add 300");
+    carry_out(session, "traffic send 4 --frames 1 --octets 64");
+    EXPECT_THAT(session.known.macs, ElementsAre(*parse_mac_address("02:00:00:02:00:01")));
+    EXPECT_THAT(session.known.pceps, ElementsAre(7));
+    EXPECT_THAT(session.known.groups, ElementsAre(300));
+}
+
+TEST_F(Session, JsonCountsForOneCommandOrForAll)
+{
+    session plain(commands(), place::shell, false, false);
+    carry_out(plain, "trace message a --json");
+    EXPECT_THAT(out, testing::StartsWith("{\"command\":\"trace message\""));
+    EXPECT_FALSE(plain.json());
+    carry_out(plain, "trace message b");
+    EXPECT_EQ(out, "b\n");
+}
+
+TEST_F(Session, JsonOfTheProgramCountsForEveryCommand)
+{
+    session json(commands(), place::shell, true, false);
+    EXPECT_TRUE(json.json());
+    carry_out(json, "trace message a");
+    EXPECT_THAT(out, testing::StartsWith("{\"command\":\"trace message\""));
+    carry_out(json, "ebcom port channel 0");
+    EXPECT_EQ(err, "");
+}
+
+TEST_F(Session, TraceCountsForOneCommand)
+{
+    session session(commands(), place::shell, false, false);
+    if (!session.log().installed())
+        GTEST_SKIP() << "there is no tracer on this machine";
+    carry_out(session, "pcep start --trace");
+    EXPECT_THAT(err, HasSubstr("FN_ENTER  PCEP    kel_core_ic_pcep_start()"));
+    carry_out(session, "pcep start --trace --json");
+    EXPECT_THAT(err, testing::StartsWith("{\"trace\":{\"event\":\"FN_ENTER\",\"domain\":\"PCEP\","));
+    carry_out(session, "pcep start");
+    EXPECT_EQ(err, "");
+}
+
+TEST_F(Session, PartsAreShownAtOnceAndKept)
+{
+    result whole;
+    CaptureStdout();
+    session plain(commands(), place::shell, false, false);
+    plain.show_part(whole, {.shown = {{"a", 1}}, .text = "first"}, {});
+    EXPECT_EQ(GetCapturedStdout(), "first\n");
+    plain.show_part(whole, {.status = exit_operation_failed, .shown = {{"b", 2}}, .text = ""}, {});
+    EXPECT_EQ(notation::to_json(whole.shown), R"({"a":1,"b":2})");
+    EXPECT_EQ(whole.status, exit_operation_failed);
+    EXPECT_TRUE(whole.shown_already);
+}
+
+TEST_F(Session, PartsOfAJsonDocumentAreNotShown)
+{
+    result whole;
+    CaptureStdout();
+    session(commands(), place::shell, true, false).show_part(whole, {.shown = {{"a", 1}}, .text = "first"}, {});
+    EXPECT_EQ(GetCapturedStdout(), "");
+}
+
+TEST_F(Session, WhatACommandMadeIsNoted)
+{
+    session session(commands(), place::shell, true, false);
+    carry_out(session, "pcep start");
+    carry_out(session, "pcep locate 02:00:00:02:00:01");
+    ASSERT_EQ(session.made.all().size(), 1u);
+    carry_out(session, "pcep stop");
+    EXPECT_TRUE(session.made.all().empty());
+}
+
+TEST_F(Session, ExitFinishesIt)
+{
+    session session(commands(), place::shell, false, false);
+    EXPECT_FALSE(session.finished);
+    carry_out(session, "exit");
+    EXPECT_TRUE(session.finished);
+}
+
+} // namespace
+} // namespace kelctl

@@ -1,0 +1,54 @@
+// What is written to draw a block again. A stream that is no terminal has no height to cut at.
+#include "kelctl/terminal/redrawn_block.h"
+
+#include "captured_stream.h"
+
+#include <gtest/gtest.h>
+
+namespace kelctl
+{
+namespace
+{
+
+TEST(RedrawnBlock, BlocksFollowEachOtherWithAnEmptyLineBetween)
+{
+    captured_stream stream;
+    redrawn_block block(stream.stream(), false);
+    block.draw("a\nb\n");
+    block.draw("c\n");
+    EXPECT_EQ(stream.text(), "a\nb\n\nc\n\n");
+}
+
+TEST(RedrawnBlock, OnATerminalEachIsDrawnOverTheOneBefore)
+{
+    captured_stream stream;
+    redrawn_block block(stream.stream(), true);
+    block.draw("a\nb\n");
+    block.draw("c\n");
+    block.draw("d\n");
+    EXPECT_EQ(stream.text(), "\x1b[?7l\x1b[Ka\n\x1b[Kb\n\x1b[J\x1b[?7h"
+                             "\x1b[?7l\x1b[2A\x1b[Kc\n\x1b[J\x1b[?7h"
+                             "\x1b[?7l\x1b[1A\x1b[Kd\n\x1b[J\x1b[?7h");
+}
+
+TEST(RedrawnBlock, IsLeftWithAnEmptyLineOnATerminalOnly)
+{
+    captured_stream terminal;
+    redrawn_block block(terminal.stream(), true);
+    block.leave();
+    EXPECT_EQ(terminal.text(), "");
+    block.draw("a\n");
+    block.leave();
+    block.draw("b\n");
+    EXPECT_EQ(terminal.text(), "\x1b[?7l\x1b[Ka\n\x1b[J\x1b[?7h\n"
+                               "\x1b[?7l\x1b[Kb\n\x1b[J\x1b[?7h");
+
+    captured_stream file;
+    redrawn_block listed(file.stream(), false);
+    listed.draw("a\n");
+    listed.leave();
+    EXPECT_EQ(file.text(), "a\n\n");
+}
+
+} // namespace
+} // namespace kelctl

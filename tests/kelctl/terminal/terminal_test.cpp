@@ -1,0 +1,75 @@
+// Painting on a pseudo-terminal and on files.
+#include "kelctl/terminal/terminal.h"
+
+#include "captured_stream.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <memory>
+#include <pty.h>
+#include <unistd.h>
+
+namespace kelctl
+{
+namespace
+{
+
+class Terminal : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        int slave = -1;
+        ASSERT_EQ(openpty(&master_, &slave, nullptr, nullptr, nullptr), 0);
+        stream.reset(fdopen(slave, "w"));
+        ASSERT_TRUE(stream);
+    }
+    void TearDown() override
+    {
+        close(master_);
+        unsetenv("NO_COLOR");
+    }
+
+    static std::string painted_for(std::FILE *out)
+    {
+        return painter_for(out)(colour::faint, "x");
+    }
+
+    std::unique_ptr<std::FILE, int (*)(std::FILE *)> stream{nullptr, std::fclose};
+
+private:
+    int master_ = -1;
+};
+
+TEST_F(Terminal, IsPaintedOn)
+{
+    unsetenv("NO_COLOR");
+    EXPECT_TRUE(is_terminal(stream.get()));
+    EXPECT_EQ(painted_for(stream.get()), "\x1b[2mx\x1b[0m");
+}
+
+TEST_F(Terminal, IsNotPaintedOnWhenColoursAreRefused)
+{
+    setenv("NO_COLOR", "1", 1);
+    EXPECT_EQ(painted_for(stream.get()), "x");
+    setenv("NO_COLOR", "", 1);
+    EXPECT_EQ(painted_for(stream.get()), "\x1b[2mx\x1b[0m");
+}
+
+TEST_F(Terminal, FilesAreNone)
+{
+    const std::unique_ptr<std::FILE, int (*)(std::FILE *)> file(std::tmpfile(), std::fclose);
+    EXPECT_FALSE(is_terminal(file.get()));
+    EXPECT_EQ(painted_for(file.get()), "x");
+}
+
+TEST(Write, TextGoesOutAsItIs)
+{
+    captured_stream out;
+    write(out.stream(), "100 % {}\n");
+    EXPECT_EQ(out.text(), "100 % {}\n");
+}
+
+} // namespace
+} // namespace kelctl

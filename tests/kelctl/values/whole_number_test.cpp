@@ -1,0 +1,51 @@
+// Numbers as people write them.
+#include "kelctl/values/whole_number.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace kelctl
+{
+namespace
+{
+
+TEST(WholeNumber, DecimalAndHexadecimalAreRead)
+{
+    EXPECT_EQ(parse_whole_number("0"), 0);
+    EXPECT_EQ(parse_whole_number("511"), 511);
+    EXPECT_EQ(parse_whole_number("-42"), -42);
+    EXPECT_EQ(parse_whole_number("0x88b5"), 0x88B5);
+    EXPECT_EQ(parse_whole_number("0XFF"), 255);
+    EXPECT_EQ(parse_whole_number("-0x10"), -16);
+}
+
+TEST(WholeNumber, AnythingElseIsNone)
+{
+    for (const char *text : {"", "-", "0x", "+1", "1.5", "1e3", " 1", "1 ", "--1", "12a", "0x1g", "one"})
+        EXPECT_FALSE(parse_whole_number(text)) << text;
+}
+
+TEST(WholeNumber, TooLargeOnesBecomeTheNearest)
+{
+    constexpr int64_t largest = std::numeric_limits<int64_t>::max();
+    constexpr int64_t least = std::numeric_limits<int64_t>::min();
+    EXPECT_EQ(parse_whole_number("9223372036854775807"), largest);
+    EXPECT_EQ(parse_whole_number("9223372036854775808"), largest);
+    EXPECT_EQ(parse_whole_number("99999999999999999999999"), largest);
+    EXPECT_EQ(parse_whole_number("-9223372036854775808"), least);
+    EXPECT_EQ(parse_whole_number("-99999999999999999999999"), least);
+}
+
+TEST(WholeNumber, BothEndsBelongToARange)
+{
+    constexpr range allowed = {1, 511, "1 to 511"};
+    EXPECT_FALSE(allowed.holds(0));
+    EXPECT_TRUE(allowed.holds(1));
+    EXPECT_TRUE(allowed.holds(511));
+    EXPECT_FALSE(allowed.holds(512));
+    EXPECT_EQ(outside("0x200", allowed), "0x200 is not in 1 to 511");
+}
+
+} // namespace
+} // namespace kelctl
