@@ -108,7 +108,8 @@ void leave_interruptions_to_parent()
 bool unwanted_within(std::chrono::milliseconds longest)
 {
     std::array<pollfd, 2> ends = {{{wake_up, POLLIN, 0}, {STDOUT_FILENO, 0, 0}}};
-    poll(ends.data(), ends.size(), static_cast<int>(longest.count()));
+    if (!output_lost())
+        poll(ends.data(), ends.size(), static_cast<int>(longest.count()));
     return interrupted() || output_lost();
 }
 

@@ -10,7 +10,6 @@
 #include "kelctl/terminal/progress.h"
 #include "kelctl/terminal/terminal.h"
 #include "kelctl/terminal/text.h"
-#include "kelctl/values/mp_id.h"
 #include "kelctl/views/leftover.h"
 
 #include <fmt/core.h>
@@ -79,17 +78,22 @@ fields refused_fields(const std::vector<failure> &failures)
     return all;
 }
 
-fields take_down_fields(const std::vector<undone_command> &commands)
+fields undone_fields(const std::vector<undone_command> &commands)
 {
     fields undone = fields::array();
-    fields complaints = fields::array();
-    for (const undone_command &one : commands) {
+    for (const undone_command &one : commands)
         if (one.failures.empty())
             undone.push_back(one.command);
+    return undone;
+}
+
+fields complaints_fields(const std::vector<undone_command> &commands)
+{
+    fields complaints = fields::array();
+    for (const undone_command &one : commands)
         if (!one.complaints.empty())
-            complaints.push_back({{"command", one.command}, {"records", records_fields(one.complaints)}});
-    }
-    return {{"undone", std::move(undone)}, {"complaints", std::move(complaints)}};
+            complaints.push_back({{"operation", one.command}, {"records", records_fields(one.complaints)}});
+    return complaints;
 }
 
 std::vector<failure> failures_of(const std::vector<undone_command> &commands)
@@ -135,8 +139,6 @@ bool bring_up::up()
     session_.on_made = nullptr;
     shown.leave_line();
     stood_ = line == lines_.end();
-    if (stood_)
-        adopt_mp_id(own_mp_id()); // by now the library has read it, and keeps it
     result_.shown["stood"] = stood_;
     if (!stood_)
         show_stop(line->line, std::move(last));
@@ -150,7 +152,8 @@ void bring_up::show_stop(uint32_t line, result last)
     last.text = "";
     last.shown = fields::object();
     last.remark = line_failed_ ? "" : "interrupted before the whole node stood";
-    session_.show_part(result_, std::move(last), {line_failed_ ? file_ : "", line});
+    const bool in_file = line_failed_ && line != 0;
+    session_.show_part(result_, std::move(last), {in_file ? file_ : "", line});
 }
 
 bool bring_up::show(result part)
@@ -174,11 +177,13 @@ bool bring_up::down()
                          [&](const undone_command &one) { return !one.failures.empty() && matters(one); });
 
     result part;
+    part.stage = "take-down";
     part.failures = failures_of(refused);
-    part.shown = take_down_fields(commands);
-    part.shown["not_undone"] = refused_fields(part.failures);
-    part.shown["left_behind"] = left ? fields(contents_text(*left)) : fields(nullptr);
-    part.shown["left_objects"] = objects_in(left);
+    part.shown = {{"undone", undone_fields(commands)},
+                  {"not_undone", refused_fields(part.failures)},
+                  {"complaints", complaints_fields(commands)},
+                  {"left_behind", left ? fields(contents_text(*left)) : fields(nullptr)},
+                  {"left_objects", objects_in(left)}};
     const bool clean = refused.empty() && empty;
     part.text = "";
     if (clean && stood_)

@@ -72,7 +72,10 @@ std::vector<undone_command> take_down(session &session)
     std::vector<undone_command> all;
     all.reserve(session.made.all().size());
     while (!session.made.all().empty())
-        all.push_back(undo_last(session));
+        if (session.made.all().back().undo.row)
+            all.push_back(undo_last(session));
+        else
+            session.made.drop_last();
     return all;
 }
 

@@ -52,6 +52,7 @@ result counters(const port_knowledge &ports, session &session)
     result shown;
     shown.text = statistics_view(read, painter_for(stdout));
     shown.shown = {{"statistics", statistics_fields(read)}};
+    shown.stage = "reading of counters";
     shown.failures = std::move(read.failures);
     shown.status = shown.failures.empty() ? exit_done : exit_operation_failed;
     return shown;

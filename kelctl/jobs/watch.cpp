@@ -48,6 +48,7 @@ result watch(const watch_pace &pace, const port_knowledge &ports, session &sessi
     result done;
     done.text = "";
     done.shown = {{"watched", {{"nanoseconds", time}}}};
+    done.stage = "watch";
     done.failures = std::move(before.failures);
     done.status = done.failures.empty() ? exit_done : exit_operation_failed;
     return done;

@@ -48,9 +48,17 @@ std::string fitting(std::string_view text, std::FILE *stream)
     return width ? lines : fmt::format("{}\n", text);
 }
 
-std::string complaints_text(const std::vector<trace_entry> &complaints)
+std::string more_failures_text(const result &done)
 {
-    std::string text = complaints.empty() ? "" : "it succeeded, but its trace records report failures:\n";
+    const std::string stage = done.stage.empty() ? "" : fmt::format(" of the {}", done.stage);
+    return fmt::format("{} more operations{} failed\n", done.failures.size() - most_full_reports, stage);
+}
+
+std::string complaints_text(const std::vector<trace_entry> &complaints, const origin &from)
+{
+    if (complaints.empty())
+        return "";
+    std::string text = place_text(from) + "it succeeded, but its trace records report failures:\n";
     for (const trace_entry &entry : complaints)
         text += fmt::format("    {}\n", to_text(entry));
     return text;
@@ -69,8 +77,8 @@ void show(const result &done, const origin &from, bool tracer_installed)
     for (size_t i = 0; i < std::min(done.failures.size(), most_full_reports); ++i)
         told += report_of(done.failures[i], tracer_installed, page_for(stderr), place_text(from));
     if (done.failures.size() > most_full_reports)
-        told += fmt::format("{} more operations failed\n", done.failures.size() - most_full_reports);
-    told += complaints_text(done.complaints);
+        told += more_failures_text(done);
+    told += complaints_text(done.complaints, from);
     if (!done.remark.empty())
         told += place_text(from) + done.remark + (done.remark.ends_with('\n') ? "" : "\n");
     write(stderr, told);

@@ -6,6 +6,7 @@
 #include "kelctl/session/result_document.h"
 #include "kelctl/session/result_view.h"
 #include "kelctl/terminal/terminal.h"
+#include "kelctl/values/mp_id.h"
 
 #include <fmt/core.h>
 
@@ -72,6 +73,7 @@ result session::called(const std::function<std::string()> &text, const std::func
     log().start_operation();
     result done;
     done.code = call();
+    keep_mp_id(); // the library may have read it now
     if (done.code == 0) {
         done.complaints = log().operation_failures();
         return done;

@@ -38,6 +38,10 @@ void undo_stack::note(const invocation &asked)
         made_.push_back({asked, std::move(*undo)});
         return;
     }
+    if (!asked.row->makes.one.empty()) {
+        made_.push_back({asked, {}});
+        return;
+    }
     const auto undone =
         std::find_if(made_.rbegin(), made_.rend(), [&](const made_command &made) { return same(made.undo, asked); });
     if (undone != made_.rend())

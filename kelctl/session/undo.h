@@ -15,7 +15,7 @@ std::optional<invocation> undo_of(const invocation &asked, const command_table &
 
 struct made_command {
     invocation asked;
-    invocation undo;
+    invocation undo;     // no row: it stays
     bool failed = false; // it may have left something all the same
 };
 
@@ -26,7 +26,7 @@ public:
     {
     }
 
-    // The command succeeded. One that undoes another takes that one off.
+    // The command succeeded. One that undoes another takes that one off. What it makes may have nothing that undoes it.
     void note(const invocation &asked);
 
     // It failed, and may have left something that its undo removes.

@@ -6,6 +6,12 @@
 
 namespace kelctl
 {
+namespace
+{
+
+uint8_t kept = 0; // none yet: the library goes on looking for one
+
+} // namespace
 
 uint8_t own_mp_id()
 {
@@ -15,13 +21,18 @@ uint8_t own_mp_id()
 
 bool adopt_mp_id(uint8_t id)
 {
-    static uint8_t adopted = 0; // none yet: the library goes on looking for one
-    if (adopted != 0 && adopted != id)
+    if (kept != 0 && kept != id)
         return false;
-    adopted = id;
+    kept = id;
     if (id != own_mp_id())
         setenv("MPID", std::to_string(id).c_str(), 1);
     return true;
+}
+
+void keep_mp_id()
+{
+    if (kept == 0)
+        kept = own_mp_id();
 }
 
 } // namespace kelctl

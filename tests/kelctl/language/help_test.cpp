@@ -38,6 +38,8 @@ Options:
   --port PORT           socket; name or 0 to 50
   --json                show results as JSON, one document for each command
   --trace               print the library's trace records as they are fired
+  --raw                 take what the C interface takes, without the limits of
+                        values
   --help                print this help
 
 Function of the library:

@@ -4,6 +4,7 @@
 #include "kelctl/jobs/take_down.h"
 #include "kelctl/language/command_text.h"
 #include "kelctl/node/standing.h"
+#include "kelctl/values/mp_id.h"
 #include "script_session.h"
 #include "softnode/softnode.h"
 
@@ -137,15 +138,15 @@ TEST(NodeLines, BringTheNodeUpAndDown)
 TEST(NodeLines, AnotherMpIdInTheSameProcessIsRefusedByName)
 {
     script_session here;
-    EXPECT_EQ(here.run("mpid 77").status, exit_done);
-    EXPECT_STREQ(std::getenv("MPID"), "77");
-    EXPECT_EQ(here.run("mpid 77").status, exit_done);
-    const result other = here.run("mpid 78");
+    EXPECT_EQ(here.run("mpid 5").status, exit_done);
+    EXPECT_EQ(own_mp_id(), 5);
+    EXPECT_EQ(here.run("mpid 5").status, exit_done);
+    const result other = here.run("mpid 6");
     EXPECT_EQ(other.status, exit_operation_failed);
     ASSERT_THAT(other.errors, SizeIs(1));
     EXPECT_EQ(other.errors[0].message,
-              "the MP id cannot become 78: it is 77 in this process already, and the library keeps it");
-    EXPECT_STREQ(std::getenv("MPID"), "77");
+              "the MP id cannot become 6: it is 5 in this process already, and the library keeps it");
+    EXPECT_EQ(own_mp_id(), 5);
 }
 
 TEST(NodeLines, PathsAreCountedWithoutBeingMade)

@@ -6,6 +6,7 @@
 #include "kelctl/commands/commands.h"
 #include "kelctl/jobs/script.h"
 #include "kelctl/values/file_text.h"
+#include "plan_line.h"
 #include "program.h"
 
 #include <gmock/gmock.h>
@@ -77,7 +78,8 @@ TEST(EveryCommand, ShowsTextOfEightyColumns)
     std::istringstream lines(text_of(KELCTL_EXPECTED_DIR "/every_command.expected"));
     size_t count = 0;
     for (std::string line; std::getline(lines, line); ++count)
-        EXPECT_LE(line.size(), 80u) << line;
+        if (!is_command(line))
+            EXPECT_LE(line.size(), 80u) << line;
     EXPECT_GT(count, 200u);
 }
 

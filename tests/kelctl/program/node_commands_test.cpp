@@ -1,4 +1,6 @@
 // `kelctl check`, `plan`, `up --json`, and the tables of ports, codes and limits.
+#include "kelctl/commands/commands.h"
+#include "kelctl/jobs/script.h"
 #include "program.h"
 
 #include <gmock/gmock.h>
@@ -15,8 +17,8 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-program_outcome kelctl(const std::vector<std::string> &arguments,
-                       const std::map<std::string, std::string> &environment = {})
+program_outcome kelctl_with(const std::vector<std::string> &arguments,
+                            const std::map<std::string, std::string> &environment = {})
 {
     return run_kelctl({.arguments = arguments, .environment = environment, .folder = KELCTL_SOURCE_DIR});
 }
@@ -28,7 +30,7 @@ ordered_json document(const program_outcome &outcome)
 
 TEST(Check, SoundFileIsCountedAndNothingIsStarted)
 {
-    const auto outcome = kelctl({"check", "examples/node.toml"}, {{"KEL_SOFTNODE_FAULTS", "kel_init_attach=3"}});
+    const auto outcome = kelctl_with({"check", "examples/node.toml"}, {{"KEL_SOFTNODE_FAULTS", "kel_init_attach=3"}});
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.out, "paths             17\npceps             4\nmulticast groups  2\ntraffic           7\n");
     EXPECT_EQ(outcome.err, "");
@@ -78,8 +80,30 @@ TEST(Check, FilesWithDifferentMpIdsAreSoundInOneProcess)
                                      .in = "check " + a.folder() + "/a.toml\ncheck " + b.folder() +
                                            "/b.toml\npcep locate 02:00:05:00:00:01\npcep locate 02:00:06:00:00:01\n"});
     EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(outcome.err, "");
     EXPECT_THAT(outcome.out, Not(HasSubstr("CPU"))); // neither has become the process's
+}
+
+TEST(MpIdOfAProcess, SecondOneIsRefusedByItsName)
+{
+    const auto outcome =
+        run_kelctl({.arguments = {"run", "-"}, .in = "mpid 5\npcep locate 02:00:05:00:00:01\nmpid 5\nmpid 6\n"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.out, HasSubstr("CPU"));
+    EXPECT_THAT(outcome.err, StartsWith("-:4: the MP id cannot become 6: it is 5 in this process already, and the "
+                                        "library keeps it\n"));
+}
+
+TEST(MpIdOfAProcess, OneOfTheEnvironmentCountsFromTheFirstCall)
+{
+    const auto outcome = run_kelctl(
+        {.arguments = {"run", "-"}, .environment = {{"MPID", "4"}}, .in = "pcep locate 02:00:04:00:00:01\nmpid 5\n"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.err, StartsWith("-:2: the MP id cannot become 5: it is 4 in this process already"));
+
+    const auto before = run_kelctl(
+        {.arguments = {"run", "-"}, .environment = {{"MPID", "4"}}, .in = "mpid 5\npcep locate 02:00:05:00:00:01\n"});
+    EXPECT_EQ(before.status, 0);
+    EXPECT_THAT(before.out, HasSubstr("CPU"));
 }
 
 std::string paths(const std::string &first, const std::string &port, size_t count)
@@ -89,7 +113,7 @@ std::string paths(const std::string &first, const std::string &port, size_t coun
 
 TEST(Check, WhatThePlatformHasNoRoomForIsAProblem)
 {
-    const size_t room = document(kelctl({"limits", "--json"}))["result"]["platform"]["paths"];
+    const size_t room = document(kelctl_with({"limits", "--json"}))["result"]["platform"]["paths"];
     const auto check_paths = [](size_t on_one_port, size_t on_another) {
         return run_kelctl({.arguments = {"check", "-"},
                            .in = ebcom_table + paths("02:00:00:02:00:00", "RLU1P", on_one_port) +
@@ -113,42 +137,84 @@ TEST(Plan, ListsTheCallsUpAndDownAndMakesNone)
                                      .folder = file.folder()});
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.err, "");
-    EXPECT_EQ(outcome.out, "Up\n"
-                           "   1  kel_core_ic_ebcom_global_param_set(icPortMTU=1500, etherType=0x88b5,\n"
-                           "      settings=1, 2)\n"
-                           "   2  kel_core_ic_ebcom_interface_create()\n"
-                           "   3  kel_core_ic_ebcom_start()\n"
-                           "   4  kel_core_ic_ebcom_path_add(dst_mac=02:00:00:02:00:01, port=RLU1P (6),\n"
-                           "      rate=5 kbit/s, burst=6 octets, threshold=256 octets)\n"
-                           "Down\n"
-                           "   1  kel_core_ic_ebcom_path_rem(dst_mac=02:00:00:02:00:01, port=RLU1P (6),\n"
-                           "      rate=5 kbit/s, burst=6 octets, threshold=256 octets)\n"
-                           "   2  kel_core_ic_ebcom_stop()\n"
-                           "   3  kel_core_ic_ebcom_interface_delete()\n");
+    EXPECT_EQ(outcome.out, "# Up\n"
+                           "ebcom params set --mtu 1500 --ether-type 0x88b5 --settings 1,2\n"
+                           "ebcom interface create\n"
+                           "ebcom start\n"
+                           "ebcom path add 02:00:00:02:00:01 --port RLU1P --rate \"5 kbit/s\" --burst \"6 octets\" "
+                           "--threshold \"256 octets\"\n"
+                           "\n"
+                           "# Down\n"
+                           "ebcom path remove 02:00:00:02:00:01 --port RLU1P\n"
+                           "ebcom stop\n"
+                           "ebcom interface delete\n");
+}
+
+std::string script_of(const ordered_json &lines)
+{
+    std::string script;
+    for (const std::string line : lines)
+        script += line + "\n";
+    return script;
+}
+
+// What a script's last line shows, but for when and how it was asked.
+ordered_json snapshot_after(const std::string &script)
+{
+    const auto run = run_kelctl({.arguments = {"run", "-", "--json"}, .in = script + "snapshot\n"});
+    EXPECT_EQ(run.status, 0);
+    std::istringstream documents(run.out);
+    ordered_json shown;
+    for (std::string line; std::getline(documents, line);)
+        if (const auto one = ordered_json::parse(line); one["command"] == "snapshot")
+            shown = one["result"];
+    return shown;
+}
+
+TEST(Plan, RunAsAScriptMakesTheNodeThatUpShows)
+{
+    const auto planned = document(kelctl_with({"plan", "examples/node.toml", "--json"}))["result"];
+    auto made = snapshot_after(script_of(planned["up"]) + "time advance 0s\n");
+    auto up = document(kelctl_with({"up", "examples/node.toml", "--json"}))["result"]["node"];
+    EXPECT_FALSE(up["paths"].empty());
+    for (const char *passing : {"time", "calls"}) {
+        made.erase(passing);
+        up.erase(passing);
+    }
+    EXPECT_EQ(made.dump(), up.dump());
+}
+
+TEST(Plan, RunAsAWholeLeavesTheNodeEmpty)
+{
+    const auto left = snapshot_after(kelctl_with({"plan", "examples/node.toml"}).out);
+    for (const char *kind : {"schedulers", "queues", "paths", "pceps", "groups"})
+        EXPECT_EQ(left[kind].size(), 0u) << kind;
 }
 
 TEST(Plan, IsWhatUpDoes)
 {
-    const auto planned = document(kelctl({"plan", "examples/node.toml", "--json"}))["result"];
-    EXPECT_EQ(planned["up"].size(), 3u + 17 + 1 + 4 + 2 + 5);
-    EXPECT_EQ(planned["down"].size(), planned["up"].size() - 1); // parameters cannot be taken back
-    const auto trace = kelctl({"up", "examples/node.toml", "--trace"}).err;
+    const auto planned = document(kelctl_with({"plan", "examples/node.toml", "--json"}))["result"];
+    EXPECT_EQ(planned["up"].size(), 1u + 3 + 14 + 1 + 4 + 2 + 5 + 7);
+    // Neither the MP id nor parameters can be taken back, and nothing needs to be of traffic.
+    EXPECT_EQ(planned["down"].size(), planned["up"].size() - 1 - 1 - 7);
+    const auto trace = kelctl_with({"up", "examples/node.toml", "--trace"}).err;
     if (trace.find("the tracer is not installed") != std::string::npos)
         GTEST_SKIP() << "there is no tracer on this machine";
     size_t from = 0;
-    for (const std::string list : {"up", "down"})
-        for (const std::string call : planned[list]) {
-            std::string entered = call.substr(0, call.find('('));
-            entered += "()  (";
-            from = trace.find(entered, from);
-            ASSERT_NE(from, std::string::npos) << call;
+    for (const char *list : {"up", "down"})
+        for (const kelctl::invocation &line :
+             kelctl::parse_script(kelctl::commands(), script_of(planned[list])).lines) {
+            if (line.chosen->function.empty())
+                continue;
+            from = trace.find(std::string(line.chosen->function) + "()  (", from);
+            ASSERT_NE(from, std::string::npos) << line.row->name;
             ++from;
         }
 }
 
 TEST(UpJson, TellsWhatStoodAndThatNothingIsLeft)
 {
-    const auto outcome = kelctl({"up", "examples/node.toml", "--json"});
+    const auto outcome = kelctl_with({"up", "examples/node.toml", "--json"});
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.err, "");
     const auto told = document(outcome);
@@ -166,8 +232,8 @@ TEST(UpJson, TellsWhatStoodAndThatNothingIsLeft)
 
 TEST(UpJson, ExplainsTheFailureAndTellsWhatIsLeft)
 {
-    const auto outcome = kelctl({"up", "examples/node.toml", "--json"},
-                                {{"KEL_SOFTNODE_FAULTS", "ork_bind=-8;ork_ebcom_pcep_path_delete:1=-4"}});
+    const auto outcome = kelctl_with({"up", "examples/node.toml", "--json"},
+                                     {{"KEL_SOFTNODE_FAULTS", "ork_bind=-8;ork_ebcom_pcep_path_delete:1=-4"}});
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.err, "");
     const auto told = document(outcome);
@@ -187,12 +253,12 @@ TEST(UpJson, ExplainsTheFailureAndTellsWhatIsLeft)
 
 TEST(Tables, PortsHaveNamesAndQosRows)
 {
-    const auto told = document(kelctl({"ports", "--json"}))["result"];
+    const auto told = document(kelctl_with({"ports", "--json"}))["result"];
     EXPECT_EQ(told["ports"].size(), 51u);
     EXPECT_EQ(told["ports"][19].dump(), R"({"port":19,"name":"RLU1R","ebcom":true,"scheduler":0,"queue":2})");
     EXPECT_EQ(told["ports"][14].dump(), R"({"port":14,"name":"DEBUG","ebcom":false,"scheduler":null,"queue":null})");
     EXPECT_EQ(told["locations"][1].dump(), R"({"location":"HSFP","code":3,"mac_byte_3":"3","mac_byte_2":"any"})");
-    const auto text = kelctl({"ports"}).out;
+    const auto text = kelctl_with({"ports"}).out;
     EXPECT_THAT(text,
                 HasSubstr("port  name       ebcom  scheduler  queue\n   0  NONE       yes            4      0\n"));
     EXPECT_THAT(text, HasSubstr("\nlocation  code  mac byte 3  mac byte 2\n"));
@@ -200,14 +266,14 @@ TEST(Tables, PortsHaveNamesAndQosRows)
 
 TEST(Tables, CodesHaveTheTextsOfThePlatform)
 {
-    const auto text = kelctl({"codes"}).out;
+    const auto text = kelctl_with({"codes"}).out;
     EXPECT_THAT(text, HasSubstr("\n   4  not found "));
     EXPECT_THAT(text, HasSubstr("\n             -4  0xfffffffc  AGAIN       still in use, try again\n"));
 }
 
 TEST(Tables, LimitsAreThoseOfTheServiceAndOfValues)
 {
-    const auto text = kelctl({"limits"}).out;
+    const auto text = kelctl_with({"limits"}).out;
     EXPECT_THAT(text, StartsWith("max burst size         1048575\nmax pcep id            511\n"));
     EXPECT_THAT(text, HasSubstr("\nplatform\nschedulers  64\nqueues      64\npaths       65536\n"));
     EXPECT_THAT(text, HasSubstr("\nEtherType                1536       65535  0x0600 to 0xFFFF\n"));

@@ -162,4 +162,62 @@ TEST(Run, SingleLineMayAskForJson)
     EXPECT_THAT(outcome.out, testing::EndsWith("}\nc\n"));
 }
 
+TEST(Count, PathsToCountedAddressesAreAddedAndRemoved)
+{
+    const std::string paths = " 02:00:00:03:00:ff --port 42 --count 3\n";
+    const std::string last = "ebcom queue handle 02:00:00:03:01:01\n";
+    const auto outcome = run_text(started + "ebcom path add" + paths + last + "ebcom path remove" + paths + last);
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.out, "vsi  258\nhandle  0x5d00000001\n");
+    EXPECT_THAT(outcome.err, StartsWith("-:7: failed: kel_ic_ebcom_queue_handle_get("));
+}
+
+TEST(Count, StopsAtThePathThatFails)
+{
+    const auto outcome = run_kelctl({.arguments = {"run", "-"},
+                                     .environment = {{"KEL_SOFTNODE_FAULTS", "ork_ebcom_pcep_path_create:3=-4"}},
+                                     .in = started + "ebcom path add 02:00:00:03:00:01 --port 42 --count 9\n"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.err, StartsWith("-:4: failed: kel_core_ic_ebcom_path_add(dst_mac=02:00:00:03:00:03, "));
+}
+
+TEST(Count, HasToFitTheLastThreeOctets)
+{
+    const auto outcome = run_text(started + "ebcom path add 02:00:00:ff:ff:fe --port 42 --count 3\n");
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_THAT(outcome.err, StartsWith("-:4: --count: only 1 more addresses follow 02:00:00:ff:ff:fe in its last "
+                                        "three octets\n"));
+}
+
+// What the language refuses reaches the library with --raw, which has the last word.
+TEST(Raw, ValuesOutsideTheLimitsReachTheLibrary)
+{
+    const std::string pcep = " --remote-id 9 --local 02:00:00:03:00:01 --remote 02:00:00:02:00:01 --vlan 1";
+    const std::string path = "ebcom path add 02:00:00:02:00:01 --port -1";
+    const std::string mtu = "ebcom params set --mtu 70000 --ether-type 0x88b5 --settings 1,2";
+    for (const std::string &line : {path, "pcep add 0" + pcep, "pcep add 512" + pcep, mtu})
+        EXPECT_EQ(run_text(line + "\n").status, 2) << line;
+
+    EXPECT_EQ(run_text(mtu + " --raw\n").status, 0);
+    EXPECT_THAT(run_text(started + path + " --raw\n").err,
+                StartsWith("-:4: failed: kel_core_ic_ebcom_path_add(dst_mac=02:00:00:02:00:01, port=UNKNOWN (-1), "
+                           "unshaped)\n  code 3: value out of range\n"));
+    for (const std::string id : {"0", "512"})
+        EXPECT_THAT(run_text("pcep start\npcep add " + id + pcep + " --raw\n").err,
+                    StartsWith("-:2: failed: kel_core_ic_pcep_add(pcep_id=" + id + ", "));
+}
+
+TEST(Raw, ShapingWordsWithoutShapingReachTheLibrary)
+{
+    const std::string words =
+        "ebcom path add 02:00:00:02:00:01 --port 6 --rate 5 --burst 7 --threshold 256 --shaping 0";
+    EXPECT_EQ(run_text(words + "\n").status, 2);
+    const auto outcome = run_text(started + words + " --raw\n", {"--trace"});
+    EXPECT_EQ(outcome.status, 0);
+    if (outcome.err.find("not installed") != std::string::npos)
+        GTEST_SKIP() << "there is no tracer on this machine";
+    EXPECT_THAT(outcome.err, HasSubstr("shaping_enabled = 0, iell_port = 6 (RLU1P), shaping_rate = 5, "
+                                       "buffer_threshold = 1, burst_size = 7"));
+}
+
 } // namespace

@@ -59,15 +59,25 @@ TEST(Shell, NodeOfTheFileStandsWhileItRuns)
                            "Taken down. The node is empty again.\n");
 }
 
-TEST(Shell, WhatALineLeavesBehindIsTold)
+TEST(Shell, WhatWasTypedIsTakenDownWithTheNode)
 {
-    const auto more = shell_of("group add 44\n", {"examples/node.toml"});
-    EXPECT_EQ(more.status, 1);
-    EXPECT_THAT(more.err, EndsWith("Taken down, but left behind:\n  1 multicast group:   44\n"));
+    const std::string typed = "group add 44\nebcom path add 02:00:00:03:00:07 --port 42\ngroup member add 44 1\n";
+    const auto text = shell_of(typed, {"examples/node.toml"});
+    EXPECT_EQ(text.status, 0);
+    EXPECT_EQ(text.err, "");
+    EXPECT_THAT(text.out, EndsWith("Taken down. The node is empty again.\n"));
 
+    const auto told = shell_of(typed, {"examples/node.toml", "--json"});
+    EXPECT_THAT(told.out, HasSubstr(R"("undone":["group member remove 44 1",)"
+                                    R"("ebcom path remove 02:00:00:03:00:07 --port RLU4W","group remove 44",)"));
+}
+
+TEST(Shell, WhatALineTakesAwayIsMissedAtTheTakeDown)
+{
     const auto less = shell_of("pcep remove 4\n", {"examples/node.toml"});
     EXPECT_EQ(less.status, 1);
-    EXPECT_THAT(less.err, HasSubstr("failed: kel_core_ic_pcep_rem(pcep_id=4)\n  code 4: "));
+    EXPECT_THAT(less.err,
+                HasSubstr("failed: kel_core_ic_pcep_mc_member_rem(mc_pcep_id=301, uc_pcep_id=4)\n  code 4: "));
 }
 
 TEST(Shell, NodeThatDoesNotStandRunsNoLine)
@@ -78,7 +88,7 @@ TEST(Shell, NodeThatDoesNotStandRunsNoLine)
                                      .in = "trace message never\n"});
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.out, "");
-    EXPECT_THAT(outcome.err, StartsWith("failed: kel_core_ic_pcep_add(pcep_id=2, "));
+    EXPECT_THAT(outcome.err, StartsWith("examples/node.toml:136: failed: kel_core_ic_pcep_add(pcep_id=2, "));
     EXPECT_THAT(outcome.err, EndsWith("Taken down. The node is empty again.\n"));
 }
 

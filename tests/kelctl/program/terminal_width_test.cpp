@@ -35,8 +35,8 @@ TEST(TerminalWidth, FailureReportsAreFolded)
     up.wait_for("Taken down.");
     EXPECT_EQ(up.wait_for_end(), 1);
     expect_narrow(seen(up));
-    EXPECT_THAT(seen(up), HasSubstr("failed: kel_core_ic_ebcom_path_add(dst_mac=02:00:00:02:00:01, port=RLU1P (6),\n"
-                                    "    unshaped)\n"));
+    EXPECT_THAT(seen(up), HasSubstr("node.toml:5: failed: kel_core_ic_ebcom_path_add(dst_mac=02:00:00:02:00:01,\n"
+                                    "    port=RLU1P (6), unshaped)\n"));
 }
 
 TEST(TerminalWidth, LongMessagesAreFolded)

@@ -64,4 +64,30 @@ TEST(TrafficCommands, JsonHasDurationsInNanoseconds)
                                        R"("error":{"message":"neither a PCEP nor a multicast group has the id 9",)"));
 }
 
+// One octet in a microsecond: a frame each millisecond, from the second on to before the fifth.
+TEST(TrafficStream, OffersFramesAsTimePasses)
+{
+    const std::string stream = "traffic stream add --to 02:00:00:02:00:01 --octets 1000 --rate '8 Mbit/s'"
+                               " --start 2ms --stop 5ms\n";
+    const std::string shown = "ebcom queue stats 02:00:00:02:00:01 --variant record\n";
+    const auto outcome = run_text(node + "time advance 7ms\n" + stream + "time advance 2ms\n" + shown +
+                                  "time advance 1ms\n" + shown + "time advance 9ms\n" + shown + "time show\n");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "");
+    const auto none = outcome.out.find("pkts tx             0\n");
+    const auto one = outcome.out.find("pkts tx             1\n");
+    const auto all = outcome.out.find("pkts tx             3\n");
+    EXPECT_LT(none, one);
+    EXPECT_LT(one, all);
+    EXPECT_NE(all, std::string::npos);
+    EXPECT_THAT(outcome.out, EndsWith("\n19 ms\n"));
+}
+
+TEST(TrafficStream, WrongOnesAreRefused)
+{
+    const std::string stream = "traffic stream add --from 7 --octets 64 --frames-per-second ";
+    EXPECT_THAT(run_text(stream + "2000000\n").err, HasSubstr("-:1: the rate: more than 1000000 frames or bursts"));
+    EXPECT_THAT(run_text(stream + "10 --start 2s --stop 1s\n").err, HasSubstr("-:1: --stop: is not after the start\n"));
+}
+
 } // namespace

@@ -80,6 +80,16 @@ TEST(MpId, FirstOneIsAdoptedForGood)
     EXPECT_EQ(own_mp_id(), 5);
 }
 
+TEST(MpId, IsKeptOnceTheLibraryMayHaveReadIt)
+{
+    unsetenv("MPID");
+    keep_mp_id(); // there was none to read
+    setenv("MPID", "5", 1);
+    keep_mp_id();
+    EXPECT_FALSE(adopt_mp_id(6));
+    EXPECT_TRUE(adopt_mp_id(5));
+}
+
 TEST(MpId, TextThatSaysItAlreadyStays)
 {
     setenv("MPID", "261", 1);
