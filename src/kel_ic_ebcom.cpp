@@ -106,8 +106,7 @@ void *timestamp_thread(void *)
     pthread_exit(nullptr); // runs no destructors: nothing above may need one
 }
 
-// Starts one more thread. Only a negative result counts as a failure; a positive one is taken for success, as callers
-// rely on, though there is no thread then.
+// Starts one more thread. Callers rely on it that a positive result, too, counts as success: only a negative one fails.
 uint32_t start_timestamp_thread(call_site site)
 {
     TRACE_AT(site, API_CALL, "pthread_create(kel-time-stamp)");
