@@ -2,7 +2,6 @@
 #include "kelctl/node/node_lines.h"
 
 #include <initializer_list>
-#include <optional>
 #include <string_view>
 #include <utility>
 
@@ -11,8 +10,7 @@ namespace kelctl
 namespace
 {
 
-// A value of none is left out.
-using given_argument = std::pair<std::string_view, std::optional<argument_value>>;
+using given_argument = std::pair<std::string_view, argument_value>;
 
 // Makes commands of a table.
 class line_writer
@@ -22,14 +20,14 @@ public:
     {
     }
 
-    void add(std::string_view name, uint32_t number, std::initializer_list<given_argument> given = {})
+    // The arguments, until the next line is added.
+    arguments &add(std::string_view name, uint32_t number, std::initializer_list<given_argument> given = {})
     {
-        invocation made = invocation_of(*table_.find(name));
-        made.line = number;
+        lines_.push_back(invocation_of(*table_.find(name)));
+        lines_.back().line = number;
         for (const auto &[argument, value] : given)
-            if (value)
-                made.given.set(argument, *value);
-        lines_.push_back(std::move(made));
+            lines_.back().given.set(argument, value);
+        return lines_.back().given;
     }
 
     std::vector<invocation> take()
@@ -47,16 +45,6 @@ argument_value number(uint64_t value)
     return static_cast<int64_t>(value);
 }
 
-std::optional<argument_value> unless(uint64_t usual, uint64_t value)
-{
-    return value == usual ? std::nullopt : std::optional(number(value));
-}
-
-template <typename Value> std::optional<argument_value> if_given(const std::optional<Value> &value)
-{
-    return value ? std::optional<argument_value>(number(*value)) : std::nullopt;
-}
-
 void add_parameters(line_writer &lines, const ebcom_parameters &ebcom)
 {
     lines.add("ebcom params set", ebcom.at.line,
@@ -67,16 +55,15 @@ void add_parameters(line_writer &lines, const ebcom_parameters &ebcom)
 
 void add_path(line_writer &lines, const path_entry &path)
 {
-    const auto shaped = [&](uint32_t shaping::*value) {
-        return path.shaping ? std::optional(number(path.shaping.value().*value)) : std::nullopt;
-    };
-    lines.add("ebcom path add", path.at.line,
-              {{"MAC", path.dst_mac},
-               {"--port", int64_t{path.port}},
-               {"--rate", shaped(&shaping::rate)},
-               {"--burst", shaped(&shaping::burst)},
-               {"--threshold", shaped(&shaping::threshold)},
-               {"--count", unless(1, path.count)}});
+    arguments &given =
+        lines.add("ebcom path add", path.at.line, {{"MAC", path.dst_mac}, {"--port", int64_t{path.port}}});
+    if (path.count != 1)
+        given.set("--count", number(path.count));
+    if (!path.shaping)
+        return;
+    given.set("--rate", number(path.shaping->rate));
+    given.set("--burst", number(path.shaping->burst));
+    given.set("--threshold", number(path.shaping->threshold));
 }
 
 void add_pcep(line_writer &lines, const pcep_entry &pcep)
@@ -106,15 +93,19 @@ void add_end_points(line_writer &lines, const node_file &node)
 
 void add_stream(line_writer &lines, const traffic_entry &traffic)
 {
-    lines.add("traffic stream add", traffic.at.line,
-              {{"--to", traffic.to ? std::optional<argument_value>(*traffic.to) : std::nullopt},
-               {"--from", unless(no_id, traffic.from)},
-               {"--octets", number(traffic.octets)},
-               {"--rate", unless(0, traffic.rate)},
-               {"--frames-per-second", unless(0, traffic.frames_per_second)},
-               {"--burst", number(traffic.burst)},
-               {"--start", number(traffic.start)},
-               {"--stop", if_given(traffic.stop)}});
+    arguments &given = lines.add(
+        "traffic stream add", traffic.at.line,
+        {{"--octets", number(traffic.octets)}, {"--burst", number(traffic.burst)}, {"--start", number(traffic.start)}});
+    if (traffic.to)
+        given.set("--to", *traffic.to);
+    else
+        given.set("--from", number(traffic.from));
+    if (traffic.rate != 0)
+        given.set("--rate", number(traffic.rate));
+    else
+        given.set("--frames-per-second", number(traffic.frames_per_second));
+    if (traffic.stop)
+        given.set("--stop", number(*traffic.stop));
 }
 
 } // namespace
