@@ -50,7 +50,7 @@ std::string records_text(const std::vector<trace_entry> &records)
     return text;
 }
 
-// Of each command that succeeded and whose records yet tell of failures.
+// Of each command that succeeded although its records report failures.
 std::string complaints_text(const std::vector<undone_command> &undone)
 {
     std::string text;

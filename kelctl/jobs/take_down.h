@@ -16,7 +16,7 @@ struct undone_command {
     product made;
     uint32_t line = 0;                   // of the file, of what is undone
     std::vector<failure> failures;       // empty: it is undone
-    std::vector<trace_entry> complaints; // failures that its records tell of, though it succeeded
+    std::vector<trace_entry> complaints; // failures that its records report, though it succeeded
     bool may_find_nothing = false;       // what it undoes had failed
 };
 

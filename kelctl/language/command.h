@@ -92,7 +92,7 @@ struct command_group {
 // Options that every command has: --json, --trace, --help.
 const std::vector<argument> &shared_options();
 
-// What there is to ask for. Whoever takes a line apart, completes it or tells about it is handed one: the program's own
+// What there is to ask for. Whoever takes a line apart, completes it or explains it is handed one: the program's own
 // (commands.h), or one of a test.
 class command_table
 {

@@ -77,7 +77,7 @@ void check_amounts(const node_file &node, problem_list &problems)
     }
 }
 
-// Paths to one destination from several ports count once. Too many paths are told already.
+// Paths to one destination from several ports count once. Too many paths are reported already.
 void check_destination_count(const node_file &node, size_t most, problem_list &problems)
 {
     uint64_t paths = 0;

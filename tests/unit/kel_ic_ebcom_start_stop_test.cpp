@@ -55,7 +55,7 @@ const std::string stop_left = R"(
           FN_EXIT EBCOM
 )";
 
-// The folders of all threads other than this one that bear the name, under /proc/self/task.
+// The folders of all threads other than this one with the name, under /proc/self/task.
 std::vector<std::filesystem::path> tasks_named(const std::string &name)
 {
     std::vector<std::filesystem::path> tasks;

@@ -153,7 +153,7 @@ TEST_F(FaultSweep, NeedsNothingButRun)
     })"));
 }
 
-/* Notes what it is told, and ends the sweep after three runs. */
+/* Notes how far the sweep is, and ends it after three runs. */
 struct Watched {
     std::vector<std::pair<std::size_t, std::size_t>> told;
 };
