@@ -30,6 +30,10 @@ are none.
 Addresses are written 02:00:00:02:00:01, 02-00-00-02-00-01 or 0200.0002.0001, ports by name or number. Rates have the
 units kbit/s, Mbit/s and Gbit/s, sizes octets, KiB and MiB; a plain number is one of the first unit.)";
 
+constexpr std::string_view editrc =
+    R"(The keys of the shell, as editrc(5) describes them; lines that begin with "kelctl:" are for it alone. It takes
+the place of .inputrc. The environment variable EDITRC names another file.)";
+
 void add_arguments(roff_page &page, const std::vector<argument> &arguments)
 {
     for (const argument &one : arguments)
@@ -92,6 +96,8 @@ std::string program_manual(const command_table &table, std::string_view version)
     add_meanings(page, exit_statuses());
     page.section("ENVIRONMENT");
     add_meanings(page, environment_variables());
+    page.section("FILES");
+    page.item("~/.editrc", editrc);
     page.section("EXAMPLES");
     for (const command &row : table.rows())
         if (row.places == std::vector{place::program})

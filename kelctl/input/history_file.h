@@ -1,9 +1,10 @@
 // Where lines that were typed are kept from one shell to the next.
 #pragma once
 
+#include <cstdio>
+#include <deque>
+#include <memory>
 #include <string>
-#include <string_view>
-#include <vector>
 
 namespace kelctl
 {
@@ -16,10 +17,7 @@ inline constexpr int longest_history = 1000;
 class history_file
 {
 public:
-    history_file();
-    ~history_file(); // cuts it to the last lines
-    history_file(const history_file &) = delete;
-    history_file &operator=(const history_file &) = delete;
+    history_file(); // cuts it to the last lines
 
     // Why what is there is left alone, in one line; empty when it is not, and where there can be none.
     const std::string &refusal() const
@@ -27,15 +25,20 @@ public:
         return refusal_;
     }
 
-    // The last lines, the newest at the end.
-    std::vector<std::string> lines() const;
+    // What it held when it was opened, the newest at the end.
+    const std::deque<std::string> &lines() const
+    {
+        return lines_;
+    }
 
-    void add(std::string_view line);
+    // A line that finds no room is not kept.
+    void add(const std::string &line);
 
 private:
-    std::string text() const;
+    void read_lines();
 
-    int descriptor_ = -1; // none: nothing is kept
+    std::unique_ptr<std::FILE, int (*)(std::FILE *)> file_{nullptr, std::fclose}; // none: nothing is kept
+    std::deque<std::string> lines_;
     std::string refusal_;
 };
 

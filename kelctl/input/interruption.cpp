@@ -113,9 +113,13 @@ bool unwanted_within(std::chrono::milliseconds longest)
     return interrupted() || output_lost();
 }
 
-int interruption_descriptor()
+bool input_before_interruption(int descriptor)
 {
-    return wake_up;
+    std::array<pollfd, 2> sources = {{{descriptor, POLLIN, 0}, {wake_up, POLLIN, 0}}};
+    while (!interrupted())
+        if (poll(sources.data(), sources.size(), -1) > 0 && sources[0].revents != 0)
+            return true;
+    return false;
 }
 
 } // namespace kelctl

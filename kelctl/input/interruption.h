@@ -35,7 +35,7 @@ void leave_interruptions_to_parent();
 // Waits, at most so long, until nobody wants more: a signal is noted, or standard output reaches nobody (terminal.h).
 bool unwanted_within(std::chrono::milliseconds longest);
 
-// Becomes readable when a signal is noted. For poll(); -1 without a watch.
-int interruption_descriptor();
+// Waits until a descriptor can be read, or is at its end. False when a signal is noted instead.
+bool input_before_interruption(int descriptor);
 
 } // namespace kelctl

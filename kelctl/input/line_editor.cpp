@@ -1,17 +1,17 @@
-// Readline's callback interface, so that a signal is noticed while nothing is typed.
+// Keys, completion and history around libedit's lines.
 #include "kelctl/input/line_editor.h"
 
 #include "kelctl/input/interruption.h"
+#include "kelctl/terminal/terminal.h"
 
-#include <array>
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <clocale>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
+#include <cwchar>
 #include <exception>
-#include <memory>
-#include <poll.h>
-#include <readline/history.h>
-#include <readline/readline.h>
 #include <unistd.h>
 #include <utility>
 
@@ -20,110 +20,159 @@ namespace kelctl
 namespace
 {
 
-char word_breaks[] = " \t";
+constexpr const char *blanks = " \t";
+constexpr size_t most_listed = 200; // words; more would scroll away what the person typed
 
-// Readline calls back without a context.
-completer complete_line;
-replacements found;
-std::optional<std::string> typed;
-bool line_ended = false;
+// Beside the editor's own: what terminals send for keys that move, and what clears up to the cursor only.
+constexpr struct {
+    const char *key;
+    const char *command;
+} bindings[] = {
+    {"^I", "complete"},           {"^U", "vi-kill-line-prev"},  {"\\e[1~", "ed-move-to-beg"},
+    {"\\e[4~", "ed-move-to-end"}, {"\\e[1;5C", "em-next-word"}, {"\\e[1;5D", "ed-prev-word"},
+};
 
-void take_line(char *line)
+// In columns, as many as a line has room for.
+std::string listed(const std::vector<std::string> &words)
 {
-    const std::unique_ptr<char, void (*)(void *)> owned(line, std::free);
-    line_ended = true;
-    typed = line ? std::optional<std::string>(line) : std::nullopt;
-    rl_callback_handler_remove();
+    const auto longest = std::ranges::max(words, {}, &std::string::size);
+    const size_t width = longest.size() + 2;
+    const size_t columns = std::max<size_t>(1, line_width(stdout).value_or(80) / width);
+    const size_t most = std::min(words.size(), most_listed);
+    std::string text;
+    for (size_t i = 0; i < most; ++i)
+        text += fmt::format("{:<{}}{}", words[i], width, (i + 1) % columns == 0 || i + 1 == most ? "\n" : "");
+    return most == words.size() ? text : text + fmt::format("and {} more\n", words.size() - most);
 }
 
-// Readline asks for one word after the other, and frees them.
-char *next_found(const char *, int state)
+// One character as it is typed; a signal ends the line. What is no character is passed over.
+int read_character(EditLine *editor, wchar_t *character)
 {
-    static size_t next = 0;
-    if (state == 0)
-        next = 0;
-    return next < found.words.size() ? strdup(found.words[next++].c_str()) : nullptr;
-}
-
-// Nothing may be thrown through Readline. Without an answer there is nothing to complete.
-char **words_for(const char *begun, int, int end)
-{
-    try {
-        found = complete_line(std::string_view(rl_line_buffer, static_cast<size_t>(end)));
-    } catch (const std::exception &) {
-        found = {};
+    constexpr auto malformed = static_cast<size_t>(-1);
+    constexpr auto incomplete = static_cast<size_t>(-2);
+    std::mbstate_t state = {};
+    size_t taken = incomplete;
+    while (taken == incomplete || taken == malformed) {
+        char octet = 0;
+        if (!input_before_interruption(STDIN_FILENO) || read(STDIN_FILENO, &octet, 1) != 1)
+            return -1;
+        el_resize(editor); // the window may have been
+        if (taken == malformed)
+            state = {};
+        taken = std::mbrtowc(character, &octet, 1, &state);
     }
-    rl_attempted_completion_over = found.files ? 0 : 1; // otherwise Readline would offer files by itself
-    rl_sort_completion_matches = found.files ? 1 : 0;
-    return rl_completion_matches(begun, next_found);
+    return 1;
 }
 
-// What was typed is given up, as a shell does it.
-void give_line_up()
+// How far all words are the same.
+std::string_view common_beginning(const std::vector<std::string> &words)
 {
-    rl_callback_sigcleanup();
-    rl_callback_handler_remove();
-    std::fputs("^C\n", rl_outstream);
-    std::fflush(rl_outstream);
-    take_interruption();
-    typed = "";
+    std::string_view common = words.front();
+    for (const std::string &word : words)
+        common = common.substr(0, static_cast<size_t>(std::ranges::mismatch(common, word).in1 - common.begin()));
+    return common;
+}
+
+// Where no locale is set, the terminal is taken for one of UTF-8 all the same.
+EditLine *editor_of_terminal()
+{
+    if (!std::setlocale(LC_CTYPE, "") || MB_CUR_MAX == 1)
+        std::setlocale(LC_CTYPE, "C.UTF-8");
+    return el_init("kelctl", stdin, stdout, stderr);
+}
+
+char *prompt_text(EditLine *)
+{
+    static char text[] = "kelctl> ";
+    return text;
 }
 
 } // namespace
 
-line_editor::line_editor(history_file &history, completer complete) : history_(history)
+line_editor::line_editor(history_file &history, completer complete)
+    : history_(history), complete_(std::move(complete)), lines_(history_init(), history_end),
+      editor_(editor_of_terminal(), el_end)
 {
-    complete_line = std::move(complete);
-    rl_readline_name = "kelctl";
-    rl_catch_signals = 0;
-    rl_completer_word_break_characters = word_breaks;
-    rl_attempted_completion_function = words_for;
-    // Lines that are pasted are lines that are run.
-    rl_variable_bind("enable-bracketed-paste", "off");
-    using_history();
-    stifle_history(longest_history);
+    EditLine *editor = editor_.get();
+    el_set(editor, EL_CLIENTDATA, this);
+    el_set(editor, EL_PROMPT, prompt_text);
+    el_set(editor, EL_GETCFN, read_character);
+    el_set(editor, EL_EDITOR, "emacs");
+    el_set(editor, EL_ADDFN, "complete", "complete the word before the cursor", complete_at_cursor);
+    for (const auto &[key, command] : bindings)
+        el_set(editor, EL_BIND, key, command, nullptr);
+
+    HistEvent event;
+    ::history(lines_.get(), &event, H_SETSIZE, longest_history);
+    ::history(lines_.get(), &event, H_SETUNIQUE, 1);
     for (const std::string &line : history_.lines())
-        add_history(line.c_str());
+        ::history(lines_.get(), &event, H_ENTER, line.c_str());
+    el_set(editor, EL_HIST, ::history, lines_.get());
+    el_source(editor, nullptr);
 }
 
-line_editor::~line_editor()
+std::optional<std::string> line_editor::next()
 {
-    clear_history();
-    complete_line = nullptr;
-}
-
-std::optional<std::string> line_editor::next(const char *prompt)
-{
-    typed = std::nullopt;
-    line_ended = false;
     if (interrupted() && !terminated())
-        take_interruption(); // it was meant for the command before
-    rl_callback_handler_install(prompt, take_line);
-    std::array<pollfd, 2> sources = {{{STDIN_FILENO, POLLIN, 0}, {interruption_descriptor(), POLLIN, 0}}};
-    while (!line_ended && !interrupted())
-        if (poll(sources.data(), sources.size(), -1) > 0 && sources[0].revents != 0)
-            rl_callback_read_char();
-
-    if (!line_ended && terminated())
-        rl_callback_handler_remove();
-    else if (!line_ended)
-        give_line_up();
-    else if (!typed)
-        std::fputs("\n", rl_outstream); // Ctrl-D leaves the cursor behind the prompt
-    if (typed)
-        remember(*typed);
-    return typed;
+        take_interruption();                // it was meant for the command before
+    el_set(editor_.get(), EL_PREP_TERM, 1); // before the prompt shows, or a key right after it could get lost
+    int length = 0;
+    const char *typed = el_gets(editor_.get(), &length);
+    if (terminated())
+        return std::nullopt;
+    if (interrupted()) { // what was typed is given up, as a shell does it
+        write(stdout, "^C\n");
+        take_interruption();
+        return "";
+    }
+    if (!typed) {
+        write(stdout, "\n"); // Ctrl-D leaves the cursor behind the prompt
+        return std::nullopt;
+    }
+    std::string line(typed, static_cast<size_t>(length));
+    line.erase(line.find_last_not_of(" \t\n") + 1); // completion leaves a blank at the end
+    remember(line);
+    return line;
 }
 
-// Neither empty lines nor the same again. Completion leaves a blank at the end.
-void line_editor::remember(std::string line)
+// Neither empty lines nor the same again.
+void line_editor::remember(const std::string &line)
 {
-    line.erase(line.find_last_not_of(" \t") + 1);
-    const HIST_ENTRY *last = history_length > 0 ? history_get(history_base + history_length - 1) : nullptr;
-    if (line.empty() || (last && line == last->line))
-        return;
-    add_history(line.c_str());
-    history_.add(line);
+    HistEvent event;
+    if (!line.empty() && ::history(lines_.get(), &event, H_ENTER, line.c_str()) == 1)
+        history_.add(line);
+}
+
+// Nothing may be thrown through libedit. Without an answer there is nothing to complete.
+unsigned char line_editor::complete_at_cursor(EditLine *editor, int key)
+try {
+    line_editor *self = nullptr;
+    el_get(editor, EL_CLIENTDATA, &self);
+    const LineInfo *line = el_line(editor);
+    const std::string_view before(line->buffer, static_cast<size_t>(line->cursor - line->buffer));
+    const replacements found = self->complete_(before);
+    if (found.words.empty() && found.files)
+        return _el_fn_complete(editor, key);
+    return self->complete(found.words, before.substr(before.find_last_of(blanks) + 1));
+} catch (const std::exception &) {
+    return CC_ERROR;
+}
+
+// Puts in what is common to all words, whose case counts. Where that is nothing new, lists them.
+unsigned char line_editor::complete(const std::vector<std::string> &words, std::string_view begun)
+{
+    if (words.empty())
+        return CC_ERROR;
+    std::string common(common_beginning(words));
+    if (words.size() == 1)
+        common += ' ';
+    if (common.size() < begun.size() || common == begun) {
+        write(stdout, "\n" + listed(words));
+        return CC_REDISPLAY;
+    }
+    el_deletestr(editor_.get(), static_cast<int>(begun.size()));
+    el_insertstr(editor_.get(), common.c_str());
+    return CC_REFRESH;
 }
 
 } // namespace kelctl

@@ -1,10 +1,11 @@
-// Lines typed on a terminal: editing, history, completion. The only place that knows GNU Readline, which has one state
-// for the whole process.
+// Lines typed on a terminal: editing, history, completion. The only place that knows libedit, which reads ~/.editrc.
 #pragma once
 
 #include "kelctl/input/history_file.h"
 
 #include <functional>
+#include <histedit.h>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -22,24 +23,27 @@ struct replacements {
 // Asked with what stands before the cursor.
 using completer = std::function<replacements(std::string_view line)>;
 
-// One at a time.
 class line_editor
 {
 public:
     // `history` outlives it.
     line_editor(history_file &history, completer complete);
-    ~line_editor();
     line_editor(const line_editor &) = delete;
     line_editor &operator=(const line_editor &) = delete;
 
     // The next line. An empty one when Ctrl-C gave it up. None after Ctrl-D on an empty line, and when the process shall
     // end. Needs an interruption watch.
-    std::optional<std::string> next(const char *prompt);
+    std::optional<std::string> next();
 
 private:
-    void remember(std::string line);
+    static unsigned char complete_at_cursor(EditLine *editor, int key);
+    unsigned char complete(const std::vector<std::string> &words, std::string_view begun);
+    void remember(const std::string &line);
 
     history_file &history_;
+    const completer complete_;
+    const std::unique_ptr<History, void (*)(History *)> lines_;
+    const std::unique_ptr<EditLine, void (*)(EditLine *)> editor_; // refers to the lines
 };
 
 } // namespace kelctl

@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <poll.h>
 #include <unistd.h>
 
 namespace kelctl
@@ -24,19 +23,10 @@ std::optional<std::string> line_input::next()
     return line;
 }
 
-bool line_input::wait_for_input() const
-{
-    std::array<pollfd, 2> sources = {{{descriptor_, POLLIN, 0}, {interruption_descriptor(), POLLIN, 0}}};
-    while (!interrupted())
-        if (poll(sources.data(), sources.size(), -1) > 0 && sources[0].revents != 0)
-            return true;
-    return false;
-}
-
 // False at the end.
 bool line_input::read_more()
 {
-    if (!wait_for_input())
+    if (!input_before_interruption(descriptor_))
         return false;
     std::array<char, 4096> chunk;
     const ssize_t got = read(descriptor_, chunk.data(), chunk.size());

@@ -25,7 +25,6 @@ public:
     }
 
 private:
-    bool wait_for_input() const;
     bool read_more();
 
     int descriptor_;

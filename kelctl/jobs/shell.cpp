@@ -28,8 +28,6 @@ namespace kelctl
 namespace
 {
 
-constexpr const char *prompt = "kelctl> ";
-
 exit_status run_line(const std::string &line, const origin &at, session &session)
 {
     try {
@@ -83,7 +81,7 @@ result run_typed_lines(session &session)
         session.show_part(lines, {.text = "", .remark = fmt::format("kelctl: {}", history.refusal())}, {});
     line_editor editor(history, [&session](std::string_view line) { return words_for(line, session); });
     while (!session.finished && !terminated())
-        if (const auto line = editor.next(prompt))
+        if (const auto line = editor.next())
             run_line(*line, {}, session);
         else
             break;

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <deque>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -31,7 +32,7 @@ protected:
     }
 
     // What is kept beyond the life of a shell.
-    static std::vector<std::string> kept()
+    static std::deque<std::string> kept()
     {
         return history_file().lines();
     }

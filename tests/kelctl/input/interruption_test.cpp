@@ -3,26 +3,51 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <csignal>
-#include <poll.h>
+#include <string_view>
+#include <thread>
+#include <unistd.h>
 
 namespace kelctl
 {
 namespace
 {
 
-bool is_readable(int descriptor)
+// The reading end of a pipe that holds so much.
+class pipe_with
 {
-    pollfd source = {descriptor, POLLIN, 0};
-    return poll(&source, 1, 0) == 1;
-}
+public:
+    explicit pipe_with(std::string_view text)
+    {
+        EXPECT_EQ(pipe(ends_.data()), 0);
+        EXPECT_EQ(write(ends_[1], text.data(), text.size()), static_cast<ssize_t>(text.size()));
+    }
+
+    ~pipe_with()
+    {
+        close(ends_[0]);
+        close(ends_[1]);
+    }
+
+    pipe_with(const pipe_with &) = delete;
+    pipe_with &operator=(const pipe_with &) = delete;
+
+    int descriptor() const
+    {
+        return ends_[0];
+    }
+
+private:
+    std::array<int, 2> ends_{};
+};
 
 TEST(Interruption, NothingIsNotedBeforeASignal)
 {
     const interruption_watch watch;
     EXPECT_FALSE(interrupted());
     EXPECT_FALSE(terminated());
-    EXPECT_FALSE(is_readable(interruption_descriptor()));
+    EXPECT_TRUE(input_before_interruption(pipe_with("input").descriptor()));
 }
 
 TEST(Interruption, CtrlCIsNotedAndCanBeTakenAgainAndAgain)
@@ -32,11 +57,21 @@ TEST(Interruption, CtrlCIsNotedAndCanBeTakenAgainAndAgain)
         std::raise(SIGINT);
         EXPECT_TRUE(interrupted());
         EXPECT_FALSE(terminated());
-        EXPECT_TRUE(is_readable(interruption_descriptor()));
+        EXPECT_FALSE(input_before_interruption(pipe_with("").descriptor()));
         take_interruption();
         EXPECT_FALSE(interrupted());
-        EXPECT_FALSE(is_readable(interruption_descriptor()));
+        EXPECT_TRUE(input_before_interruption(pipe_with("input").descriptor()));
     }
+}
+
+TEST(Interruption, WakesWhoWaitsForInput)
+{
+    const interruption_watch watch;
+    const pipe_with nothing("");
+    const pthread_t waiting = pthread_self();
+    std::thread other([waiting] { pthread_kill(waiting, SIGTERM); });
+    EXPECT_FALSE(input_before_interruption(nothing.descriptor()));
+    other.join();
 }
 
 TEST(Interruption, TerminationIsNeverTaken)
@@ -59,7 +94,6 @@ TEST(Interruption, NothingOutlastsTheWatch)
         std::raise(SIGTERM);
     }
     EXPECT_FALSE(interrupted());
-    EXPECT_EQ(interruption_descriptor(), -1);
     const interruption_watch again;
     EXPECT_FALSE(interrupted());
 }

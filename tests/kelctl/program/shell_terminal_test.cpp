@@ -17,8 +17,12 @@ const std::string prompt = "kelctl> ";
 const std::string tab = "\t";
 const std::string ctrl_c = "\x03";
 const std::string ctrl_d = "\x04";
+const std::string ctrl_e = "\x05";
+const std::string ctrl_y = "\x19";
 const std::string ctrl_u = "\x15"; // clears what stands before the cursor
 const std::string arrow_up = "\x1b[A";
+const std::string arrow_left = "\x1b[D";
+const std::string backspace = "\x7f";
 const std::string bell = "\a";
 
 class ShellOnTerminal : public testing::Test
@@ -29,7 +33,7 @@ protected:
     {
         return {.arguments = arguments,
                 .environment = {{"TERM", "dumb"},
-                                {"INPUTRC", "/dev/null"},
+                                {"EDITRC", "/dev/null"},
                                 {"NO_COLOR", "1"},
                                 {"XDG_STATE_HOME", home.folder() + "/state"}},
                 .folder = home.folder()};
@@ -109,12 +113,12 @@ TEST_F(ShellOnTerminal, TabCompletesCommandsOptionsAndValues)
     EXPECT_EQ(shell.wait_for_end(), 0);
 }
 
-TEST_F(ShellOnTerminal, SecondTabListsWhatIsPossible)
+TEST_F(ShellOnTerminal, TabListsWhatIsPossibleWhereNothingIsCommon)
 {
     terminal_session shell(run());
     shell.wait_for(prompt);
-    shell.type("ebcom path " + tab + tab);
-    shell.wait_for(line_end + "add     remove");
+    shell.type("ebcom path " + tab);
+    shell.wait_for(line_end + "add     remove  " + line_end);
     shell.wait_for(prompt + "ebcom path ");
 }
 
@@ -148,8 +152,71 @@ TEST_F(ShellOnTerminal, IdsAreOfWhatIsMeantAndInTheirOrder)
         shell.type(std::string("pcep remove ") + id + enter);
         shell.wait_for(prompt);
     }
-    shell.type("group member add 444 " + tab + tab);
+    shell.type("group member add 444 " + tab);
     shell.wait_for(line_end + "7    70   300  " + line_end);
+}
+
+TEST_F(ShellOnTerminal, TabPutsInWhatIsCommonFirst)
+{
+    terminal_session shell(run());
+    shell.wait_for(prompt);
+    shell.type("group m" + tab);
+    shell.wait_for("group member ");
+    shell.type("x" + ctrl_u + "ebcom port channel rl" + tab + tab);
+    shell.wait_for("RLU");
+    shell.wait_for(line_end + "RLU1P  ");
+}
+
+TEST_F(ShellOnTerminal, OfManyWordsTheFirstAreListed)
+{
+    terminal_session shell(run());
+    shell.wait_for(prompt);
+    for (const char *line : {"ebcom start", "ebcom path add 02:00:00:03:00:00 --port RLU1P --count 5000"}) {
+        shell.type(line + enter);
+        shell.wait_for(prompt);
+    }
+    shell.type("ebcom path remove 02:" + tab + tab);
+    shell.wait_for("02:00:00:03:00:c7  " + line_end + "and 4800 more" + line_end);
+    shell.wait_for(prompt + "ebcom path remove 02:00:00:03:");
+}
+
+TEST_F(ShellOnTerminal, CharactersOfSeveralOctetsAreOne)
+{
+    for (const char *locale : {"C.UTF-8", "C"}) {
+        program_run asked = run();
+        asked.environment["LC_ALL"] = locale;
+        terminal_session shell(asked);
+        shell.wait_for(prompt);
+        shell.type("trace message 'z\xc3\xbc\xe2\x82\xac\xf0\x9f\x98\x80" + backspace + "ge'" + enter);
+        shell.wait_for(line_end + "z\xc3\xbc\xe2\x82\xacge" + line_end);
+        shell.wait_for(prompt);
+        shell.type("trace message '\xff"
+                   "a'" +
+                   enter); // what is no character is passed over
+        shell.wait_for(line_end + "a" + line_end);
+    }
+}
+
+TEST_F(ShellOnTerminal, KeysAreAsTheFileOfThePersonSays)
+{
+    const file_in_folder keys{"keys", "kelctl:bind ^B ed-delete-prev-char\nother:bind ^A ed-newline\n"};
+    program_run asked = run();
+    asked.environment["EDITRC"] = keys.folder() + "/keys";
+    terminal_session shell(asked);
+    shell.wait_for(prompt);
+    shell.type("trace message 'abc\x02\x01" + ctrl_e + "'" + enter);
+    shell.wait_for(line_end + "ab" + line_end);
+}
+
+TEST_F(ShellOnTerminal, CtrlUClearsUpToTheCursorAndCtrlYPutsItBack)
+{
+    terminal_session shell(run());
+    shell.wait_for(prompt);
+    shell.type("x'fine'");
+    for (int i = 0; i < 6; ++i)
+        shell.type(arrow_left);
+    shell.type(ctrl_u + "trace message " + ctrl_u + ctrl_y + enter);
+    shell.wait_for(line_end + "fine" + line_end);
 }
 
 TEST_F(ShellOnTerminal, NothingPossibleRingsTheBell)
@@ -180,7 +247,7 @@ TEST_F(ShellOnTerminal, CtrlCLeavesASearchThroughTheHistory)
     terminal_session shell(run());
     shell.wait_for(prompt);
     shell.type("\x12");
-    shell.wait_for("search");
+    shell.wait_for("bck:");
     shell.type(ctrl_c);
     shell.wait_for("^C" + line_end + prompt);
     shell.type("trace message 'again'" + enter);
