@@ -49,12 +49,6 @@ std::optional<snapshot> current_snapshot()
     return json ? std::optional(read_snapshot(*json)) : std::nullopt;
 }
 
-std::optional<snapshot> settled_snapshot()
-{
-    const auto json = settled_document();
-    return json ? std::optional(read_snapshot(*json)) : std::nullopt;
-}
-
 void settle()
 {
     timing_settled(longest_wait);

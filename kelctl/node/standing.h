@@ -18,10 +18,7 @@ std::optional<snapshot> current_snapshot();
 // Waits until the timestamp thread, which works beside, wrote its first offset or gave up.
 void settle();
 
-// What the accelerator holds then.
-std::optional<snapshot> settled_snapshot();
-
-// That as the accelerator's own JSON document.
+// What the accelerator holds then, as its own JSON document.
 std::optional<std::string> settled_document();
 
 // What the added paths tell about the ports of a node on which all of them stand. `added` is in the order of adding.

@@ -12,11 +12,6 @@ void asked_paths::add(const kel_ebcom_path_config &path)
     paths_.push_back(path);
 }
 
-void asked_paths::add(const std::vector<kel_ebcom_path_config> &paths)
-{
-    paths_.insert(paths_.end(), paths.begin(), paths.end());
-}
-
 void asked_paths::remove(const kel_ebcom_path_config &path)
 {
     const auto same = [&path](const kel_ebcom_path_config &one) {

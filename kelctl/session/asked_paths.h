@@ -13,7 +13,6 @@ class asked_paths
 {
 public:
     void add(const kel_ebcom_path_config &path);
-    void add(const std::vector<kel_ebcom_path_config> &paths);
 
     // Takes back the last one to this destination through this port; none that was never asked for.
     void remove(const kel_ebcom_path_config &path);

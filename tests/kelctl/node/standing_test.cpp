@@ -38,7 +38,7 @@ protected:
         EXPECT_EQ(here.run("ebcom start").status, exit_done);
         for (const auto &[mac, port] : wanted)
             EXPECT_EQ(here.run(fmt::format("ebcom path add {} --port {}", mac, port)).status, exit_done);
-        stood = settled_snapshot().value();
+        stood = read_snapshot(settled_document().value());
         return ports_of(stood, here.paths.all());
     }
 

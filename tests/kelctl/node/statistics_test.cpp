@@ -43,7 +43,7 @@ protected:
     statistics read_with(const char *faults)
     {
         EXPECT_EQ(softnode_faults_add(faults), nullptr);
-        statistics read = read_statistics(ports_of(settled_snapshot().value(), here.paths.all()), here);
+        statistics read = read_statistics(ports_of(read_snapshot(settled_document().value()), here.paths.all()), here);
         softnode_faults_clear();
         return read;
     }

@@ -20,8 +20,8 @@ kel_ebcom_path_config path(uint8_t last_octet, int32_t port, uint32_t rate = 0)
 TEST(AskedPaths, AreInTheOrderOfTheirAdding)
 {
     asked_paths paths;
-    paths.add(path(1, 6));
-    paths.add({path(3, 7), path(2, 7)});
+    for (const auto &added : {path(1, 6), path(3, 7), path(2, 7)})
+        paths.add(added);
     ASSERT_EQ(paths.all().size(), 3u);
     EXPECT_EQ(paths.all()[1].dst_mac[5], 3);
 }
@@ -29,7 +29,8 @@ TEST(AskedPaths, AreInTheOrderOfTheirAdding)
 TEST(AskedPaths, RemovingTakesTheLastOfTheSameDestinationAndPort)
 {
     asked_paths paths;
-    paths.add({path(1, 6, 100), path(1, 7), path(1, 6, 200), path(2, 6)});
+    for (const auto &added : {path(1, 6, 100), path(1, 7), path(1, 6, 200), path(2, 6)})
+        paths.add(added);
     paths.remove(path(1, 6));
     ASSERT_EQ(paths.all().size(), 3u);
     EXPECT_EQ(paths.all()[0].shaping_rate, 100u);
