@@ -6,7 +6,6 @@
 #include "kelctl/session/session.h"
 #include "kelctl/values/file_text.h"
 #include "kelctl/views/node_view.h"
-#include "kelctl/views/pcep_view.h"
 #include "notation/json.h"
 
 namespace kelctl
@@ -17,16 +16,6 @@ namespace
 constexpr std::string_view reset_details =
     R"(The accelerator is empty afterwards, its time 0 and its fault rules gone. What
 the library keeps it still has: its handles are stale, counts of paths stay.)";
-
-std::string summary(const std::string &document, const asked_paths &asked)
-{
-    const snapshot node = read_snapshot(document);
-    kel_ebcom_capabilities capabilities{};
-    kel_core_ic_ebcom_capabilities_get(&capabilities);
-    const painter paint = painter_for(stdout);
-    return service_view(node, capabilities, std::nullopt, paint) + "\n" +
-           tree_view(node, ports_of(node, asked.all()), paint) + "\n" + pcep_view(node, paint);
-}
 
 // What a start set off belongs to what is shown.
 void settle_if_started(const session &session)
@@ -39,10 +28,9 @@ result show_snapshot(const invocation &, session &session)
 {
     settle_if_started(session);
     const std::string document = accelerator_snapshot().value_or("{}");
-    result done;
-    done.text = summary(document, session.paths);
-    done.shown = notation::read_json(document);
-    return done;
+    const snapshot node = read_snapshot(document);
+    const port_knowledge ports = ports_of(node, session.paths);
+    return {.shown = notation::read_json(document), .text = node_view(node, ports, std::nullopt, page_for(stdout))};
 }
 
 result reset_node(const invocation &, session &session)
@@ -55,27 +43,17 @@ result reset_node(const invocation &, session &session)
     return {};
 }
 
-result not_drawn(std::string why)
-{
-    return {.status = exit_operation_failed, .errors = {{std::move(why)}}};
-}
-
 // PNG is not text, and has no place among what is shown.
-result shown_picture(const std::string &format, std::string picture)
+result shown_picture(const std::string &format, const std::string &picture)
 {
-    result done;
-    done.shown = {{"format", format}, {"graph", picture}};
-    done.text = std::move(picture);
-    return done;
+    return {.shown = {{"format", format}, {"graph", picture}}, .text = picture};
 }
 
 result written_picture(const std::string &format, const std::string &file, const std::string &picture)
 {
     if (auto why = write_file(file, picture))
-        return {.status = exit_operation_failed, .errors = {{std::move(*why), file}}};
-    result done;
-    done.shown = {{"format", format}, {"file", file}};
-    return done;
+        return refused(std::move(*why), file);
+    return {.shown = {{"format", format}, {"file", file}}};
 }
 
 result draw(const invocation &asked, session &session)
@@ -83,14 +61,14 @@ result draw(const invocation &asked, session &session)
     const std::string &format = asked.given.text("--format");
     const bool to_file = asked.given.has("--output");
     if (format == "png" && !to_file)
-        return {.status = exit_wrong_input, .errors = {{"--format png needs --output as well"}}};
+        return wrong_use("--format png needs --output as well");
     settle_if_started(session);
     const auto dot = accelerator_graph();
     if (!dot)
-        return not_drawn("this software accelerator draws no graph");
+        return refused("this software accelerator draws no graph");
     const drawing drawn = format == "dot" ? drawing{*dot, ""} : drawn_by_graphviz(*dot, format);
     if (!drawn.refused.empty())
-        return not_drawn(drawn.refused);
+        return refused(drawn.refused);
     return to_file ? written_picture(format, asked.given.text("--output"), drawn.picture)
                    : shown_picture(format, drawn.picture);
 }

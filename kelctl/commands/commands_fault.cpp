@@ -56,21 +56,18 @@ result add_faults(const invocation &asked, session &)
     const auto &rules = asked.given.get<std::vector<std::string>>("RULE");
     const bool from_file = asked.given.has("--file");
     if (rules.empty() != from_file)
-        return {.status = exit_wrong_input,
-                .errors = {{from_file ? "rules come from the command or from --file, not from both"
-                                      : "a RULE or --file is required"}}};
+        return wrong_use(from_file ? "rules come from the command or from --file, not from both"
+                                   : "a RULE or --file is required");
     if (from_file)
         return add_file(asked.given.text("--file"));
     if (auto wrong = add_accelerator_faults(joined(rules, ";")))
-        return {.status = exit_wrong_input, .errors = {{std::move(*wrong)}}};
+        return wrong_use(std::move(*wrong));
     return {};
 }
 
 result list_faults(const invocation &, session &)
 {
-    result done;
-    done.shown = {{"rules", notation::read_json(accelerator_faults())}};
-    return done;
+    return {.shown = {{"rules", notation::read_json(accelerator_faults())}}};
 }
 
 result clear_faults(const invocation &, session &)
@@ -81,16 +78,12 @@ result clear_faults(const invocation &, session &)
 
 result release_calls(const invocation &, session &)
 {
-    result done;
-    done.shown = {{"released", release_accelerator_faults()}};
-    return done;
+    return {.shown = {{"released", release_accelerator_faults()}}};
 }
 
 result list_functions(const invocation &, session &)
 {
-    result done;
-    done.shown = {{"functions", notation::read_json(accelerator_fault_functions())}};
-    return done;
+    return {.shown = {{"functions", notation::read_json(accelerator_fault_functions())}}};
 }
 
 } // namespace

@@ -45,12 +45,10 @@ result check(const invocation &asked, session &)
     auto [node, errors] = load_node_file(name);
     if (!node)
         return wrong_input(name, std::move(errors), "nothing was started");
-    result sound;
-    sound.shown = {{"paths", path_count(*node)},
-                   {"pceps", node->pceps.size()},
-                   {"multicast_groups", node->groups.size()},
-                   {"traffic", node->traffic.size()}};
-    return sound;
+    return {.shown = {{"paths", path_count(*node)},
+                      {"pceps", node->pceps.size()},
+                      {"multicast_groups", node->groups.size()},
+                      {"traffic", node->traffic.size()}}};
 }
 
 // What takes down what the lines make, from the last to the first.
@@ -61,14 +59,6 @@ std::vector<invocation> undo_of_all(const std::vector<invocation> &lines, const 
         if (auto one = undo_of(*line, table))
             undo.push_back(std::move(*one));
     return undo;
-}
-
-fields texts_of(const std::vector<invocation> &lines)
-{
-    fields texts = fields::array();
-    for (const invocation &line : lines)
-        texts.push_back(text_of(line));
-    return texts;
 }
 
 std::string script_of(std::string_view comment, const fields &lines)
@@ -86,12 +76,9 @@ result plan(const invocation &asked, session &session)
     if (!node)
         return wrong_input(name, std::move(errors), "nothing was planned");
     const std::vector<invocation> lines = lines_of(*node, session.table);
-    fields up = texts_of(lines);
-    fields down = texts_of(undo_of_all(lines, session.table));
-    result planned;
-    planned.text = script_of("Up", up) + "\n" + script_of("Down", down);
-    planned.shown = {{"up", std::move(up)}, {"down", std::move(down)}};
-    return planned;
+    const fields up = list_of(lines, text_of);
+    const fields down = list_of(undo_of_all(lines, session.table), text_of);
+    return {.shown = {{"up", up}, {"down", down}}, .text = script_of("Up", up) + "\n" + script_of("Down", down)};
 }
 
 } // namespace

@@ -79,16 +79,21 @@ kel_ebcom_path_config path_of(const arguments &given)
 }
 
 // What becomes of a path among those that the session remembers.
-using change = void (*)(asked_paths &paths, const kel_ebcom_path_config &path);
+using change = void (*)(std::vector<kel_ebcom_path_config> &paths, const kel_ebcom_path_config &path);
 
-void added(asked_paths &paths, const kel_ebcom_path_config &path)
+void added(std::vector<kel_ebcom_path_config> &paths, const kel_ebcom_path_config &path)
 {
-    paths.add(path);
+    paths.push_back(path);
 }
 
-void removed(asked_paths &paths, const kel_ebcom_path_config &path)
+// Takes back the last one to this destination through this port; none that was never asked for.
+void removed(std::vector<kel_ebcom_path_config> &paths, const kel_ebcom_path_config &path)
 {
-    paths.remove(path);
+    const auto last = std::find_if(paths.rbegin(), paths.rend(), [&path](const kel_ebcom_path_config &one) {
+        return one.iell_port == path.iell_port && std::ranges::equal(one.dst_mac, path.dst_mac);
+    });
+    if (last != paths.rend())
+        paths.erase(std::next(last).base());
 }
 
 // One path after the other, each as if it were asked for by itself.
@@ -97,9 +102,8 @@ result change_paths(const invocation &asked, session &session)
     const mac_address first = asked.given.mac("MAC");
     const auto count = asked.given.number<uint32_t>("--count");
     if (count - 1 > addresses_after(first))
-        return {.status = exit_wrong_input,
-                .errors = {{fmt::format("--count: only {} more addresses follow {} in its last three octets",
-                                        addresses_after(first), to_text(first))}}};
+        return wrong_use(fmt::format("--count: only {} more addresses follow {} in its last three octets",
+                                     addresses_after(first), to_text(first)));
     invocation one = asked;
     one.given.erase("--count");
     for (uint32_t i = 0; i < count; ++i) {

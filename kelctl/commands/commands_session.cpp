@@ -41,23 +41,17 @@ result show_help(const invocation &asked, session &session)
 {
     const std::string words = joined(asked.given.get<std::vector<std::string>>("COMMAND"), " ");
     const place where = session.where;
-    result done;
-    if (const command *row = session.table.find(words); row && row->allowed_in(where))
-        done.text = help_of(*row);
-    else if (!session.table.next_words(words, where).empty())
-        done.text = help_of_words(session.table, words, where);
-    else
-        return {.status = exit_wrong_input, .errors = {{fmt::format("there is no command {}", in_quotes(words))}}};
-    done.shown = {{"help", *done.text}};
-    return done;
+    const command *row = session.table.find(words);
+    const bool whole = row && row->allowed_in(where);
+    if (!whole && session.table.next_words(words, where).empty())
+        return wrong_use(fmt::format("there is no command {}", in_quotes(words)));
+    const std::string help = whole ? help_of(*row) : help_of_words(session.table, words, where);
+    return {.shown = {{"help", help}}, .text = help};
 }
 
 result show_version(const invocation &, session &)
 {
-    result done;
-    done.text = "kelctl " KELCTL_VERSION;
-    done.shown = {{"version", KELCTL_VERSION}};
-    return done;
+    return {.shown = {{"version", KELCTL_VERSION}}, .text = "kelctl " KELCTL_VERSION};
 }
 
 result leave(const invocation &, session &session)

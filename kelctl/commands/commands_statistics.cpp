@@ -2,8 +2,8 @@
 #include "kel/kel_core_ic_ebcom.h"
 #include "kel/kel_core_ic_pcep.h"
 #include "kelctl/commands/commands.h"
+#include "kelctl/node/statistics.h"
 #include "kelctl/session/session.h"
-#include "kelctl/views/statistics_view.h"
 #include "notation/json.h"
 
 #include <fmt/format.h>
@@ -42,7 +42,7 @@ result laid_out(const invocation &asked, session &session, Function function, co
     result done = session.call(asked, function, keys..., text_output(buffer), value("format", format));
     done.text = buffer.data();
     done.shown = fields{{"format", format}, {"text", *done.text}};
-    if (auto counters = notation::try_read_json(*done.text); counters && counters->is_object())
+    if (auto counters = notation::try_read_json(buffer.data()); counters && counters->is_object())
         done.shown["counters"] = *std::move(counters);
     return done;
 }

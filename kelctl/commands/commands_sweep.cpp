@@ -37,11 +37,6 @@ and a hang make the exit status 1.
 Ctrl-C ends the sweep after the run that is under way; what the runs until then
 found is shown. A second one ends kelctl at once.)";
 
-result not_swept(const std::string &file, std::string why)
-{
-    return {.status = exit_operation_failed, .errors = {{std::move(why), file}}};
-}
-
 // Why a sweep over this script says nothing; empty when it does.
 std::string unfit(const sweep_run &undisturbed)
 {
@@ -89,18 +84,16 @@ result swept(const sweep_report &report, const std::string &file)
 result sweep_script(const invocation &asked, session &session)
 {
     const std::string &file = asked.given.text("SCRIPT");
-    problem_list unreadable;
-    script script = parse_script(session.table, text_of_file(file, unreadable));
-    std::ranges::move(unreadable, std::back_inserter(script.problems));
+    script script = script_in(file, session.table);
     if (!script.problems.empty())
         return wrong_input(file, errors_of(file, std::move(script.problems)), "nothing was run");
 
     const bool seen = is_terminal(stderr) && !session.json();
     const auto report = sweep_in_sight(session.table, script.lines, asked.given.number<uint32_t>("--time-limit"), seen);
     if (!report)
-        return not_swept(file, "no child process can be made");
+        return refused("no child process can be made", file);
     if (std::string why = unfit(report->undisturbed); !why.empty())
-        return not_swept(file, std::move(why));
+        return refused(std::move(why), file);
     return swept(*report, file);
 }
 

@@ -29,7 +29,7 @@ fields port_row(int32_t port)
 }
 
 // How the bytes 2 and 3 of an address, counted from 0, tell its owner's location.
-constexpr struct {
+constexpr struct location_bytes {
     kel_location location;
     const char *byte3;
     const char *byte2;
@@ -40,16 +40,20 @@ constexpr struct {
     {KEL_LOCATION_EIOA, "other", "other"},
 };
 
+fields location_row(const location_bytes &row)
+{
+    return {{"location", kel_location_name(row.location)},
+            {"code", static_cast<int>(row.location)},
+            {"mac_byte_3", row.byte3},
+            {"mac_byte_2", row.byte2}};
+}
+
 result show_ports(const invocation &, session &)
 {
     result done;
     for (int32_t port = 0; port < KEL_IELL_PORT_COUNT; ++port)
         done.shown["ports"].push_back(port_row(port));
-    for (const auto &[location, byte3, byte2] : locations)
-        done.shown["locations"].push_back({{"location", kel_location_name(location)},
-                                           {"code", static_cast<int>(location)},
-                                           {"mac_byte_3", byte3},
-                                           {"mac_byte_2", byte2}});
+    done.shown["locations"] = list_of(locations, location_row);
     return done;
 }
 

@@ -27,11 +27,6 @@ std::vector<argument> with_frames(argument whom)
             {.name = "--octets", .kind = number(frame_length_range), .help = "length of each"}};
 }
 
-result wrong_value_of(std::string_view name, std::string_view what)
-{
-    return {.status = exit_wrong_input, .errors = {{fmt::format("{}: {}", name, what)}}};
-}
-
 result offer(const invocation &asked, session &)
 {
     const mac_address &mac = asked.given.mac("MAC");
@@ -73,9 +68,9 @@ result add_stream(const invocation &asked, session &session)
 {
     const traffic_entry stream = stream_of(asked.given);
     if (offerings_in_a_second(stream) > most_offerings_a_second)
-        return wrong_value_of("the rate", too_many_offerings());
+        return wrong_use(fmt::format("the rate: {}", too_many_offerings()));
     if (stream.stop && *stream.stop <= stream.start)
-        return wrong_value_of("--stop", stops_too_early);
+        return wrong_use(fmt::format("--stop: {}", stops_too_early));
     session.traffic.add(stream);
     return {};
 }
@@ -105,10 +100,7 @@ result advance(const invocation &asked, session &session)
 
 result show_time(const invocation &, session &)
 {
-    result done;
-    done.shown = {{"nanoseconds", virtual_time()}};
-    done.text = quantity_text(virtual_time(), duration_units);
-    return done;
+    return {.shown = {{"nanoseconds", virtual_time()}}, .text = quantity_text(virtual_time(), duration_units)};
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include "kelctl/language/command_text.h"
 #include "kelctl/library/trace_log.h"
 #include "kelctl/node/standing.h"
+#include "kelctl/session/failure_report.h"
 #include "kelctl/session/result_document.h"
 #include "kelctl/terminal/progress.h"
 #include "kelctl/terminal/terminal.h"
@@ -42,23 +43,21 @@ std::string outcome_text(const std::optional<snapshot> &left)
     return "Taken down. The node is empty again.";
 }
 
-std::string records_text(const std::vector<trace_entry> &records)
-{
-    std::string text;
-    for (const trace_entry &entry : records)
-        text += fmt::format("    {}\n", to_text(entry));
-    return text;
-}
-
 // Of each command that succeeded although its records report failures.
-std::string complaints_text(const std::vector<undone_command> &undone)
+std::string complaints_of(const std::vector<undone_command> &undone)
 {
     std::string text;
     for (const undone_command &one : undone)
         if (!one.complaints.empty())
-            text += fmt::format("{} succeeded, but its trace records report failures:\n{}", one.command,
-                                records_text(one.complaints));
+            text += complaints_text(one.command, one.complaints, page_for(stderr));
     return text;
+}
+
+template <typename Wanted> std::vector<undone_command> those(const std::vector<undone_command> &commands, Wanted wanted)
+{
+    std::vector<undone_command> found;
+    std::ranges::copy_if(commands, std::back_inserter(found), wanted);
+    return found;
 }
 
 fields objects_in(const std::optional<snapshot> &node)
@@ -66,34 +65,14 @@ fields objects_in(const std::optional<snapshot> &node)
     return node ? leftover_fields(*node) : fields(nullptr);
 }
 
-// What refused and why. The records of each are with the result's failures.
-fields refused_fields(const std::vector<failure> &failures)
+fields command_of(const undone_command &one)
 {
-    fields all = fields::array();
-    for (const failure &one : failures) {
-        fields failed = failure_fields(one, false);
-        std::erase_if(failed.members(), [](const fields::member &part) { return part.name == "records"; });
-        all.push_back(std::move(failed));
-    }
-    return all;
+    return one.command;
 }
 
-fields undone_fields(const std::vector<undone_command> &commands)
+fields complaint_of(const undone_command &one)
 {
-    fields undone = fields::array();
-    for (const undone_command &one : commands)
-        if (one.failures.empty())
-            undone.push_back(one.command);
-    return undone;
-}
-
-fields complaints_fields(const std::vector<undone_command> &commands)
-{
-    fields complaints = fields::array();
-    for (const undone_command &one : commands)
-        if (!one.complaints.empty())
-            complaints.push_back({{"operation", one.command}, {"records", records_fields(one.complaints)}});
-    return complaints;
+    return {{"operation", one.command}, {"records", list_of(one.complaints, record_fields)}};
 }
 
 std::vector<failure> failures_of(const std::vector<undone_command> &commands)
@@ -107,9 +86,7 @@ std::vector<failure> failures_of(const std::vector<undone_command> &commands)
 std::vector<product> products_of(const std::vector<undone_command> &commands)
 {
     std::vector<product> products;
-    products.reserve(commands.size());
-    for (const undone_command &one : commands)
-        products.push_back(one.made);
+    std::ranges::transform(commands, std::back_inserter(products), &undone_command::made);
     return products;
 }
 
@@ -130,7 +107,7 @@ bool bring_up::up()
 {
     const bool redrawn = is_terminal(stderr) && !session_.tracing();
     progress shown("adding paths", session_.json() ? 0 : paths_in(lines_), stderr, redrawn);
-    session_.on_made = [&] { shown.show(session_.paths.all().size()); };
+    session_.on_made = [&] { shown.show(session_.paths.size()); };
     result last;
     auto line = lines_.begin();
     for (; line != lines_.end() && !interrupted(); ++line)
@@ -172,16 +149,17 @@ bool bring_up::down()
     const bool empty = !left || left->empty();
     // Of a line that failed, what is left shows whether it had left anything.
     const auto matters = [&](const undone_command &one) { return !one.may_find_nothing || !(left && left->empty()); };
-    std::vector<undone_command> refused;
-    std::ranges::copy_if(commands, std::back_inserter(refused),
-                         [&](const undone_command &one) { return !one.failures.empty() && matters(one); });
+    const auto refused =
+        those(commands, [&](const undone_command &one) { return !one.failures.empty() && matters(one); });
 
     result part;
     part.stage = "take-down";
     part.failures = failures_of(refused);
-    part.shown = {{"undone", undone_fields(commands)},
-                  {"not_undone", refused_fields(part.failures)},
-                  {"complaints", complaints_fields(commands)},
+    const auto undone = those(commands, [](const undone_command &one) { return one.failures.empty(); });
+    const auto complaining = those(commands, [](const undone_command &one) { return !one.complaints.empty(); });
+    part.shown = {{"undone", list_of(undone, command_of)},
+                  {"not_undone", list_of(part.failures, failure_fields)},
+                  {"complaints", list_of(complaining, complaint_of)},
                   {"left_behind", left ? fields(contents_text(*left)) : fields(nullptr)},
                   {"left_objects", objects_in(left)}};
     const bool clean = refused.empty() && empty;
@@ -191,7 +169,7 @@ bool bring_up::down()
     else
         part.remark = undone_text(commands) +
                       (refused.empty() ? "" : products_text("not undone: ", products_of(refused))) +
-                      (empty ? "" : complaints_text(commands)) + outcome_text(left);
+                      (empty ? "" : complaints_of(commands)) + outcome_text(left);
     show(std::move(part));
     return clean;
 }
@@ -224,9 +202,9 @@ void bring_up::show_background_failures()
     const auto failures = session_.log().background_failures();
     result part;
     part.text = "";
-    part.shown = {{"timestamp_thread", records_fields(failures)}};
+    part.shown = {{"timestamp_thread", list_of(failures, record_fields)}};
     if (!failures.empty())
-        part.remark = "the timestamp thread reported:\n" + records_text(failures);
+        part.remark = "the timestamp thread reported:\n" + records_text(failures, page_for(stderr));
     show(std::move(part));
 }
 

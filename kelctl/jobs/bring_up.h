@@ -4,7 +4,6 @@
 
 #include "kelctl/session/result.h"
 #include "kelctl/session/session.h"
-#include "kelctl/views/node_view.h"
 
 #include <cstdint>
 #include <string>

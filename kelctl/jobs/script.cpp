@@ -64,13 +64,19 @@ script parse_script(const command_table &table, std::string_view text)
     return parsed;
 }
 
+script script_in(const std::string &file, const command_table &table)
+{
+    problem_list unreadable;
+    script read = parse_script(table, text_of_file(file, unreadable));
+    std::ranges::move(unreadable, std::back_inserter(read.problems));
+    return read;
+}
+
 result run_script(const invocation &asked, session &session)
 {
     const std::string &file = asked.given.text("SCRIPT");
     const bool keep_going = asked.given.has("--keep-going");
-    problem_list unreadable;
-    script script = parse_script(session.table, text_of_file(file, unreadable));
-    std::ranges::move(unreadable, std::back_inserter(script.problems));
+    script script = script_in(file, session.table);
     if (!script.problems.empty())
         return wrong_input(file, errors_of(file, std::move(script.problems)), "nothing was run");
 

@@ -6,6 +6,7 @@
 #include "kelctl/values/problem.h"
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -18,6 +19,9 @@ struct script {
 };
 
 script parse_script(const command_table &table, std::string_view text);
+
+// A file that cannot be read is a problem.
+script script_in(const std::string &file, const command_table &table);
 
 // The handler of `run`.
 result run_script(const invocation &asked, session &session);

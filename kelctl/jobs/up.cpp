@@ -9,9 +9,8 @@
 #include "kelctl/node/node_lines.h"
 #include "kelctl/node/standing.h"
 #include "kelctl/node/statistics.h"
+#include "kelctl/views/counter_tables.h"
 #include "kelctl/views/node_view.h"
-#include "kelctl/views/pcep_view.h"
-#include "kelctl/views/statistics_view.h"
 #include "notation/json.h"
 
 #include <chrono>
@@ -24,22 +23,13 @@ namespace
 
 constexpr std::chrono::hours longest_wait(1);
 
-std::string standing_text(const snapshot &node, const port_knowledge &ports, size_t added_paths)
-{
-    kel_ebcom_capabilities capabilities{};
-    kel_core_ic_ebcom_capabilities_get(&capabilities);
-    const painter paint = painter_for(stdout);
-    return service_view(node, capabilities, added_paths, paint) + "\n" + tree_view(node, ports, paint) + "\n" +
-           pcep_view(node, paint);
-}
-
 result objects(const std::optional<std::string> &document, const std::optional<snapshot> &node,
                const port_knowledge &ports, const session &session)
 {
-    const size_t paths = session.paths.all().size();
+    const size_t paths = session.paths.size();
     result shown;
-    shown.text =
-        node ? standing_text(*node, ports, paths) : "What exists cannot be shown: not available on this platform\n";
+    shown.text = node ? node_view(*node, ports, paths, page_for(stdout))
+                      : "What exists cannot be shown: not available on this platform\n";
     shown.shown = {{"paths_added", paths}};
     if (session.json()) // it is large
         shown.shown["node"] = document ? notation::read_json(*document) : fields(nullptr);
@@ -48,13 +38,10 @@ result objects(const std::optional<std::string> &document, const std::optional<s
 
 result counters(const port_knowledge &ports, session &session)
 {
-    statistics read = read_statistics(ports, session);
-    result shown;
-    shown.text = statistics_view(read, painter_for(stdout));
-    shown.shown = {{"statistics", statistics_fields(read)}};
+    result shown = read_statistics(ports, session);
+    shown.text = fields_text(statistics_tables(shown.shown), page_for(stdout)) + "\n";
+    shown.shown = fields{{"statistics", std::move(shown.shown)}};
     shown.stage = "reading of counters";
-    shown.failures = std::move(read.failures);
-    shown.status = shown.failures.empty() ? exit_done : exit_operation_failed;
     return shown;
 }
 
@@ -76,7 +63,7 @@ bool show_node(bring_up &node, const arguments &given, session &session)
 {
     const auto document = settled_document();
     const auto held = document ? std::optional(read_snapshot(*document)) : std::nullopt;
-    const port_knowledge ports = ports_of(held.value_or(snapshot{}), session.paths.all());
+    const port_knowledge ports = ports_of(held.value_or(snapshot{}), session.paths);
     node.show(objects(document, held, ports, session));
     const bool watched = !given.has("--watch") || node.show(watch(pace_of(given), ports, session));
     return node.show(counters(ports, session)) && watched;
@@ -85,7 +72,7 @@ bool show_node(bring_up &node, const arguments &given, session &session)
 void hold(bring_up &node, session &session)
 {
     if (session.json())
-        session.stream({{"holding", {{"paths_added", session.paths.all().size()}}}});
+        session.stream({{"holding", {{"paths_added", session.paths.size()}}}});
     else
         node.show({.text = "Holding the node until Ctrl-C."});
     while (!unwanted_within(longest_wait))

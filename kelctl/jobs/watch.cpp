@@ -4,9 +4,10 @@
 #include "kelctl/input/interruption.h"
 #include "kelctl/node/rates.h"
 #include "kelctl/node/statistics.h"
+#include "kelctl/session/fields_view.h"
 #include "kelctl/terminal/redrawn_block.h"
 #include "kelctl/terminal/terminal.h"
-#include "kelctl/views/rates_view.h"
+#include "kelctl/views/counter_tables.h"
 
 #include <algorithm>
 #include <utility>
@@ -16,42 +17,38 @@ namespace kelctl
 namespace
 {
 
-void show_rates(const rates &shown, uint64_t time, session &session, redrawn_block &block)
+void show_rates(const fields &rates, session &session, redrawn_block &block)
 {
     if (session.json())
-        session.stream({{"watch", rates_fields(shown, time)}});
+        session.stream({{"watch", rates}});
     else
-        block.draw(rates_view(shown, time, painter_for(stdout)));
+        block.draw(fields_text(rates_tables(rates), page_for(stdout)));
 }
 
 } // namespace
 
 result watch(const watch_pace &pace, const port_knowledge &ports, session &session)
 {
-    const auto read = [&] { return read_statistics(ports, session, counter_text::json); };
     redrawn_block block(stdout, is_terminal(stdout) && !session.tracing());
     uint64_t time = 0;
-    statistics before = read();
+    result before = read_statistics(ports, session);
     while (before.failures.empty() && time < pace.end) {
         const uint64_t passed = session.traffic.pass(std::min(pace.step, pace.end - time));
         if (passed == 0)
             break;
         time += passed;
-        statistics now = read();
+        result now = read_statistics(ports, session);
         if (now.failures.empty())
-            show_rates(rates_between(before, now, passed), time, session, block);
+            show_rates(rates_between(before.shown, now.shown, passed, time), session, block);
         before = std::move(now);
         if (time < pace.end && unwanted_within(pace.interval))
             break;
     }
     block.leave();
-    result done;
-    done.text = "";
-    done.shown = {{"watched", {{"nanoseconds", time}}}};
-    done.stage = "watch";
-    done.failures = std::move(before.failures);
-    done.status = done.failures.empty() ? exit_done : exit_operation_failed;
-    return done;
+    before.text = "";
+    before.shown = fields{{"watched", {{"nanoseconds", time}}}};
+    before.stage = "watch";
+    return before;
 }
 
 } // namespace kelctl

@@ -1,9 +1,9 @@
 // Rates of a node's queues and end points, step by step of virtual time.
 #pragma once
 
+#include "kelctl/node/port_knowledge.h"
 #include "kelctl/session/result.h"
 #include "kelctl/session/session.h"
-#include "kelctl/views/node_view.h"
 
 #include <chrono>
 #include <cstdint>

@@ -1,16 +1,10 @@
 // Differences of counters by the time between.
 #include "kelctl/node/rates.h"
 
-#include "notation/json.h"
-
-#include <string>
-
 namespace kelctl
 {
 namespace
 {
-
-using notation::document;
 
 struct count {
     uint64_t frames;
@@ -24,63 +18,73 @@ uint64_t in_a_second(uint64_t before, uint64_t now, double scale, uint64_t passe
     return static_cast<uint64_t>(static_cast<double>(grown) * scale * 1e9 / static_cast<double>(passed));
 }
 
-flow flow_between(const count &before, const count &now, uint64_t passed)
+fields flow_between(const count &before, const count &now, uint64_t passed)
 {
-    return {.frames = now.frames,
-            .frames_per_second = in_a_second(before.frames, now.frames, 1, passed),
-            .kbit_per_second = in_a_second(before.octets, now.octets, 8e-3, passed)};
+    return {{"frames", now.frames},
+            {"frames_per_second", in_a_second(before.frames, now.frames, 1, passed)},
+            {"kbit_per_second", in_a_second(before.octets, now.octets, 8e-3, passed)}};
 }
 
-queue_rates rates_of(const queue_counters &before, const queue_counters &now, uint64_t passed)
+fields queue_rates(const fields &before, const fields &now, uint64_t passed)
 {
-    if (!before.stats || !now.stats)
-        return {.port = now.port, .known = false, .sent = {}, .dropped = 0, .waiting = 0};
-    const ebcom_queue_stats &last = *before.stats;
-    const ebcom_queue_stats &stats = *now.stats;
+    fields found = {{"port", now.at("port")},
+                    {"name", now.at("name")},
+                    {"sent", nullptr},
+                    {"frames_dropped", nullptr},
+                    {"frames_waiting", nullptr}};
+    const fields &last = before.at("counters");
+    const fields &counters = now.at("counters");
+    if (last.is_null() || counters.is_null())
+        return found;
+    const auto octets = [](const fields &of) { return of.at("octets_tx").number<uint64_t>(); };
+    const auto frames = [](const fields &of) { return of.at("pkts_tx").number<uint32_t>(); };
     // Frames are counted in 32 bits, which may have wrapped around.
-    const uint32_t frames = stats.pkts_tx - last.pkts_tx;
-    flow sent = flow_between({0, last.octets_tx}, {frames, stats.octets_tx}, passed);
-    sent.frames = stats.pkts_tx;
-    return {.port = now.port,
-            .known = true,
-            .sent = sent,
-            .dropped = stats.pkts_dropped,
-            .waiting = stats.pkts_out_standing};
+    const uint32_t grown = frames(counters) - frames(last);
+    found["sent"] = flow_between({0, octets(last)}, {grown, octets(counters)}, passed);
+    found["sent"]["frames"] = frames(counters);
+    found["frames_dropped"] = counters.at("pkts_dropped");
+    found["frames_waiting"] = counters.at("pkts_out_standing");
+    return found;
 }
 
-// The counter of that name in any of the document's blocks; 0 when there is none.
-uint64_t counter(const document &all, const char *name)
+// The counter of that name in any of the PCEP's blocks; 0 when there is none.
+uint64_t counter(const fields &pcep, const char *name)
 {
-    for (const auto &[title, block] : all.members())
-        if (const document *found = block.find(name); found && found->holds() == notation::kind::natural)
+    for (const auto &[title, block] : pcep.at("counters").members())
+        if (const fields *found = block.find(name); found && found->holds() == notation::kind::natural)
             return found->number<uint64_t>();
     return 0;
 }
 
-pcep_rates rates_of(const pcep_counters &before, const pcep_counters &now, uint64_t passed)
+fields pcep_rates(const fields &before, const fields &now, uint64_t passed)
 {
-    const document last = notation::try_read_json(before.text).value_or(nullptr);
-    const document stats = notation::try_read_json(now.text).value_or(nullptr);
     const auto flow_of = [&](const char *frames, const char *octets) {
-        return flow_between({counter(last, frames), counter(last, octets)},
-                            {counter(stats, frames), counter(stats, octets)}, passed);
+        return flow_between({counter(before, frames), counter(before, octets)},
+                            {counter(now, frames), counter(now, octets)}, passed);
     };
-    return {.id = now.id,
-            .sent = flow_of("frames_sent", "octets_sent"),
-            .received = flow_of("frames_received", "octets_received"),
-            .dropped = counter(stats, "frames_dropped")};
+    return {{"id", now.at("id")},
+            {"sent", flow_of("frames_sent", "octets_sent")},
+            {"received", flow_of("frames_received", "octets_received")},
+            {"frames_dropped", counter(now, "frames_dropped")}};
+}
+
+// Of each row of both readings.
+fields each(const fields &before, const fields &now, uint64_t passed,
+            fields (*rates_of)(const fields &before, const fields &now, uint64_t passed))
+{
+    fields rates = fields::array();
+    for (size_t i = 0; i < now.size() && i < before.size(); ++i)
+        rates.push_back(rates_of(before[i], now[i], passed));
+    return rates;
 }
 
 } // namespace
 
-rates rates_between(const statistics &before, const statistics &now, uint64_t passed)
+fields rates_between(const fields &before, const fields &now, uint64_t passed, uint64_t time)
 {
-    rates found;
-    for (size_t i = 0; i < now.queues.size() && i < before.queues.size(); ++i)
-        found.queues.push_back(rates_of(before.queues[i], now.queues[i], passed));
-    for (size_t i = 0; i < now.pceps.size() && i < before.pceps.size(); ++i)
-        found.pceps.push_back(rates_of(before.pceps[i], now.pceps[i], passed));
-    return found;
+    return {{"nanoseconds", time},
+            {"queues", each(before.at("queues"), now.at("queues"), passed, queue_rates)},
+            {"pceps", each(before.at("pceps"), now.at("pceps"), passed, pcep_rates)}};
 }
 
 } // namespace kelctl

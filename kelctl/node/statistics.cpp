@@ -2,7 +2,9 @@
 #include "kelctl/node/statistics.h"
 
 #include "kel/kel_core_ic_pcep.h"
+#include "kel/kel_node_names.h"
 #include "kelctl/library/library_call.h"
+#include "notation/json.h"
 
 #include <algorithm>
 #include <array>
@@ -18,77 +20,79 @@ constexpr uint32_t longest_text = 4096; // octets; one that is longer fails with
 
 using text_buffer = std::array<char, longest_text>;
 
-class statistics_reader
+const value<uint8_t> as_json("format", 2); // the formatting library's number
+
+// A platform whose format is another one has its text shown.
+fields counters_in(const text_buffer &text)
 {
-public:
-    statistics_reader(session &session, counter_text layout)
-        : session_(session), format_("format", static_cast<uint8_t>(layout))
-    {
-    }
+    return notation::try_read_json(text.data()).value_or(text.data());
+}
 
-    void read_ebcom()
-    {
-        text_buffer text{};
-        if (succeeds(session_.ask("kel_core_ic_ebcom_global_fmt_stats_get", kel_core_ic_ebcom_global_fmt_stats_get,
-                                  text_output(text), format_)))
-            read_.ebcom = text.data();
-    }
+bool succeeds(result read, result &all)
+{
+    std::ranges::move(read.failures, std::back_inserter(all.failures));
+    all.status = std::max(all.status, read.status);
+    return read.status == exit_done;
+}
 
-    void read_queue(int32_t port, const mac_address &found_by)
-    {
-        ebcom_queue_stats stats{};
-        if (succeeds(session_.ask("kel_core_ic_ebcom_queue_stats_get", kel_core_ic_ebcom_queue_stats_get,
-                                  input("dst_mac", found_by), output(stats))))
-            read_.queues.push_back({port, stats});
-    }
+void read_ebcom(session &session, result &all)
+{
+    text_buffer text{};
+    if (succeeds(session.ask("kel_core_ic_ebcom_global_fmt_stats_get", kel_core_ic_ebcom_global_fmt_stats_get,
+                             text_output(text), as_json),
+                 all))
+        all.shown["ebcom"] = counters_in(text);
+}
 
-    void pass_over_queue(int32_t port)
-    {
-        read_.queues.push_back({port, std::nullopt});
-    }
+void read_queue(int32_t port, const mac_address *found_by, session &session, result &all)
+{
+    ebcom_queue_stats stats{};
+    if (found_by && !succeeds(session.ask("kel_core_ic_ebcom_queue_stats_get", kel_core_ic_ebcom_queue_stats_get,
+                                          input("dst_mac", *found_by), output(stats)),
+                              all))
+        return;
+    all.shown["queues"].push_back({{"port", port},
+                                   {"name", kel_branch_name(port)},
+                                   {"counters", found_by ? counters_of(stats) : fields(nullptr)}});
+}
 
-    void read_pcep(uint32_t id)
-    {
-        text_buffer text{};
-        if (succeeds(session_.ask("kel_core_ic_pcep_fmt_stats_get", kel_core_ic_pcep_fmt_stats_get,
-                                  value("pcep_id", id), text_output(text), format_)))
-            read_.pceps.push_back({id, text.data()});
-    }
-
-    statistics take()
-    {
-        return std::move(read_);
-    }
-
-private:
-    bool succeeds(result read)
-    {
-        std::ranges::move(read.failures, std::back_inserter(read_.failures));
-        return read.status == exit_done;
-    }
-
-    session &session_;
-    value<uint8_t> format_;
-    statistics read_;
-};
+void read_pcep(uint32_t id, session &session, result &all)
+{
+    text_buffer text{};
+    if (succeeds(session.ask("kel_core_ic_pcep_fmt_stats_get", kel_core_ic_pcep_fmt_stats_get, value("pcep_id", id),
+                             text_output(text), as_json),
+                 all))
+        all.shown["pceps"].push_back({{"id", id}, {"counters", counters_in(text)}});
+}
 
 } // namespace
 
-statistics read_statistics(const port_knowledge &ports, session &session, counter_text layout)
+fields counters_of(const ebcom_queue_stats &stats)
 {
-    statistics_reader reader(session, layout);
-    reader.read_ebcom();
+    return {{"mem_blks_in_use", stats.mem_blks_in_use},
+            {"pkts_out_standing", stats.pkts_out_standing},
+            {"pkts_dropped", stats.pkts_dropped},
+            {"pkts_tx", stats.pkts_tx},
+            {"pkts_rx", stats.pkts_rx},
+            {"octets_dropped", stats.octets_dropped},
+            {"octets_tx", stats.octets_tx},
+            {"octets_rx", stats.octets_rx},
+            {"max_burst_size", stats.max_burst_size},
+            {"current_burst_size", stats.current_burst_size}};
+}
+
+result read_statistics(const port_knowledge &ports, session &session)
+{
+    result all = {.shown = {{"ebcom", nullptr}, {"queues", fields::array()}, {"pceps", fields::array()}}};
+    read_ebcom(session, all);
     for (const auto &[queue, port] : ports.port_of_queue) {
         const auto found_by = ports.found_by.find(queue);
-        if (found_by != ports.found_by.end())
-            reader.read_queue(port, found_by->second);
-        else
-            reader.pass_over_queue(port);
+        read_queue(port, found_by == ports.found_by.end() ? nullptr : &found_by->second, session, all);
     }
     for (const made_command &made : session.made.all())
         if (made.asked.row->name == "pcep add")
-            reader.read_pcep(made.asked.given.number<uint32_t>("ID"));
-    return reader.take();
+            read_pcep(made.asked.given.id("ID"), session, all);
+    return all;
 }
 
 } // namespace kelctl

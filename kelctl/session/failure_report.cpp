@@ -2,7 +2,6 @@
 #include "kelctl/session/failure_report.h"
 
 #include "kelctl/library/explanation.h"
-#include "kelctl/terminal/text.h"
 #include "platform/kei_util.h"
 
 #include <fmt/core.h>
@@ -25,33 +24,34 @@ std::string refusal_text(const explanation &why)
     return fmt::format("refused by the {}{}{}: {}", why.by, what, code, why.text);
 }
 
-std::string line_of(const report_page &page, std::string_view text, size_t unseen = 0)
-{
-    return page.width ? folded(text, *page.width, unseen) : fmt::format("{}\n", text);
-}
-
 } // namespace
 
-report_page page_for(std::FILE *stream)
-{
-    return {painter_for(stream), line_width(stream)};
-}
-
-std::string report_of(const failure &failure, bool tracer_installed, const report_page &page, std::string_view place)
+std::string report_of(const failure &failure, bool tracer_installed, const page &page, std::string_view place)
 {
     constexpr std::string_view begin = "failed:";
     const std::string painted = page.paint(colour::failure, begin);
     std::string report =
-        line_of(page, fmt::format("{}{} {}", place, painted, failure.operation), painted.size() - begin.size());
-    report += line_of(page, fmt::format("  code {}: {}", failure.code, kei_util_init_rc_str_get(failure.code)));
+        line_on(page, fmt::format("{}{} {}", place, painted, failure.operation), painted.size() - begin.size());
+    report += line_on(page, fmt::format("  code {}: {}", failure.code, kei_util_init_rc_str_get(failure.code)));
     if (const auto why = explanation_of(failure))
-        report += line_of(page, fmt::format("  {}", refusal_text(*why)));
+        report += line_on(page, fmt::format("  {}", refusal_text(*why)));
     if (!tracer_installed)
-        return report + line_of(page, "  no trace records: the tracer is not installed on this machine");
-    report += "  trace records of this operation:\n";
-    for (const trace_entry &entry : failure.records)
-        report += line_of(page, fmt::format("    {}", to_text(entry)));
-    return report;
+        return report + line_on(page, "  no trace records: the tracer is not installed on this machine");
+    return report + "  trace records of this operation:\n" + records_text(failure.records, page);
+}
+
+std::string complaints_text(std::string_view what, const std::vector<trace_entry> &complaints, const page &page)
+{
+    return line_on(page, fmt::format("{} succeeded, but its trace records report failures:", what)) +
+           records_text(complaints, page);
+}
+
+std::string records_text(const std::vector<trace_entry> &records, const page &page)
+{
+    std::string text;
+    for (const trace_entry &entry : records)
+        text += line_on(page, fmt::format("    {}", to_text(entry)));
+    return text;
 }
 
 } // namespace kelctl

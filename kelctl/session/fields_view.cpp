@@ -7,12 +7,17 @@
 #include <fmt/core.h>
 
 #include <algorithm>
+#include <iterator>
+#include <sstream>
+#include <utility>
 #include <vector>
 
 namespace kelctl
 {
 namespace
 {
+
+constexpr size_t usual_width = 80;
 
 std::string title(std::string name)
 {
@@ -48,50 +53,122 @@ std::string cell(const fields &value)
 // A column of the rows' values under a name; numbers stand at its right end.
 struct column {
     std::string name;
-    bool numbers;
-    size_t width;
+    std::vector<std::string> title; // its lines
+    bool numbers = true;
+    size_t width = 0;
 };
 
-column column_of(const std::string &name, const fields &rows)
+size_t longest(const std::vector<std::string> &texts)
 {
-    column made = {name, true, title(name).size()};
+    size_t length = 0;
+    for (const std::string &text : texts)
+        length = std::max(length, text.size());
+    return length;
+}
+
+std::string value_in(const fields &row, const std::string &name)
+{
+    const fields *value = row.find(name);
+    return value ? cell(*value) : "-";
+}
+
+bool is_number_or_none(const fields *value)
+{
+    return !value || value->is_number() || value->is_null();
+}
+
+column column_of(const std::string &name, std::vector<std::string> title, const fields &rows)
+{
+    column made = {.name = name, .title = std::move(title)};
+    made.width = longest(made.title);
     for (const fields &row : rows) {
-        made.numbers = made.numbers && (row.at(name).is_number() || row.at(name).is_null());
-        made.width = std::max(made.width, cell(row.at(name)).size());
+        made.numbers = made.numbers && is_number_or_none(row.find(name));
+        made.width = std::max(made.width, value_in(row, name).size());
     }
     return made;
 }
 
-std::string aligned(const std::string &text, const column &in)
+// The words of the title in as many lines as they take to be no wider than the values, or than the longest of them.
+column narrowed(const column &wide, const fields &rows)
 {
-    return in.numbers ? fmt::format("{:>{}}", text, in.width) : fmt::format("{:<{}}", text, in.width);
+    std::istringstream title(wide.title.front());
+    const std::vector<std::string> words{std::istream_iterator<std::string>(title), {}};
+    const size_t width = column_of(wide.name, words, rows).width;
+    std::vector<std::string> lines;
+    for (const std::string &word : words)
+        if (!lines.empty() && lines.back().size() + 1 + word.size() <= width)
+            lines.back() += " " + word;
+        else
+            lines.push_back(word);
+    return column_of(wide.name, std::move(lines), rows);
 }
 
-std::string without_trailing_blanks(const std::string &text)
+size_t width_of(const std::vector<column> &columns)
 {
-    return text.substr(0, text.find_last_not_of(' ') + 1);
+    size_t width = 0;
+    for (const column &one : columns)
+        width += (width == 0 ? 0 : 2) + one.width;
+    return width;
 }
 
 // A line of the table: what each column has to say in it.
 template <typename Text> std::string table_line(const std::vector<column> &columns, Text text_of)
 {
     std::string line;
-    for (const column &one : columns)
-        line += fmt::format("{}{}", line.empty() ? "" : "  ", aligned(text_of(one), one));
-    return without_trailing_blanks(line);
+    for (const column &one : columns) {
+        line += &one == columns.data() ? "" : "  ";
+        line += fmt::format(fmt::runtime(one.numbers ? "{:>{}}" : "{:<{}}"), text_of(one), one.width);
+    }
+    return line.substr(0, line.find_last_not_of(' ') + 1);
 }
 
-std::string table_text(const fields &rows, const painter &paint)
+// The titles' last lines stand next to the values.
+std::string title_line(const column &one, size_t lines_below)
+{
+    return lines_below < one.title.size() ? one.title[one.title.size() - 1 - lines_below] : "";
+}
+
+std::string head_of(const std::vector<column> &columns, const page &page)
+{
+    size_t lines = 0;
+    for (const column &one : columns)
+        lines = std::max(lines, one.title.size());
+    std::string head;
+    for (size_t below = lines; below-- > 0;) {
+        const std::string line = table_line(columns, [below](const column &one) { return title_line(one, below); });
+        head += page.paint(colour::heading, line) + "\n";
+    }
+    return head;
+}
+
+std::string part_of_table(const std::vector<column> &columns, const fields &rows, const page &page)
+{
+    std::string text = head_of(columns, page);
+    for (const fields &row : rows)
+        text += line_on(page, table_line(columns, [&row](const column &one) { return value_in(row, one.name); }));
+    return text;
+}
+
+std::string table_text(const fields &rows, const page &page)
 {
     std::vector<column> columns;
     for (const auto &[name, value] : rows[0].members())
-        columns.push_back(column_of(name, rows));
+        columns.push_back(column_of(name, {title(name)}, rows));
+    if (width_of(columns) > page.width.value_or(usual_width))
+        for (column &one : columns)
+            one = narrowed(one, rows);
 
-    const std::string head = table_line(columns, [](const column &one) { return title(one.name); });
-    std::string text = paint(colour::heading, head) + "\n";
-    for (const fields &row : rows)
-        text += table_line(columns, [&row](const column &one) { return cell(row.at(one.name)); }) + "\n";
-    return text;
+    std::string text;
+    std::vector<column> part = {columns.front()};
+    for (size_t next = 1; next < columns.size(); ++next) {
+        part.push_back(columns[next]);
+        if (part.size() == 2 || width_of(part) <= page.width.value_or(width_of(part)))
+            continue;
+        part.pop_back();
+        text += part_of_table(part, rows, page) + "\n";
+        part = {columns.front(), columns[next]};
+    }
+    return text + part_of_table(part, rows, page);
 }
 
 size_t widest_title(const fields &shown)
@@ -105,20 +182,33 @@ size_t widest_title(const fields &shown)
 
 } // namespace
 
-std::string fields_text(const fields &shown, const painter &paint)
+page page_for(std::FILE *stream)
 {
+    return {painter_for(stream), line_width(stream)};
+}
+
+std::string line_on(const page &page, std::string_view line, size_t unseen)
+{
+    return page.width ? folded(line, *page.width, unseen) : fmt::format("{}\n", line);
+}
+
+std::string fields_text(const fields &shown, const page &page)
+{
+    if (shown.holds() == notation::kind::text)
+        return shown.text().empty() || shown.text().ends_with('\n') ? shown.text() : shown.text() + "\n";
     std::string text;
     const size_t width = widest_title(shown);
     for (const auto &[name, value] : shown.members()) {
         const bool apart = !text.empty() && (is_table(value) || value.is_object());
         text += apart ? "\n" : "";
+        const std::string title_shown = page.paint(colour::heading, title(name));
         if (is_table(value))
-            text += table_text(value, paint);
+            text += table_text(value, page);
         else if (value.is_object())
-            text += fmt::format("{}\n{}", paint(colour::heading, title(name)), fields_text(value, paint));
+            text += fmt::format("{}\n{}", title_shown, fields_text(value, page));
         else
-            text +=
-                fmt::format("{}  {}\n", paint(colour::heading, fmt::format("{:<{}}", title(name), width)), cell(value));
+            text += line_on(page, fmt::format("{}{:{}}  {}", title_shown, "", width - title(name).size(), cell(value)),
+                            title_shown.size() - title(name).size());
     }
     return text;
 }

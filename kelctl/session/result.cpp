@@ -10,12 +10,14 @@
 namespace kelctl
 {
 
-result refused(std::string reason)
+result refused(std::string reason, std::string file)
 {
-    result done;
-    done.status = exit_operation_failed;
-    done.errors.push_back({.message = std::move(reason)});
-    return done;
+    return {.status = exit_operation_failed, .errors = {{std::move(reason), std::move(file)}}};
+}
+
+result wrong_use(std::string reason)
+{
+    return {.status = exit_wrong_input, .errors = {{std::move(reason)}}};
 }
 
 result wrong_input(const std::string &file, std::vector<input_error> errors, std::string_view consequence)

@@ -30,8 +30,8 @@ struct input_error {
 struct result {
     exit_status status = exit_done;
     fields shown = fields::object();
-    std::optional<std::string> text = {}; // what people are shown instead of the fields
-    std::optional<uint32_t> code = {};    // the library's; none: no function of it was asked
+    std::optional<fields> text = {};   // what people are shown instead, laid out in the same way; or a text as it is
+    std::optional<uint32_t> code = {}; // the library's; none: no function of it was asked
     std::vector<failure> failures = {};
     std::vector<input_error> errors = {};
     std::vector<trace_entry> complaints = {}; // failures that the library's records report, though it succeeded
@@ -46,8 +46,20 @@ struct origin {
     uint32_t line = 0;
 };
 
+// A list of what a function makes of each item.
+template <typename Items, typename Function> fields list_of(const Items &items, Function made_of)
+{
+    fields list = fields::array();
+    for (const auto &item : items)
+        list.push_back(made_of(item));
+    return list;
+}
+
 // That nothing was done, for a reason that is not in the words of the command: it is told as an error.
-result refused(std::string reason);
+result refused(std::string reason, std::string file = {});
+
+// That the words of the command do not go together.
+result wrong_use(std::string reason);
 
 // That a file is not as it has to be: "node.toml: 3 problems, nothing was started".
 result wrong_input(const std::string &file, std::vector<input_error> errors, std::string_view consequence);

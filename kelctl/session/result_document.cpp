@@ -70,14 +70,13 @@ fields error_of(const input_error &error)
 }
 
 // The first of them under a name of its own, which most readers need only.
-void add_list(fields &document, const char *first_name, const char *others_name, std::vector<fields> all)
+void add_list(fields &document, const char *first_name, const char *others_name, const fields &all)
 {
     if (all.empty())
         return;
-    document[first_name] = std::move(all.front());
-    all.erase(all.begin());
-    if (!all.empty())
-        document[others_name] = all;
+    document[first_name] = all[0];
+    for (size_t i = 1; i < all.size(); ++i)
+        document[others_name].push_back(all[i]);
 }
 
 } // namespace
@@ -94,33 +93,25 @@ fields document_of(const result &done, const invocation &asked, const origin &fr
     document["text"] = done.code ? fields(kei_util_init_rc_str_get(*done.code)) : fields(nullptr);
     document["result"] = done.shown;
 
-    std::vector<fields> failures;
-    for (const failure &failed : done.failures)
-        failures.push_back(failure_fields(failed, tracer_installed));
-    add_list(document, "failure", "further_failures", std::move(failures));
+    const auto failure_with_records = [tracer_installed](const failure &failed) {
+        fields told = failure_fields(failed);
+        told["records"] = tracer_installed ? list_of(failed.records, record_fields) : fields(nullptr);
+        return told;
+    };
+    add_list(document, "failure", "further_failures", list_of(done.failures, failure_with_records));
     if (!done.complaints.empty())
-        document["complaints"] = records_fields(done.complaints);
-    std::vector<fields> errors;
-    for (const input_error &error : done.errors)
-        errors.push_back(error_of(error));
-    add_list(document, "error", "further_errors", std::move(errors));
+        document["complaints"] = list_of(done.complaints, record_fields);
+    add_list(document, "error", "further_errors", list_of(done.errors, error_of));
     return document;
 }
 
-fields failure_fields(const failure &failed, bool tracer_installed)
+fields failure_fields(const failure &failed)
 {
-    fields records = records_fields(failed.records);
-    return {{"operation", failed.operation}, {"function", failed.operation.substr(0, failed.operation.find('('))},
-            {"code", failed.code},           {"text", kei_util_init_rc_str_get(failed.code)},
-            {"refusal", refusal_of(failed)}, {"records", tracer_installed ? std::move(records) : fields(nullptr)}};
-}
-
-fields records_fields(const std::vector<trace_entry> &entries)
-{
-    fields records = fields::array();
-    for (const trace_entry &entry : entries)
-        records.push_back(record_fields(entry));
-    return records;
+    return {{"operation", failed.operation},
+            {"function", failed.operation.substr(0, failed.operation.find('('))},
+            {"code", failed.code},
+            {"text", kei_util_init_rc_str_get(failed.code)},
+            {"refusal", refusal_of(failed)}};
 }
 
 fields record_fields(const trace_entry &entry)

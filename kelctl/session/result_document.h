@@ -15,10 +15,9 @@ fields document_of(const result &done, const invocation &asked, const origin &fr
 // Of a line that never became a command.
 fields document_of(const input_error &error);
 
-// A failed operation, and one of its trace records, as they stand in documents.
-fields failure_fields(const failure &failed, bool tracer_installed);
+// A failed operation without its trace records, and one of these, as they stand in documents.
+fields failure_fields(const failure &failed);
 fields record_fields(const trace_entry &entry);
-fields records_fields(const std::vector<trace_entry> &entries);
 
 // The trace record, as --trace prints it where results are JSON.
 std::string json_line(const trace_entry &entry);

@@ -25,13 +25,6 @@ bool applies(const invocation &asked)
     return !asked.row->needs_accelerator || on_software_accelerator();
 }
 
-result not_on_this_platform(const invocation &asked)
-{
-    return {.status = exit_operation_failed,
-            .errors = {{fmt::format("\"{}\" does not apply: this platform is not the software accelerator",
-                                    asked.row->name)}}};
-}
-
 } // namespace
 
 session::session(const command_table &commands, place here, bool json, bool trace)
@@ -96,9 +89,10 @@ void session::note(const invocation &asked, const result &done)
 result session::perform(const invocation &asked)
 {
     if (!applies(asked))
-        return not_on_this_platform(asked);
+        return refused(
+            fmt::format("\"{}\" does not apply: this platform is not the software accelerator", asked.row->name));
     if (auto wrong = asked.row->offline ? std::nullopt : switch_on_accelerator())
-        return {.status = exit_wrong_input, .errors = {{std::move(*wrong)}}};
+        return wrong_use(std::move(*wrong));
     try {
         return asked.chosen->run(asked, *this);
     } catch (const std::exception &error) {

@@ -1,11 +1,11 @@
 // What lasts from one command to the next: the trace log, how results are shown, and the words that were used.
 #pragma once
 
+#include "kel/kel_core_ic_ebcom.h"
 #include "kelctl/accelerator/traffic_player.h"
 #include "kelctl/language/command.h"
 #include "kelctl/language/known_words.h"
 #include "kelctl/library/library_call.h"
-#include "kelctl/session/asked_paths.h"
 #include "kelctl/session/result.h"
 #include "kelctl/session/undo.h"
 
@@ -14,6 +14,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kelctl
 {
@@ -78,7 +79,9 @@ public:
     place where; // commands come from
     known_words known;
     undo_stack made{table}; // what the commands so far made
-    asked_paths paths;
+    // The paths and shapers that were asked for and stand, in the order of their adding: the accelerator knows handles,
+    // and only who asked knows which ports they serve.
+    std::vector<kel_ebcom_path_config> paths;
     traffic_player traffic;        // what passes as virtual time does
     std::function<void()> on_made; // called after each call that succeeded; null: not at all
     bool timed = false;            // a timestamp thread was started, whose first offset may have to be waited for

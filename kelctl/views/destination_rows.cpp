@@ -25,29 +25,26 @@ size_t end_of_run(const std::vector<destination> &all, size_t first)
     return end - first >= shortest_run ? end : first + 1;
 }
 
-std::string row(const std::string &addresses, const std::string &location, const std::string &note)
+std::string row(const std::string &addresses, const destination &shown, const std::string &amount)
 {
-    const std::string text = fmt::format("      {:<38} {:<5}{}", addresses, location, note);
-    return text.substr(0, text.find_last_not_of(' ') + 1) + "\n";
-}
-
-std::string run_row(const destination &first, const destination &last, size_t length)
-{
-    const std::string amount =
-        first.note.empty() ? fmt::format("{} destinations", length) : fmt::format("{}, {}", length, first.note);
-    return row(fmt::format("{} - {}", to_text(first.mac), to_text(last.mac)), first.location, amount);
+    std::string text = fmt::format("{} {}", addresses, shown.location);
+    for (const std::string &part : {amount, shown.note})
+        text += part.empty() ? "" : ", " + part;
+    return text;
 }
 
 } // namespace
 
-std::string destination_rows(const std::vector<destination> &all)
+std::vector<std::string> destination_rows(const std::vector<destination> &all)
 {
-    std::string rows;
+    std::vector<std::string> rows;
     for (size_t first = 0, end = 0; first < all.size(); first = end) {
         end = end_of_run(all, first);
         const destination &shown = all[first];
-        rows += end - first == 1 ? row(to_text(shown.mac), shown.location, shown.note)
-                                 : run_row(shown, all[end - 1], end - first);
+        const std::string mac = to_text(shown.mac);
+        rows.push_back(end - first == 1 ? row(mac, shown, "")
+                                        : row(fmt::format("{} - {}", mac, to_text(all[end - 1].mac)), shown,
+                                              fmt::format("{} destinations", end - first)));
     }
     return rows;
 }

@@ -15,7 +15,7 @@ struct destination {
     std::string note; // empty: nothing to say
 };
 
-// In the order given, which has to be that of the addresses. Every row ends with a line end.
-std::string destination_rows(const std::vector<destination> &all);
+// In the order given, which has to be that of the addresses. Without line ends.
+std::vector<std::string> destination_rows(const std::vector<destination> &all);
 
 } // namespace kelctl

@@ -23,33 +23,37 @@ struct kind {
     std::vector<std::string> names;
 };
 
-template <typename Object, typename Name>
-std::vector<std::string> names_of(const std::vector<Object> &objects, Name name)
+template <typename Object>
+std::vector<std::string> names_of(const std::vector<Object> &objects, std::string (*name)(const Object &))
 {
-    std::vector<std::string> names;
-    names.reserve(objects.size());
-    for (const Object &object : objects)
-        names.push_back(name(object));
+    std::vector<std::string> names(objects.size());
+    std::ranges::transform(objects, names.begin(), name);
     return names;
 }
 
-std::string handle_name(handle self)
+template <typename Object> std::string handle_of(const Object &object)
 {
-    return fmt::format("0x{:x}", self);
+    return fmt::format("0x{:x}", object.self);
+}
+
+template <typename Object> std::string id_of(const Object &object)
+{
+    return std::to_string(object.id);
+}
+
+std::string mac_of(const snapshot::path &path)
+{
+    return to_text(path.mac);
 }
 
 std::vector<kind> kinds_in(const snapshot &node)
 {
     std::vector<kind> kinds = {
-        {"scheduler", "scheduler", "schedulers",
-         names_of(node.schedulers, [](const snapshot::scheduler &one) { return handle_name(one.self); })},
-        {"queue", "queue", "queues",
-         names_of(node.queues, [](const snapshot::queue &one) { return handle_name(one.self); })},
-        {"path", "path", "paths", names_of(node.paths, [](const snapshot::path &one) { return to_text(one.mac); })},
-        {"pcep", "PCEP", "PCEPs",
-         names_of(node.pceps, [](const snapshot::pcep &one) { return std::to_string(one.id); })},
-        {"group", "multicast group", "multicast groups",
-         names_of(node.groups, [](const snapshot::group &one) { return std::to_string(one.id); })},
+        {"scheduler", "scheduler", "schedulers", names_of(node.schedulers, handle_of)},
+        {"queue", "queue", "queues", names_of(node.queues, handle_of)},
+        {"path", "path", "paths", names_of(node.paths, mac_of)},
+        {"pcep", "PCEP", "PCEPs", names_of(node.pceps, id_of)},
+        {"group", "multicast group", "multicast groups", names_of(node.groups, id_of)},
         {"interface", "interface", "interfaces", {}},
     };
     if (node.interface)
@@ -58,15 +62,21 @@ std::vector<kind> kinds_in(const snapshot &node)
     return kinds;
 }
 
+std::string amount_of(const kind &shown)
+{
+    const size_t count = shown.names.size();
+    return fmt::format("{} {}", with_separators(count), count == 1 ? shown.one : shown.several);
+}
+
 std::string row(const kind &shown)
 {
     const size_t count = shown.names.size();
-    const auto end = shown.names.begin() + static_cast<std::ptrdiff_t>(std::min(count, most_names));
-    std::vector<std::string> parts(shown.names.begin(), end);
-    if (count > most_names)
+    std::vector<std::string> parts = shown.names;
+    if (count > most_names) {
+        parts.resize(most_names);
         parts.push_back(fmt::format("and {} more", with_separators(count - most_names)));
-    const std::string amount = fmt::format("{} {}:", with_separators(count), count == 1 ? shown.one : shown.several);
-    return wrapped(fmt::format("  {:<20} ", amount), parts);
+    }
+    return wrapped(fmt::format("  {:<20} ", amount_of(shown) + ":"), parts);
 }
 
 } // namespace
@@ -77,6 +87,14 @@ std::string leftover_view(const snapshot &node)
     for (const kind &one : kinds_in(node))
         view += row(one);
     return view;
+}
+
+std::string contents_text(const snapshot &node)
+{
+    std::vector<std::string> amounts;
+    for (const kind &one : kinds_in(node))
+        amounts.push_back(amount_of(one));
+    return joined(amounts, ", ");
 }
 
 fields leftover_fields(const snapshot &node)

@@ -1,6 +1,8 @@
-// The layout of what is shown: the service's lines, the tree. Destinations' rows are in destination_rows.
+// The layout of what is shown: the service's lines, the tree, PCEPs and groups. Destinations' rows are in
+// destination_rows.
 #include "kelctl/views/node_view.h"
 
+#include "kel/kel_core_ic_ebcom.h"
 #include "kel/kel_node_names.h"
 #include "kelctl/terminal/text.h"
 #include "kelctl/values/ic_port.h"
@@ -16,8 +18,6 @@ namespace kelctl
 {
 namespace
 {
-
-constexpr std::string_view queue_row = "{:<26}{:>18}{:>17}{:>19}";
 
 std::string handle_text(handle self)
 {
@@ -62,8 +62,7 @@ std::vector<destination> destinations_of(handle queue, const std::map<mac_addres
 class tree_renderer
 {
 public:
-    tree_renderer(const snapshot &node, const port_knowledge &ports, const painter &paint)
-        : ports_(ports), paint_(paint)
+    tree_renderer(const snapshot &node, const port_knowledge &ports, const page &page) : ports_(ports), page_(page)
     {
         for (const snapshot::scheduler &scheduler : node.schedulers)
             children_[scheduler.parent].push_back(scheduler.self);
@@ -75,8 +74,7 @@ public:
 
     std::string render()
     {
-        const std::string heading = fmt::format(queue_row, "Schedulers and queues", "rate", "burst", "threshold");
-        std::string view = paint_(colour::heading, heading) + "\n";
+        std::string view = page_.paint(colour::heading, "schedulers and queues") + "\n";
         for (const handle root : children_[0])
             view += subtree(root, 0);
         return view;
@@ -101,10 +99,12 @@ private:
     // A chain of schedulers with nothing beside takes one line.
     std::string scheduler_row(handle top, handle last, size_t levels, size_t depth)
     {
-        const std::string handles =
-            levels == 1 ? handle_text(top)
-                        : fmt::format("{} - {}, a chain of {} levels", handle_text(top), handle_text(last), levels);
-        return fmt::format("{:{}}{}{}\n", "", 2 * depth, paint_(colour::faint, handles), group_text(last));
+        std::string handles = handle_text(top);
+        if (levels > 1)
+            handles += fmt::format(" - {}, a chain of {} levels", handle_text(last), levels);
+        const std::string painted = page_.paint(colour::faint, handles);
+        return line_on(page_, fmt::format("{:{}}{}{}", "", 2 * depth, painted, group_text(last)),
+                       painted.size() - handles.size());
     }
 
     std::string group_text(handle scheduler)
@@ -117,24 +117,22 @@ private:
 
     std::string queue_view(const snapshot::queue &queue)
     {
-        const std::string rate = queue.shaped ? quantity_text(queue.rate, rate_units) : "unshaped";
-        const std::string burst = queue.shaped ? quantity_text(queue.burst, size_units) : "-";
-        const std::string row = fmt::format(queue_row, "    " + queue_name(ports_, queue.self), rate, burst,
-                                            quantity_text(queue.threshold, size_units));
-        return row + "\n" + destination_rows(destinations_of(queue.self, queue_of_, ports_));
+        const std::string shaping = queue.shaped ? fmt::format("{}, burst {}", quantity_text(queue.rate, rate_units),
+                                                               quantity_text(queue.burst, size_units))
+                                                 : "unshaped";
+        std::string view = line_on(page_, fmt::format("    {:<11} {}, threshold {}", queue_name(ports_, queue.self),
+                                                      shaping, quantity_text(queue.threshold, size_units)));
+        for (const std::string &row : destination_rows(destinations_of(queue.self, queue_of_, ports_)))
+            view += line_on(page_, "      " + row);
+        return view;
     }
 
     const port_knowledge &ports_;
-    const painter &paint_;
+    const page &page_;
     std::map<handle, std::vector<handle>> children_;
     std::map<handle, std::vector<const snapshot::queue *>> queues_;
     std::map<mac_address, handle> queue_of_;
 };
-
-std::string row(const painter &paint, std::string_view name, const std::string &value)
-{
-    return fmt::format("{} {}\n", paint(colour::heading, fmt::format("{:<13}", name)), value);
-}
 
 std::string interface_text(const snapshot &node)
 {
@@ -151,51 +149,55 @@ std::string parameters_text(const snapshot &node)
                        settings[1]);
 }
 
-std::string counted(size_t count, std::string_view one)
+fields service_fields(const snapshot &node, std::optional<size_t> added_paths)
 {
-    return fmt::format("{} {}{}", count, one, count == 1 ? "" : "s");
+    kel_ebcom_capabilities capabilities{};
+    kel_core_ic_ebcom_capabilities_get(&capabilities);
+    const auto counted = [](size_t count, std::string_view one) {
+        return fmt::format("{} {}{}", count, one, count == 1 ? "" : "s");
+    };
+    return {
+        {"interface", interface_text(node)},
+        {"parameters", parameters_text(node)},
+        {"capabilities", fmt::format("burst up to {}, PCEP ids up to {}",
+                                     quantity_text(capabilities.max_burst_size, size_units), capabilities.max_pcep_id)},
+        {"multicast", fmt::format("up to {} groups of up to {} members", capabilities.max_multicast_groups,
+                                  capabilities.max_multicast_members)},
+        {"timestamp", node.timestamp_offset ? fmt::format("offset {}", *node.timestamp_offset) : "no offset"},
+        {"paths", fmt::format("{}to {} through {}", added_paths ? fmt::format("{} added, ", *added_paths) : "",
+                              counted(node.paths.size(), "destination"), counted(node.queues.size(), "queue"))}};
+}
+
+std::string placed(const mac_address &mac)
+{
+    return fmt::format("{} {}", to_text(mac), kel_location_name(location_of(mac, own_mp_id())));
+}
+
+fields end_points(const snapshot &node)
+{
+    fields shown = fields::object();
+    for (const snapshot::pcep &pcep : node.pceps)
+        shown["pceps"].push_back({{"PCEP", pcep.id},
+                                  {"remote id", pcep.remote_id},
+                                  {"VLAN", pcep.vlan},
+                                  {"pri", pcep.priority},
+                                  {"local", placed(pcep.local_mac)},
+                                  {"remote", placed(pcep.remote_mac)},
+                                  {"bound to", pcep.bound ? "EHSFP" : ""}});
+    for (const snapshot::group &group : node.groups)
+        shown["groups"].push_back(
+            {{"group", group.id}, {"members", group.members.empty() ? "none" : joined(group.members, " ")}});
+    return shown;
 }
 
 } // namespace
 
-std::string service_view(const snapshot &node, const kel_ebcom_capabilities &capabilities,
-                         std::optional<size_t> added_paths, const painter &paint)
+std::string node_view(const snapshot &node, const port_knowledge &ports, std::optional<size_t> added_paths,
+                      const page &page)
 {
-    return row(paint, "Interface", interface_text(node)) + row(paint, "Parameters", parameters_text(node)) +
-           row(paint, "Capabilities",
-               fmt::format("burst up to {}, PCEP ids up to {}", quantity_text(capabilities.max_burst_size, size_units),
-                           capabilities.max_pcep_id)) +
-           row(paint, "",
-               fmt::format("up to {} multicast groups of up to {} members", capabilities.max_multicast_groups,
-                           capabilities.max_multicast_members)) +
-           row(paint, "Timestamp",
-               node.timestamp_offset ? fmt::format("offset {}", *node.timestamp_offset) : "no offset") +
-           row(paint, "Paths",
-               fmt::format("{}to {} through {}", added_paths ? fmt::format("{} added, ", *added_paths) : "",
-                           counted(node.paths.size(), "destination"), counted(node.queues.size(), "queue")));
-}
-
-std::string tree_view(const snapshot &node, const port_knowledge &ports, const painter &paint)
-{
-    return tree_renderer(node, ports, paint).render();
-}
-
-std::string contents_text(const snapshot &node)
-{
-    std::vector<std::string> parts;
-    if (!node.schedulers.empty())
-        parts.push_back(counted(node.schedulers.size(), "scheduler"));
-    if (!node.queues.empty())
-        parts.push_back(counted(node.queues.size(), "queue"));
-    if (!node.paths.empty())
-        parts.push_back(counted(node.paths.size(), "path"));
-    if (!node.pceps.empty())
-        parts.push_back(counted(node.pceps.size(), "PCEP"));
-    if (!node.groups.empty())
-        parts.push_back(counted(node.groups.size(), "multicast group"));
-    if (node.interface)
-        parts.push_back("the interface");
-    return joined(parts, ", ");
+    const std::string pceps_and_groups = fields_text(end_points(node), page);
+    return fields_text(service_fields(node, added_paths), page) + "\n" + tree_renderer(node, ports, page).render() +
+           "\n" + (pceps_and_groups.empty() ? "" : pceps_and_groups + "\n");
 }
 
 } // namespace kelctl

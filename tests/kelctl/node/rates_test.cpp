@@ -1,7 +1,8 @@
 // Rates of given readings.
 #include "kelctl/node/rates.h"
 
-#include <gmock/gmock.h>
+#include "notation/json.h"
+
 #include <gtest/gtest.h>
 
 namespace kelctl
@@ -9,83 +10,66 @@ namespace kelctl
 namespace
 {
 
-using testing::SizeIs;
-
 constexpr uint64_t second = 1'000'000'000;
 
-statistics with_queue(uint32_t frames, uint64_t octets, uint32_t dropped = 0, uint32_t waiting = 0)
+fields with_queue(uint32_t frames, uint64_t octets, uint32_t dropped = 0, uint32_t waiting = 0)
 {
-    statistics read;
-    ebcom_queue_stats stats{};
-    stats.pkts_tx = frames;
-    stats.octets_tx = octets;
-    stats.pkts_dropped = dropped;
-    stats.pkts_out_standing = waiting;
-    read.queues = {{.port = 6, .stats = stats}};
-    return read;
+    return {{"queues", fields::array({{{"port", 6},
+                                       {"name", "RLU1P"},
+                                       {"counters",
+                                        {{"pkts_tx", frames},
+                                         {"octets_tx", octets},
+                                         {"pkts_dropped", dropped},
+                                         {"pkts_out_standing", waiting}}}}})},
+            {"pceps", fields::array()}};
 }
 
-statistics with_pcep(const std::string &text)
+fields with_pcep(const char *counters)
 {
-    statistics read;
-    read.pceps = {{.id = 7, .text = text}};
-    return read;
+    return {{"queues", fields::array()},
+            {"pceps", fields::array({{{"id", 7}, {"counters", notation::read_json(counters)}}})}};
 }
 
 TEST(Rates, QueueRatesAreThoseOfWhatLeft)
 {
-    const auto found = rates_between(with_queue(100, 1000), with_queue(150, 126'000, 3, 4), second / 2);
-    ASSERT_THAT(found.queues, SizeIs(1));
-    const queue_rates &queue = found.queues[0];
-    EXPECT_TRUE(queue.known);
-    EXPECT_EQ(queue.port, 6);
-    EXPECT_EQ(queue.sent.frames, 150u);
-    EXPECT_EQ(queue.sent.frames_per_second, 100u);
-    EXPECT_EQ(queue.sent.kbit_per_second, 2000u);
-    EXPECT_EQ(queue.dropped, 3u);
-    EXPECT_EQ(queue.waiting, 4u);
+    EXPECT_EQ(notation::to_json(rates_between(with_queue(100, 1000), with_queue(150, 126'000, 3, 4), second / 2, 5)),
+              R"({"nanoseconds":5,"queues":[{"port":6,"name":"RLU1P",)"
+              R"("sent":{"frames":150,"frames_per_second":100,"kbit_per_second":2000},)"
+              R"("frames_dropped":3,"frames_waiting":4}],"pceps":[]})");
 }
 
 TEST(Rates, FramesThatWrappedAroundIn32BitsAreCounted)
 {
-    const auto found = rates_between(with_queue(0xFFFF'FFFF, 0), with_queue(9, 0), second);
-    EXPECT_EQ(found.queues.at(0).sent.frames_per_second, 10u);
+    const fields found = rates_between(with_queue(0xFFFF'FFFF, 0), with_queue(9, 0), second, 0);
+    EXPECT_EQ(found.at("queues")[0].at("sent").at("frames_per_second"), 10);
 }
 
 TEST(Rates, QueueThatTheLibraryDoesNotFindIsNotKnown)
 {
-    statistics unknown;
-    unknown.queues = {{.port = 10, .stats = std::nullopt}};
-    const auto found = rates_between(unknown, unknown, second);
-    EXPECT_FALSE(found.queues.at(0).known);
-    EXPECT_EQ(found.queues.at(0).port, 10);
+    fields unknown = with_queue(0, 0);
+    unknown["queues"][0]["counters"] = nullptr;
+    EXPECT_EQ(notation::to_json(rates_between(unknown, unknown, second, 0).at("queues")),
+              R"([{"port":6,"name":"RLU1P","sent":null,"frames_dropped":null,"frames_waiting":null}])");
 }
 
 TEST(Rates, PcepCountersAreFoundByTheirNamesInAnyBlock)
 {
-    const auto found = rates_between(
+    const fields found = rates_between(
         with_pcep(
             R"({"in": {"frames_received": 1, "octets_received": 0}, "out": {"frames_sent": 5, "octets_sent": 0}})"),
         with_pcep(R"({"in": {"frames_received": 3, "octets_received": 250, "frames_dropped": 9},
                       "out": {"frames_sent": 25, "octets_sent": 2500}})"),
-        2 * second);
-    ASSERT_THAT(found.pceps, SizeIs(1));
-    const pcep_rates &pcep = found.pceps[0];
-    EXPECT_EQ(pcep.id, 7u);
-    EXPECT_EQ(pcep.sent.frames, 25u);
-    EXPECT_EQ(pcep.sent.frames_per_second, 10u);
-    EXPECT_EQ(pcep.sent.kbit_per_second, 10u);
-    EXPECT_EQ(pcep.received.frames, 3u);
-    EXPECT_EQ(pcep.received.frames_per_second, 1u);
-    EXPECT_EQ(pcep.received.kbit_per_second, 1u);
-    EXPECT_EQ(pcep.dropped, 9u);
+        2 * second, 0);
+    EXPECT_EQ(notation::to_json(found.at("pceps")),
+              R"([{"id":7,"sent":{"frames":25,"frames_per_second":10,"kbit_per_second":10},)"
+              R"("received":{"frames":3,"frames_per_second":1,"kbit_per_second":1},"frames_dropped":9}])");
 }
 
 TEST(Rates, CountersThatAreNotThereAreZero)
 {
-    const auto found = rates_between(with_pcep("no document"), with_pcep("{}"), second);
-    EXPECT_EQ(found.pceps.at(0).sent.frames, 0u);
-    EXPECT_EQ(found.pceps.at(0).dropped, 0u);
+    const fields found = rates_between(with_pcep(R"("no document")"), with_pcep("{}"), second, 0);
+    EXPECT_EQ(found.at("pceps")[0].at("sent").at("frames"), 0);
+    EXPECT_EQ(found.at("pceps")[0].at("frames_dropped"), 0);
 }
 
 } // namespace

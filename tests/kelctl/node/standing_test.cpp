@@ -39,7 +39,7 @@ protected:
         for (const auto &[mac, port] : wanted)
             EXPECT_EQ(here.run(fmt::format("ebcom path add {} --port {}", mac, port)).status, exit_done);
         stood = read_snapshot(settled_document().value());
-        return ports_of(stood, here.paths.all());
+        return ports_of(stood, here.paths);
     }
 
     // The ports in the order in which their queues were created.

@@ -3,6 +3,7 @@
 
 #include "kelctl/jobs/take_down.h"
 #include "kelctl/node/standing.h"
+#include "notation/json.h"
 #include "script_session.h"
 #include "softnode/softnode.h"
 
@@ -14,11 +15,17 @@ namespace kelctl
 namespace
 {
 
-using testing::ElementsAre;
-using testing::Field;
-using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
+
+// One value of each row, as JSON.
+std::string each(const result &read, const char *rows, const char *name)
+{
+    fields values = fields::array();
+    for (const fields &row : read.shown.at(rows))
+        values.push_back(row.at(name));
+    return notation::to_json(values);
+}
 
 class Statistics : public testing::Test
 {
@@ -40,10 +47,10 @@ protected:
         take_down(here);
     }
 
-    statistics read_with(const char *faults)
+    result read_with(const char *faults)
     {
         EXPECT_EQ(softnode_faults_add(faults), nullptr);
-        statistics read = read_statistics(ports_of(read_snapshot(settled_document().value()), here.paths.all()), here);
+        result read = read_statistics(ports_of(read_snapshot(settled_document().value()), here.paths), here);
         softnode_faults_clear();
         return read;
     }
@@ -53,58 +60,60 @@ protected:
 
 TEST_F(Statistics, EveryQueueAndEveryPcepIsRead)
 {
-    const statistics read = read_with("");
+    const result read = read_with("");
     EXPECT_THAT(read.failures, IsEmpty());
-    EXPECT_THAT(read.ebcom, HasSubstr("EBCOM"));
-    EXPECT_THAT(read.queues, ElementsAre(Field(&queue_counters::port, 6), Field(&queue_counters::port, 7),
-                                         Field(&queue_counters::port, 42)));
-    ASSERT_THAT(read.pceps, ElementsAre(Field(&pcep_counters::id, 9), Field(&pcep_counters::id, 3)));
-    EXPECT_THAT(read.pceps[0].text, HasSubstr("PCEP inbound"));
+    EXPECT_EQ(read.status, exit_done);
+    EXPECT_EQ(read.shown.at("ebcom").at("EBCOM global statistics").at("pceps"), 2);
+    EXPECT_EQ(each(read, "queues", "port"), "[6,7,42]");
+    EXPECT_EQ(each(read, "queues", "name"), R"(["RLU1P","RLU1Q","RLU4W"])");
+    EXPECT_EQ(each(read, "pceps", "id"), "[9,3]");
+    EXPECT_EQ(read.shown.at("pceps")[0].at("counters").at("PCEP inbound statistics").at("frames_received"), 0);
 }
 
 TEST_F(Statistics, QueueThatNoDestinationLeadsToHasNoCounters)
 {
-    const statistics read = read_with("");
-    ASSERT_THAT(read.queues, SizeIs(3));
-    EXPECT_TRUE(read.queues[0].stats);
-    EXPECT_FALSE(read.queues[1].stats);
-    EXPECT_TRUE(read.queues[2].stats);
+    const result read = read_with("");
+    const fields &queues = read.shown.at("queues");
+    ASSERT_THAT(queues, SizeIs(3));
+    EXPECT_EQ(queues[0].at("counters").size(), 10u);
+    EXPECT_TRUE(queues[1].at("counters").is_null());
+    EXPECT_EQ(queues[2].at("counters").size(), 10u);
 }
 
 TEST_F(Statistics, FailedReadingOfTheServiceIsToldAndTheRestIsRead)
 {
-    const statistics read = read_with("ork_ebcom_global_statistics_get=-1");
+    const result read = read_with("ork_ebcom_global_statistics_get=-1");
     ASSERT_THAT(read.failures, SizeIs(1));
-    EXPECT_EQ(read.failures[0].operation, "kel_core_ic_ebcom_global_fmt_stats_get(format=0)");
+    EXPECT_EQ(read.failures[0].operation, "kel_core_ic_ebcom_global_fmt_stats_get(format=2)");
     EXPECT_EQ(read.failures[0].code, 13u);
-    EXPECT_EQ(read.ebcom, "");
-    EXPECT_THAT(read.queues, SizeIs(3));
-    EXPECT_THAT(read.pceps, SizeIs(2));
+    EXPECT_TRUE(read.shown.at("ebcom").is_null());
+    EXPECT_THAT(read.shown.at("queues"), SizeIs(3));
+    EXPECT_THAT(read.shown.at("pceps"), SizeIs(2));
 }
 
 TEST_F(Statistics, FailedReadingOfAQueueNamesTheDestination)
 {
-    const statistics read = read_with("kel_init_qos_queue_stats_get:2=10");
+    const result read = read_with("kel_init_qos_queue_stats_get:2=10");
     ASSERT_THAT(read.failures, SizeIs(1));
     EXPECT_EQ(read.failures[0].operation, "kel_core_ic_ebcom_queue_stats_get(dst_mac=02:00:00:02:00:02)");
     EXPECT_EQ(read.failures[0].code, 10u);
-    EXPECT_THAT(read.queues, ElementsAre(Field(&queue_counters::port, 6), Field(&queue_counters::port, 7)));
+    EXPECT_EQ(each(read, "queues", "port"), "[6,7]");
 }
 
 TEST_F(Statistics, FailedReadingOfAPcepNamesItsId)
 {
-    const statistics read = read_with("ork_ebcom_pcep_statistics_get:1=-8");
+    const result read = read_with("ork_ebcom_pcep_statistics_get:1=-8");
     ASSERT_THAT(read.failures, SizeIs(1));
-    EXPECT_EQ(read.failures[0].operation, "kel_core_ic_pcep_fmt_stats_get(pcep_id=9, format=0)");
-    EXPECT_THAT(read.pceps, ElementsAre(Field(&pcep_counters::id, 3)));
+    EXPECT_EQ(read.failures[0].operation, "kel_core_ic_pcep_fmt_stats_get(pcep_id=9, format=2)");
+    EXPECT_EQ(each(read, "pceps", "id"), "[3]");
 }
 
 TEST_F(Statistics, TextThatDoesNotEndWellIsAFailureToo)
 {
-    const statistics read = read_with("kel_fmt_end=10");
+    const result read = read_with("kel_fmt_end=10");
     EXPECT_THAT(read.failures, SizeIs(3));
-    EXPECT_EQ(read.ebcom, "");
-    EXPECT_THAT(read.pceps, IsEmpty());
+    EXPECT_TRUE(read.shown.at("ebcom").is_null());
+    EXPECT_THAT(read.shown.at("pceps"), IsEmpty());
 }
 
 } // namespace

@@ -130,10 +130,10 @@ TEST(Snapshot, IsTheAcceleratorsOwnDocument)
 TEST(Snapshot, IsASummaryForPeople)
 {
     const std::string told = run_text(small_node + "snapshot\n").out;
-    EXPECT_THAT(told, HasSubstr("Interface     Ethernet device 7, VSI 258\n"));
-    EXPECT_THAT(told, HasSubstr("Paths         to 1 destination through 1 queue\n"));
-    EXPECT_THAT(told, HasSubstr("Timestamp     offset 160\n"));
-    EXPECT_THAT(told, HasSubstr("\n  0x5c00000008  RLU1\n    RLU1P (6)                     100 Mbit/s "));
+    EXPECT_THAT(told, HasSubstr("interface     Ethernet device 7, VSI 258\n"));
+    EXPECT_THAT(told, HasSubstr("paths         to 1 destination through 1 queue\n"));
+    EXPECT_THAT(told, HasSubstr("timestamp     offset 160\n"));
+    EXPECT_THAT(told, HasSubstr("\n  0x5c00000008  RLU1\n    RLU1P (6)   100 Mbit/s,"));
     EXPECT_THAT(told, HasSubstr("02:00:00:02:00:01"));
 }
 

@@ -83,14 +83,14 @@ const failing_operation going_up[] = {
 
 // What stands is shown as far as it can be, and taken down.
 const failing_operation showing[] = {
-    {"GlobalStatistics", "ork_ebcom_global_statistics_get=-1", "kel_core_ic_ebcom_global_fmt_stats_get(format=0)", 13,
+    {"GlobalStatistics", "ork_ebcom_global_statistics_get=-1", "kel_core_ic_ebcom_global_fmt_stats_get(format=2)", 13,
      "EXCEPTION GENERAL kel_ic_ebcom_get_global_stats(): 0xffffffff - ", ""},
     {"QueueStatistics", "kel_init_qos_queue_stats_get=9",
      "kel_core_ic_ebcom_queue_stats_get(dst_mac=02:00:00:02:00:01)", 9,
      "EXCEPTION GENERAL kel_core_ic_ebcom_queue_stats_get(): ", ""},
-    {"PcepStatistics", "ork_ebcom_pcep_statistics_get:2=-8", "kel_core_ic_pcep_fmt_stats_get(pcep_id=8, format=0)", 13,
+    {"PcepStatistics", "ork_ebcom_pcep_statistics_get:2=-8", "kel_core_ic_pcep_fmt_stats_get(pcep_id=8, format=2)", 13,
      "EXCEPTION GENERAL kel_ic_pcep_get_stats(): 0xfffffff8 - ", ""},
-    {"EndOfTheText", "kel_fmt_end:1=10", "kel_core_ic_ebcom_global_fmt_stats_get(format=0)", 10,
+    {"EndOfTheText", "kel_fmt_end:1=10", "kel_core_ic_ebcom_global_fmt_stats_get(format=2)", 10,
      "EXCEPTION GENERAL kel_core_ic_ebcom_global_fmt_stats_get(): ", ""},
 };
 
@@ -150,8 +150,8 @@ TEST_P(Showing, IsReportedAndTheRestIsShownAndTakenDown)
 {
     expect_report();
     EXPECT_EQ(outcome.err.rfind("failed: "), 0u);
-    EXPECT_THAT(outcome.out, HasSubstr("\nPCEP remote id "));
-    EXPECT_THAT(outcome.out, HasSubstr("\nPCEP inbound "));
+    EXPECT_THAT(outcome.out, HasSubstr("\nPCEP      id  VLAN "));
+    EXPECT_THAT(outcome.out, HasSubstr("\nPCEP  received "));
     EXPECT_THAT(outcome.out, testing::EndsWith("\n" + empty_again));
 }
 
@@ -166,7 +166,7 @@ TEST(FailingStatistics, OnlyTheFirstOfManyFailuresAreToldInFull)
                  "\nremote_id = 1\nlocal_mac = \"02:00:00:02:00:01\"\nremote_mac = \"02:00:00:02:00:02\"\nvlan = 1\n";
     const auto outcome = kelctl_up(ebcom_table + pceps, {{"KEL_SOFTNODE_FAULTS", "ork_ebcom_pcep_statistics_get=-8"}});
     EXPECT_EQ(outcome.status, 1);
-    EXPECT_THAT(outcome.err, HasSubstr("failed: kel_core_ic_pcep_fmt_stats_get(pcep_id=10, format=0)\n"));
+    EXPECT_THAT(outcome.err, HasSubstr("failed: kel_core_ic_pcep_fmt_stats_get(pcep_id=10, format=2)\n"));
     EXPECT_THAT(outcome.err, Not(HasSubstr("pcep_id=11)")));
     EXPECT_THAT(outcome.err, testing::EndsWith("\n15 more operations of the reading of counters failed\n"));
 }
@@ -326,7 +326,7 @@ TEST(TimestampThread, ItsFailureIsToldAndTheNodeStandsWithoutOffset)
 {
     const auto outcome = kelctl_up(two_paths, {{"KEL_SOFTNODE_FAULTS", "vorn_tu_get_nputimeoffset=-8"}});
     EXPECT_EQ(outcome.status, 0);
-    EXPECT_THAT(outcome.out, HasSubstr("\nTimestamp     no offset\n"));
+    EXPECT_THAT(outcome.out, HasSubstr("\ntimestamp     no offset\n"));
     EXPECT_THAT(outcome.out, testing::EndsWith(empty_again));
     EXPECT_THAT(outcome.err,
                 AnyOf("", testing::StartsWith("the timestamp thread reported:\n    EXCEPTION GENERAL "

@@ -26,7 +26,7 @@ TEST(Interruption, CtrlCTakesDownWhatUpHasMade)
     up.wait_for("interrupted before the whole node stood");
     up.wait_for("Taken down. The node is empty again.");
     EXPECT_EQ(up.wait_for_end(), 1);
-    EXPECT_THAT(up.screen(), Not(HasSubstr("Interface")));
+    EXPECT_THAT(up.screen(), Not(HasSubstr("schedulers and queues")));
 }
 
 TEST(Interruption, TerminationDoesTheSame)

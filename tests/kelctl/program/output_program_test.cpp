@@ -31,7 +31,7 @@ private:
 TEST_P(OutputOfUp, ReaderThatGoesAwayEndsItQuietlyOnceTheNodeIsDown)
 {
     running_kelctl kelctl(up());
-    ASSERT_TRUE(kelctl.shows("Schedulers and queues"));
+    ASSERT_TRUE(kelctl.shows("schedulers and queues"));
     kelctl.leave_output();
     const auto outcome = kelctl.finish();
     EXPECT_EQ(outcome.status, 0);
@@ -42,7 +42,7 @@ TEST_P(OutputOfUp, ReaderThatGoesAwayEndsItQuietlyOnceTheNodeIsDown)
 TEST_P(OutputOfUp, ReaderThatGoesAwayLeavesTheStatusOfAFailureAsItIs)
 {
     running_kelctl kelctl(up({{"KEL_SOFTNODE_FAULTS", "ork_ebcom_interface_delete=-4"}}));
-    ASSERT_TRUE(kelctl.shows("Schedulers and queues"));
+    ASSERT_TRUE(kelctl.shows("schedulers and queues"));
     kelctl.leave_output();
     const auto outcome = kelctl.finish();
     EXPECT_EQ(outcome.status, 1);

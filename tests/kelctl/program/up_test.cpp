@@ -51,7 +51,7 @@ TEST(Up, NodeWithoutPathsStands)
     const auto outcome = kelctl_up(ebcom_table);
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.err, "");
-    EXPECT_THAT(outcome.out, HasSubstr("Paths         0 added, to 0 destinations through 0 queues\n"));
+    EXPECT_THAT(outcome.out, HasSubstr("paths         0 added, to 0 destinations through 0 queues\n"));
     EXPECT_THAT(outcome.out, testing::EndsWith(empty_again));
 }
 
@@ -64,8 +64,8 @@ TEST(Up, NodeWithPcepsButNoPathsStands)
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.err, "");
     EXPECT_THAT(outcome.out,
-                HasSubstr("\n   7         9  100    0  02:00:00:03:00:01 HSFP 02:00:00:02:00:01 OB   EHSFP\n"));
-    EXPECT_THAT(outcome.out, Not(HasSubstr("\nQueues ")));
+                HasSubstr("\n   7       9   100    0  02:00:00:03:00:01 HSFP  02:00:00:02:00:01 OB  EHSFP\n"));
+    EXPECT_THAT(outcome.out, Not(HasSubstr("\nqueue  ")));
     EXPECT_THAT(outcome.out, testing::EndsWith(empty_again));
 }
 
@@ -88,11 +88,9 @@ TEST(Up, OwnMpIdOfTheFileGoesBeforeTheEnvironments)
 {
     const std::string path = paths_to("02:00:07:00:00:01", "RLU1P", 1);
     EXPECT_THAT(kelctl_up(ebcom_table + path + "[node]\nmpid = 7\n", {{"MPID", "8"}}).out,
-                HasSubstr("02:00:07:00:00:01                      CPU\n"));
-    EXPECT_THAT(kelctl_up(ebcom_table + path, {{"MPID", "7"}}).out,
-                HasSubstr("02:00:07:00:00:01                      CPU\n"));
-    EXPECT_THAT(kelctl_up(ebcom_table + path, {{"MPID", "8"}}).out,
-                HasSubstr("02:00:07:00:00:01                      EIOA\n"));
+                HasSubstr("02:00:07:00:00:01 CPU\n"));
+    EXPECT_THAT(kelctl_up(ebcom_table + path, {{"MPID", "7"}}).out, HasSubstr("02:00:07:00:00:01 CPU\n"));
+    EXPECT_THAT(kelctl_up(ebcom_table + path, {{"MPID", "8"}}).out, HasSubstr("02:00:07:00:00:01 EIOA\n"));
 }
 
 TEST(Up, SameDestinationTwiceOnAPortIsOneDestination)
@@ -100,7 +98,7 @@ TEST(Up, SameDestinationTwiceOnAPortIsOneDestination)
     const std::string path = paths_to("02:00:00:02:00:01", "RLU1P", 1);
     const auto outcome = kelctl_up(ebcom_table + path + path);
     EXPECT_EQ(outcome.status, 0);
-    EXPECT_THAT(outcome.out, HasSubstr("Paths         2 added, to 1 destination through 1 queue\n"));
+    EXPECT_THAT(outcome.out, HasSubstr("paths         2 added, to 1 destination through 1 queue\n"));
     EXPECT_THAT(outcome.out, testing::EndsWith(empty_again));
 }
 
@@ -110,8 +108,8 @@ TEST(Up, TenThousandPathsComeAndGo)
                                    paths_to("02:00:00:02:20:00", "RLU2P", 5000));
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.err, "");
-    EXPECT_THAT(outcome.out, HasSubstr("02:00:00:02:00:00 - 02:00:00:02:13:87  OB   5000 destinations\n"));
-    EXPECT_THAT(outcome.out, HasSubstr("02:00:00:02:20:00 - 02:00:00:02:33:87  OB   5000 destinations\n"));
+    EXPECT_THAT(outcome.out, HasSubstr("02:00:00:02:00:00 - 02:00:00:02:13:87 OB, 5000 destinations\n"));
+    EXPECT_THAT(outcome.out, HasSubstr("02:00:00:02:20:00 - 02:00:00:02:33:87 OB, 5000 destinations\n"));
     EXPECT_THAT(outcome.out, testing::EndsWith(empty_again));
 }
 
@@ -121,7 +119,7 @@ TEST(Up, TerminalGetsColoursAndOneProgressLine)
     const auto outcome =
         run_kelctl({.arguments = {"up", "node.toml"}, .environment = {}, .folder = file.folder(), .on_terminal = true});
     EXPECT_EQ(outcome.status, 0);
-    EXPECT_THAT(outcome.out, HasSubstr("\x1b[1mInterface"));
+    EXPECT_THAT(outcome.out, HasSubstr("\x1b[1minterface"));
     EXPECT_THAT(outcome.out, HasSubstr("\radding paths 100/200\radding paths 102/200\r"));
 }
 
@@ -155,7 +153,7 @@ TEST(Up, NoColorIsHonoured)
                                      .folder = file.folder(),
                                      .on_terminal = true});
     EXPECT_EQ(outcome.status, 0);
-    EXPECT_THAT(outcome.out, HasSubstr("Interface"));
+    EXPECT_THAT(outcome.out, HasSubstr("interface"));
     EXPECT_THAT(outcome.out, Not(HasSubstr("\x1b")));
 }
 

@@ -57,7 +57,7 @@ TEST(Watch, LastStepIsAsLongAsWhatIsLeft)
 {
     const auto outcome = kelctl_up(crowded, {}, {"--watch", "--interval", "0s", "--step", "400ms", "--for", "1s"});
     EXPECT_EQ(outcome.status, 0);
-    for (const char *time : {"Virtual time 400 ms\n", "Virtual time 800 ms\n", "Virtual time 1 s\n"})
+    for (const char *time : {"virtual time  400 ms\n", "virtual time  800 ms\n", "virtual time  1 s\n"})
         EXPECT_THAT(outcome.out, HasSubstr(time));
     EXPECT_THAT(outcome.out, EndsWith(empty_again));
 }
@@ -70,7 +70,7 @@ TEST(Watch, StepsChangeNothingInTheEnd)
         return out.substr(std::min(out.find("EBCOM global statistics"), out.size()));
     };
     const std::string whole = counters("1s");
-    EXPECT_THAT(whole, HasSubstr("RLU1P (6)      1000     836     123      41 "));
+    EXPECT_THAT(whole, HasSubstr("\nRLU1P     1000      836      123       41 "));
     EXPECT_EQ(counters("7ms"), whole);
 }
 
@@ -100,7 +100,7 @@ TEST(Watch, CtrlCEndsItAndTakesTheNodeDown)
 {
     const file_in_folder file("node.toml", crowded);
     running_kelctl kelctl({.arguments = {"up", "node.toml", "--watch"}, .environment = {}, .folder = file.folder()});
-    ASSERT_TRUE(kelctl.shows("Virtual time 200 ms\n"));
+    ASSERT_TRUE(kelctl.shows("virtual time  200 ms\n"));
     kelctl.signal(SIGINT);
     const auto outcome = kelctl.finish();
     EXPECT_EQ(outcome.status, 0);
@@ -126,7 +126,7 @@ TEST(Watch, TerminalIsDrawnOver)
     const file_in_folder file("node.toml", crowded);
     terminal_session up(
         {.arguments = {"up", "node.toml", "--watch", "--interval", "1ms"}, .environment = {}, .folder = file.folder()});
-    up.wait_for("\x1b[3A");
+    up.wait_for("\x1b[4A");
     up.wait_for("400 ms");
     up.type("\x03");
     up.wait_for("Taken down. The node is empty again.");
@@ -139,7 +139,7 @@ TEST(Watch, CountersThatCannotBeReadEndIt)
                                    {"--watch", "--interval", "0s", "--for", "1s"});
     EXPECT_EQ(outcome.status, 1);
     EXPECT_THAT(outcome.err, StartsWith("failed: kel_core_ic_ebcom_queue_stats_get(dst_mac=02:00:00:02:00:01)\n"));
-    EXPECT_THAT(outcome.out, Not(HasSubstr("Virtual time 400 ms")));
+    EXPECT_THAT(outcome.out, Not(HasSubstr("virtual time  400 ms")));
     EXPECT_THAT(outcome.out + outcome.err, HasSubstr(empty_again));
 }
 

@@ -8,9 +8,9 @@ namespace kelctl
 namespace
 {
 
-std::string plain(const fields &shown)
+std::string plain(const fields &shown, std::optional<size_t> width = {})
 {
-    return fields_text(shown, painter(false));
+    return fields_text(shown, {painter(false), width});
 }
 
 TEST(FieldsView, NothingIsNoText)
@@ -53,9 +53,48 @@ TEST(FieldsView, NamedValuesUnderANameFollowIt)
     EXPECT_EQ(plain({{"outer", {{"inner", 1}}}}), "outer\ninner  1\n");
 }
 
+TEST(FieldsView, TextIsShownAsItIsAndEndsItsLine)
+{
+    EXPECT_EQ(plain(""), "");
+    EXPECT_EQ(plain("a_b  c"), "a_b  c\n");
+    EXPECT_EQ(plain("a\nb\n"), "a\nb\n");
+}
+
+TEST(FieldsView, TableThatIsTooWideGoesOnInFurtherOnes)
+{
+    const fields rows = fields::array({{{"id", 1}, {"first_name", "abc"}, {"second_name", "def"}},
+                                       {{"id", 2}, {"first_name", "ghi"}, {"second_name", "jkl"}}});
+    EXPECT_EQ(plain({{"rows", rows}}, 24), "    first  second\n"
+                                           "id  name   name\n"
+                                           " 1  abc    def\n"
+                                           " 2  ghi    jkl\n");
+    EXPECT_EQ(plain({{"rows", rows}}, 12), "    first\n"
+                                           "id  name\n"
+                                           " 1  abc\n"
+                                           " 2  ghi\n"
+                                           "\n"
+                                           "    second\n"
+                                           "id  name\n"
+                                           " 1  def\n"
+                                           " 2  jkl\n");
+}
+
+TEST(FieldsView, LinesAreFolded)
+{
+    EXPECT_EQ(plain({{"text", "some words here"}}, 14), "text  some\n    words here\n");
+    const fields rows = fields::array({{{"id", 1}, {"text", "some words here"}}});
+    EXPECT_EQ(plain({{"rows", rows}}, 14), "id  text\n 1  some words\n     here\n");
+}
+
+TEST(FieldsView, ValueThatARowHasNotIsNone)
+{
+    EXPECT_EQ(plain({{"rows", fields::array({{{"a", 1}, {"b", 2}}, {{"a", 3}}})}}), "a  b\n1  2\n3  -\n");
+}
+
 TEST(FieldsView, NamesArePainted)
 {
-    EXPECT_EQ(fields_text({{"vsi", 1}}, painter(true)), "\x1b[1mvsi\x1b[0m  1\n");
+    EXPECT_EQ(fields_text({{"vsi", 1}}, {painter(true)}), "\x1b[1mvsi\x1b[0m  1\n");
+    EXPECT_EQ(fields_text({{"rows", fields::array({{{"a", 1}}})}}, {painter(true)}), "\x1b[1ma\x1b[0m\n1\n");
 }
 
 } // namespace

@@ -31,6 +31,7 @@ snapshot small_node()
 TEST(Leftover, NothingOfAnEmptyNode)
 {
     EXPECT_EQ(leftover_view({}), "");
+    EXPECT_EQ(contents_text({}), "");
     EXPECT_EQ(leftover_fields({}), fields::array());
 }
 
@@ -42,6 +43,11 @@ TEST(Leftover, EveryKindHasALineWithItsNames)
                                            "  1 PCEP:              7\n"
                                            "  2 multicast groups:  300 301\n"
                                            "  1 interface:         Ethernet device 7\n");
+}
+
+TEST(Leftover, ContentsCountEveryKind)
+{
+    EXPECT_EQ(contents_text(small_node()), "2 schedulers, 1 queue, 1 path, 1 PCEP, 2 multicast groups, 1 interface");
 }
 
 TEST(Leftover, OnlyTheFirstOfManyAreNamed)

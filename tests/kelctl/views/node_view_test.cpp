@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <regex>
 #include <sstream>
 
 namespace kelctl
@@ -11,11 +12,8 @@ namespace kelctl
 namespace
 {
 
-using testing::ContainsRegex;
+using testing::EndsWith;
 using testing::HasSubstr;
-using testing::Not;
-
-const painter plain(false);
 
 mac_address mac(const char *text)
 {
@@ -32,91 +30,121 @@ snapshot small_node()
     return node;
 }
 
-TEST(TreeView, ShowsChainsGroupsQueuesAndDestinations)
+std::string plain(const snapshot &node, const port_knowledge &ports = {}, std::optional<size_t> added_paths = {},
+                  std::optional<size_t> width = {})
+{
+    return node_view(node, ports, added_paths, {painter(false), width});
+}
+
+snapshot::pcep pcep(uint32_t id, const char *local_mac, const char *remote_mac)
+{
+    return {.id = id,
+            .remote_id = 9,
+            .local_mac = mac(local_mac),
+            .remote_mac = mac(remote_mac),
+            .vlan = 100,
+            .priority = 5,
+            .bound = false};
+}
+
+TEST(NodeView, ShowsChainsGroupsQueuesAndDestinations)
 {
     const port_knowledge ports = {
         .port_of_queue = {{0x20, 6}, {0x21, 7}}, .destinations = {{6, {mac("02:00:00:02:00:01")}}}, .found_by = {}};
-    EXPECT_EQ(tree_view(small_node(), ports, plain),
-              "Schedulers and queues                   rate            burst          threshold\n"
-              "0x10 - 0x11, a chain of 2 levels\n"
-              "  0x12  RLU1\n"
-              "    RLU1P (6)                       1 Mbit/s            2 KiB         512 octets\n"
-              "      02:00:00:02:00:01                      OB\n"
-              "    RLU1Q (7)                       unshaped                -           5000 KiB\n"
-              "  0x13  no queues\n");
+    EXPECT_THAT(plain(small_node(), ports), EndsWith("\n\n"
+                                                     "schedulers and queues\n"
+                                                     "0x10 - 0x11, a chain of 2 levels\n"
+                                                     "  0x12  RLU1\n"
+                                                     "    RLU1P (6)   1 Mbit/s, burst 2 KiB, threshold 512 octets\n"
+                                                     "      02:00:00:02:00:01 OB\n"
+                                                     "    RLU1Q (7)   unshaped, threshold 5000 KiB\n"
+                                                     "  0x13  no queues\n"
+                                                     "\n"));
 }
 
-TEST(TreeView, QueueOfNoKnownPortIsToldByItsHandle)
+TEST(NodeView, QueueOfNoKnownPortIsToldByItsHandle)
 {
-    EXPECT_THAT(tree_view(small_node(), {}, plain), HasSubstr("\n  0x12\n    queue 0x20  "));
+    EXPECT_THAT(plain(small_node()), HasSubstr("\n  0x12\n    queue 0x20  "));
 }
 
-TEST(TreeView, DestinationOfAnotherQueueSaysThroughWhichItIsSent)
+TEST(NodeView, DestinationOfAnotherQueueSaysThroughWhichItIsSent)
 {
     const port_knowledge ports = {
         .port_of_queue = {{0x20, 6}, {0x21, 7}},
         .destinations = {{6, {mac("02:00:00:02:00:01")}}, {7, {mac("02:00:00:02:00:01"), mac("02:00:00:02:00:09")}}},
         .found_by = {}};
-    const std::string view = tree_view(small_node(), ports, plain);
-    EXPECT_THAT(view, HasSubstr("02:00:00:02:00:01                      OB   sent through RLU1P (6)\n"));
-    EXPECT_THAT(view, HasSubstr("02:00:00:02:00:09                      OB   without a queue\n"));
+    const std::string view = plain(small_node(), ports);
+    EXPECT_THAT(view, HasSubstr("02:00:00:02:00:01 OB, sent through RLU1P (6)\n"));
+    EXPECT_THAT(view, HasSubstr("02:00:00:02:00:09 OB, without a queue\n"));
 }
 
-TEST(TreeView, FitsEightyColumns)
+TEST(NodeView, FitsItsPage)
 {
     snapshot node = small_node();
     node.schedulers = {{0x5c00000001, 0}, {0x12, 0x5c00000001}};
     node.queues[0].rate = 4'294'967'295;
     node.queues[0].burst = 1'048'575;
     node.queues[0].threshold = 4'294'967'040;
-    std::istringstream lines(tree_view(node, {}, plain));
-    for (std::string line; std::getline(lines, line);)
-        EXPECT_LE(line.size(), 80u) << line;
+    node.pceps = {pcep(511, "02:00:00:03:00:01", "02:00:00:03:00:01")};
+    node.pceps[0].remote_id = 0xFF'FFFF;
+    node.pceps[0].bound = true;
+    node.groups = {{511, std::vector<uint32_t>(16, 510)}};
+    for (const size_t width : {40u, 60u, 80u}) {
+        std::istringstream lines(plain(node, {}, 1, width));
+        for (std::string line; std::getline(lines, line);)
+            EXPECT_LE(line.size(), width) << line;
+    }
 }
 
-TEST(TreeView, ColoursChangeNothingElse)
+TEST(NodeView, ColoursChangeNothingElse)
 {
-    const std::string coloured = tree_view(small_node(), {}, painter(true));
-    EXPECT_THAT(coloured, ContainsRegex("\x1b\\[1mSchedulers and queues .*threshold\x1b\\[0m\n"));
-    EXPECT_THAT(tree_view(small_node(), {}, plain), Not(HasSubstr("\x1b")));
+    const std::string coloured = node_view(small_node(), {}, 1, {painter(true)});
+    EXPECT_THAT(coloured, HasSubstr("\x1b[1mschedulers and queues\x1b[0m\n"));
+    EXPECT_EQ(std::regex_replace(coloured, std::regex("\x1b\\[[0-9;]*m"), ""), plain(small_node(), {}, 1));
 }
 
-TEST(ServiceView, SaysWhatIsNotThere)
+TEST(NodeView, SaysWhatIsNotThere)
 {
-    EXPECT_EQ(service_view({}, {1'048'575, 511, 30, 16}, 0, plain),
-              "Interface     none\n"
-              "Parameters    not set\n"
-              "Capabilities  burst up to 1048575 octets, PCEP ids up to 511\n"
-              "              up to 30 multicast groups of up to 16 members\n"
-              "Timestamp     no offset\n"
-              "Paths         0 added, to 0 destinations through 0 queues\n");
+    EXPECT_EQ(plain({}, {}, 0), "interface     none\n"
+                                "parameters    not set\n"
+                                "capabilities  burst up to 1048575 octets, PCEP ids up to 511\n"
+                                "multicast     up to 30 groups of up to 16 members\n"
+                                "timestamp     no offset\n"
+                                "paths         0 added, to 0 destinations through 0 queues\n"
+                                "\n"
+                                "schedulers and queues\n"
+                                "\n");
 }
 
-TEST(ServiceView, SaysWhatIsThere)
+TEST(NodeView, SaysWhatIsThere)
 {
     snapshot node = small_node();
     node.interface = {7, 258};
     node.globals = {1500, 0x0800, {1, 15}};
     node.timestamp_offset = -3;
-    const std::string view = service_view(node, {}, 2, plain);
-    EXPECT_THAT(view, HasSubstr("Interface     Ethernet device 7, VSI 258\n"));
-    EXPECT_THAT(view, HasSubstr("Parameters    MTU 1500 octets, EtherType 0x0800, settings 1 and 15\n"));
-    EXPECT_THAT(view, HasSubstr("Timestamp     offset -3\n"));
-    EXPECT_THAT(view, HasSubstr("Paths         2 added, to 1 destination through 2 queues\n"));
+    const std::string view = plain(node, {}, 2);
+    EXPECT_THAT(view, HasSubstr("interface     Ethernet device 7, VSI 258\n"));
+    EXPECT_THAT(view, HasSubstr("parameters    MTU 1500 octets, EtherType 0x0800, settings 1 and 15\n"));
+    EXPECT_THAT(view, HasSubstr("timestamp     offset -3\n"));
+    EXPECT_THAT(view, HasSubstr("paths         2 added, to 1 destination through 2 queues\n"));
 }
 
-TEST(ContentsText, CountsWhatIsThere)
+TEST(NodeView, ShowsPcepsWithTheirLocationsAndWhatIsBoundAndGroupsWithTheirMembers)
 {
-    snapshot node = small_node();
-    EXPECT_EQ(contents_text(node), "4 schedulers, 2 queues, 1 path");
-    node.interface = {7, 258};
-    node.queues.clear();
-    node.paths.clear();
-    EXPECT_EQ(contents_text(node), "4 schedulers, the interface");
-    node.pceps.resize(2);
-    node.groups.resize(1);
-    EXPECT_EQ(contents_text(node), "4 schedulers, 2 PCEPs, 1 multicast group, the interface");
-    EXPECT_EQ(contents_text({}), "");
+    snapshot node;
+    node.pceps = {pcep(7, "02:00:00:03:00:01", "02:00:00:02:00:01"), pcep(8, "02:00:00:01:00:01", "02:00:80:00:00:01")};
+    node.pceps[0].bound = true;
+    node.groups = {{300, {3, 1, 511}}, {4, {}}};
+    EXPECT_THAT(plain(node), EndsWith("\n\n"
+                                      "      remote                                                            bound\n"
+                                      "PCEP      id  VLAN  pri  local                   remote                 to\n"
+                                      "   7       9   100    5  02:00:00:03:00:01 HSFP  02:00:00:02:00:01 OB   EHSFP\n"
+                                      "   8       9   100    5  02:00:00:01:00:01 EIOA  02:00:80:00:00:01 CPU\n"
+                                      "\n"
+                                      "group  members\n"
+                                      "  300  3 1 511\n"
+                                      "    4  none\n"
+                                      "\n"));
 }
 
 } // namespace

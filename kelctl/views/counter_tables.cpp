@@ -1,0 +1,113 @@
+// The columns.
+#include "kelctl/views/counter_tables.h"
+
+#include "kelctl/values/quantity.h"
+
+#include <algorithm>
+#include <span>
+#include <string_view>
+
+namespace kelctl
+{
+namespace
+{
+
+// Where a column's values stand in each row of a document.
+struct column {
+    std::string_view title;
+    std::string_view block; // of the row; empty: the row itself
+    std::string_view name;
+};
+
+constexpr column queue_counters[] = {
+    {"queue", "", "name"},
+    {"packets in", "counters", "pkts_rx"},
+    {"packets out", "counters", "pkts_tx"},
+    {"packets dropped", "counters", "pkts_dropped"},
+    {"packets waiting", "counters", "pkts_out_standing"},
+    {"octets in", "counters", "octets_rx"},
+    {"octets out", "counters", "octets_tx"},
+    {"octets dropped", "counters", "octets_dropped"},
+    {"blocks in use", "counters", "mem_blks_in_use"},
+};
+
+constexpr column queue_rates[] = {
+    {"queue", "", "name"},
+    {"frames/s", "sent", "frames_per_second"},
+    {"kbit/s", "sent", "kbit_per_second"},
+    {"frames sent", "sent", "frames"},
+    {"frames dropped", "", "frames_dropped"},
+    {"frames waiting", "", "frames_waiting"},
+};
+
+constexpr column pcep_rates[] = {
+    {"PCEP", "", "id"},
+    {"sent frames/s", "sent", "frames_per_second"},
+    {"sent kbit/s", "sent", "kbit_per_second"},
+    {"frames sent", "sent", "frames"},
+    {"received frames/s", "received", "frames_per_second"},
+    {"received kbit/s", "received", "kbit_per_second"},
+    {"frames received", "received", "frames"},
+    {"frames dropped", "", "frames_dropped"},
+};
+
+fields row_of(const fields &described, std::span<const column> columns)
+{
+    fields row = fields::object();
+    for (const auto &[title, block, name] : columns) {
+        const fields *in = block.empty() ? &described : described.find(block);
+        const fields *found = in ? in->find(name) : nullptr;
+        row[title] = found ? *found : fields(nullptr);
+    }
+    return row;
+}
+
+void add_table(fields &shown, std::string_view name, const fields &rows, std::span<const column> columns)
+{
+    for (const fields &row : rows)
+        shown[name].push_back(row_of(row, columns));
+}
+
+// `known` has null where the library does not find a queue.
+void add_queues(fields &shown, const fields &queues, std::span<const column> columns, std::string_view known)
+{
+    add_table(shown, "queues", queues, columns);
+    if (std::any_of(queues.begin(), queues.end(), [known](const fields &queue) { return queue.at(known).is_null(); }))
+        shown["-"] = "not known: the library finds its destinations on other queues";
+}
+
+// The formatting library's names, which are its own affair.
+fields pcep_row(const fields &pcep)
+{
+    fields row = {{"PCEP", pcep.at("id")}};
+    for (const auto &[title, block] : pcep.at("counters").members())
+        for (const auto &[name, value] : block.members())
+            row[row.find(name) ? title + " " + name : name] = value;
+    return row;
+}
+
+} // namespace
+
+fields statistics_tables(const fields &read)
+{
+    fields shown = fields::object();
+    const fields &ebcom = read.at("ebcom");
+    if (ebcom.holds() == notation::kind::text)
+        shown["ebcom"] = ebcom;
+    for (const auto &[title, block] : ebcom.members())
+        shown[title] = block;
+    add_queues(shown, read.at("queues"), queue_counters, "counters");
+    for (const fields &pcep : read.at("pceps"))
+        shown["pceps"].push_back(pcep_row(pcep));
+    return shown;
+}
+
+fields rates_tables(const fields &rates)
+{
+    fields shown = {{"virtual time", quantity_text(rates.at("nanoseconds").number<uint64_t>(), duration_units)}};
+    add_queues(shown, rates.at("queues"), queue_rates, "sent");
+    add_table(shown, "pceps", rates.at("pceps"), pcep_rates);
+    return shown;
+}
+
+} // namespace kelctl

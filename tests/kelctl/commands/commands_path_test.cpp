@@ -1,0 +1,60 @@
+// What the session remembers of paths that come and go.
+#include "kelctl/session/session.h"
+#include "script_session.h"
+#include "softnode/softnode.h"
+
+#include <gtest/gtest.h>
+
+namespace kelctl
+{
+namespace
+{
+
+class AskedPaths : public testing::Test
+{
+protected:
+    AskedPaths()
+    {
+        softnode_reset();
+        for (const char *line :
+             {"ebcom start", "ebcom path add 02:00:00:02:00:01 --port 6 --rate 100 --burst 4096",
+              "ebcom path add 02:00:00:02:00:01 --port 7", "ebcom path add 02:00:00:02:00:02 --port 7",
+              "ebcom path add 02:00:00:02:00:01 --port 6 --rate 100 --burst 4096"})
+            EXPECT_EQ(here.run(line).status, exit_done) << line;
+    }
+
+    ~AskedPaths() override
+    {
+        for (const auto &path : std::vector(here.paths))
+            here.run("ebcom path remove " + to_text(mac_address_at(path.dst_mac)) + " --port " +
+                     std::to_string(path.iell_port));
+        here.run("ebcom stop");
+    }
+
+    // "6:1" for each: the port and the last octet of the destination.
+    std::string remembered() const
+    {
+        std::string all;
+        for (const kel_ebcom_path_config &path : here.paths)
+            all += std::to_string(path.iell_port) + ":" + std::to_string(path.dst_mac[5]) + " ";
+        return all;
+    }
+
+    script_session here;
+};
+
+TEST_F(AskedPaths, AreInTheOrderOfTheirAdding)
+{
+    EXPECT_EQ(remembered(), "6:1 7:1 7:2 6:1 ");
+}
+
+TEST_F(AskedPaths, RemovingTakesTheLastOfTheSameDestinationAndPort)
+{
+    EXPECT_EQ(here.run("ebcom path remove 02:00:00:02:00:01 --port 6").status, exit_done);
+    EXPECT_EQ(remembered(), "6:1 7:1 7:2 ");
+    EXPECT_EQ(here.run("ebcom path remove 02:00:00:02:00:01 --port 7").status, exit_done);
+    EXPECT_EQ(remembered(), "6:1 7:2 ");
+}
+
+} // namespace
+} // namespace kelctl
