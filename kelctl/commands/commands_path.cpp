@@ -33,29 +33,20 @@ const argument path_count = {.name = "--count",
 // Of a path, or of the part of it that `last` is not for.
 std::vector<argument> shaped(std::vector<argument> last = {})
 {
-    std::vector<argument> all = {destination,
-                                 through_port,
-                                 {.name = "--rate",
-                                  .kind = rate(),
-                                  .help = "shape the port's queue to this rate",
-                                  .required = false,
-                                  .needs = "--burst"},
-                                 {.name = "--burst",
-                                  .kind = burst(),
-                                  .help = "largest burst of the shaped queue",
-                                  .required = false,
-                                  .needs = "--rate"},
-                                 {.name = "--threshold",
-                                  .kind = threshold(),
-                                  .help = "how much may wait in the shaped queue",
-                                  .required = false,
-                                  .otherwise = std::string(unshaped_threshold),
-                                  .needs = "--rate"},
-                                 {.name = "--shaping",
-                                  .kind = only_raw(octet_range),
-                                  .help = "with --raw: whether there is any, 1 unless given",
-                                  .required = false,
-                                  .needs = "--rate"}};
+    std::vector<argument> all = {
+        destination,
+        through_port,
+        {.name = "--rate", .kind = rate(), .help = "shape the port's queue to this rate", .needs = "--burst"},
+        {.name = "--burst", .kind = burst(), .help = "largest burst of the shaped queue", .needs = "--rate"},
+        {.name = "--threshold",
+         .kind = threshold(),
+         .help = "how much may wait in the shaped queue",
+         .otherwise = std::string(unshaped_threshold),
+         .needs = "--rate"},
+        {.name = "--shaping",
+         .kind = only_raw(octet_range),
+         .help = "with --raw: whether there is any, 1 unless given",
+         .needs = "--rate"}};
     std::ranges::move(last, std::back_inserter(all));
     return all;
 }
@@ -223,8 +214,7 @@ std::vector<command> path_commands()
          .example = "ebcom port channel RLU1P"},
         {.name = "ebcom qos dump",
          .variants = {{"kel_core_ic_ebcom_qos_handle_dump", dump_handles}},
-         .help = "Write all scheduler and queue handles to a file in /tmp",
-         .example = "ebcom qos dump"},
+         .help = "Write all scheduler and queue handles to a file in /tmp"},
     };
 }
 

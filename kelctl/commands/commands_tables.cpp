@@ -147,16 +147,11 @@ std::vector<command> table_commands()
         {.name = "ports",
          .variants = {{.run = show_ports}},
          .help = "List IC ports with their QoS rows, and locations",
-         .example = "ports",
          .offline = true},
-        {.name = "codes",
-         .variants = {{.run = show_codes}},
-         .help = "List return codes and the driver kit's codes",
-         .example = "codes"},
+        {.name = "codes", .variants = {{.run = show_codes}}, .help = "List return codes and the driver kit's codes"},
         {.name = "limits",
          .variants = {{.run = show_limits}},
          .help = "List the limits of the service and of values",
-         .example = "limits",
          .offline = true},
     };
 }

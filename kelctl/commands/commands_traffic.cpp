@@ -141,12 +141,10 @@ std::vector<command> traffic_commands()
               {.name = "--burst",
                .kind = number(burst_frames_range),
                .help = "so many come at once, and so many times less often",
-               .required = false,
                .otherwise = "1"},
               {.name = "--start",
                .kind = duration(duration_range),
                .help = "when the first ones come",
-               .required = false,
                .otherwise = "0s"},
               {.name = "--stop",
                .kind = duration(period_range),
@@ -164,7 +162,6 @@ std::vector<command> traffic_commands()
         {.name = "time show",
          .variants = {{.run = show_time}},
          .help = "Show virtual time since the node was switched on",
-         .example = "time show",
          .needs_accelerator = true},
     };
 }

@@ -70,9 +70,14 @@ const std::vector<argument> &shared_options()
 command_table::command_table(std::vector<command> rows, std::vector<command_group> groups)
     : rows_(std::move(rows)), groups_(std::move(groups))
 {
-    for (command &row : rows_)
+    for (command &row : rows_) {
+        if (row.example.empty())
+            row.example = row.name;
+        for (argument &one : row.arguments)
+            one.required = one.required && one.otherwise.empty() && one.needs.empty();
         if (row.variants.size() > 1)
             row.arguments.push_back(variant_option(row.variants));
+    }
 }
 
 invocation invocation_of(const command &row)

@@ -38,7 +38,7 @@ struct argument {
     std::string name; // "MAC"; with two dashes, an option: "--port"
     argument_kind kind = {};
     std::string help = {};
-    bool required = true;
+    bool required = true;                        // unless something counts without it, or it needs another
     std::string otherwise = {};                  // what counts when it is not given, as it would be written
     std::string needs = {};                      // an option that has to come along with this one
     std::string instead = {};                    // an option, of which and this one exactly one has to be given
@@ -70,7 +70,7 @@ struct command {
     std::string_view help;         // one line
     std::string_view details = {}; // more of it, in lines of 80 columns
     std::vector<argument> arguments = {};
-    std::string_view example = {};
+    std::string_view example = {}; // empty: the name alone
     std::vector<place> places = {place::program, place::script, place::shell};
     std::string_view undo = {};            // the command that undoes it, given those of its arguments that it takes
     product makes = {};                    // what there is of it afterwards, until it is undone
@@ -97,7 +97,8 @@ const std::vector<argument> &shared_options();
 class command_table
 {
 public:
-    // Rows in the order that help shows them. One with several variants gets its option --variant here.
+    // Rows in the order that help shows them. What they leave out is filled in here: examples, whether arguments are
+    // required, and the option --variant of one with several.
     command_table(std::vector<command> rows, std::vector<command_group> groups);
 
     const std::vector<command> &rows() const

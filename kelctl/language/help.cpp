@@ -174,7 +174,7 @@ std::string help_of(const command &row)
 {
     const std::string details = row.details.empty() ? "" : fmt::format("\n{}\n", row.details);
     const std::string only = row.needs_accelerator ? "\nOnly on the software accelerator.\n" : "";
-    const std::string example = row.example.empty() ? "" : fmt::format("\nExample:\n{}", wrapped("  ", row.example));
+    const std::string example = fmt::format("\nExample:\n{}", wrapped("  ", row.example));
     return fmt::format("{}\n\n{}", row.help, wrapped("Usage: ", usage_of(row))) + argument_sections(row) + details +
            only + function_section(row) + example;
 }
