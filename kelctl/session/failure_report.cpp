@@ -30,14 +30,15 @@ std::string report_of(const failure &failure, bool tracer_installed, const page 
 {
     constexpr std::string_view begin = "failed:";
     const std::string painted = page.paint(colour::failure, begin);
-    std::string report =
-        line_on(page, fmt::format("{}{} {}", place, painted, failure.operation), painted.size() - begin.size());
+    const std::string_view function = std::string_view(failure.operation).substr(0, failure.operation.find('('));
+    std::string report = tracer_installed
+                             ? fmt::format("trace records of {}():\n", function) + records_text(failure.records, page)
+                             : line_on(page, "no trace records: the tracer is not installed on this machine");
+    report += line_on(page, fmt::format("{}{} {}", place, painted, failure.operation), painted.size() - begin.size());
     report += line_on(page, fmt::format("  code {}: {}", failure.code, kei_util_init_rc_str_get(failure.code)));
     if (const auto why = explanation_of(failure))
         report += line_on(page, fmt::format("  {}", refusal_text(*why)));
-    if (!tracer_installed)
-        return report + line_on(page, "  no trace records: the tracer is not installed on this machine");
-    return report + "  trace records of this operation:\n" + records_text(failure.records, page);
+    return report;
 }
 
 std::string complaints_text(std::string_view what, const std::vector<trace_entry> &complaints, const page &page)

@@ -11,7 +11,7 @@
 namespace kelctl
 {
 
-// Ends with a line end. Without a tracer the report says that there are no records. `place` is put in front.
+// The records come first, so that the answer stays on the screen. Ends with a line end. Without a tracer the report says that there are no records. `place` is put in front.
 std::string report_of(const failure &failure, bool tracer_installed, const page &page, std::string_view place = "");
 
 // "it succeeded, but ...", and the records that report failures, which follow in lines further in.

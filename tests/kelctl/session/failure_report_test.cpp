@@ -19,14 +19,14 @@ const failure failed = {"do_it(port=6)",
 TEST(FailureReport, TellsOperationCodeTextAndRecords)
 {
     EXPECT_EQ(report_of(failed, true, {painter(false)}),
-              std::string("failed: do_it(port=6)\n"
+              std::string("trace records of do_it():\n"
+                          "    API_CALL  EBCOM   do_it(): thing()  (file.cpp:12)\n"
+                          "    EXCEPTION GENERAL do_it(): no, thing  (file.cpp:14)\n"
+                          "failed: do_it(port=6)\n"
                           "  code 7: ") +
                   kei_util_init_rc_str_get(7) +
                   "\n"
-                  "  refused by the library itself: thing: no\n"
-                  "  trace records of this operation:\n"
-                  "    API_CALL  EBCOM   do_it(): thing()  (file.cpp:12)\n"
-                  "    EXCEPTION GENERAL do_it(): no, thing  (file.cpp:14)\n");
+                  "  refused by the library itself: thing: no\n");
 }
 
 TEST(FailureReport, NamesTheRefusingCallWithItsOwnCode)
@@ -43,13 +43,15 @@ TEST(FailureReport, NamesTheRefusingCallWithItsOwnCode)
 TEST(FailureReport, WithoutATracerOneLineSaysSo)
 {
     EXPECT_EQ(report_of({"do_it()", 13, {}}, false, {painter(false)}),
-              std::string("failed: do_it()\n  code 13: ") + kei_util_init_rc_str_get(13) +
-                  "\n  no trace records: the tracer is not installed on this machine\n");
+              std::string("no trace records: the tracer is not installed on this machine\n"
+                          "failed: do_it()\n  code 13: ") +
+                  kei_util_init_rc_str_get(13) + "\n");
 }
 
 TEST(FailureReport, ItsFirstWordIsPainted)
 {
-    EXPECT_EQ(report_of(failed, true, {painter(true)}).substr(0, 20), "\x1b[1;31mfailed:\x1b[0m d");
+    EXPECT_THAT(report_of({"do_it()", 7, {}}, true, {painter(true)}),
+                testing::HasSubstr("\n\x1b[1;31mfailed:\x1b[0m do_it()\n"));
 }
 
 TEST(FailureReport, IsFoldedToTheWidthOfItsPage)
@@ -58,15 +60,14 @@ TEST(FailureReport, IsFoldedToTheWidthOfItsPage)
                               7,
                               {{"API_CALL", "EBCOM", "do_it(): thing(handle=12)", "file.cpp:12"}}};
     EXPECT_EQ(report_of(long_one, true, {painter(false), 40}, "a.kel:3: "),
-              std::string("a.kel:3: failed:\n"
+              std::string("trace records of do_it():\n"
+                          "    API_CALL  EBCOM   do_it():\n"
+                          "        thing(handle=12)  (file.cpp:12)\n"
+                          "a.kel:3: failed:\n"
                           "    do_it(dst_mac=02:00:00:02:00:01,\n"
                           "    port=RLU1P (6))\n"
                           "  code 7: ") +
-                  kei_util_init_rc_str_get(7) +
-                  "\n"
-                  "  trace records of this operation:\n"
-                  "    API_CALL  EBCOM   do_it():\n"
-                  "        thing(handle=12)  (file.cpp:12)\n");
+                  kei_util_init_rc_str_get(7) + "\n");
 }
 
 TEST(FailureReport, ColoursTakeNoRoom)
@@ -74,8 +75,8 @@ TEST(FailureReport, ColoursTakeNoRoom)
     const failure short_one = {"do_it(dst_mac=02:00:00:02:00:01)", 7, {}};
     const std::string plain = report_of(short_one, true, {painter(false), 40});
     const std::string painted = report_of(short_one, true, {painter(true), 40});
-    EXPECT_EQ(plain.substr(0, plain.find('\n')), "failed: do_it(dst_mac=02:00:00:02:00:01)");
-    EXPECT_EQ(painted.substr(painted.find(" do_it")), plain.substr(plain.find(" do_it")));
+    EXPECT_THAT(plain, testing::HasSubstr("\nfailed: do_it(dst_mac=02:00:00:02:00:01)\n"));
+    EXPECT_EQ(painted.substr(painted.find(" do_it(dst")), plain.substr(plain.find(" do_it(dst")));
 }
 
 } // namespace
