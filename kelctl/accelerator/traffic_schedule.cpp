@@ -1,8 +1,6 @@
 // Adding intervals up without losing the fractions of a nanosecond that they have.
 #include "kelctl/accelerator/traffic_schedule.h"
 
-#include <fmt/core.h>
-
 namespace kelctl
 {
 namespace
@@ -62,12 +60,6 @@ void traffic_schedule::move_on(stream &stream)
         return;
     stream.fraction -= stream.parts;
     ++stream.next;
-}
-
-std::string too_many_offerings()
-{
-    return fmt::format("more than {} frames or bursts of them in a second; larger bursts are fewer",
-                       most_offerings_a_second);
 }
 
 uint64_t offerings_in_a_second(const traffic_entry &entry)

@@ -6,8 +6,6 @@
 
 #include <cstdint>
 #include <optional>
-#include <string>
-#include <string_view>
 #include <vector>
 
 namespace kelctl
@@ -45,10 +43,6 @@ private:
 
 // More would let a second of virtual time take more than a second.
 inline constexpr uint64_t most_offerings_a_second = 1'000'000;
-
-// What is said of a stream with more, and of one that stops before it starts.
-std::string too_many_offerings();
-inline constexpr std::string_view stops_too_early = "is not after the start";
 
 // Rounded up.
 uint64_t offerings_in_a_second(const traffic_entry &entry);

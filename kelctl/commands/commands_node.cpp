@@ -3,8 +3,7 @@
 #include "kelctl/jobs/up.h"
 #include "kelctl/language/command_text.h"
 #include "kelctl/node/load_node_file.h"
-#include "kelctl/node/node_lines.h"
-#include "kelctl/session/result.h"
+#include "kelctl/session/session.h"
 #include "kelctl/session/undo.h"
 #include "kelctl/values/limits.h"
 
@@ -39,16 +38,17 @@ Ctrl-C takes down what stands. A second one ends kelctl at once. --hold and
 
 constexpr range interval_range = {0, 3'600'000'000'000, "0 s to 3600 s"};
 
-result check(const invocation &asked, session &)
+result check(const invocation &asked, session &session)
 {
     const std::string &name = asked.given.text("FILE");
-    auto [node, errors] = load_node_file(name);
-    if (!node)
+    auto [lines, errors] = load_node_file(name, session.table);
+    if (!errors.empty())
         return wrong_input(name, std::move(errors), "nothing was started");
-    return {.shown = {{"paths", path_count(*node)},
-                      {"pceps", node->pceps.size()},
-                      {"multicast_groups", node->groups.size()},
-                      {"traffic", node->traffic.size()}}};
+    const node_size size = size_of(lines);
+    return {.shown = {{"paths", size.paths},
+                      {"pceps", size.pceps},
+                      {"multicast_groups", size.groups},
+                      {"traffic", size.streams}}};
 }
 
 // What takes down what the lines make, from the last to the first.
@@ -72,10 +72,9 @@ std::string script_of(std::string_view comment, const fields &lines)
 result plan(const invocation &asked, session &session)
 {
     const std::string &name = asked.given.text("FILE");
-    auto [node, errors] = load_node_file(name);
-    if (!node)
+    auto [lines, errors] = load_node_file(name, session.table);
+    if (!errors.empty())
         return wrong_input(name, std::move(errors), "nothing was planned");
-    const std::vector<invocation> lines = lines_of(*node, session.table);
     const fields up = list_of(lines, text_of);
     const fields down = list_of(undo_of_all(lines, session.table), text_of);
     return {.shown = {{"up", up}, {"down", down}}, .text = script_of("Up", up) + "\n" + script_of("Down", down)};

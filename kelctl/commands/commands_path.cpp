@@ -27,7 +27,7 @@ const argument through_port = {.name = "--port", .kind = ebcom_port(), .help = "
 
 const argument path_count = {.name = "--count",
                              .kind = number(path_count_range),
-                             .help = "so many paths, to addresses that count up from MAC; 1 unless given",
+                             .help = "so many paths, to addresses that count up from this one; 1 unless given",
                              .required = false};
 
 // Of a path, or of the part of it that `last` is not for.
@@ -69,6 +69,15 @@ kel_ebcom_path_config path_of(const arguments &given)
     return path;
 }
 
+std::optional<objection> check_count(const arguments &given)
+{
+    const mac_address &first = given.mac("MAC");
+    if (!given.has("--count") || given.number<uint32_t>("--count") - 1 <= addresses_after(first))
+        return std::nullopt;
+    return objection{"--count", fmt::format("only {} more addresses follow {} in its last three octets",
+                                            addresses_after(first), to_text(first))};
+}
+
 // What becomes of a path among those that the session remembers.
 using change = void (*)(std::vector<kel_ebcom_path_config> &paths, const kel_ebcom_path_config &path);
 
@@ -92,9 +101,6 @@ result change_paths(const invocation &asked, session &session)
 {
     const mac_address first = asked.given.mac("MAC");
     const auto count = asked.given.number<uint32_t>("--count");
-    if (count - 1 > addresses_after(first))
-        return wrong_use(fmt::format("--count: only {} more addresses follow {} in its last three octets",
-                                     addresses_after(first), to_text(first)));
     invocation one = asked;
     one.given.erase("--count");
     for (uint32_t i = 0; i < count; ++i) {
@@ -173,6 +179,7 @@ std::vector<command> path_commands()
          .help = "Add a path from an IC port to a destination",
          .details = shaping_details,
          .arguments = shaped({path_count}),
+         .check = check_count,
          .example = "ebcom path add 02:00:02:02:00:01 --port RLU1P --rate 100000 --burst 4096",
          .undo = "ebcom path remove",
          .makes = {"path", "paths", "removed"}},
@@ -180,6 +187,7 @@ std::vector<command> path_commands()
          .variants = {{"kel_core_ic_ebcom_path_rem", change_path<kel_core_ic_ebcom_path_rem, removed>}},
          .help = "Remove one path to a destination",
          .arguments = {destination, through_port, path_count},
+         .check = check_count,
          .example = "ebcom path remove 02:00:02:02:00:01 --port RLU1P"},
         {.name = "ebcom shaper add",
          .variants = {{"kel_ic_ebcom_add_shaper", change_shaper<kel_ic_ebcom_add_shaper, added>}},

@@ -64,14 +64,21 @@ traffic_entry stream_of(const arguments &given)
     return stream;
 }
 
+std::optional<objection> check_stream(const arguments &given)
+{
+    const traffic_entry stream = stream_of(given);
+    if (offerings_in_a_second(stream) > most_offerings_a_second)
+        return objection{given.has("--rate") ? "--rate" : "--frames-per-second",
+                         fmt::format("more than {} frames or bursts of them in a second; larger bursts are fewer",
+                                     most_offerings_a_second)};
+    if (stream.stop && *stream.stop <= stream.start)
+        return objection{"--stop", "is not after the start"};
+    return std::nullopt;
+}
+
 result add_stream(const invocation &asked, session &session)
 {
-    const traffic_entry stream = stream_of(asked.given);
-    if (offerings_in_a_second(stream) > most_offerings_a_second)
-        return wrong_use(fmt::format("the rate: {}", too_many_offerings()));
-    if (stream.stop && *stream.stop <= stream.start)
-        return wrong_use(fmt::format("--stop: {}", stops_too_early));
-    session.traffic.add(stream);
+    session.traffic.add(stream_of(asked.given));
     return {};
 }
 
@@ -150,6 +157,7 @@ std::vector<command> traffic_commands()
                .kind = duration(period_range),
                .help = "when no more come; never unless given",
                .required = false}},
+         .check = check_stream,
          .example = "traffic stream add --to 02:00:02:02:00:01 --octets 1500 --rate \"60 Mbit/s\"",
          .needs_accelerator = true},
         {.name = "time advance",

@@ -16,7 +16,7 @@ constexpr struct {
     std::string (*text)();
 } documents[] = {
     {"kelctl.1", [] { return program_manual(commands(), KELCTL_VERSION); }},
-    {"node.toml.5", [] { return node_file_manual(KELCTL_VERSION); }},
+    {"node.toml.5", [] { return node_file_manual(commands(), KELCTL_VERSION); }},
 };
 
 } // namespace

@@ -27,8 +27,7 @@ keep blanks and # in a word; a backslash does so for the character after it, but
 comment. Options may stand anywhere after the command, their values in the next word or behind a "="; after "--" there
 are none.
 
-Addresses are written 02:00:00:02:00:01, 02-00-00-02-00-01 or 0200.0002.0001, ports by name or number. Rates have the
-units kbit/s, Mbit/s and Gbit/s, sizes octets, KiB and MiB; a plain number is one of the first unit.)";
+)";
 
 constexpr std::string_view editrc =
     R"(The keys of the shell, as editrc(5) describes them; lines that begin with "kelctl:" are for it alone. It takes
@@ -91,7 +90,7 @@ std::string program_manual(const command_table &table, std::string_view version)
     for (const command &row : table.rows())
         add_command(page, row);
     page.section("SCRIPTS");
-    page.text(scripts);
+    page.text(fmt::format("{}{}", scripts, value_notations()));
     page.section("EXIT STATUS");
     add_meanings(page, exit_statuses());
     page.section("ENVIRONMENT");

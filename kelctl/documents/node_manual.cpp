@@ -2,6 +2,7 @@
 #include "kelctl/documents/node_manual.h"
 
 #include "kelctl/documents/roff.h"
+#include "kelctl/language/help.h"
 #include "kelctl/nodefile/node_keys.h"
 
 #include <fmt/core.h>
@@ -16,7 +17,10 @@ constexpr std::string_view description =
 groups. It is written in TOML. The whole of it is checked before anything is started; what is wrong is told as
 file:line:column: message.
 
-Numbers may be decimal, or hexadecimal after 0x.)";
+Each table stands for a command of kelctl(1), and each key for one of its arguments: a value is what the argument takes,
+as a number or as a text.
+
+)";
 
 constexpr std::string_view example = R"([ebcom]
 ic_port_mtu = 1500
@@ -42,31 +46,43 @@ vlan = 100
 id = 300
 members = [7])";
 
-std::string without(const node_key &key)
+std::string whether_needed(const argument &argument, const node_table &table)
 {
-    if (!key.instead.empty())
-        return fmt::format("Either this or {} has to be given.", key.instead);
-    return key.otherwise.empty() ? "Has to be given." : fmt::format("Without it: {}.", key.otherwise);
+    if (!argument.instead.empty())
+        return fmt::format("Either this or {} has to be given.", table.key_of(argument.instead));
+    if (!argument.needs.empty())
+        return fmt::format("Given together with {}.", table.key_of(argument.needs));
+    return argument.required && argument.otherwise.empty() ? "Has to be given." : "";
 }
 
-void add_table(roff_page &page, const node_table &table)
+void add_key(roff_page &page, const node_key &key, const node_table &table, const command_table &rows)
 {
-    page.subsection(table.heading);
-    page.text(table.help);
+    if (!key.each.empty()) {
+        page.item(key.name, fmt::format("array; each element: {}", rows.find(key.each)->help));
+        return;
+    }
+    const argument &meant = *rows.find(table.row)->find_argument(key.argument);
+    page.item(key.name, fmt::format("{}.\n{}", argument_text(meant), whether_needed(meant, table)));
+}
+
+void add_table(roff_page &page, const node_table &table, const command_table &rows)
+{
+    page.subsection(table.heading());
+    page.text(fmt::format("{}\nStands for \"{}\".", table.help, table.row));
     for (const node_key &key : table.keys)
-        page.item(key.name, fmt::format("{}.\nValue: {}.\n{}", key.help, key.value, without(key)));
+        add_key(page, key, table, rows);
 }
 
 } // namespace
 
-std::string node_file_manual(std::string_view version)
+std::string node_file_manual(const command_table &rows, std::string_view version)
 {
     roff_page page("node.toml", 5, version, "what a node consists of");
     page.section("DESCRIPTION");
-    page.text(description);
+    page.text(fmt::format("{}{}", description, value_notations()));
     page.section("TABLES AND KEYS");
     for (const node_table &table : node_tables())
-        add_table(page, table);
+        add_table(page, table, rows);
     page.section("EXAMPLE");
     page.example(example);
     page.section("SEE ALSO");

@@ -1,12 +1,14 @@
 // The manual page node.toml(5), made from the tables of keys.
 #pragma once
 
+#include "kelctl/language/command.h"
+
 #include <string>
 #include <string_view>
 
 namespace kelctl
 {
 
-std::string node_file_manual(std::string_view version);
+std::string node_file_manual(const command_table &rows, std::string_view version);
 
 } // namespace kelctl

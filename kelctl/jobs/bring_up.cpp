@@ -5,6 +5,7 @@
 #include "kelctl/jobs/take_down.h"
 #include "kelctl/language/command_text.h"
 #include "kelctl/library/trace_log.h"
+#include "kelctl/node/load_node_file.h"
 #include "kelctl/node/standing.h"
 #include "kelctl/session/failure_report.h"
 #include "kelctl/session/result_document.h"
@@ -24,15 +25,6 @@ namespace kelctl
 {
 namespace
 {
-
-uint64_t paths_in(const std::vector<invocation> &lines)
-{
-    uint64_t paths = 0;
-    for (const invocation &line : lines)
-        if (line.row->name == "ebcom path add")
-            paths += line.given.has("--count") ? line.given.number<uint64_t>("--count") : 1;
-    return paths;
-}
 
 std::string outcome_text(const std::optional<snapshot> &left)
 {
@@ -106,7 +98,7 @@ bring_up::~bring_up()
 bool bring_up::up()
 {
     const bool redrawn = is_terminal(stderr) && !session_.tracing();
-    progress shown("adding paths", session_.json() ? 0 : paths_in(lines_), stderr, redrawn);
+    progress shown("adding paths", session_.json() ? 0 : size_of(lines_).paths, stderr, redrawn);
     session_.on_made = [&] { shown.show(session_.paths.size()); };
     result last;
     auto line = lines_.begin();

@@ -10,7 +10,6 @@
 #include "kelctl/language/command_line.h"
 #include "kelctl/language/completion.h"
 #include "kelctl/node/load_node_file.h"
-#include "kelctl/node/node_lines.h"
 #include "kelctl/node/standing.h"
 #include "kelctl/session/result_view.h"
 #include "kelctl/terminal/terminal.h"
@@ -117,13 +116,14 @@ result run_lines(session &session)
 }
 
 // A node stands around the lines, up to the end of the shell.
-result run_lines_on(const node_file &file, const std::string &name, session &session)
+result run_lines_on(std::vector<invocation> made_by, const std::string &file, session &session)
 {
-    bring_up node(lines_of(file, session.table), name, session);
+    const node_size size = size_of(made_by);
+    bring_up node(std::move(made_by), file, session);
     const bool stood = node.up();
     if (stood)
-        node.show({.text = fmt::format("The node stands: {} paths, {} PCEPs, {} multicast groups", path_count(file),
-                                       file.pceps.size(), file.groups.size())});
+        node.show({.text = fmt::format("The node stands: {} paths, {} PCEPs, {} multicast groups", size.paths,
+                                       size.pceps, size.groups)});
     result lines = stood ? run_lines(session) : result{};
     const bool clean = node.down();
     result done = node.take_result(stood && clean);
@@ -136,17 +136,16 @@ result run_lines_on(const node_file &file, const std::string &name, session &ses
 
 result shell(const invocation &asked, session &session)
 {
-    std::unique_ptr<node_file> file;
-    if (asked.given.has("FILE")) {
-        auto loaded = load_node_file(asked.given.text("FILE"));
-        if (!loaded.node)
-            return wrong_input(asked.given.text("FILE"), std::move(loaded.errors), "nothing was started");
-        file = std::move(loaded.node);
+    if (!asked.given.has("FILE")) {
+        const interruption_watch watch;
+        return run_lines(session);
     }
+    const std::string &file = asked.given.text("FILE");
+    auto [lines, errors] = load_node_file(file, session.table);
+    if (!errors.empty())
+        return wrong_input(file, std::move(errors), "nothing was started");
     const interruption_watch watch;
-    if (file)
-        return run_lines_on(*file, asked.given.text("FILE"), session);
-    return run_lines(session);
+    return run_lines_on(std::move(lines), file, session);
 }
 
 } // namespace kelctl

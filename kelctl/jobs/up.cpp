@@ -6,7 +6,6 @@
 #include "kelctl/jobs/bring_up.h"
 #include "kelctl/jobs/watch.h"
 #include "kelctl/node/load_node_file.h"
-#include "kelctl/node/node_lines.h"
 #include "kelctl/node/standing.h"
 #include "kelctl/node/statistics.h"
 #include "kelctl/views/counter_tables.h"
@@ -86,12 +85,12 @@ result up(const invocation &asked, session &session)
     if (asked.given.has("--watch") && !on_software_accelerator())
         return refused("--watch does not apply: this platform is not the software accelerator");
     const std::string &name = asked.given.text("FILE");
-    auto [file, errors] = load_node_file(name);
-    if (!file)
+    auto [lines, errors] = load_node_file(name, session.table);
+    if (!errors.empty())
         return wrong_input(name, std::move(errors), "nothing was started");
 
     const interruption_watch interruptions;
-    bring_up node(lines_of(*file, session.table), name, session);
+    bring_up node(std::move(lines), name, session);
     const bool stands = node.up();
     const bool kept = !stands && asked.given.has("--keep") && node.keep();
     const bool shown = stands && show_node(node, asked.given, session);

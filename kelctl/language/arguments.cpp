@@ -3,6 +3,7 @@
 
 #include <fmt/core.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace kelctl
@@ -10,26 +11,29 @@ namespace kelctl
 
 void arguments::set(std::string_view name, argument_value value)
 {
-    values_.insert_or_assign(std::string(name), std::move(value));
+    const auto place = std::ranges::lower_bound(values_, name, {}, &given_argument::name);
+    if (place != values_.end() && place->name == name)
+        place->value = std::move(value);
+    else
+        values_.insert(place, {name, std::move(value)});
 }
 
 void arguments::erase(std::string_view name)
 {
-    if (const auto found = values_.find(name); found != values_.end())
-        values_.erase(found);
+    std::erase_if(values_, [name](const given_argument &one) { return one.name == name; });
 }
 
-bool arguments::has(std::string_view name) const
+const argument_value *arguments::find(std::string_view name) const
 {
-    return values_.find(name) != values_.end();
+    const auto found = std::ranges::find(values_, name, &given_argument::name);
+    return found == values_.end() ? nullptr : &found->value;
 }
 
 const argument_value &arguments::value(std::string_view name) const
 {
-    const auto found = values_.find(name);
-    if (found == values_.end())
-        throw std::logic_error(fmt::format("no argument {} was given", name));
-    return found->second;
+    if (const argument_value *found = find(name))
+        return *found;
+    throw std::logic_error(fmt::format("no argument {} was given", name));
 }
 
 } // namespace kelctl

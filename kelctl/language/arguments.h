@@ -3,21 +3,29 @@
 
 #include "kelctl/language/argument_kind.h"
 
-#include <map>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kelctl
 {
 
+// A handful at most: in one block of memory, in the order of their names.
 class arguments
 {
 public:
+    // The name is the row's, which has to outlive them.
     void set(std::string_view name, argument_value value);
 
     void erase(std::string_view name);
 
-    bool has(std::string_view name) const;
+    bool has(std::string_view name) const
+    {
+        return find(name) != nullptr;
+    }
+
+    // Null: it was not given.
+    const argument_value *find(std::string_view name) const;
 
     // Ask only for what is there, as what its kind reads: anything else is a mistake in a row and throws.
     template <typename Value> const Value &get(std::string_view name) const
@@ -46,15 +54,19 @@ public:
         return get<std::string>(name);
     }
 
-    const std::map<std::string, argument_value, std::less<>> &all() const
-    {
-        return values_;
-    }
+    bool operator==(const arguments &) const = default;
 
 private:
+    struct given_argument {
+        std::string_view name;
+        argument_value value;
+
+        bool operator==(const given_argument &) const = default;
+    };
+
     const argument_value &value(std::string_view name) const;
 
-    std::map<std::string, argument_value, std::less<>> values_;
+    std::vector<given_argument> values_;
 };
 
 } // namespace kelctl

@@ -1,6 +1,8 @@
 // Look-ups in a table of commands.
 #include "kelctl/language/command.h"
 
+#include <fmt/core.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -32,6 +34,28 @@ std::string_view rest_after(std::string_view words, std::string_view name)
     return begins ? name.substr(words.size() + 1) : std::string_view{};
 }
 
+// Of two arguments that exclude each other, what is wrong is said of the first.
+std::optional<mistake> mistake_with(const argument &one, const command &row,
+                                    const std::function<bool(const argument &)> &written,
+                                    const std::function<std::string_view(const argument &)> &name_of)
+{
+    const argument *instead = row.find_argument(one.instead);
+    const argument *needed = row.find_argument(one.needs);
+    const bool there = written(one);
+    if (there && needed && !written(*needed))
+        return mistake{&one, fmt::format("{} needs {} as well", name_of(one), name_of(*needed))};
+    if (!instead) {
+        const bool may_lack = !one.required || !one.otherwise.empty() || one.is_flag();
+        return there || may_lack ? std::nullopt
+                                 : std::optional(mistake{nullptr, fmt::format("{} is required", name_of(one))});
+    }
+    if (instead < &one || there != written(*instead))
+        return std::nullopt;
+    if (there)
+        return mistake{instead, fmt::format("{} and {} exclude each other", name_of(one), name_of(*instead))};
+    return mistake{nullptr, fmt::format("{} or {} is required", name_of(one), name_of(*instead))};
+}
+
 } // namespace
 
 bool command::allowed_in(place where) const
@@ -41,10 +65,11 @@ bool command::allowed_in(place where) const
 
 const argument *command::find_argument(std::string_view argument_name) const
 {
-    for (const std::vector<argument> *list : {&arguments, &shared_options()})
-        for (const argument &one : *list)
-            if (one.name == argument_name)
-                return &one;
+    if (!argument_name.empty())
+        for (const std::vector<argument> *list : {&arguments, &shared_options()})
+            for (const argument &one : *list)
+                if (one.name == argument_name)
+                    return &one;
     return nullptr;
 }
 
@@ -82,11 +107,31 @@ command_table::command_table(std::vector<command> rows, std::vector<command_grou
 
 invocation invocation_of(const command &row)
 {
-    invocation made = {.row = &row, .chosen = &row.variants.front(), .given = {}};
+    return {.row = &row, .chosen = &row.variants.front(), .given = {}};
+}
+
+void set_defaults(const command &row, arguments &given)
+{
     for (const argument &one : row.arguments)
-        if (!one.otherwise.empty())
-            made.given.set(one.name, one.kind.read(one.otherwise));
-    return made;
+        if (!one.otherwise.empty() && !given.has(one.name))
+            given.set(one.name, one.kind.read(one.otherwise));
+}
+
+void take_arguments(const command &row, const arguments &from, arguments &given)
+{
+    for (const argument &one : row.arguments)
+        if (const argument_value *value = from.find(one.name))
+            given.set(one.name, *value);
+}
+
+std::vector<mistake> mistakes_in(const command &row, const std::function<bool(const argument &)> &written,
+                                 const std::function<std::string_view(const argument &)> &name_of)
+{
+    std::vector<mistake> mistakes;
+    for (const argument &one : row.arguments)
+        if (auto wrong = mistake_with(one, row, written, name_of))
+            mistakes.push_back(std::move(*wrong));
+    return mistakes;
 }
 
 const command *command_table::find(std::string_view name) const

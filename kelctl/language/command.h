@@ -13,6 +13,8 @@
 #include "kelctl/language/argument_kind.h"
 #include "kelctl/language/arguments.h"
 
+#include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -62,6 +64,14 @@ struct product {
     std::string_view undone = {}; // what has become of it once it is undone
 };
 
+// What must hold between arguments that are right one by one: which of them is wrong, and what is said of it behind its
+// name. None: nothing.
+struct objection {
+    std::string_view argument;
+    std::string what;
+};
+using argument_check = std::optional<objection> (*)(const arguments &given);
+
 enum class place { program, script, shell };
 
 struct command {
@@ -70,7 +80,8 @@ struct command {
     std::string_view help;         // one line
     std::string_view details = {}; // more of it, in lines of 80 columns
     std::vector<argument> arguments = {};
-    std::string_view example = {}; // empty: the name alone
+    argument_check check = nullptr; // null: nothing more than the arguments say
+    std::string_view example = {};  // empty: the name alone
     std::vector<place> places = {place::program, place::script, place::shell};
     std::string_view undo = {};            // the command that undoes it, given those of its arguments that it takes
     product makes = {};                    // what there is of it afterwards, until it is undone
@@ -137,7 +148,23 @@ struct invocation {
     bool raw = false; // values are read without their limits
 };
 
-// The row as it is asked for by its name alone: its first variant, and what counts when nothing else is given.
+// The row as it is asked for by its first variant, without an argument yet.
 invocation invocation_of(const command &row);
+
+// Those arguments that have a default and were not given.
+void set_defaults(const command &row, arguments &given);
+
+// Those that the row takes as well.
+void take_arguments(const command &row, const arguments &from, arguments &given);
+
+// What is wrong with which arguments there are.
+struct mistake {
+    const argument *at;  // one of them; null: what is wrong is that one is not there
+    std::string message; // names them
+};
+
+// `written` tells which there are, `name_of` how each is called where they are written.
+std::vector<mistake> mistakes_in(const command &row, const std::function<bool(const argument &)> &written,
+                                 const std::function<std::string_view(const argument &)> &name_of);
 
 } // namespace kelctl

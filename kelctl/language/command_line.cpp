@@ -101,7 +101,7 @@ private:
         if (given.value)
             take_value(*given.meant, *given.value);
         else
-            parsed_.given.set(given.option, true);
+            parsed_.given.set(given.meant->name, true);
     }
 
     [[noreturn]] void refuse_option(const argument_word &given) const
@@ -140,33 +140,27 @@ private:
     // What was not given, and what must come together.
     void complete()
     {
-        for (const argument &one : parsed_.row->arguments) {
+        const command &row = *parsed_.row;
+        for (const argument &one : row.arguments)
             if (one.repeated)
                 parsed_.given.set(one.name, repeated_);
-            else if (!parsed_.given.has(one.name))
-                take_default(one);
-            else if (!one.needs.empty() && !parsed_.given.has(one.needs))
-                throw wrong_line(fmt::format("{} needs {} as well", one.name, one.needs), column_after(words_));
-            else if (!one.instead.empty() && parsed_.given.has(one.instead))
-                throw wrong_line(fmt::format("{} and {} exclude each other", one.name, one.instead),
-                                 column_after(words_));
-        }
+        for (const mistake &one : mistakes_in(
+                 row, [&](const argument &any) { return parsed_.given.has(any.name); },
+                 [](const argument &any) -> std::string_view { return any.name; }))
+            throw wrong_line(one.message, column_after(words_));
+        set_defaults(row, parsed_.given);
         choose_variant();
-        for (const argument &one : parsed_.row->arguments)
+        for (const argument &one : row.arguments)
             check_variant(one);
+        if (const auto wrong = row.check ? row.check(parsed_.given) : std::nullopt)
+            throw wrong_line(fmt::format("{}: {}", wrong->argument, wrong->what), column_of(wrong->argument));
     }
 
-    void take_default(const argument &argument)
+    uint32_t column_of(std::string_view name) const
     {
-        if (!argument.otherwise.empty())
-            take_value(argument, {.text = argument.otherwise});
-        else if (!argument.instead.empty() && parsed_.given.has(argument.instead))
-            return;
-        else if (!argument.instead.empty())
-            throw wrong_line(fmt::format("{} or {} is required", argument.name, argument.instead),
-                             column_after(words_));
-        else if (argument.required && !argument.is_flag())
-            throw wrong_line(fmt::format("{} is required", argument.name), column_after(words_));
+        const auto found = std::ranges::find_if(
+            parts_.arguments, [name](const argument_word &one) { return one.meant && one.meant->name == name; });
+        return found == parts_.arguments.end() || !found->value ? column_after(words_) : found->value->column;
     }
 
     void choose_variant()

@@ -73,9 +73,8 @@ std::string text_of(const invocation &asked)
     std::vector<std::string> positional;
     std::vector<std::string> options;
     for (const argument &one : asked.row->arguments)
-        if (const auto given = asked.given.all().find(one.name);
-            given != asked.given.all().end() && !is_default(one, given->second))
-            std::ranges::move(words_of(one, given->second), std::back_inserter(one.is_option() ? options : positional));
+        if (const argument_value *given = asked.given.find(one.name); given && !is_default(one, *given))
+            std::ranges::move(words_of(one, *given), std::back_inserter(one.is_option() ? options : positional));
     std::vector<std::string> line = {std::string(asked.row->name)};
     if (asked.raw)
         line.emplace_back("--raw");

@@ -145,6 +145,13 @@ std::span<const meaning> environment_variables()
     return variables;
 }
 
+std::string_view value_notations()
+{
+    return "Addresses are written 02:00:00:02:00:01, 02-00-00-02-00-01 or 0200.0002.0001, ports by name or number. "
+           "Numbers may be hexadecimal after 0x. Rates have the units kbit/s, Mbit/s and Gbit/s, sizes octets, KiB and "
+           "MiB; a plain number is one of the first unit. Times always have a unit: ns, us, ms or s.";
+}
+
 std::string with_value(const argument &argument)
 {
     if (!argument.is_option())

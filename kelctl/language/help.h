@@ -21,6 +21,9 @@ std::span<const meaning> exit_statuses();
 std::span<const meaning> options_without_command(); // given alone
 std::span<const meaning> environment_variables();   // that change what the program does
 
+// How values are written, wherever they are.
+std::string_view value_notations();
+
 // "--port PORT", "SCRIPT", "COMMAND..."
 std::string with_value(const argument &argument);
 

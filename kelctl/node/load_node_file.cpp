@@ -23,13 +23,29 @@ std::optional<size_t> room_for_destinations()
 
 } // namespace
 
-loaded_node_file load_node_file(const std::string &file)
+loaded_node_file load_node_file(const std::string &file, const command_table &rows)
 {
-    node_file_read read = read_node_file(file);
-    check_rules(read.node, {.mp_id = own_mp_id(), .most_destinations = room_for_destinations()}, read.problems);
-    if (!read.problems.empty())
-        return {nullptr, errors_of(file, std::move(read.problems))};
-    return {std::make_unique<node_file>(std::move(read.node)), {}};
+    node_file_read read = read_node_file(file, rows);
+    check_rules(read, {.mp_id = own_mp_id(), .most_destinations = room_for_destinations()});
+    loaded_node_file loaded = {{}, errors_of(file, std::move(read.problems))};
+    loaded.lines.reserve(read.lines.size());
+    for (placed_line &line : read.lines)
+        loaded.lines.push_back(std::move(line.asked));
+    return loaded;
+}
+
+node_size size_of(const std::vector<invocation> &lines)
+{
+    node_size size;
+    for (const invocation &line : lines) {
+        const std::string_view row = line.row->name;
+        if (row == "ebcom path add")
+            size.paths += line.given.has("--count") ? line.given.number<uint64_t>("--count") : 1;
+        size.pceps += row == "pcep add";
+        size.groups += row == "group add";
+        size.streams += row == "traffic stream add";
+    }
+    return size;
 }
 
 std::vector<input_error> errors_of(const std::string &file, problem_list problems)

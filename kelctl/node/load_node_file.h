@@ -1,10 +1,11 @@
 // A node file, checked in all ways before anything is done with it.
 #pragma once
 
-#include "kelctl/nodefile/node_file.h"
+#include "kelctl/language/command.h"
 #include "kelctl/session/result.h"
+#include "kelctl/values/problem.h"
 
-#include <memory>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -12,12 +13,21 @@ namespace kelctl
 {
 
 struct loaded_node_file {
-    std::unique_ptr<node_file> node; // whole and sound; null when there are errors
+    std::vector<invocation> lines;   // that bring the node up; sound where there are no errors
     std::vector<input_error> errors; // in the order of their places
 };
 
-// Changes nothing in the process: any number of files can be looked at.
-loaded_node_file load_node_file(const std::string &file);
+// Changes nothing in the process: any number of files can be looked at. The table of commands has to outlive the lines.
+loaded_node_file load_node_file(const std::string &file, const command_table &rows);
+
+// What the lines of a node make, without carrying them out.
+struct node_size {
+    uint64_t paths = 0;
+    uint64_t pceps = 0;
+    uint64_t groups = 0;
+    uint64_t streams = 0; // of traffic
+};
+node_size size_of(const std::vector<invocation> &lines);
 
 // The problems of a file as errors, in the order of their places.
 std::vector<input_error> errors_of(const std::string &file, problem_list problems);

@@ -1,18 +1,16 @@
-// Reading node files: which key is what kind of value. Values are fetched through table_reader; which keys there are
-// is node_keys.h.
+// From TOML to lines. What stands for which command is node_keys.h; values are read as those of the command line are.
 #include "kelctl/nodefile/node_file.h"
 
-#include "kelctl/nodefile/node_keys.h"
-#include "kelctl/nodefile/table_reader.h"
-#include "kelctl/nodefile/traffic_table.h"
+#include "kelctl/nodefile/toml.h"
 #include "kelctl/terminal/text.h"
 #include "kelctl/values/file_text.h"
-#include "kelctl/values/ic_port.h"
-#include "kelctl/values/limits.h"
 
 #include <fmt/core.h>
 
 #include <algorithm>
+#include <iterator>
+#include <optional>
+#include <utility>
 
 namespace kelctl
 {
@@ -22,144 +20,248 @@ namespace
 // The parser bounds how deep values nest, but not how many dots a key has, and a document is taken apart recursively.
 constexpr size_t most_dots_in_a_line = 128;
 
-// The port's number, whether it carries EBCOM or not.
-std::optional<int32_t> any_port(const table_reader &path, const toml::node &node)
+// Indexed by toml::node_type.
+constexpr std::string_view type_names[] = {"nothing",    "a table",   "an array", "a text",        "a whole number",
+                                           "a fraction", "a boolean", "a date",   "a time of day", "a date and time"};
+
+position position_of(const toml::source_region &region)
 {
-    const position at = position_of(node.source());
-    if (const auto *number = node.as_integer()) {
-        if (is_port(number->get()))
-            return static_cast<int32_t>(number->get());
-        path.note(at, fmt::format("port: {}", no_such_port(std::to_string(number->get()))));
-    } else if (const auto *name = node.as_string()) {
-        if (const auto port = port_by_name(name->get()))
-            return port;
-        path.note(at, fmt::format("port: {}", no_such_port(name->get())));
-    } else {
-        path.note(at, "port: expected the name or the number of a port");
+    return {std::max<uint32_t>(region.begin.line, 1), std::max<uint32_t>(region.begin.column, 1)};
+}
+
+position position_of(const toml::node &node)
+{
+    return position_of(node.source());
+}
+
+// A number in the base in which it was written.
+std::optional<std::string> word_of(const toml::node &value)
+{
+    if (const auto *text = value.as_string())
+        return text->get();
+    const auto *number = value.as_integer();
+    if (!number)
+        return std::nullopt;
+    const bool hexadecimal = (number->flags() & toml::value_flags::format_as_hexadecimal) != toml::value_flags::none;
+    return hexadecimal ? fmt::format("0x{:X}", number->get()) : std::to_string(number->get());
+}
+
+// The value as it would be typed: that of an array with commas between. None of what no argument can be.
+std::optional<std::string> typed(const toml::node &value)
+{
+    const toml::array *list = value.as_array();
+    if (!list || list->size() < 2)
+        return word_of(value);
+    std::vector<std::string> words;
+    for (const toml::node &element : *list)
+        if (auto word = word_of(element))
+            words.push_back(std::move(*word));
+        else
+            return std::nullopt;
+    return joined(words, ",");
+}
+
+class document_reader
+{
+public:
+    document_reader(const command_table &rows, node_file_read &read) : rows_(rows), read_(read)
+    {
     }
-    return std::nullopt;
-}
 
-int32_t read_port(const table_reader &path)
-{
-    const toml::node *node = path.required("port");
-    const auto port = node ? any_port(path, *node) : std::nullopt;
-    if (port && !carries_ebcom(*port))
-        path.note(path.at("port"),
-                  fmt::format("port: {} does not carry EBCOM; these do: {}", port_text(*port), ports_with_ebcom));
-    return port.value_or(0);
-}
+    void read(const toml::table &document)
+    {
+        check_tables(document);
+        for (const node_table &table : node_tables())
+            read_tables(table, written_tables(table, document));
+    }
 
-std::optional<shaping> read_shaping(const table_reader &path)
-{
-    if (!path.has("shaping"))
-        return std::nullopt;
-    auto table = path.table("shaping");
-    if (!table)
-        return std::nullopt;
-    table->allow_only(node_keys_of("path.shaping"));
-    const shaping read = {.rate = table->quantity("rate", rate_units, rate_range),
-                          .burst = table->quantity("burst", size_units, burst_range),
-                          .threshold = table->quantity("threshold", size_units, threshold_range)};
-    if (read.threshold % threshold_block != 0)
-        table->note(table->at("threshold"), fmt::format("threshold: {}", no_multiple(read.threshold, threshold_block)));
-    return read;
-}
+private:
+    void check_tables(const toml::table &document)
+    {
+        std::vector<std::string_view> names;
+        for (const node_table &table : node_tables())
+            names.push_back(table.name);
+        for (const auto &[key, value] : document)
+            if (std::ranges::find(names, key.str()) == names.end())
+                refuse(key, key.str(), value, "", names);
+        for (const node_table &table : node_tables())
+            if (table.times == occurrence::once && !document.contains(table.name) && !is_misspelt(table.name))
+                note(document, fmt::format("{} is required", table.heading()));
+    }
 
-uint32_t read_count(const table_reader &path, const mac_address &first)
-{
-    if (!path.has("count"))
-        return 1;
-    const uint32_t count = path.number("count", path_count_range);
-    if (count - 1 > addresses_after(first))
-        path.note(path.at("count"), fmt::format("count: only {} more addresses follow {} in its last three octets",
-                                                addresses_after(first), to_text(first)));
-    return count;
-}
+    void note(const toml::node &node, std::string message)
+    {
+        read_.problems.push_back({position_of(node), std::move(message)});
+    }
 
-path_entry read_path(table_reader &path)
-{
-    path.allow_only(node_keys_of("path"));
-    path_entry entry;
-    entry.dst_mac = path.station("dst_mac");
-    entry.port = read_port(path);
-    entry.shaping = read_shaping(path);
-    entry.count = read_count(path, entry.dst_mac);
-    entry.at = path.at();
-    entry.port_at = path.at("port");
-    entry.shaping_at = path.at("shaping");
-    entry.count_at = path.at("count");
-    return entry;
-}
+    void note_type(const toml::node &value, std::string_view key, std::string_view expected)
+    {
+        note(value, fmt::format("{}: expected {}, not {}", key, expected, type_names[size_t(value.type())]));
+    }
 
-pcep_entry read_pcep(table_reader &pcep)
-{
-    pcep.allow_only(node_keys_of("pcep"));
-    const uint32_t priority = pcep.has("priority") ? pcep.number("priority", priority_range) : 0;
-    return {.id = pcep.sound_number("id", id_range).value_or(no_id),
-            .remote_id = pcep.number("remote_id", remote_id_range),
-            .local_mac = pcep.station("local_mac"),
-            .remote_mac = pcep.station("remote_mac"),
-            .vlan = static_cast<uint16_t>(pcep.number("vlan", vlan_range)),
-            .priority = static_cast<uint8_t>(priority),
-            .at = pcep.at(),
-            .id_at = pcep.at("id")};
-}
+    // What is misspelt is not missing as well.
+    void refuse(const toml::key &key, std::string_view name, const toml::node &value, std::string_view where,
+                std::span<const std::string_view> known)
+    {
+        misspelt_.push_back(nearest(name, known));
+        read_.problems.push_back(
+            {position_of(key.source()), fmt::format("unknown {} {}{}{}", value.is_table() ? "table" : "key",
+                                                    in_quotes(name), where, did_you_mean(name, known))});
+    }
 
-multicast_entry read_multicast(table_reader &multicast)
-{
-    multicast.allow_only(node_keys_of("multicast"));
-    return {.id = multicast.sound_number("id", id_range).value_or(no_id),
-            .members = multicast.list("members", id_range),
-            .at = multicast.at(),
-            .id_at = multicast.at("id")};
-}
+    bool is_misspelt(std::string_view name) const
+    {
+        return std::ranges::find(misspelt_, name) != misspelt_.end();
+    }
 
-ebcom_parameters read_ebcom(table_reader &ebcom)
-{
-    ebcom.allow_only(node_keys_of("ebcom"));
-    const auto settings = ebcom.numbers("settings", 2, setting_range);
-    return {.at = ebcom.at(),
-            .ic_port_mtu = static_cast<uint16_t>(ebcom.number("ic_port_mtu", mtu_range)),
-            .ether_type = static_cast<uint16_t>(ebcom.number("ether_type", ether_type_range)),
-            .settings = {static_cast<uint8_t>(settings[0]), static_cast<uint8_t>(settings[1])}};
-}
+    std::vector<const toml::table *> written_tables(const node_table &table, const toml::table &document)
+    {
+        std::vector<const toml::table *> written;
+        const toml::node *node = document.get(table.name);
+        if (!node)
+            return written;
+        const toml::array *array = node->as_array();
+        if (table.times != occurrence::any)
+            add_table(table, *node, written);
+        else if (!array)
+            note(*node, fmt::format("{0}: write [[{0}]], once for each {0}", table.name));
+        else
+            for (const toml::node &element : *array)
+                add_table(table, element, written);
+        return written;
+    }
 
-std::optional<uint8_t> read_mpid(table_reader &node)
-{
-    node.allow_only(node_keys_of("node"));
-    if (!node.has("mpid"))
-        return std::nullopt;
-    return static_cast<uint8_t>(node.number("mpid", mpid_range));
-}
+    // An optional table without a key asks for nothing.
+    void add_table(const node_table &table, const toml::node &node, std::vector<const toml::table *> &written)
+    {
+        const toml::table *one = node.as_table();
+        if (!one)
+            note_type(node, table.name, "a table");
+        else if (!one->empty() || table.times != occurrence::at_most_once)
+            written.push_back(one);
+    }
 
-void read_document(table_reader document, node_file_read &read)
-{
-    document.allow_only(node_keys_of(""));
-    if (document.has("node"))
-        if (auto node = document.table("node")) {
-            read.node.mpid = read_mpid(*node);
-            read.node.mpid_at = node->at("mpid");
+    void read_tables(const node_table &table, const std::vector<const toml::table *> &written)
+    {
+        const command &row = *rows_.find(table.row);
+        if (!written.empty() && !table.before.empty())
+            add_once(table.before);
+        for (const toml::table *one : written)
+            read_table(table, row, *one);
+        std::ranges::move(std::exchange(elements_, {}), std::back_inserter(read_.lines));
+        for (const std::string_view name : table.after)
+            add_once(name);
+    }
+
+    void add_once(std::string_view name)
+    {
+        const auto is_it = [name](const placed_line &line) { return line.asked.row->name == name; };
+        if (std::ranges::none_of(read_.lines, is_it))
+            read_.lines.push_back({invocation_of(*rows_.find(name)), nullptr, {}});
+    }
+
+    void read_table(const node_table &table, const command &row, const toml::table &written)
+    {
+        placed_line line = {invocation_of(row), &table, position_of(written)};
+        line.asked.line = line.at.line;
+        const size_t problems_before = read_.problems.size();
+        const size_t elements_before = elements_.size();
+        misspelt_.clear();
+        line.keys.reserve(table.keys.size());
+        read_keys(written, "", line);
+        for (size_t i = elements_before; i < elements_.size(); ++i)
+            take_arguments(*elements_[i].asked.row, line.asked.given, elements_[i].asked.given);
+        check_presence(line);
+        line.sound = read_.problems.size() == problems_before;
+        if (line.sound)
+            check_together(line);
+        read_.lines.push_back(std::move(line));
+    }
+
+    // Of a table, or of one in it.
+    void read_keys(const toml::table &keys, const std::string &lead, placed_line &line)
+    {
+        for (const auto &[key, value] : keys) {
+            const std::string name = lead + std::string(key.str());
+            if (const node_key *known = key.str().find('.') == key.str().npos ? line.table->find(name) : nullptr)
+                known->each.empty() ? take(*known, value, line) : take_elements(*known, value, line);
+            else if (std::ranges::none_of(line.table->keys,
+                                          [&](const node_key &one) { return one.name.starts_with(name + "."); }))
+                refuse_key(key, name, value, line);
+            else if (const toml::table *inner = value.as_table())
+                read_keys(*inner, name + ".", line);
+            else
+                note_type(value, name, "a table");
         }
-    if (auto ebcom = document.table("ebcom"))
-        read.node.ebcom = read_ebcom(*ebcom);
-    for (table_reader &path : document.tables("path")) {
-        const size_t problems_before = read.problems.size();
-        path_entry entry = read_path(path);
-        if (read.problems.size() == problems_before)
-            read.node.paths.push_back(entry);
     }
-    for (table_reader &pcep : document.tables("pcep"))
-        read.node.pceps.push_back(read_pcep(pcep));
-    for (table_reader &multicast : document.tables("multicast"))
-        read.node.groups.push_back(read_multicast(multicast));
-    for (table_reader &traffic : document.tables("traffic")) {
-        const size_t problems_before = read.problems.size();
-        traffic_entry entry = read_traffic(traffic);
-        if (read.problems.size() == problems_before)
-            read.node.traffic.push_back(entry);
+
+    void refuse_key(const toml::key &key, std::string_view name, const toml::node &value, const placed_line &line)
+    {
+        std::vector<std::string_view> known;
+        for (const node_key &one : line.table->keys)
+            known.push_back(one.name);
+        refuse(key, name, value, fmt::format(" in {}", line.table->heading()), known);
     }
-}
+
+    void take(const node_key &key, const toml::node &value, placed_line &line)
+    {
+        line.keys.push_back({&key, position_of(value)});
+        const argument &meant = *line.asked.row->find_argument(key.argument);
+        const auto text = typed(value);
+        line.sound = text.has_value();
+        if (!text)
+            return note_type(value, key.name, "a number or a text");
+        try {
+            line.asked.given.set(meant.name, meant.kind.read(*text));
+        } catch (const wrong_value &wrong) {
+            line.sound = false;
+            note(value, fmt::format("{}: {}", key.name, wrong.what()));
+        }
+    }
+
+    void take_elements(const node_key &key, const toml::node &value, const placed_line &line)
+    {
+        const toml::array *list = value.as_array();
+        if (!list)
+            return note_type(value, key.name, "an array");
+        const command &row = *rows_.find(key.each);
+        for (const toml::node &element : *list) {
+            elements_.push_back({invocation_of(row), line.table, line.at});
+            elements_.back().asked.line = position_of(element).line;
+            take(key, element, elements_.back());
+        }
+    }
+
+    // What could not be read, or is misspelt, is written all the same.
+    void check_presence(const placed_line &line)
+    {
+        const auto name_of = [&](const argument &one) { return line.table->key_of(one.name); };
+        const auto is_written = [&](const argument &one) {
+            const auto means_it = [&](const placed_line::placed_key &placed) {
+                return placed.key->argument == one.name;
+            };
+            return std::ranges::any_of(line.keys, means_it) || is_misspelt(name_of(one));
+        };
+        for (const mistake &one : mistakes_in(*line.asked.row, is_written, name_of))
+            read_.problems.push_back(one.at ? problem{line.at_of(one.at->name), one.message}
+                                            : problem{line.at, line.table->heading() + ": " + one.message});
+    }
+
+    void check_together(placed_line &line)
+    {
+        const command &row = *line.asked.row;
+        set_defaults(row, line.asked.given);
+        if (const auto wrong = row.check ? row.check(line.asked.given) : std::nullopt) {
+            read_.problems.push_back(line.wrong(wrong->argument, wrong->what));
+            line.sound = false;
+        }
+    }
+
+    const command_table &rows_;
+    node_file_read &read_;
+    std::vector<std::string_view> misspelt_; // known names that unknown ones come close to
+    std::vector<placed_line> elements_;      // lines that come behind those of all tables of a name
+};
 
 // The parser names the setting that a document exceeds, which says nothing to the file's author.
 std::string parser_message(std::string_view description)
@@ -185,14 +287,25 @@ std::optional<problem> hostile_line(std::string_view text)
 
 } // namespace
 
-node_file_read read_node_file(const std::string &file)
+position placed_line::at_of(std::string_view argument) const
+{
+    const auto found = std::ranges::find(keys, argument, [](const placed_key &one) { return one.key->argument; });
+    return found == keys.end() ? at : found->at;
+}
+
+problem placed_line::wrong(std::string_view argument, std::string_view what) const
+{
+    return {at_of(argument), fmt::format("{}: {}", table->key_of(argument), what)};
+}
+
+node_file_read read_node_file(const std::string &file, const command_table &rows)
 {
     problem_list problems;
     const std::string text = text_of_file(file, problems);
-    return problems.empty() ? parse_node_file(text) : node_file_read{{}, std::move(problems)};
+    return problems.empty() ? parse_node_file(text, rows) : node_file_read{{}, std::move(problems)};
 }
 
-node_file_read parse_node_file(std::string_view text)
+node_file_read parse_node_file(std::string_view text, const command_table &rows)
 {
     node_file_read read;
     if (auto hostile = hostile_line(text)) {
@@ -200,8 +313,7 @@ node_file_read parse_node_file(std::string_view text)
         return read;
     }
     try {
-        const toml::table document = toml::parse(text);
-        read_document(table_reader(document, "", read.problems), read);
+        document_reader(rows, read).read(toml::parse(text));
     } catch (const toml::parse_error &error) {
         read.problems.push_back({position_of(error.source()), parser_message(error.description())});
     }

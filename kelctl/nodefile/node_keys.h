@@ -1,32 +1,45 @@
-// The tables and keys of node files: what the reader accepts, and what the manual page tells.
+// What the tables of a node file stand for: the row of the table of commands that each asks for, and which key is which of
+// its arguments. What a key may be, whether it has to be there and what counts without it, the argument says.
 #pragma once
 
+#include "kelctl/language/command.h"
+
 #include <span>
+#include <string>
 #include <string_view>
-#include <vector>
 
 namespace kelctl
 {
 
 struct node_key {
-    std::string_view name;
-    std::string_view value; // what it may be
-    std::string_view help;
-    std::string_view otherwise = {}; // what counts when it is left out; empty: it may not be
-    std::string_view instead = {};   // the key that has to be there when this one is not, and must not be when it is
+    std::string_view name;      // "dst_mac"; "shaping.rate" of a table in the table
+    std::string_view argument;  // of the row
+    std::string_view each = {}; // the row that every element of an array asks for; empty: the table's, once
 };
 
+// How often a table is in a file.
+enum class occurrence { once, at_most_once, any };
+
 struct node_table {
-    std::string_view name;    // "path.shaping" of a table in a table
-    std::string_view heading; // as it is written: "[[path]]"
+    std::string_view name;
+    std::string_view row;
     std::string_view help;
     std::span<const node_key> keys;
+    occurrence times = occurrence::any;
+    std::string_view before = {};                 // the command that comes once before all those of these tables
+    std::span<const std::string_view> after = {}; // those behind them
+
+    // "[[path]]"
+    std::string heading() const;
+
+    // Null: it has none such.
+    const node_key *find(std::string_view key) const;
+
+    // The key of the row's argument, or of that of its `each`.
+    std::string_view key_of(std::string_view argument) const;
 };
 
 // In the order of a node's bring-up.
 std::span<const node_table> node_tables();
-
-// The keys of a table; of the whole file without a name: its tables.
-std::vector<std::string_view> node_keys_of(std::string_view table);
 
 } // namespace kelctl

@@ -1,8 +1,9 @@
-// One function for each rule that several values of a node file have to satisfy.
+// One function for each rule that several lines of a node file have to satisfy, or one beyond what its command asks for.
 #include "kelctl/nodefile/node_rules.h"
 
 #include "kel/kel_node_names.h"
 #include "kelctl/values/ic_port.h"
+#include "kelctl/values/mac_address.h"
 
 #include <fmt/core.h>
 
@@ -23,198 +24,273 @@ constexpr int32_t port_without_mac_channel = 0;
 constexpr size_t most_groups = 30;
 constexpr size_t most_members = 16; // of a group
 
-// The first of the entry's addresses that lies behind the EIOA.
-std::optional<mac_address> first_eioa_address(const path_entry &entry, uint8_t mp_id)
+using lines = std::vector<const placed_line *>;
+
+lines lines_of(const node_file_read &file, std::string_view row)
 {
-    for (uint32_t i = 0; i < entry.count; ++i) {
-        const mac_address mac = counted_up(entry.dst_mac, i);
+    lines found;
+    for (const placed_line &line : file.lines)
+        if (line.asked.row->name == row)
+            found.push_back(&line);
+    return found;
+}
+
+lines sound_lines_of(const node_file_read &file, std::string_view row)
+{
+    lines found = lines_of(file, row);
+    std::erase_if(found, [](const placed_line *line) { return !line->sound; });
+    return found;
+}
+
+// What a sound [[path]] asks for.
+struct path_entry {
+    explicit path_entry(const placed_line *written)
+        : line(written), first(line->asked.given.mac("MAC")), port(line->asked.given.number<int32_t>("--port")),
+          count(line->asked.given.has("--count") ? line->asked.given.number<uint32_t>("--count") : 1)
+    {
+    }
+
+    const placed_line *line;
+    mac_address first;
+    int32_t port;
+    uint32_t count;
+};
+
+using path_list = std::vector<path_entry>;
+
+// The library takes any address, and reports any port; neither is of use.
+void check_stations(const node_file_read &file, problem_list &problems)
+{
+    for (const placed_line &line : file.lines)
+        for (const auto &[key, at] : line.keys)
+            if (const argument_value *value = line.asked.given.find(key->argument))
+                if (const auto *mac = std::get_if<mac_address>(value); mac && !is_station(*mac))
+                    problems.push_back(
+                        line.wrong(key->argument, fmt::format("{} is not the address of one station", to_text(*mac))));
+}
+
+void check_ports(const path_list &paths, problem_list &problems)
+{
+    for (const path_entry &path : paths)
+        if (!carries_ebcom(path.port))
+            problems.push_back(path.line->wrong("--port", fmt::format("{} does not carry EBCOM; these do: {}",
+                                                                      port_text(path.port), ports_with_ebcom)));
+}
+
+// The first of the path's addresses that lies behind the EIOA.
+std::optional<mac_address> first_eioa_address(const path_entry &path, uint8_t mp_id)
+{
+    for (uint32_t i = 0; i < path.count; ++i) {
+        const mac_address mac = counted_up(path.first, i);
         if (location_of(mac, mp_id) == KEL_LOCATION_EIOA)
             return mac;
     }
     return std::nullopt;
 }
 
-void check_mac_channels(const node_file &node, uint8_t mp_id, problem_list &problems)
+void check_mac_channels(const path_list &paths, uint8_t mp_id, problem_list &problems)
 {
-    for (const path_entry &entry : node.paths) {
-        if (entry.port != port_without_mac_channel)
+    for (const path_entry &path : paths) {
+        if (path.port != port_without_mac_channel)
             continue;
-        if (const auto mac = first_eioa_address(entry, mp_id))
-            problems.push_back({entry.port_at, fmt::format("port: {} is an EIOA destination, and port {} has no way "
-                                                           "there",
-                                                           to_text(*mac), port_text(entry.port))});
+        if (const auto mac = first_eioa_address(path, mp_id))
+            problems.push_back(
+                path.line->wrong("--port", fmt::format("{} is an EIOA destination, and port {} has no way there",
+                                                       to_text(*mac), port_text(path.port))));
     }
 }
 
-// One queue carries all paths of a port: the first entry decides how it is shaped.
-void check_shaping(const node_file &node, problem_list &problems)
+bool same_argument(const placed_line &one, const placed_line &other, std::string_view name)
 {
-    std::map<int32_t, const path_entry *> first_of_port;
-    for (const path_entry &entry : node.paths) {
-        const path_entry &first = *first_of_port.try_emplace(entry.port, &entry).first->second;
-        if (entry.shaping == first.shaping)
-            continue;
-        problems.push_back({entry.shaping_at, fmt::format("shaping: differs from that of the path in line {} on the "
-                                                          "same port, {}",
-                                                          first.at.line, port_text(entry.port))});
+    const argument_value *value = one.asked.given.find(name);
+    const argument_value *other_value = other.asked.given.find(name);
+    return value && other_value ? *value == *other_value : value == other_value;
+}
+
+// One queue carries all paths of a port: the first one decides how it is shaped.
+void check_shaping(const path_list &paths, problem_list &problems)
+{
+    constexpr std::string_view shaping[] = {"--rate", "--burst", "--threshold"};
+    std::map<int32_t, const placed_line *> first_of_port;
+    for (const path_entry &path : paths) {
+        const placed_line &first = *first_of_port.try_emplace(path.port, path.line).first->second;
+        const auto *const other = std::ranges::find_if(
+            shaping, [&](std::string_view name) { return !same_argument(*path.line, first, name); });
+        if (other != std::end(shaping))
+            problems.push_back(
+                path.line->wrong(*other, fmt::format("differs from that of the path in line {} on the same port, {}",
+                                                     first.at.line, port_text(path.port))));
     }
 }
 
-void check_amounts(const node_file &node, problem_list &problems)
+void check_amounts(const path_list &paths, problem_list &problems)
 {
-    uint64_t paths = 0;
+    uint64_t all = 0;
     std::map<int32_t, uint64_t> paths_on_port;
-    for (const path_entry &entry : node.paths) {
-        const uint64_t before = std::exchange(paths, paths + entry.count);
-        if (before <= most_paths && paths > most_paths)
-            problems.push_back({entry.count_at, fmt::format("count: more than {} paths in all", most_paths)});
+    for (const path_entry &path : paths) {
+        const uint64_t before = std::exchange(all, all + path.count);
+        if (before <= most_paths && all > most_paths)
+            problems.push_back(path.line->wrong("--count", fmt::format("more than {} paths in all", most_paths)));
 
-        uint64_t &on_port = paths_on_port[entry.port];
-        const uint64_t before_on_port = std::exchange(on_port, on_port + entry.count);
+        uint64_t &on_port = paths_on_port[path.port];
+        const uint64_t before_on_port = std::exchange(on_port, on_port + path.count);
         if (before_on_port <= most_paths_on_a_port && on_port > most_paths_on_a_port)
-            problems.push_back({entry.count_at, fmt::format("count: more than {} paths on port {}",
-                                                            most_paths_on_a_port, port_text(entry.port))});
+            problems.push_back(path.line->wrong(
+                "--count", fmt::format("more than {} paths on port {}", most_paths_on_a_port, port_text(path.port))));
     }
 }
 
 // Paths to one destination from several ports count once. Too many paths are reported already.
-void check_destination_count(const node_file &node, size_t most, problem_list &problems)
+void check_destination_count(const path_list &paths, size_t most, problem_list &problems)
 {
-    uint64_t paths = 0;
+    uint64_t all = 0;
     std::set<mac_address> destinations;
-    for (const path_entry &entry : node.paths) {
-        paths += entry.count;
-        if (paths > most_paths)
+    for (const path_entry &path : paths) {
+        all += path.count;
+        if (all > most_paths)
             return;
-        for (uint32_t i = 0; i < entry.count; ++i)
-            destinations.insert(counted_up(entry.dst_mac, i));
+        for (uint32_t i = 0; i < path.count; ++i)
+            destinations.insert(counted_up(path.first, i));
         if (destinations.size() <= most)
             continue;
-        problems.push_back(
-            {entry.count_at, fmt::format("count: more than {} destinations in all, which is what this platform has "
-                                         "room for",
-                                         most)});
+        problems.push_back(path.line->wrong(
+            "--count",
+            fmt::format("more than {} destinations in all, which is what this platform has room for", most)));
         return;
     }
 }
 
-// What has an id: a PCEP or a group.
+// A PCEP or a group.
 struct end_point {
-    uint32_t id;
-    position id_at;
-    position at;
+    const placed_line *line;
+    std::string_view argument; // that is its id
     std::string_view kind;
 };
 
 constexpr std::string_view pcep_kind = "PCEP";
 constexpr std::string_view group_kind = "multicast group";
 
-// In the order of the file, in which both kinds may be mixed.
-std::vector<end_point> end_points_of(const node_file &node)
+// Those with an id that could be read, in the order of the file, in which both kinds may be mixed.
+std::vector<end_point> end_points_of(const node_file_read &file)
 {
     std::vector<end_point> all;
-    for (const pcep_entry &pcep : node.pceps)
-        all.push_back({pcep.id, pcep.id_at, pcep.at, pcep_kind});
-    for (const multicast_entry &group : node.groups)
-        all.push_back({group.id, group.id_at, group.at, group_kind});
-    std::erase_if(all, [](const end_point &one) { return one.id == no_id; });
-    std::sort(all.begin(), all.end(), [](const end_point &a, const end_point &b) { return a.at < b.at; });
+    for (const placed_line *line : lines_of(file, "pcep add"))
+        all.push_back({line, "ID", pcep_kind});
+    for (const placed_line *line : lines_of(file, "group add"))
+        all.push_back({line, "GROUP", group_kind});
+    std::erase_if(all, [](const end_point &one) { return !one.line->asked.given.has(one.argument); });
+    std::ranges::sort(all, {}, [](const end_point &one) { return one.line->at; });
     return all;
 }
 
-// Of each id the first one, which is whom other entries mean by it.
+// Of each id the first one, which is whom other lines mean by it.
 using end_points = std::map<uint32_t, end_point>;
 
-end_points check_ids(const node_file &node, problem_list &problems)
+end_points check_ids(const node_file_read &file, problem_list &problems)
 {
     end_points first_of_id;
-    for (const end_point &one : end_points_of(node)) {
-        const auto [first, is_new] = first_of_id.try_emplace(one.id, one);
+    for (const end_point &one : end_points_of(file)) {
+        const uint32_t id = one.line->asked.given.id(one.argument);
+        const auto [first, is_new] = first_of_id.try_emplace(id, one);
         if (!is_new)
-            problems.push_back({one.id_at, fmt::format("id: {} is that of the {} in line {}", one.id,
-                                                       first->second.kind, first->second.at.line)});
+            problems.push_back(
+                one.line->wrong(one.argument, fmt::format("{} is that of the {} in line {}", id, first->second.kind,
+                                                          first->second.line->at.line)));
     }
     return first_of_id;
 }
 
-void check_member(const placed_number &member, const end_points &all, problem_list &problems)
+// What is wrong with a PCEP as a member; empty: nothing.
+std::string no_member(uint32_t id, const end_points &all)
 {
-    const auto named = all.find(member.value);
+    const auto named = all.find(id);
     if (named == all.end())
-        problems.push_back({member.at, fmt::format("members: no PCEP of this file has the id {}", member.value)});
-    else if (named->second.kind != pcep_kind)
-        problems.push_back({member.at, fmt::format("members: {} is the {} in line {}, not a PCEP", member.value,
-                                                   named->second.kind, named->second.at.line)});
+        return fmt::format("no PCEP of this file has the id {}", id);
+    if (named->second.kind == pcep_kind)
+        return "";
+    return fmt::format("{} is the {} in line {}, not a PCEP", id, named->second.kind, named->second.line->at.line);
 }
 
-void check_members(const multicast_entry &group, const end_points &all, problem_list &problems)
+// The members of a group are those of its table.
+void check_members(const node_file_read &file, const end_points &all, problem_list &problems)
 {
-    std::set<uint32_t> before;
-    for (const placed_number &member : group.members) {
-        if (before.insert(member.value).second)
-            check_member(member, all, problems);
-        else
-            problems.push_back({member.at, fmt::format("members: {} is named twice", member.value)});
+    std::map<position, std::set<uint32_t>> members_of_table;
+    std::map<position, size_t> count_of_table;
+    for (const placed_line *member : sound_lines_of(file, "group member add")) {
+        if (++count_of_table[member->at] == most_members + 1)
+            problems.push_back(member->wrong("ID", fmt::format("more than {} in one group", most_members)));
+        const uint32_t id = member->asked.given.id("ID");
+        const bool is_new = members_of_table[member->at].insert(id).second;
+        const std::string what = is_new ? no_member(id, all) : fmt::format("{} is named twice", id);
+        if (!what.empty())
+            problems.push_back(member->wrong("ID", what));
     }
-    if (group.members.size() > most_members)
-        problems.push_back(
-            {group.members[most_members].at, fmt::format("members: more than {} in one group", most_members)});
 }
 
-void check_groups(const node_file &node, const end_points &all, problem_list &problems)
+void check_group_count(const node_file_read &file, problem_list &problems)
 {
-    for (const multicast_entry &group : node.groups)
-        check_members(group, all, problems);
-    if (node.groups.size() > most_groups)
-        problems.push_back(
-            {node.groups[most_groups].at, fmt::format("[[multicast]]: more than {} groups", most_groups)});
+    const lines groups = lines_of(file, "group add");
+    if (groups.size() > most_groups)
+        problems.push_back({groups[most_groups]->at, fmt::format("[[multicast]]: more than {} groups", most_groups)});
 }
 
 bool leads_to(const path_entry &path, const mac_address &mac)
 {
-    return path.dst_mac <= mac && mac <= counted_up(path.dst_mac, path.count - 1);
+    return path.first <= mac && mac <= counted_up(path.first, path.count - 1);
 }
 
-bool has_destination(const node_file &node, const mac_address &mac)
+// Lines with problems of their own may be the ones that lead there: then nothing can be said.
+void check_destinations(const node_file_read &file, const path_list &paths, problem_list &problems)
 {
-    return std::ranges::any_of(node.paths, [&](const path_entry &path) { return leads_to(path, mac); }) ||
-           std::ranges::any_of(node.pceps, [&](const pcep_entry &pcep) { return pcep.local_mac == mac; });
+    const lines pceps = lines_of(file, "pcep add");
+    for (const placed_line *stream : sound_lines_of(file, "traffic stream add")) {
+        if (!file.problems.empty() || !stream->asked.given.has("--to"))
+            continue;
+        const mac_address mac = stream->asked.given.mac("--to");
+        const auto is_there = [&](const placed_line *pcep) { return pcep->asked.given.mac("--local") == mac; };
+        if (std::ranges::none_of(paths, [&](const path_entry &path) { return leads_to(path, mac); }) &&
+            std::ranges::none_of(pceps, is_there))
+            problems.push_back(stream->wrong("--to", fmt::format("no path of this file leads to {}, and no PCEP has "
+                                                                 "it as its local address",
+                                                                 to_text(mac))));
+    }
 }
 
-// Tables with problems of their own may be the ones that lead there: then nothing can be said.
-void check_destinations(const node_file &node, problem_list &problems)
+void check_senders(const node_file_read &file, const end_points &all, problem_list &problems)
 {
-    if (!problems.empty())
-        return;
-    for (const traffic_entry &traffic : node.traffic)
-        if (traffic.to && !has_destination(node, *traffic.to))
-            problems.push_back({traffic.to_at, fmt::format("to: no path of this file leads to {}, and no PCEP has it "
-                                                           "as its local address",
-                                                           to_text(*traffic.to))});
+    for (const placed_line *stream : sound_lines_of(file, "traffic stream add"))
+        if (stream->asked.given.has("--from") && !all.contains(stream->asked.given.id("--from")))
+            problems.push_back(
+                stream->wrong("--from", fmt::format("no PCEP and no multicast group of this file has the id {}",
+                                                    stream->asked.given.id("--from"))));
 }
 
-void check_senders(const node_file &node, const end_points &all, problem_list &problems)
+uint8_t mp_id_of(const node_file_read &file, uint8_t otherwise)
 {
-    for (const traffic_entry &traffic : node.traffic)
-        if (!traffic.to && !all.contains(traffic.from))
-            problems.push_back({traffic.from_at, fmt::format("from: no PCEP and no multicast group of this file has "
-                                                             "the id {}",
-                                                             traffic.from)});
+    const lines set = sound_lines_of(file, "mpid");
+    return set.empty() ? otherwise : set.front()->asked.given.number<uint8_t>("MPID");
 }
 
 } // namespace
 
-void check_rules(const node_file &node, const surroundings &around, problem_list &problems)
+void check_rules(node_file_read &file, const surroundings &around)
 {
-    check_destinations(node, problems);
-    check_mac_channels(node, node.mpid.value_or(around.mp_id), problems);
-    check_shaping(node, problems);
-    check_amounts(node, problems);
+    problem_list problems;
+    const lines written = sound_lines_of(file, "ebcom path add");
+    const path_list paths(written.begin(), written.end());
+    check_stations(file, problems);
+    check_ports(paths, problems);
+    check_mac_channels(paths, mp_id_of(file, around.mp_id), problems);
+    check_shaping(paths, problems);
+    check_amounts(paths, problems);
     if (around.most_destinations)
-        check_destination_count(node, *around.most_destinations, problems);
-    const end_points all = check_ids(node, problems);
-    check_groups(node, all, problems);
-    check_senders(node, all, problems);
+        check_destination_count(paths, *around.most_destinations, problems);
+    const end_points all = check_ids(file, problems);
+    check_members(file, all, problems);
+    check_group_count(file, problems);
+    check_destinations(file, paths, problems);
+    check_senders(file, all, problems);
+    std::ranges::move(problems, std::back_inserter(file.problems));
 }
 
 } // namespace kelctl

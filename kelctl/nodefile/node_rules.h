@@ -1,8 +1,7 @@
-// What the tables of a node file must satisfy together, and with the node: the rules that no single value can break.
+// What the lines of a node file must satisfy together, and with the node: the rules that no single line can break.
 #pragma once
 
 #include "kelctl/nodefile/node_file.h"
-#include "kelctl/values/problem.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -17,7 +16,7 @@ struct surroundings {
     std::optional<size_t> most_destinations = {}; // that the platform has room for; none: that is not known
 };
 
-// Adds what is wrong.
-void check_rules(const node_file &node, const surroundings &around, problem_list &problems);
+// Adds what is wrong to the file's problems.
+void check_rules(node_file_read &file, const surroundings &around);
 
 } // namespace kelctl

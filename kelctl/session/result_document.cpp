@@ -44,8 +44,8 @@ fields arguments_of(const invocation &asked)
 {
     fields given = fields::object();
     for (const argument &one : asked.row->arguments)
-        if (const auto value = asked.given.all().find(one.name); value != asked.given.all().end())
-            given[key_of(one.name)] = json_of(value->second);
+        if (const argument_value *value = asked.given.find(one.name))
+            given[key_of(one.name)] = json_of(*value);
     return given;
 }
 

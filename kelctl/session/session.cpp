@@ -139,8 +139,8 @@ void session::direct_trace()
 void session::remember(const invocation &asked)
 {
     for (const argument &one : asked.row->arguments)
-        if (const auto used = asked.given.all().find(one.name); one.kind.remember && used != asked.given.all().end())
-            one.kind.remember(used->second, known);
+        if (const argument_value *used = asked.given.find(one.name); used && one.kind.remember)
+            one.kind.remember(*used, known);
 }
 
 } // namespace kelctl

@@ -12,7 +12,7 @@ namespace
 
 bool same(const invocation &one, const invocation &other)
 {
-    return one.row == other.row && one.given.all() == other.given.all();
+    return one.row == other.row && one.given == other.given;
 }
 
 } // namespace
@@ -25,9 +25,7 @@ std::optional<invocation> undo_of(const invocation &asked, const command_table &
     if (!row)
         return std::nullopt;
     invocation undo = {.row = row, .chosen = &row->variants.front(), .given = {}, .line = asked.line, .raw = asked.raw};
-    for (const argument &one : row->arguments)
-        if (const auto value = asked.given.all().find(one.name); value != asked.given.all().end())
-            undo.given.set(one.name, value->second);
+    take_arguments(*row, asked.given, undo.given);
     return undo;
 }
 

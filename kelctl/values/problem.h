@@ -19,12 +19,6 @@ struct position {
 
 inline constexpr position whole_file = {0, 0};
 
-// A number of the file, and where it stands there.
-struct placed_number {
-    uint32_t value = 0;
-    position at;
-};
-
 struct problem {
     position at;
     std::string message;

@@ -4,7 +4,7 @@
  *     node_picture examples/node.toml
  */
 #include "kelctl/commands/commands.h"
-#include "kelctl/node/node_lines.h"
+#include "kelctl/node/load_node_file.h"
 #include "kelctl/session/result.h"
 #include "kelctl/session/session.h"
 #include "softnode/softnode.h"
@@ -27,12 +27,12 @@ int main(int count, char **arguments)
 {
     if (count != 2)
         return EXIT_FAILURE;
-    const node_file_read read = read_node_file(arguments[1]);
-    if (!read.problems.empty())
+    const loaded_node_file node = load_node_file(arguments[1], commands());
+    if (!node.errors.empty())
         return EXIT_FAILURE;
     session here(commands(), place::script, true, false);
     const auto succeeds = [&](const invocation &line) { return here.perform(line).status == exit_done; };
-    if (!std::ranges::all_of(lines_of(read.node, commands()), succeeds) || softnode_timing_settle(generous) != 1)
+    if (!std::ranges::all_of(node.lines, succeeds) || softnode_timing_settle(generous) != 1)
         return EXIT_FAILURE;
     const std::unique_ptr<char, void (*)(void *)> picture(softnode_graph_dot(), std::free);
     std::fputs(picture.get(), stdout);

@@ -2,7 +2,6 @@
 #include "kelctl/commands/commands.h"
 #include "kelctl/language/command_line.h"
 #include "kelctl/language/command_text.h"
-#include "kelctl/node/node_lines.h"
 #include "kelctl/nodefile/node_file.h"
 #include "kelctl/nodefile/node_rules.h"
 
@@ -25,10 +24,10 @@ void check_places(const problem_list &problems, std::string_view text)
 }
 
 // Every line is a command that a person could type.
-void plan(const node_file &node)
+void plan(const node_file_read &read)
 {
-    for (const invocation &line : lines_of(node, commands()))
-        if (parse(commands(), words_of(text_of(line)), place::script).given.all() != line.given.all())
+    for (const placed_line &line : read.lines)
+        if (parse(commands(), words_of(text_of(line.asked)), place::script).given != line.asked.given)
             std::abort();
 }
 
@@ -37,10 +36,10 @@ void plan(const node_file &node)
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *octets, size_t count)
 {
     const std::string_view text(reinterpret_cast<const char *>(octets), count);
-    node_file_read read = parse_node_file(text);
-    check_rules(read.node, {}, read.problems);
+    node_file_read read = parse_node_file(text, commands());
+    check_rules(read, {});
     check_places(read.problems, text);
     if (read.problems.empty())
-        plan(read.node);
+        plan(read);
     return 0;
 }

@@ -26,7 +26,7 @@ bool may_be_left_out(const argument &one, const invocation &asked)
 void check_text(const invocation &asked)
 {
     const invocation again = parse(commands(), words_of(text_of(asked)), place::script);
-    if (again.row != asked.row || again.given.all() != asked.given.all())
+    if (again.row != asked.row || again.given != asked.given)
         std::abort();
 }
 

@@ -185,7 +185,7 @@ TEST(Count, HasToFitTheLastThreeOctets)
 {
     const auto outcome = run_text(started + "ebcom path add 02:00:00:ff:ff:fe --port 42 --count 3\n");
     EXPECT_EQ(outcome.status, 2);
-    EXPECT_THAT(outcome.err, StartsWith("-:4: --count: only 1 more addresses follow 02:00:00:ff:ff:fe in its last "
+    EXPECT_THAT(outcome.err, StartsWith("-:4:52: --count: only 1 more addresses follow 02:00:00:ff:ff:fe in its last "
                                         "three octets\n"));
 }
 

@@ -86,8 +86,10 @@ TEST(TrafficStream, OffersFramesAsTimePasses)
 TEST(TrafficStream, WrongOnesAreRefused)
 {
     const std::string stream = "traffic stream add --from 7 --octets 64 --frames-per-second ";
-    EXPECT_THAT(run_text(stream + "2000000\n").err, HasSubstr("-:1: the rate: more than 1000000 frames or bursts"));
-    EXPECT_THAT(run_text(stream + "10 --start 2s --stop 1s\n").err, HasSubstr("-:1: --stop: is not after the start\n"));
+    EXPECT_THAT(run_text(stream + "2000000\n").err,
+                HasSubstr("-:1:61: --frames-per-second: more than 1000000 frames or bursts"));
+    EXPECT_THAT(run_text(stream + "10 --start 2s --stop 1s\n").err,
+                HasSubstr("-:1:82: --stop: is not after the start\n"));
 }
 
 } // namespace

@@ -45,7 +45,7 @@ TEST(Undo, TakesTheArgumentsThatItNeeds)
     const invocation expected = asked("ebcom path remove 02:00:00:02:00:01 --port 6");
     EXPECT_EQ(undo->row, expected.row);
     EXPECT_EQ(undo->chosen, expected.chosen);
-    EXPECT_EQ(undo->given.all(), expected.given.all());
+    EXPECT_EQ(undo->given, expected.given);
 }
 
 TEST(Undo, ReadingHasNone)
