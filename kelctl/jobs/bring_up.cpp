@@ -41,7 +41,7 @@ std::string complaints_of(const std::vector<undone_command> &undone)
     std::string text;
     for (const undone_command &one : undone)
         if (!one.complaints.empty())
-            text += complaints_text(one.command, one.complaints, page_for(stderr));
+            text += complaints_text(one.command(), one.complaints, page_for(stderr));
     return text;
 }
 
@@ -59,12 +59,12 @@ fields objects_in(const std::optional<snapshot> &node)
 
 fields command_of(const undone_command &one)
 {
-    return one.command;
+    return one.command();
 }
 
 fields complaint_of(const undone_command &one)
 {
-    return {{"operation", one.command}, {"records", list_of(one.complaints, record_fields)}};
+    return {{"operation", one.command()}, {"records", list_of(one.complaints, record_fields)}};
 }
 
 std::vector<failure> failures_of(const std::vector<undone_command> &commands)
@@ -149,11 +149,12 @@ bool bring_up::down()
     part.failures = failures_of(refused);
     const auto undone = those(commands, [](const undone_command &one) { return one.failures.empty(); });
     const auto complaining = those(commands, [](const undone_command &one) { return !one.complaints.empty(); });
-    part.shown = {{"undone", list_of(undone, command_of)},
-                  {"not_undone", list_of(part.failures, failure_fields)},
-                  {"complaints", list_of(complaining, complaint_of)},
-                  {"left_behind", left ? fields(contents_text(*left)) : fields(nullptr)},
-                  {"left_objects", objects_in(left)}};
+    if (session_.json()) // it is large
+        part.shown = {{"undone", list_of(undone, command_of)},
+                      {"not_undone", list_of(part.failures, failure_fields)},
+                      {"complaints", list_of(complaining, complaint_of)},
+                      {"left_behind", left ? fields(contents_text(*left)) : fields(nullptr)},
+                      {"left_objects", objects_in(left)}};
     const bool clean = refused.empty() && empty;
     part.text = "";
     if (clean && stood_)

@@ -52,20 +52,24 @@ std::string enumeration(std::string_view lead, std::vector<std::string> parts)
 // The command that undoes one takes it off the session's stack when it succeeds.
 undone_command undo_last(session &session)
 {
-    const made_command last = session.made.all().back();
+    made_command last = session.made.all().back();
     const size_t before = session.made.all().size();
     result done = session.perform(last.undo);
     if (session.made.all().size() == before)
         session.made.drop_last();
-    return {.command = text_of(last.undo),
+    return {.undo = std::move(last.undo),
             .made = last.asked.row->makes,
-            .line = last.asked.line,
             .failures = std::move(done.failures),
             .complaints = std::move(done.complaints),
             .may_find_nothing = last.failed};
 }
 
 } // namespace
+
+std::string undone_command::command() const
+{
+    return text_of(undo);
+}
 
 std::vector<undone_command> take_down(session &session)
 {

@@ -12,12 +12,14 @@ namespace kelctl
 {
 
 struct undone_command {
-    std::string command; // as a person would type it
+    invocation undo; // in the line of the file of what it undoes
     product made;
-    uint32_t line = 0;                   // of the file, of what is undone
     std::vector<failure> failures;       // empty: it is undone
     std::vector<trace_entry> complaints; // failures that its records report, though it succeeded
     bool may_find_nothing = false;       // what it undoes had failed
+
+    // As a person would type it.
+    std::string command() const;
 };
 
 // Undoes all that the session made; goes on after failures.

@@ -8,9 +8,17 @@
 
 namespace kelctl
 {
+namespace
+{
+
+constexpr size_t usual_count = 6; // that most commands have room enough with
+
+} // namespace
 
 void arguments::set(std::string_view name, argument_value value)
 {
+    if (values_.empty())
+        values_.reserve(usual_count);
     const auto place = std::ranges::lower_bound(values_, name, {}, &given_argument::name);
     if (place != values_.end() && place->name == name)
         place->value = std::move(value);

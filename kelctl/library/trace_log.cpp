@@ -47,20 +47,21 @@ void trace_log::start_operation()
 {
     const std::lock_guard lock(mutex_);
     operation_thread_ = std::this_thread::get_id();
-    operation_.clear();
+    operation_count_ = 0;
 }
 
 std::vector<trace_entry> trace_log::operation_records()
 {
     const std::lock_guard lock(mutex_);
-    return operation_;
+    return {operation_.begin(), operation_.begin() + operation_count_};
 }
 
 std::vector<trace_entry> trace_log::operation_failures()
 {
     const std::lock_guard lock(mutex_);
     std::vector<trace_entry> failures;
-    std::ranges::copy_if(operation_, std::back_inserter(failures), tells_failure);
+    std::copy_if(operation_.begin(), operation_.begin() + operation_count_, std::back_inserter(failures),
+                 tells_failure);
     return failures;
 }
 
@@ -72,14 +73,24 @@ std::vector<trace_entry> trace_log::background_failures()
 
 void trace_log::take(const trace::record &record)
 {
-    trace_entry entry{record.event, record.domain, record.message, record.location};
     const std::lock_guard lock(mutex_);
+    const bool of_operation = std::this_thread::get_id() == operation_thread_;
+    trace_entry &entry = of_operation ? next_of_operation() : other_;
+    entry.event = record.event;
+    entry.domain = record.domain;
+    entry.message = record.message;
+    entry.location = record.location;
     if (live_)
         write(live_, layout_(entry));
-    if (std::this_thread::get_id() == operation_thread_)
-        operation_.push_back(std::move(entry));
-    else if (tells_failure(entry) && background_.size() < most_background_failures)
-        background_.push_back(std::move(entry));
+    if (!of_operation && tells_failure(entry) && background_.size() < most_background_failures)
+        background_.push_back(entry);
+}
+
+trace_entry &trace_log::next_of_operation()
+{
+    if (operation_count_ == std::ssize(operation_))
+        operation_.emplace_back();
+    return operation_[static_cast<size_t>(operation_count_++)];
 }
 
 } // namespace kelctl

@@ -4,6 +4,7 @@
 #include "kelctl/library/trace_entry.h"
 #include "trace/tap.h"
 
+#include <cstddef>
 #include <cstdio>
 #include <mutex>
 #include <thread>
@@ -42,12 +43,15 @@ public:
 
 private:
     void take(const trace::record &record);
+    trace_entry &next_of_operation();
 
     std::mutex mutex_; // guards what follows, and the order of lines on live_
     std::FILE *live_;
     std::string (*layout_)(const trace_entry &) = text_line;
     std::thread::id operation_thread_ = std::this_thread::get_id();
-    std::vector<trace_entry> operation_;
+    std::vector<trace_entry> operation_; // so many of them; the others keep their texts' memory for the next operation
+    std::ptrdiff_t operation_count_ = 0;
+    trace_entry other_; // the latest one of any other thread
     std::vector<trace_entry> background_;
     bool installed_ = false;
 };

@@ -53,7 +53,7 @@ public:
         for (const undone_command &undone : take_down(*session_))
             for (const failure &refused : undone.failures)
                 note_["take_down"].push_back(
-                    {{"line", undone.line}, {"command", undone.command}, {"code", refused.code}});
+                    {{"line", undone.undo.line}, {"command", undone.command()}, {"code", refused.code}});
     }
 
     std::string note() const

@@ -15,8 +15,8 @@ namespace
 {
 
 using testing::ElementsAre;
-using testing::Field;
 using testing::IsEmpty;
+using testing::Property;
 using testing::SizeIs;
 
 constexpr product path = {"path", "paths", "removed"};
@@ -24,7 +24,7 @@ constexpr product service = {.one = "EBCOM service", .undone = "stopped"};
 
 undone_command undone(const product &made, std::vector<failure> failures = {})
 {
-    return {.command = "", .made = made, .line = 0, .failures = std::move(failures), .complaints = {}};
+    return {.undo = {}, .made = made, .failures = std::move(failures), .complaints = {}};
 }
 
 class TakeDown : public testing::Test
@@ -43,9 +43,9 @@ TEST_F(TakeDown, GoesFromTheLastToTheFirst)
     for (const char *line : {"ebcom interface create", "ebcom start", "ebcom path add 02:00:00:02:00:01 --port 6"})
         ASSERT_EQ(here.run(line).status, exit_done) << line;
     EXPECT_THAT(take_down(here),
-                ElementsAre(Field(&undone_command::command, "ebcom path remove 02:00:00:02:00:01 --port RLU1P"),
-                            Field(&undone_command::command, "ebcom stop"),
-                            Field(&undone_command::command, "ebcom interface delete")));
+                ElementsAre(Property(&undone_command::command, "ebcom path remove 02:00:00:02:00:01 --port RLU1P"),
+                            Property(&undone_command::command, "ebcom stop"),
+                            Property(&undone_command::command, "ebcom interface delete")));
     EXPECT_TRUE(current_snapshot()->empty());
     EXPECT_THAT(take_down(here), IsEmpty());
 }
@@ -59,7 +59,7 @@ TEST_F(TakeDown, GoesOnAfterAFailureAndReportsIt)
     const auto all = take_down(here);
     softnode_faults_clear();
     ASSERT_THAT(all, SizeIs(2));
-    EXPECT_EQ(all[0].command, "ebcom stop");
+    EXPECT_EQ(all[0].command(), "ebcom stop");
     ASSERT_THAT(all[1].failures, SizeIs(1));
     EXPECT_EQ(all[1].failures[0].code, 13u);
     EXPECT_THAT(here.made.all(), IsEmpty());
