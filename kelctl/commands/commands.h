@@ -13,11 +13,14 @@ const command_table &commands();
 std::vector<command> node_commands();        // up, check, plan
 std::vector<command> table_commands();       // ports, codes, limits
 std::vector<command> session_commands();     // run, shell, help, exit, quit
-std::vector<command> ebcom_commands();       // service, parameters, interface, timestamp
+std::vector<command> parameter_commands();   // MP id, parameters, limits of the EBCOM service
+std::vector<command> ebcom_commands();       // the service: interface, start, timestamp, scheduler tree
 std::vector<command> path_commands();        // paths, shapers, schedulers, handles
-std::vector<command> pcep_commands();        // PCEPs and multicast groups
+std::vector<command> pcep_commands();        // PCEPs
+std::vector<command> group_commands();       // multicast groups of them
 std::vector<command> statistics_commands();  // counters of everything
-std::vector<command> traffic_commands();     // traffic and time of the software accelerator
+std::vector<command> traffic_commands();     // traffic of the software accelerator
+std::vector<command> time_commands();        // its virtual time
 std::vector<command> trace_commands();       // messages, trace point, abort
 std::vector<command> accelerator_commands(); // snapshot, graph, reset of the software accelerator
 std::vector<command> fault_commands();       // its fault rules

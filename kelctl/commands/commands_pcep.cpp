@@ -1,4 +1,4 @@
-// PCEPs and the multicast groups of them.
+// PCEPs, and the service that keeps them.
 #include "kel/kel_core_ic_pcep.h"
 #include "kel/kel_node_names.h"
 #include "kelctl/commands/commands.h"
@@ -19,9 +19,6 @@ namespace
 
 const argument pcep = {.name = "ID", .kind = pcep_id(), .help = "of the PCEP"};
 const argument new_pcep = {.name = "ID", .kind = new_pcep_id(), .help = "of the PCEP"};
-const argument group = {.name = "GROUP", .kind = group_id(), .help = "id of the multicast group"};
-const argument new_group = {.name = "GROUP", .kind = new_group_id(), .help = "id of the multicast group"};
-const argument member = {.name = "ID", .kind = pcep_id(), .help = "of the PCEP that is the member"};
 
 kel_pcep_config configuration_of(const arguments &given)
 {
@@ -50,17 +47,6 @@ result add_pcep(const invocation &asked, session &session)
 template <uint32_t (*Function)(uint32_t)> result change_pcep(const invocation &asked, session &session)
 {
     return session.call(asked, Function, value("pcep_id", asked.given.number<uint32_t>("ID")));
-}
-
-template <uint32_t (*Function)(uint32_t)> result change_group(const invocation &asked, session &session)
-{
-    return session.call(asked, Function, value("mc_pcep_id", asked.given.number<uint32_t>("GROUP")));
-}
-
-template <uint32_t (*Function)(uint32_t, uint32_t)> result change_member(const invocation &asked, session &session)
-{
-    return session.call(asked, Function, value("mc_pcep_id", asked.given.number<uint32_t>("GROUP")),
-                        value("uc_pcep_id", asked.given.number<uint32_t>("ID")));
 }
 
 result locate(const invocation &asked, session &session)
@@ -158,30 +144,6 @@ std::vector<command> pcep_commands()
          .help = "Tell where an address sits and which type goes with it",
          .arguments = {{.name = "MAC", .kind = mac(), .help = "any address"}},
          .example = "pcep locate 02:00:00:02:00:01"},
-        {.name = "group add",
-         .variants = {{"kel_core_ic_pcep_mc_group_add", change_group<kel_core_ic_pcep_mc_group_add>}},
-         .help = "Create a multicast group",
-         .arguments = {new_group},
-         .example = "group add 300",
-         .undo = "group remove",
-         .makes = {"multicast group", "multicast groups", "removed"}},
-        {.name = "group remove",
-         .variants = {{"kel_core_ic_pcep_mc_group_rem", change_group<kel_core_ic_pcep_mc_group_rem>}},
-         .help = "Delete a multicast group without members",
-         .arguments = {group},
-         .example = "group remove 300"},
-        {.name = "group member add",
-         .variants = {{"kel_core_ic_pcep_mc_member_add", change_member<kel_core_ic_pcep_mc_member_add>}},
-         .help = "Add a PCEP to a multicast group",
-         .arguments = {group, member},
-         .example = "group member add 300 7",
-         .undo = "group member remove",
-         .makes = {"group member", "group members", "removed"}},
-        {.name = "group member remove",
-         .variants = {{"kel_core_ic_pcep_mc_member_rem", change_member<kel_core_ic_pcep_mc_member_rem>}},
-         .help = "Remove a PCEP from a multicast group",
-         .arguments = {group, member},
-         .example = "group member remove 300 7"},
     };
 }
 

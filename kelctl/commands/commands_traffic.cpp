@@ -1,16 +1,11 @@
-// Virtual traffic, and the virtual time in which it passes. Both are the software accelerator's.
+// Virtual traffic of the software accelerator: frames at once, and streams that pass with virtual time.
 #include "kelctl/accelerator/software_accelerator.h"
 #include "kelctl/commands/commands.h"
-#include "kelctl/input/interruption.h"
 #include "kelctl/session/session.h"
-#include "kelctl/terminal/progress.h"
-#include "kelctl/terminal/terminal.h"
 #include "kelctl/values/limits.h"
-#include "kelctl/values/quantity.h"
 
 #include <fmt/core.h>
 
-#include <chrono>
 #include <utility>
 
 namespace kelctl
@@ -82,34 +77,6 @@ result add_stream(const invocation &asked, session &session)
     return {};
 }
 
-// In pieces: a long time can be interrupted, and on a terminal it is seen how far it is.
-result advance(const invocation &asked, session &session)
-{
-    constexpr uint64_t pieces = 1000;
-    constexpr std::chrono::seconds unseen(1);
-    const auto begin = std::chrono::steady_clock::now();
-    const auto time = asked.given.number<uint64_t>("TIME");
-    progress shown("thousandths of the time", pieces, stderr,
-                   is_terminal(stderr) && !session.json() && !session.tracing());
-    uint64_t passed = 0;
-    for (uint64_t piece = 1; piece <= pieces && !interrupted(); ++piece) {
-        const uint64_t end = time * piece / pieces;
-        session.traffic.pass(end - std::exchange(passed, end));
-        if (std::chrono::steady_clock::now() - begin > unseen)
-            shown.show(piece);
-    }
-    shown.leave_line();
-    if (passed < time)
-        return refused(fmt::format("interrupted: {} of {} have passed", quantity_text(passed, duration_units),
-                                   quantity_text(time, duration_units)));
-    return {};
-}
-
-result show_time(const invocation &, session &)
-{
-    return {.shown = {{"nanoseconds", virtual_time()}}, .text = quantity_text(virtual_time(), duration_units)};
-}
-
 } // namespace
 
 std::vector<command> traffic_commands()
@@ -159,17 +126,6 @@ std::vector<command> traffic_commands()
                .required = false}},
          .check = check_stream,
          .example = "traffic stream add --to 02:00:02:02:00:01 --octets 1500 --rate \"60 Mbit/s\"",
-         .needs_accelerator = true},
-        {.name = "time advance",
-         .variants = {{.run = advance}},
-         .help = "Let virtual time pass, and the streams of traffic with it",
-         .details = "Ctrl-C ends it in a script and in the shell.",
-         .arguments = {{.name = "TIME", .kind = duration(duration_range), .help = "how much: 250ms"}},
-         .example = "time advance 250ms",
-         .needs_accelerator = true},
-        {.name = "time show",
-         .variants = {{.run = show_time}},
-         .help = "Show virtual time since the node was switched on",
          .needs_accelerator = true},
     };
 }
