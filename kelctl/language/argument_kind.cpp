@@ -12,7 +12,7 @@
 #include <algorithm>
 #include <charconv>
 #include <set>
-#include <span>
+#include <utility>
 
 namespace kelctl
 {
@@ -21,11 +21,6 @@ namespace
 
 // The formatting library's selectors, by their numbers.
 constexpr std::string_view format_names[] = {"text", "csv", "json"};
-
-std::string allowed_text(const range &allowed)
-{
-    return std::string(allowed.text);
-}
 
 int64_t read_number(std::string_view text, const range &allowed)
 {
@@ -37,17 +32,20 @@ int64_t read_number(std::string_view text, const range &allowed)
     return *value;
 }
 
-// A plain number is one of the first unit.
-int64_t read_quantity(std::string_view text, std::span<const unit> units, const range &allowed)
+template <const auto &Units> int64_t read_with_unit(std::string_view text, const range &allowed)
 {
-    if (parse_whole_number(text))
-        return read_number(text, allowed);
-    const auto value = parse_quantity(text, units);
+    const auto value = parse_quantity(text, Units);
     if (!value)
-        throw wrong_value(no_quantity(text, units));
+        throw wrong_value(no_quantity(text, Units));
     if (*value > static_cast<uint64_t>(allowed.max) || !allowed.holds(static_cast<int64_t>(*value)))
         throw wrong_value(outside(in_quotes(text), allowed));
     return static_cast<int64_t>(*value);
+}
+
+// A plain number is one of the first unit.
+template <const auto &Units> int64_t read_quantity(std::string_view text, const range &allowed)
+{
+    return parse_whole_number(text) ? read_number(text, allowed) : read_with_unit<Units>(text, allowed);
 }
 
 argument_value read_mac(std::string_view text)
@@ -68,26 +66,15 @@ argument_value read_port(std::string_view text)
     return *number;
 }
 
-argument_value read_threshold(std::string_view text, const range &allowed)
+int64_t read_threshold(std::string_view text, const range &allowed)
 {
-    const int64_t octets = read_quantity(text, size_units, allowed);
+    const int64_t octets = read_quantity<size_units>(text, allowed);
     if (octets % threshold_block != 0)
         throw wrong_value(no_multiple(static_cast<uint64_t>(octets), threshold_block));
     return octets;
 }
 
-// Always with a unit: a plain number would be read in one way here and meant in another.
-int64_t read_duration(std::string_view text, const range &allowed)
-{
-    const auto value = parse_quantity(text, duration_units);
-    if (!value)
-        throw wrong_value(no_quantity(text, duration_units));
-    if (*value > static_cast<uint64_t>(allowed.max) || !allowed.holds(static_cast<int64_t>(*value)))
-        throw wrong_value(outside(in_quotes(text), allowed));
-    return static_cast<int64_t>(*value);
-}
-
-argument_value read_numbers(std::string_view text, size_t count, const range &allowed)
+std::vector<uint32_t> read_numbers(std::string_view text, size_t count, const range &allowed)
 {
     std::vector<uint32_t> values;
     for (std::string_view rest = text; values.size() <= count;) {
@@ -171,17 +158,29 @@ candidates numbers_of(const std::set<uint32_t> &numbers)
     return found;
 }
 
-// Kept among, and offered from, the ids or handles of one kind of object.
+using number_writer = std::string (*)(int64_t);
+
+// Read by `read(text, range)`: within the range that is allowed, or with --raw within the other.
+template <typename Reader>
+argument_kind ranged(std::string placeholder, Reader read, const range &allowed, const range &raw,
+                     number_writer write = nullptr)
+{
+    return {.placeholder = std::move(placeholder),
+            .allowed = std::string(allowed.text),
+            .read = [=](std::string_view text) -> argument_value { return read(text, allowed); },
+            .write = write,
+            .read_raw = [=](std::string_view text) -> argument_value { return read(text, raw); }};
+}
+
+// Kept among, and offered from, the ids of one kind of object.
 argument_kind id_among(std::set<uint32_t> known_words::*ids)
 {
-    return {
-        .placeholder = "ID",
-        .allowed = allowed_text(id_range),
-        .read = [](std::string_view text) -> argument_value { return read_number(text, id_range); },
-        .complete = [ids](const known_words &known) { return numbers_of(known.*ids); },
-        .remember = [ids](const argument_value &used,
-                          known_words &known) { (known.*ids).insert(static_cast<uint32_t>(std::get<int64_t>(used))); },
-        .read_raw = [](std::string_view text) -> argument_value { return read_number(text, dword_range); }};
+    argument_kind kind = ranged("ID", read_number, id_range, dword_range);
+    kind.complete = [ids](const known_words &known) { return numbers_of(known.*ids); };
+    kind.remember = [ids](const argument_value &used, known_words &known) {
+        (known.*ids).insert(static_cast<uint32_t>(std::get<int64_t>(used)));
+    };
+    return kind;
 }
 
 argument_kind handle_among(std::set<uint64_t> known_words::*handles)
@@ -287,67 +286,50 @@ argument_kind new_group_id()
 
 argument_kind rate()
 {
-    return {.placeholder = "RATE",
-            .allowed = allowed_text(rate_range),
-            .read = [](std::string_view text) { return read_quantity(text, rate_units, rate_range); },
-            .write = in_units<rate_units>,
-            .read_raw = [](std::string_view text) { return read_quantity(text, rate_units, dword_range); }};
+    return ranged("RATE", read_quantity<rate_units>, rate_range, dword_range, in_units<rate_units>);
 }
 
 argument_kind burst()
 {
-    return {.placeholder = "SIZE",
-            .allowed = allowed_text(burst_range),
-            .read = [](std::string_view text) { return read_quantity(text, size_units, burst_range); },
-            .write = in_units<size_units>,
-            .read_raw = [](std::string_view text) { return read_quantity(text, size_units, dword_range); }};
+    return ranged("SIZE", read_quantity<size_units>, burst_range, dword_range, in_units<size_units>);
 }
 
 argument_kind threshold()
 {
-    return {.placeholder = "SIZE",
-            .allowed = fmt::format("{}, a multiple of {}", threshold_range.text, threshold_block),
-            .read = [](std::string_view text) { return read_threshold(text, threshold_range); },
-            .write = in_units<size_units>,
-            .read_raw = [](std::string_view text) { return read_threshold(text, raw_threshold_range); }};
+    argument_kind kind = ranged("SIZE", read_threshold, threshold_range, raw_threshold_range, in_units<size_units>);
+    kind.allowed += fmt::format(", a multiple of {}", threshold_block);
+    return kind;
 }
 
+// A plain number would be read in one way here and meant in another.
 argument_kind duration(const range &allowed)
 {
-    return {.placeholder = "TIME",
-            .allowed = allowed_text(allowed),
-            .read = [allowed](std::string_view text) -> argument_value { return read_duration(text, allowed); },
-            .write = in_units<duration_units>};
+    return ranged("TIME", read_with_unit<duration_units>, allowed, allowed, in_units<duration_units>);
 }
 
 argument_kind number(const range &allowed)
 {
-    return {.placeholder = "N",
-            .allowed = allowed_text(allowed),
-            .read = [allowed](std::string_view text) { return read_number(text, allowed); },
-            .write = allowed.text.starts_with("0x") ? hexadecimal : nullptr};
+    return number(allowed, allowed);
 }
 
 argument_kind number(const range &allowed, const range &raw)
 {
-    argument_kind kind = number(allowed);
-    kind.read_raw = [raw](std::string_view text) { return read_number(text, raw); };
-    return kind;
+    return ranged("N", read_number, allowed, raw, allowed.text.starts_with("0x") ? hexadecimal : nullptr);
 }
 
 argument_kind only_raw(const range &allowed)
 {
-    argument_kind kind = number(allowed, allowed);
+    argument_kind kind = number(allowed);
     kind.read = [](std::string_view) -> argument_value { throw wrong_value("needs --raw as well"); };
     return kind;
 }
 
 argument_kind octets(size_t count, const range &allowed)
 {
-    return {.placeholder = "N,N",
-            .allowed = fmt::format("{} numbers, {}", count, allowed.text),
-            .read = [=](std::string_view text) { return read_numbers(text, count, allowed); },
-            .read_raw = [=](std::string_view text) { return read_numbers(text, count, octet_range); }};
+    const auto read = [count](std::string_view text, const range &each) { return read_numbers(text, count, each); };
+    argument_kind kind = ranged("N,N", read, allowed, octet_range);
+    kind.allowed = fmt::format("{} numbers, {}", count, allowed.text);
+    return kind;
 }
 
 argument_kind queue_handle()
