@@ -67,8 +67,7 @@ std::vector<command> parameter_commands()
          .makes = {.one = "parameters"}},
         {.name = "ebcom capabilities",
          .variants = {{"kel_core_ic_ebcom_capabilities_get", show_capabilities}},
-         .help = "Show the fixed limits of the service",
-         .example = "ebcom capabilities"},
+         .help = "Show the fixed limits of the service"},
     };
 }
 

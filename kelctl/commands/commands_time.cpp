@@ -64,7 +64,6 @@ std::vector<command> time_commands()
         {.name = "time show",
          .variants = {{.run = show_time}},
          .help = "Show virtual time since the node was switched on",
-         .example = "time show",
          .needs_accelerator = true},
     };
 }

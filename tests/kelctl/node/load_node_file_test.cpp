@@ -88,19 +88,18 @@ TEST_F(LoadNodeFile, LinesBringTheNodeUpAndAreUndone)
     for (const invocation &line : load(ebcom + small_node).lines)
         ASSERT_EQ(here.perform(line).status, exit_done) << text_of(line);
 
-    const auto up = settled_snapshot();
-    ASSERT_TRUE(up);
-    EXPECT_EQ(up->globals->mtu, 1500);
-    EXPECT_TRUE(up->interface);
-    EXPECT_THAT(up->schedulers, SizeIs(12));
-    ASSERT_THAT(up->queues, SizeIs(2));
-    EXPECT_EQ(up->queues[0].rate, 100'000u);
-    EXPECT_EQ(up->queues[0].burst, 65'536u);
-    EXPECT_EQ(up->queues[0].threshold, 1024u);
-    EXPECT_FALSE(up->queues[1].shaped);
-    EXPECT_THAT(up->paths, SizeIs(4));
-    EXPECT_THAT(up->pceps, SizeIs(1));
-    EXPECT_THAT(up->groups, SizeIs(2));
+    const snapshot up = read_snapshot(settled_document().value());
+    EXPECT_EQ(up.globals->mtu, 1500);
+    EXPECT_TRUE(up.interface);
+    EXPECT_THAT(up.schedulers, SizeIs(12));
+    ASSERT_THAT(up.queues, SizeIs(2));
+    EXPECT_EQ(up.queues[0].rate, 100'000u);
+    EXPECT_EQ(up.queues[0].burst, 65'536u);
+    EXPECT_EQ(up.queues[0].threshold, 1024u);
+    EXPECT_FALSE(up.queues[1].shaped);
+    EXPECT_THAT(up.paths, SizeIs(4));
+    EXPECT_THAT(up.pceps, SizeIs(1));
+    EXPECT_THAT(up.groups, SizeIs(2));
 
     for (const undone_command &one : take_down(here))
         EXPECT_THAT(one.failures, IsEmpty());
