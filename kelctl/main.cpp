@@ -42,7 +42,7 @@ int offer(std::vector<word> words)
     const std::string begun = words.empty() ? "" : words.back().text;
     if (!words.empty())
         words.pop_back();
-    write(stdout, lines_of(complete(commands(), words, begun, {}, place::program)));
+    write(stdout, lines_of(complete(commands(), words, begun, {}, source::program)));
     return exit_done;
 }
 
@@ -65,8 +65,8 @@ int run(const std::vector<word> &words)
         return offer({words.begin() + 1, words.end()});
     const bool json = holds(words, "--json");
     try {
-        const invocation asked = parse(commands(), words, place::program);
-        session session(commands(), place::program, asked.json, asked.trace);
+        const invocation asked = parse(commands(), words, source::program);
+        session session(commands(), source::program, asked.json, asked.trace);
         return session.carry_out(asked).status;
     } catch (const wrong_line &wrong) {
         show_wrong_line({wrong.what()}, json);

@@ -18,7 +18,8 @@ result create_interface(const invocation &asked, session &session)
 {
     kel_vsi_t vsi = 0;
     uint16_t out = 0;
-    result done = session.call(asked, kel_core_ic_ebcom_interface_create, output(vsi), output(out));
+    result done =
+        session.call(asked, kel_core_ic_ebcom_interface_create, parameter::output(vsi), parameter::output(out));
     if (done.code == 0)
         done.shown = {{"vsi", vsi}};
     return done;
@@ -42,8 +43,9 @@ result convert_offset(const invocation &asked, session &session)
 {
     int64_t offset = 0;
     result done = session.call(asked, kel_ic_ebcom_cycles_to_ork_timestamp_offset,
-                               value("cycles", asked.given.number<int64_t>("--cycles")),
-                               value("frequency", asked.given.number<uint32_t>("--frequency")), output(offset));
+                               parameter::value("cycles", asked.given.number<int64_t>("--cycles")),
+                               parameter::value("frequency", asked.given.number<uint32_t>("--frequency")),
+                               parameter::output(offset));
     done.shown = {{"ork_timestamp_offset", offset}};
     return done;
 }
@@ -75,8 +77,8 @@ std::vector<command> ebcom_commands()
         {.name = "ebcom timestamp offset",
          .variants = {{"kel_ic_ebcom_cycles_to_ork_timestamp_offset", convert_offset}},
          .help = "Convert a timing-unit reading into a timestamp offset",
-         .arguments = {{.name = "--cycles", .kind = number(cycles_range), .help = "cycle count of the reading"},
-                       {.name = "--frequency", .kind = number(dword_range), .help = "clock frequency of it"}},
+         .arguments = {{.name = "--cycles", .kind = kind::number(cycles_range), .help = "cycle count of the reading"},
+                       {.name = "--frequency", .kind = kind::number(dword_range), .help = "clock frequency of it"}},
          .example = "ebcom timestamp offset --cycles 40 --frequency 250000"},
         {.name = "ebcom qos init",
          .variants = {{"kel_ic_ebcom_init_qos", call_plainly<kel_ic_ebcom_init_qos>}},

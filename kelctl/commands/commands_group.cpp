@@ -8,19 +8,19 @@ namespace kelctl
 namespace
 {
 
-const argument group = {.name = "GROUP", .kind = group_id(), .help = "id of the multicast group"};
-const argument new_group = {.name = "GROUP", .kind = new_group_id(), .help = "id of the multicast group"};
-const argument member = {.name = "ID", .kind = pcep_id(), .help = "of the PCEP that is the member"};
+const argument group = {.name = "GROUP", .kind = kind::group_id(), .help = "id of the multicast group"};
+const argument new_group = {.name = "GROUP", .kind = kind::new_group_id(), .help = "id of the multicast group"};
+const argument member = {.name = "ID", .kind = kind::pcep_id(), .help = "of the PCEP that is the member"};
 
 template <uint32_t (*Function)(uint32_t)> result change_group(const invocation &asked, session &session)
 {
-    return session.call(asked, Function, value("mc_pcep_id", asked.given.number<uint32_t>("GROUP")));
+    return session.call(asked, Function, parameter::value("mc_pcep_id", asked.given.number<uint32_t>("GROUP")));
 }
 
 template <uint32_t (*Function)(uint32_t, uint32_t)> result change_member(const invocation &asked, session &session)
 {
-    return session.call(asked, Function, value("mc_pcep_id", asked.given.number<uint32_t>("GROUP")),
-                        value("uc_pcep_id", asked.given.number<uint32_t>("ID")));
+    return session.call(asked, Function, parameter::value("mc_pcep_id", asked.given.number<uint32_t>("GROUP")),
+                        parameter::value("uc_pcep_id", asked.given.number<uint32_t>("ID")));
 }
 
 } // namespace

@@ -16,7 +16,7 @@ namespace kelctl
 namespace
 {
 
-const argument node_file_argument = {.name = "FILE", .kind = file(), .help = "node file (TOML)"};
+const argument node_file_argument = {.name = "FILE", .kind = kind::file(), .help = "node file (TOML)"};
 
 constexpr std::string_view up_details = R"(The whole file is checked first. Every problem is printed as
 file:line:column: message, and then nothing is started.
@@ -90,25 +90,27 @@ std::vector<command> node_commands()
          .help = "Bring a node up, show what stands, take it down again",
          .details = up_details,
          .arguments = {node_file_argument,
-                       {.name = "--hold", .kind = flag(), .help = "take it down on Ctrl-C or SIGTERM only"},
+                       {.name = "--hold", .kind = kind::flag(), .help = "take it down on Ctrl-C or SIGTERM only"},
                        {.name = "--watch",
-                        .kind = flag(),
+                        .kind = kind::flag(),
                         .help = "let the file's traffic pass and show counters and rates"},
                        {.name = "--interval",
-                        .kind = duration(interval_range),
+                        .kind = kind::duration(interval_range),
                         .help = "from one redrawing to the next; 200ms unless given",
                         .needs = "--watch"},
                        {.name = "--step",
-                        .kind = duration(period_range),
+                        .kind = kind::duration(period_range),
                         .help = "virtual time that passes between; 200ms unless given",
                         .needs = "--watch"},
                        {.name = "--for",
-                        .kind = duration(period_range),
+                        .kind = kind::duration(period_range),
                         .help = "end the watch after so much virtual time",
                         .needs = "--watch"},
-                       {.name = "--keep", .kind = flag(), .help = "leave standing what stands when a step fails"}},
+                       {.name = "--keep",
+                        .kind = kind::flag(),
+                        .help = "leave standing what stands when a step fails"}},
          .example = "up examples/node.toml --hold",
-         .places = {place::program}},
+         .sources = {source::program}},
         {.name = "check",
          .variants = {{.run = check}},
          .help = "Check a node file and do nothing else",

@@ -29,14 +29,14 @@ result set_parameters(const invocation &asked, session &session)
     const std::array<uint8_t, 2> settings = {static_cast<uint8_t>(numbers[0]), static_cast<uint8_t>(numbers[1])};
     const kel_ebcom_global_params params = {asked.given.number<uint32_t>("--mtu"),
                                             asked.given.number<uint32_t>("--ether-type")};
-    return session.call(asked, kel_core_ic_ebcom_global_param_set, input("params", params),
-                        input("settings", settings));
+    return session.call(asked, kel_core_ic_ebcom_global_param_set, parameter::input("params", params),
+                        parameter::input("settings", settings));
 }
 
 result show_capabilities(const invocation &asked, session &session)
 {
     kel_ebcom_capabilities capabilities{};
-    result done = session.call(asked, kel_core_ic_ebcom_capabilities_get, output(capabilities));
+    result done = session.call(asked, kel_core_ic_ebcom_capabilities_get, parameter::output(capabilities));
     done.shown = {{"max_burst_size", capabilities.max_burst_size},
                   {"max_pcep_id", capabilities.max_pcep_id},
                   {"max_multicast_groups", capabilities.max_multicast_groups},
@@ -53,16 +53,16 @@ std::vector<command> parameter_commands()
          .variants = {{.run = set_mp_id}},
          .help = "Set the own MP id, by which the library knows its processor",
          .details = "The library reads it once and keeps it for as long as the process lives.",
-         .arguments = {{.name = "MPID", .kind = number(mpid_range), .help = "own MP id"}},
+         .arguments = {{.name = "MPID", .kind = kind::number(mpid_range), .help = "own MP id"}},
          .example = "mpid 5"},
         {.name = "ebcom params set",
          .variants = {{"kel_core_ic_ebcom_global_param_set", set_parameters}},
          .help = "Set the service-wide Ethernet parameters",
-         .arguments = {{.name = "--mtu", .kind = number(mtu_range, dword_range), .help = "MTU of the IC ports"},
+         .arguments = {{.name = "--mtu", .kind = kind::number(mtu_range, dword_range), .help = "MTU of the IC ports"},
                        {.name = "--ether-type",
-                        .kind = number(ether_type_range, dword_range),
+                        .kind = kind::number(ether_type_range, dword_range),
                         .help = "of EBCOM frames"},
-                       {.name = "--settings", .kind = octets(2, setting_range), .help = "two 4-bit values"}},
+                       {.name = "--settings", .kind = kind::octets(2, setting_range), .help = "two 4-bit values"}},
          .example = "ebcom params set --mtu 1500 --ether-type 0x88b5 --settings 1,2",
          .makes = {.one = "parameters"}},
         {.name = "ebcom capabilities",

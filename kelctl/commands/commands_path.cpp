@@ -22,11 +22,11 @@ constexpr std::string_view qos_dump_file = "/tmp/KEL_DUMP_EBCOM_QOS_HANDLE_FILEN
 // An unshaped queue's threshold is the library's own.
 constexpr std::string_view unshaped_threshold = "5000 KiB";
 
-const argument destination = {.name = "MAC", .kind = mac(), .help = "address of the destination"};
-const argument through_port = {.name = "--port", .kind = ebcom_port(), .help = "IC port"};
+const argument destination = {.name = "MAC", .kind = kind::mac(), .help = "address of the destination"};
+const argument through_port = {.name = "--port", .kind = kind::ebcom_port(), .help = "IC port"};
 
 const argument path_count = {.name = "--count",
-                             .kind = number(path_count_range),
+                             .kind = kind::number(path_count_range),
                              .help = "so many paths, to addresses that count up from this one; 1 unless given",
                              .required = false};
 
@@ -36,15 +36,15 @@ std::vector<argument> shaped(std::vector<argument> last = {})
     std::vector<argument> all = {
         destination,
         through_port,
-        {.name = "--rate", .kind = rate(), .help = "shape the port's queue to this rate", .needs = "--burst"},
-        {.name = "--burst", .kind = burst(), .help = "largest burst of the shaped queue", .needs = "--rate"},
+        {.name = "--rate", .kind = kind::rate(), .help = "shape the port's queue to this rate", .needs = "--burst"},
+        {.name = "--burst", .kind = kind::burst(), .help = "largest burst of the shaped queue", .needs = "--rate"},
         {.name = "--threshold",
-         .kind = threshold(),
+         .kind = kind::threshold(),
          .help = "how much may wait in the shaped queue",
          .otherwise = std::string(unshaped_threshold),
          .needs = "--rate"},
         {.name = "--shaping",
-         .kind = only_raw(octet_range),
+         .kind = kind::only_raw(octet_range),
          .help = "with --raw: whether there is any, 1 unless given",
          .needs = "--rate"}};
     std::ranges::move(last, std::back_inserter(all));
@@ -120,7 +120,7 @@ result change_path(const invocation &asked, session &session)
     if (asked.given.has("--count"))
         return change_paths(asked, session);
     const kel_ebcom_path_config path = path_of(asked.given);
-    result done = session.call(asked, Function, input("config", path));
+    result done = session.call(asked, Function, parameter::input("config", path));
     if (done.code == 0)
         Change(session.paths, path);
     return done;
@@ -131,7 +131,7 @@ result change_shaper(const invocation &asked, session &session)
 {
     const kel_ebcom_path_config config = path_of(asked.given);
     ork_ebcom_pcep_path path{};
-    result done = session.call(asked, Function, input("config", config), output(path));
+    result done = session.call(asked, Function, parameter::input("config", config), parameter::output(path));
     if (done.code == 0)
         Change(session.paths, config);
     if (path.queue_hdl)
@@ -143,7 +143,8 @@ template <uint32_t (*Function)(const uint8_t *, void **), std::set<uint64_t> kno
 result look_up_handle(const invocation &asked, session &session)
 {
     void *handle = nullptr;
-    result done = session.call(asked, Function, input("dst_mac", asked.given.mac("MAC")), output(handle));
+    result done =
+        session.call(asked, Function, parameter::input("dst_mac", asked.given.mac("MAC")), parameter::output(handle));
     if (done.code == 0) {
         done.shown = fields{{"handle", fmt::format("{}", handle)}};
         (session.known.*Handles).insert(reinterpret_cast<uint64_t>(handle));
@@ -155,7 +156,8 @@ result check_port_channel(const invocation &asked, session &session)
 {
     const auto port = asked.given.number<int32_t>("PORT");
     uint8_t channel = 0;
-    result done = session.call(asked, kel_ic_ebcom_port_to_mac_chan, value("iell_port", port), output(channel));
+    result done = session.call(asked, kel_ic_ebcom_port_to_mac_chan, parameter::value("iell_port", port),
+                               parameter::output(channel));
     // The library has no mapping: what it accepts it leaves as it was.
     done.shown = {{"port", port_text(port)}, {"accepted", done.code == 0}};
     return done;
@@ -218,7 +220,7 @@ std::vector<command> path_commands()
          .variants = {{"kel_ic_ebcom_port_to_mac_chan", check_port_channel}},
          .help = "Ask for the MAC channel of an IC port",
          .details = "There is no mapping of ports to channels: every port but 0 is accepted.",
-         .arguments = {{.name = "PORT", .kind = port(), .help = "IC port"}},
+         .arguments = {{.name = "PORT", .kind = kind::port(), .help = "IC port"}},
          .example = "ebcom port channel RLU1P"},
         {.name = "ebcom qos dump",
          .variants = {{"kel_core_ic_ebcom_qos_handle_dump", dump_handles}},

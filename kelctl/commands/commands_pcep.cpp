@@ -17,8 +17,8 @@ namespace kelctl
 namespace
 {
 
-const argument pcep = {.name = "ID", .kind = pcep_id(), .help = "of the PCEP"};
-const argument new_pcep = {.name = "ID", .kind = new_pcep_id(), .help = "of the PCEP"};
+const argument pcep = {.name = "ID", .kind = kind::pcep_id(), .help = "of the PCEP"};
+const argument new_pcep = {.name = "ID", .kind = kind::new_pcep_id(), .help = "of the PCEP"};
 
 kel_pcep_config configuration_of(const arguments &given)
 {
@@ -40,13 +40,13 @@ kel_pcep_config configuration_of(const arguments &given)
 result add_pcep(const invocation &asked, session &session)
 {
     const kel_pcep_config config = configuration_of(asked.given);
-    return session.call(asked, kel_core_ic_pcep_add, value("pcep_id", asked.given.number<uint32_t>("ID")),
-                        input("config", config));
+    return session.call(asked, kel_core_ic_pcep_add, parameter::value("pcep_id", asked.given.number<uint32_t>("ID")),
+                        parameter::input("config", config));
 }
 
 template <uint32_t (*Function)(uint32_t)> result change_pcep(const invocation &asked, session &session)
 {
-    return session.call(asked, Function, value("pcep_id", asked.given.number<uint32_t>("ID")));
+    return session.call(asked, Function, parameter::value("pcep_id", asked.given.number<uint32_t>("ID")));
 }
 
 result locate(const invocation &asked, session &session)
@@ -54,7 +54,8 @@ result locate(const invocation &asked, session &session)
     uint32_t location = 0;
     uint32_t type = 0;
     result done = session.call(asked, kel_ic_pcep_get_location_and_type_from_branch,
-                               input("mac", asked.given.mac("MAC")), output(location), output(type));
+                               parameter::input("mac", asked.given.mac("MAC")), parameter::output(location),
+                               parameter::output(type));
     done.shown = {{"location", kel_location_name(location)}, {"location_code", location}, {"type", type}};
     return done;
 }
@@ -67,7 +68,7 @@ result dump_handles(const invocation &asked, session &session)
     std::FILE *stream = open_memstream(&text, &size);
     if (!stream)
         throw std::bad_alloc();
-    result done = session.call(asked, kel_core_ic_pcep_handle_dump, stream_value{stream});
+    result done = session.call(asked, kel_core_ic_pcep_handle_dump, parameter::stream_value{stream});
     std::fclose(stream);
     const std::unique_ptr<char, void (*)(void *)> owned(text, std::free);
     done.text = std::string(text, size);
@@ -80,8 +81,8 @@ result ask_for_multicast_queue(const invocation &asked, session &session)
     kel_attach_info attach{};
     uint64_t queue = 0;
     uint64_t scheduler = 0;
-    result done = session.call(asked, kel_core_ic_pcep_create_queue_and_scheduler_for_multicast, output(attach),
-                               output(queue), output(scheduler));
+    result done = session.call(asked, kel_core_ic_pcep_create_queue_and_scheduler_for_multicast,
+                               parameter::output(attach), parameter::output(queue), parameter::output(scheduler));
     done.shown = {{"queue_handle", fmt::format("0x{:x}", queue)},
                   {"scheduler_handle", fmt::format("0x{:x}", scheduler)}};
     return done;
@@ -89,21 +90,23 @@ result ask_for_multicast_queue(const invocation &asked, session &session)
 
 std::vector<argument> arguments_of_a_new_pcep()
 {
-    return {
-        new_pcep,
-        {.name = "--remote-id", .kind = number(remote_id_range), .help = "id at the other end, 24 bits"},
-        {.name = "--local", .kind = mac(), .help = "address at this end; on the HSFP the PCEP gets bound"},
-        {.name = "--remote", .kind = mac(), .help = "address at the other end"},
-        {.name = "--vlan", .kind = number(vlan_range, word_range), .help = "VLAN id"},
-        {.name = "--priority", .kind = number(priority_range, octet_range), .help = "VLAN priority", .otherwise = "0"},
-        {.name = "--byte19",
-         .kind = number(octet_range),
-         .help = "handed to the driver kit as it is",
-         .otherwise = "0"},
-        {.name = "--word20",
-         .kind = number(word_range),
-         .help = "handed to the driver kit as it is",
-         .otherwise = "0"}};
+    return {new_pcep,
+            {.name = "--remote-id", .kind = kind::number(remote_id_range), .help = "id at the other end, 24 bits"},
+            {.name = "--local", .kind = kind::mac(), .help = "address at this end; on the HSFP the PCEP gets bound"},
+            {.name = "--remote", .kind = kind::mac(), .help = "address at the other end"},
+            {.name = "--vlan", .kind = kind::number(vlan_range, word_range), .help = "VLAN id"},
+            {.name = "--priority",
+             .kind = kind::number(priority_range, octet_range),
+             .help = "VLAN priority",
+             .otherwise = "0"},
+            {.name = "--byte19",
+             .kind = kind::number(octet_range),
+             .help = "handed to the driver kit as it is",
+             .otherwise = "0"},
+            {.name = "--word20",
+             .kind = kind::number(word_range),
+             .help = "handed to the driver kit as it is",
+             .otherwise = "0"}};
 }
 
 } // namespace
@@ -142,7 +145,7 @@ std::vector<command> pcep_commands()
         {.name = "pcep locate",
          .variants = {{"kel_ic_pcep_get_location_and_type_from_branch", locate}},
          .help = "Tell where an address sits and which type goes with it",
-         .arguments = {{.name = "MAC", .kind = mac(), .help = "any address"}},
+         .arguments = {{.name = "MAC", .kind = kind::mac(), .help = "any address"}},
          .example = "pcep locate 02:00:00:02:00:01"},
     };
 }

@@ -32,7 +32,7 @@ Elsewhere commands are read line by line and run as they come; the exit status
 is the worst of theirs.)";
 
 const argument words_of_a_command = {.name = "COMMAND",
-                                     .kind = command_words(),
+                                     .kind = kind::command_words(),
                                      .help = "words of a command or of a group",
                                      .required = false,
                                      .repeated = true};
@@ -40,7 +40,7 @@ const argument words_of_a_command = {.name = "COMMAND",
 result show_help(const invocation &asked, session &session)
 {
     const std::string words = joined(asked.given.get<std::vector<std::string>>("COMMAND"), " ");
-    const place where = session.where;
+    const source where = session.where;
     const command *row = session.table.find(words);
     const bool whole = row && row->allowed_in(where);
     if (!whole && session.table.next_words(words, where).empty())
@@ -69,20 +69,20 @@ std::vector<command> session_commands()
          .variants = {{.run = run_script}},
          .help = "Carry out a script of commands",
          .details = run_details,
-         .arguments = {{.name = "SCRIPT", .kind = file(), .help = "script; - for standard input"},
-                       {.name = "--keep-going", .kind = flag(), .help = "go on after lines that fail"}},
+         .arguments = {{.name = "SCRIPT", .kind = kind::file(), .help = "script; - for standard input"},
+                       {.name = "--keep-going", .kind = kind::flag(), .help = "go on after lines that fail"}},
          .example = "run examples/node.kel",
-         .places = {place::program}},
+         .sources = {source::program}},
         {.name = "shell",
          .variants = {{.run = shell}},
          .help = "Carry out commands as they are typed",
          .details = shell_details,
          .arguments = {{.name = "FILE",
-                        .kind = file(),
+                        .kind = kind::file(),
                         .help = "node file: the node stands while the shell runs",
                         .required = false}},
          .example = "shell examples/node.toml",
-         .places = {place::program}},
+         .sources = {source::program}},
         {.name = "help",
          .variants = {{.run = show_help}},
          .help = "Show the commands, or one in full",
@@ -94,22 +94,22 @@ std::vector<command> session_commands()
          .help = "The same as help",
          .arguments = {words_of_a_command},
          .example = "? ebcom path add",
-         .places = {place::shell},
+         .sources = {source::shell},
          .offline = true},
         {.name = "exit",
          .variants = {{.run = leave}},
          .help = "Leave the script or shell",
-         .places = {place::script, place::shell},
+         .sources = {source::script, source::shell},
          .offline = true},
         {.name = "quit",
          .variants = {{.run = leave}},
          .help = "The same as exit",
-         .places = {place::shell},
+         .sources = {source::shell},
          .offline = true},
         {.name = "version",
          .variants = {{.run = show_version}},
          .help = "Print the version",
-         .places = {place::program},
+         .sources = {source::program},
          .offline = true},
     };
 }

@@ -20,13 +20,13 @@ constexpr uint32_t longest_text = 4096; // octets; one that is longer fails with
 
 constexpr uint8_t text_table = 0; // the format
 
-const argument destination = {.name = "MAC", .kind = mac(), .help = "destination that the queue carries"};
-const argument pcep = {.name = "ID", .kind = pcep_id(), .help = "of a unicast PCEP"};
+const argument destination = {.name = "MAC", .kind = kind::mac(), .help = "destination that the queue carries"};
+const argument pcep = {.name = "ID", .kind = kind::pcep_id(), .help = "of a unicast PCEP"};
 
 argument text_format()
 {
     return {.name = "--format",
-            .kind = format(),
+            .kind = kind::format(),
             .help = "layout of the text; text unless given",
             .required = false,
             .only_for = {"text", "text-second-name", "text-2"}};
@@ -39,7 +39,8 @@ result laid_out(const invocation &asked, session &session, Function function, co
 {
     std::array<char, longest_text> buffer{};
     const uint8_t format = asked.given.has("--format") ? asked.given.number<uint8_t>("--format") : text_table;
-    result done = session.call(asked, function, keys..., text_output(buffer), value("format", format));
+    result done =
+        session.call(asked, function, keys..., parameter::text_output(buffer), parameter::value("format", format));
     done.text = buffer.data();
     done.shown = fields{{"format", format}, {"text", *done.text}};
     if (auto counters = notation::try_read_json(buffer.data()); counters && counters->is_object())
@@ -58,7 +59,7 @@ std::string hexadecimal(const void *octets, size_t count)
 result global_record(const invocation &asked, session &session)
 {
     ebcom_global_stats stats{};
-    result done = session.call(asked, kel_ic_ebcom_get_global_stats, output(stats));
+    result done = session.call(asked, kel_ic_ebcom_get_global_stats, parameter::output(stats));
     if (done.code != 0)
         return done;
     constexpr size_t row = 32;
@@ -77,8 +78,8 @@ template <auto Function> result global_text(const invocation &asked, session &se
 result queue_record(const invocation &asked, session &session)
 {
     ebcom_queue_stats stats{};
-    result done =
-        session.call(asked, kel_core_ic_ebcom_queue_stats_get, input("dst_mac", asked.given.mac("MAC")), output(stats));
+    result done = session.call(asked, kel_core_ic_ebcom_queue_stats_get,
+                               parameter::input("dst_mac", asked.given.mac("MAC")), parameter::output(stats));
     if (done.code == 0)
         done.shown = counters_of(stats);
     return done;
@@ -86,7 +87,7 @@ result queue_record(const invocation &asked, session &session)
 
 template <auto Function> result queue_text(const invocation &asked, session &session)
 {
-    return laid_out(asked, session, Function, input("dst_mac", asked.given.mac("MAC")));
+    return laid_out(asked, session, Function, parameter::input("dst_mac", asked.given.mac("MAC")));
 }
 
 result burst_record(const invocation &asked, session &session)
@@ -95,8 +96,9 @@ result burst_record(const invocation &asked, session &session)
         return asked.given.has(name) ? asked.given.get<uint64_t>(name) : 0;
     };
     ebcom_queue_stats stats{};
-    result done = session.call(asked, kel_ic_ebcom_set_burst_stats, pointer{"queue_handle", handle("--queue")},
-                               pointer{"scheduler_handle", handle("--scheduler")}, output(stats));
+    result done =
+        session.call(asked, kel_ic_ebcom_set_burst_stats, parameter::pointer{"queue_handle", handle("--queue")},
+                     parameter::pointer{"scheduler_handle", handle("--scheduler")}, parameter::output(stats));
     done.shown = {{"max_burst_size", stats.max_burst_size}, {"current_burst_size", stats.current_burst_size}};
     return done;
 }
@@ -107,7 +109,8 @@ result pcep_driver_kit_record(const invocation &asked, session &session)
 {
     ebcom_pcep_stats stats{};
     result done =
-        session.call(asked, kel_ic_pcep_get_stats, value("pcep_id", asked.given.number<uint32_t>("ID")), output(stats));
+        session.call(asked, kel_ic_pcep_get_stats, parameter::value("pcep_id", asked.given.number<uint32_t>("ID")),
+                     parameter::output(stats));
     const auto &[outbound, inbound] = stats;
     if (done.code == 0)
         done.shown = {{"out_cnt0", outbound.out_cnt0}, {"out_cnt1", outbound.out_cnt1}, {"in_cnt0", inbound.in_cnt0},
@@ -122,7 +125,8 @@ result pcep_driver_kit_record(const invocation &asked, session &session)
 template <uint32_t (*Function)(uint32_t, pcep_stats *)> result pcep_record(const invocation &asked, session &session)
 {
     pcep_stats stats{};
-    result done = session.call(asked, Function, value("pcep_id", asked.given.number<uint32_t>("ID")), output(stats));
+    result done = session.call(asked, Function, parameter::value("pcep_id", asked.given.number<uint32_t>("ID")),
+                               parameter::output(stats));
     if (done.code == 0)
         done.shown = fields{{"in_cnt0", uint64_t{stats.in_cnt0}},   {"in_word4", uint32_t{stats.in_word4}},
                             {"in_word0", uint32_t{stats.in_word0}}, {"in_word5", uint32_t{stats.in_word5}},
@@ -136,7 +140,7 @@ template <uint32_t (*Function)(uint32_t, pcep_stats *)> result pcep_record(const
 
 template <auto Function> result pcep_text(const invocation &asked, session &session)
 {
-    return laid_out(asked, session, Function, value("pcep_id", asked.given.number<uint32_t>("ID")));
+    return laid_out(asked, session, Function, parameter::value("pcep_id", asked.given.number<uint32_t>("ID")));
 }
 
 } // namespace
@@ -166,9 +170,9 @@ std::vector<command> statistics_commands()
         {.name = "ebcom burst stats",
          .variants = {{"kel_ic_ebcom_set_burst_stats", burst_record}},
          .help = "Run the burst step of the queue counters: it measures none",
-         .arguments = {{.name = "--queue", .kind = queue_handle(), .help = "of the queue", .required = false},
+         .arguments = {{.name = "--queue", .kind = kind::queue_handle(), .help = "of the queue", .required = false},
                        {.name = "--scheduler",
-                        .kind = scheduler_handle(),
+                        .kind = kind::scheduler_handle(),
                         .help = "of the scheduler above it",
                         .required = false}},
          .example = "ebcom burst stats --queue 0x5c0000000d"},

@@ -106,11 +106,13 @@ std::vector<command> sweep_commands()
          .variants = {{.run = sweep_script}},
          .help = "Run a script again and again, each of its calls failing",
          .details = sweep_details,
-         .arguments =
-             {{.name = "SCRIPT", .kind = file(), .help = "script; - for standard input"},
-              {.name = "--time-limit", .kind = number(time_limit_range), .help = "for one run", .otherwise = "10000"}},
+         .arguments = {{.name = "SCRIPT", .kind = kind::file(), .help = "script; - for standard input"},
+                       {.name = "--time-limit",
+                        .kind = kind::number(time_limit_range),
+                        .help = "for one run",
+                        .otherwise = "10000"}},
          .example = "sweep examples/whole-node.kel",
-         .places = {place::program},
+         .sources = {source::program},
          .needs_accelerator = true},
     };
 }

@@ -58,7 +58,7 @@ std::vector<command> time_commands()
          .variants = {{.run = advance}},
          .help = "Let virtual time pass, and the streams of traffic with it",
          .details = "Ctrl-C ends it in a script and in the shell.",
-         .arguments = {{.name = "TIME", .kind = duration(duration_range), .help = "how much: 250ms"}},
+         .arguments = {{.name = "TIME", .kind = kind::duration(duration_range), .help = "how much: 250ms"}},
          .example = "time advance 250ms",
          .needs_accelerator = true},
         {.name = "time show",

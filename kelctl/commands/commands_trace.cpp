@@ -66,9 +66,11 @@ std::vector<command> trace_commands()
          .variants = {{"kel_trace_internal_format_str", format_message<kel_trace_internal_format_str>, "values"},
                       {"kel_trace_internal_vformat_str", format_message<format_list>, "list"}},
          .help = "Format a message as trace records are",
-         .arguments =
-             {{.name = "TEXT", .kind = text(), .help = "of the message; cut at 1023 characters"},
-              {.name = "--prefix", .kind = text(), .help = "name of a function to stand before it", .required = false}},
+         .arguments = {{.name = "TEXT", .kind = kind::text(), .help = "of the message; cut at 1023 characters"},
+                       {.name = "--prefix",
+                        .kind = kind::text(),
+                        .help = "name of a function to stand before it",
+                        .required = false}},
          .example = "trace message 'port=6' --prefix bring_up"},
         {.name = "trace point",
          .variants = {{"kel_tracepoint", pass_trace_point}},
@@ -78,9 +80,12 @@ std::vector<command> trace_commands()
          .help = "Ask the node's restart service for a restart",
          .details = "The service decides; the command itself goes on.",
          .arguments =
-             {{.name = "REASON", .kind = text(), .help = "cut at 127 characters"},
-              {.name = "--file", .kind = text(), .help = "source file of the request", .otherwise = "kelctl"},
-              {.name = "--line", .kind = number(dword_range), .help = "source line of the request", .otherwise = "0"}},
+             {{.name = "REASON", .kind = kind::text(), .help = "cut at 127 characters"},
+              {.name = "--file", .kind = kind::text(), .help = "source file of the request", .otherwise = "kelctl"},
+              {.name = "--line",
+               .kind = kind::number(dword_range),
+               .help = "source line of the request",
+               .otherwise = "0"}},
          .example = "abort 'out of memory' --file main.c --line 12"},
     };
 }

@@ -42,11 +42,11 @@ void add_arguments(roff_page &page, const std::vector<argument> &arguments)
 // Empty for what can be asked for everywhere.
 std::string_view told_places(const command &row)
 {
-    if (row.places == std::vector{place::program})
+    if (row.sources == std::vector{source::program})
         return "Not in scripts and the shell.";
-    if (row.places == std::vector{place::shell})
+    if (row.sources == std::vector{source::shell})
         return "Only in the shell.";
-    return row.allowed_in(place::program) ? "" : "Only in scripts and the shell.";
+    return row.allowed_in(source::program) ? "" : "Only in scripts and the shell.";
 }
 
 void add_command(roff_page &page, const command &row)
@@ -99,7 +99,7 @@ std::string program_manual(const command_table &table, std::string_view version)
     page.item("~/.editrc", editrc);
     page.section("EXAMPLES");
     for (const command &row : table.rows())
-        if (row.places == std::vector{place::program})
+        if (row.sources == std::vector{source::program})
             page.example(fmt::format("kelctl {}", row.example));
     page.section("SEE ALSO");
     page.text("node.toml(5), kel_core_ic_ebcom(3), kel_core_ic_pcep(3)");

@@ -55,7 +55,7 @@ script parse_script(const command_table &table, std::string_view text)
         const size_t end = std::min(text.find('\n'), text.size());
         try {
             if (const auto words = words_of(text.substr(0, end)); !words.empty())
-                parsed.lines.push_back(parse(table, words, place::script)), parsed.lines.back().line = number;
+                parsed.lines.push_back(parse(table, words, source::script)), parsed.lines.back().line = number;
         } catch (const wrong_line &wrong) {
             parsed.problems.push_back({{number, wrong.column()}, wrong.what()});
         }
@@ -81,7 +81,7 @@ result run_script(const invocation &asked, session &session)
         return wrong_input(file, errors_of(file, std::move(script.problems)), "nothing was run");
 
     const interruption_watch watch;
-    session.where = place::script;
+    session.where = source::script;
     tally count;
     for (const invocation &line : script.lines) {
         if (interrupted() || session.finished || (count.status != exit_done && !keep_going))

@@ -33,7 +33,7 @@ exit_status run_line(const std::string &line, const origin &at, session &session
         const auto words = words_of(line);
         if (words.empty())
             return exit_done;
-        invocation asked = parse(session.table, words, place::shell);
+        invocation asked = parse(session.table, words, source::shell);
         asked.line = at.line;
         return session.carry_out(asked, at.file).status;
     } catch (const wrong_line &wrong) {
@@ -64,7 +64,7 @@ replacements words_for(std::string_view line, const session &session)
     known_words known = session.known;
     if (const auto node = current_snapshot())
         add_words_of(*node, known);
-    const completion found = complete(session.table, line, known, place::shell);
+    const completion found = complete(session.table, line, known, source::shell);
     replacements offered = {.words = {}, .files = found.files};
     for (const candidate &one : found.candidates)
         offered.words.push_back(one.word);
@@ -110,7 +110,7 @@ result run_piped_lines(session &session)
 
 result run_lines(session &session)
 {
-    session.where = place::shell;
+    session.where = source::shell;
     const bool typed = is_terminal(stdin) && is_terminal(stdout);
     return typed ? run_typed_lines(session) : run_piped_lines(session);
 }

@@ -226,6 +226,9 @@ argument_kind port_among(bool (*offered)(int32_t port))
 
 } // namespace
 
+namespace kind
+{
+
 argument_kind flag()
 {
     return {};
@@ -379,5 +382,7 @@ argument_kind command_words()
                 return candidates{.commands = true};
             }};
 }
+
+} // namespace kind
 
 } // namespace kelctl

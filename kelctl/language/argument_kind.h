@@ -1,5 +1,5 @@
 // Kinds of command arguments: how a word of each is read, what is said of a wrong one, and which words it may be
-// completed to. A kind is made with what it allows, such as number(vlan_range), and is all that a row of the table of
+// completed to. A kind is made with what it allows, such as kind::number(vlan_range), and is all that a row of the table of
 // commands has to say about an argument's form.
 #pragma once
 
@@ -46,6 +46,10 @@ struct argument_kind {
     std::function<argument_value(std::string_view)> read_raw = {}; // without the limits; null: the same as `read`
 };
 
+// The kinds that rows of commands are made of.
+namespace kind
+{
+
 argument_kind flag();
 argument_kind mac();
 argument_kind port();       // number or branch name; int64_t
@@ -70,5 +74,7 @@ argument_kind choice(std::vector<std::string> words);
 argument_kind file();
 argument_kind text();
 argument_kind command_words(); // of the table; completed by it
+
+} // namespace kind
 
 } // namespace kelctl

@@ -19,7 +19,7 @@ argument variant_option(const std::vector<variant> &variants)
         words.emplace_back(one.word);
     const std::string first = words.front();
     return {.name = "--variant",
-            .kind = choice(std::move(words)),
+            .kind = kind::choice(std::move(words)),
             .help = "which of the library's functions is called",
             .required = false,
             .otherwise = first};
@@ -58,9 +58,9 @@ std::optional<mistake> mistake_with(const argument &one, const command &row,
 
 } // namespace
 
-bool command::allowed_in(place where) const
+bool command::allowed_in(source where) const
 {
-    return std::find(places.begin(), places.end(), where) != places.end();
+    return std::ranges::find(sources, where) != sources.end();
 }
 
 const argument *command::find_argument(std::string_view argument_name) const
@@ -84,10 +84,12 @@ const argument *command::argument_at(size_t index) const
 const std::vector<argument> &shared_options()
 {
     static const std::vector<argument> options = {
-        {.name = "--json", .kind = flag(), .help = "show results as JSON, one document for each command"},
-        {.name = "--trace", .kind = flag(), .help = "print the library's trace records as they are fired"},
-        {.name = "--raw", .kind = flag(), .help = "take what the C interface takes, without the limits of values"},
-        {.name = "--help", .kind = flag(), .help = "print this help"},
+        {.name = "--json", .kind = kind::flag(), .help = "show results as JSON, one document for each command"},
+        {.name = "--trace", .kind = kind::flag(), .help = "print the library's trace records as they are fired"},
+        {.name = "--raw",
+         .kind = kind::flag(),
+         .help = "take what the C interface takes, without the limits of values"},
+        {.name = "--help", .kind = kind::flag(), .help = "print this help"},
     };
     return options;
 }
@@ -141,7 +143,7 @@ const command *command_table::find(std::string_view name) const
     return found == rows_.end() ? nullptr : &*found;
 }
 
-std::vector<std::string_view> command_table::next_words(std::string_view words, place where) const
+std::vector<std::string_view> command_table::next_words(std::string_view words, source where) const
 {
     std::vector<std::string_view> found;
     for (const command &row : rows_) {

@@ -5,7 +5,7 @@
 //     {.name = "group add",
 //      .variants = {{"kel_core_ic_pcep_mc_group_add", add_group}},
 //      .help = "Create a multicast group",
-//      .arguments = {{.name = "GROUP", .kind = new_group_id(), .help = "id of the multicast group"}},
+//      .arguments = {{.name = "GROUP", .kind = kind::new_group_id(), .help = "id of the multicast group"}},
 //      .example = "group add 300",
 //      .undo = "group remove"}
 #pragma once
@@ -72,7 +72,7 @@ struct objection {
 };
 using argument_check = std::optional<objection> (*)(const arguments &given);
 
-enum class place { program, script, shell };
+enum class source { program, script, shell };
 
 struct command {
     std::string_view name; // words with one blank between
@@ -82,14 +82,14 @@ struct command {
     std::vector<argument> arguments = {};
     argument_check check = nullptr; // null: nothing more than the arguments say
     std::string_view example = {};  // empty: the name alone
-    std::vector<place> places = {place::program, place::script, place::shell};
+    std::vector<source> sources = {source::program, source::script, source::shell};
     std::string_view undo = {};            // the command that undoes it, given those of its arguments that it takes
     product makes = {};                    // what there is of it afterwards, until it is undone
     bool failure_leaves_something = false; // that `undo` removes; it may find nothing, and be refused
     bool needs_accelerator = false;        // the software one: on a vendor's platform it does not apply
     bool offline = false;                  // uses no node, and so does not care whether there can be one
 
-    bool allowed_in(place where) const;
+    bool allowed_in(source where) const;
     const argument *find_argument(std::string_view argument_name) const; // options that every command has included
     const argument *argument_at(size_t index) const;                     // among those that are no options
 };
@@ -127,7 +127,7 @@ public:
 
     // The words that may follow these, in the table's order: "add" and "remove" after "ebcom path". None after a whole
     // command and after words that begin none.
-    std::vector<std::string_view> next_words(std::string_view words, place where) const;
+    std::vector<std::string_view> next_words(std::string_view words, source where) const;
 
     // What a command or a group of this name is for, in one line; empty where the words lead to several or to none.
     std::string_view help_on(std::string_view words) const;

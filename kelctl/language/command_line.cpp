@@ -27,7 +27,7 @@ bool has_flag(const line_parts &parts, std::string_view name)
 class line_parser
 {
 public:
-    line_parser(const command_table &table, const std::vector<word> &words, place where)
+    line_parser(const command_table &table, const std::vector<word> &words, source where)
         : table_(table), words_(words), where_(where), parts_(parts_of(table, words, where))
     {
     }
@@ -186,7 +186,7 @@ private:
 
     const command_table &table_;
     const std::vector<word> &words_;
-    place where_;
+    source where_;
     const line_parts parts_;
     std::vector<std::string> repeated_;
     invocation parsed_;
@@ -194,7 +194,7 @@ private:
 
 } // namespace
 
-invocation parse(const command_table &table, const std::vector<word> &words, place where)
+invocation parse(const command_table &table, const std::vector<word> &words, source where)
 {
     return line_parser(table, words, where).parse();
 }

@@ -39,6 +39,6 @@ private:
 std::vector<word> words_of(std::string_view line);
 
 // The command of the table that these words ask for, with its arguments read. Throws wrong_line.
-invocation parse(const command_table &table, const std::vector<word> &words, place where);
+invocation parse(const command_table &table, const std::vector<word> &words, source where);
 
 } // namespace kelctl

@@ -23,7 +23,7 @@ class word_completer
 {
 public:
     word_completer(const command_table &table, const std::vector<word> &before, const std::string &begun,
-                   const known_words &known, place where)
+                   const known_words &known, source where)
         : table_(table), parts_(parts_of(table, before, where)), begun_(begun), known_(known), where_(where)
     {
     }
@@ -135,19 +135,19 @@ private:
     const line_parts parts_;
     const std::string &begun_;
     const known_words &known_;
-    place where_;
+    source where_;
     completion found_;
 };
 
 } // namespace
 
 completion complete(const command_table &table, const std::vector<word> &before, const std::string &begun,
-                    const known_words &known, place where)
+                    const known_words &known, source where)
 {
     return word_completer(table, before, begun, known, where).complete();
 }
 
-completion complete(const command_table &table, std::string_view line, const known_words &known, place where)
+completion complete(const command_table &table, std::string_view line, const known_words &known, source where)
 {
     try {
         std::vector<word> words = words_of(line);

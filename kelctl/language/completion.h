@@ -24,10 +24,10 @@ struct completion {
 // Words that begin like the begun one, in either case; the words before decide whether a command's word, an option or a
 // value is due. Nothing after what is no command.
 completion complete(const command_table &table, const std::vector<word> &before, const std::string &begun,
-                    const known_words &known, place where);
+                    const known_words &known, source where);
 
 // The same for the line before the cursor. Nothing within open quotes.
-completion complete(const command_table &table, std::string_view line, const known_words &known, place where);
+completion complete(const command_table &table, std::string_view line, const known_words &known, source where);
 
 // For the completion scripts of other shells: a candidate in each line, what it is for behind a tab; a line "@files"
 // where names of files are meant.

@@ -101,7 +101,7 @@ std::vector<help_row> rows_of(std::span<const meaning> meanings)
 
 // Commands of which `wanted` is true.
 template <typename Predicate>
-std::vector<help_row> command_rows(const command_table &table, place where, Predicate wanted)
+std::vector<help_row> command_rows(const command_table &table, source where, Predicate wanted)
 {
     std::vector<help_row> rows;
     for (const command &one : table.rows())
@@ -110,7 +110,7 @@ std::vector<help_row> command_rows(const command_table &table, place where, Pred
     return rows;
 }
 
-std::vector<help_row> group_rows(const command_table &table, place where)
+std::vector<help_row> group_rows(const command_table &table, source where)
 {
     std::vector<help_row> rows;
     for (const command_group &group : table.groups())
@@ -119,7 +119,7 @@ std::vector<help_row> group_rows(const command_table &table, place where)
     return rows;
 }
 
-std::string overview(const command_table &table, place where)
+std::string overview(const command_table &table, source where)
 {
     const auto of_one_word = [](const command &row) { return row.name.find(' ') == std::string_view::npos; };
     std::vector<help_row> options;
@@ -186,9 +186,9 @@ std::string help_of(const command &row)
            only + function_section(row) + example;
 }
 
-std::string help_of_words(const command_table &table, std::string_view words, place where)
+std::string help_of_words(const command_table &table, std::string_view words, source where)
 {
-    if (words.empty() && where == place::program)
+    if (words.empty() && where == source::program)
         return fmt::format(
             "{}\nUsage: kelctl COMMAND ...\n{}{}{}{}\n\"kelctl help COMMAND\" tells more of a command.\n", about,
             overview(table, where), section("Instead of a command", rows_of(program_options)),

@@ -37,6 +37,6 @@ std::vector<std::string> usage_of(const command &row);
 std::string help_of(const command &row);
 
 // The commands that begin with these words; of all when there are none, and then with how the program itself is used.
-std::string help_of_words(const command_table &table, std::string_view words, place where);
+std::string help_of_words(const command_table &table, std::string_view words, source where);
 
 } // namespace kelctl

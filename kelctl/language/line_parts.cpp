@@ -31,7 +31,7 @@ const argument *shared_option(const std::string &text)
 class line_walker
 {
 public:
-    line_walker(const command_table &table, const std::vector<word> &words, place where)
+    line_walker(const command_table &table, const std::vector<word> &words, source where)
         : table_(table), words_(words), where_(where)
     {
     }
@@ -102,14 +102,14 @@ private:
 
     const command_table &table_;
     const std::vector<word> &words_;
-    place where_;
+    source where_;
     size_t next_ = 0;
     line_parts parts_;
 };
 
 } // namespace
 
-line_parts parts_of(const command_table &table, const std::vector<word> &words, place where)
+line_parts parts_of(const command_table &table, const std::vector<word> &words, source where)
 {
     return line_walker(table, words, where).walk();
 }

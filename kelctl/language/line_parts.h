@@ -41,6 +41,6 @@ struct line_parts {
     bool options_ended = false;           // by "--"
 };
 
-line_parts parts_of(const command_table &table, const std::vector<word> &words, place where);
+line_parts parts_of(const command_table &table, const std::vector<word> &words, source where);
 
 } // namespace kelctl

@@ -1,8 +1,8 @@
 // A call into the library, described once by its parameters: from them come what is passed, and what a failure report
 // shows of it.
 //
-//     session.call(asked, kel_core_ic_pcep_mc_member_add, value("mc_pcep_id", group), value("uc_pcep_id", pcep));
-//     session.call(asked, kel_core_ic_ebcom_queue_stats_get, input("dst_mac", mac), output("stats", stats));
+//     session.call(asked, kel_core_ic_pcep_mc_group_add, parameter::value("mc_pcep_id", group));
+//     session.call(asked, kel_core_ic_ebcom_queue_stats_get, parameter::input("dst_mac", mac), parameter::output(stats));
 //
 // A parameter refers to what it was made from, and must not outlive it.
 #pragma once
@@ -30,7 +30,9 @@ struct failure {
     std::vector<trace_entry> records; // that it fired
 };
 
-// ---- Parameters: passed() is what they hand over, text() what a report shows of it; results have none ----
+// Parameters of a call: passed() is what they hand over, text() what a report shows of it; results have none.
+namespace parameter
+{
 
 template <typename Number> struct value {
     std::string_view name;
@@ -130,7 +132,7 @@ struct stream_value {
     }
 };
 
-// ---- The call ----
+} // namespace parameter
 
 template <typename Function, typename... Parameters> auto call_with(Function function, const Parameters &...parameters)
 {

@@ -20,7 +20,7 @@ constexpr uint32_t longest_text = 4096; // octets; one that is longer fails with
 
 using text_buffer = std::array<char, longest_text>;
 
-const value<uint8_t> as_json("format", 2); // the formatting library's number
+const parameter::value<uint8_t> as_json("format", 2); // the formatting library's number
 
 // A platform whose format is another one has its text shown.
 fields counters_in(const text_buffer &text)
@@ -39,7 +39,7 @@ void read_ebcom(session &session, result &all)
 {
     text_buffer text{};
     if (succeeds(session.ask("kel_core_ic_ebcom_global_fmt_stats_get", kel_core_ic_ebcom_global_fmt_stats_get,
-                             text_output(text), as_json),
+                             parameter::text_output(text), as_json),
                  all))
         all.shown["ebcom"] = counters_in(text);
 }
@@ -48,7 +48,7 @@ void read_queue(int32_t port, const mac_address *found_by, session &session, res
 {
     ebcom_queue_stats stats{};
     if (found_by && !succeeds(session.ask("kel_core_ic_ebcom_queue_stats_get", kel_core_ic_ebcom_queue_stats_get,
-                                          input("dst_mac", *found_by), output(stats)),
+                                          parameter::input("dst_mac", *found_by), parameter::output(stats)),
                               all))
         return;
     all.shown["queues"].push_back({{"port", port},
@@ -59,8 +59,8 @@ void read_queue(int32_t port, const mac_address *found_by, session &session, res
 void read_pcep(uint32_t id, session &session, result &all)
 {
     text_buffer text{};
-    if (succeeds(session.ask("kel_core_ic_pcep_fmt_stats_get", kel_core_ic_pcep_fmt_stats_get, value("pcep_id", id),
-                             text_output(text), as_json),
+    if (succeeds(session.ask("kel_core_ic_pcep_fmt_stats_get", kel_core_ic_pcep_fmt_stats_get,
+                             parameter::value("pcep_id", id), parameter::text_output(text), as_json),
                  all))
         all.shown["pceps"].push_back({{"id", id}, {"counters", counters_in(text)}});
 }

@@ -27,7 +27,7 @@ bool applies(const invocation &asked)
 
 } // namespace
 
-session::session(const command_table &commands, place here, bool json, bool trace)
+session::session(const command_table &commands, source here, bool json, bool trace)
     : table(commands), where(here), json_by_default_(json), trace_by_default_(trace), json_(json)
 {
 }

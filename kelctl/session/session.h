@@ -25,7 +25,7 @@ class session
 {
 public:
     // The table has to outlive it, as every command that it carries out comes from there.
-    session(const command_table &commands, place where, bool json, bool trace);
+    session(const command_table &commands, source where, bool json, bool trace);
     ~session();
 
     // Carries the command out, remembers the words it used, and shows its result. `file` is where its line stands; empty
@@ -76,7 +76,7 @@ public:
     }
 
     const command_table &table;
-    place where; // commands come from
+    source where; // commands come from
     known_words known;
     undo_stack made{table}; // what the commands so far made
     // The paths and shapers that were asked for and stand, in the order of their adding: the accelerator knows handles,

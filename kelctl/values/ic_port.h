@@ -24,7 +24,7 @@ bool is_port(int64_t number);
 
 bool carries_ebcom(int32_t port);
 
-// Where the library keeps a port's queue: the group of ports that share a scheduler, and the place in the group.
+// Where the library keeps a port's queue: the group of ports that share a scheduler, and the source in the group.
 struct qos_place {
     int32_t scheduler;
     int32_t queue;

@@ -13,12 +13,12 @@ namespace kelctl
 
 inline invocation asked(const std::string &line)
 {
-    return parse(commands(), words_of(line), place::script);
+    return parse(commands(), words_of(line), source::script);
 }
 
 // JSON, so that nothing is shown before the end of a command.
 struct script_session : session {
-    script_session() : session(commands(), place::script, true, false)
+    script_session() : session(commands(), source::script, true, false)
     {
     }
 

@@ -27,7 +27,7 @@ void check_places(const problem_list &problems, std::string_view text)
 void plan(const node_file_read &read)
 {
     for (const placed_line &line : read.lines)
-        if (parse(commands(), words_of(text_of(line.asked)), place::script).given != line.asked.given)
+        if (parse(commands(), words_of(text_of(line.asked)), source::script).given != line.asked.given)
             std::abort();
 }
 

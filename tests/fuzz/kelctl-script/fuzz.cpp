@@ -25,14 +25,14 @@ bool may_be_left_out(const argument &one, const invocation &asked)
 // A command written again is the same command.
 void check_text(const invocation &asked)
 {
-    const invocation again = parse(commands(), words_of(text_of(asked)), place::script);
+    const invocation again = parse(commands(), words_of(text_of(asked)), source::script);
     if (again.row != asked.row || again.given != asked.given)
         std::abort();
 }
 
 void check_line(const invocation &asked, uint32_t lines)
 {
-    if (asked.line == 0 || asked.line > lines || !asked.row || !asked.chosen || !asked.row->allowed_in(place::script))
+    if (asked.line == 0 || asked.line > lines || !asked.row || !asked.chosen || !asked.row->allowed_in(source::script))
         std::abort();
     for (const argument &one : asked.row->arguments)
         if (!may_be_left_out(one, asked) && !asked.given.has(one.name) && asked.row->name != "help")
@@ -54,6 +54,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *octets, size_t count)
     for (const problem &one : parsed.problems)
         if (one.message.empty() || one.at.line == 0 || one.at.line > lines)
             std::abort();
-    complete(commands(), text.substr(0, text.find('\n')), {}, place::shell);
+    complete(commands(), text.substr(0, text.find('\n')), {}, source::shell);
     return 0;
 }

@@ -22,9 +22,9 @@ namespace
 
 using testing::IsEmpty;
 
-place first_place(const command &row)
+source first_source(const command &row)
 {
-    return row.places.front();
+    return row.sources.front();
 }
 
 // What the built library exports, as its symbol table tells.
@@ -72,7 +72,7 @@ TEST(Commands, HaveNamesOfTheirOwnInSmallLetters)
 TEST(Commands, NoneBeginsWithTheWordsOfAnother)
 {
     for (const command &row : commands().rows())
-        for (const place where : row.places)
+        for (const source where : row.sources)
             EXPECT_THAT(commands().next_words(row.name, where), IsEmpty()) << row.name;
 }
 
@@ -83,7 +83,7 @@ TEST(Commands, CanAllBeCarriedOutAndHaveHelpAndAnExample)
         for (const variant &one : row.variants)
             EXPECT_NE(one.run, nullptr) << row.name;
         EXPECT_FALSE(row.help.empty()) << row.name;
-        EXPECT_FALSE(row.places.empty()) << row.name;
+        EXPECT_FALSE(row.sources.empty()) << row.name;
         EXPECT_TRUE(row.example.starts_with(row.name)) << row.name;
     }
 }
@@ -91,7 +91,7 @@ TEST(Commands, CanAllBeCarriedOutAndHaveHelpAndAnExample)
 TEST(Commands, ExamplesAreParsedToTheirOwnRows)
 {
     for (const command &row : commands().rows())
-        EXPECT_EQ(parse(commands(), words_of(row.example), first_place(row)).row, &row) << row.example;
+        EXPECT_EQ(parse(commands(), words_of(row.example), first_source(row)).row, &row) << row.example;
 }
 
 TEST(Commands, ArgumentsFitTogether)
@@ -134,9 +134,9 @@ TEST(Commands, MissingArgumentsAreTold)
             return one.required && one.otherwise.empty() && !one.is_flag();
         });
         if (complete) {
-            EXPECT_NO_THROW(parse(commands(), words_of(row.name), first_place(row))) << row.name;
+            EXPECT_NO_THROW(parse(commands(), words_of(row.name), first_source(row))) << row.name;
         } else {
-            EXPECT_THROW(parse(commands(), words_of(row.name), first_place(row)), wrong_line) << row.name;
+            EXPECT_THROW(parse(commands(), words_of(row.name), first_source(row)), wrong_line) << row.name;
         }
     }
 }
@@ -144,7 +144,7 @@ TEST(Commands, MissingArgumentsAreTold)
 TEST(Commands, GroupsAreFirstWordsOfSeveral)
 {
     for (const command_group &group : commands().groups())
-        EXPECT_FALSE(commands().next_words(group.name, place::script).empty()) << group.name;
+        EXPECT_FALSE(commands().next_words(group.name, source::script).empty()) << group.name;
     std::set<std::string_view> named;
     for (const command_group &group : commands().groups())
         named.insert(group.name);
@@ -181,7 +181,7 @@ TEST(Commands, HelpFitsEightyColumns)
 {
     for (const command &row : commands().rows())
         expect_narrow(help_of(row));
-    for (const place where : {place::program, place::script, place::shell}) {
+    for (const source where : {source::program, source::script, source::shell}) {
         expect_narrow(help_of_words(commands(), "", where));
         for (const command_group &group : commands().groups())
             expect_narrow(help_of_words(commands(), group.name, where));

@@ -17,7 +17,7 @@ using testing::ElementsAre;
 
 invocation parsed(const std::string &line)
 {
-    return parse(made_up_commands(), words_of(line), place::script);
+    return parse(made_up_commands(), words_of(line), source::script);
 }
 
 TEST(CommandLine, ArgumentsAreReadByTheirKinds)
@@ -101,7 +101,7 @@ TEST(CommandLine, HelpIsACommandOfTheTable)
     std::vector<command> rows = made_up_rows();
     std::erase_if(rows, [](const command &row) { return row.name == "help"; });
     const command_table without(std::move(rows), {});
-    EXPECT_THROW(parse(without, words_of("lamp --help"), place::script), wrong_line);
+    EXPECT_THROW(parse(without, words_of("lamp --help"), source::script), wrong_line);
 }
 
 struct wrong_command {
@@ -164,7 +164,7 @@ TEST(CommandLine, WordsOfNoLineHaveNoColumn)
 {
     try {
         parse(made_up_commands(), {{.text = "lamp"}, {.text = "group"}, {.text = "drop"}, {.text = "512"}},
-              place::program);
+              source::program);
         FAIL();
     } catch (const wrong_line &wrong) {
         EXPECT_EQ(wrong.column(), 0u);

@@ -29,17 +29,17 @@ TEST(CommandTable, FindsARowByAllOfItsWords)
 
 TEST(CommandTable, NextWordsFollowTheRows)
 {
-    EXPECT_THAT(table.next_words("lamp", place::shell), ElementsAre("add", "remove", "show", "group"));
-    EXPECT_THAT(table.next_words("lamp group", place::program), ElementsAre("make", "drop", "join"));
-    EXPECT_THAT(table.next_words("lamp add", place::program), IsEmpty());
-    EXPECT_THAT(table.next_words("nothing", place::program), IsEmpty());
-    EXPECT_THAT(table.next_words("lam", place::program), IsEmpty());
+    EXPECT_THAT(table.next_words("lamp", source::shell), ElementsAre("add", "remove", "show", "group"));
+    EXPECT_THAT(table.next_words("lamp group", source::program), ElementsAre("make", "drop", "join"));
+    EXPECT_THAT(table.next_words("lamp add", source::program), IsEmpty());
+    EXPECT_THAT(table.next_words("nothing", source::program), IsEmpty());
+    EXPECT_THAT(table.next_words("lam", source::program), IsEmpty());
 }
 
 TEST(CommandTable, PlacesAreKeptApart)
 {
-    EXPECT_THAT(table.next_words("", place::program), AllOf(Contains("load"), Not(Contains("leave"))));
-    EXPECT_THAT(table.next_words("", place::script), AllOf(Contains("leave"), Not(Contains("load"))));
+    EXPECT_THAT(table.next_words("", source::program), AllOf(Contains("load"), Not(Contains("leave"))));
+    EXPECT_THAT(table.next_words("", source::script), AllOf(Contains("leave"), Not(Contains("load"))));
 }
 
 TEST(CommandTable, HelpIsOfARowOrOfAGroup)

@@ -51,7 +51,7 @@ TEST(CommandText, RawValuesComeBehindTheOptionThatAllowsThem)
 TEST(CommandText, IsReadAsTheSameCommand)
 {
     for (const command &row : commands().rows()) {
-        if (!row.allowed_in(place::script))
+        if (!row.allowed_in(source::script))
             continue;
         const invocation once = asked(std::string(row.example));
         const invocation again = asked(text_of(once));

@@ -24,12 +24,12 @@ const known_words known = {.macs = {*parse_mac_address("02:00:00:02:00:01"), *pa
                            .queues = {},
                            .schedulers = {}};
 
-completion completed(std::string_view line, place where = place::shell)
+completion completed(std::string_view line, source where = source::shell)
 {
     return complete(made_up_commands(), line, known, where);
 }
 
-std::vector<std::string> words(std::string_view line, place where = place::shell)
+std::vector<std::string> words(std::string_view line, source where = source::shell)
 {
     std::vector<std::string> all;
     for (const candidate &one : completed(line, where).candidates)
@@ -50,7 +50,7 @@ TEST(Completion, CommandsWordByWord)
 TEST(Completion, EverythingMayBeginAnEmptyLine)
 {
     EXPECT_THAT(words(""), AllOf(Contains("lamp"), Contains("help"), Contains("leave"), Not(Contains("load"))));
-    EXPECT_THAT(words("", place::program), AllOf(Contains("load"), Contains("say"), Not(Contains("leave"))));
+    EXPECT_THAT(words("", source::program), AllOf(Contains("load"), Contains("say"), Not(Contains("leave"))));
 }
 
 TEST(Completion, SharedOptionsMayStandBeforeACommand)
@@ -112,9 +112,9 @@ TEST(Completion, NoOptionsBehindTwoDashes)
 
 TEST(Completion, FilesAreLeftToTheEditor)
 {
-    EXPECT_TRUE(completed("load la", place::program).files);
-    EXPECT_FALSE(completed("load la", place::shell).files);
-    EXPECT_FALSE(completed("load la --", place::program).files);
+    EXPECT_TRUE(completed("load la", source::program).files);
+    EXPECT_FALSE(completed("load la", source::shell).files);
+    EXPECT_FALSE(completed("load la --", source::program).files);
     EXPECT_FALSE(completed("leave ").files);
 }
 
@@ -132,7 +132,7 @@ TEST(Completion, OpenQuotesHaveNone)
 TEST(Completion, WordsMayComeApart)
 {
     const completion found =
-        complete(made_up_commands(), {{.text = "say"}, {.text = "two words"}}, "--p", known, place::program);
+        complete(made_up_commands(), {{.text = "say"}, {.text = "two words"}}, "--p", known, source::program);
     ASSERT_THAT(found.candidates, SizeIs(1));
     EXPECT_EQ(found.candidates[0].word, "--prefix");
 }
@@ -145,7 +145,7 @@ TEST(Completion, LinesTellWhatWordsAreFor)
               "make\tMake a group\ndrop\tDrop a group\njoin\tLet a lamp join a group\n");
     EXPECT_EQ(lines_of(completed("lamp --j")), "--json\tshow results as JSON, one document for each command\n");
     EXPECT_EQ(lines_of(completed("lamp group drop ")), "9\n444\n");
-    EXPECT_EQ(lines_of(completed("load x", place::program)), "@files\n");
+    EXPECT_EQ(lines_of(completed("load x", source::program)), "@files\n");
     EXPECT_EQ(lines_of(completed("nothing x")), "");
 }
 

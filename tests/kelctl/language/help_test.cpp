@@ -20,7 +20,7 @@ std::string help_on(std::string_view name)
     return help_of(*made_up_commands().find(name));
 }
 
-std::string overview(place where)
+std::string overview(source where)
 {
     return help_of_words(made_up_commands(), "", where);
 }
@@ -78,7 +78,7 @@ TEST(Help, CommandWithoutAFunctionNamesNone)
 
 TEST(Help, OfWordsListsWhatBeginsWithThem)
 {
-    EXPECT_EQ(help_of_words(made_up_commands(), "lamp group", place::shell),
+    EXPECT_EQ(help_of_words(made_up_commands(), "lamp group", source::shell),
               "Commands:\n"
               "  lamp group make       Make a group\n"
               "  lamp group drop       Drop a group\n"
@@ -87,7 +87,7 @@ TEST(Help, OfWordsListsWhatBeginsWithThem)
 
 TEST(Help, WholeOfTheProgramTellsStatusesAndEnvironment)
 {
-    const std::string help = overview(place::program);
+    const std::string help = overview(source::program);
     EXPECT_THAT(help, StartsWith("Control process of a node"));
     for (const char *part : {"Usage: kelctl COMMAND ...\n", "\n  load  ", "\n  lamp ...  ",
                              "\nInstead of a command:\n  --version  ", "\nExit status:\n", "\n  NO_COLOR  "})
@@ -97,7 +97,7 @@ TEST(Help, WholeOfTheProgramTellsStatusesAndEnvironment)
 
 TEST(Help, WholeOfTheShellHasItsCommandsOnly)
 {
-    const std::string help = overview(place::shell);
+    const std::string help = overview(source::shell);
     EXPECT_THAT(help, StartsWith("Commands:\n"));
     EXPECT_THAT(help, HasSubstr("\n  leave  "));
     EXPECT_THAT(help, Not(HasSubstr("\n  load  ")));

@@ -15,7 +15,7 @@ namespace
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-line_parts parts(std::string_view line, place where = place::script)
+line_parts parts(std::string_view line, source where = source::script)
 {
     return parts_of(made_up_commands(), words_of(line), where);
 }
@@ -64,7 +64,7 @@ TEST(LineParts, WhatBelongsToNoCommandIsUnknown)
     EXPECT_EQ(parts("lamp nothing add").unknown->text, "nothing");
     EXPECT_EQ(parts("--wat lamp").unknown->text, "--wat");
     EXPECT_EQ(parts("load lamps").unknown->text, "load");
-    EXPECT_EQ(parts("load lamps", place::program).row->name, "load");
+    EXPECT_EQ(parts("load lamps", source::program).row->name, "load");
     EXPECT_THAT(arguments(parts("lamp nothing add")), IsEmpty());
 }
 

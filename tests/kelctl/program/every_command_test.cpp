@@ -62,7 +62,7 @@ TEST(EveryCommand, IsInTheScript)
     for (const kelctl::invocation &line : parsed.lines)
         run.insert(line.row->name);
     for (const kelctl::command &row : kelctl::commands().rows())
-        EXPECT_EQ(run.contains(row.name), row.allowed_in(kelctl::place::script)) << row.name;
+        EXPECT_EQ(run.contains(row.name), row.allowed_in(kelctl::source::script)) << row.name;
 }
 
 TEST(EveryCommand, ShowsTextAsExpected)

@@ -113,7 +113,7 @@ TEST(Operations, LifeOfANodeHasEveryCommandOfAScript)
 {
     std::set<std::string_view> expected;
     for (const command &row : commands().rows())
-        if (row.allowed_in(place::script))
+        if (row.allowed_in(source::script))
             expected.insert(row.name);
     EXPECT_EQ(std::set<std::string_view>(std::begin(life_of_a_node), std::end(life_of_a_node)), expected);
 }
@@ -155,7 +155,7 @@ TEST(Operations, HelpOfEveryCommandFitsEightyColumns)
 {
     std::string script;
     for (const command &row : commands().rows())
-        if (row.allowed_in(place::script))
+        if (row.allowed_in(source::script))
             script += "help " + std::string(row.name) + "\n";
     std::istringstream lines(run_script(script).out);
     size_t count = 0;

@@ -15,7 +15,7 @@ namespace
 
 invocation asked(const char *line)
 {
-    return parse(commands(), words_of(line), place::script);
+    return parse(commands(), words_of(line), source::script);
 }
 
 std::string text_of_code(uint32_t code)

@@ -31,7 +31,7 @@ protected:
     {
         CaptureStdout();
         CaptureStderr();
-        result done = session.carry_out(parse(commands(), words_of(line), place::shell));
+        result done = session.carry_out(parse(commands(), words_of(line), source::shell));
         out = GetCapturedStdout();
         err = GetCapturedStderr();
         return done;
@@ -43,7 +43,7 @@ protected:
 
 TEST_F(Session, ResultIsShownAndGivenBack)
 {
-    session session(commands(), place::shell, false, false);
+    session session(commands(), source::shell, false, false);
     const result done = carry_out(session, "pcep locate 02:00:00:02:00:01");
     EXPECT_EQ(done.status, exit_done);
     EXPECT_EQ(done.code, 0u);
@@ -54,7 +54,7 @@ TEST_F(Session, ResultIsShownAndGivenBack)
 
 TEST_F(Session, FailureIsAResult)
 {
-    session session(commands(), place::shell, false, false);
+    session session(commands(), source::shell, false, false);
     const result done = carry_out(session, "ebcom port channel 0");
     EXPECT_EQ(done.status, exit_operation_failed);
     EXPECT_EQ(done.code, 3u);
@@ -68,7 +68,7 @@ TEST_F(Session, ExceptionIsAnErrorOfItsCommand)
     const command row = {.name = "fail", .variants = {{.run = [](const invocation &, session &) -> result {
                                              throw std::runtime_error("Too many open files");
                                          }}}};
-    session json(commands(), place::shell, true, false);
+    session json(commands(), source::shell, true, false);
     CaptureStdout();
     const result done = json.carry_out({.row = &row, .chosen = &row.variants.front(), .given = {}});
     EXPECT_EQ(GetCapturedStdout(), R"({"command":"fail","arguments":{},"ok":false,"code":null,"text":null,"result":{},)"
@@ -79,7 +79,7 @@ TEST_F(Session, ExceptionIsAnErrorOfItsCommand)
 
 TEST_F(Session, AddressesIdsAndHandlesAreRemembered)
 {
-    session session(commands(), place::shell, false, false);
+    session session(commands(), source::shell, false, false);
     carry_out(session, "pcep locate 02:00:00:02:00:01");
     carry_out(session, "pcep start");
     carry_out(session, "pcep remove 7");
@@ -92,7 +92,7 @@ TEST_F(Session, AddressesIdsAndHandlesAreRemembered)
 
 TEST_F(Session, JsonCountsForOneCommandOrForAll)
 {
-    session plain(commands(), place::shell, false, false);
+    session plain(commands(), source::shell, false, false);
     carry_out(plain, "trace message a --json");
     EXPECT_THAT(out, testing::StartsWith("{\"command\":\"trace message\""));
     EXPECT_FALSE(plain.json());
@@ -102,7 +102,7 @@ TEST_F(Session, JsonCountsForOneCommandOrForAll)
 
 TEST_F(Session, JsonOfTheProgramCountsForEveryCommand)
 {
-    session json(commands(), place::shell, true, false);
+    session json(commands(), source::shell, true, false);
     EXPECT_TRUE(json.json());
     carry_out(json, "trace message a");
     EXPECT_THAT(out, testing::StartsWith("{\"command\":\"trace message\""));
@@ -112,7 +112,7 @@ TEST_F(Session, JsonOfTheProgramCountsForEveryCommand)
 
 TEST_F(Session, TraceCountsForOneCommand)
 {
-    session session(commands(), place::shell, false, false);
+    session session(commands(), source::shell, false, false);
     if (!session.log().installed())
         GTEST_SKIP() << "there is no tracer on this machine";
     carry_out(session, "pcep start --trace");
@@ -127,7 +127,7 @@ TEST_F(Session, PartsAreShownAtOnceAndKept)
 {
     result whole;
     CaptureStdout();
-    session plain(commands(), place::shell, false, false);
+    session plain(commands(), source::shell, false, false);
     plain.show_part(whole, {.shown = {{"a", 1}}, .text = "first"}, {});
     EXPECT_EQ(GetCapturedStdout(), "first\n");
     plain.show_part(whole, {.status = exit_operation_failed, .shown = {{"b", 2}}, .text = ""}, {});
@@ -140,13 +140,13 @@ TEST_F(Session, PartsOfAJsonDocumentAreNotShown)
 {
     result whole;
     CaptureStdout();
-    session(commands(), place::shell, true, false).show_part(whole, {.shown = {{"a", 1}}, .text = "first"}, {});
+    session(commands(), source::shell, true, false).show_part(whole, {.shown = {{"a", 1}}, .text = "first"}, {});
     EXPECT_EQ(GetCapturedStdout(), "");
 }
 
 TEST_F(Session, WhatACommandMadeIsNoted)
 {
-    session session(commands(), place::shell, true, false);
+    session session(commands(), source::shell, true, false);
     carry_out(session, "pcep start");
     carry_out(session, "pcep locate 02:00:00:02:00:01");
     ASSERT_EQ(session.made.all().size(), 1u);
@@ -156,7 +156,7 @@ TEST_F(Session, WhatACommandMadeIsNoted)
 
 TEST_F(Session, ExitFinishesIt)
 {
-    session session(commands(), place::shell, false, false);
+    session session(commands(), source::shell, false, false);
     EXPECT_FALSE(session.finished);
     carry_out(session, "exit");
     EXPECT_TRUE(session.finished);
