@@ -9,7 +9,7 @@
 
 static int failed = 0;
 
-/* Tells what came of a step, and whether it succeeded. */
+/* Prints the result of a step, and returns whether it succeeded. */
 static int ok(const char *step, uint32_t rc)
 {
     if (rc == 0)

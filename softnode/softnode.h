@@ -1,18 +1,17 @@
 /*
  * softnode.h - control of the software accelerator.
  *
- * libkel-softnode stands in for the six closed libraries of a node. A control process that is linked to it needs
- * nothing from this header; tests and tools use it to load the node with traffic, to let its time pass, to make it
- * fail, to move its timing unit and to look inside. Every function may be called from any thread.
+ * libkel-softnode takes the place of the six closed libraries of a node. A control process that links with it needs
+ * nothing from this header. Tests and tools use it to offer traffic, to advance the node's time, to make calls fail, to
+ * control the timing unit, and to look inside. Every function may be called from any thread.
  *
  * Units are the same everywhere: rates are kbit/s (1,000 bits per second), bursts and thresholds octets, virtual time
- * nanoseconds since the node was switched on. Functions that can be refused answer with the driver kit's codes, whose
- * numbers stand beside them here, and change nothing then. Texts and documents are the caller's: release them with
- * free().
+ * nanoseconds since the node was switched on. A function that refuses returns a code of the driver kit, given here with
+ * its number, and changes nothing. Texts and documents belong to the caller, who releases them with free().
  *
  *     const uint8_t mac[6] = {2, 0, 0, 2, 0, 1};
  *     softnode_traffic_offer(mac, 1000, 1500);        // 1,000 frames of 1,500 octets, at this instant
- *     softnode_time_advance(1000000000);              // a second passes: what the shaping lets through has left
+ *     softnode_time_advance(1000000000);              // a second passes: frames leave as the shaping allows
  *     char *document = softnode_snapshot_json();
  */
 #ifndef SOFTNODE_H
@@ -34,17 +33,16 @@ extern "C" {
  *
  * Frames for an address that a path leads to enter the queue of that path. The first frame of a queue leaves when the
  * queue's token bucket (its rate and burst) holds it and the scheduler above is free. One frame after the other goes
- * through a scheduler, at its peak rate or the line rate, and the queues below take turns. So of frames that are
- * offered together one leaves at once, if nothing is ahead of it, and the others once time passes. Until then they wait
- * as long as the queue's threshold has room for them, in blocks of 256 octets that a frame begins; those that find none
- * are dropped. A frame longer than the burst of a shaped queue could never leave, and is dropped. A frame that left
- * arrives at its destination.
+ * through a scheduler, at its peak rate or the line rate, and the queues below take turns. Of frames that are
+ * offered together, one leaves at once if nothing is ahead of it; the others leave as time passes. Until then they wait,
+ * as far as the queue's threshold has room for them, in whole blocks of 256 octets; the rest is dropped. A frame longer
+ * than the burst of a shaped queue could never leave, and is dropped. A frame that has left arrives at its destination.
  *
  * Frames for a local address of a PCEP that no path leads to arrive at once. Frames for a path whose queue was removed
- * are dropped. What counts where is told with the counters in the snapshot (docs/software-accelerator.md).
+ * are dropped. What the records of statistics count: softnode_global_statistics.
  *
- * All that are offered count as sent by the PCEP with the lowest id whose remote address this is; those that arrive, as
- * received by the one with the lowest id whose local address this is.
+ * Every offered frame counts as sent by the PCEP with the lowest id that has this remote address. Every frame that
+ * arrives counts as received by the PCEP with the lowest id that has this local address.
  *
  * @param mac               destination, 6 octets in wire order
  * @param frames            how many; 0 offers nothing
@@ -57,8 +55,8 @@ int32_t softnode_traffic_offer(const uint8_t mac[6], uint64_t frames, uint32_t o
 /**
  * Offers frames of one sender, all at this instant: a PCEP sends them to its remote address; a multicast group
  * replicates each of them to the remote address of every member, in the order of adding, and a copy counts as sent by
- * its member. From there they go as those of softnode_traffic_offer() do. Copies for a member that is no more are
- * dropped, as is all that is sent to an address that no path leads to and that no PCEP has as its local address.
+ * its member. From there on they are handled as in softnode_traffic_offer(). Copies for a member that was removed are
+ * dropped, and so are frames for an address that no path leads to and that no PCEP has as its local address.
  *
  * @param id                of a PCEP or of a group
  * @param frames            how many; 0 offers nothing
@@ -68,18 +66,18 @@ int32_t softnode_traffic_offer(const uint8_t mac[6], uint64_t frames, uint32_t o
 int32_t softnode_traffic_send(uint32_t id, uint64_t frames, uint32_t octets_per_frame);
 
 /**
- * Lets virtual time pass. However an interval is cut into calls, what happens in it is the same. It takes as long as
- * there are frames that leave, not longer for a longer interval. After 2^64 - 1 nanoseconds time stands still.
+ * Advances virtual time. The result is the same however an interval is divided into calls. The cost depends on the
+ * number of frames that leave, not on the length of the interval. Time stops at 2^64 - 1 nanoseconds.
  */
 void softnode_time_advance(uint64_t nanoseconds);
 
-/** @return virtual time, in nanoseconds since the node was switched on. It stands still unless it is told to pass. */
+/** @return virtual time, in nanoseconds since the node was switched on; softnode_time_advance() and latencies advance it */
 uint64_t softnode_time(void);
 
-/* ---- Making it fail ---- */
+/* ---- Making calls fail ---- */
 
 /**
- * Adds fault rules, separated by semicolons or line ends; a # begins a comment up to the end of its line. One rule is
+ * Adds fault rules, separated by semicolons or line ends; a # begins a comment up to the end of its line. A rule is
  *
  *     function[:call[*times]]=effect[,effect]
  *
@@ -90,62 +88,62 @@ uint64_t softnode_time(void);
  *     "ork_bind:1=latency:2ms,-4"                the first call takes 2 milliseconds and then returns -4
  *     "vorn_tu_get_nputimeoffset:2=block"        the second call blocks until softnode_faults_release()
  *
- * `function` is any closed function that returns a code; `call` counts its calls from 1, as of the moment the rule was
- * added. A rule has one result, one latency and one block at most. A call that meets it takes the latency, then blocks,
- * then returns the result, and has changed nothing in the node but the time; without a result it does its work as ever.
- * Of the rules that one call meets, the one added first counts, and it alone.
+ * `function` is any closed function that returns a code. `call` counts its calls from 1, starting when the rule is
+ * added. A rule has at most one result, one latency and one block. A call that matches takes the latency, then blocks,
+ * then returns the result and changes nothing in the node but the time; without a result it does its normal work. If
+ * several rules match a call, only the one added first applies.
  *
- *     result     decimal, fits 32 bits; 0 makes a call that claims success and did nothing: what it should
- *                have written stays as it was, and who reads it may well crash. That is what such a rule is for.
+ *     result     decimal, fits 32 bits. 0 makes a call that reports success and does nothing: its outputs stay
+ *                unwritten, and a caller that reads them may crash.
  *     latency    1 to 4294967295, with the unit ns, us, ms or s
- *     block      for functions of the timing unit (vorn_tu_...). The call waits until it is released, and lets go of
- *                the node meanwhile. softnode_timing_settle() takes its thread for one at rest.
+ *     block      for functions of the timing unit (vorn_tu_...). The call waits until it is released, and does not
+ *                lock the node meanwhile. softnode_timing_settle() counts its thread as at rest.
  *
- * The environment variable KEL_SOFTNODE_FAULTS holds rules for a process that does not know this header, or "@FILE", a
- * file with rules. When they cannot be read, the first closed call says so on standard error and ends the process with
- * status 2. A process with more rights than who started it, such as one with a set-user-ID file, has no such variable.
+ * The environment variable KEL_SOFTNODE_FAULTS holds rules for a process that does not use this header, or "@FILE", a
+ * file with rules. If they cannot be read, the first closed call reports that on standard error and ends the process with
+ * status 2. A process with raised rights, such as a set-user-ID program, ignores the variable.
  *
- * @return null, or what is wrong with the first bad rule; then none was added. For a function that is not known this
- *         names those that are, and the one that was probably meant.
+ * @return null, or what is wrong with the first bad rule; then none was added. For an unknown function the text lists the
+ *         known ones and suggests the nearest.
  */
 char *softnode_faults_add(const char *rules);
 
 /**
- * Switches the node on now; otherwise the first call that needs it does.
+ * Switches the node on now. Without this, the first call that needs the node does it.
  *
  * @return null, or what is wrong with the rules of KEL_SOFTNODE_FAULTS: the next call that needs the node ends the process
  */
 char *softnode_switch_on(void);
 
 /**
- * Adds the rules of a file, which may have 16 MiB.
+ * Adds the rules of a file of at most 16 MiB.
  *
- * @return null, or what is wrong, as FILE:LINE:COLUMN: message, without position for a file that cannot be read; then
- *         none was added
+ * @return null, or what is wrong as FILE:LINE:COLUMN: message, without a position if the file cannot be read; then none
+ *         was added
  */
 char *softnode_faults_add_file(const char *file);
 
 /**
- * Adds the rules of a text of `size` octets that the caller has read from a file of this name.
+ * Adds the rules of a text of `size` octets that the caller has read from this file.
  *
  * @return as softnode_faults_add_file()
  */
 char *softnode_faults_add_text(const char *file, const char *text, size_t size);
 
-/** The rules in the order of adding, as a JSON array: `rule` as written, `hits` how many calls met it. */
+/** The rules in the order of adding, as a JSON array: `rule` as written, `hits` how many calls matched it. */
 char *softnode_faults_json(void);
 
 /**
- * The functions that a rule may name, in alphabetical order, as a JSON array: `function`, and `codes`, with which
- * softnode_fault_sweep() lets it fail. A rule may give other codes.
+ * The functions that a rule may name, in alphabetical order, as a JSON array: `function`, and `codes`, which
+ * softnode_fault_sweep() makes it return. A rule may use other codes.
  */
 char *softnode_fault_functions_json(void);
 
-/** Forgets every fault rule, and lets blocked calls go on. */
+/** Removes every fault rule and releases blocked calls. */
 void softnode_faults_clear(void);
 
 /**
- * Lets the calls go on that a rule blocks at this moment; later ones block as before.
+ * Releases the calls that a rule blocks at this moment; later ones block as before.
  *
  * @return how many were released
  */
@@ -153,94 +151,123 @@ uint32_t softnode_faults_release(void);
 
 /* ---- Trying every fault ---- */
 
-/** What to do with the node, again and again. Every function is called with `context`. */
+/** What a sweep runs again and again. Every function is called with `context`. */
 typedef struct softnode_scenario {
-    uint32_t (*run)(void *context);         /**< drives a node just switched on; its result is reported */
-    void (*clean_up)(void *context);        /**< what the caller does after that, failed or not; may be null */
-    const char *(*describe)(void *context); /**< asked last: a note for the report; may be null, and answer null */
-    void *context;                          /**< handed to each of them */
+    uint32_t (*run)(void *context);         /**< drives a node that has just been switched on; its result is reported */
+    void (*clean_up)(void *context);        /**< called after run(), failed or not; may be null */
+    const char *(*describe)(void *context); /**< called last: returns a note for the report, or null; may be null */
+    void *context;                          /**< passed to each of them */
     uint32_t time_limit;                    /**< milliseconds for one run; 0: 10,000 */
 } softnode_scenario;
 
 /**
- * Runs a scenario once undisturbed, to note the closed functions that it calls. Then, for each of these calls and for
- * each of the codes that the function's library may answer with (docs/software-accelerator.md), runs it with that one
- * call failing, and with that call and all later ones of that function failing.
+ * Runs a scenario once without faults and records the closed functions that it calls. Then, for each of these calls and
+ * for each code that the function's library may return (docs/software-accelerator.md), runs it with that one call
+ * failing, and with that call and all later ones of that function failing.
  *
- * Each run is a child process of its own, so that neither a crash nor a hang ends the sweep, and no run knows of
- * another. It has a node just switched on, without the fault rules of the caller or of KEL_SOFTNODE_FAULTS; the
- * caller's node is left alone. The fault is over when run() has returned: what clean_up() calls is neither counted nor
- * made to fail, and what is left after it belongs to nobody.
+ * Each run is a child process, so a crash or a hang does not end the sweep and no run affects another. It has a node that
+ * has just been switched on, without the fault rules of the caller or of KEL_SOFTNODE_FAULTS; the caller's node is not
+ * touched. The fault ends when run() returns: calls of clean_up() are neither counted nor made to fail. What is left after
+ * clean_up() is reported.
  *
- * Threads: a scenario may start some. Calls are counted for each thread by itself, because their order among each other
- * is different every time, and a fault hits the calls of its thread only. After run() and after clean_up() it is waited
- * until every thread has ended or rests in the timing unit, for a quarter of the time limit each at most. So the report
- * of a scenario is the same every time, unless its threads wait for nothing or for each other's calls. The process that
- * asks for the sweep should have one thread only, as a child gets a copy of the calling thread alone.
+ * Threads: a scenario may start threads. Calls are counted per thread, because their order between threads differs from
+ * run to run, and a fault affects only the calls of its thread. After run() and after clean_up() the sweep waits until
+ * every thread has ended or rests in the timing unit, each time for at most a quarter of the time limit. So the report
+ * of a scenario is the same every time, unless its threads do not wait for anything, or wait for each other's calls. The
+ * calling process should have one thread only, because a child process has a copy of the calling thread alone.
  *
  * @return a JSON document
  *     calls        closed calls of the undisturbed run, thread by thread, in their order:
  *         thread       0: the one that run() is called on; others from 1, in the order of their first calls
  *         function
  *         call         its number among the thread's calls of this function, from 1
- *     undisturbed  a run, see below. What it leaves is told as `left`.
- *     planned      how many runs there are to be
+ *     undisturbed  the run without faults, see below; `left` is all that it leaves
+ *     planned      how many runs the sweep has
  *     runs         in the order of calls, codes, and first the single failure:
  *         thread, function, call, code, persistent      the fault; null each in `undisturbed`
  *         outcome      "returned", "crashed" (by a signal, or it ended the process) or "hung" (its time limit passed)
  *         result       of run(); null unless it returned
  *         note         of the scenario, or null
- *         left         objects that the undisturbed run does not leave: kind and name of each, in words that are the
- *                      same in every run (docs/software-accelerator.md). Null unless it returned.
+ *         left         objects that the undisturbed run does not leave: kind and name of each, the same in every run
+ *                      (docs/software-accelerator.md). Null unless it returned.
  *         missing      objects that the undisturbed run leaves and this one does not; null unless it returned
  *     or null, when scenario or scenario->run is null, or no child process can be made
  */
 char *softnode_fault_sweep(const softnode_scenario *scenario);
 
 /**
- * Asked in front of each run with a fault, in the process that asked for the sweep.
+ * Called before each run with a fault, in the process that called softnode_fault_sweep_watched().
  *
  * @param context  the scenario's
- * @param done     runs that are over
- * @param planned  runs that there are to be
+ * @param done     how many runs are over
+ * @param planned  how many runs the sweep has
  * @return 0 ends the sweep
  */
 typedef int softnode_sweep_watcher(void *context, size_t done, size_t planned);
 
-/** The same, watched. The report of a sweep that was ended has the runs until then. `watcher` may be null. */
+/** The same with a watcher, which may be null. The report of a sweep that it ended has the runs until then. */
 char *softnode_fault_sweep_watched(const softnode_scenario *scenario, softnode_sweep_watcher *watcher);
 
 /* ---- The timing unit ---- */
 
-/** Sets what the timing unit reports from now on. Posts no event. At first: 40 cycles at a frequency of 250,000. */
+/** Sets what the timing unit reports from now on; initially 40 cycles at a frequency of 250,000. Posts no event. */
 void softnode_timing_reading_set(int64_t cycles, uint32_t frequency);
 
-/** Posts an event to every open connection that subscribed to adjustments (type 6 announces one, of domain 0). */
+/** Posts an event to every open connection that subscribed to adjustments. Type 6, domain 0 announces an adjustment. */
 void softnode_timing_event_post(uint32_t type, int32_t domain);
 
 /**
  * Waits until the timing unit's users are at rest: every thread that opened a connection has taken all its events and
- * waits for the next one, or is blocked by a fault rule, or has failed and ended. A failure counts once the thread is
- * gone, so that all it still had to do is done by then.
+ * waits for the next one, or is blocked by a fault rule, or has failed and ended. A thread that failed counts as at rest
+ * only when it has ended, so all its work is done then.
  *
- * A thread is known from its vorn_tu_init() on, whether that succeeds or not. As long as none has come this far,
- * counted from the start of the process or the last softnode_reset(), nobody is at rest; so the call may follow at once
- * on what starts a thread. What it cannot know: a further thread that was started and has not come this far, and a
- * thread that ended without coming this far.
+ * A thread is known once it has called vorn_tu_init(), successful or not. While none has done so since the start of the
+ * process or the last softnode_reset(), the users are not at rest; so this function may be called directly after what
+ * starts a thread. It cannot know of a further thread that has not called vorn_tu_init() yet, or that ended without.
  *
- * @return 1 when they are at rest; 0 when they still are not after so many milliseconds.
+ * @return 1 when they are at rest; 0 when they are not at rest after this time.
  */
 int softnode_timing_settle(uint32_t milliseconds);
 
-/* ---- Looking in ---- */
+/* ---- Looking inside ---- */
+
+/**
+ * The counters in an ebcom_global_stats, whose 256 octets hold this record: copy them with memcpy(). "Sent" frames left
+ * their queue; received = sent + dropped + waiting. Counters wrap around.
+ *
+ * The other records count, and are 0 where this table has no line:
+ *
+ * | Record            | Field                         | Counts                                                       |
+ * |-------------------|-------------------------------|--------------------------------------------------------------|
+ * | ebcom_queue_stats | pkts_rx, octets_rx            | frames that entered the queue                                |
+ * |                   | pkts_tx, octets_tx            | frames that left it                                          |
+ * |                   | pkts_dropped, octets_dropped  | frames too long for its burst, or without room               |
+ * |                   | pkts_out_standing             | frames that wait in it                                       |
+ * |                   | mem_blks_in_use               | blocks of 256 octets that these take                         |
+ * | pcep_stats and    | out_cnt0, out_cnt1            | frames, octets sent                                          |
+ * | ebcom_pcep_stats  | in_cnt0, in_cnt1              | frames, octets received                                      |
+ * |                   | in_word0, in_cnt2             | frames, octets dropped: always 0, the queues drop            |
+ */
+typedef struct softnode_global_statistics {
+    uint64_t frames_received; /**< frames that entered the service, with every copy of a replicated one */
+    uint64_t octets_received; /**< their octets */
+    uint64_t frames_sent;     /**< frames that left their queue, or arrived without one */
+    uint64_t octets_sent;     /**< their octets */
+    uint64_t frames_dropped;  /**< frames dropped in a queue, or because no queue or no path was there */
+    uint64_t octets_dropped;  /**< their octets */
+    uint64_t paths;           /**< paths that exist now */
+    uint64_t pceps;           /**< PCEPs that exist now */
+    uint64_t groups;          /**< multicast groups that exist now */
+    uint64_t reserved[23];    /**< 0 */
+} softnode_global_statistics;
 
 /** Everything the node holds, as a JSON document with stable keys (docs/software-accelerator.md). */
 char *softnode_snapshot_json(void);
 
 /**
- * How many of each the node has room for, as a JSON document: schedulers, queues, paths, multicast groups, members of a
- * group. There is one path for each destination address. What finds no room is refused with ORK_OUTOFRANGE (-9), a queue
- * with 10. The document is always the same.
+ * The limits of the node as a JSON document: how many schedulers, queues, paths, multicast groups, and members of a
+ * group. There is one path for each destination address. What exceeds a limit is refused with ORK_OUTOFRANGE (-9), a
+ * queue with 10. The document is always the same.
  */
 char *softnode_limits_json(void);
 
@@ -248,8 +275,8 @@ char *softnode_limits_json(void);
 char *softnode_graph_dot(void);
 
 /**
- * Back to a node just switched on: time 0, no fault rules, all counts 0. Handles issued before are stale afterwards; a
- * thread that waits in vorn_tu_wait_event() gets SHUTDOWN (-5), as does one that a rule blocks.
+ * Resets the node to one that has just been switched on: time 0, no fault rules, all counts 0. Handles from before become
+ * stale. A thread that waits in vorn_tu_wait_event(), or that a rule blocks, gets SHUTDOWN (-5).
  */
 void softnode_reset(void);
 

@@ -16,10 +16,10 @@
  *         rc = kel_core_ic_pcep_mc_member_add(300, 7);
  *
  * Unicast PCEPs and multicast groups share the ids 1 to 511. The library keeps a table of them from start to stop.
- * Calls before the start or after the stop reach the driver kit with null handles.
+ * Calls before the start or after the stop pass null handles to the driver kit.
  *
- * Threads and return codes are as in kel_core_ic_ebcom.h: statistics and the dump read the table, which no add, remove,
- * start or stop may change meanwhile.
+ * Threads and return codes are as in kel_core_ic_ebcom.h: statistics and the dump read the table: do not add,
+ * remove, start or stop at the same time.
  */
 #ifndef KEL_CORE_IC_PCEP_H
 #define KEL_CORE_IC_PCEP_H
@@ -40,18 +40,20 @@ extern "C" {
 /* ---- Locations ---- */
 
 /**
- * Tells where a MAC address sits and which PCEP type goes with it. Its bytes 2 and 3 say so, counted from 0:
+ * Returns where a MAC address sits, and its PCEP type, by its bytes 2 and 3, counted from 0: in 02:00:85:00:00:01, byte 2
+ * is 0x85 and byte 3 is 0.
  *
- * | byte 3 | byte 2                            | location | type |
- * |--------|-----------------------------------|----------|------|
- * | 2      | any                               | 2 OB     | 2    |
- * | 3      | any                               | 3 HSFP   | 2    |
- * | 0      | 0x80 and above, or the own MP id  | 1 CPU    | 1    |
- * | anything else |                            | 4 EIOA   | 0    |
+ * | byte 3 | byte 2         | location | type |                         |
+ * |--------|----------------|----------|------|-------------------------|
+ * | 2      | any            | 2 OB     | 2    |                         |
+ * | 3      | any            | 3 HSFP   | 2    |                         |
+ * | 0      | the own MP id  | 1 CPU    | 1    | this processor          |
+ * | 0      | 0x80 and above | 1 CPU    | 1    | a processor, not this one |
+ * | anything else |         | 4 EIOA   | 0    |                         |
  *
- * The own MP id is the low 8 bits of the environment variable "MPID", in decimal; what is no number is 0, and so is a
- * variable that is not set. It is read when an address with byte 3 = 0 and byte 2 below 0x80 is first asked about, and kept
- * once it is not 0. While it is 0, it is read again for each such address, and byte 2 = 0 is taken for this processor's.
+ * The own MP id is the low 8 bits of the environment variable "MPID", in decimal; it is 0 if the variable is not a number
+ * or not set. It is read for the first address with byte 3 = 0 and byte 2 below 0x80, and kept once it is not 0. While it
+ * is 0, it is read again for each such address, and byte 2 = 0 counts as this processor.
  *
  * @param mac      6 bytes, wire order
  * @param location written always
@@ -71,26 +73,29 @@ uint32_t kel_core_ic_pcep_start(void);
 
 /**
  * Stops the PCEP service: forgets the attachment and the table. PCEPs, bindings and groups stay in the driver kit, and
- * the number of groups stays counted.
+ * the count of groups keeps its value.
  *
  * @return 0.
  */
 uint32_t kel_core_ic_pcep_stop(void);
 
 /**
- * Lists the driver-kit handles of all PCEPs through the companion library.
+ * Lists the driver-kit handles of all PCEPs and groups through the companion library.
  *
- * @param destination handed on as it is; the companion library says what it must be
- * @return 0, whatever becomes of the dump.
+ *     kel_core_ic_pcep_handle_dump(stdout);
+ *
+ * @param destination passed to the companion library, which expects a stdio stream (`FILE *`) open for writing; it
+ *                    stays open and belongs to the caller
+ * @return 0, also when the dump failed.
  */
 uint32_t kel_core_ic_pcep_handle_dump(void *destination);
 
 /**
- * The hook that the start calls for a multicast queue and scheduler. Makes none and writes nothing.
+ * The hook that the start calls for a multicast queue and scheduler. Creates none and writes nothing.
  *
  * @param attach           not used
- * @param queue_handle     left as it is
- * @param scheduler_handle left as it is
+ * @param queue_handle     not written
+ * @param scheduler_handle not written
  * @return 0.
  */
 uint32_t kel_core_ic_pcep_create_queue_and_scheduler_for_multicast(kel_attach_info *attach, uint64_t *queue_handle,
@@ -98,16 +103,16 @@ uint32_t kel_core_ic_pcep_create_queue_and_scheduler_for_multicast(kel_attach_in
 
 /* ---- Unicast PCEPs ---- */
 
-/** What a PCEP is made from. */
+/** The parameters of a new PCEP. */
 typedef struct kel_pcep_config {
     uint8_t remote_pcep_id[3]; /**< little-endian */
     uint8_t reserved3;         /**< not read */
-    uint8_t local_mac[6];      /**< wire order; a location on the HSFP gets the PCEP bound */
+    uint8_t local_mac[6];      /**< wire order; a PCEP with a location on the HSFP is bound to the EHSFP */
     uint8_t remote_mac[6];     /**< wire order */
     uint16_t vlan_id;          /**< low 12 bits */
     uint8_t priority;          /**< low 3 bits */
-    uint8_t byte19;            /**< handed to the driver kit as it is */
-    uint16_t word20;           /**< handed to the driver kit as it is */
+    uint8_t byte19;            /**< passed to the driver kit unchanged */
+    uint16_t word20;           /**< passed to the driver kit unchanged */
     uint8_t rest[22];          /**< kept, not read */
 } kel_pcep_config;
 KEL_LAYOUT_SIZE(kel_pcep_config, 44);
@@ -131,9 +136,9 @@ KEL_LAYOUT_AT(kel_pcep_config, rest, 22);
 uint32_t kel_core_ic_pcep_add(uint32_t pcep_id, const kel_pcep_config *config);
 
 /**
- * Unbinds a PCEP that was bound and deletes it in the driver kit. Its id is free afterwards, whatever the result: what
- * the driver kit refused to delete is forgotten. The id of a multicast group returns 7 and is forgotten, too; the group goes
- * on counting against the 30. Groups that a PCEP is a member of still count it.
+ * Unbinds a PCEP that was bound and deletes it in the driver kit. Its id is free afterwards, whatever the result: a PCEP
+ * that the driver kit refused to delete is forgotten. The id of a multicast group returns 7 and is forgotten, too; the
+ * group still counts against the 30. Groups that a PCEP is a member of still count it.
  *
  * @param pcep_id 1 to 511
  * @return 0; 3 for an invalid id; 4 for a free one; 7 for a multicast group; 13 when the driver kit refuses. After a
@@ -144,10 +149,10 @@ uint32_t kel_core_ic_pcep_rem(uint32_t pcep_id);
 /* ---- Multicast groups ---- */
 
 /**
- * Creates a multicast group, of which there may be 30.
+ * Creates a multicast group. There can be 30.
  *
  * @param mc_pcep_id 1 to 511
- * @return 0; 3 for an invalid id; 5 when the id is taken; 10 when there are too many groups; 13 when the driver kit
+ * @return 0; 3 for an invalid id; 5 when the id is taken; 10 when there are 30 groups; 13 when the driver kit
  *         refuses.
  */
 uint32_t kel_core_ic_pcep_mc_group_add(uint32_t mc_pcep_id);
@@ -163,22 +168,22 @@ uint32_t kel_core_ic_pcep_mc_group_add(uint32_t mc_pcep_id);
 uint32_t kel_core_ic_pcep_mc_group_rem(uint32_t mc_pcep_id);
 
 /**
- * Adds a PCEP to a group, which may have 16 members. Whether it is one already is for the driver kit to say.
+ * Adds a PCEP to a group, which can have 16 members. The driver kit checks whether it is a member already.
  *
  * @param mc_pcep_id the group, 1 to 511
- * @param uc_pcep_id the member, 1 to 511; its kind is not looked at
- * @return 0; 3 for an invalid id; 4 for a free one; 7 when the group is none; 10 when it is full; 13 when the driver
- *         kit refuses.
+ * @param uc_pcep_id the member, 1 to 511; its kind is not checked
+ * @return 0; 3 for an invalid id; 4 for a free one; 7 when the first id is not of a group; 10 when it is full; 13 when
+ *         the driver kit refuses.
  */
 uint32_t kel_core_ic_pcep_mc_member_add(uint32_t mc_pcep_id, uint32_t uc_pcep_id);
 
 /**
- * Removes a PCEP from a group. The number of members is lowered unguarded; whether this was one is for the driver kit to
- * say.
+ * Removes a PCEP from a group. The number of members is decremented without a check; the driver kit checks whether this
+ * was one.
  *
  * @param mc_pcep_id the group, 1 to 511
  * @param uc_pcep_id the member, 1 to 511; its entry must not be free
- * @return 0; 3 for an invalid id; 4 for a free one; 7 when the group is none; 13 when the driver kit refuses.
+ * @return 0; 3 for an invalid id; 4 for a free one; 7 when the first id is not of a group; 13 when the driver kit refuses.
  */
 uint32_t kel_core_ic_pcep_mc_member_rem(uint32_t mc_pcep_id, uint32_t uc_pcep_id);
 
@@ -194,8 +199,8 @@ uint32_t kel_core_ic_pcep_mc_member_rem(uint32_t mc_pcep_id, uint32_t uc_pcep_id
 uint32_t kel_ic_pcep_get_stats(uint32_t pcep_id, ebcom_pcep_stats *stats);
 
 /**
- * The same counters in a record of 76 octets without gaps. The order of the words is part of the interface; what each
- * counts is the driver kit's to say. The names tell where a word stands in the driver kit's record.
+ * The same counters in a record of 76 octets without gaps. The order of the words is part of the interface; the driver kit
+ * defines what each counts. For the software accelerator see softnode_global_statistics in softnode/softnode.h.
  */
 typedef struct __attribute__((packed)) pcep_stats {
     uint64_t in_cnt0;  /**< octet 64 of the driver kit's record */
@@ -251,7 +256,7 @@ uint32_t kel_core_ic_pcep_get_stats(uint32_t pcep_id, pcep_stats *stats);
  * @param buf     written always; the empty string when the counters cannot be read
  * @param len     size of the buffer, octets; at least 1
  * @param format  the formatting library's selector
- * @return as kel_ic_pcep_get_stats(), or what the formatting library says at the end of the text.
+ * @return as kel_ic_pcep_get_stats(), or what the formatting library returns at the end of the text.
  */
 uint32_t kel_core_ic_pcep_fmt_stats_get(uint32_t pcep_id, char *buf, uint32_t len, uint8_t format);
 

@@ -2,7 +2,7 @@
  * @file kel_node_names.h
  * The names of IC ports and of locations, as trace records print them.
  *
- * The library and every tool that shows or reads these names take them from here. Nothing is exported for them.
+ * The library and every tool that prints or reads these names take them from here. The library exports nothing for them.
  */
 #ifndef KEL_NODE_NAMES_H
 #define KEL_NODE_NAMES_H
@@ -21,12 +21,12 @@ enum {
 
 /** Where a MAC address sits in the node, see kel_ic_pcep_get_location_and_type_from_branch(). */
 enum kel_location {
-    KEL_LOCATION_NONE = 0,     /**< no address has it */
+    KEL_LOCATION_NONE = 0,     /**< not used for addresses */
     KEL_LOCATION_CPU = 1,      /**< a processor, this one or another */
     KEL_LOCATION_OB = 2,       /**< OB */
-    KEL_LOCATION_HSFP = 3,     /**< HSFP: local ends there are bound to the EHSFP target */
+    KEL_LOCATION_HSFP = 3,     /**< HSFP: a PCEP whose local address sits there is bound to the EHSFP */
     KEL_LOCATION_EIOA = 4,     /**< EIOA */
-    KEL_LOCATION_MULTICAST = 5 /**< no address has it: the entry of a multicast group */
+    KEL_LOCATION_MULTICAST = 5 /**< not used for addresses: the entry of a multicast group */
 };
 
 /** The branch name of an IC port, "UNKNOWN" outside 0 to 50. A row's index is the port's number: never sort it. */

@@ -34,7 +34,7 @@ char *kel_trace_internal_format_str(const char *prefix_format, const char *prefi
  * @param prefix_format takes one string, the prefix argument; at most 255 characters of the result are kept
  * @param prefix_arg    null: no prefix, and prefix_format is not looked at
  * @param body_format   printf format of what follows the prefix; null: no body
- * @param values        the values of the body, used up as vsnprintf() does
+ * @param values        the values of the body, consumed as by vsnprintf()
  * @return the calling thread's buffer, as kel_trace_internal_format_str().
  */
 char *kel_trace_internal_vformat_str(const char *prefix_format, const char *prefix_arg, const char *body_format,
@@ -44,7 +44,7 @@ char *kel_trace_internal_vformat_str(const char *prefix_format, const char *pref
 void kel_tracepoint(void);
 
 /**
- * Asks the node's restart service for a restart, and returns: the service decides, the caller carries on.
+ * Requests a restart from the node's restart service, and returns: the service decides, the caller continues.
  *
  * @param line          source line of the request
  * @param file          source file of the request

@@ -2,7 +2,7 @@
  * kel_fmt.h - the formatting library: counters as text in a caller's buffer.
  *
  * Our own declarations of a closed library's interface, with names of ours for types, fields and constants. Every
- * function appends to the text in the buffer; `format` selects the layout and is the formatting library's.
+ * function appends to the text in the buffer; `format` selects a layout of the formatting library.
  */
 #ifndef PLATFORM_KEL_FMT_H
 #define PLATFORM_KEL_FMT_H
@@ -23,7 +23,7 @@ uint32_t kel_fmt_ebcom_global_stats(char *buf, uint32_t len, uint8_t format, con
 uint32_t kel_fmt_ebcom_pcep_inbound_stats(char *buf, uint32_t len, uint8_t format, const void *inbound);
 uint32_t kel_fmt_ebcom_pcep_outbound_stats(char *buf, uint32_t len, uint8_t format, const void *outbound);
 
-/** Completes the text; tells whether it fitted. */
+/** Completes the text; returns whether it fitted. */
 uint32_t kel_fmt_end(char *buf, uint32_t len);
 
 #ifdef __cplusplus

@@ -17,8 +17,8 @@ extern "C" {
 #endif
 
 /**
- * The companion library's return codes, as far as this project gives them a meaning. Texts come from
- * kei_util_init_rc_str_get(). Other codes are possible and pass through unchanged.
+ * The return codes of the companion library that this project uses. kei_util_init_rc_str_get() returns their texts. Other
+ * codes are possible and are passed on unchanged.
  */
 enum kel_init_rc {
     KEL_RC_OK = 0,
@@ -36,7 +36,7 @@ enum kel_init_rc {
 /** VSI of the accelerator's event device. */
 typedef uint16_t kel_vsi_t;
 
-/** What an attachment yields. The opaque parts belong to the companion library. */
+/** The result of an attachment. The opaque parts belong to the companion library. */
 typedef struct kel_attach_info {
     void *sys_handle; /**< the driver kit's system handle */
     uint8_t opaque8[120];
@@ -59,7 +59,7 @@ uint32_t kel_init_eventdev_dev_id_ebcom_get(uint16_t *eth_dev_id);
 /** The VSI of that event device. */
 uint32_t kel_init_eventdev_vsi_ebcom_get(kel_vsi_t *vsi);
 
-/** What a new queue is made from. */
+/** The parameters of a new queue. */
 typedef struct kel_init_qos_queue_params {
     uint32_t mode;
     uint32_t rate;        /**< kbit/s; 0 together with a bucket_size of 0: unshaped */
@@ -100,8 +100,7 @@ KEL_LAYOUT_AT(qos_queue_stats, word9, 44);
 uint32_t kel_init_qos_queue_stats_get(void *queue, qos_queue_stats *stats);
 
 /**
- * Lists handles on a destination of the companion library's kind, a stdio stream. The accessors are asked by index; an
- * id of 0 marks a free entry.
+ * Lists handles on a stdio stream. The accessors are called by index; an id of 0 marks a free entry.
  */
 uint32_t kel_init_dump_ork_handles(void *destination, const char *title, uint32_t count,
                                    uint32_t (*id_get)(uint32_t index), uint64_t (*handle_get)(uint32_t index));

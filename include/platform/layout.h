@@ -1,5 +1,5 @@
 /*
- * layout.h - compile-time proof of a record's layout, beside the record, in C11 and in C++11.
+ * layout.h - checks a record's layout at compile time, beside the record, in C11 and in C++11.
  */
 #ifndef PLATFORM_LAYOUT_H
 #define PLATFORM_LAYOUT_H

@@ -2,8 +2,8 @@
  * ork.h - the accelerator driver kit, as far as libkel-core-ic calls it.
  *
  * Our own declarations of a closed library's interface, with names of ours for types, fields and constants. A vendor's
- * library takes the software accelerator's place; a vendor's header fits only where its names are the same. Every record is
- * the driver kit's wire format.
+ * library can replace the software accelerator; a vendor's header fits only if its names are the same. Every record has
+ * the driver kit's layout.
  */
 #ifndef PLATFORM_ORK_H
 #define PLATFORM_ORK_H
@@ -35,7 +35,7 @@ enum ork_rc_value {
 
 /* ---- Status of the driver kit itself ---- */
 
-/** Yields the system handle that ork_sys_status_get() wants. This library passes 0 and 1 and ignores the result. */
+/** Returns the system handle for ork_sys_status_get(). This library passes 0 and 1 and ignores the result. */
 ork_rc ork_syshandle_get(uint32_t a, uint32_t b, void **sys_handle);
 
 /** The driver kit's text for a code. The text belongs to the driver kit. */
@@ -60,7 +60,7 @@ ork_rc ork_ebcom_global_config_set(void *ork, const ork_ebcom_global_config *con
 ork_rc ork_ebcom_interface_create(void *ork, uint16_t eth_dev_id);
 ork_rc ork_ebcom_interface_delete(void *ork, uint16_t eth_dev_id);
 
-/** Sets the offset that the accelerator adds to its timestamps. May be called beside any other operation. */
+/** Sets the offset that the accelerator adds to its timestamps. May be called at the same time as any other operation. */
 ork_rc ork_ebcom_timestamp_offset_set(void *ork, int64_t offset);
 
 /** A path towards one destination MAC address. */
@@ -79,8 +79,8 @@ ork_rc ork_ebcom_pcep_path_create(void *ork, const ork_ebcom_pcep_path *path);
 ork_rc ork_ebcom_pcep_path_delete(void *ork, const ork_ebcom_pcep_path *path);
 
 /**
- * The service's counters. The layout is the driver kit's: this library clears the record, has it filled, and hands it
- * on.
+ * The service's counters. The layout is the driver kit's: this library clears the record, lets the driver kit fill it, and
+ * returns it.
  */
 typedef struct ebcom_global_stats {
     uint8_t octets[256];
@@ -91,7 +91,7 @@ ork_rc ork_ebcom_global_statistics_get(void *ork, ebcom_global_stats *stats);
 
 /* ---- PCEPs ---- */
 
-/** What a new PCEP is made from. */
+/** The parameters of a new PCEP. */
 typedef struct ork_ebcom_pcep_params {
     uint8_t sMac[6]; /**< local */
     uint8_t dMac[6]; /**< remote */
@@ -118,7 +118,7 @@ KEL_LAYOUT_AT(ork_ebcom_pcep_params, reserved29, 29);
 ork_rc ork_ebcom_pcep_create(void *ork, const ork_ebcom_pcep_params *params, uint64_t *handle);
 ork_rc ork_ebcom_pcep_delete(void *ork, uint64_t handle);
 
-/** What a PCEP has sent; the library names the words by their positions. */
+/** What a PCEP has sent; the fields are named by their positions. */
 typedef struct ebcom_pcep_outbound_stats {
     uint64_t out_cnt0;
     uint64_t out_cnt1;
@@ -166,7 +166,7 @@ KEL_LAYOUT_AT(ebcom_pcep_stats, inbound, 64);
 
 ork_rc ork_ebcom_pcep_statistics_get(void *ork, uint64_t handle, ebcom_pcep_stats *stats);
 
-/** Ties a PCEP to an event target. The names say what is known of the words. */
+/** Binds a PCEP to an event target. Words without a known meaning are named by their offsets. */
 typedef struct ork_bind_params {
     uint32_t word0; /**< always 4 */
     uint32_t word4; /**< always 1 */
@@ -201,7 +201,7 @@ KEL_LAYOUT_AT(ork_bind_params, reserved85, 85);
 ork_rc ork_bind(void *sys_handle, const ork_bind_params *params);
 ork_rc ork_unbind(void *sys_handle, const ork_bind_params *params);
 
-/** What a new multicast group is made from. */
+/** The parameters of a new multicast group. */
 typedef struct ork_ebcom_multicast_group {
     uint16_t pcep_id; /**< low 12 bits */
     uint8_t reserved[6];
@@ -213,7 +213,7 @@ ork_rc ork_ebcom_multicast_group_create(void *ork, const ork_ebcom_multicast_gro
                                         uint64_t scheduler);
 ork_rc ork_ebcom_multicast_group_delete(void *ork, uint64_t handle);
 
-/** Members are named by their PCEP id, not by a handle. */
+/** Members are identified by their PCEP id, not by a handle. */
 ork_rc ork_ebcom_multicast_member_add(void *ork, uint64_t group_handle, uint32_t pcep_id);
 ork_rc ork_ebcom_multicast_member_rem(void *ork, uint64_t group_handle, uint32_t pcep_id);
 
@@ -226,7 +226,7 @@ typedef struct ork_qos_rate {
 KEL_LAYOUT_SIZE(ork_qos_rate, 16);
 KEL_LAYOUT_AT(ork_qos_rate, bucketSize, 8);
 
-/** What a new scheduler is made from. */
+/** The parameters of a new scheduler. */
 typedef struct ork_qos_scheduler_params {
     void *parent; /**< null: directly under the root */
     uint8_t tsScriptId;
@@ -270,7 +270,7 @@ ork_rc ork_qos_scheduler_delete(void *ork, void *scheduler);
 /** shapingMode of a queue: what ork_qos_queue_get() reports. */
 enum ork_qos_queue_shaping { ORK_QOS_QUEUE_UNSHAPED = 3, ORK_QOS_QUEUE_SHAPED = 4 };
 
-/** What the driver kit tells of a queue. */
+/** What the driver kit reports about a queue. */
 typedef struct ork_qos_queue {
     uint64_t rate;
     uint32_t bucketSize;

@@ -12,7 +12,7 @@
 extern "C" {
 #endif
 
-/** Asks for a restart of the node, naming who asks and why. Returns to the caller; the service decides. */
+/** Requests a restart of the node, with the place and the reason of the request, and returns. The service decides. */
 int32_t qol_ng_restart_request_line_and_file(uint32_t line, const char *file, uint32_t one, const char *reason,
                                              uint32_t zero, void *null);
 

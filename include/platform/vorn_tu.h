@@ -37,7 +37,7 @@ KEL_LAYOUT_AT(vorn_tu_nputimeoffset, frequency, 8);
 int32_t vorn_tu_init(void **handle);
 int32_t vorn_tu_subscribe_adjnpuoffs(void *handle, int32_t domain);
 
-/** Blocks until an event arrives. The event belongs to the client until vorn_tu_free_event() hands it back. */
+/** Blocks until an event arrives. The event belongs to the client until vorn_tu_free_event() returns it. */
 int32_t vorn_tu_wait_event(void *handle, vorn_tu_event **event);
 int32_t vorn_tu_free_event(void *handle, vorn_tu_event **event);
 

@@ -3,6 +3,7 @@
  */
 #include "softnode/closed/statistics.h"
 
+#include <array>
 #include <bit>
 #include <cstring>
 
@@ -25,15 +26,15 @@ template <auto Counter> std::uint64_t in(const void *record)
 }
 
 constexpr std::array<Field, 9> global_fields{{
-    {"frames_received", in<&GlobalStatistics::frames_received>},
-    {"octets_received", in<&GlobalStatistics::octets_received>},
-    {"frames_sent", in<&GlobalStatistics::frames_sent>},
-    {"octets_sent", in<&GlobalStatistics::octets_sent>},
-    {"frames_dropped", in<&GlobalStatistics::frames_dropped>},
-    {"octets_dropped", in<&GlobalStatistics::octets_dropped>},
-    {"paths", in<&GlobalStatistics::paths>},
-    {"pceps", in<&GlobalStatistics::pceps>},
-    {"groups", in<&GlobalStatistics::groups>},
+    {"frames_received", in<&softnode_global_statistics::frames_received>},
+    {"octets_received", in<&softnode_global_statistics::octets_received>},
+    {"frames_sent", in<&softnode_global_statistics::frames_sent>},
+    {"octets_sent", in<&softnode_global_statistics::octets_sent>},
+    {"frames_dropped", in<&softnode_global_statistics::frames_dropped>},
+    {"octets_dropped", in<&softnode_global_statistics::octets_dropped>},
+    {"paths", in<&softnode_global_statistics::paths>},
+    {"pceps", in<&softnode_global_statistics::pceps>},
+    {"groups", in<&softnode_global_statistics::groups>},
 }};
 
 constexpr std::array<Field, 4> inbound_fields{{
@@ -90,7 +91,7 @@ ebcom_pcep_stats pcep_statistics(const Counters &counters)
 
 ebcom_global_stats global_statistics(const Counters &counters, const Population &population)
 {
-    GlobalStatistics statistics;
+    softnode_global_statistics statistics{};
     statistics.frames_received = counters[Fate::received].frames;
     statistics.octets_received = counters[Fate::received].octets;
     statistics.frames_sent = counters[Fate::sent].frames;

@@ -1,23 +1,14 @@
 /*
- * statistics.h - the three records that counters are read in: which counter stands where. A 64-bit counter that stands
- * in a 32-bit word wraps there.
- *
- *     queue, qos_queue_stats              octets_tx, octets_rx, octets_dropped, pkts_tx, pkts_rx, pkts_dropped: sent,
- *                                         received, dropped. pkts_out_standing: frames waiting. mem_blks_in_use: blocks
- *                                         of 256 octets that these take. word9: 0.
- *     PCEP outbound, ebcom_pcep_stats     out_cnt0: frames sent. out_cnt1: octets sent. The rest: 0; what was dropped
- *                                         on the way out is counted by the queue that dropped it.
- *     PCEP inbound, ebcom_pcep_stats      in_cnt0: frames received. in_cnt1: octets received. in_word0: frames dropped.
- *                                         in_cnt2: octets dropped. The rest: 0.
- *     service, ebcom_global_stats         as GlobalStatistics below.
+ * statistics.h - the records that counters are read in. Which counter has which place is told to users in
+ * softnode/softnode.h. A 64-bit counter in a 32-bit word wraps there.
  */
 #ifndef SOFTNODE_STATISTICS_H
 #define SOFTNODE_STATISTICS_H
 
 #include "softnode/common/counters.h"
 #include "softnode/platform.h"
+#include "softnode/softnode.h"
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -25,22 +16,7 @@
 namespace softnode
 {
 
-/* What the 256 octets of an ebcom_global_stats hold. */
-struct GlobalStatistics {
-    std::uint64_t frames_received = 0;
-    std::uint64_t octets_received = 0;
-    std::uint64_t frames_sent = 0;
-    std::uint64_t octets_sent = 0;
-    std::uint64_t frames_dropped = 0;
-    std::uint64_t octets_dropped = 0;
-    std::uint64_t paths = 0;
-    std::uint64_t pceps = 0;
-    std::uint64_t groups = 0;
-    std::array<std::uint64_t, 23> reserved{};
-};
-static_assert(sizeof(GlobalStatistics) == sizeof(ebcom_global_stats));
-
-/* How many of them there are. */
+/* How many objects there are. */
 struct Population {
     std::uint64_t paths = 0;
     std::uint64_t pceps = 0;
