@@ -1,4 +1,4 @@
-// What of the program is told in which section.
+// The sections of kelctl(1).
 #include "kelctl/documents/manual.h"
 
 #include "kelctl/documents/roff.h"
@@ -15,23 +15,39 @@ namespace
 {
 
 constexpr std::string_view description =
-    R"(kelctl configures the IC side of a node's packet accelerator. It brings whole nodes up from a file, node.toml(5),
+    R"(kelctl configures the IC side of a node's packet accelerator. It brings a whole node up from a file, node.toml(5),
 and has a command for every function of the library.
 
-A command is carried out on a node of its own, which ends with the process. Commands that are to work on one node are
-lines of a script, for "kelctl run", or of a shell, "kelctl shell".)";
+Each process has its own node, which ends with the process. Commands that belong together go into a script, for
+"kelctl run", or into a shell, "kelctl shell".)";
 
 constexpr std::string_view scripts =
-    R"(A script has a command in each line, without the word kelctl. Words are separated by blanks. Quotes of either kind
-keep blanks and # in a word; a backslash does so for the character after it, but not within single quotes. # begins a
-comment. Options may stand anywhere after the command, their values in the next word or behind a "="; after "--" there
-are none.
+    R"(A script has one command per line, without the word kelctl. Blanks separate words. Single or double quotes keep blanks
+and # in a word; so does a backslash for the next character, except within single quotes. # begins a comment. Options can
+be anywhere after the command, their values in the next word or after "="; "--" ends the options.
 
 )";
 
-constexpr std::string_view editrc =
-    R"(The keys of the shell, as editrc(5) describes them; lines that begin with "kelctl:" are for it alone. It takes
-the place of .inputrc. The environment variable EDITRC names another file.)";
+constexpr meaning files[] = {
+    {"/usr/share/doc/kelctl/examples/node.toml", "A node file with every table and key."},
+    {"/usr/share/doc/kelctl/examples/node.kel", "A script that brings a small node up and down."},
+    {"/usr/share/doc/kelctl/examples/whole-node.kel",
+     "A script with every operation that changes something, for sweep."},
+    {"~/.local/state/kelctl/history", "The lines of the shell; in $XDG_STATE_HOME/kelctl if that variable is set."},
+    {"~/.editrc",
+     "The keys of the shell, as editrc(5) describes them; lines that begin with \"kelctl:\" are for it alone. It takes "
+     "the place of .inputrc. The environment variable EDITRC names another file."},
+    {"/tmp/KEL_DUMP_EBCOM_QOS_HANDLE_FILENAME", "What \"ebcom qos dump\" writes."},
+};
+
+// The example files where the package installs them.
+std::string on_an_installed_machine(std::string example)
+{
+    constexpr std::string_view in_the_tree = " examples/";
+    if (const size_t place = example.find(in_the_tree); place != std::string::npos)
+        example.replace(place, in_the_tree.size(), " /usr/share/doc/kelctl/examples/");
+    return example;
+}
 
 void add_arguments(roff_page &page, const std::vector<argument> &arguments)
 {
@@ -39,8 +55,8 @@ void add_arguments(roff_page &page, const std::vector<argument> &arguments)
         page.item(with_value(one), argument_text(one));
 }
 
-// Empty for what can be asked for everywhere.
-std::string_view told_places(const command &row)
+// Empty for a command that is allowed everywhere.
+std::string_view restriction_of(const command &row)
 {
     if (row.sources == std::vector{source::program})
         return "Not in scripts and the shell.";
@@ -55,7 +71,7 @@ void add_command(roff_page &page, const command &row)
     page.text(fmt::format("{}.", row.help));
     if (row.needs_accelerator)
         page.text("Only on the software accelerator.");
-    if (const std::string_view places = told_places(row); !places.empty())
+    if (const std::string_view places = restriction_of(row); !places.empty())
         page.text(places);
     add_arguments(page, row.arguments);
     if (!row.details.empty())
@@ -96,11 +112,11 @@ std::string program_manual(const command_table &table, std::string_view version)
     page.section("ENVIRONMENT");
     add_meanings(page, environment_variables());
     page.section("FILES");
-    page.item("~/.editrc", editrc);
+    add_meanings(page, files);
     page.section("EXAMPLES");
     for (const command &row : table.rows())
         if (row.sources == std::vector{source::program})
-            page.example(fmt::format("kelctl {}", row.example));
+            page.example(fmt::format("kelctl {}", on_an_installed_machine(std::string(row.example))));
     page.section("SEE ALSO");
     page.text("node.toml(5), kel_core_ic_ebcom(3), kel_core_ic_pcep(3)");
     return page.written();

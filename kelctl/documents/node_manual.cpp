@@ -1,4 +1,4 @@
-// What of node files is told in which section.
+// The sections of node.toml(5).
 #include "kelctl/documents/node_manual.h"
 
 #include "kelctl/documents/roff.h"
@@ -13,11 +13,11 @@ namespace
 {
 
 constexpr std::string_view description =
-    R"(A node file tells kelctl(1) what a node consists of: parameters, paths with their shaping, end points and multicast
-groups. It is written in TOML. The whole of it is checked before anything is started; what is wrong is told as
+    R"(A node file describes a node for kelctl(1): parameters, paths with their shaping, end points and multicast groups. It is
+written in TOML. kelctl checks the whole file before it starts anything, and reports each problem as
 file:line:column: message.
 
-Each table stands for a command of kelctl(1), and each key for one of its arguments: a value is what the argument takes,
+Each table stands for a command of kelctl(1), and each key for one of its arguments. A value is what the argument takes,
 as a number or as a text.
 
 )";
@@ -49,10 +49,10 @@ members = [7])";
 std::string whether_needed(const argument &argument, const node_table &table)
 {
     if (!argument.instead.empty())
-        return fmt::format("Either this or {} has to be given.", table.key_of(argument.instead));
+        return fmt::format("Either this or {} is required.", table.key_of(argument.instead));
     if (!argument.needs.empty())
-        return fmt::format("Given together with {}.", table.key_of(argument.needs));
-    return argument.required && argument.otherwise.empty() ? "Has to be given." : "";
+        return fmt::format("Requires {}.", table.key_of(argument.needs));
+    return argument.required && argument.otherwise.empty() ? "Required." : "";
 }
 
 void add_key(roff_page &page, const node_key &key, const node_table &table, const command_table &rows)
@@ -77,7 +77,7 @@ void add_table(roff_page &page, const node_table &table, const command_table &ro
 
 std::string node_file_manual(const command_table &rows, std::string_view version)
 {
-    roff_page page("node.toml", 5, version, "what a node consists of");
+    roff_page page("node.toml", 5, version, "description of a node for kelctl");
     page.section("DESCRIPTION");
     page.text(fmt::format("{}{}", description, value_notations()));
     page.section("TABLES AND KEYS");
@@ -85,6 +85,8 @@ std::string node_file_manual(const command_table &rows, std::string_view version
         add_table(page, table, rows);
     page.section("EXAMPLE");
     page.example(example);
+    page.section("FILES");
+    page.item("/usr/share/doc/kelctl/examples/node.toml", "An example with every table and key.");
     page.section("SEE ALSO");
     page.text("kelctl(1)");
     return page.written();
