@@ -31,12 +31,13 @@ extern "C" {
 /**
  * Offers frames for a destination, all at this instant of virtual time.
  *
- * Frames for an address that a path leads to enter the queue of that path. The first frame of a queue leaves when the
- * queue's token bucket (its rate and burst) holds it and the scheduler above is free. One frame after the other goes
- * through a scheduler, at its peak rate or the line rate, and the queues below take turns. Of frames that are
- * offered together, one leaves at once if nothing is ahead of it; the others leave as time passes. Until then they wait,
- * as far as the queue's threshold has room for them, in whole blocks of 256 octets; the rest is dropped. A frame longer
- * than the burst of a shaped queue could never leave, and is dropped. A frame that has left arrives at its destination.
+ * Frames for an address that a path leads to enter the queue of that path. The first frame of a queue leaves when no
+ * token bucket on its way owes anything (rate and burst of the queue, peak and sustain of every scheduler above), it is
+ * its turn there, and the line of 10 Gbit/s that all share is free. So of frames that are offered together one leaves at
+ * once, if nothing is ahead of it, and the others once time passes. Until then they wait as long as the queue's
+ * threshold has room for them, in blocks of 256 octets that a frame begins; those that find none are dropped. A frame
+ * that left arrives at its destination with its last bit. Once parameters were set, frames of more than the MTU and 22
+ * octets are dropped.
  *
  * Frames for a local address of a PCEP that no path leads to arrive at once. Frames for a path whose queue was removed
  * are dropped. What the records of statistics count: softnode_global_statistics.

@@ -3,6 +3,8 @@
  */
 #include "softnode/common/counters.h"
 
+#include <algorithm>
+
 namespace softnode
 {
 
@@ -16,6 +18,12 @@ Tally &Tally::operator+=(const Tally &more)
 Tally &Tally::operator+=(const Frames &more)
 {
     return *this += Tally{more.count, more.count * more.length};
+}
+
+Waiting most_of(const Waiting &left, const Waiting &right)
+{
+    return {std::max(left.frames, right.frames), std::max(left.octets, right.octets),
+            std::max(left.blocks, right.blocks)};
 }
 
 void Counters::account(Fate fate, const Frames &frames)

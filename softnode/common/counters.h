@@ -15,10 +15,16 @@ namespace softnode
 /* What became of a frame at an object: it came in, it went out, it was thrown away. */
 enum class Fate : std::uint8_t { received, sent, dropped };
 
+/* Why a frame was thrown away: it is longer than the MTU allows; its queue had no room; nothing leads to its
+   destination; the queue of its path was removed, maybe while it waited there. */
+enum class Drop : std::uint8_t { too_long, no_room, no_way, no_queue };
+inline constexpr std::size_t drop_reasons = static_cast<std::size_t>(Drop::no_queue) + 1;
+
 /* Frames of one length. */
 struct Frames {
     std::uint64_t count = 0;
-    std::uint32_t length = 0; /* octets of each */
+    std::uint32_t length = 0;   /* octets of each */
+    std::uint64_t identity = 0; /* by which who offers them knows each of them again; 0: need not */
 };
 
 struct Tally {
@@ -35,6 +41,9 @@ struct Waiting {
     std::uint64_t octets = 0;
     std::uint64_t blocks = 0; /* memory it takes, in blocks of facts::block_octets */
 };
+
+/** The larger one of each. */
+Waiting most_of(const Waiting &left, const Waiting &right);
 
 class Counters
 {

@@ -20,10 +20,11 @@ public:
     {
     }
 
-    Handle add(Object object)
+    /** Makes an object in its place, where it stays. */
+    template <class... Parts> Handle add(Parts &&...parts)
     {
         const Handle handle = series_.next();
-        objects_.emplace(handle, std::move(object));
+        objects_.try_emplace(handle, std::forward<Parts>(parts)...);
         return handle;
     }
 

@@ -65,9 +65,10 @@ void EbcomService::account(Fate fate, const Frames &frames)
     counters_.account(fate, frames);
 }
 
-void EbcomService::add(Fate fate, const Tally &frames)
+void EbcomService::drop(Drop reason, const Tally &frames)
 {
-    counters_.add(fate, frames);
+    counters_.add(Fate::dropped, frames);
+    dropped_[static_cast<std::size_t>(reason)] += frames;
 }
 
 const std::optional<ork_ebcom_global_config> &EbcomService::globals() const
@@ -93,6 +94,16 @@ const std::map<Mac, Path> &EbcomService::paths() const
 const Counters &EbcomService::counters() const
 {
     return counters_;
+}
+
+const Tally &EbcomService::dropped(Drop reason) const
+{
+    return dropped_[static_cast<std::size_t>(reason)];
+}
+
+std::uint32_t EbcomService::longest_frame() const
+{
+    return globals_ ? globals_->icPortMTU + facts::frame_overhead : facts::longest_frame;
 }
 
 void EbcomService::reset()

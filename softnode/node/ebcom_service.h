@@ -10,6 +10,7 @@
 #include "softnode/common/mac.h"
 #include "softnode/platform.h"
 
+#include <array>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -39,7 +40,9 @@ public:
     Refusal delete_path(const Mac &mac);
 
     void account(Fate fate, const Frames &frames);
-    void add(Fate fate, const Tally &frames);
+
+    /** Counts frames as dropped, and why. */
+    void drop(Drop reason, const Tally &frames);
 
     /* What is there; null or empty until set. */
     const std::optional<ork_ebcom_global_config> &globals() const;
@@ -47,6 +50,10 @@ public:
     std::optional<std::int64_t> timestamp_offset() const;
     const std::map<Mac, Path> &paths() const;
     const Counters &counters() const;
+    const Tally &dropped(Drop reason) const;
+
+    /** Octets. Only once parameters were set the MTU bounds a frame. */
+    std::uint32_t longest_frame() const;
 
     void reset();
 
@@ -56,6 +63,7 @@ private:
     std::optional<std::int64_t> timestamp_offset_;
     std::map<Mac, Path> paths_;
     Counters counters_;
+    std::array<Tally, drop_reasons> dropped_{};
 };
 
 } // namespace softnode

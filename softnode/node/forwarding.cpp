@@ -5,7 +5,8 @@
 
 #include "softnode/common/facts.h"
 
-#include <map>
+#include <array>
+#include <span>
 
 namespace softnode
 {
@@ -29,7 +30,7 @@ Refusal Node::offer(const Mac &destination, const Frames &frames)
 
     if (const Handle sender = pceps.at_remote(destination); sender != Handle::null)
         pceps.account(sender, Fate::sent, frames);
-    carry({destination}, frames);
+    carry({&destination, 1}, frames);
     return Refusal::granted;
 }
 
@@ -42,8 +43,10 @@ Refusal Node::send(std::uint32_t id, const Frames &frames)
         return refusal;
 
     const bool group = pceps.groups().check(sender) == Refusal::granted;
-    const std::uint64_t lost = group ? replicate(sender, frames) : send_out({sender}, frames);
-    drop({frames.count * lost, frames.length});
+    const std::uint64_t lost = group ? replicate(sender, frames) : send_out({&sender, 1}, frames);
+    const Frames nowhere{frames.count * lost, frames.length, frames.identity};
+    ebcom.account(Fate::received, nowhere);
+    drop(Drop::no_way, nowhere);
     return Refusal::granted;
 }
 
@@ -69,72 +72,113 @@ std::uint64_t Node::replicate(Handle group, const Frames &frames)
 }
 
 /* PCEPs send a copy of each frame to their remote addresses. Yields how many of these addresses nothing leads to. */
-std::uint64_t Node::send_out(const std::vector<Handle> &senders, const Frames &frames)
+std::uint64_t Node::send_out(std::span<const Handle> senders, const Frames &frames)
 {
-    DestinationMacs destinations;
+    std::array<Mac, facts::most_members> destinations;
+    std::size_t reached = 0;
     for (const Handle sender : senders) {
         pceps.account(sender, Fate::sent, frames);
         const Mac remote = pceps.pceps().at(sender).remote_mac();
         if (leads_to(remote))
-            destinations.push_back(remote);
+            destinations[reached++] = remote;
     }
-    carry(destinations, frames);
-    return senders.size() - destinations.size();
+    carry(std::span(destinations).first(reached), frames);
+    return senders.size() - reached;
 }
 
 /*
- * One copy at most can leave a scheduler at once, as it keeps it busy. It takes no room from the copies behind it, so
- * the first frame goes alone. All others have to wait, and find room or not, together.
+ * One copy at most can leave at once, as it keeps the line busy. It takes no room from the copies behind it, so the
+ * first frame goes alone. All others have to wait, and find room or not, together.
  */
-void Node::carry(const DestinationMacs &destinations, const Frames &frames)
+void Node::carry(std::span<const Mac> destinations, const Frames &frames)
 {
     if (frames.count == 0)
         return;
+    Frames part = frames;
+    part.count = 1;
     for (const Mac &destination : destinations) {
-        enter({destination}, {1, frames.length});
+        enter({&destination, 1}, part);
         let_leave();
     }
-    enter(destinations, {frames.count - 1, frames.length});
+    part.count = frames.count - 1;
+    if (part.count != 0)
+        enter(destinations, part);
 }
 
-/* Frames enter the service, and there the queues of the paths to their destinations. */
-void Node::enter(const DestinationMacs &destinations, const Frames &frames)
+/* Frames enter the service, and there the queues of the paths to their destinations: those of one queue in turn. */
+void Node::enter(std::span<const Mac> destinations, const Frames &frames)
 {
-    std::map<Handle, DestinationMacs> by_queue;
-    for (const Mac &destination : destinations) {
-        ebcom.account(Fate::received, frames);
-        const auto path = ebcom.paths().find(destination);
-        if (path == ebcom.paths().end())
-            arrive(destination, frames);
-        else if (qos.check_queue(path->second.queue) == Refusal::granted)
-            by_queue[path->second.queue].push_back(destination);
-        else
-            ebcom.account(Fate::dropped, frames);
+    std::array<Handle, facts::most_members> queues;
+    for (std::size_t number = 0; number < destinations.size(); ++number)
+        queues[number] = admit(destinations[number], frames);
+
+    for (std::size_t number = 0; number < destinations.size(); ++number) {
+        const Handle queue = queues[number];
+        if (queue == Handle::null)
+            continue;
+        std::array<Mac, facts::most_members> together;
+        std::size_t reached = 0;
+        for (std::size_t other = number; other < destinations.size(); ++other)
+            if (queues[other] == queue) {
+                together[reached++] = destinations[other];
+                queues[other] = Handle::null;
+            }
+        const std::uint64_t dropped = qos.enter(queue, std::span(together).first(reached), frames, clock.now());
+        drop(Drop::no_room, {dropped, frames.length, frames.identity});
     }
-    for (const auto &[queue, reached] : by_queue)
-        ebcom.account(Fate::dropped, {qos.enter(queue, reached, frames, clock.now()), frames.length});
 }
 
-/* Has every frame leave that does by now. */
+/* Frames enter the service. Yields the queue of the path to their destination; null: they get no further, or are there. */
+Handle Node::admit(const Mac &destination, const Frames &frames)
+{
+    ebcom.account(Fate::received, frames);
+    if (frames.length > ebcom.longest_frame()) {
+        drop(Drop::too_long, frames);
+        return Handle::null;
+    }
+    const auto path = ebcom.paths().find(destination);
+    if (path == ebcom.paths().end()) {
+        ebcom.account(Fate::sent, frames);
+        receive(destination, frames);
+        return Handle::null;
+    }
+    const Handle queue = queue_of(path->second);
+    if (queue == Handle::null)
+        drop(Drop::no_queue, frames);
+    return queue;
+}
+
+/* Has every frame leave that does by now, and arrive. */
 void Node::let_leave()
 {
-    while (const auto frame = qos.depart(clock.now()))
-        arrive(frame->destination, {1, frame->length});
+    while (const auto departure = qos.depart(clock.now())) {
+        let_arrive();
+        ebcom.account(Fate::sent, {1, departure->frame.length, departure->frame.identity});
+        on_the_line = departure;
+    }
+    if (on_the_line && on_the_line->arrives <= clock.now())
+        let_arrive();
 }
 
-/* Frames leave the service, towards whoever is at their destination. */
-void Node::arrive(const Mac &destination, const Frames &frames)
+/* The frame on the line arrives, if there is one. */
+void Node::let_arrive()
 {
-    ebcom.account(Fate::sent, frames);
+    if (on_the_line)
+        receive(on_the_line->frame.destination, {1, on_the_line->frame.length, on_the_line->frame.identity});
+    on_the_line.reset();
+}
+
+/* Frames arrive at whoever is at their destination. */
+void Node::receive(const Mac &destination, const Frames &frames)
+{
     if (const Handle receiver = pceps.at_local(destination); receiver != Handle::null)
         pceps.account(receiver, Fate::received, frames);
 }
 
-/* Frames enter the service and get no further. */
-void Node::drop(const Frames &frames)
+/* Frames that entered the service get no further. */
+void Node::drop(Drop reason, const Frames &frames)
 {
-    ebcom.account(Fate::received, frames);
-    ebcom.account(Fate::dropped, frames);
+    ebcom.drop(reason, {frames.count, frames.count * frames.length});
 }
 
 } // namespace softnode

@@ -27,7 +27,7 @@ Refusal Node::remove_queue(Handle queue)
         return refusal;
 
     const Waiting waiting = qos.queues().at(queue).waiting();
-    ebcom.add(Fate::dropped, {waiting.frames, waiting.octets});
+    ebcom.drop(Drop::no_queue, {waiting.frames, waiting.octets});
     return qos.remove_queue(queue);
 }
 
@@ -71,6 +71,7 @@ void Node::reset()
     pceps.reset();
     timing.reset();
     restarts.clear();
+    on_the_line.reset();
 }
 
 Refusal Node::check_binding(const ork_bind_params &params) const

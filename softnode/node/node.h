@@ -15,6 +15,8 @@
 #include "softnode/traffic/virtual_clock.h"
 
 #include <cstdint>
+#include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -36,6 +38,7 @@ struct Node {
     PcepTable pceps;
     TimingUnit timing;
     std::vector<RestartRequest> restarts;
+    std::optional<Departure> on_the_line; /* has left its queue, and not arrived */
 
     /** Lays a path; its queue has to be there. */
     Refusal create_path(const ork_ebcom_pcep_path &path);
@@ -82,12 +85,14 @@ private:
     Refusal check_binding(const ork_bind_params &params) const;
 
     std::uint64_t replicate(Handle group, const Frames &frames);
-    std::uint64_t send_out(const std::vector<Handle> &senders, const Frames &frames);
-    void carry(const DestinationMacs &destinations, const Frames &frames);
-    void enter(const DestinationMacs &destinations, const Frames &frames);
+    std::uint64_t send_out(std::span<const Handle> senders, const Frames &frames);
+    void carry(std::span<const Mac> destinations, const Frames &frames);
+    void enter(std::span<const Mac> destinations, const Frames &frames);
+    Handle admit(const Mac &destination, const Frames &frames);
     void let_leave();
-    void arrive(const Mac &destination, const Frames &frames);
-    void drop(const Frames &frames);
+    void let_arrive();
+    void receive(const Mac &destination, const Frames &frames);
+    void drop(Drop reason, const Frames &frames);
 };
 
 } // namespace softnode

@@ -120,7 +120,7 @@ Refusal PcepTable::create_group(const ork_ebcom_multicast_group &params, Handle 
     if (groups_.size() >= facts::most_groups)
         return Refusal::full;
 
-    group = groups_.add({params.pcep_id, scheduler});
+    group = groups_.add(Group{params.pcep_id, scheduler});
     holders_[params.pcep_id] = group;
     ++senders_[scheduler];
     return Refusal::granted;

@@ -1,5 +1,5 @@
 /*
- * qos_graph.cpp - creating and deleting schedulers and queues, and frames through them.
+ * qos_graph.cpp - creating and deleting schedulers and queues.
  */
 #include "softnode/node/qos_graph.h"
 
@@ -8,13 +8,27 @@
 namespace softnode
 {
 
-TreeScheduler::TreeScheduler(Handle above, const ork_qos_scheduler_params &given)
-    : Scheduler(given.qosRates.peak.rate), parent(above), params(given)
+namespace
+{
+
+Limit limit_of(const ork_qos_rate &given)
+{
+    return {given.rate, given.bucketSize};
+}
+
+} // namespace
+
+TreeScheduler::TreeScheduler(Handle above_it, const ork_qos_scheduler_params &given)
+    : Scheduler({{limit_of(given.qosRates.peak), limit_of(given.qosRates.sr_mr_u.sustain)}, given.lengthCorrection},
+                given.serviceQuantum),
+      parent(above_it), params(given)
 {
 }
 
 Refusal QosGraph::create_scheduler(const ork_qos_scheduler_params &params, Handle &scheduler)
 {
+    if (params.schedulingMode != facts::scheduling_mode || params.arbitrationMode != facts::arbitration_mode)
+        return Refusal::invalid;
     const Handle parent = handle_of(params.parent);
     if (parent != Handle::null)
         if (const Refusal refusal = schedulers_.check(parent))
@@ -24,9 +38,11 @@ Refusal QosGraph::create_scheduler(const ork_qos_scheduler_params &params, Handl
     if (schedulers_.size() >= facts::most_schedulers)
         return Refusal::full;
 
-    scheduler = schedulers_.add({parent, params});
-    if (parent != Handle::null)
-        ++schedulers_.at(parent).below;
+    scheduler = schedulers_.add(parent, params);
+    TreeScheduler *const above = parent == Handle::null ? nullptr : &schedulers_.at(parent);
+    if (above)
+        ++above->below;
+    port_.attach(schedulers_.at(scheduler), above);
     return Refusal::granted;
 }
 
@@ -40,6 +56,7 @@ Refusal QosGraph::delete_scheduler(Handle scheduler)
 
     if (found.parent != Handle::null)
         --schedulers_.at(found.parent).below;
+    port_.detach(schedulers_.at(scheduler));
     schedulers_.remove(scheduler);
     return Refusal::granted;
 }
@@ -61,8 +78,11 @@ Refusal QosGraph::add_queue(const kel_init_qos_queue_params &params, std::uint32
     if (queues_.size() >= facts::most_queues)
         return Refusal::full;
 
-    queue = queues_.add({scheduler, {params.rate, params.threshold, params.bucket_size}});
-    ++schedulers_.at(scheduler).below;
+    TreeScheduler &above = schedulers_.at(scheduler);
+    queue = queues_.add(scheduler, QueueParams{params.rate, params.threshold, params.bucket_size},
+                        above.params.serviceQuantum, above.params.lengthCorrection);
+    ++above.below;
+    port_.attach(queues_.at(queue), &above);
     return Refusal::granted;
 }
 
@@ -71,11 +91,9 @@ Refusal QosGraph::remove_queue(Handle queue)
     if (const Refusal refusal = queues_.check(queue))
         return refusal;
 
-    const Handle above = queues_.at(queue).scheduler;
-    TreeScheduler &scheduler = schedulers_.at(above);
-    --scheduler.below;
-    scheduler.leave(queue);
-    departures_.put(above, scheduler.next_departure());
+    Queue &found = queues_.at(queue);
+    port_.detach(found);
+    --schedulers_.at(found.scheduler).below;
     queues_.remove(queue);
     return Refusal::granted;
 }
@@ -97,25 +115,14 @@ Refusal QosGraph::read_queue(Handle queue, ork_qos_queue &record) const
     return Refusal::granted;
 }
 
-std::uint64_t QosGraph::enter(Handle queue, const DestinationMacs &destinations, const Frames &frames, Instant now)
+std::uint64_t QosGraph::enter(Handle queue, std::span<const Mac> destinations, const Frames &frames, Instant now)
 {
-    const Handle above = queues_.at(queue).scheduler;
-    Scheduler &scheduler = schedulers_.at(above);
-    const std::uint64_t dropped = scheduler.enter(queue, queues_, destinations, frames, now);
-    departures_.put(above, scheduler.next_departure());
-    return dropped;
+    return port_.enter(queues_.at(queue), destinations, frames, now);
 }
 
-std::optional<Frame> QosGraph::depart(Instant now)
+std::optional<Departure> QosGraph::depart(Instant now)
 {
-    const auto due = departures_.take_due(now);
-    if (!due)
-        return std::nullopt;
-
-    Scheduler &scheduler = schedulers_.at(due->who);
-    const Frame frame = scheduler.depart(due->when, queues_);
-    departures_.put(due->who, scheduler.next_departure());
-    return frame;
+    return port_.depart(now);
 }
 
 const Registry<TreeScheduler> &QosGraph::schedulers() const
@@ -132,7 +139,7 @@ void QosGraph::reset()
 {
     queues_.clear();
     schedulers_.clear();
-    departures_ = {};
+    port_.reset();
 }
 
 } // namespace softnode

@@ -1,6 +1,6 @@
 /*
- * qos_graph.h - the QoS object graph: schedulers under schedulers, queues under schedulers; and which of them lets its
- * next frame go first. What happens below one scheduler: traffic/scheduler.h.
+ * qos_graph.h - the QoS object graph: schedulers under schedulers, queues under schedulers. What frames do there:
+ * traffic/port.h.
  *
  * Knows nothing of the paths that lead through the queues, nor of the groups that send through the schedulers.
  */
@@ -9,12 +9,12 @@
 
 #include "softnode/common/registry.h"
 #include "softnode/platform.h"
-#include "softnode/traffic/agenda.h"
-#include "softnode/traffic/scheduler.h"
+#include "softnode/traffic/port.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <span>
 
 namespace softnode
 {
@@ -25,13 +25,14 @@ struct TreeScheduler : Scheduler {
     ork_qos_scheduler_params params;
     std::size_t below = 0; /* schedulers and queues directly under it */
 
-    TreeScheduler(Handle above, const ork_qos_scheduler_params &given);
+    TreeScheduler(Handle above_it, const ork_qos_scheduler_params &given);
 };
 
 class QosGraph
 {
 public:
-    /** Creates a scheduler under params.parent, or under the root when that is null. */
+    /** Creates a scheduler under params.parent, or under the root when that is null. Refused: modes that EBCOM does not
+        use (invalid). */
     Refusal create_scheduler(const ork_qos_scheduler_params &params, Handle &scheduler);
     Refusal delete_scheduler(Handle scheduler);
     Refusal check_scheduler(Handle scheduler) const;
@@ -45,14 +46,14 @@ public:
     Refusal read_queue(Handle queue, ork_qos_queue &record) const;
 
     /**
-     * Frames enter a queue that is there, at this instant: see Queue::enter. All that leave earlier have left.
+     * Frames enter a queue that is there, see Port::enter.
      *
      * @return how many were dropped
      */
-    std::uint64_t enter(Handle queue, const DestinationMacs &destinations, const Frames &frames, Instant now);
+    std::uint64_t enter(Handle queue, std::span<const Mac> destinations, const Frames &frames, Instant now);
 
     /** The next frame leaves of all that leave up to this instant; null: none is left of these. */
-    std::optional<Frame> depart(Instant now);
+    std::optional<Departure> depart(Instant now);
 
     const Registry<TreeScheduler> &schedulers() const;
     const Registry<Queue> &queues() const;
@@ -62,7 +63,7 @@ public:
 private:
     Registry<TreeScheduler> schedulers_{Kind::scheduler};
     Registry<Queue> queues_{Kind::queue};
-    Agenda departures_; /* by scheduler: when its next frame leaves */
+    Port port_;
 };
 
 } // namespace softnode

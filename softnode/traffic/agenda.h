@@ -1,17 +1,12 @@
 /*
- * agenda.h - who is due when: at most one instant for each handle, the earliest first, and of those due at one instant
- * the one with the lowest handle.
+ * agenda.h - whose shaper opens when: the earliest first, and of those at one instant the one that was attached first.
  */
 #ifndef SOFTNODE_AGENDA_H
 #define SOFTNODE_AGENDA_H
 
-#include "softnode/common/handle.h"
-#include "softnode/traffic/virtual_clock.h"
+#include "softnode/traffic/child.h"
 
-#include <map>
-#include <optional>
-#include <set>
-#include <utility>
+#include <vector>
 
 namespace softnode
 {
@@ -19,23 +14,22 @@ namespace softnode
 class Agenda
 {
 public:
-    struct Entry {
-        Instant when = 0;
-        Handle who = Handle::null;
-    };
+    /** Enters a child that does not stand in it. */
+    void put(Child &child);
 
-    /** Enters a handle, in place of when it was due so far; null: it is not due any more. */
-    void put(Handle who, std::optional<Instant> when);
+    /** When the first one opens. */
+    Future next() const;
 
-    /** When the first one is due; null: nobody is. */
-    std::optional<Instant> next() const;
+    /** Takes out the first one; there is one. */
+    Child &take();
 
-    /** Takes out the first one, provided it is due by now. */
-    std::optional<Entry> take_due(Instant now);
+    /** Takes out a child, if it stands in it. */
+    void remove(Child &child);
+
+    void clear();
 
 private:
-    std::map<Handle, Instant> due_;
-    std::set<std::pair<Instant, Handle>> order_;
+    std::vector<Child *> heap_;
 };
 
 } // namespace softnode

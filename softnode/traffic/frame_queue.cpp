@@ -5,6 +5,8 @@
 
 #include "softnode/common/facts.h"
 
+#include <algorithm>
+
 namespace softnode
 {
 
@@ -16,6 +18,12 @@ std::uint64_t blocks_of(std::uint32_t length)
     return (std::uint64_t{length} + facts::block_octets - 1) / facts::block_octets;
 }
 
+bool alike(const Frame &left, const Frame &right)
+{
+    return left.destination == right.destination && left.length == right.length && left.identity == right.identity &&
+           left.entered == right.entered;
+}
+
 } // namespace
 
 FrameQueue::FrameQueue(std::uint32_t threshold) : most_blocks_(threshold / facts::block_octets)
@@ -24,7 +32,7 @@ FrameQueue::FrameQueue(std::uint32_t threshold) : most_blocks_(threshold / facts
 
 bool FrameQueue::empty() const
 {
-    return runs_.empty();
+    return runs_ == 0;
 }
 
 Waiting FrameQueue::waiting() const
@@ -38,45 +46,47 @@ std::uint64_t FrameQueue::room_for(std::uint32_t length) const
     return waiting_.blocks < most_blocks_ ? (most_blocks_ - waiting_.blocks) / blocks_of(length) : 0;
 }
 
-void FrameQueue::push(const DestinationMacs &destinations, const Frames &frames)
+void FrameQueue::push(std::span<const Mac> destinations, const Frames &frames, Instant now)
 {
-    if (frames.count == 0)
-        return;
     waiting_.frames += frames.count;
     waiting_.octets += frames.count * frames.length;
     waiting_.blocks += frames.count * blocks_of(frames.length);
-    if (continues_last_run(destinations, frames.length))
-        runs_.back().frames.count += frames.count;
-    else
-        runs_.push_back({destinations, frames});
-}
-
-std::uint32_t FrameQueue::front_length() const
-{
-    return runs_.front().frames.length;
+    const std::uint64_t together = destinations.size() == 1 ? frames.count : 1;
+    for (std::uint64_t pushed = 0; pushed < frames.count; pushed += together)
+        append({destinations[pushed % destinations.size()], frames.length, frames.identity, now}, together);
 }
 
 Frame FrameQueue::pop()
 {
-    Run &run = runs_.front();
-    const Frame frame{run.destinations[run.turn], run.frames.length};
-    run.turn = (run.turn + 1) % run.destinations.size();
+    Run &first = run(0);
+    const Frame frame = first.frame;
     waiting_.frames -= 1;
     waiting_.octets -= frame.length;
     waiting_.blocks -= blocks_of(frame.length);
-    if (--run.frames.count == 0)
-        runs_.pop_front();
+    if (--first.count == 0) {
+        ++first_;
+        --runs_;
+    }
     return frame;
 }
 
-/* Whether the last run is of the same kind and ends where its destinations begin again. */
-bool FrameQueue::continues_last_run(const DestinationMacs &destinations, std::uint32_t length) const
+FrameQueue::Run &FrameQueue::run(std::size_t number)
 {
-    if (runs_.empty())
-        return false;
-    const Run &last = runs_.back();
-    return last.frames.length == length && last.destinations == destinations &&
-           (last.turn + last.frames.count) % destinations.size() == 0;
+    return ring_[(first_ + number) & (ring_.size() - 1)];
+}
+
+void FrameQueue::append(const Frame &frame, std::uint64_t count)
+{
+    if (runs_ != 0 && alike(run(runs_ - 1).frame, frame)) {
+        run(runs_ - 1).count += count;
+        return;
+    }
+    if (runs_ == ring_.size()) {
+        std::rotate(ring_.begin(), ring_.begin() + static_cast<std::ptrdiff_t>(first_ & (runs_ - 1)), ring_.end());
+        first_ = 0;
+        ring_.resize(2 * runs_);
+    }
+    run(runs_++) = {frame, count};
 }
 
 } // namespace softnode

@@ -1,28 +1,29 @@
 /*
  * frame_queue.h - frames that wait, first in, first out, in memory that is counted in blocks.
  *
- * Frames that came together are kept together, as a run, however many they are.
+ * Frames that came together for one destination are kept together, as a run, however many they are. Runs stand in a
+ * ring that doubles when it is full.
  */
 #ifndef SOFTNODE_FRAME_QUEUE_H
 #define SOFTNODE_FRAME_QUEUE_H
 
 #include "softnode/common/counters.h"
 #include "softnode/common/mac.h"
+#include "softnode/traffic/virtual_clock.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <deque>
+#include <span>
 #include <vector>
 
 namespace softnode
 {
 
-/* Where copies of a frame go, in their order. One address may stand there more than once. */
-using DestinationMacs = std::vector<Mac>;
-
 struct Frame {
     Mac destination{};
-    std::uint32_t length = 0; /* octets */
+    std::uint32_t length = 0;   /* octets */
+    std::uint64_t identity = 0; /* as Frames::identity */
+    Instant entered = 0;
 };
 
 class FrameQueue
@@ -37,27 +38,26 @@ public:
     /** How many more frames of a length find room. */
     std::uint64_t room_for(std::uint32_t length) const;
 
-    /** Appends frames; they go to the destinations in turn. */
-    void push(const DestinationMacs &destinations, const Frames &frames);
-
-    /** Octets of the first frame; the queue is not empty. */
-    std::uint32_t front_length() const;
+    /** Appends frames.count frames, whether there is room or not; they go to the destinations in turn. */
+    void push(std::span<const Mac> destinations, const Frames &frames, Instant now);
 
     /** Takes the first frame; the queue is not empty. */
     Frame pop();
 
 private:
     struct Run {
-        DestinationMacs destinations;
-        Frames frames{};      /* those left */
-        std::size_t turn = 0; /* index of the next one's destination */
+        Frame frame;
+        std::uint64_t count = 0; /* of those left */
     };
 
-    bool continues_last_run(const DestinationMacs &destinations, std::uint32_t length) const;
+    Run &run(std::size_t number);
+    void append(const Frame &frame, std::uint64_t count);
 
     std::uint64_t most_blocks_;
     Waiting waiting_{};
-    std::deque<Run> runs_;
+    std::vector<Run> ring_ = std::vector<Run>(1); /* a power of two */
+    std::size_t first_ = 0;
+    std::size_t runs_ = 0;
 };
 
 } // namespace softnode

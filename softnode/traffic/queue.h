@@ -3,22 +3,20 @@
  *
  * What happens to frames that enter:
  *     1. They count as received.
- *     2. A frame longer than the burst of a shaped queue is dropped: it could never leave.
- *     3. A frame that can leave at this instant needs no room: the queue is empty, its bucket holds the frame, and its
- *        scheduler is free.
- *     4. Any other frame waits if the memory that it takes is free below the threshold, and is dropped if not.
+ *     2. A frame that can leave at this instant needs no room.
+ *     3. Any other frame waits if the memory that it takes is free below the threshold, and is dropped if not.
  */
 #ifndef SOFTNODE_QUEUE_H
 #define SOFTNODE_QUEUE_H
 
 #include "softnode/common/counters.h"
 #include "softnode/common/handle.h"
+#include "softnode/traffic/child.h"
+#include "softnode/traffic/delays.h"
 #include "softnode/traffic/frame_queue.h"
-#include "softnode/traffic/token_bucket.h"
-#include "softnode/traffic/virtual_clock.h"
 
 #include <cstdint>
-#include <optional>
+#include <span>
 
 namespace softnode
 {
@@ -27,14 +25,17 @@ namespace softnode
 struct QueueParams {
     std::uint32_t rate = 0;        /* kbit/s */
     std::uint32_t threshold = 0;   /* octets */
-    std::uint32_t bucket_size = 0; /* the largest burst, octets */
+    std::uint32_t bucket_size = 0; /* burst, octets */
 };
 
-struct Queue : QueueParams {
+struct Queue : Child, QueueParams {
     Handle scheduler;
     Counters counters{};
+    Waiting deepest{}; /* the most that ever waited, of each */
+    Delays delays;     /* of the frames sent: from entering to leaving */
 
-    Queue(Handle under, const QueueParams &params);
+    /** quantum and correction: its scheduler's */
+    Queue(Handle under, const QueueParams &params, std::uint32_t service_quantum = 0, std::int8_t correction = 0);
 
     /** A queue is shaped as soon as it has a rate or a bucket. */
     bool shaped() const;
@@ -42,29 +43,20 @@ struct Queue : QueueParams {
     /**
      * Frames enter at this instant: frames.count to each of the destinations, in turn.
      *
-     * A frame that can leave at once has to enter alone, and leave before the next one enters.
-     *
-     * @param scheduler_free  whether the scheduler could let a frame go at this instant
+     * @param leaves_at_once  it is one frame, which can leave at this instant, and does before the next one enters
      * @return how many were dropped
      */
-    std::uint64_t enter(const DestinationMacs &destinations, const Frames &frames, Instant now, bool scheduler_free);
+    std::uint64_t enter(std::span<const Mac> destinations, const Frames &frames, Instant now, bool leaves_at_once);
 
-    /** The first instant at which the first frame may leave; null: none waits, or it can never leave. */
-    std::optional<Instant> ready_at() const;
-
-    /** The lead of the first frame if it waited for its tokens alone, at an instant no earlier than ready_at(). */
-    Lead lead(Instant now) const;
-
-    /** The first frame leaves, at an instant no earlier than ready_at(), with a lead no longer than lead(). */
-    Frame send(Instant now, const Lead &lead);
+    /** The first frame leaves; there is one. */
+    Frame send(Instant now);
 
     Waiting waiting() const;
 
-private:
-    std::uint64_t room_for(std::uint32_t length, Instant now, bool scheduler_free) const;
-    bool ready(std::uint32_t length, Instant now) const;
+    bool backlogged() const final;
+    Queue &next_queue() final;
 
-    std::optional<TokenBucket> bucket_; /* null: unshaped */
+private:
     FrameQueue frames_;
 };
 

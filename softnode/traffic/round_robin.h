@@ -1,16 +1,17 @@
 /*
- * round_robin.h - whose turn it is among the queues under one scheduler: those whose first frame may leave have a turn
- * each, in the order of their handles, and round again.
+ * round_robin.h - whose turn it is among the children of a scheduler that may send: deficit round robin.
+ *
+ * A turn is worth the child's quantum of octets. It ends with the frame that uses up what is left; what that frame has
+ * beyond it is taken off the child's next turn. So children that always may send have octets in proportion to their
+ * quanta, within one quantum and one frame, whatever the lengths of their frames.
  */
 #ifndef SOFTNODE_ROUND_ROBIN_H
 #define SOFTNODE_ROUND_ROBIN_H
 
-#include "softnode/common/handle.h"
-#include "softnode/traffic/agenda.h"
-#include "softnode/traffic/virtual_clock.h"
+#include "softnode/traffic/child.h"
 
-#include <optional>
-#include <set>
+#include <algorithm>
+#include <cstdint>
 
 namespace softnode
 {
@@ -18,22 +19,50 @@ namespace softnode
 class RoundRobin
 {
 public:
-    /** Has a queue take part that does not: its first frame may leave from an instant on. */
-    void join(Handle queue, Instant from);
+    bool empty() const
+    {
+        return !first_;
+    }
 
-    /** Has a queue take part no more, if it did. */
-    void leave(Handle queue);
+    /** Has a child take part that does not, after all others. */
+    void join(Child &child)
+    {
+        if (!first_)
+            first_ = child.previous = &child;
+        child.next = first_;
+        child.previous = first_->previous;
+        child.previous->next = first_->previous = &child;
+    }
 
-    /** The first instant at which it can be somebody's turn, 0: it could have been before; null: nobody takes part. */
-    std::optional<Instant> next() const;
+    /** Has a child take part no more. What is left of its turn is lost, what it owes is not. */
+    void leave(Child &child)
+    {
+        child.credit = std::min<std::int64_t>(child.credit, 0);
+        if (first_ == &child)
+            first_ = child.next == &child ? nullptr : child.next;
+        child.previous->next = child.next;
+        child.next->previous = child.previous;
+        child.next = nullptr;
+    }
 
-    /** Whose turn it is at an instant, no earlier than next(); nor than the last one's. It takes part no more then. */
-    Handle take_turn(Instant now);
+    /** Whose turn it is; somebody takes part. */
+    Child &turn()
+    {
+        while (first_->credit <= 0 && (first_->credit += first_->quantum) <= 0)
+            first_ = first_->next;
+        return *first_;
+    }
+
+    /** The child whose turn it is sends a frame. */
+    void spend(Child &child, std::uint32_t octets)
+    {
+        child.credit -= octets;
+        if (child.credit <= 0)
+            first_ = child.next;
+    }
 
 private:
-    Agenda joining_;         /* those whose instant had not come at the last turn */
-    std::set<Handle> ready_; /* those whose instant had come */
-    Handle last_ = Handle::null;
+    Child *first_ = nullptr; /* the only one that may have credit */
 };
 
 } // namespace softnode

@@ -3,33 +3,34 @@
  */
 #include "softnode/traffic/serial_line.h"
 
-#include <algorithm>
+#include "softnode/common/facts.h"
+#include "softnode/traffic/rate.h"
 
 namespace softnode
 {
 
-SerialLine::SerialLine(Rate rate) : rate_(rate)
-{
-}
-
 void SerialLine::settle(Instant now)
 {
-    busy_until_ = std::max(busy_until_, moved(rate_, now));
+    if (free_ >= now)
+        return;
+    free_ = now;
+    microbits_ = 0;
 }
 
-std::optional<Instant> SerialLine::free_at() const
+Future SerialLine::free_at() const
 {
-    return instant_at(time_to_move(busy_until_, rate_));
+    return free_ + (microbits_ != 0 ? 1 : 0);
 }
 
-Lead SerialLine::lead(Instant now) const
+Future SerialLine::send(std::uint32_t octets)
 {
-    return lead_of(moved(rate_, now) - busy_until_, rate_);
-}
-
-void SerialLine::send(std::uint32_t octets, Instant now, const Lead &lead)
-{
-    busy_until_ = std::max(busy_until_, moved(rate_, now) - moved(rate_, lead)) + microbits_of(octets);
+    const std::uint64_t last_bit =
+        microbits_ + static_cast<std::uint64_t>(microbits_of(facts::preamble_octets + octets));
+    const Future arrives = free_ + time_to_move(last_bit, facts::line_rate);
+    const std::uint64_t end = last_bit + microbits_of(facts::gap_octets);
+    free_ += end / facts::line_rate;
+    microbits_ = end % facts::line_rate;
+    return arrives;
 }
 
 } // namespace softnode

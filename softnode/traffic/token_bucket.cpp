@@ -8,38 +8,26 @@
 namespace softnode
 {
 
-TokenBucket::TokenBucket(Rate rate, std::uint32_t depth)
-    : rate_(rate), depth_(microbits_of(depth)), level_(microbits_of(depth))
+TokenBucket::TokenBucket(Rate rate, std::uint32_t burst) : rate_(rate), depth_(microbits_of(burst)), level_(depth_)
 {
 }
 
-bool TokenBucket::deep_enough_for(std::uint32_t octets) const
+Future TokenBucket::opens_at() const
 {
-    return microbits_of(octets) <= depth_;
-}
-
-std::optional<Instant> TokenBucket::ready_at(std::uint32_t octets) const
-{
-    const Microbits wanted = microbits_of(octets);
-    if (wanted <= level_)
+    if (level_ >= 0)
         return as_of_;
-    if (rate_ == 0 || wanted > depth_)
-        return std::nullopt;
-    return instant_at(as_of_ + time_to_move(wanted - level_, rate_));
-}
-
-Lead TokenBucket::lead(std::uint32_t octets, Instant now) const
-{
     if (rate_ == 0)
-        return {1, 1};
-    return lead_of(level_ + moved(rate_, now - as_of_) - microbits_of(octets), rate_);
+        return never;
+    return Future{as_of_} + time_to_move(static_cast<std::uint64_t>(-level_), rate_);
 }
 
-void TokenBucket::take(std::uint32_t octets, Instant now, const Lead &lead)
+void TokenBucket::charge(std::uint32_t octets, Instant now)
 {
-    /* No more than the depth when the frame could leave, and what came in since. */
-    const Microbits most = depth_ + moved(rate_, lead);
-    level_ = std::min(level_ + moved(rate_, now - as_of_), most) - microbits_of(octets);
+    const Microbits cost = microbits_of(octets);
+    const Microbits most = std::max(depth_, cost);
+    const Wide came_in = moved(rate_, now - as_of_);
+    const Microbits held = came_in < static_cast<Wide>(most - level_) ? level_ + static_cast<Microbits>(came_in) : most;
+    level_ = held - cost;
     as_of_ = now;
 }
 

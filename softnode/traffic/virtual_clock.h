@@ -5,7 +5,7 @@
 #define SOFTNODE_VIRTUAL_CLOCK_H
 
 #include <cstdint>
-#include <optional>
+#include <limits>
 
 namespace softnode
 {
@@ -15,8 +15,11 @@ using Instant = std::uint64_t;
 /* Room for what the highest rate moves in all of time. */
 using Wide = unsigned __int128;
 
-/** So many nanoseconds after switching on; null: never, time ends before that. */
-std::optional<Instant> instant_at(Wide nanoseconds);
+/* An instant to come. One behind the end of time does not. */
+using Future = Wide;
+
+constexpr Instant end_of_time = std::numeric_limits<Instant>::max();
+constexpr Future never = ~Future{0};
 
 class VirtualClock
 {

@@ -68,6 +68,8 @@ ork_qos_scheduler_params ControlledNode::scheduler_params(void *parent) const
 {
     ork_qos_scheduler_params params{};
     params.parent = parent;
+    params.schedulingMode = 11;
+    params.arbitrationMode = 7;
     params.vsiEthDevId = device;
     return params;
 }

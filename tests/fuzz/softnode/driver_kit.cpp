@@ -142,6 +142,8 @@ void remove_member(Caller &caller)
 void create_scheduler(Caller &caller)
 {
     ork_qos_scheduler_params good{};
+    good.schedulingMode = caller.seldom() ? 0 : 11;
+    good.arbitrationMode = 7;
     good.vsiEthDevId = caller.device();
     auto params = caller.record(good);
     params.parent = caller.input.below(2) == 0 ? nullptr : caller.pointer(scheduler);

@@ -70,7 +70,7 @@ TEST(Watch, StepsChangeNothingInTheEnd)
         return out.substr(std::min(out.find("EBCOM global statistics"), out.size()));
     };
     const std::string whole = counters("1s");
-    EXPECT_THAT(whole, HasSubstr("\nRLU1P     1000      836      123       41 "));
+    EXPECT_THAT(whole, HasSubstr("\nRLU1P     1000      837      122       41 "));
     EXPECT_EQ(counters("7ms"), whole);
 }
 
@@ -83,12 +83,12 @@ TEST(Watch, JsonIsALineForEachStep)
     EXPECT_THAT(
         outcome.out,
         StartsWith(R"({"watch":{"nanoseconds":250000000,"queues":[{"port":6,"name":"RLU1P",)"
-                   R"("sent":{"frames":211,"frames_per_second":844,"kbit_per_second":10128},)"
-                   R"("frames_dropped":0,"frames_waiting":39}],"pceps":[]}})"
+                   R"("sent":{"frames":212,"frames_per_second":848,"kbit_per_second":10176},)"
+                   R"("frames_dropped":0,"frames_waiting":38}],"pceps":[]}})"
                    "\n"
                    R"({"watch":{"nanoseconds":500000000,"queues":[{"port":6,"name":"RLU1P",)"
-                   R"("sent":{"frames":419,"frames_per_second":832,"kbit_per_second":9984},)"
-                   R"("frames_dropped":40,"frames_waiting":41}],"pceps":[]}})"
+                   R"("sent":{"frames":420,"frames_per_second":832,"kbit_per_second":9984},)"
+                   R"("frames_dropped":39,"frames_waiting":41}],"pceps":[]}})"
                    "\n"
                    R"({"command":"up","arguments":{"file":"node.toml","watch":true,"interval":0,"step":250000000,)"
                    R"("for":500000000},"ok":true,)"));

@@ -259,7 +259,7 @@ TEST_F(Ork, SchedulersFormATree)
     EXPECT_EQ(ork_qos_scheduler_delete(ork, top), ORK_AGAIN);
 }
 
-TEST_F(Ork, CreatingASchedulerRefusesNullAndAnotherDevice)
+TEST_F(Ork, CreatingASchedulerRefusesNullAnotherDeviceAndOtherModes)
 {
     ork_qos_scheduler_params params = scheduler_params();
     EXPECT_EQ(ork_qos_scheduler_create(ork, nullptr, 0, &untouched), ORK_INVAL);
@@ -267,6 +267,8 @@ TEST_F(Ork, CreatingASchedulerRefusesNullAndAnotherDevice)
     EXPECT_EQ(ork_qos_scheduler_create(ork, &params, 0, nullptr), ORK_INVAL);
     ++params.vsiEthDevId;
     EXPECT_EQ(ork_qos_scheduler_create(ork, &params, 0, &untouched), ORK_NOPORT);
+    ++params.schedulingMode;
+    EXPECT_EQ(ork_qos_scheduler_create(ork, &params, 0, &untouched), ORK_INVAL);
     EXPECT_EQ(untouched, &on_the_stack);
     EXPECT_TRUE(look_into_node()["schedulers"].empty());
 }

@@ -60,10 +60,10 @@ TEST_F(ControlTraffic, OfferedFramesMoveTheCountersThatAControlProcessReads)
     EXPECT_EQ(queue_statistics().pkts_tx, 1U);
     EXPECT_EQ(queue_statistics().pkts_out_standing, 2U);
     EXPECT_EQ(queue_statistics().mem_blks_in_use, 8U);
-    softnode_time_advance(500'000);
-    EXPECT_EQ(queue_statistics().pkts_tx, 2U) << "500 octets at 8,000 kbit/s";
-    softnode_time_advance(1'000'000);
-    EXPECT_EQ(queue_statistics().pkts_tx, 3U);
+    softnode_time_advance(499'999);
+    EXPECT_EQ(queue_statistics().pkts_tx, 2U);
+    softnode_time_advance(1);
+    EXPECT_EQ(queue_statistics().pkts_tx, 3U) << "500 octets were owed, at 8,000 kbit/s";
     EXPECT_EQ(queue_statistics().octets_tx, 3000U);
     EXPECT_EQ(queue_statistics().pkts_out_standing, 0U);
 }

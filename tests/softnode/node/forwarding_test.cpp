@@ -15,6 +15,7 @@
 
 namespace facts = softnode::facts;
 using softnode::Counters;
+using softnode::Drop;
 using softnode::Fate;
 using softnode::Handle;
 using softnode::Mac;
@@ -85,12 +86,12 @@ TEST_F(NodeTraffic, TheExampleOfTheDocumentation)
         std::uint64_t blocks;
     };
     constexpr std::array<Row, 7> rows{{{0, 1, 682, 4092},
-                                       {51'600, 44, 639, 3834},
-                                       {157'119, 44, 639, 3834},
-                                       {157'120, 45, 638, 3828},
-                                       {1'000'000, 52, 631, 3786},
-                                       {76'717'119, 682, 1, 6},
-                                       {76'717'120, 683, 0, 0}}};
+                                       {53'504, 45, 638, 3828},
+                                       {157'119, 45, 638, 3828},
+                                       {157'120, 46, 637, 3822},
+                                       {1'000'000, 53, 630, 3780},
+                                       {76'597'119, 682, 1, 6},
+                                       {76'597'120, 683, 0, 0}}};
     ASSERT_EQ(node.offer(there, {1000, 1500}), Refusal::granted);
     for (const Row &row : rows) {
         node.advance(row.time - node.clock.now());
@@ -109,27 +110,36 @@ TEST_F(NodeTraffic, FramesForAPathGoThroughItsQueue)
     const Handle idle = node.add_queue(node.add_scheduler());
     node.lay_path(there, queue);
     node.lay_path(elsewhere, idle);
-    ASSERT_EQ(node.offer(there, {3, 1250}), Refusal::granted);
+    ASSERT_EQ(node.offer(there, {3, 1230}), Refusal::granted);
     EXPECT_EQ(service(), (Frames{3, 1, 0}));
     node.advance(1999);
     EXPECT_EQ(service(), (Frames{3, 2, 0}));
     node.advance(1);
     EXPECT_EQ(service(), (Frames{3, 3, 0}));
     EXPECT_EQ(frames(node.queue(queue).counters), (Frames{3, 3, 0}));
-    EXPECT_EQ(node.queue(queue).counters[Fate::sent].octets, 3750U);
+    EXPECT_EQ(node.queue(queue).counters[Fate::sent].octets, 3690U);
     EXPECT_EQ(frames(node.queue(idle).counters), Frames{});
 }
 
-TEST_F(NodeTraffic, AFrameArrivesWhenItLeftItsQueue)
+TEST_F(NodeTraffic, AFrameArrivesWithItsLastBit)
 {
     node.lay_path(there, node.add_queue(node.add_scheduler()));
     node.add_pcep(9, there, here);
     node.add_pcep(4, there, here);
-    ASSERT_EQ(node.offer(there, {3, 1250}), Refusal::granted);
+    ASSERT_EQ(node.offer(there, {3, 1230}), Refusal::granted);
+    EXPECT_EQ(service(), (Frames{3, 1, 0})) << "sent with its first bit";
+    EXPECT_EQ(frames(node.pcep(4)), Frames{});
+    EXPECT_TRUE(node.on_the_line);
+    node.advance(990);
+    EXPECT_EQ(frames(node.pcep(4)), Frames{});
+    node.advance(1);
     EXPECT_EQ(frames(node.pcep(4)), (Frames{1, 0, 0})) << "the one with the lowest id";
-    node.advance(2000);
+    EXPECT_FALSE(node.on_the_line) << "990.4: the gap keeps the line busy up to 1000";
+    node.advance(9 + 1000);
+    EXPECT_EQ(frames(node.pcep(4)), (Frames{2, 0, 0}));
+    node.advance(1000);
     EXPECT_EQ(frames(node.pcep(4)), (Frames{3, 0, 0}));
-    EXPECT_EQ(node.pcep(4)[Fate::received].octets, 3750U);
+    EXPECT_EQ(node.pcep(4)[Fate::received].octets, 3690U);
     EXPECT_EQ(frames(node.pcep(9)), Frames{});
 }
 
@@ -137,7 +147,7 @@ TEST_F(NodeTraffic, AFrameArrivesAtWhoIsThereThen)
 {
     node.lay_path(there, node.add_queue(node.add_scheduler()));
     const Handle deleted = node.add_pcep(4, there, here);
-    ASSERT_EQ(node.offer(there, {3, 1250}), Refusal::granted);
+    ASSERT_EQ(node.offer(there, {3, 1230}), Refusal::granted);
     ASSERT_EQ(node.pceps.delete_pcep(deleted), Refusal::granted);
     node.advance(1000);
     node.add_pcep(4, there, here);
@@ -187,6 +197,39 @@ TEST_F(NodeTraffic, FramesHaveAPossibleLength)
     EXPECT_EQ(node.send(4, {1, 65'535}), Refusal::granted);
 }
 
+TEST_F(NodeTraffic, TheMtuBoundsAFrameOnceParametersWereSet)
+{
+    node.lay_path(there, node.add_queue(node.add_scheduler()));
+    node.add_pcep(4, here, there);
+    ASSERT_EQ(node.offer(there, {1, 65'535}), Refusal::granted);
+    ASSERT_EQ(node.ebcom.set_globals({1500, 0x88b5, 0, 0}), Refusal::granted);
+    ASSERT_EQ(node.offer(there, {2, 1522}), Refusal::granted);
+    EXPECT_EQ(node.ebcom.dropped(Drop::too_long).frames, 0U) << "header, VLAN tag and check sequence beside the MTU";
+    ASSERT_EQ(node.offer(there, {2, 1523}), Refusal::granted);
+    ASSERT_EQ(node.offer(here, {3, 1523}), Refusal::granted) << "also to a PCEP without a path";
+    EXPECT_EQ(node.ebcom.dropped(Drop::too_long).frames, 5U);
+    EXPECT_EQ(node.ebcom.dropped(Drop::too_long).octets, 5U * 1523);
+    EXPECT_EQ(service(), (Frames{8, 1, 5}));
+    EXPECT_EQ(frames(node.pcep(4)), (Frames{0, 5, 0}));
+}
+
+TEST_F(NodeTraffic, WhatIsDroppedIsCountedByItsReason)
+{
+    const Handle queue = node.add_queue(node.add_scheduler(), {0, 0, 512});
+    node.lay_path(there, queue);
+    node.lay_path(elsewhere, node.add_queue(node.add_scheduler()));
+    node.add_pcep(4, here, numbered_mac(9));
+    ASSERT_EQ(node.offer(there, {6, 100}), Refusal::granted);
+    ASSERT_EQ(node.send(4, {2, 64}), Refusal::granted);
+    ASSERT_EQ(node.remove_queue(queue), Refusal::granted);
+    ASSERT_EQ(node.offer(there, {7, 300}), Refusal::granted);
+    EXPECT_EQ(node.ebcom.dropped(Drop::no_room).frames, 3U);
+    EXPECT_EQ(node.ebcom.dropped(Drop::no_way).octets, 128U);
+    EXPECT_EQ(node.ebcom.dropped(Drop::no_queue).frames, 9U) << "two waited in the queue";
+    EXPECT_EQ(node.ebcom.dropped(Drop::no_queue).octets, 2300U);
+    EXPECT_EQ(service(), (Frames{15, 1, 14}));
+}
+
 TEST_F(NodeTraffic, NoFramesAreNothing)
 {
     node.lay_path(there, node.add_queue(node.add_scheduler()));
@@ -212,11 +255,11 @@ TEST_F(NodeTraffic, WhatWaitsInARemovedQueueIsDropped)
 {
     const Handle queue = node.add_queue(node.add_scheduler());
     node.lay_path(there, queue);
-    ASSERT_EQ(node.offer(there, {3, 1250}), Refusal::granted);
+    ASSERT_EQ(node.offer(there, {3, 1230}), Refusal::granted);
     ASSERT_EQ(node.offer(there, {1, 100}), Refusal::granted);
     ASSERT_EQ(node.remove_queue(queue), Refusal::granted);
     EXPECT_EQ(service(), (Frames{4, 1, 3}));
-    EXPECT_EQ(node.ebcom.counters()[Fate::dropped].octets, 2600U);
+    EXPECT_EQ(node.ebcom.counters()[Fate::dropped].octets, 2560U);
     node.advance(second);
     EXPECT_EQ(service(), (Frames{4, 1, 3}));
 }
@@ -226,9 +269,9 @@ TEST_F(NodeTraffic, WhatWaitsLeavesThroughTheQueueThatItEntered)
     const Handle old = node.add_queue(node.add_scheduler());
     const Handle fresh = node.add_queue(node.add_scheduler());
     node.lay_path(there, old);
-    ASSERT_EQ(node.offer(there, {3, 1250}), Refusal::granted);
+    ASSERT_EQ(node.offer(there, {3, 1230}), Refusal::granted);
     node.lay_path(there, fresh);
-    ASSERT_EQ(node.offer(there, {2, 1250}), Refusal::granted);
+    ASSERT_EQ(node.offer(there, {2, 1230}), Refusal::granted);
     node.advance(second);
     EXPECT_EQ(frames(node.queue(old).counters), (Frames{3, 3, 0}));
     EXPECT_EQ(frames(node.queue(fresh).counters), (Frames{2, 2, 0}));
@@ -237,7 +280,7 @@ TEST_F(NodeTraffic, WhatWaitsLeavesThroughTheQueueThatItEntered)
 TEST_F(NodeTraffic, WhatWaitsOutlivesItsPath)
 {
     node.lay_path(there, node.add_queue(node.add_scheduler()));
-    ASSERT_EQ(node.offer(there, {3, 1250}), Refusal::granted);
+    ASSERT_EQ(node.offer(there, {3, 1230}), Refusal::granted);
     ASSERT_EQ(node.ebcom.delete_path(there), Refusal::granted);
     node.advance(second);
     EXPECT_EQ(service(), (Frames{3, 3, 0}));
@@ -248,11 +291,11 @@ TEST_F(NodeTraffic, APcepSendsToItsRemoteAddress)
     node.lay_path(there, node.add_queue(node.add_scheduler()));
     node.add_pcep(4, here, there);
     node.add_pcep(9, there, here);
-    ASSERT_EQ(node.send(9, {2, 1250}), Refusal::granted);
+    ASSERT_EQ(node.send(9, {2, 1230}), Refusal::granted);
     EXPECT_EQ(frames(node.pcep(9)), (Frames{0, 2, 0}));
     EXPECT_EQ(frames(node.pcep(4)), (Frames{2, 0, 0}));
-    ASSERT_EQ(node.send(4, {2, 1250}), Refusal::granted);
-    node.advance(1000);
+    ASSERT_EQ(node.send(4, {2, 1230}), Refusal::granted);
+    node.advance(2000);
     EXPECT_EQ(frames(node.pcep(4)), (Frames{2, 2, 0}));
     EXPECT_EQ(frames(node.pcep(9)), (Frames{2, 2, 0}));
 }
@@ -262,7 +305,7 @@ TEST_F(NodeTraffic, ThePcepThatSendsCountsHoweverManyHaveItsRemoteAddress)
     node.lay_path(there, node.add_queue(node.add_scheduler()));
     node.add_pcep(4, here, there);
     node.add_pcep(9, here, there);
-    ASSERT_EQ(node.send(9, {2, 1250}), Refusal::granted);
+    ASSERT_EQ(node.send(9, {2, 1230}), Refusal::granted);
     EXPECT_EQ(frames(node.pcep(9)), (Frames{0, 2, 0}));
     EXPECT_EQ(frames(node.pcep(4)), Frames{});
 }
@@ -270,7 +313,7 @@ TEST_F(NodeTraffic, ThePcepThatSendsCountsHoweverManyHaveItsRemoteAddress)
 TEST_F(NodeTraffic, WhatAPcepSendsNowhereIsDropped)
 {
     node.add_pcep(4, here, there);
-    ASSERT_EQ(node.send(4, {2, 1250}), Refusal::granted);
+    ASSERT_EQ(node.send(4, {2, 1230}), Refusal::granted);
     EXPECT_EQ(frames(node.pcep(4)), (Frames{0, 2, 0}));
     EXPECT_EQ(service(), (Frames{2, 0, 2}));
 }
@@ -292,7 +335,7 @@ TEST_F(NodeTraffic, AGroupReplicatesToTheRemoteAddressOfEveryMember)
     node.add_pcep(2, here, elsewhere);
     node.add_pcep(3, there, here);
     node.add_group(100, {2, 1, 3});
-    ASSERT_EQ(node.send(100, {4, 1250}), Refusal::granted);
+    ASSERT_EQ(node.send(100, {4, 1230}), Refusal::granted);
     node.advance(second);
 
     EXPECT_EQ(node.group(100).offered.frames, 4U);
@@ -432,9 +475,9 @@ TEST_F(NodeTraffic, AFullNodeIsLoadedAndTakenDownAgain)
         node.add_pcep(id, numbered_mac(id - 1), numbered_mac(paths - id));
 
     for (std::uint32_t number = 0; number < paths; ++number)
-        ASSERT_EQ(node.offer(numbered_mac(number), {2, 1250}), Refusal::granted);
+        ASSERT_EQ(node.offer(numbered_mac(number), {2, 1230}), Refusal::granted);
     for (std::uint32_t id = 1; id <= facts::highest_pcep_id; ++id)
-        ASSERT_EQ(node.send(id, {1, 1250}), Refusal::granted);
+        ASSERT_EQ(node.send(id, {1, 1230}), Refusal::granted);
     EXPECT_EQ(service().received, 2U * paths + facts::highest_pcep_id);
     node.advance(second);
     EXPECT_EQ(service(), (Frames{20'511, 20'511, 0}));
@@ -443,7 +486,7 @@ TEST_F(NodeTraffic, AFullNodeIsLoadedAndTakenDownAgain)
     for (const Handle queue : queues)
         ASSERT_EQ(node.remove_queue(queue), Refusal::granted);
     for (std::uint32_t number = 0; number < paths; ++number)
-        ASSERT_EQ(node.offer(numbered_mac(number), {1, 1250}), Refusal::granted);
+        ASSERT_EQ(node.offer(numbered_mac(number), {1, 1230}), Refusal::granted);
     EXPECT_EQ(service(), (Frames{30'511, 20'511, 10'000}));
     for (std::uint32_t number = 0; number < paths; ++number)
         ASSERT_EQ(node.ebcom.delete_path(numbered_mac(number)), Refusal::granted);

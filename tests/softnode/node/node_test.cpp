@@ -3,6 +3,8 @@
  */
 #include "softnode/node/node.h"
 
+#include "traffic.h"
+
 #include "softnode/common/facts.h"
 
 #include <gtest/gtest.h>
@@ -19,8 +21,7 @@ class Node : public testing::Test
 protected:
     void SetUp() override
     {
-        ork_qos_scheduler_params params{};
-        params.vsiEthDevId = facts::event_device;
+        const ork_qos_scheduler_params params = scheduler_params();
         ASSERT_EQ(node.qos.create_scheduler(params, scheduler), Refusal::granted);
         queue = add_queue();
     }
@@ -160,8 +161,7 @@ TEST_F(Node, AGroupSendsThroughASchedulerOrNone)
     EXPECT_EQ(node.create_group({1, {}}, static_cast<Handle>(0x1234), untouched), Refusal::invalid);
     create_group(1, scheduler);
     create_group(2, Handle::null);
-    ork_qos_scheduler_params params{};
-    params.vsiEthDevId = facts::event_device;
+    const ork_qos_scheduler_params params = scheduler_params();
     Handle stale = Handle::null;
     ASSERT_EQ(node.qos.create_scheduler(params, stale), Refusal::granted);
     ASSERT_EQ(node.delete_scheduler(stale), Refusal::granted);

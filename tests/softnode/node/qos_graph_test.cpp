@@ -3,9 +3,14 @@
  */
 #include "softnode/node/qos_graph.h"
 
+#include "traffic.h"
+
 #include "softnode/common/facts.h"
 
 #include <gtest/gtest.h>
+
+#include <utility>
+#include <vector>
 
 namespace facts = softnode::facts;
 using softnode::Fate;
@@ -15,21 +20,15 @@ using softnode::Refusal;
 namespace
 {
 
+const std::vector<softnode::Mac> there{numbered_mac(1)};
+
 class QosGraph : public testing::Test
 {
 protected:
-    static ork_qos_scheduler_params under(Handle parent)
-    {
-        ork_qos_scheduler_params params{};
-        params.parent = softnode::pointer_of(parent);
-        params.vsiEthDevId = facts::event_device;
-        return params;
-    }
-
     Handle scheduler(Handle parent = Handle::null)
     {
         Handle handle = Handle::null;
-        EXPECT_EQ(graph.create_scheduler(under(parent), handle), Refusal::granted);
+        EXPECT_EQ(graph.create_scheduler(scheduler_params(parent), handle), Refusal::granted);
         return handle;
     }
 
@@ -67,11 +66,9 @@ TEST_F(QosGraph, ASchedulerHangsUnderItsParent)
 
 TEST_F(QosGraph, SchedulerParametersAreKeptAsGiven)
 {
-    ork_qos_scheduler_params given = under(Handle::null);
+    ork_qos_scheduler_params given = scheduler_params();
     given.shapingMode = 3;
-    given.schedulingMode = 11;
-    given.arbitrationMode = 7;
-    given.serviceQuantum = 3036;
+    given.serviceQuantum = 1518;
     given.rootId = 20;
     Handle handle = Handle::null;
     ASSERT_EQ(graph.create_scheduler(given, handle), Refusal::granted);
@@ -79,7 +76,7 @@ TEST_F(QosGraph, SchedulerParametersAreKeptAsGiven)
     EXPECT_EQ(kept.shapingMode, 3U);
     EXPECT_EQ(kept.schedulingMode, 11U);
     EXPECT_EQ(kept.arbitrationMode, 7U);
-    EXPECT_EQ(kept.serviceQuantum, 3036U);
+    EXPECT_EQ(kept.serviceQuantum, 1518U);
     EXPECT_EQ(kept.rootId, 20U);
 }
 
@@ -87,7 +84,7 @@ TEST_F(QosGraph, AParentThatIsNoSchedulerIsRefused)
 {
     const Handle top = scheduler();
     for (const Handle parent : {static_cast<Handle>(0x1234), queue(top)})
-        EXPECT_EQ(graph.create_scheduler(under(parent), untouched), Refusal::invalid);
+        EXPECT_EQ(graph.create_scheduler(scheduler_params(parent), untouched), Refusal::invalid);
     EXPECT_EQ(untouched, static_cast<Handle>(0x1234));
     EXPECT_EQ(graph.schedulers().size(), 1U);
 }
@@ -96,22 +93,34 @@ TEST_F(QosGraph, ADeletedParentIsGone)
 {
     const Handle parent = scheduler();
     ASSERT_EQ(graph.delete_scheduler(parent), Refusal::granted);
-    EXPECT_EQ(graph.create_scheduler(under(parent), untouched), Refusal::gone);
+    EXPECT_EQ(graph.create_scheduler(scheduler_params(parent), untouched), Refusal::gone);
 }
 
 TEST_F(QosGraph, ASchedulerOnAnotherDeviceIsRefused)
 {
-    ork_qos_scheduler_params elsewhere = under(Handle::null);
+    ork_qos_scheduler_params elsewhere = scheduler_params();
     elsewhere.vsiEthDevId = facts::event_device + 1;
     EXPECT_EQ(graph.create_scheduler(elsewhere, untouched), Refusal::no_device);
     EXPECT_EQ(untouched, static_cast<Handle>(0x1234));
+}
+
+TEST_F(QosGraph, ASchedulerOfOtherModesIsRefused)
+{
+    for (const auto mode : {&ork_qos_scheduler_params::schedulingMode, &ork_qos_scheduler_params::arbitrationMode})
+        for (const std::uint32_t other : {0U, 6U, 8U, 10U, 12U}) {
+            ork_qos_scheduler_params params = scheduler_params();
+            params.*mode = other;
+            EXPECT_EQ(graph.create_scheduler(params, untouched), Refusal::invalid);
+        }
+    EXPECT_EQ(untouched, static_cast<Handle>(0x1234));
+    EXPECT_EQ(graph.schedulers().size(), 0U);
 }
 
 TEST_F(QosGraph, TheSchedulerAfterTheLastOneThatFitsIsRefused)
 {
     for (std::size_t count = 0; count < facts::most_schedulers; ++count)
         scheduler();
-    EXPECT_EQ(graph.create_scheduler(under(Handle::null), untouched), Refusal::full);
+    EXPECT_EQ(graph.create_scheduler(scheduler_params(), untouched), Refusal::full);
     EXPECT_EQ(untouched, static_cast<Handle>(0x1234));
 }
 
@@ -270,7 +279,7 @@ TEST_F(QosGraph, CountersAreTheirQueues)
     params = {1, 0, 7 * 512, 0};
     const Handle counted = queue(scheduler());
     const Handle idle = queue(scheduler());
-    EXPECT_EQ(graph.enter(counted, {{2, 0, 0, 2, 0, 1}}, {9, 300}, 0), 2U);
+    EXPECT_EQ(graph.enter(counted, there, {9, 300}, 0), 2U);
     for (int frame = 0; frame < 4; ++frame)
         ASSERT_TRUE(graph.depart(1000));
     const softnode::Queue &busy = graph.queues().at(counted);
@@ -283,11 +292,59 @@ TEST_F(QosGraph, CountersAreTheirQueues)
     EXPECT_EQ(graph.queues().at(idle).waiting().frames, 0U);
 }
 
+/* 800 kbit/s: an octet in 10 microseconds. */
+TEST_F(QosGraph, PeakSustainAndCorrectionOfASchedulerLimitWhatIsBelow)
+{
+    const auto second_leaves = [this](const ork_qos_scheduler_params &params) {
+        graph.reset();
+        softnode::Handle limited = Handle::null;
+        EXPECT_EQ(graph.create_scheduler(params, limited), Refusal::granted);
+        kel_init_qos_queue_params unshaped{1, 0, 25'600, 0};
+        std::swap(this->params, unshaped);
+        const Handle below = queue(limited);
+        std::swap(this->params, unshaped);
+        graph.enter(below, there, {1, 100}, 0);
+        EXPECT_TRUE(graph.depart(0));
+        graph.enter(below, there, {1, 100}, 0);
+        const auto departure = graph.depart(1'000'000'000);
+        return departure ? departure->left : 0;
+    };
+    ork_qos_scheduler_params params = scheduler_params();
+    EXPECT_EQ(second_leaves(params), 96U) << "the line";
+    params.qosRates.peak = {800, 0};
+    EXPECT_EQ(second_leaves(params), 1'000'000U);
+    params.lengthCorrection = 20;
+    EXPECT_EQ(second_leaves(params), 1'200'000U);
+    params.qosRates.sr_mr_u.sustain = {400, 20};
+    EXPECT_EQ(second_leaves(params), 2'000'000U);
+    params.qosRates.peak = {0, 0};
+    EXPECT_EQ(second_leaves(params), 2'000'000U);
+    params.qosRates.sr_mr_u.sustain = {400, 120};
+    EXPECT_EQ(second_leaves(params), 96U);
+}
+
+TEST_F(QosGraph, AQueueHasItsSchedulersQuantumAndCorrection)
+{
+    ork_qos_scheduler_params given = scheduler_params();
+    given.serviceQuantum = 500;
+    given.lengthCorrection = 4;
+    Handle above = Handle::null;
+    ASSERT_EQ(graph.create_scheduler(given, above), Refusal::granted);
+    params = {1, 800, 25'600, 100};
+    const Handle below = queue(above);
+    EXPECT_EQ(graph.queues().at(below).quantum, 500U);
+    EXPECT_EQ(graph.schedulers().at(above).quantum, 500U);
+    graph.enter(below, there, {1, 100}, 0);
+    EXPECT_TRUE(graph.depart(0));
+    graph.enter(below, there, {1, 100}, 0);
+    EXPECT_EQ(graph.depart(1'000'000'000)->left, 40'000U) << "4 octets are owed";
+}
+
 TEST_F(QosGraph, AResetLeavesNothingAndMakesHandlesStale)
 {
     const Handle top = scheduler();
     const Handle below = queue(top);
-    EXPECT_EQ(graph.enter(below, {{2, 0, 0, 2, 0, 1}}, {1, 64}, 0), 0U);
+    EXPECT_EQ(graph.enter(below, there, {1, 64}, 0), 0U);
     graph.reset();
     EXPECT_FALSE(graph.depart(1'000'000'000));
     EXPECT_EQ(graph.schedulers().size(), 0U);

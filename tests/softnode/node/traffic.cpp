@@ -21,15 +21,29 @@ Mac numbered_mac(std::uint32_t number)
             static_cast<std::uint8_t>(number)};
 }
 
-Handle LoadedNode::add_scheduler(std::uint64_t rate, Handle parent)
+ork_qos_scheduler_params scheduler_params(Handle parent)
 {
     ork_qos_scheduler_params params{};
     params.parent = pointer_of(parent);
-    params.qosRates.peak.rate = rate;
+    params.schedulingMode = facts::scheduling_mode;
+    params.arbitrationMode = facts::arbitration_mode;
+    params.serviceQuantum = 3036;
     params.vsiEthDevId = facts::event_device;
+    return params;
+}
+
+Handle LoadedNode::add_scheduler(const ork_qos_scheduler_params &params)
+{
     Handle scheduler = Handle::null;
     EXPECT_EQ(qos.create_scheduler(params, scheduler), Refusal::granted);
     return scheduler;
+}
+
+Handle LoadedNode::add_scheduler(std::uint64_t rate, Handle parent)
+{
+    ork_qos_scheduler_params params = scheduler_params(parent);
+    params.qosRates.peak.rate = rate;
+    return add_scheduler(params);
 }
 
 Handle LoadedNode::add_queue(Handle scheduler, const Shaping &shaping)

@@ -19,7 +19,12 @@ struct Shaping {
     std::uint32_t threshold = 5'120'000;
 };
 
+/* What EBCOM makes a scheduler from, without limits. */
+ork_qos_scheduler_params scheduler_params(softnode::Handle parent = softnode::Handle::null);
+
 struct LoadedNode : softnode::Node {
+    softnode::Handle add_scheduler(const ork_qos_scheduler_params &params);
+
     /* Peak rate in kbit/s. */
     softnode::Handle add_scheduler(std::uint64_t rate = 0, softnode::Handle parent = softnode::Handle::null);
     softnode::Handle add_queue(softnode::Handle scheduler, const Shaping &shaping = {});

@@ -47,9 +47,21 @@ std::uint32_t draw_rate()
     return draw_once_in(4) ? draw_of_any_size(14) : draw_between(10'000U, 12'000'000U);
 }
 
+ork_qos_rate draw_limit()
+{
+    if (draw_once_in(2))
+        return {0, 0};
+    return {draw_once_in(10) ? 0 : draw_rate(), draw_once_in(3) ? draw_of_any_size(6) : draw_between(60U, 8000U)};
+}
+
 NodePlan::PlannedScheduler draw_scheduler()
 {
-    return {draw_once_in(2) ? 0 : draw_rate(), draw_number()};
+    ork_qos_scheduler_params params = scheduler_params();
+    params.qosRates.peak = draw_limit();
+    params.qosRates.sr_mr_u.sustain = draw_limit();
+    params.serviceQuantum = draw_once_in(3) ? draw_of_any_size(14) : 3036;
+    params.lengthCorrection = static_cast<std::int8_t>(draw_once_in(2) ? 0 : draw_between(-20, 24));
+    return {params, draw_number()};
 }
 
 NodePlan::PlannedQueue draw_queue()
@@ -80,7 +92,7 @@ template <class Thing> std::vector<Thing> draw_several(std::uint32_t most, Thing
 
 NodePlan draw_node()
 {
-    return {draw_several(4, draw_scheduler), draw_several(6, draw_queue), draw_several(addresses, draw_number)};
+    return {draw_several(8, draw_scheduler), draw_several(6, draw_queue), draw_several(addresses, draw_number)};
 }
 
 std::vector<Step> draw_load()
@@ -91,8 +103,13 @@ std::vector<Step> draw_load()
 PlannedNode::PlannedNode(const NodePlan &plan)
 {
     std::vector<Handle> schedulers{Handle::null};
-    for (const auto &scheduler : plan.schedulers)
-        schedulers.push_back(node.add_scheduler(scheduler.rate, schedulers[scheduler.parent % schedulers.size()]));
+    for (auto scheduler : plan.schedulers) {
+        /* Every other one below the latest: deep trees as well as wide ones. */
+        const bool deeper = scheduler.parent % 2 == 0;
+        scheduler.params.parent =
+            pointer_of(deeper ? schedulers.back() : schedulers[scheduler.parent % schedulers.size()]);
+        schedulers.push_back(node.add_scheduler(scheduler.params));
+    }
     std::vector<Handle> queues;
     for (const auto &queue : plan.queues)
         queues.push_back(node.add_queue(schedulers[1 + queue.scheduler % plan.schedulers.size()], queue.shaping));

@@ -13,7 +13,7 @@
 /* How to put a node together. What stands there as a number is taken modulo how many there are. */
 struct NodePlan {
     struct PlannedScheduler {
-        std::uint64_t rate = 0;
+        ork_qos_scheduler_params params{};
         std::size_t parent = 0; /* one before it, or the root */
     };
     struct PlannedQueue {
@@ -34,6 +34,7 @@ struct Step {
     std::uint64_t nanoseconds = 0;
 };
 
+/* Trees of up to eight levels. */
 NodePlan draw_node();
 std::vector<Step> draw_load();
 
@@ -49,11 +50,13 @@ public:
     /* Time passes in pieces of so many nanoseconds at most; 0: as a whole. */
     void take(const Step &step, std::uint64_t piece = 0);
 
+    /* One of the queues that are there, by a number. */
+    softnode::Handle standing_queue(std::size_t number) const;
+
     LoadedNode node;
 
 private:
     void pass(std::uint64_t nanoseconds, std::uint64_t piece);
-    softnode::Handle standing_queue(std::size_t number) const;
 };
 
 #endif

@@ -68,6 +68,8 @@ json item(const char *kind, const char *name)
 ork_qos_scheduler_params scheduler_params()
 {
     ork_qos_scheduler_params params{};
+    params.schedulingMode = 11;
+    params.arbitrationMode = 7;
     params.vsiEthDevId = 7;
     return params;
 }

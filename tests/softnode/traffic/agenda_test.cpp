@@ -1,76 +1,72 @@
 /*
- * agenda_test.cpp - who is due when.
+ * agenda_test.cpp - whose shaper opens when.
  */
 #include "softnode/traffic/agenda.h"
 
-#include <gtest/gtest.h>
+#include "softnode/traffic/scheduler.h"
 
-#include <vector>
+#include <gtest/gtest.h>
 
 using namespace softnode;
 
 namespace
 {
 
-constexpr Handle first = static_cast<Handle>(1);
-constexpr Handle second = static_cast<Handle>(2);
-constexpr Handle third = static_cast<Handle>(3);
+/* Owes so many octets at 8 kbit/s: a millisecond for each. */
+struct Debtor : Scheduler {
+    Debtor(std::uint64_t number, std::uint32_t octets) : Scheduler(Shaper({{8, 0}}, 0), 0)
+    {
+        serial = number;
+        shaper.charge(octets, 0);
+    }
+};
 
-/* Takes everybody out who is due by an instant. */
-std::vector<Handle> take_all(Agenda &agenda, Instant now)
+constexpr std::uint64_t millisecond = 1'000'000;
+
+class AgendaTest : public testing::Test
 {
-    std::vector<Handle> taken;
-    while (const auto entry = agenda.take_due(now))
-        taken.push_back(entry->who);
-    return taken;
-}
+protected:
+    Debtor first{1, 20};
+    Debtor second{2, 20};
+    Debtor third{3, 10};
+    Agenda agenda;
+};
 
 } // namespace
 
-TEST(Agenda, IsEmptyAtFirst)
+TEST_F(AgendaTest, IsEmptyAtFirst)
 {
-    Agenda agenda;
-    EXPECT_FALSE(agenda.next());
-    EXPECT_FALSE(agenda.take_due(1000));
+    EXPECT_TRUE(agenda.next() == never);
 }
 
-TEST(Agenda, TheEarliestIsTakenFirstAndThenTheLowestHandle)
+TEST_F(AgendaTest, TheEarliestIsTakenFirstAndThenTheOneThatWasAttachedFirst)
 {
-    Agenda agenda;
-    agenda.put(third, 10);
-    agenda.put(second, 20);
-    agenda.put(first, 20);
-    EXPECT_EQ(agenda.next(), 10U);
-    EXPECT_EQ(take_all(agenda, 20), (std::vector<Handle>{third, first, second}));
-    EXPECT_FALSE(agenda.next());
+    for (Debtor *each : {&second, &third, &first})
+        agenda.put(*each);
+    EXPECT_TRUE(agenda.next() == 10 * millisecond);
+    for (Debtor *each : {&third, &first, &second})
+        EXPECT_EQ(&agenda.take(), each);
+    EXPECT_TRUE(agenda.next() == never);
 }
 
-TEST(Agenda, NobodyIsTakenBeforeTheInstant)
+TEST_F(AgendaTest, AChildKnowsWhetherItStandsInIt)
 {
-    Agenda agenda;
-    agenda.put(first, 10);
-    EXPECT_FALSE(agenda.take_due(9));
-    const auto entry = agenda.take_due(10);
-    ASSERT_TRUE(entry);
-    EXPECT_EQ(entry->when, 10U);
-    EXPECT_EQ(entry->who, first);
+    agenda.put(first);
+    agenda.put(third);
+    EXPECT_TRUE(first.awaited);
+    agenda.take();
+    EXPECT_FALSE(third.awaited);
+    agenda.remove(first);
+    EXPECT_FALSE(first.awaited);
 }
 
-TEST(Agenda, AHandleIsDueOnce)
+TEST_F(AgendaTest, AChildCanBeTakenOff)
 {
-    Agenda agenda;
-    agenda.put(first, 10);
-    agenda.put(first, 30);
-    EXPECT_EQ(agenda.next(), 30U);
-    EXPECT_EQ(take_all(agenda, 30), std::vector<Handle>{first});
-}
-
-TEST(Agenda, AHandleCanBeTakenOff)
-{
-    Agenda agenda;
-    agenda.put(first, 10);
-    agenda.put(second, 20);
-    agenda.put(first, std::nullopt);
-    agenda.put(third, std::nullopt);
-    EXPECT_EQ(take_all(agenda, 20), std::vector<Handle>{second});
+    for (Debtor *each : {&first, &second, &third})
+        agenda.put(*each);
+    agenda.remove(third);
+    agenda.remove(third);
+    EXPECT_TRUE(agenda.next() == 20 * millisecond);
+    EXPECT_EQ(&agenda.take(), &first);
+    EXPECT_EQ(&agenda.take(), &second);
 }

@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <utility>
+#include <vector>
 
 using namespace softnode;
 
@@ -16,6 +18,11 @@ constexpr Mac a{2, 0, 0, 2, 0, 1};
 constexpr Mac b{2, 0, 0, 2, 0, 2};
 constexpr Mac c{2, 0, 0, 2, 0, 3};
 constexpr std::uint32_t roomy = 256'000;
+
+void push(FrameQueue &frames, std::vector<Mac> destinations, const Frames &pushed, Instant now = 0)
+{
+    frames.push(destinations, pushed, now);
+}
 
 /* The destinations of all that waits. */
 std::vector<Mac> destinations_of(FrameQueue frames)
@@ -38,12 +45,10 @@ TEST(FrameQueue, IsEmptyAtFirst)
 TEST(FrameQueue, FirstInIsFirstOut)
 {
     FrameQueue frames(roomy);
-    frames.push({a}, {2, 100});
-    frames.push({b}, {1, 300});
-    EXPECT_EQ(frames.front_length(), 100U);
+    push(frames, {a}, {2, 100});
+    push(frames, {b}, {1, 300});
     EXPECT_EQ(frames.pop().destination, a);
     EXPECT_EQ(frames.pop().length, 100U);
-    EXPECT_EQ(frames.front_length(), 300U);
     EXPECT_EQ(frames.pop().destination, b);
     EXPECT_TRUE(frames.empty());
 }
@@ -51,8 +56,8 @@ TEST(FrameQueue, FirstInIsFirstOut)
 TEST(FrameQueue, CountsWhatWaits)
 {
     FrameQueue frames(roomy);
-    frames.push({a}, {3, 257});
-    frames.push({a}, {1, 256});
+    push(frames, {a}, {3, 257});
+    push(frames, {a}, {1, 256});
     EXPECT_EQ(frames.waiting().frames, 4U);
     EXPECT_EQ(frames.waiting().octets, 3U * 257 + 256);
     EXPECT_EQ(frames.waiting().blocks, 7U);
@@ -81,7 +86,7 @@ TEST(FrameQueue, APartOfABlockIsNoRoom)
 TEST(FrameQueue, RoomIsWhatWaitingFramesLeave)
 {
     FrameQueue frames(10 * 256);
-    frames.push({a}, {3, 300});
+    push(frames, {a}, {3, 300});
     EXPECT_EQ(frames.room_for(256), 4U);
     EXPECT_EQ(frames.room_for(300), 2U);
     frames.pop();
@@ -91,7 +96,7 @@ TEST(FrameQueue, RoomIsWhatWaitingFramesLeave)
 TEST(FrameQueue, ThereIsNoRoomWhileAFrameStandsAboveTheThreshold)
 {
     FrameQueue frames(0);
-    frames.push({a}, {1, 64});
+    push(frames, {a}, {1, 64});
     EXPECT_EQ(frames.room_for(64), 0U);
     frames.pop();
     EXPECT_EQ(frames.waiting().blocks, 0U);
@@ -100,43 +105,63 @@ TEST(FrameQueue, ThereIsNoRoomWhileAFrameStandsAboveTheThreshold)
 TEST(FrameQueue, ARunGoesToItsDestinationsInTurn)
 {
     FrameQueue frames(roomy);
-    frames.push({a, b, a}, {5, 64});
+    push(frames, {a, b, a}, {5, 64});
     EXPECT_EQ(destinations_of(frames), (std::vector<Mac>{a, b, a, a, b}));
 }
 
 TEST(FrameQueue, OneAtATimeAndAllAtOnceIsTheSame)
 {
     FrameQueue at_once(roomy);
-    at_once.push({a, b}, {6, 64});
+    push(at_once, {a, b}, {6, 64});
     FrameQueue singly(roomy);
     for (int frame = 0; frame < 3; ++frame)
-        singly.push({a, b}, {2, 64});
+        push(singly, {a, b}, {2, 64});
     EXPECT_EQ(destinations_of(singly), destinations_of(at_once));
 }
 
-TEST(FrameQueue, ARunThatWasCutIsNotContinued)
+TEST(FrameQueue, TurnsBeginAgainWithEveryPush)
 {
     FrameQueue frames(roomy);
-    frames.push({a, b, c}, {2, 64});
-    frames.push({a, b, c}, {3, 64});
+    push(frames, {a, b, c}, {2, 64});
+    push(frames, {a, b, c}, {3, 64});
     EXPECT_EQ(destinations_of(frames), (std::vector<Mac>{a, b, a, b, c}));
 }
 
-TEST(FrameQueue, ARunThatIsUnderWayIsContinued)
+TEST(FrameQueue, AFrameKeepsItsIdentityAndWhenItEntered)
 {
     FrameQueue frames(roomy);
-    frames.push({a, b, c}, {3, 64});
-    frames.pop();
-    frames.push({a, b, c}, {3, 64});
-    EXPECT_EQ(destinations_of(frames), (std::vector<Mac>{b, c, a, b, c}));
+    push(frames, {a}, {1, 64, 7}, 10);
+    push(frames, {a}, {1, 64, 8}, 10);
+    push(frames, {a}, {1, 64, 8}, 20);
+    for (const auto &[identity, entered] : {std::pair{7U, 10U}, {8U, 10U}, {8U, 20U}}) {
+        const Frame frame = frames.pop();
+        EXPECT_EQ(frame.identity, identity);
+        EXPECT_EQ(frame.entered, entered);
+    }
+}
+
+TEST(FrameQueue, ManyRunsComeOutInTheirOrder)
+{
+    FrameQueue frames(256 * 1000);
+    std::uint32_t out = 0;
+    for (std::uint32_t in = 1; in <= 900; ++in) {
+        push(frames, {a}, {1, in});
+        if (in % 3 == 0) {
+            EXPECT_EQ(frames.pop().length, ++out);
+        }
+    }
+    while (!frames.empty())
+        EXPECT_EQ(frames.pop().length, ++out);
+    EXPECT_EQ(out, 900U);
+    EXPECT_EQ(frames.waiting().octets, 0U);
 }
 
 TEST(FrameQueue, AnotherLengthIsAnotherRun)
 {
     FrameQueue frames(roomy);
-    frames.push({a}, {1, 64});
-    frames.push({a}, {1, 65});
-    frames.push({a}, {1, 64});
+    push(frames, {a}, {1, 64});
+    push(frames, {a}, {1, 65});
+    push(frames, {a}, {1, 64});
     EXPECT_EQ(frames.pop().length, 64U);
     EXPECT_EQ(frames.pop().length, 65U);
     EXPECT_EQ(frames.pop().length, 64U);
@@ -145,7 +170,7 @@ TEST(FrameQueue, AnotherLengthIsAnotherRun)
 TEST(FrameQueue, NoFramesAreNoRun)
 {
     FrameQueue frames(roomy);
-    frames.push({a}, {0, 64});
+    push(frames, {a}, {0, 64});
     EXPECT_TRUE(frames.empty());
 }
 
@@ -153,7 +178,7 @@ TEST(FrameQueue, FillsTheLargestMemory)
 {
     FrameQueue frames(std::numeric_limits<std::uint32_t>::max());
     EXPECT_EQ(frames.room_for(1), 16'777'215U);
-    frames.push({a}, {16'777'215, 1});
+    push(frames, {a}, {16'777'215, 1});
     EXPECT_EQ(frames.room_for(1), 0U);
     EXPECT_EQ(frames.waiting().blocks, 16'777'215U);
 }

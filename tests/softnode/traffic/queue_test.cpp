@@ -6,34 +6,28 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <vector>
 
 namespace
 {
 
-using softnode::DestinationMacs;
 using softnode::Fate;
 using softnode::Handle;
 using softnode::Instant;
 
 constexpr Handle scheduler = static_cast<Handle>(0x5c00000001);
-const DestinationMacs there{{2, 0, 0, 2, 0, 1}};
+const std::vector<softnode::Mac> there{{2, 0, 0, 2, 0, 1}};
 constexpr std::uint64_t countless = std::numeric_limits<std::uint64_t>::max();
 
 /* A queue of so many blocks of memory. */
 softnode::Queue queue_of(std::uint32_t rate, std::uint32_t blocks, std::uint32_t burst)
 {
-    return {scheduler, {rate, blocks * 256, burst}};
+    return softnode::Queue(scheduler, {rate, blocks * 256, burst});
 }
 
 std::uint64_t frames(const softnode::Queue &queue, Fate fate)
 {
     return queue.counters[fate].frames;
-}
-
-/* The first frame leaves, with no lead. */
-softnode::Frame send(softnode::Queue &queue, Instant now)
-{
-    return queue.send(now, {});
 }
 
 /* What came in is what went out, what was dropped and what waits, in frames and in octets. */
@@ -80,80 +74,67 @@ TEST(Queue, AFrameThatCanLeaveAtOnceNeedsNoRoom)
 {
     softnode::Queue queue = queue_of(0, 0, 0);
     EXPECT_EQ(queue.enter(there, {1, 300}, 0, true), 0U);
-    EXPECT_EQ(send(queue, 0).length, 300U);
+    EXPECT_EQ(queue.send(0).length, 300U);
     EXPECT_EQ(queue.enter(there, {1, 300}, 0, false), 1U);
     expect_conserved(queue);
 }
 
-TEST(Queue, AFrameBehindAnotherNeedsRoom)
+TEST(Queue, FramesOfAnyLengthEnter)
+{
+    softnode::Queue queue = queue_of(8, 256, 1);
+    EXPECT_EQ(queue.enter(there, {1, 65'535}, 0, false), 0U);
+    EXPECT_TRUE(queue.backlogged());
+    expect_conserved(queue);
+}
+
+TEST(Queue, AFrameThatLeavesHasWaitedSinceItEntered)
+{
+    softnode::Queue queue = queue_of(0, 100, 0);
+    queue.enter(there, {2, 64}, 10, false);
+    queue.enter(there, {1, 64}, 20, false);
+    for (const Instant now : {15U, 45U, 120U})
+        queue.send(now);
+    EXPECT_EQ(queue.delays.frames(), 3U);
+    EXPECT_EQ(queue.delays.sum(), 5U + 35 + 100);
+    EXPECT_EQ(queue.delays.largest(), 100U);
+    EXPECT_EQ(queue.delays.percentile(50), 35U);
+}
+
+TEST(Queue, TheDeepestBacklogIsTheMostThatEverWaited)
+{
+    softnode::Queue queue = queue_of(0, 8, 0);
+    queue.enter(there, {1, 2000}, 0, true);
+    queue.send(0);
+    EXPECT_EQ(queue.deepest.frames, 0U) << "what leaves at once never waits";
+    queue.enter(there, {3, 100}, 0, false);
+    for (int frame = 0; frame < 3; ++frame)
+        queue.send(0);
+    queue.enter(there, {2, 1000}, 0, false);
+    EXPECT_EQ(queue.deepest.frames, 3U);
+    EXPECT_EQ(queue.deepest.octets, 2000U);
+    EXPECT_EQ(queue.deepest.blocks, 8U);
+}
+
+TEST(Queue, TellsWhoIsNext)
 {
     softnode::Queue queue = queue_of(0, 1, 0);
-    EXPECT_EQ(queue.enter(there, {1, 64}, 0, false), 0U);
-    EXPECT_EQ(queue.enter(there, {1, 64}, 5, true), 1U);
-}
-
-TEST(Queue, AFrameThatTheBucketDoesNotHoldNeedsRoom)
-{
-    softnode::Queue queue = queue_of(8, 0, 1500);
-    EXPECT_EQ(queue.enter(there, {1, 1000}, 0, true), 0U);
-    send(queue, 0);
-    EXPECT_EQ(queue.enter(there, {1, 1000}, 0, true), 1U);
-    EXPECT_EQ(queue.enter(there, {1, 1000}, 499'999'999, true), 1U);
-    EXPECT_EQ(queue.enter(there, {1, 1000}, 500'000'000, true), 0U) << "500 octets at 8 kbit/s";
-}
-
-TEST(Queue, AFrameLongerThanTheBurstIsDropped)
-{
-    softnode::Queue queue = queue_of(1000, 100, 1000);
-    EXPECT_EQ(queue.enter(there, {3, 1001}, 0, true), 3U);
-    EXPECT_EQ(queue.waiting().frames, 0U);
-    EXPECT_EQ(queue.enter(there, {1, 1000}, 0, true), 0U);
-    expect_conserved(queue);
-}
-
-TEST(Queue, AnUnshapedQueueTakesFramesOfAnyLength)
-{
-    softnode::Queue queue = queue_of(0, 256, 0);
-    EXPECT_EQ(queue.enter(there, {1, 65'535}, 0, false), 0U);
-    EXPECT_EQ(queue.ready_at(), 0U);
-}
-
-TEST(Queue, TheFirstFrameLeavesWhenTheBucketHoldsIt)
-{
-    softnode::Queue queue = queue_of(8, 100, 1500);
-    EXPECT_FALSE(queue.ready_at());
-    ASSERT_EQ(queue.enter(there, {3, 1000}, 7, false), 0U);
-    EXPECT_EQ(queue.ready_at(), 0U) << "since ever";
-    send(queue, 7);
-    EXPECT_EQ(queue.ready_at(), 500'000'007U);
-    send(queue, 500'000'007);
-    EXPECT_EQ(queue.ready_at(), 1'500'000'007U);
-    expect_conserved(queue);
-}
-
-TEST(Queue, WithoutARateSendsTheBurstAndThenNothing)
-{
-    softnode::Queue queue = queue_of(0, 100, 2500);
-    ASSERT_EQ(queue.enter(there, {3, 1000}, 0, false), 0U);
-    send(queue, 0);
-    send(queue, 0);
-    EXPECT_FALSE(queue.ready_at());
-    EXPECT_EQ(queue.waiting().frames, 1U);
+    EXPECT_FALSE(queue.backlogged());
+    EXPECT_EQ(&queue.next_queue(), &queue);
 }
 
 TEST(Queue, CopiesToSeveralDestinationsShareTheRoomFrameByFrame)
 {
-    const DestinationMacs two{{2, 0, 0, 2, 0, 1}, {2, 0, 0, 2, 0, 2}};
+    const std::vector<softnode::Mac> two{{2, 0, 0, 2, 0, 1}, {2, 0, 0, 2, 0, 2}};
     softnode::Queue queue = queue_of(0, 5, 0);
     EXPECT_EQ(queue.enter(two, {10, 64}, 0, false), 15U);
     for (const std::size_t turn : {0U, 1U, 0U, 1U, 0U})
-        EXPECT_EQ(send(queue, 0).destination, two[turn]);
+        EXPECT_EQ(queue.send(0).destination, two[turn]);
     expect_conserved(queue);
 }
 
 TEST(Queue, MoreFramesThanCanBeCountedAreDroppedAllTheSame)
 {
-    const DestinationMacs three{{2, 0, 0, 2, 0, 1}, {2, 0, 0, 2, 0, 2}, {2, 0, 0, 2, 0, 3}};
+    const std::vector<softnode::Mac> three{{2, 0, 0, 2, 0, 1}, {2, 0, 0, 2, 0, 2}, {2, 0, 0, 2, 0, 3}};
     softnode::Queue queue = queue_of(0, 100, 0);
     EXPECT_EQ(queue.enter(there, {countless, 64}, 0, false), countless - 100);
     EXPECT_EQ(queue.waiting().frames, 100U);
@@ -165,7 +146,7 @@ TEST(Queue, MoreFramesThanCanBeCountedAreDroppedAllTheSame)
 TEST(Queue, CopiesThatComeToFewByOverflowAreNotAdmittedByIt)
 {
     /* Three times this is 2 to the power of 64 and 2 more. */
-    const DestinationMacs three{{2, 0, 0, 2, 0, 1}, {2, 0, 0, 2, 0, 2}, {2, 0, 0, 2, 0, 3}};
+    const std::vector<softnode::Mac> three{{2, 0, 0, 2, 0, 1}, {2, 0, 0, 2, 0, 2}, {2, 0, 0, 2, 0, 3}};
     softnode::Queue queue = queue_of(0, 100, 0);
     queue.enter(three, {0x5555'5555'5555'5556, 64}, 0, false);
     EXPECT_EQ(queue.waiting().frames, 100U);

@@ -3,8 +3,13 @@
  */
 #include "softnode/traffic/round_robin.h"
 
+#include "softnode/traffic/scheduler.h"
+
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
+#include <cstdlib>
 #include <vector>
 
 using namespace softnode;
@@ -12,89 +17,106 @@ using namespace softnode;
 namespace
 {
 
-constexpr Handle first = static_cast<Handle>(1);
-constexpr Handle second = static_cast<Handle>(2);
-constexpr Handle third = static_cast<Handle>(3);
-
-/* So many turns at an instant, by queues that take part again at once. */
-std::vector<Handle> turns(RoundRobin &round, std::size_t count, Instant now)
-{
-    std::vector<Handle> taken;
-    for (std::size_t turn = 0; turn < count; ++turn) {
-        taken.push_back(round.take_turn(now));
-        round.join(taken.back(), now);
+struct Someone : Scheduler {
+    explicit Someone(std::uint32_t octets) : Scheduler(Shaper({}, 0), octets)
+    {
     }
-    return taken;
-}
+};
+
+class RoundRobinTest : public testing::Test
+{
+protected:
+    /* Who has so many turns, with frames of a length each. */
+    std::vector<const Child *> turns(std::size_t count, std::uint32_t octets)
+    {
+        std::vector<const Child *> taken;
+        while (taken.size() < count) {
+            taken.push_back(&round.turn());
+            round.spend(round.turn(), octets);
+        }
+        return taken;
+    }
+
+    RoundRobin round;
+    Someone a{1000};
+    Someone b{1000};
+    Someone c{2000};
+};
 
 } // namespace
 
-TEST(RoundRobin, IsNobodysTurnAtFirst)
+TEST_F(RoundRobinTest, IsEmptyAtFirst)
 {
-    EXPECT_FALSE(RoundRobin().next());
+    EXPECT_TRUE(round.empty());
 }
 
-TEST(RoundRobin, EverybodyHasATurnInTheOrderOfHandles)
+TEST_F(RoundRobinTest, TurnsGoRoundInTheOrderOfJoining)
 {
-    RoundRobin round;
-    for (const Handle queue : {third, first, second})
-        round.join(queue, 0);
-    EXPECT_EQ(turns(round, 7, 5), (std::vector<Handle>{first, second, third, first, second, third, first}));
+    for (Someone *each : {&b, &a, &c})
+        round.join(*each);
+    EXPECT_EQ(turns(7, 2000), (std::vector<const Child *>{&b, &a, &c, &c, &b, &a, &c}))
+        << "the second round of b and a pays for the first";
 }
 
-TEST(RoundRobin, WhoCannotSendYetIsPassedOver)
+TEST_F(RoundRobinTest, ATurnEndsWithTheFrameThatUsesItUp)
 {
-    RoundRobin round;
-    round.join(first, 0);
-    round.join(second, 100);
-    round.join(third, 0);
-    EXPECT_EQ(turns(round, 3, 99), (std::vector<Handle>{first, third, first}));
-    EXPECT_EQ(turns(round, 3, 100), (std::vector<Handle>{second, third, first}));
+    round.join(a);
+    round.join(b);
+    EXPECT_EQ(turns(6, 500), (std::vector<const Child *>{&a, &a, &b, &b, &a, &a}));
 }
 
-TEST(RoundRobin, TheNextTurnIsWhenTheFirstOneMaySend)
+TEST_F(RoundRobinTest, WhatAFrameHasBeyondTheTurnIsTakenOffTheNextOne)
 {
-    RoundRobin round;
-    round.join(second, 300);
-    round.join(first, 200);
-    EXPECT_EQ(round.next(), 200U);
-    EXPECT_EQ(round.take_turn(200), first);
-    EXPECT_EQ(round.next(), 300U);
+    round.join(a);
+    round.join(b);
+    EXPECT_EQ(turns(8, 600), (std::vector<const Child *>{&a, &a, &b, &b, &a, &a, &b, &b}));
+    EXPECT_EQ(a.credit, -400);
+    EXPECT_EQ(turns(1, 600), (std::vector<const Child *>{&a}));
 }
 
-TEST(RoundRobin, WhoMightHaveHadItsTurnBeforeCanHaveItAtAnyInstant)
+TEST_F(RoundRobinTest, WhoLeavesHasNoTurn)
 {
-    RoundRobin round;
-    round.join(first, 200);
-    round.join(second, 200);
-    EXPECT_EQ(round.take_turn(250), first);
-    EXPECT_EQ(round.next(), 0U);
-    EXPECT_EQ(round.take_turn(251), second);
-    EXPECT_FALSE(round.next());
+    for (Someone *each : {&a, &b, &c})
+        round.join(*each);
+    round.leave(b);
+    EXPECT_EQ(turns(3, 2000), (std::vector<const Child *>{&a, &c, &c}));
+    round.leave(c);
+    EXPECT_EQ(&round.turn(), &a);
+    round.leave(a);
+    EXPECT_TRUE(round.empty());
 }
 
-TEST(RoundRobin, ATurnIsOneFrameUntilTheQueueTakesPartAgain)
+TEST_F(RoundRobinTest, WhoLeavesKeepsWhatItOwesAndLosesWhatItHas)
 {
-    RoundRobin round;
-    round.join(first, 0);
-    round.join(second, 0);
-    EXPECT_EQ(round.take_turn(0), first);
-    EXPECT_EQ(round.take_turn(0), second);
-    EXPECT_FALSE(round.next());
-    round.join(second, 0);
-    EXPECT_EQ(round.take_turn(0), second);
+    round.join(a);
+    round.spend(round.turn(), 300);
+    round.leave(a);
+    EXPECT_EQ(a.credit, 0);
+    round.join(a);
+    round.spend(round.turn(), 1700);
+    round.leave(a);
+    EXPECT_EQ(a.credit, -700);
 }
 
-TEST(RoundRobin, WhoLeavesHasNoTurn)
+TEST_F(RoundRobinTest, AQuantumIsAtLeastTheShortestFrame)
 {
-    RoundRobin round;
-    for (const Handle queue : {first, second, third})
-        round.join(queue, 0);
-    EXPECT_EQ(round.take_turn(0), first);
-    round.leave(second);
-    EXPECT_EQ(round.take_turn(0), third);
-    round.join(first, 7);
-    round.leave(first);
-    round.leave(first);
-    EXPECT_FALSE(round.next());
+    EXPECT_EQ(Someone(0).quantum, 64U);
+    EXPECT_EQ(Someone(63).quantum, 64U);
+    EXPECT_EQ(Someone(65).quantum, 65U);
+}
+
+TEST_F(RoundRobinTest, OctetsAreInProportionToQuantaWhateverTheLengths)
+{
+    const std::array<Someone *, 3> all{&a, &b, &c};
+    const std::array<std::uint32_t, 3> lengths{64, 1500, 700};
+    std::array<std::int64_t, 3> sent{};
+    for (Someone *each : all)
+        round.join(*each);
+    for (int frame = 0; frame < 10'000; ++frame) {
+        const auto who = static_cast<std::size_t>(std::find(all.begin(), all.end(), &round.turn()) - all.begin());
+        round.spend(*all[who], lengths[who]);
+        sent[who] += lengths[who];
+        ASSERT_LE(std::abs(sent[0] - sent[1]), 1000 + 1500);
+        ASSERT_LE(std::abs(2 * sent[1] - sent[2]), 2000 + 2 * 1500);
+    }
 }

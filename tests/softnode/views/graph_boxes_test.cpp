@@ -81,7 +81,7 @@ TEST(GraphBoxes, AQueueShowsItsDestinationsAndCountsTheRest)
 
 TEST(GraphBoxes, AQueueShowsCountersOnceFramesCame)
 {
-    const DestinationMacs one{{2, 0, 0, 2, 0, 1}};
+    const std::vector<Mac> one{Mac{2, 0, 0, 2, 0, 1}};
     Queue queue = queue_of(0, 800 * facts::block_octets, 0);
     queue.counters.account(Fate::sent, {1'200, 64});
     queue.enter(one, {800, 64}, 0, false);
@@ -123,9 +123,9 @@ TEST(GraphBoxes, AChainListsItsSchedulersAndTheirPeakRates)
 {
     Registry<TreeScheduler> schedulers(Kind::scheduler);
     ork_qos_scheduler_params params{};
-    const Handle upper = schedulers.add({Handle::null, params});
+    const Handle upper = schedulers.add(Handle::null, params);
     params.qosRates.peak.rate = 2'500'000;
-    const Handle lower = schedulers.add({upper, params});
+    const Handle lower = schedulers.add(upper, params);
     EXPECT_EQ(lines_of(chain_box({upper}, schedulers)), (Lines{"Scheduler", "0x5c00000001"}));
     EXPECT_EQ(lines_of(chain_box({upper, lower}, schedulers)),
               (Lines{"Chain of 2", "0x5c00000001", "0x5c00000002", "peak 2,500 Mbit/s"}));

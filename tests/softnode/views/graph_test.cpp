@@ -3,6 +3,8 @@
  */
 #include "softnode/views/graph.h"
 
+#include "node/traffic.h"
+
 #include "command.h"
 #include "markup.h"
 #include "temporary_file.h"
@@ -83,9 +85,7 @@ protected:
 
     Handle add_scheduler(Handle parent)
     {
-        ork_qos_scheduler_params params{};
-        params.parent = pointer_of(parent);
-        params.vsiEthDevId = facts::event_device;
+        const ork_qos_scheduler_params params = scheduler_params(parent);
         Handle scheduler = Handle::null;
         EXPECT_EQ(node.qos.create_scheduler(params, scheduler), Refusal::granted);
         return scheduler;

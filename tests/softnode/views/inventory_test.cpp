@@ -3,6 +3,8 @@
  */
 #include "softnode/views/inventory.h"
 
+#include "node/traffic.h"
+
 #include "softnode/common/facts.h"
 
 #include <gtest/gtest.h>
@@ -32,9 +34,7 @@ Texts held(const Node &node)
 
 Handle add_scheduler(Node &node, Handle parent = Handle::null)
 {
-    ork_qos_scheduler_params params{};
-    params.parent = pointer_of(parent);
-    params.vsiEthDevId = facts::event_device;
+    const ork_qos_scheduler_params params = scheduler_params(parent);
     Handle scheduler = Handle::null;
     EXPECT_EQ(node.qos.create_scheduler(params, scheduler), Refusal::granted);
     return scheduler;

@@ -169,7 +169,7 @@ TEST(Snapshot, ShowsQueues)
 {
     Node node;
     const Handle queue = add_queue(node, add_scheduler(node, Handle::null));
-    EXPECT_EQ(node.qos.enter(queue, {{2, 0, 2, 2, 0, 1}}, {9, 300}, 0), 2U);
+    EXPECT_EQ(node.qos.enter(queue, std::vector{Mac{2, 0, 2, 2, 0, 1}}, {9, 300}, 0), 2U);
     for (int frame = 0; frame < 4; ++frame)
         ASSERT_TRUE(node.qos.depart(1000));
     EXPECT_FALSE(node.qos.depart(1000));
