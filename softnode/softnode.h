@@ -66,6 +66,17 @@ int32_t softnode_traffic_offer(const uint8_t mac[6], uint64_t frames, uint32_t o
  */
 int32_t softnode_traffic_send(uint32_t id, uint64_t frames, uint32_t octets_per_frame);
 
+/** Why the service dropped a frame. */
+typedef enum softnode_drop_reason {
+    SOFTNODE_DROP_TOO_LONG, /**< longer than the MTU and 22 octets allow */
+    SOFTNODE_DROP_NO_ROOM,  /**< the memory below its queue's threshold was taken */
+    SOFTNODE_DROP_NO_WAY,   /**< nothing leads to its destination */
+    SOFTNODE_DROP_NO_QUEUE  /**< the queue of its path was removed, maybe while it waited there */
+} softnode_drop_reason;
+
+/** @return how many frames the service dropped for this reason since the node was switched on */
+uint64_t softnode_traffic_dropped(softnode_drop_reason reason);
+
 /**
  * Advances virtual time. The result is the same however an interval is divided into calls. The cost depends on the
  * number of frames that leave, not on the length of the interval. Time stops at 2^64 - 1 nanoseconds.

@@ -134,8 +134,11 @@ DotBox chain_box(const SchedulerChain &chain, const Registry<TreeScheduler> &sch
     box.title(chain.size() == 1 ? "Scheduler" : "Chain of " + std::to_string(chain.size()));
     for (const Handle link : chain) {
         box.line({{text_of(link), Tone::faint}});
-        if (const std::uint64_t peak = schedulers.at(link).params.qosRates.peak.rate; peak != 0)
-            box.line({{"peak " + rate_text(peak)}});
+        const auto &[peak, last] = schedulers.at(link).params.qosRates;
+        if (peak.rate != 0)
+            box.line({{"peak " + rate_text(peak.rate)}});
+        if (last.sustain.rate != 0)
+            box.line({{"sustain " + rate_text(last.sustain.rate)}});
     }
     return box;
 }

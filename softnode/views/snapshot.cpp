@@ -36,6 +36,10 @@ Json schedulers(const QosGraph &qos)
                         {"children", handles_below(qos.schedulers(), &TreeScheduler::parent, handle)},
                         {"queues", handles_below(qos.queues(), &Queue::scheduler, handle)},
                         {"peak_rate", scheduler.params.qosRates.peak.rate},
+                        {"peak_burst", scheduler.params.qosRates.peak.bucketSize},
+                        {"sustain_rate", scheduler.params.qosRates.sr_mr_u.sustain.rate},
+                        {"sustain_burst", scheduler.params.qosRates.sr_mr_u.sustain.bucketSize},
+                        {"length_correction", scheduler.params.lengthCorrection},
                         {"shaping_mode", scheduler.params.shapingMode},
                         {"scheduling_mode", scheduler.params.schedulingMode},
                         {"arbitration_mode", scheduler.params.arbitrationMode},
@@ -56,10 +60,18 @@ Json counters_of(const Counters &counters)
             {"dropped", tally(counters[Fate::dropped])}};
 }
 
-Json waiting_in(const Queue &queue)
+Json backlog(const Waiting &waiting)
 {
-    const Waiting waiting = queue.waiting();
     return {{"frames", waiting.frames}, {"octets", waiting.octets}, {"blocks", waiting.blocks}};
+}
+
+Json delays_of(const Delays &delays)
+{
+    return {{"frames", delays.frames()},
+            {"sum", delays.sum()},
+            {"median", delays.percentile(50)},
+            {"p99", delays.percentile(99)},
+            {"largest", delays.largest()}};
 }
 
 Json queues(const QosGraph &qos)
@@ -73,7 +85,9 @@ Json queues(const QosGraph &qos)
                         {"bucket_size", queue.bucket_size},
                         {"shaped", queue.shaped()},
                         {"counters", counters_of(queue.counters)},
-                        {"waiting", waiting_in(queue)}});
+                        {"waiting", backlog(queue.waiting())},
+                        {"deepest", backlog(queue.deepest)},
+                        {"delay", delays_of(queue.delays)}});
     return list;
 }
 
@@ -145,6 +159,24 @@ Json globals(const EbcomService &ebcom)
             {"settings", Json::array({config.nibbles & 0x0f, config.nibbles >> 4})}};
 }
 
+Json drops(const EbcomService &ebcom)
+{
+    return {{"too_long", tally(ebcom.dropped(Drop::too_long))},
+            {"no_room", tally(ebcom.dropped(Drop::no_room))},
+            {"no_way", tally(ebcom.dropped(Drop::no_way))},
+            {"no_queue", tally(ebcom.dropped(Drop::no_queue))}};
+}
+
+Json on_the_line(const std::optional<Departure> &departure)
+{
+    if (!departure)
+        return nullptr;
+    return {
+        {"mac", text_of(departure->frame.destination).data()},
+        {"octets", departure->frame.length},
+        {"arrives", departure->arrives > end_of_time ? Json(nullptr) : Json(static_cast<Instant>(departure->arrives))}};
+}
+
 Json timestamp_offset(const EbcomService &ebcom)
 {
     return ebcom.timestamp_offset() ? Json(*ebcom.timestamp_offset()) : Json(nullptr);
@@ -207,6 +239,8 @@ std::string snapshot(const Node &node, const FaultBook &book)
                         {"interface", interface_of(node.ebcom)},
                         {"globals", globals(node.ebcom)},
                         {"statistics", counters_of(node.ebcom.counters())},
+                        {"drops", drops(node.ebcom)},
+                        {"on_the_line", on_the_line(node.on_the_line)},
                         {"timestamp_offset", timestamp_offset(node.ebcom)},
                         {"timing_unit", timing_unit(node.timing)},
                         {"restarts", restarts(node.restarts)},

@@ -6,7 +6,9 @@
  *         handle             "0x5c00000001", as %p prints it; so are all handles
  *         parent             handle, or null: under the root
  *         children, queues   handles of what hangs below, in the order of creation
- *         peak_rate          as given; kbit/s, 0: the line rate. What the queues directly below share
+ *         peak_rate, peak_burst, sustain_rate, sustain_burst     as given; kbit/s, octets. What all below it share;
+ *                            both 0: no limit
+ *         length_correction  as given; octets that a frame costs beside its own
  *         shaping_mode, scheduling_mode, arbitration_mode, service_quantum, root_id     as given
  *     queues             in the order of creation
  *         handle, scheduler
@@ -14,6 +16,9 @@
  *         shaped             whether it has a rate or a bucket
  *         counters           received, sent, dropped: frames and octets of each
  *         waiting            frames, octets, and blocks, the memory that they take; received = sent + dropped + waiting
+ *         deepest            the most that ever waited, of each
+ *         delay              of the frames sent, from entering to leaving, nanoseconds: frames, how many; sum, which wraps
+ *                            around; median and p99, within 1 %; largest
  *     paths              in the order of their addresses
  *         mac                "02:00:02:02:00:01"
  *         type, eioa_port
@@ -42,6 +47,11 @@
  *         settings           the two 4-bit settings, the low one first
  *     statistics         received, sent, dropped by the service: frames and octets of each; received = sent + dropped
  *                        + what waits in the queues
+ *     drops              what the service dropped, by reason: too_long, no_room, no_way, no_queue: frames and octets of
+ *                        each
+ *     on_the_line        null, or the frame that has left its queue and not arrived
+ *         mac, octets
+ *         arrives            nanoseconds since the node was switched on; null: time ends before
  *     timestamp_offset   null until set
  *     timing_unit
  *         reading            cycles, frequency

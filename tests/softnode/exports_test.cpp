@@ -37,6 +37,7 @@ const std::set<std::string> control_functions{"softnode_fault_functions_json",
                                               "softnode_timing_event_post",
                                               "softnode_timing_reading_set",
                                               "softnode_timing_settle",
+                                              "softnode_traffic_dropped",
                                               "softnode_traffic_offer",
                                               "softnode_traffic_send"};
 

@@ -91,3 +91,16 @@ TEST_F(ControlTraffic, RefusalsAreTheDriverKitsCodesAndChangeNothing)
     EXPECT_EQ(softnode_traffic_send(18, 1, 64), ORK_NOTAVAIL);
     EXPECT_EQ(held(), before);
 }
+
+TEST_F(ControlTraffic, WhatIsDroppedIsCountedByItsReason)
+{
+    const ork_ebcom_global_config parameters{1500, 0x88b5, 0, 0};
+    ASSERT_EQ(ork_ebcom_global_config_set(ork, &parameters), ORK_OK);
+    ASSERT_EQ(softnode_traffic_offer(there, 2, 1523), 0);
+    ASSERT_EQ(softnode_traffic_offer(there, 100'000, 1500), 0);
+    EXPECT_EQ(softnode_traffic_dropped(SOFTNODE_DROP_TOO_LONG), 2U);
+    EXPECT_EQ(softnode_traffic_dropped(SOFTNODE_DROP_NO_ROOM), queue_statistics().pkts_dropped);
+    EXPECT_EQ(softnode_traffic_dropped(SOFTNODE_DROP_NO_WAY), 0U);
+    EXPECT_EQ(softnode_traffic_dropped(SOFTNODE_DROP_NO_QUEUE), 0U);
+    EXPECT_EQ(softnode_traffic_dropped(static_cast<softnode_drop_reason>(SOFTNODE_DROP_NO_QUEUE + 1)), 0U);
+}

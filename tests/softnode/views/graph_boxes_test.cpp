@@ -119,16 +119,16 @@ TEST(GraphBoxes, AGroupTellsOfMembersThatAreNoPceps)
               (Lines{"Group 300", "0x5d0000000a", "PCEP 9 is no more"}));
 }
 
-TEST(GraphBoxes, AChainListsItsSchedulersAndTheirPeakRates)
+TEST(GraphBoxes, AChainListsItsSchedulersAndTheirRates)
 {
     Registry<TreeScheduler> schedulers(Kind::scheduler);
     ork_qos_scheduler_params params{};
     const Handle upper = schedulers.add(Handle::null, params);
-    params.qosRates.peak.rate = 2'500'000;
+    params.qosRates = {.peak = {2'500'000, 0}, .sr_mr_u = {.sustain = {1'000'000, 0}}};
     const Handle lower = schedulers.add(upper, params);
     EXPECT_EQ(lines_of(chain_box({upper}, schedulers)), (Lines{"Scheduler", "0x5c00000001"}));
     EXPECT_EQ(lines_of(chain_box({upper, lower}, schedulers)),
-              (Lines{"Chain of 2", "0x5c00000001", "0x5c00000002", "peak 2,500 Mbit/s"}));
+              (Lines{"Chain of 2", "0x5c00000001", "0x5c00000002", "peak 2,500 Mbit/s", "sustain 1 Gbit/s"}));
 }
 
 TEST(GraphBoxes, TheEthernetDeviceShowsWhatIsSet)

@@ -29,7 +29,8 @@ Handle add_scheduler(Node &node, Handle parent)
 {
     ork_qos_scheduler_params params{};
     params.parent = pointer_of(parent);
-    params.qosRates.peak.rate = 9'000'000;
+    params.qosRates = {.peak = {9'000'000, 1600}, .sr_mr_u = {.sustain = {8'000'000, 65'536}}};
+    params.lengthCorrection = -4;
     params.shapingMode = 3;
     params.schedulingMode = 11;
     params.arbitrationMode = 7;
@@ -61,6 +62,7 @@ void hold_one_of_everything(Node &node)
 {
     const Handle scheduler = add_scheduler(node, Handle::null);
     ASSERT_EQ(node.create_path({{2, 0, 2, 2, 0, 2}, 1, 9, pointer_of(add_queue(node, scheduler))}), Refusal::granted);
+    ASSERT_EQ(node.offer({2, 0, 2, 2, 0, 2}, {1, 64}), Refusal::granted);
     add_pcep(node, 17);
     ASSERT_EQ(node.pceps.bind(17, node.attachment.ehsfp_target()), Refusal::granted);
     Handle group = Handle::null;
@@ -76,7 +78,7 @@ using Keys = std::vector<std::string>;
 /* "Frames and octets", and the counters made of these, are told of once for the whole document. */
 bool told_of_elsewhere(const ordered_json &value)
 {
-    return value.contains("octets") ? value.size() == 2 : value.contains("received");
+    return value.contains("octets") ? value.size() == 2 && value.contains("frames") : value.contains("received");
 }
 
 /* The keys within a value, in their order. Of objects in an array those of the first. */
@@ -125,6 +127,9 @@ TEST(Snapshot, OfAFreshNodeHasEveryKeyAndNothingBehindIt)
         "interface": null, "globals": null,
         "statistics": {"received": {"frames": 0, "octets": 0}, "sent": {"frames": 0, "octets": 0},
                        "dropped": {"frames": 0, "octets": 0}},
+        "drops": {"too_long": {"frames": 0, "octets": 0}, "no_room": {"frames": 0, "octets": 0},
+                  "no_way": {"frames": 0, "octets": 0}, "no_queue": {"frames": 0, "octets": 0}},
+        "on_the_line": null,
         "timestamp_offset": null,
         "timing_unit": {"reading": {"cycles": 40, "frequency": 250000}, "connections": [], "blocked": []},
         "restarts": [], "calls": {}, "faults": []
@@ -158,7 +163,8 @@ TEST(Snapshot, ShowsSchedulersWithWhatHangsBelow)
     EXPECT_EQ(schedulers[0], json::parse(R"({
         "handle": "0x5c00000001", "parent": null,
         "children": ["0x5c00000002", "0x5c00000003"], "queues": ["0x5d00000001"],
-        "peak_rate": 9000000,
+        "peak_rate": 9000000, "peak_burst": 1600, "sustain_rate": 8000000, "sustain_burst": 65536,
+        "length_correction": -4,
         "shaping_mode": 3, "scheduling_mode": 11, "arbitration_mode": 7, "service_quantum": 3036, "root_id": 20
     })"));
     EXPECT_EQ(schedulers[1]["parent"], "0x5c00000001");
@@ -169,17 +175,47 @@ TEST(Snapshot, ShowsQueues)
 {
     Node node;
     const Handle queue = add_queue(node, add_scheduler(node, Handle::null));
-    EXPECT_EQ(node.qos.enter(queue, std::vector{Mac{2, 0, 2, 2, 0, 1}}, {9, 300}, 0), 2U);
-    for (int frame = 0; frame < 4; ++frame)
-        ASSERT_TRUE(node.qos.depart(1000));
-    EXPECT_FALSE(node.qos.depart(1000));
+    ASSERT_EQ(node.create_path({{2, 0, 2, 2, 0, 2}, 1, 9, pointer_of(queue)}), Refusal::granted);
+    ASSERT_EQ(node.offer({2, 0, 2, 2, 0, 2}, {10, 300}), Refusal::granted);
+    node.advance(1000);
     EXPECT_EQ(look_into(node)["queues"], json::parse(R"([{
         "handle": "0x5d00000001", "scheduler": "0x5c00000001",
         "rate": 1000, "threshold": 3584, "bucket_size": 1200, "shaped": true,
-        "counters": {"received": {"frames": 9, "octets": 2700}, "sent": {"frames": 4, "octets": 1200},
+        "counters": {"received": {"frames": 10, "octets": 3000}, "sent": {"frames": 4, "octets": 1200},
                      "dropped": {"frames": 2, "octets": 600}},
-        "waiting": {"frames": 3, "octets": 900, "blocks": 6}
+        "waiting": {"frames": 4, "octets": 1200, "blocks": 8},
+        "deepest": {"frames": 7, "octets": 2100, "blocks": 14},
+        "delay": {"frames": 4, "sum": 1536, "median": 258, "p99": 768, "largest": 768}
     }])"));
+}
+
+TEST(Snapshot, ShowsTheFrameOnTheLine)
+{
+    Node node;
+    ASSERT_EQ(node.create_path({{2, 0, 2, 2, 0, 2}, 1, 9, pointer_of(add_queue(node, add_scheduler(node, {})))}),
+              Refusal::granted);
+    node.advance(5);
+    ASSERT_EQ(node.offer({2, 0, 2, 2, 0, 2}, {1, 300}), Refusal::granted);
+    EXPECT_EQ(look_into(node)["on_the_line"],
+              json::parse(R"({"mac": "02:00:02:02:00:02", "octets": 300, "arrives": 252})"));
+    node.advance(247);
+    EXPECT_EQ(look_into(node)["on_the_line"], nullptr);
+    node.advance(end_of_time);
+    ASSERT_EQ(node.offer({2, 0, 2, 2, 0, 2}, {1, 300}), Refusal::granted);
+    EXPECT_EQ(look_into(node)["on_the_line"]["arrives"], nullptr);
+}
+
+TEST(Snapshot, ShowsWhatWasDroppedByReason)
+{
+    Node node;
+    node.ebcom.drop(Drop::too_long, {1, 10});
+    node.ebcom.drop(Drop::no_room, {2, 20});
+    node.ebcom.drop(Drop::no_way, {3, 30});
+    node.ebcom.drop(Drop::no_queue, {4, 40});
+    EXPECT_EQ(look_into(node)["drops"], json::parse(R"({
+        "too_long": {"frames": 1, "octets": 10}, "no_room": {"frames": 2, "octets": 20},
+        "no_way": {"frames": 3, "octets": 30}, "no_queue": {"frames": 4, "octets": 40}
+    })"));
 }
 
 TEST(Snapshot, ShowsPathsWithAndWithoutQueue)
