@@ -276,6 +276,9 @@ typedef struct softnode_global_statistics {
 /** Everything the node holds, as a JSON document with stable keys (docs/software-accelerator.md). */
 char *softnode_snapshot_json(void);
 
+/** The snapshot's part `queues` alone, with counters, delays and depths: at most 64, however many paths there are. */
+char *softnode_queues_json(void);
+
 /**
  * The limits of the node as a JSON document: how many schedulers, queues, paths, multicast groups, and members of a
  * group. There is one path for each destination address. What exceeds a limit is refused with ORK_OUTOFRANGE (-9), a

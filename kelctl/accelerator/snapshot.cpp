@@ -13,17 +13,6 @@ namespace
 
 using notation::document;
 
-// "0x5c00000001" or null
-handle handle_in(const document &value)
-{
-    handle read = 0;
-    if (value.is_null())
-        return read;
-    const auto &text = value.text();
-    std::from_chars(text.data() + 2, text.data() + text.size(), read, 16);
-    return read;
-}
-
 snapshot::scheduler scheduler_in(const document &value)
 {
     return {handle_in(value.at("handle")), handle_in(value.at("parent"))};
@@ -94,6 +83,16 @@ template <typename Element> std::vector<Element> list_in(const document &list, E
 }
 
 } // namespace
+
+handle handle_in(const document &value)
+{
+    handle read = 0;
+    if (value.is_null())
+        return read;
+    const auto &text = value.text();
+    std::from_chars(text.data() + 2, text.data() + text.size(), read, 16);
+    return read;
+}
 
 bool snapshot::empty() const
 {

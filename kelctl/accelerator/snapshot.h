@@ -2,6 +2,7 @@
 #pragma once
 
 #include "kelctl/values/mac_address.h"
+#include "notation/document.h"
 
 #include <array>
 #include <cstdint>
@@ -66,6 +67,9 @@ struct snapshot {
     // Nothing that a bring-up makes and a take-down removes. Parameters and the offset cannot be taken back.
     bool empty() const;
 };
+
+// "0x5c00000001" or null
+handle handle_in(const notation::document &value);
 
 // Throws notation::document_error when the document is not as the software accelerator writes it.
 snapshot read_snapshot(std::string_view json);

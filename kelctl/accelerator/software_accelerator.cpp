@@ -18,6 +18,7 @@ __attribute__((weak)) char *softnode_fault_sweep_watched(const softnode_scenario
                                                          softnode_sweep_watcher *watcher);
 __attribute__((weak)) char *softnode_graph_dot(void);
 __attribute__((weak)) char *softnode_limits_json(void);
+__attribute__((weak)) char *softnode_queues_json(void);
 __attribute__((weak)) void softnode_reset(void);
 __attribute__((weak)) char *softnode_snapshot_json(void);
 __attribute__((weak)) char *softnode_switch_on(void);
@@ -72,6 +73,11 @@ std::optional<std::string> accelerator_limits()
 std::optional<std::string> accelerator_snapshot()
 {
     return softnode_snapshot_json ? taken(softnode_snapshot_json()) : std::nullopt;
+}
+
+std::optional<std::string> accelerator_queues()
+{
+    return softnode_queues_json ? taken(softnode_queues_json()) : std::nullopt;
 }
 
 offered offer_frames(const mac_address &to, uint64_t frames, uint32_t octets)

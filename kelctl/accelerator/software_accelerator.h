@@ -27,6 +27,9 @@ std::optional<std::string> accelerator_limits();
 // Everything that the node holds, as a JSON document.
 std::optional<std::string> accelerator_snapshot();
 
+// Its queues alone, which are few however many paths there are.
+std::optional<std::string> accelerator_queues();
+
 // Waits until the timestamp thread has done all that there was to do, or has ended. False when that cannot be told
 // here, or did not come within the time.
 bool timing_settled(uint32_t milliseconds);

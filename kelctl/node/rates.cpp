@@ -84,7 +84,8 @@ fields rates_between(const fields &before, const fields &now, uint64_t passed, u
 {
     return {{"nanoseconds", time},
             {"queues", each(before.at("queues"), now.at("queues"), passed, queue_rates)},
-            {"pceps", each(before.at("pceps"), now.at("pceps"), passed, pcep_rates)}};
+            {"pceps", each(before.at("pceps"), now.at("pceps"), passed, pcep_rates)},
+            {"delays", now.at("delays")}};
 }
 
 } // namespace kelctl

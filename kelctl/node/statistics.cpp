@@ -3,6 +3,8 @@
 
 #include "kel/kel_core_ic_pcep.h"
 #include "kel/kel_node_names.h"
+#include "kelctl/accelerator/snapshot.h"
+#include "kelctl/accelerator/software_accelerator.h"
 #include "kelctl/library/library_call.h"
 #include "notation/json.h"
 
@@ -65,6 +67,27 @@ void read_pcep(uint32_t id, session &session, result &all)
         all.shown["pceps"].push_back({{"id", id}, {"counters", counters_in(text)}});
 }
 
+// What the software accelerator counts of the queues, by their ports.
+fields delays_of(const port_knowledge &ports)
+{
+    fields all = fields::array();
+    const auto queues = accelerator_queues();
+    if (!queues)
+        return all;
+    for (const fields &queue : notation::read_json(*queues)) {
+        const auto port = ports.port_of_queue.find(handle_in(queue.at("handle")));
+        if (port == ports.port_of_queue.end())
+            continue;
+        fields row = {{"port", port->second}, {"name", kel_branch_name(port->second)}};
+        for (const auto &[name, value] : queue.at("delay").members())
+            row[name] = value;
+        row["deepest_frames"] = queue.at("deepest").at("frames");
+        row["deepest_octets"] = queue.at("deepest").at("octets");
+        all.push_back(std::move(row));
+    }
+    return all;
+}
+
 } // namespace
 
 fields counters_of(const ebcom_queue_stats &stats)
@@ -92,6 +115,7 @@ result read_statistics(const port_knowledge &ports, session &session)
     for (const made_command &made : session.made.all())
         if (made.asked.row->name == "pcep add")
             read_pcep(made.asked.given.id("ID"), session, all);
+    all.shown["delays"] = delays_of(ports);
     return all;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "kel/kel_core_ic_ebcom.h"
+#include "kelctl/accelerator/queue_delays.h"
 #include "kelctl/node/port_knowledge.h"
 #include "kelctl/session/session.h"
 
@@ -13,8 +14,8 @@ fields counters_of(const ebcom_queue_stats &stats);
 
 // Of the service (`ebcom`), of the queues that are known (`queues`: `port`, `name`, and `counters`, null where the library
 // finds the queue by no destination), and of the PCEPs that the session made (`pceps`: `id`, `counters`). The formatting
-// library's counters have its names: what each of them counts, only the platform knows. What could not be read is left
-// out, and among the failures.
+// library's counters have its names: what each of them counts, only the platform knows. `delays` are the software
+// accelerator's, of each queue; empty elsewhere. What could not be read is left out, and among the failures.
 result read_statistics(const port_knowledge &ports, session &session);
 
 } // namespace kelctl

@@ -76,6 +76,25 @@ void add_queues(fields &shown, const fields &queues, std::span<const column> col
         shown["-"] = "not known: the library finds its destinations on other queues";
 }
 
+// One decimal of a microsecond.
+double microseconds(const fields &nanoseconds)
+{
+    return static_cast<double>(nanoseconds.number<uint64_t>() / 100) / 10;
+}
+
+// Of the queues that frames came to.
+void add_delays(fields &shown, const fields &queues)
+{
+    for (const fields &queue : queues)
+        if (queue.at("deepest_frames").number<uint64_t>() != 0 || queue.at("frames").number<uint64_t>() != 0)
+            shown["delays"].push_back({{"queue", queue.at("name")},
+                                       {"median delay, us", microseconds(queue.at("median"))},
+                                       {"99 % within, us", microseconds(queue.at("p99"))},
+                                       {"largest delay, us", microseconds(queue.at("largest"))},
+                                       {"most frames waiting", queue.at("deepest_frames")},
+                                       {"most octets waiting", queue.at("deepest_octets")}});
+}
+
 // The formatting library's names, which are its own affair.
 fields pcep_row(const fields &pcep)
 {
@@ -97,6 +116,7 @@ fields statistics_tables(const fields &read)
     for (const auto &[title, block] : ebcom.members())
         shown[title] = block;
     add_queues(shown, read.at("queues"), queue_counters, "counters");
+    add_delays(shown, read.at("delays"));
     for (const fields &pcep : read.at("pceps"))
         shown["pceps"].push_back(pcep_row(pcep));
     return shown;
@@ -106,6 +126,7 @@ fields rates_tables(const fields &rates)
 {
     fields shown = {{"virtual time", quantity_text(rates.at("nanoseconds").number<uint64_t>(), duration_units)}};
     add_queues(shown, rates.at("queues"), queue_rates, "sent");
+    add_delays(shown, rates.at("delays"));
     add_table(shown, "pceps", rates.at("pceps"), pcep_rates);
     return shown;
 }

@@ -44,6 +44,12 @@ char *softnode_snapshot_json()
     return strdup(document.c_str());
 }
 
+char *softnode_queues_json()
+{
+    const std::string list = with_node([](Node &node) { return queue_list(node); });
+    return strdup(list.c_str());
+}
+
 char *softnode_limits_json()
 {
     const Json limits = {{"schedulers", facts::most_schedulers},

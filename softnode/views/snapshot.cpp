@@ -249,6 +249,11 @@ std::string snapshot(const Node &node, const FaultBook &book)
     return written(document);
 }
 
+std::string queue_list(const Node &node)
+{
+    return written(queues(node.qos));
+}
+
 std::string fault_list(const FaultBook &book)
 {
     return written(faults(book));

@@ -81,6 +81,9 @@ namespace softnode
 
 std::string snapshot(const Node &node, const FaultBook &book);
 
+/** The part `queues` alone. */
+std::string queue_list(const Node &node);
+
 /** The part `faults` alone. */
 std::string fault_list(const FaultBook &book);
 

@@ -21,7 +21,7 @@ fields with_queue(uint32_t frames, uint64_t octets, uint32_t dropped = 0, uint32
                                          {"octets_tx", octets},
                                          {"pkts_dropped", dropped},
                                          {"pkts_out_standing", waiting}}}}})},
-            {"pceps", fields::array()}};
+            {"pceps", fields::array()}, {"delays", fields::array()}};
 }
 
 fields with_pcep(const char *counters)

@@ -84,11 +84,15 @@ TEST(Watch, JsonIsALineForEachStep)
         outcome.out,
         StartsWith(R"({"watch":{"nanoseconds":250000000,"queues":[{"port":6,"name":"RLU1P",)"
                    R"("sent":{"frames":212,"frames_per_second":848,"kbit_per_second":10176},)"
-                   R"("frames_dropped":0,"frames_waiting":38}],"pceps":[]}})"
+                   R"("frames_dropped":0,"frames_waiting":38}],"pceps":[],)"
+                   R"("delays":[{"port":6,"name":"RLU1P","frames":212,"sum":3807024000,"median":17694720,)"
+                   R"("p99":38535168,"largest":38923200,"deepest_frames":39,"deepest_octets":58500}]}})"
                    "\n"
                    R"({"watch":{"nanoseconds":500000000,"queues":[{"port":6,"name":"RLU1P",)"
                    R"("sent":{"frames":420,"frames_per_second":832,"kbit_per_second":9984},)"
-                   R"("frames_dropped":39,"frames_waiting":41}],"pceps":[]}})"
+                   R"("frames_dropped":39,"frames_waiting":41}],"pceps":[],)"
+                   R"("delays":[{"port":6,"name":"RLU1P","frames":420,"sum":13894249600,"median":38535168,)"
+                   R"("p99":50069504,"largest":50323200,"deepest_frames":42,"deepest_octets":63000}]}})"
                    "\n"
                    R"({"command":"up","arguments":{"file":"node.toml","watch":true,"interval":0,"step":250000000,)"
                    R"("for":500000000},"ok":true,)"));
@@ -126,7 +130,7 @@ TEST(Watch, TerminalIsDrawnOver)
     const file_in_folder file("node.toml", crowded);
     terminal_session up(
         {.arguments = {"up", "node.toml", "--watch", "--interval", "1ms"}, .environment = {}, .folder = file.folder()});
-    up.wait_for("\x1b[4A");
+    up.wait_for("\x1b[6A");
     up.wait_for("400 ms");
     up.type("\x03");
     up.wait_for("Taken down. The node is empty again.");

@@ -15,11 +15,33 @@ std::string plain(const fields &shown)
     return fields_text(shown, {painter(false)});
 }
 
-const fields nothing_read = {{"ebcom", nullptr}, {"queues", fields::array()}, {"pceps", fields::array()}};
+const fields nothing_read = {
+    {"ebcom", nullptr}, {"queues", fields::array()}, {"pceps", fields::array()}, {"delays", fields::array()}};
 
 TEST(StatisticsTables, NothingReadIsAnEmptyText)
 {
     EXPECT_EQ(plain(statistics_tables(nothing_read)), "");
+}
+
+TEST(StatisticsTables, DelaysAreInMicrosecondsAndIdleQueuesHaveNoRow)
+{
+    const auto of = [](const char *name, uint64_t frames) -> fields {
+        return {{"port", 6},
+                {"name", name},
+                {"frames", frames},
+                {"sum", 2},
+                {"median", 1'234 * frames},
+                {"p99", 5'000'050 * frames},
+                {"largest", 6'000'149 * frames},
+                {"deepest_frames", 7 * frames},
+                {"deepest_octets", 8 * frames}};
+    };
+    fields read = nothing_read;
+    read["delays"] = fields::array({of("RLU1P", 1), of("RLU1Q", 0)});
+    EXPECT_EQ(
+        plain(statistics_tables(read)),
+        "queue  median delay, us  99 % within, us  largest delay, us  most frames waiting  most octets waiting\n"
+        "RLU1P               1.2           5000.0             6000.1                    7                    8\n");
 }
 
 TEST(StatisticsTables, EveryCounterOfAQueueHasItsColumn)

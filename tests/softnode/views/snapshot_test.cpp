@@ -381,6 +381,13 @@ TEST(Snapshot, ShowsCallsAndFaults)
                                                   {"rule": "vorn_tu_init=-1", "hits": 0}])"));
 }
 
+TEST(QueueList, IsTheSnapshotsPart)
+{
+    Node node;
+    add_queue(node, add_scheduler(node, Handle::null));
+    EXPECT_EQ(json::parse(queue_list(node)), look_into(node)["queues"]);
+}
+
 TEST(FaultList, IsTheSnapshotsPart)
 {
     FaultBook faults;
