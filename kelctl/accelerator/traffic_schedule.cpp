@@ -1,6 +1,8 @@
 // Adding intervals up without losing the fractions of a nanosecond that they have.
 #include "kelctl/accelerator/traffic_schedule.h"
 
+#include <algorithm>
+
 namespace kelctl
 {
 namespace
@@ -22,6 +24,30 @@ interval interval_of(const traffic_entry &entry)
     return {second * entry.burst, entry.frames_per_second};
 }
 
+// Exponentially distributed with a mean of 1, in parts of 2^32. By comparing uniform numbers alone, as von Neumann did: a
+// logarithm is not the same on every machine.
+uint64_t drawn(std::mt19937_64 &chance)
+{
+    for (uint64_t whole = 0;; ++whole) {
+        const uint64_t first = chance();
+        bool accepted = true;
+        for (uint64_t last = first, next = chance(); next < last; next = chance()) {
+            last = next;
+            accepted = !accepted;
+        }
+        if (accepted)
+            return whole << 32 | first >> 32;
+    }
+}
+
+// The same with a mean of nanoseconds / parts, to the nearest nanosecond.
+uint64_t drawn(std::mt19937_64 &chance, uint64_t nanoseconds, uint64_t parts)
+{
+    __extension__ using wide = unsigned __int128;
+    const wide whole = wide{parts} << 32;
+    return static_cast<uint64_t>((wide{nanoseconds} * drawn(chance) + whole / 2) / whole);
+}
+
 } // namespace
 
 void traffic_schedule::add(const traffic_entry &entry, uint64_t now)
@@ -32,9 +58,15 @@ void traffic_schedule::add(const traffic_entry &entry, uint64_t now)
                         .fraction = 0,
                         .remainder = nanoseconds % parts,
                         .interval = nanoseconds / parts,
-                        .parts = parts});
+                        .parts = parts,
+                        .chance = std::mt19937_64(entry.seed),
+                        .on_until = 0});
+    stream &added = streams_.back();
     if (entry.stop)
-        streams_.back().entry.stop = now + *entry.stop;
+        added.entry.stop = now + *entry.stop;
+    if (entry.spread == arrivals::poisson)
+        added.next += drawn(added.chance, nanoseconds, parts);
+    added.on_until = added.next + drawn(added.chance, entry.on, 1);
 }
 
 std::optional<offering> traffic_schedule::next_before(uint64_t end)
@@ -54,12 +86,27 @@ std::optional<offering> traffic_schedule::next_before(uint64_t end)
 
 void traffic_schedule::move_on(stream &stream)
 {
+    if (stream.entry.spread == arrivals::poisson) {
+        stream.next += drawn(stream.chance, stream.interval * stream.parts + stream.remainder, stream.parts);
+        return;
+    }
     stream.next += stream.interval;
     stream.fraction += stream.remainder;
-    if (stream.fraction < stream.parts)
+    if (stream.fraction >= stream.parts) {
+        stream.fraction -= stream.parts;
+        ++stream.next;
+    }
+    if (stream.entry.spread == arrivals::constant || stream.next < stream.on_until)
         return;
-    stream.fraction -= stream.parts;
-    ++stream.next;
+    stream.next = std::max(stream.next, stream.on_until + drawn(stream.chance, stream.entry.off, 1));
+    stream.on_until = stream.next + drawn(stream.chance, stream.entry.on, 1);
+}
+
+bool periods_fit(const traffic_entry &entry)
+{
+    const bool both = entry.on != 0 && entry.off != 0;
+    const bool neither = entry.on == 0 && entry.off == 0;
+    return entry.spread == arrivals::on_off ? both : neither;
 }
 
 uint64_t offerings_in_a_second(const traffic_entry &entry)

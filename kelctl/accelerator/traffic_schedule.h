@@ -1,11 +1,12 @@
 // When the frames of streams are offered. Whole numbers only: the same streams give the same offerings at the same
-// nanoseconds, however the time is cut into steps.
+// nanoseconds, however the time is cut into steps, and on every machine.
 #pragma once
 
 #include "kelctl/accelerator/traffic_entry.h"
 
 #include <cstdint>
 #include <optional>
+#include <random>
 #include <vector>
 
 namespace kelctl
@@ -34,6 +35,8 @@ private:
         uint64_t remainder; // in the same parts: what an interval has beside its whole nanoseconds
         uint64_t interval;
         uint64_t parts;
+        std::mt19937_64 chance;
+        uint64_t on_until; // of on-off arrivals: when the period ends
     };
 
     static void move_on(stream &stream);
@@ -43,6 +46,9 @@ private:
 
 // More would let a second of virtual time take more than a second.
 inline constexpr uint64_t most_offerings_a_second = 1'000'000;
+
+// Whether there are periods where arrivals are on-off, and nowhere else.
+bool periods_fit(const traffic_entry &entry);
 
 // Rounded up.
 uint64_t offerings_in_a_second(const traffic_entry &entry);

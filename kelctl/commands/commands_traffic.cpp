@@ -6,6 +6,7 @@
 
 #include <fmt/core.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace kelctl
@@ -56,6 +57,13 @@ traffic_entry stream_of(const arguments &given)
     stream.start = given.number<uint64_t>("--start");
     if (given.has("--stop"))
         stream.stop = given.number<uint64_t>("--stop");
+    stream.spread =
+        static_cast<arrivals>(std::ranges::find(arrival_words, given.text("--arrivals")) - arrival_words.begin());
+    stream.seed = given.number<uint32_t>("--seed");
+    if (given.has("--on"))
+        stream.on = given.number<uint64_t>("--on");
+    if (given.has("--off"))
+        stream.off = given.number<uint64_t>("--off");
     return stream;
 }
 
@@ -68,6 +76,8 @@ std::optional<objection> check_stream(const arguments &given)
                                      most_offerings_a_second)};
     if (stream.stop && *stream.stop <= stream.start)
         return objection{"--stop", "is not after the start"};
+    if (!periods_fit(stream))
+        return objection{"--arrivals", "on-off arrivals, and no others, have --on and --off"};
     return std::nullopt;
 }
 
@@ -123,7 +133,23 @@ std::vector<command> traffic_commands()
               {.name = "--stop",
                .kind = kind::duration(period_range),
                .help = "when no more come; never unless given",
-               .required = false}},
+               .required = false},
+              {.name = "--arrivals",
+               .kind = kind::choice({arrival_words.begin(), arrival_words.end()}),
+               .help = "equally far apart, at random, or in periods",
+               .otherwise = "constant"},
+              {.name = "--seed",
+               .kind = kind::number(dword_range),
+               .help = "of the random moments; the same seed gives the same ones",
+               .otherwise = "1"},
+              {.name = "--on",
+               .kind = kind::duration(period_range),
+               .help = "mean length of a period",
+               .needs = "--off"},
+              {.name = "--off",
+               .kind = kind::duration(period_range),
+               .help = "mean length of a pause",
+               .needs = "--on"}},
          .check = check_stream,
          .example = "traffic stream add --to 02:00:02:02:00:01 --octets 1500 --rate \"60 Mbit/s\"",
          .needs_accelerator = true},

@@ -41,6 +41,10 @@ constexpr node_key traffic[] = {
     {"rate", "--rate"},
     {"frames_per_second", "--frames-per-second"},
     {"burst", "--burst"},
+    {"arrivals", "--arrivals"},
+    {"seed", "--seed"},
+    {"on", "--on"},
+    {"off", "--off"},
     {"start", "--start"},
     {"stop", "--stop"},
 };

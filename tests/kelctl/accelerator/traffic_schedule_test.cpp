@@ -4,6 +4,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <iterator>
+
 namespace kelctl
 {
 namespace
@@ -125,6 +128,95 @@ TEST(TrafficSchedule, LargestValuesDoNotOverflow)
     traffic_entry fast = frames(0, 1);
     fast.rate = 4'294'967'295;
     EXPECT_EQ(offerings_in_a_second(fast), 536'870'911'875u);
+}
+
+traffic_entry at_random(arrivals spread, uint32_t seed)
+{
+    traffic_entry entry = frames(10'000);
+    entry.spread = spread;
+    entry.seed = seed;
+    if (spread == arrivals::on_off) {
+        entry.on = second / 100;
+        entry.off = second / 25;
+    }
+    return entry;
+}
+
+std::vector<uint64_t> times_of(const traffic_entry &entry, uint64_t end)
+{
+    traffic_schedule schedule = schedule_of({entry});
+    return times_before(schedule, end);
+}
+
+TEST(TrafficSchedule, TheSameSeedGivesTheSameMomentsAndAnotherOneOthers)
+{
+    for (const arrivals spread : {arrivals::poisson, arrivals::on_off}) {
+        const auto once = times_of(at_random(spread, 7), second);
+        EXPECT_EQ(times_of(at_random(spread, 7), second), once);
+        EXPECT_NE(times_of(at_random(spread, 8), second), once);
+        EXPECT_TRUE(std::ranges::is_sorted(once));
+    }
+}
+
+// These numbers are the same on every machine.
+TEST(TrafficSchedule, FirstMomentsOfASeedAreKnown)
+{
+    const auto poisson = times_of(at_random(arrivals::poisson, 1), second);
+    EXPECT_THAT(std::vector(poisson.begin(), poisson.begin() + 3), ElementsAre(13'388, 238'366, 318'690));
+}
+
+// Gaps of a mean of 100 us: their spread is the mean, too, and a part of 1 / e is longer.
+TEST(TrafficSchedule, PoissonArrivalsHaveExponentialGaps)
+{
+    const auto times = times_of(at_random(arrivals::poisson, 3), 100 * second);
+    EXPECT_NEAR(static_cast<double>(times.size()), 1e6, 4e3) << "four standard deviations";
+    double squares = 0;
+    double longer = 0;
+    for (size_t i = 1; i < times.size(); ++i) {
+        const auto gap = static_cast<double>(times[i] - times[i - 1]);
+        squares += gap * gap;
+        longer += gap > 1e5 ? 1 : 0;
+    }
+    EXPECT_NEAR(squares / static_cast<double>(times.size()), 2e10, 2e8);
+    EXPECT_NEAR(longer / static_cast<double>(times.size()), 0.36788, 2e-3);
+}
+
+// 10 ms of frames every 100 us, and 40 ms without: a fifth of the time.
+TEST(TrafficSchedule, OnOffArrivalsComeInPeriods)
+{
+    const auto times = times_of(at_random(arrivals::on_off, 3), 1000 * second);
+    EXPECT_NEAR(static_cast<double>(times.size()), 2e6, 8e4);
+    size_t pauses = 0;
+    for (size_t i = 1; i < times.size(); ++i) {
+        const uint64_t gap = times[i] - times[i - 1];
+        EXPECT_GE(gap, 100'000u);
+        pauses += gap > 100'000 ? 1 : 0;
+    }
+    EXPECT_NEAR(static_cast<double>(pauses), 20'000, 600) << "one for each 50 ms";
+}
+
+TEST(TrafficSchedule, RandomMomentsAreTheSameHoweverTheTimeIsCut)
+{
+    const auto whole = times_of(at_random(arrivals::on_off, 5), second);
+    traffic_schedule cut = schedule_of({at_random(arrivals::on_off, 5)});
+    std::vector<uint64_t> pieces;
+    for (uint64_t end = 7; end < second + 1'000'000; end += 1'000'000)
+        std::ranges::copy(times_before(cut, std::min(end, second)), std::back_inserter(pieces));
+    EXPECT_EQ(pieces, whole);
+}
+
+TEST(TrafficSchedule, PeriodsBelongToOnOffArrivals)
+{
+    traffic_entry entry = frames(10);
+    EXPECT_TRUE(periods_fit(entry));
+    entry.on = 5;
+    EXPECT_FALSE(periods_fit(entry));
+    entry.spread = arrivals::on_off;
+    EXPECT_FALSE(periods_fit(entry));
+    entry.off = 5;
+    EXPECT_TRUE(periods_fit(entry));
+    entry.spread = arrivals::poisson;
+    EXPECT_FALSE(periods_fit(entry));
 }
 
 } // namespace

@@ -83,6 +83,19 @@ TEST(TrafficStream, OffersFramesAsTimePasses)
     EXPECT_THAT(outcome.out, EndsWith("\n19 ms\n"));
 }
 
+TEST(TrafficStream, ChanceIsTheSameForTheSameSeed)
+{
+    const auto statistics = [](const std::string &seed) {
+        return run_text(node +
+                        "traffic stream add --to 02:00:00:02:00:01 --octets 100 --rate '8 Mbit/s'"
+                        " --arrivals poisson --seed " +
+                        seed + "\ntime advance 100ms\nebcom queue stats 02:00:00:02:00:01 --variant record\n")
+            .out;
+    };
+    EXPECT_EQ(statistics("5"), statistics("5"));
+    EXPECT_NE(statistics("5"), statistics("6"));
+}
+
 TEST(TrafficStream, WrongOnesAreRefused)
 {
     const std::string stream = "traffic stream add --from 7 --octets 64 --frames-per-second ";
@@ -90,6 +103,8 @@ TEST(TrafficStream, WrongOnesAreRefused)
                 HasSubstr("-:1:61: --frames-per-second: more than 1000000 frames or bursts"));
     EXPECT_THAT(run_text(stream + "10 --start 2s --stop 1s\n").err,
                 HasSubstr("-:1:82: --stop: is not after the start\n"));
+    EXPECT_THAT(run_text(stream + "10 --arrivals on-off\n").err,
+                HasSubstr("-:1:64: --arrivals: on-off arrivals, and no others, have --on and --off\n"));
 }
 
 } // namespace
