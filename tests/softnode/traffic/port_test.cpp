@@ -286,16 +286,31 @@ TEST_F(Port, DetachingAQueueThatIsShutLeavesNothingToDo)
     EXPECT_TRUE(depart(softnode::end_of_time).empty());
 }
 
+/* A turn is a frame. The shaper owes a microsecond's frame, and opens when the line has carried it. */
+TEST_F(Port, WhoOpensWhenTheLineIsFreeComesBehindThoseThatWaitForIt)
+{
+    Queue &opening = queue(scheduler({}, nullptr, 1000), 9'840'000, 0);
+    Queue &waiting = queue(scheduler({}, nullptr, 1000));
+    enter(opening, 1, {2, microsecond});
+    enter(waiting, 2, {2, microsecond});
+    EXPECT_EQ(depart(second), (Departures{{0, 1}, {1000, 2}, {2000, 1}, {3000, 2}}));
+}
+
 /* The scheduler still owes what the queue that is gone had sent. */
 TEST_F(Port, AQueueBelowASchedulerThatIsShutWaitsForItOnce)
 {
-    Scheduler &shared = scheduler({{8, 0}});
+    Scheduler &shared = scheduler({{8'000, 0}});
     Queue &removed = queue(shared);
-    enter(removed, 1, {3, 100});
+    Queue &neighbour = queue(scheduler());
+    enter(removed, 1, {3, microsecond});
     EXPECT_EQ(depart(0), (Departures{{0, 1}}));
     port.detach(removed);
-    enter(queue(shared), 2, {2, 100}, 1000);
-    EXPECT_EQ(depart(second), (Departures{{100'000'000, 2}, {200'000'000, 2}}));
+    Queue &late = queue(shared);
+    enter(late, 2, {5, microsecond}, 1000);
+    enter(neighbour, 3, {10'000, microsecond}, 1000);
+    depart(10'000'000);
+    EXPECT_EQ(late.counters[Fate::sent].frames, 5U);
+    EXPECT_EQ(neighbour.counters[Fate::sent].frames, 9'995U) << "all that the line carries beside";
 }
 
 TEST_F(Port, WhatWouldLeaveAfterTheEndOfTimeNeverDoes)

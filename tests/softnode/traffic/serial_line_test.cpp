@@ -82,6 +82,14 @@ TEST(SerialLine, SettlingABusyLineChangesNothing)
     EXPECT_TRUE(line.free_at() == 1000);
 }
 
+TEST(SerialLine, SettlingInTheNanosecondThatItBecomesFreeKeepsThePart)
+{
+    SerialLine line;
+    line.send(44);
+    line.settle(51);
+    EXPECT_TRUE(line.free_at() == 52) << "51.2";
+}
+
 TEST(SerialLine, IsFreeAfterTheEndOfTimeWhenItEndsBefore)
 {
     SerialLine line;
