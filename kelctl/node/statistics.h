@@ -2,7 +2,6 @@
 #pragma once
 
 #include "kel/kel_core_ic_ebcom.h"
-#include "kelctl/accelerator/queue_delays.h"
 #include "kelctl/node/port_knowledge.h"
 #include "kelctl/session/session.h"
 
