@@ -21,13 +21,15 @@ fields with_queue(uint32_t frames, uint64_t octets, uint32_t dropped = 0, uint32
                                          {"octets_tx", octets},
                                          {"pkts_dropped", dropped},
                                          {"pkts_out_standing", waiting}}}}})},
-            {"pceps", fields::array()}, {"delays", fields::array()}};
+            {"pceps", fields::array()},
+            {"delays", fields::array()}};
 }
 
 fields with_pcep(const char *counters)
 {
     return {{"queues", fields::array()},
-            {"pceps", fields::array({{{"id", 7}, {"counters", notation::read_json(counters)}}})}};
+            {"pceps", fields::array({{{"id", 7}, {"counters", notation::read_json(counters)}}})},
+            {"delays", fields::array()}};
 }
 
 TEST(Rates, QueueRatesAreThoseOfWhatLeft)
@@ -35,7 +37,7 @@ TEST(Rates, QueueRatesAreThoseOfWhatLeft)
     EXPECT_EQ(notation::to_json(rates_between(with_queue(100, 1000), with_queue(150, 126'000, 3, 4), second / 2, 5)),
               R"({"nanoseconds":5,"queues":[{"port":6,"name":"RLU1P",)"
               R"("sent":{"frames":150,"frames_per_second":100,"kbit_per_second":2000},)"
-              R"("frames_dropped":3,"frames_waiting":4}],"pceps":[]})");
+              R"("frames_dropped":3,"frames_waiting":4}],"pceps":[],"delays":[]})");
 }
 
 TEST(Rates, FramesThatWrappedAroundIn32BitsAreCounted)

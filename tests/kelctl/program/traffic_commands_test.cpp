@@ -104,7 +104,7 @@ TEST(TrafficStream, WrongOnesAreRefused)
     EXPECT_THAT(run_text(stream + "10 --start 2s --stop 1s\n").err,
                 HasSubstr("-:1:82: --stop: is not after the start\n"));
     EXPECT_THAT(run_text(stream + "10 --arrivals on-off\n").err,
-                HasSubstr("-:1:64: --arrivals: on-off arrivals, and no others, have --on and --off\n"));
+                HasSubstr("-:1:75: --arrivals: on-off arrivals, and no others, have --on and --off\n"));
 }
 
 } // namespace

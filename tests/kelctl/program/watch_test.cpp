@@ -130,7 +130,7 @@ TEST(Watch, TerminalIsDrawnOver)
     const file_in_folder file("node.toml", crowded);
     terminal_session up(
         {.arguments = {"up", "node.toml", "--watch", "--interval", "1ms"}, .environment = {}, .folder = file.folder()});
-    up.wait_for("\x1b[6A");
+    up.wait_for("\x1b[9A");
     up.wait_for("400 ms");
     up.type("\x03");
     up.wait_for("Taken down. The node is empty again.");

@@ -38,10 +38,10 @@ TEST(StatisticsTables, DelaysAreInMicrosecondsAndIdleQueuesHaveNoRow)
     };
     fields read = nothing_read;
     read["delays"] = fields::array({of("RLU1P", 1), of("RLU1Q", 0)});
-    EXPECT_EQ(
-        plain(statistics_tables(read)),
-        "queue  median delay, us  99 % within, us  largest delay, us  most frames waiting  most octets waiting\n"
-        "RLU1P               1.2           5000.0             6000.1                    7                    8\n");
+    EXPECT_EQ(plain(statistics_tables(read)), "       median     99 %  largest     most     most\n"
+                                              "       delay,  within,   delay,   frames   octets\n"
+                                              "queue      us       us       us  waiting  waiting\n"
+                                              "RLU1P     1.2   5000.0   6000.1        7        8\n");
 }
 
 TEST(StatisticsTables, EveryCounterOfAQueueHasItsColumn)
@@ -105,7 +105,8 @@ TEST(RatesTables, EveryNumberHasItsColumn)
                          {"sent", nullptr},
                          {"frames_dropped", nullptr},
                          {"frames_waiting", nullptr}}})},
-        {"pceps", fields::array({{{"id", 511}, {"sent", sent}, {"received", received}, {"frames_dropped", 7}}})}};
+        {"pceps", fields::array({{{"id", 511}, {"sent", sent}, {"received", received}, {"frames_dropped", 7}}})},
+        {"delays", fields::array()}};
     EXPECT_EQ(plain(rates_tables(rates)),
               "virtual time  1200 ms\n"
               "\n"
@@ -121,7 +122,10 @@ TEST(RatesTables, EveryNumberHasItsColumn)
 
 TEST(RatesTables, NodeWithoutQueuesAndPcepsHasItsTimeOnly)
 {
-    EXPECT_EQ(plain(rates_tables({{"nanoseconds", 0}, {"queues", fields::array()}, {"pceps", fields::array()}})),
+    EXPECT_EQ(plain(rates_tables({{"nanoseconds", 0},
+                                  {"queues", fields::array()},
+                                  {"pceps", fields::array()},
+                                  {"delays", fields::array()}})),
               "virtual time  0 ns\n");
 }
 
