@@ -136,11 +136,15 @@ char *softnode_switch_on(void);
 char *softnode_faults_add_file(const char *file);
 
 /**
- * Adds the rules of a text of `size` octets that the caller has read from this file.
+ * Adds the rules of a text that the caller has read, and knows the origin of.
  *
- * @return as softnode_faults_add_file()
+ * @param text    need not end with a zero octet
+ * @param size    of the text, in octets
+ * @param line    in which the first bad rule is wrong, from 1; 0 when that has no place. Always written; may be null.
+ * @param column  the same, in octets from 1
+ * @return null, or what is wrong there, without the place; then none was added
  */
-char *softnode_faults_add_text(const char *file, const char *text, size_t size);
+char *softnode_faults_add_text(const char *text, size_t size, uint32_t *line, uint32_t *column);
 
 /** The rules in the order of adding, as a JSON array: `rule` as written, `hits` how many calls matched it. */
 char *softnode_faults_json(void);

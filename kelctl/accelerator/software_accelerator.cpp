@@ -5,11 +5,12 @@
 
 #include <cstdlib>
 #include <memory>
+#include <utility>
 
 // Weak: a program linked to a vendor's libraries has none of these, and their addresses are null.
 extern "C" {
 __attribute__((weak)) char *softnode_faults_add(const char *rules);
-__attribute__((weak)) char *softnode_faults_add_text(const char *file, const char *text, size_t size);
+__attribute__((weak)) char *softnode_faults_add_text(const char *text, size_t size, uint32_t *line, uint32_t *column);
 __attribute__((weak)) char *softnode_faults_json(void);
 __attribute__((weak)) char *softnode_fault_functions_json(void);
 __attribute__((weak)) void softnode_faults_clear(void);
@@ -110,9 +111,11 @@ std::optional<std::string> add_accelerator_faults(const std::string &rules)
     return taken(softnode_faults_add(rules.c_str()));
 }
 
-std::optional<std::string> add_accelerator_faults_of(const std::string &file, const std::string &text)
+std::optional<problem> add_accelerator_faults_of(const std::string &text)
 {
-    return taken(softnode_faults_add_text(file.c_str(), text.data(), text.size()));
+    position at;
+    auto wrong = taken(softnode_faults_add_text(text.data(), text.size(), &at.line, &at.column));
+    return wrong ? std::optional<problem>({at, std::move(*wrong)}) : std::nullopt;
 }
 
 std::string accelerator_faults()

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "kelctl/values/mac_address.h"
+#include "kelctl/values/problem.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -36,9 +37,9 @@ bool timing_settled(uint32_t milliseconds);
 
 // ---- Only on the software accelerator ----
 
-// What is wrong with the rules; then none was added. Of the text of a file: FILE:LINE:COLUMN: message.
+// What is wrong with the rules, of a command or of a file's text; then none was added.
 std::optional<std::string> add_accelerator_faults(const std::string &rules);
-std::optional<std::string> add_accelerator_faults_of(const std::string &file, const std::string &text);
+std::optional<problem> add_accelerator_faults_of(const std::string &text);
 
 std::string accelerator_faults();          // rules with hits, a JSON array
 std::string accelerator_fault_functions(); // what a rule may name, a JSON array

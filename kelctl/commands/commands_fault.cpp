@@ -7,9 +7,6 @@
 #include "kelctl/values/file_text.h"
 #include "notation/json.h"
 
-#include <fmt/core.h>
-
-#include <cstdio>
 #include <utility>
 
 namespace kelctl
@@ -26,28 +23,15 @@ the rules that one call meets, the one added first counts.
 A file has rules in lines; # begins a comment. When one rule is wrong, none is
 added.)";
 
-// The accelerator tells of a file as FILE:LINE:COLUMN: message.
-input_error error_in(const std::string &file, std::string told)
-{
-    input_error error = {.message = std::move(told), .file = file};
-    if (!error.message.starts_with(file + ":"))
-        return error;
-    error.message.erase(0, file.size() + 1);
-    int read = 0;
-    if (std::sscanf(error.message.c_str(), "%u:%u:%n", &error.at.line, &error.at.column, &read) != 2)
-        error.at = whole_file;
-    error.message.erase(0, error.message.find_first_not_of(' ', static_cast<size_t>(read)));
-    return error;
-}
-
 result add_file(const std::string &file)
 {
-    problem_list unreadable;
-    const std::string text = text_of_file(file, unreadable);
-    if (!unreadable.empty())
-        return wrong_input(file, errors_of(file, std::move(unreadable)), "no rule was added");
-    if (auto wrong = add_accelerator_faults_of(file, text))
-        return wrong_input(file, {error_in(file, std::move(*wrong))}, "no rule was added");
+    problem_list problems;
+    const std::string text = text_of_file(file, problems);
+    if (problems.empty())
+        if (auto wrong = add_accelerator_faults_of(text))
+            problems.push_back(std::move(*wrong));
+    if (!problems.empty())
+        return wrong_input(file, errors_of(file, std::move(problems)), "no rule was added");
     return {};
 }
 

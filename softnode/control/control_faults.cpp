@@ -24,6 +24,14 @@ char *text_unless_empty(const std::string &text)
     return text.empty() ? nullptr : strdup(text.c_str());
 }
 
+/* Adds what was read, before the node is taken: a pipe may keep whoever reads it waiting. */
+char *add_read(std::vector<FaultRule> rules, const std::string &problem)
+{
+    if (problem.empty())
+        with_instance([&](Instance &here) { here.faults.add(std::move(rules)); });
+    return text_unless_empty(problem);
+}
+
 char *sweep_report(const softnode_scenario *scenario, softnode_sweep_watcher *watcher)
 {
     if (!scenario || !scenario->run)
@@ -50,22 +58,22 @@ char *softnode_faults_add_file(const char *file)
 {
     if (!file)
         return strdup("no file: the pointer is null");
-    std::vector<FaultRule> rules; /* read before the node is taken: a pipe may keep whoever reads it waiting */
-    const std::string problem = read_fault_file(file, rules);
-    if (problem.empty())
-        with_instance([&](Instance &here) { here.faults.add(std::move(rules)); });
-    return text_unless_empty(problem);
+    std::vector<FaultRule> read;
+    const std::string problem = read_fault_file(file, read);
+    return add_read(std::move(read), problem);
 }
 
-char *softnode_faults_add_text(const char *file, const char *text, size_t size)
+char *softnode_faults_add_text(const char *text, size_t size, uint32_t *line, uint32_t *column)
 {
-    if (!file || !text)
-        return strdup("no file or no text: the pointer is null");
-    std::vector<FaultRule> rules;
-    const std::string problem = read_fault_text_of(file, {text, size}, rules);
-    if (problem.empty())
-        with_instance([&](Instance &here) { here.faults.add(std::move(rules)); });
-    return text_unless_empty(problem);
+    FaultTextProblem wrong{.what = "no text: the pointer is null"};
+    std::vector<FaultRule> read;
+    if (text)
+        wrong = read_fault_text({text, size}, read).value_or(FaultTextProblem{});
+    if (line)
+        *line = wrong.line;
+    if (column)
+        *column = wrong.column;
+    return add_read(std::move(read), wrong.what);
 }
 
 char *softnode_faults_json()

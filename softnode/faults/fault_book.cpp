@@ -13,7 +13,7 @@ namespace softnode
 std::string FaultBook::add(std::string_view rules)
 {
     std::vector<FaultRule> read;
-    std::string problem = read_fault_text(rules, read);
+    std::string problem = read_given_faults(rules, read);
     if (problem.empty())
         add(std::move(read));
     return problem;

@@ -64,15 +64,6 @@ std::optional<BadRule> read_lines(std::string_view text, std::vector<FaultRule> 
     return std::nullopt;
 }
 
-/* "LINE:COLUMN", both counted from 1, of an octet of the text. */
-std::string position(std::string_view text, std::size_t at)
-{
-    const std::string_view before = text.substr(0, at);
-    const auto line = std::count(before.begin(), before.end(), '\n') + 1;
-    const std::size_t column = at - (before.rfind('\n') + 1) + 1;
-    return std::to_string(line) + ":" + std::to_string(column);
-}
-
 constexpr std::size_t largest_file = std::size_t{16} * 1024 * 1024;
 
 /* Nothing, with errno telling why, for a file that cannot be read. EFBIG for one that is too large. */
@@ -98,27 +89,34 @@ std::optional<std::string> contents_of(const std::string &file)
 
 } // namespace
 
-std::string read_fault_text(std::string_view text, std::vector<FaultRule> &rules)
+std::optional<FaultTextProblem> read_fault_text(std::string_view text, std::vector<FaultRule> &rules)
 {
     const auto bad = read_lines(text, rules);
     if (!bad)
-        return {};
-    return std::string("\"").append(bad->rule).append("\": ").append(bad->problem.what);
+        return std::nullopt;
+    const std::size_t at = static_cast<std::size_t>(bad->rule.data() - text.data()) + bad->problem.at;
+    const std::string_view before = text.substr(0, at);
+    return FaultTextProblem{.rule = std::string(bad->rule),
+                            .line = static_cast<std::uint32_t>(std::count(before.begin(), before.end(), '\n') + 1),
+                            .column = static_cast<std::uint32_t>(at - before.rfind('\n')),
+                            .what = bad->problem.what};
 }
 
-std::string read_fault_text_of(const std::string &file, std::string_view text, std::vector<FaultRule> &rules)
+std::string read_given_faults(std::string_view text, std::vector<FaultRule> &rules)
 {
-    const auto bad = read_lines(text, rules);
-    if (!bad)
-        return {};
-    const auto start = static_cast<std::size_t>(bad->rule.data() - text.data());
-    return file + ":" + position(text, start + bad->problem.at) + ": " + bad->problem.what;
+    const auto wrong = read_fault_text(text, rules);
+    return wrong ? "\"" + wrong->rule + "\": " + wrong->what : "";
 }
 
 std::string read_fault_file(const std::string &file, std::vector<FaultRule> &rules)
 {
     const auto text = contents_of(file);
-    return text ? read_fault_text_of(file, *text, rules) : file + ": " + std::strerror(errno);
+    if (!text)
+        return file + ": " + std::strerror(errno);
+    const auto wrong = read_fault_text(*text, rules);
+    if (!wrong)
+        return {};
+    return file + ":" + std::to_string(wrong->line) + ":" + std::to_string(wrong->column) + ": " + wrong->what;
 }
 
 } // namespace softnode

@@ -7,6 +7,8 @@
 
 #include "softnode/faults/fault_rule.h"
 
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,15 +16,23 @@
 namespace softnode
 {
 
-/** Reads rules. Answers what is wrong with the first bad one, naming it; empty when all are good. */
-std::string read_fault_text(std::string_view text, std::vector<FaultRule> &rules);
+/** What is wrong with a rule of a text, and where; lines and columns, of octets, count from 1. */
+struct FaultTextProblem {
+    std::string rule;
+    std::uint32_t line = 0;
+    std::uint32_t column = 0;
+    std::string what;
+};
 
-/** The same for a text that comes from a file of this name. Answers what is wrong as FILE:LINE:COLUMN: message. */
-std::string read_fault_text_of(const std::string &file, std::string_view text, std::vector<FaultRule> &rules);
+/** Reads rules. Answers what is wrong with the first bad one, or nothing. */
+std::optional<FaultTextProblem> read_fault_text(std::string_view text, std::vector<FaultRule> &rules);
+
+/** The same for rules that are given without a file. Answers what is wrong as "RULE": message, empty for nothing. */
+std::string read_given_faults(std::string_view text, std::vector<FaultRule> &rules);
 
 /**
  * Reads the rules of a file, of 16 MiB at most, however long a device goes on. Answers what is wrong as
- * FILE:LINE:COLUMN: message, or FILE: message.
+ * FILE:LINE:COLUMN: message, or FILE: message, empty for nothing.
  */
 std::string read_fault_file(const std::string &file, std::vector<FaultRule> &rules);
 

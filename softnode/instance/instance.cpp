@@ -27,7 +27,7 @@ std::string read_faults(const std::string &given, std::vector<FaultRule> &rules)
 {
     if (given == "@")
         return "no file is named behind the @";
-    return given.starts_with('@') ? read_fault_file(given.substr(1), rules) : read_fault_text(given, rules);
+    return given.starts_with('@') ? read_fault_file(given.substr(1), rules) : read_given_faults(given, rules);
 }
 
 /* None in a process that has more rights than who started it. */

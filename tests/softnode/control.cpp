@@ -6,17 +6,11 @@
 #include <cstdlib>
 #include <memory>
 
-namespace
-{
-
-/* Takes over a text that the control interface made; empty for null. */
 std::string taken(char *text)
 {
     const std::unique_ptr<char, void (*)(void *)> owner(text, std::free);
     return owner ? owner.get() : "";
 }
-
-} // namespace
 
 nlohmann::json json_of(std::string_view text)
 {

@@ -15,6 +15,9 @@
 #include <string>
 #include <string_view>
 
+/* Takes over a text that the control interface made; empty for null. */
+std::string taken(char *text);
+
 nlohmann::json json_of(std::string_view text);
 
 /* The node's snapshot. */

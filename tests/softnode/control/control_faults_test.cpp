@@ -14,7 +14,6 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <map>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
@@ -191,19 +190,39 @@ TEST_F(Faults, AFileOfRulesIsAddedWhole)
     EXPECT_EQ(add_fault_file(nullptr), "no file: the pointer is null");
 }
 
-TEST_F(Faults, TextOfAFileIsAllOfItOrNone)
+/* What softnode_faults_add_text() answers. */
+struct TextAnswer {
+    std::uint32_t line = 7;
+    std::uint32_t column = 7;
+    std::string problem; /* last: its making writes the others */
+
+    explicit TextAnswer(std::string_view text)
+        : problem(taken(softnode_faults_add_text(text.data(), text.size(), &line, &column)))
+    {
+    }
+};
+
+TEST_F(Faults, ATextOfRulesIsAddedWhole)
 {
-    const auto add = [](const char *file, std::string_view text) {
-        const std::unique_ptr<char, void (*)(void *)> problem(softnode_faults_add_text(file, text.data(), text.size()),
-                                                              std::free);
-        return std::string(problem ? problem.get() : "");
-    };
     using namespace std::string_view_literals;
-    EXPECT_EQ(add("rules", "kel_init_attach:1=10\n\0"sv).substr(0, 8), "rules:2:");
+    const TextAnswer wrong("kel_init_attach:1=10\n ork_bind:0=1");
+    EXPECT_EQ(wrong.problem, "the call is not a number from 1 to 4294967295");
+    EXPECT_EQ(wrong.line, 2U);
+    EXPECT_EQ(wrong.column, 11U);
+    EXPECT_EQ(TextAnswer("kel_init_attach:1=10\n\0"sv).line, 2U) << "a text has its size, and no end of its own";
     EXPECT_TRUE(fault_rules().empty());
-    EXPECT_EQ(add("rules", "kel_init_attach:1=10\n"), "");
+
+    const TextAnswer good("kel_init_attach:1=10\n");
+    EXPECT_EQ(good.problem, "");
+    EXPECT_EQ(good.line, 0U);
+    EXPECT_EQ(good.column, 0U);
     EXPECT_EQ(fault_rules().size(), 1U);
-    EXPECT_EQ(add(nullptr, ""), "no file or no text: the pointer is null");
+}
+
+TEST_F(Faults, PlacesInATextAreOptionalAndTheTextIsNot)
+{
+    EXPECT_EQ(taken(softnode_faults_add_text("nope", 4, nullptr, nullptr)).find("no effect"), 0U);
+    EXPECT_EQ(taken(softnode_faults_add_text(nullptr, 0, nullptr, nullptr)), "no text: the pointer is null");
 }
 
 TEST_F(Faults, AFileThatTakesLongToReadHoldsNobodyUp)

@@ -20,7 +20,7 @@ using Texts = std::vector<std::string>;
 Texts rules_of(std::string_view text)
 {
     std::vector<FaultRule> rules;
-    EXPECT_EQ(read_fault_text(text, rules), "");
+    EXPECT_FALSE(read_fault_text(text, rules));
     Texts texts;
     for (const FaultRule &rule : rules)
         texts.push_back(rule.text);
@@ -30,7 +30,7 @@ Texts rules_of(std::string_view text)
 std::string problem_of(std::string_view text)
 {
     std::vector<FaultRule> rules;
-    return read_fault_text(text, rules);
+    return read_given_faults(text, rules);
 }
 
 /* What is wrong with a file of this text, without the file's name. */
@@ -67,6 +67,17 @@ TEST(FaultText, NamesTheFirstBadRule)
 {
     EXPECT_EQ(problem_of("kel_init_attach=10;kel_init_attach:0=10;kel_init_attach"),
               std::string("\"kel_init_attach:0=10\": ") + call_problem);
+}
+
+TEST(FaultText, TellsWhereTheFirstBadRuleIsWrong)
+{
+    std::vector<FaultRule> rules;
+    const auto problem = read_fault_text("ork_bind=-4\n  ork_bind:0=1 # and\nork_bind", rules);
+    ASSERT_TRUE(problem);
+    EXPECT_EQ(problem->rule, "ork_bind:0=1");
+    EXPECT_EQ(problem->line, 2U);
+    EXPECT_EQ(problem->column, 12U);
+    EXPECT_EQ(problem->what, call_problem);
 }
 
 TEST(FaultFile, RulesAreReadAsFromAText)
@@ -107,11 +118,4 @@ TEST(FaultFile, HasALimit)
 {
     std::vector<FaultRule> rules;
     EXPECT_EQ(read_fault_file("/dev/zero", rules), "/dev/zero: File too large");
-}
-
-TEST(FaultTextOfAFile, NamesTheFileAndThePlace)
-{
-    std::vector<FaultRule> rules;
-    EXPECT_EQ(read_fault_text_of("rules", "ork_bind=-4\n  ork_bind:x=1\n", rules).substr(0, 10), "rules:2:12");
-    EXPECT_EQ(read_fault_text_of("rules", "ork_bind=-4\n", rules), "");
 }
