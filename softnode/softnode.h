@@ -203,7 +203,7 @@ typedef struct softnode_scenario {
  *         thread, function, call, code, persistent      the fault; null each in `undisturbed`
  *         outcome      "returned", "crashed" (by a signal, or it ended the process) or "hung" (its time limit passed)
  *         result       of run(); null unless it returned
- *         note         of the scenario, or null
+ *         note         of the scenario: a JSON object as it is, anything else as a string; or null
  *         left         objects that the undisturbed run does not leave: kind and name of each, the same in every run
  *                      (docs/software-accelerator.md). Null unless it returned.
  *         missing      objects that the undisturbed run leaves and this one does not; null unless it returned

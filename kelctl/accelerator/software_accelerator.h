@@ -54,7 +54,8 @@ void reset_accelerator();
 // Told how many runs of a sweep are over, and how many there are to be.
 using sweep_watcher = std::function<bool(size_t done, size_t planned)>;
 
-// A run of a fault sweep and what follows it, both in a child process. `note` goes into the report.
+// A run of a fault sweep and what follows it, both in a child process. `note`, a JSON object, is a
+// part of the report.
 struct sweep_scenario {
     std::function<uint32_t()> run;
     std::function<void()> clean_up;

@@ -79,11 +79,10 @@ private:
     fields note_ = {{"line", 0}, {"operation", ""}, {"code", nullptr}, {"take_down", fields::array()}};
 };
 
-void read_note(const fields &told, sweep_run &run)
+void read_note(const fields &note, sweep_run &run)
 {
-    if (told.is_null())
+    if (note.is_null())
         return;
-    const fields note = notation::read_json(told.text());
     run.line = note.at("line").number<uint32_t>();
     run.operation = note.at("operation").text();
     if (const fields &code = note.at("code"); !code.is_null())
@@ -110,8 +109,8 @@ verdict judged(sweep_run &run, const std::vector<invocation> &lines)
     if (run.left.empty())
         return verdict::clean;
     const auto operations = operations_up_to(run.line, lines);
-    for (const std::string &kind : run.left) {
-        const auto why = why_left(operations, run.function, kind);
+    for (const fields &item : run.left) {
+        const auto why = why_left(operations, run.function, item.at("kind").text());
         if (!why)
             return verdict::left;
         if (std::find(run.whys.begin(), run.whys.end(), *why) == run.whys.end())
@@ -136,11 +135,7 @@ sweep_run read_run(const fields &told, const std::vector<invocation> &lines)
         run.came_out = outcome == "hung" ? verdict::hung : verdict::crashed;
         return run;
     }
-    run.left_items = told.at("left");
-    for (const fields &item : run.left_items)
-        if (const std::string &kind = item.at("kind").text();
-            std::find(run.left.begin(), run.left.end(), kind) == run.left.end())
-            run.left.push_back(kind);
+    run.left = told.at("left");
     run.came_out = judged(run, lines);
     return run;
 }

@@ -32,8 +32,7 @@ struct sweep_run {
     uint32_t line = 0;                      // that failed; 0: none did
     std::string operation;                  // the library's function that failed there
     std::optional<uint32_t> code;           // what it returned
-    std::vector<std::string> left;          // kinds of what nobody owns, one of each
-    fields left_items = fields::array();    // kind and name, as the accelerator tells
+    fields left = fields::array();          // what nobody owns: kind and name of each
     std::vector<std::string> whys;          // what documents it
     std::vector<std::string> undo_failures; // take-down commands that failed, with their codes
 };

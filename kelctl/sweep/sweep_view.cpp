@@ -76,7 +76,7 @@ private:
 
 std::string outcome_text(const sweep_run &run, reasons &reasons)
 {
-    const std::string items = run.left.empty() ? "" : fmt::format(": {}", items_text(run.left_items));
+    const std::string items = run.left.empty() ? "" : fmt::format(": {}", items_text(run.left));
     return fmt::format("{}{}{}", name_of(run.came_out), reasons.marks_of(run), items);
 }
 
@@ -137,7 +137,7 @@ fields fields_of(const sweep_run &run)
             {"line", run.line == 0 ? fields(nullptr) : fields(run.line)},
             {"operation", run.operation.empty() ? fields(nullptr) : fields(run.operation)},
             {"code", run.code ? fields(*run.code) : fields(nullptr)},
-            {"left", run.left_items.is_array() ? run.left_items : fields::array()},
+            {"left", run.left},
             {"documented", run.whys},
             {"take_down", run.undo_failures}};
 }
@@ -170,8 +170,7 @@ fields sweep_fields(const sweep_report &report)
         fields &count = tally[key_of(run.came_out)];
         count = count.number<uint64_t>() + 1;
     }
-    const fields &left = report.undisturbed.left_items;
-    return {{"left_undisturbed", left.is_array() ? left : fields::array()},
+    return {{"left_undisturbed", report.undisturbed.left},
             {"planned", report.planned},
             {"tally", std::move(tally)},
             {"runs", std::move(runs)}};

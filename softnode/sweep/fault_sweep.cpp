@@ -151,6 +151,13 @@ Json fault_of(const MaybeFault &fault)
             {"persistent", fault->persistent}};
 }
 
+/* A note that is an object is a part of the report, not a text with a document of its own. */
+Json read_note(const Json &told)
+{
+    auto object = told.is_null() ? std::nullopt : notation::try_read_json(told.text());
+    return object && object->is_object() ? std::move(*object) : told;
+}
+
 /* A run that did not return has left nothing that could be looked at. */
 Json report_of(const MaybeFault &fault, const Run &run, const Inventory &expected)
 {
@@ -158,7 +165,7 @@ Json report_of(const MaybeFault &fault, const Run &run, const Inventory &expecte
     Json report = fault_of(fault);
     report["outcome"] = outcomes[static_cast<std::size_t>(run.end)];
     report["result"] = run.result;
-    report["note"] = run.note;
+    report["note"] = read_note(run.note);
     report["left"] = returned ? told(items_beyond(expected, run.items)) : Json(nullptr);
     report["missing"] = returned ? told(items_beyond(run.items, expected)) : Json(nullptr);
     return report;

@@ -25,8 +25,7 @@ sweep_run run_of(uint64_t call, uint32_t line, std::optional<uint32_t> code)
 sweep_run leaving(sweep_run run, verdict came_out, const char *kind, const char *why)
 {
     run.came_out = came_out;
-    run.left = {kind};
-    run.left_items = fields::array({{{"kind", kind}, {"name", "1"}}, {{"kind", kind}, {"name", "2"}}});
+    run.left = fields::array({{{"kind", kind}, {"name", "1"}}, {{"kind", kind}, {"name", "2"}}});
     if (why)
         run.whys = {why};
     return run;

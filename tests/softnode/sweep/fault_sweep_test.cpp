@@ -310,6 +310,16 @@ TEST_F(FaultSweep, AsksTheScenarioForANoteLast)
     EXPECT_EQ(run_with(report, "kel_init_attach", 1, 3, false)["note"], "gave up \xef\xbf\xbd");
 }
 
+TEST_F(FaultSweep, ANoteThatIsAnObjectIsPartOfTheReport)
+{
+    const auto reported = [](const char *note) {
+        return sweep({[] { return std::uint32_t{0}; }, [] {}, [note] { return note; }})["undisturbed"]["note"];
+    };
+    EXPECT_EQ(reported(R"({"line": 3, "codes": [13]})"), json_of(R"({"line": 3, "codes": [13]})"));
+    for (const char *text : {"3", "[13]", "null", R"("line")", R"({"line": )", ""})
+        EXPECT_EQ(reported(text), text);
+}
+
 TEST_F(FaultSweep, EveryRunHasANodeJustSwitchedOnWithoutFaultRules)
 {
     create_scheduler();
