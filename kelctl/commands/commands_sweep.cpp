@@ -2,12 +2,10 @@
 #include "kelctl/commands/commands.h"
 #include "kelctl/input/interruption.h"
 #include "kelctl/jobs/script.h"
-#include "kelctl/node/load_node_file.h"
 #include "kelctl/session/session.h"
 #include "kelctl/sweep/sweep_view.h"
 #include "kelctl/terminal/progress.h"
 #include "kelctl/terminal/text.h"
-#include "kelctl/values/file_text.h"
 
 #include <fmt/core.h>
 
@@ -84,12 +82,12 @@ result swept(const sweep_report &report, const std::string &file)
 result sweep_script(const invocation &asked, session &session)
 {
     const std::string &file = asked.given.text("SCRIPT");
-    script script = script_in(file, session.table);
-    if (!script.problems.empty())
-        return wrong_input(file, errors_of(file, std::move(script.problems)), "nothing was run");
+    auto [lines, errors] = script_in(file, session.table);
+    if (!errors.empty())
+        return wrong_input(file, std::move(errors), "nothing was run");
 
     const bool seen = is_terminal(stderr) && !session.json();
-    const auto report = sweep_in_sight(session.table, script.lines, asked.given.number<uint32_t>("--time-limit"), seen);
+    const auto report = sweep_in_sight(session.table, lines, asked.given.number<uint32_t>("--time-limit"), seen);
     if (!report)
         return refused("no child process can be made", file);
     if (std::string why = unfit(report->undisturbed); !why.empty())

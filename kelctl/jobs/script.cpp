@@ -3,7 +3,6 @@
 
 #include "kelctl/input/interruption.h"
 #include "kelctl/language/command_line.h"
-#include "kelctl/node/load_node_file.h"
 #include "kelctl/session/session.h"
 #include "kelctl/terminal/text.h"
 #include "kelctl/values/file_text.h"
@@ -64,31 +63,31 @@ script parse_script(const command_table &table, std::string_view text)
     return parsed;
 }
 
-script script_in(const std::string &file, const command_table &table)
+loaded_lines script_in(const std::string &file, const command_table &table)
 {
     problem_list unreadable;
     script read = parse_script(table, text_of_file(file, unreadable));
     std::ranges::move(unreadable, std::back_inserter(read.problems));
-    return read;
+    return {std::move(read.lines), errors_of(file, std::move(read.problems))};
 }
 
 result run_script(const invocation &asked, session &session)
 {
     const std::string &file = asked.given.text("SCRIPT");
     const bool keep_going = asked.given.has("--keep-going");
-    script script = script_in(file, session.table);
-    if (!script.problems.empty())
-        return wrong_input(file, errors_of(file, std::move(script.problems)), "nothing was run");
+    auto [lines, errors] = script_in(file, session.table);
+    if (!errors.empty())
+        return wrong_input(file, std::move(errors), "nothing was run");
 
     const interruption_watch watch;
     session.where = source::script;
     tally count;
-    for (const invocation &line : script.lines) {
+    for (const invocation &line : lines) {
         if (interrupted() || session.finished || (count.status != exit_done && !keep_going))
             break;
         count.add(session.carry_out(line, file));
     }
-    return outcome(count, script.lines, file);
+    return outcome(count, lines, file);
 }
 
 } // namespace kelctl

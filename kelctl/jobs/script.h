@@ -2,6 +2,7 @@
 #pragma once
 
 #include "kelctl/language/command.h"
+#include "kelctl/node/load_node_file.h"
 #include "kelctl/session/result.h"
 #include "kelctl/values/problem.h"
 
@@ -20,8 +21,8 @@ struct script {
 
 script parse_script(const command_table &table, std::string_view text);
 
-// A file that cannot be read is a problem.
-script script_in(const std::string &file, const command_table &table);
+// The lines of a file. One that cannot be read is an error, too.
+loaded_lines script_in(const std::string &file, const command_table &table);
 
 // The handler of `run`.
 result run_script(const invocation &asked, session &session);

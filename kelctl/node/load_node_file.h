@@ -12,13 +12,14 @@
 namespace kelctl
 {
 
-struct loaded_node_file {
-    std::vector<invocation> lines;   // that bring the node up; sound where there are no errors
+// The commands that a file stands for, be it a node file or a script.
+struct loaded_lines {
+    std::vector<invocation> lines;   // sound where there are no errors
     std::vector<input_error> errors; // in the order of their places
 };
 
-// Changes nothing in the process: any number of files can be looked at. The table of commands has to outlive the lines.
-loaded_node_file load_node_file(const std::string &file, const command_table &rows);
+// The lines bring the node up. Changes nothing in the process: any number of files can be looked at. The table of commands has to outlive the lines.
+loaded_lines load_node_file(const std::string &file, const command_table &rows);
 
 // What the lines of a node make, without carrying them out.
 struct node_size {

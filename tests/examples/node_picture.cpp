@@ -27,7 +27,7 @@ int main(int count, char **arguments)
 {
     if (count != 2)
         return EXIT_FAILURE;
-    const loaded_node_file node = load_node_file(arguments[1], commands());
+    const loaded_lines node = load_node_file(arguments[1], commands());
     if (!node.errors.empty())
         return EXIT_FAILURE;
     session here(commands(), source::script, true, false);

@@ -29,7 +29,7 @@ const std::string ebcom = "[ebcom]\nic_port_mtu = 1500\nether_type = 0x88B5\nset
 class LoadNodeFile : public testing::Test
 {
 protected:
-    loaded_node_file load(const std::string &text)
+    loaded_lines load(const std::string &text)
     {
         file = folder.file_with(text);
         return load_node_file(file, commands());
