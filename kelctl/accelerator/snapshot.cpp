@@ -1,7 +1,5 @@
-// Reading the software accelerator's JSON document, one function for each kind of object.
+// Reading the software accelerator's document, one function for each kind of object.
 #include "kelctl/accelerator/snapshot.h"
-
-#include "notation/json.h"
 
 #include <charconv>
 #include <string>
@@ -99,9 +97,8 @@ bool snapshot::empty() const
     return schedulers.empty() && queues.empty() && paths.empty() && pceps.empty() && groups.empty() && !interface;
 }
 
-snapshot read_snapshot(std::string_view text)
+snapshot read_snapshot(const document &all)
 {
-    const document all = notation::read_json(text);
     snapshot read;
     read.schedulers = list_in(all.at("schedulers"), scheduler_in);
     read.queues = list_in(all.at("queues"), queue_in);

@@ -1,4 +1,4 @@
-// What the accelerator holds, read from the software accelerator's JSON document.
+// What the accelerator holds, read from the software accelerator's document.
 #pragma once
 
 #include "kelctl/values/mac_address.h"
@@ -7,7 +7,6 @@
 #include <array>
 #include <cstdint>
 #include <optional>
-#include <string_view>
 #include <vector>
 
 namespace kelctl
@@ -71,7 +70,7 @@ struct snapshot {
 // "0x5c00000001" or null
 handle handle_in(const notation::document &value);
 
-// Throws notation::document_error when the document is not as the software accelerator writes it.
-snapshot read_snapshot(std::string_view json);
+// Throws notation::document_error when the document is not as the software accelerator makes it.
+snapshot read_snapshot(const notation::document &all);
 
 } // namespace kelctl

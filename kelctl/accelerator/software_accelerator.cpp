@@ -1,6 +1,7 @@
 // The weak references to the software accelerator's control functions.
 #include "kelctl/accelerator/software_accelerator.h"
 
+#include "notation/json.h"
 #include "softnode/softnode.h"
 
 #include <cstdlib>
@@ -42,6 +43,13 @@ std::optional<std::string> taken(char *text)
     return owned ? std::optional<std::string>(owned.get()) : std::nullopt;
 }
 
+// The same of a document.
+std::optional<notation::document> taken_document(char *text)
+{
+    const auto json = taken(text);
+    return json ? std::optional(notation::read_json(*json)) : std::nullopt;
+}
+
 // What the accelerator hands through itself: the scenario, and the last note, which it only borrows.
 struct sweep_context {
     const sweep_scenario &scenario;
@@ -66,14 +74,14 @@ std::optional<std::string> switch_on_accelerator()
     return softnode_switch_on ? taken(softnode_switch_on()) : std::nullopt;
 }
 
-std::optional<std::string> accelerator_limits()
+std::optional<notation::document> accelerator_limits()
 {
-    return softnode_limits_json ? taken(softnode_limits_json()) : std::nullopt;
+    return softnode_limits_json ? taken_document(softnode_limits_json()) : std::nullopt;
 }
 
-std::optional<std::string> accelerator_snapshot()
+std::optional<notation::document> accelerator_snapshot()
 {
-    return softnode_snapshot_json ? taken(softnode_snapshot_json()) : std::nullopt;
+    return softnode_snapshot_json ? taken_document(softnode_snapshot_json()) : std::nullopt;
 }
 
 std::optional<std::string> accelerator_queues()
@@ -118,14 +126,14 @@ std::optional<problem> add_accelerator_faults_of(const std::string &text)
     return wrong ? std::optional<problem>({at, std::move(*wrong)}) : std::nullopt;
 }
 
-std::string accelerator_faults()
+notation::document accelerator_faults()
 {
-    return taken(softnode_faults_json()).value_or("[]");
+    return taken_document(softnode_faults_json()).value_or(notation::document::array());
 }
 
-std::string accelerator_fault_functions()
+notation::document accelerator_fault_functions()
 {
-    return taken(softnode_fault_functions_json()).value_or("[]");
+    return taken_document(softnode_fault_functions_json()).value_or(notation::document::array());
 }
 
 void clear_accelerator_faults()
@@ -148,7 +156,7 @@ void reset_accelerator()
     softnode_reset();
 }
 
-std::optional<std::string> sweep_accelerator(const sweep_scenario &scenario, const sweep_watcher &go_on)
+std::optional<notation::document> sweep_accelerator(const sweep_scenario &scenario, const sweep_watcher &go_on)
 {
     sweep_context context = {scenario, go_on};
     const softnode_scenario handed = {
@@ -157,13 +165,13 @@ std::optional<std::string> sweep_accelerator(const sweep_scenario &scenario, con
         .describe =
             [](void *pointer) {
                 sweep_context &told = context_at(pointer);
-                told.note = told.scenario.note();
+                told.note = notation::to_json(told.scenario.note());
                 return told.note.c_str();
             },
         .context = &context,
         .time_limit = scenario.time_limit,
     };
-    return taken(softnode_fault_sweep_watched(&handed, [](void *pointer, size_t done, size_t planned) {
+    return taken_document(softnode_fault_sweep_watched(&handed, [](void *pointer, size_t done, size_t planned) {
         return context_at(pointer).go_on(done, planned) ? 1 : 0;
     }));
 }

@@ -1,4 +1,5 @@
-// The software accelerator's own services, where the process runs on it. The only place that knows softnode.h.
+// The software accelerator's own services, where the process runs on it. The only place that knows softnode.h, and that its
+// documents come as JSON.
 //
 // On a vendor's platform there are none of them. Commands that need them say so in their row of the table, and are not
 // carried out there; whatever else asks gets nothing.
@@ -6,6 +7,7 @@
 
 #include "kelctl/values/mac_address.h"
 #include "kelctl/values/problem.h"
+#include "notation/document.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -22,11 +24,11 @@ bool on_software_accelerator();
 // What is wrong with the fault rules of the environment: the accelerator ends the process when it is used.
 std::optional<std::string> switch_on_accelerator();
 
-// How many objects of each kind the node has room for, as a JSON document.
-std::optional<std::string> accelerator_limits();
+// How many objects of each kind the node has room for.
+std::optional<notation::document> accelerator_limits();
 
-// Everything that the node holds, as a JSON document.
-std::optional<std::string> accelerator_snapshot();
+// Everything that the node holds.
+std::optional<notation::document> accelerator_snapshot();
 
 // Its queues alone, which are few however many paths there are.
 std::optional<std::string> accelerator_queues();
@@ -41,8 +43,8 @@ bool timing_settled(uint32_t milliseconds);
 std::optional<std::string> add_accelerator_faults(const std::string &rules);
 std::optional<problem> add_accelerator_faults_of(const std::string &text);
 
-std::string accelerator_faults();          // rules with hits, a JSON array
-std::string accelerator_fault_functions(); // what a rule may name, a JSON array
+notation::document accelerator_faults();          // a list of rules with hits
+notation::document accelerator_fault_functions(); // a list of what a rule may name
 void clear_accelerator_faults();
 uint32_t release_accelerator_faults(); // how many calls were blocked
 
@@ -54,18 +56,18 @@ void reset_accelerator();
 // Told how many runs of a sweep are over, and how many there are to be.
 using sweep_watcher = std::function<bool(size_t done, size_t planned)>;
 
-// A run of a fault sweep and what follows it, both in a child process. `note`, a JSON object, is a
+// A run of a fault sweep and what follows it, both in a child process. `note`, an object, is a
 // part of the report.
 struct sweep_scenario {
     std::function<uint32_t()> run;
     std::function<void()> clean_up;
-    std::function<std::string()> note;
+    std::function<notation::document()> note;
     uint32_t time_limit; // milliseconds for one run
 };
 
-// The sweep's report, a JSON document; none when no child process can be made. `go_on` is asked in front of each run:
+// The sweep's report; none when no child process can be made. `go_on` is asked in front of each run:
 // false ends the sweep.
-std::optional<std::string> sweep_accelerator(const sweep_scenario &scenario, const sweep_watcher &go_on);
+std::optional<notation::document> sweep_accelerator(const sweep_scenario &scenario, const sweep_watcher &go_on);
 
 // What an offering met: the accelerator knows the destination or sender, or it does not.
 enum class offered { taken, unknown };

@@ -6,7 +6,6 @@
 #include "kelctl/session/session.h"
 #include "kelctl/values/file_text.h"
 #include "kelctl/views/node_view.h"
-#include "notation/json.h"
 
 namespace kelctl
 {
@@ -27,10 +26,10 @@ void settle_if_started(const session &session)
 result show_snapshot(const invocation &, session &session)
 {
     settle_if_started(session);
-    const std::string document = accelerator_snapshot().value_or("{}");
+    fields document = accelerator_snapshot().value_or(fields::object());
     const snapshot node = read_snapshot(document);
     const port_knowledge ports = ports_of(node, session.paths);
-    return {.shown = notation::read_json(document), .text = node_view(node, ports, std::nullopt, page_for(stdout))};
+    return {.shown = std::move(document), .text = node_view(node, ports, std::nullopt, page_for(stdout))};
 }
 
 result reset_node(const invocation &, session &session)

@@ -5,7 +5,6 @@
 #include "kelctl/session/result.h"
 #include "kelctl/terminal/text.h"
 #include "kelctl/values/file_text.h"
-#include "notation/json.h"
 
 #include <utility>
 
@@ -51,7 +50,7 @@ result add_faults(const invocation &asked, session &)
 
 result list_faults(const invocation &, session &)
 {
-    return {.shown = {{"rules", notation::read_json(accelerator_faults())}}};
+    return {.shown = {{"rules", accelerator_faults()}}};
 }
 
 result clear_faults(const invocation &, session &)
@@ -67,7 +66,7 @@ result release_calls(const invocation &, session &)
 
 result list_functions(const invocation &, session &)
 {
-    return {.shown = {{"functions", notation::read_json(accelerator_fault_functions())}}};
+    return {.shown = {{"functions", accelerator_fault_functions()}}};
 }
 
 } // namespace

@@ -6,7 +6,6 @@
 #include "kelctl/session/result.h"
 #include "kelctl/values/ic_port.h"
 #include "kelctl/values/limits.h"
-#include "notation/json.h"
 #include "platform/kei_util.h"
 #include "platform/kel_init.h"
 #include "platform/ork.h"
@@ -132,7 +131,7 @@ result show_limits(const invocation &, session &)
                   {"max_multicast_groups", capabilities.max_multicast_groups},
                   {"max_multicast_members", capabilities.max_multicast_members}};
     const auto platform = accelerator_limits();
-    done.shown["platform"] = platform ? notation::read_json(*platform) : fields(nullptr);
+    done.shown["platform"] = platform ? *platform : fields(nullptr);
     for (const auto &[what, allowed] : value_limits)
         done.shown["values"].push_back(
             {{"value", what}, {"min", allowed.min}, {"max", allowed.max}, {"allowed", allowed.text}});

@@ -10,7 +10,6 @@
 #include "kelctl/node/statistics.h"
 #include "kelctl/views/counter_tables.h"
 #include "kelctl/views/node_view.h"
-#include "notation/json.h"
 
 #include <chrono>
 #include <utility>
@@ -22,8 +21,8 @@ namespace
 
 constexpr std::chrono::hours longest_wait(1);
 
-result objects(const std::optional<std::string> &document, const std::optional<snapshot> &node,
-               const port_knowledge &ports, const session &session)
+result objects(std::optional<fields> document, const std::optional<snapshot> &node, const port_knowledge &ports,
+               const session &session)
 {
     const size_t paths = session.paths.size();
     result shown;
@@ -31,7 +30,7 @@ result objects(const std::optional<std::string> &document, const std::optional<s
                       : "What exists cannot be shown: not available on this platform\n";
     shown.shown = {{"paths_added", paths}};
     if (session.json()) // it is large
-        shown.shown["node"] = document ? notation::read_json(*document) : fields(nullptr);
+        shown.shown["node"] = document ? *std::move(document) : fields(nullptr);
     return shown;
 }
 
@@ -60,10 +59,10 @@ watch_pace pace_of(const arguments &given)
 // True when all of it could be read.
 bool show_node(bring_up &node, const arguments &given, session &session)
 {
-    const auto document = settled_document();
+    auto document = settled_document();
     const auto held = document ? std::optional(read_snapshot(*document)) : std::nullopt;
     const port_knowledge ports = ports_of(held.value_or(snapshot{}), session.paths);
-    node.show(objects(document, held, ports, session));
+    node.show(objects(std::move(document), held, ports, session));
     const bool watched = !given.has("--watch") || node.show(watch(pace_of(given), ports, session));
     return node.show(counters(ports, session)) && watched;
 }

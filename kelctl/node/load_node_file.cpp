@@ -4,7 +4,6 @@
 #include "kelctl/accelerator/software_accelerator.h"
 #include "kelctl/nodefile/node_rules.h"
 #include "kelctl/values/mp_id.h"
-#include "notation/json.h"
 
 #include <algorithm>
 #include <utility>
@@ -18,7 +17,7 @@ namespace
 std::optional<size_t> room_for_destinations()
 {
     const auto limits = accelerator_limits();
-    return limits ? std::optional(notation::read_json(*limits).at("paths").number<size_t>()) : std::nullopt;
+    return limits ? std::optional(limits->at("paths").number<size_t>()) : std::nullopt;
 }
 
 } // namespace

@@ -45,8 +45,8 @@ void match_in_order(const snapshot &node, const std::vector<int32_t> &ports_left
 
 std::optional<snapshot> current_snapshot()
 {
-    const auto json = accelerator_snapshot();
-    return json ? std::optional(read_snapshot(*json)) : std::nullopt;
+    const auto document = accelerator_snapshot();
+    return document ? std::optional(read_snapshot(*document)) : std::nullopt;
 }
 
 void settle()
@@ -54,7 +54,7 @@ void settle()
     timing_settled(longest_wait);
 }
 
-std::optional<std::string> settled_document()
+std::optional<notation::document> settled_document()
 {
     settle();
     return accelerator_snapshot();

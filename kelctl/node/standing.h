@@ -6,7 +6,6 @@
 #include "kelctl/node/port_knowledge.h"
 
 #include <optional>
-#include <string>
 #include <vector>
 
 namespace kelctl
@@ -18,8 +17,8 @@ std::optional<snapshot> current_snapshot();
 // Waits until the timestamp thread, which works beside, wrote its first offset or gave up.
 void settle();
 
-// What the accelerator holds then, as its own JSON document.
-std::optional<std::string> settled_document();
+// What the accelerator holds then, as its own document.
+std::optional<notation::document> settled_document();
 
 // What the added paths tell about the ports of a node on which all of them stand. `added` is in the order of adding.
 port_knowledge ports_of(const snapshot &node, const std::vector<kel_ebcom_path_config> &added);

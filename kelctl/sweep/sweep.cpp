@@ -56,9 +56,9 @@ public:
                     {{"line", undone.undo.line}, {"command", undone.command()}, {"code", refused.code}});
     }
 
-    std::string note() const
+    const fields &note() const
     {
-        return notation::to_json(note_);
+        return note_;
     }
 
 private:
@@ -163,9 +163,8 @@ std::optional<sweep_report> sweep(const command_table &table, const std::vector<
                                         go_on);
     if (!told)
         return std::nullopt;
-    const fields document = notation::read_json(*told);
-    sweep_report report = {read_run(document.at("undisturbed"), lines), {}, document.at("planned").number<size_t>()};
-    for (const fields &run : document.at("runs"))
+    sweep_report report = {read_run(told->at("undisturbed"), lines), {}, told->at("planned").number<size_t>()};
+    for (const fields &run : told->at("runs"))
         report.runs.push_back(read_run(run, lines));
     return report;
 }

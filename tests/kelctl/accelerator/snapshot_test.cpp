@@ -1,7 +1,7 @@
 // Reading of given documents.
 #include "kelctl/accelerator/snapshot.h"
 
-#include "notation/document.h"
+#include "notation/json.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -23,7 +23,7 @@ nlohmann::json empty_document()
 
 TEST(Snapshot, NodeJustSwitchedOnIsEmpty)
 {
-    const snapshot node = read_snapshot(empty_document().dump());
+    const snapshot node = read_snapshot(notation::read_json(empty_document().dump()));
     EXPECT_TRUE(node.empty());
     EXPECT_FALSE(node.globals);
     EXPECT_FALSE(node.timestamp_offset);
@@ -46,7 +46,7 @@ TEST(Snapshot, EveryKindOfObjectIsRead)
     document["globals"] = {{"mtu", 1500}, {"ether_type", 0x88B5}, {"settings", {3, 4}}};
     document["timestamp_offset"] = -160;
 
-    const snapshot node = read_snapshot(document.dump());
+    const snapshot node = read_snapshot(notation::read_json(document.dump()));
     ASSERT_THAT(node.schedulers, SizeIs(2));
     EXPECT_EQ(node.schedulers[0].parent, 0u);
     EXPECT_EQ(node.schedulers[1].parent, 0x5c00000001u);
@@ -87,7 +87,7 @@ TEST(Snapshot, PcepsBindingsAndGroupsAreRead)
     document["bindings"] = {{{"pcep", 511}, {"target", "0x5e00000001"}}};
     document["groups"] = {{{"id", 300}, {"members", {511, 7}}}, {{"id", 1}, {"members", nlohmann::json::array()}}};
 
-    const snapshot node = read_snapshot(document.dump());
+    const snapshot node = read_snapshot(notation::read_json(document.dump()));
     ASSERT_THAT(node.pceps, SizeIs(2));
     EXPECT_EQ(node.pceps[0].id, 7u);
     EXPECT_EQ(node.pceps[0].remote_id, 0xFFFFFFu);
@@ -126,9 +126,9 @@ TEST(Snapshot, AnyObjectMakesItNotEmpty)
 
 TEST(Snapshot, OtherDocumentsAreRefused)
 {
-    EXPECT_THROW(read_snapshot("{"), notation::document_error);
-    EXPECT_THROW(read_snapshot("{}"), notation::document_error);
-    EXPECT_THROW(read_snapshot("[]"), notation::document_error);
+    EXPECT_THROW(read_snapshot(nullptr), notation::document_error);
+    EXPECT_THROW(read_snapshot(notation::document::object()), notation::document_error);
+    EXPECT_THROW(read_snapshot(notation::document::array()), notation::document_error);
 }
 
 } // namespace

@@ -4,7 +4,6 @@
 #include "kel/kel_core_ic_ebcom.h"
 #include "softnode/softnode.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace kelctl
@@ -14,7 +13,7 @@ namespace
 
 TEST(SoftwareAccelerator, AnswersWhereTheProcessRunsOnIt)
 {
-    EXPECT_THAT(accelerator_snapshot().value_or(""), testing::HasSubstr("\"schedulers\""));
+    EXPECT_TRUE(accelerator_snapshot().value().at("schedulers").is_array());
 }
 
 TEST(SoftwareAccelerator, TimingSettlesOnceTheTimestampThreadRuns)

@@ -5,7 +5,6 @@
 #include "kelctl/commands/commands.h"
 
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <array>
 #include <set>
@@ -22,8 +21,8 @@ TEST(DocumentedLeftovers, AreOfCommandsAndOfFunctionsThatCanFail)
         for (const variant &one : row.variants)
             operations.insert(one.function);
     std::set<std::string> closed;
-    for (const auto &row : nlohmann::json::parse(accelerator_fault_functions()))
-        closed.insert(row.at("function"));
+    for (const notation::document &row : accelerator_fault_functions())
+        closed.insert(row.at("function").text());
     for (const documented_leftover &one : documented_leftovers()) {
         EXPECT_TRUE(operations.contains(one.operation)) << one.operation;
         EXPECT_TRUE(closed.contains(std::string(one.refused))) << one.refused;
