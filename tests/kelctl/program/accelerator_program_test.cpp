@@ -7,7 +7,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 
 namespace
 {
@@ -17,27 +16,16 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-program_outcome run_text(const std::string &script, const std::map<std::string, std::string> &environment = {})
-{
-    return run_kelctl({.arguments = {"run", "-"}, .environment = environment, .in = script});
-}
-
 // The document of the last command but the script itself.
 json last_document(const std::string &script)
 {
-    const auto outcome = run_kelctl({.arguments = {"run", "-", "--json"}, .in = script});
+    const auto outcome = run_text(script, {"--json"});
     std::istringstream lines(outcome.out);
     std::string before_last;
     std::string last;
     for (std::string line; std::getline(lines, line);)
         before_last = std::exchange(last, line);
     return json::parse(before_last);
-}
-
-std::string text_of(const std::string &file)
-{
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 const std::string small_node = "ebcom interface create\n"
@@ -99,7 +87,7 @@ TEST(Faults, EndlessOnesAreRefused)
     const auto outcome = run_text("fault add --file /dev/zero\n");
     EXPECT_EQ(outcome.status, 2);
     EXPECT_THAT(outcome.err, HasSubstr("/dev/zero: is larger than 16 MiB\n"));
-    const auto from_environment = run_text("pcep start\n", {{"KEL_SOFTNODE_FAULTS", "@/dev/zero"}});
+    const auto from_environment = run_text("pcep start\n", {}, {{"KEL_SOFTNODE_FAULTS", "@/dev/zero"}});
     EXPECT_EQ(from_environment.status, 2);
     EXPECT_THAT(from_environment.err, HasSubstr("/dev/zero: File too large\n"));
 }
@@ -238,7 +226,7 @@ TEST(Graph, InputsOfTheRunAreNotWritten)
 
 TEST(Graph, WithoutGraphvizSaysSo)
 {
-    const auto outcome = run_text("graph --format svg\n", {{"PATH", "/nowhere"}});
+    const auto outcome = run_text("graph --format svg\n", {}, {{"PATH", "/nowhere"}});
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.out, "");
     EXPECT_THAT(outcome.err, StartsWith("-:1: Graphviz's \"dot\" is not installed; "));

@@ -5,7 +5,6 @@
 #include "dump_file.h"
 #include "kelctl/commands/commands.h"
 #include "kelctl/jobs/script.h"
-#include "kelctl/values/file_text.h"
 #include "plan_line.h"
 #include "program.h"
 
@@ -26,12 +25,6 @@ using nlohmann::json;
 
 constexpr const char *script = "tests/kelctl/program/every_command.kel";
 
-std::string text_of(const std::string &file)
-{
-    kelctl::problem_list problems;
-    return kelctl::text_of_file(file, problems);
-}
-
 // Lines of the library's sources are none of kelctl's business.
 std::string without_line_numbers(const std::string &text)
 {
@@ -48,10 +41,8 @@ void expect_same(const std::string &name, const std::string &text)
 
 program_outcome run_script(const std::vector<std::string> &options = {})
 {
-    std::vector<std::string> arguments = {"run", script, "--keep-going"};
-    arguments.insert(arguments.end(), options.begin(), options.end());
     const dump_file_removed afterwards;
-    return run_kelctl({.arguments = arguments, .folder = KELCTL_SOURCE_DIR});
+    return run_kelctl({.arguments = with({"run", script, "--keep-going"}, options), .folder = KELCTL_SOURCE_DIR});
 }
 
 TEST(EveryCommand, IsInTheScript)

@@ -45,8 +45,6 @@ void PrintTo(const failing_operation &failing, std::ostream *out)
     *out << failing.name;
 }
 
-const std::string empty_again = "Taken down. The node is empty again.\n";
-
 std::string left_behind(const std::string &row)
 {
     return "Taken down, but left behind:\n  " + row + "\n";

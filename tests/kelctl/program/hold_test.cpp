@@ -12,8 +12,6 @@ namespace
 using testing::EndsWith;
 using testing::HasSubstr;
 
-const std::string empty_again = "Taken down. The node is empty again.\n";
-
 std::string many_paths(int count)
 {
     return ebcom_table + "[[path]]\ndst_mac = \"02:00:00:02:00:00\"\nport = 6\ncount = " + std::to_string(count) + "\n";

@@ -9,8 +9,6 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include <fstream>
-#include <iterator>
 #include <set>
 #include <sstream>
 
@@ -93,20 +91,13 @@ std::string script_of_all()
     return script;
 }
 
-std::string text_of(const std::string &file)
-{
-    std::ifstream stream(file);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 program_outcome run_script(const std::string &script, const std::vector<std::string> &options = {})
 {
-    std::vector<std::string> arguments = {"run", "-"};
-    arguments.insert(arguments.end(), options.begin(), options.end());
     const temporary_folder folder; // for what they write
     std::filesystem::create_symlink(KELCTL_SOURCE_DIR "/examples", folder.path() + "/examples");
     const dump_file_removed afterwards;
-    return run_kelctl({.arguments = arguments, .environment = {}, .folder = folder.path(), .in = script});
+    return run_kelctl(
+        {.arguments = with({"run", "-"}, options), .environment = {}, .folder = folder.path(), .in = script});
 }
 
 TEST(Operations, LifeOfANodeHasEveryCommandOfAScript)

@@ -12,6 +12,7 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <poll.h>
 #include <pty.h>
 #include <spawn.h>
@@ -233,11 +234,28 @@ file_in_folder::~file_in_folder()
     std::filesystem::remove_all(folder_);
 }
 
+std::vector<std::string> with(std::vector<std::string> words, const std::vector<std::string> &more)
+{
+    words.insert(words.end(), more.begin(), more.end());
+    return words;
+}
+
+program_outcome run_text(const std::string &script, const std::vector<std::string> &options,
+                         const std::map<std::string, std::string> &environment)
+{
+    return run_kelctl({.arguments = with({"run", "-"}, options), .environment = environment, .in = script});
+}
+
 program_outcome kelctl_up(const std::string &text, const std::map<std::string, std::string> &environment,
                           const std::vector<std::string> &options)
 {
     const file_in_folder file("node.toml", text);
-    std::vector<std::string> arguments = {"up", "node.toml"};
-    arguments.insert(arguments.end(), options.begin(), options.end());
-    return run_kelctl({.arguments = arguments, .environment = environment, .folder = file.folder()});
+    return run_kelctl(
+        {.arguments = with({"up", "node.toml"}, options), .environment = environment, .folder = file.folder()});
+}
+
+std::string text_of(const std::string &file)
+{
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
 }

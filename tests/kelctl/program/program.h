@@ -76,9 +76,22 @@ private:
     std::string folder_;
 };
 
+// The words of a command line, and further ones.
+std::vector<std::string> with(std::vector<std::string> words, const std::vector<std::string> &more);
+
+// `kelctl run` of a script with this text, from standard input.
+program_outcome run_text(const std::string &script, const std::vector<std::string> &options = {},
+                         const std::map<std::string, std::string> &environment = {});
+
 // `kelctl up` of a node file with this text, which is called node.toml.
 program_outcome kelctl_up(const std::string &text, const std::map<std::string, std::string> &environment = {},
                           const std::vector<std::string> &options = {});
 
 // A node file's parameters, four lines.
 inline const std::string ebcom_table = "[ebcom]\nic_port_mtu = 1500\nether_type = 0x88B5\nsettings = [1, 2]\n";
+
+// What a take-down says last.
+inline const std::string empty_again = "Taken down. The node is empty again.\n";
+
+// What a file holds; nothing for one that is not there.
+std::string text_of(const std::string &file);

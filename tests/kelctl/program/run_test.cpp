@@ -12,13 +12,6 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-program_outcome run_text(const std::string &script, const std::vector<std::string> &options = {})
-{
-    std::vector<std::string> arguments = {"run", "-"};
-    arguments.insert(arguments.end(), options.begin(), options.end());
-    return run_kelctl({.arguments = arguments, .in = script});
-}
-
 program_outcome run_file(const std::string &script)
 {
     const file_in_folder file("setup.kel", script);

@@ -14,9 +14,8 @@ using testing::StartsWith;
 
 program_outcome shell_of(const std::string &lines, const std::vector<std::string> &more = {})
 {
-    std::vector<std::string> arguments = {"shell"};
-    arguments.insert(arguments.end(), more.begin(), more.end());
-    return run_kelctl({.arguments = arguments, .environment = {}, .folder = KELCTL_SOURCE_DIR, .in = lines});
+    return run_kelctl(
+        {.arguments = with({"shell"}, more), .environment = {}, .folder = KELCTL_SOURCE_DIR, .in = lines});
 }
 
 TEST(Shell, NoPromptIsPrintedIntoAPipe)

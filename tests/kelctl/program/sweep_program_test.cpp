@@ -14,9 +14,7 @@ using testing::StartsWith;
 
 program_outcome sweep_text(const std::string &script, const std::vector<std::string> &options = {})
 {
-    std::vector<std::string> arguments = {"sweep", "-"};
-    arguments.insert(arguments.end(), options.begin(), options.end());
-    return run_kelctl({.arguments = arguments, .in = script});
+    return run_kelctl({.arguments = with({"sweep", "-"}, options), .in = script});
 }
 
 json sweep_json(const std::string &script)

@@ -16,13 +16,6 @@ const std::string node = "ebcom params set --mtu 1500 --ether-type 0x88b5 --sett
                          "--threshold '1 KiB'\n"
                          "pcep add 7 --remote-id 1 --local 02:00:00:02:00:05 --remote 02:00:00:02:00:01 --vlan 1\n";
 
-program_outcome run_text(const std::string &script, const std::vector<std::string> &options = {})
-{
-    std::vector<std::string> arguments = {"run", "-"};
-    arguments.insert(arguments.end(), options.begin(), options.end());
-    return run_kelctl({.arguments = arguments, .in = script});
-}
-
 // One frame fits the bucket, one waits in the four blocks of the threshold, the third is dropped.
 TEST(TrafficCommands, OfferedFramesLeaveAsTimePasses)
 {

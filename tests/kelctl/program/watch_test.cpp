@@ -7,8 +7,6 @@
 
 #include <algorithm>
 #include <csignal>
-#include <fstream>
-#include <iterator>
 #include <sstream>
 
 namespace
@@ -19,19 +17,11 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-const std::string empty_again = "\nTaken down. The node is empty again.\n";
-
 // 12 Mbit/s into 10: after the bucket and the threshold are used up, a sixth is dropped.
 const std::string crowded = ebcom_table +
                             "[[path]]\ndst_mac = \"02:00:00:02:00:01\"\nport = \"RLU1P\"\n"
                             "shaping = { rate = \"10 Mbit/s\", burst = \"4 KiB\", threshold = \"64 KiB\" }\n"
                             "[[traffic]]\nto = \"02:00:00:02:00:01\"\noctets = 1500\nrate = \"12 Mbit/s\"\n";
-
-std::string text_of(const std::string &file)
-{
-    std::ifstream stream(file);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 TEST(Watch, ExampleFileShowsShapingAtWork)
 {
@@ -59,7 +49,7 @@ TEST(Watch, LastStepIsAsLongAsWhatIsLeft)
     EXPECT_EQ(outcome.status, 0);
     for (const char *time : {"virtual time  400 ms\n", "virtual time  800 ms\n", "virtual time  1 s\n"})
         EXPECT_THAT(outcome.out, HasSubstr(time));
-    EXPECT_THAT(outcome.out, EndsWith(empty_again));
+    EXPECT_THAT(outcome.out, EndsWith("\n" + empty_again));
 }
 
 TEST(Watch, StepsChangeNothingInTheEnd)
@@ -109,7 +99,7 @@ TEST(Watch, CtrlCEndsItAndTakesTheNodeDown)
     const auto outcome = kelctl.finish();
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.err, "");
-    EXPECT_THAT(outcome.out, EndsWith(empty_again));
+    EXPECT_THAT(outcome.out, EndsWith("\n" + empty_again));
 }
 
 TEST(Watch, WithHoldTheNodeStandsOnAfterItsTime)
@@ -122,7 +112,7 @@ TEST(Watch, WithHoldTheNodeStandsOnAfterItsTime)
     kelctl.signal(SIGTERM);
     const auto outcome = kelctl.finish();
     EXPECT_EQ(outcome.status, 0);
-    EXPECT_THAT(outcome.out, EndsWith("Ctrl-C." + empty_again));
+    EXPECT_THAT(outcome.out, EndsWith("Ctrl-C.\n" + empty_again));
 }
 
 TEST(Watch, TerminalIsDrawnOver)
@@ -145,7 +135,7 @@ TEST(Watch, CountersThatCannotBeReadEndIt)
     EXPECT_THAT(outcome.err,
                 testing::HasSubstr("failed: kel_core_ic_ebcom_queue_stats_get(dst_mac=02:00:00:02:00:01)\n"));
     EXPECT_THAT(outcome.out, Not(HasSubstr("virtual time  400 ms")));
-    EXPECT_THAT(outcome.out + outcome.err, HasSubstr(empty_again));
+    EXPECT_THAT(outcome.out + outcome.err, HasSubstr("\n" + empty_again));
 }
 
 TEST(Watch, ItsOptionsMeanNothingWithoutIt)
