@@ -84,9 +84,9 @@ std::optional<notation::document> accelerator_snapshot()
     return softnode_snapshot_json ? taken_document(softnode_snapshot_json()) : std::nullopt;
 }
 
-std::optional<std::string> accelerator_queues()
+std::optional<notation::document> accelerator_queues()
 {
-    return softnode_queues_json ? taken(softnode_queues_json()) : std::nullopt;
+    return softnode_queues_json ? taken_document(softnode_queues_json()) : std::nullopt;
 }
 
 offered offer_frames(const mac_address &to, uint64_t frames, uint32_t octets)

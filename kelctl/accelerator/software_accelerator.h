@@ -31,7 +31,7 @@ std::optional<notation::document> accelerator_limits();
 std::optional<notation::document> accelerator_snapshot();
 
 // Its queues alone, which are few however many paths there are.
-std::optional<std::string> accelerator_queues();
+std::optional<notation::document> accelerator_queues();
 
 // Waits until the timestamp thread has done all that there was to do, or has ended. False when that cannot be told
 // here, or did not come within the time.

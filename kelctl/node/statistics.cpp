@@ -74,7 +74,7 @@ fields delays_of(const port_knowledge &ports)
     const auto queues = accelerator_queues();
     if (!queues)
         return all;
-    for (const fields &queue : notation::read_json(*queues)) {
+    for (const fields &queue : *queues) {
         const auto port = ports.port_of_queue.find(handle_in(queue.at("handle")));
         if (port == ports.port_of_queue.end())
             continue;
