@@ -2,6 +2,7 @@
 #include "kelctl/commands/commands.h"
 #include "kelctl/language/command_line.h"
 #include "kelctl/language/completion.h"
+#include "kelctl/language/help.h"
 #include "kelctl/session/result_view.h"
 #include "kelctl/session/session.h"
 #include "kelctl/terminal/terminal.h"
@@ -9,12 +10,10 @@
 
 #include <fmt/core.h>
 
-#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <exception>
 #include <fcntl.h>
-#include <string_view>
 #include <unistd.h>
 #include <vector>
 
@@ -29,11 +28,6 @@ std::vector<word> words_of_arguments(int argc, char **argv)
     for (int i = 1; i < argc; ++i)
         words.push_back({.text = argv[i]});
     return words;
-}
-
-bool holds(const std::vector<word> &words, std::string_view text)
-{
-    return std::any_of(words.begin(), words.end(), [text](const word &one) { return one.text == text; });
 }
 
 // Asked by the completion scripts: with the words before the one that is being typed, and that one.
@@ -63,15 +57,13 @@ int run(const std::vector<word> &words)
 {
     if (!words.empty() && words.front().text == "--complete")
         return offer({words.begin() + 1, words.end()});
-    const bool json = holds(words, "--json");
     try {
         const invocation asked = parse(commands(), words, source::program);
-        session session(commands(), source::program, asked.json, asked.trace);
+        session session(commands(), source::program, asked.shown);
         return session.carry_out(asked).status;
     } catch (const wrong_line &wrong) {
-        show_wrong_line({wrong.what()}, json);
-        if (!json)
-            write(stderr, "kelctl --help tells which commands and options there are\n");
+        const line_parts parts = parts_of(commands(), words, source::program);
+        show_wrong_line({wrong.what()}, help_hint(parts.name, source::program), manner_of(parts).json);
     }
     return exit_wrong_input;
 }

@@ -29,7 +29,7 @@ result show_snapshot(const invocation &, session &session)
     fields document = accelerator_snapshot().value_or(fields::object());
     const snapshot node = read_snapshot(document);
     const port_knowledge ports = ports_of(node, session.paths);
-    return {.shown = std::move(document), .text = node_view(node, ports, std::nullopt, page_for(stdout))};
+    return {.shown = std::move(document), .text = node_view(node, ports, std::nullopt, session.output_page())};
 }
 
 result reset_node(const invocation &, session &session)

@@ -4,6 +4,7 @@
 #include "kelctl/jobs/shell.h"
 #include "kelctl/language/help.h"
 #include "kelctl/session/session.h"
+#include "kelctl/terminal/terminal.h"
 #include "kelctl/terminal/text.h"
 
 #include <fmt/core.h>
@@ -45,7 +46,8 @@ result show_help(const invocation &asked, session &session)
     const bool whole = row && row->allowed_in(where);
     if (!whole && session.table.next_words(words, where).empty())
         return wrong_use(fmt::format("there is no command {}", in_quotes(words)));
-    const std::string help = whole ? help_of(*row) : help_of_words(session.table, words, where);
+    const size_t width = line_width(stdout).value_or(usual_width);
+    const std::string help = whole ? help_of(*row, where, width) : help_of_words(session.table, words, where, width);
     return {.shown = {{"help", help}}, .text = help};
 }
 

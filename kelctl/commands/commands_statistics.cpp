@@ -166,7 +166,8 @@ std::vector<command> statistics_commands()
                       {"kel_core_ic_ebcom_queue_stats_get", queue_record, "record"}},
          .help = "Show the counters of the queue that carries a destination",
          .arguments = {destination, text_format()},
-         .example = "ebcom queue stats 02:00:02:02:00:01"},
+         .example = "ebcom queue stats 02:00:02:02:00:01",
+         .service = "EBCOM service"},
         {.name = "ebcom burst stats",
          .variants = {{"kel_ic_ebcom_set_burst_stats", burst_record}},
          .help = "Run the burst step of the queue counters: it measures none",
@@ -184,7 +185,8 @@ std::vector<command> statistics_commands()
                       {"kel_ic_pcep_get_stats", pcep_driver_kit_record, "driver-kit-record"}},
          .help = "Show the counters of a unicast PCEP",
          .arguments = {pcep, text_format()},
-         .example = "pcep stats 7"},
+         .example = "pcep stats 7",
+         .service = "PCEP service"},
     };
 }
 

@@ -26,7 +26,7 @@ result advance(const invocation &asked, session &session)
     const auto begin = std::chrono::steady_clock::now();
     const auto time = asked.given.number<uint64_t>("TIME");
     progress shown("thousandths of the time", pieces, stderr,
-                   is_terminal(stderr) && !session.json() && !session.tracing());
+                   is_terminal(stderr) && !session.json() && !session.tracing() && !session.quiet());
     uint64_t passed = 0;
     for (uint64_t piece = 1; piece <= pieces && !interrupted(); ++piece) {
         const uint64_t end = time * piece / pieces;

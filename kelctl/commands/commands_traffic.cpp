@@ -151,7 +151,7 @@ std::vector<command> traffic_commands()
                .help = "mean length of a pause",
                .needs = "--on"}},
          .check = check_stream,
-         .example = "traffic stream add --to 02:00:02:02:00:01 --octets 1500 --rate \"60 Mbit/s\"",
+         .example = "traffic stream add --to 02:00:02:02:00:01 --octets 1500 --rate 60Mbit/s",
          .needs_accelerator = true},
     };
 }

@@ -98,7 +98,7 @@ bring_up::~bring_up()
 bool bring_up::up()
 {
     const bool redrawn = is_terminal(stderr) && !session_.tracing();
-    progress shown("adding paths", session_.json() ? 0 : size_of(lines_).paths, stderr, redrawn);
+    progress shown("adding paths", session_.json() || session_.quiet() ? 0 : size_of(lines_).paths, stderr, redrawn);
     session_.on_made = [&] { shown.show(session_.paths.size()); };
     result last;
     auto line = lines_.begin();

@@ -9,6 +9,7 @@
 #include "kelctl/jobs/bring_up.h"
 #include "kelctl/language/command_line.h"
 #include "kelctl/language/completion.h"
+#include "kelctl/language/help.h"
 #include "kelctl/node/load_node_file.h"
 #include "kelctl/node/standing.h"
 #include "kelctl/session/result_view.h"
@@ -29,8 +30,9 @@ namespace
 
 exit_status run_line(const std::string &line, const origin &at, session &session)
 {
+    std::vector<word> words;
     try {
-        const auto words = words_of(line);
+        words = words_of(line);
         if (words.empty())
             return exit_done;
         invocation asked = parse(session.table, words, source::shell);
@@ -38,7 +40,9 @@ exit_status run_line(const std::string &line, const origin &at, session &session
         return session.carry_out(asked, at.file).status;
     } catch (const wrong_line &wrong) {
         const position where = at.file.empty() ? whole_file : position{at.line, wrong.column()};
-        show_wrong_line({wrong.what(), at.file, where}, session.json());
+        const std::string name = parts_of(session.table, words, source::shell).name;
+        const std::string hint = at.file.empty() ? help_hint(name, source::shell) : "";
+        show_wrong_line({wrong.what(), at.file, where}, hint, session.json());
     }
     return exit_wrong_input;
 }

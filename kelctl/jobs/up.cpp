@@ -26,7 +26,7 @@ result objects(std::optional<fields> document, const std::optional<snapshot> &no
 {
     const size_t paths = session.paths.size();
     result shown;
-    shown.text = node ? node_view(*node, ports, paths, page_for(stdout))
+    shown.text = node ? node_view(*node, ports, paths, session.output_page())
                       : "What exists cannot be shown: not available on this platform\n";
     shown.shown = {{"paths_added", paths}};
     if (session.json()) // it is large
@@ -37,7 +37,7 @@ result objects(std::optional<fields> document, const std::optional<snapshot> &no
 result counters(const port_knowledge &ports, session &session)
 {
     result shown = read_statistics(ports, session);
-    shown.text = fields_text(statistics_tables(shown.shown), page_for(stdout)) + "\n";
+    shown.text = fields_text(statistics_tables(shown.shown), session.output_page()) + "\n";
     shown.shown = fields{{"statistics", std::move(shown.shown)}};
     shown.stage = "reading of counters";
     return shown;

@@ -21,8 +21,8 @@ void show_rates(const fields &rates, session &session, redrawn_block &block)
 {
     if (session.json())
         session.stream({{"watch", rates}});
-    else
-        block.draw(fields_text(rates_tables(rates), page_for(stdout)));
+    else if (!session.quiet())
+        block.draw(fields_text(rates_tables(rates), session.output_page()));
 }
 
 } // namespace

@@ -86,6 +86,9 @@ const std::vector<argument> &shared_options()
     static const std::vector<argument> options = {
         {.name = "--json", .kind = kind::flag(), .help = "show results as JSON, one document for each command"},
         {.name = "--trace", .kind = kind::flag(), .help = "print the library's trace records as they are fired"},
+        {.name = "--brief", .kind = kind::flag(), .help = "report failures without their trace records"},
+        {.name = "--quiet", .kind = kind::flag(), .help = "print nothing but failures"},
+        {.name = "--all", .kind = kind::flag(), .help = "show every row and problem, however many there are"},
         {.name = "--raw",
          .kind = kind::flag(),
          .help = "take what the C interface takes, without the limits of values"},

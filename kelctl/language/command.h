@@ -78,7 +78,7 @@ struct command {
     std::string_view name; // words with one blank between
     std::vector<variant> variants;
     std::string_view help;         // one line
-    std::string_view details = {}; // more of it, in lines of 80 columns
+    std::string_view details = {}; // more of it, with an empty line between paragraphs
     std::vector<argument> arguments = {};
     argument_check check = nullptr; // null: nothing more than the arguments say
     std::string_view example = {};  // empty: the name alone
@@ -86,6 +86,8 @@ struct command {
     std::string_view undo = {};            // the command that undoes it, given those of its arguments that it takes
     product makes = {};                    // what there is of it afterwards, until it is undone
     bool failure_leaves_something = false; // that `undo` removes; it may find nothing, and be refused
+    std::string_view service = {};         // that it needs to be started: "EBCOM service"; empty: none
+    std::string_view starts = {};          // the service that it starts
     bool needs_accelerator = false;        // the software one: on a vendor's platform it does not apply
     bool offline = false;                  // uses no node, and so does not care whether there can be one
 
@@ -100,7 +102,7 @@ struct command_group {
     std::string_view help;
 };
 
-// Options that every command has: --json, --trace, --help.
+// Options that every command has: --json, --trace, --help and others.
 const std::vector<argument> &shared_options();
 
 // What there is to ask for. Whoever takes a line apart, completes it or explains it is handed one: the program's own
@@ -137,14 +139,22 @@ private:
     std::vector<command_group> groups_;
 };
 
+// How results are shown: options that every command has.
+struct manner {
+    bool json = false;
+    bool trace = false;
+    bool brief = false; // failures without their trace records
+    bool quiet = false; // nothing but failures
+    bool all = false;   // every row and problem, however many there are
+};
+
 // A command as it was asked for. Its row and variant are the table's, which has to outlive it.
 struct invocation {
     const command *row = nullptr;
     const variant *chosen = nullptr;
     arguments given;
     uint32_t line = 0; // of the file that it stands in; 0: in none
-    bool json = false;
-    bool trace = false;
+    manner shown = {};
     bool raw = false; // values are read without their limits
 };
 

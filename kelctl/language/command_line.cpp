@@ -1,6 +1,7 @@
 // Finding the command, and reading its arguments by its row.
 #include "kelctl/language/command_line.h"
 
+#include "kelctl/language/command_text.h"
 #include "kelctl/terminal/text.h"
 
 #include <fmt/core.h>
@@ -13,6 +14,14 @@ namespace kelctl
 namespace
 {
 
+constexpr struct {
+    std::string_view option;
+    bool manner::*set;
+} manners[] = {
+    {"--json", &manner::json},   {"--trace", &manner::trace}, {"--brief", &manner::brief},
+    {"--quiet", &manner::quiet}, {"--all", &manner::all},
+};
+
 uint32_t column_after(const std::vector<word> &words)
 {
     return words.empty() ? 0 : words.back().end;
@@ -24,12 +33,25 @@ bool has_flag(const line_parts &parts, std::string_view name)
                        [name](const argument_word &one) { return one.option == name && !one.value; });
 }
 
+bool is_shared(const argument &option)
+{
+    return std::ranges::find(shared_options(), option.name, &argument::name) != shared_options().end();
+}
+
 class line_parser
 {
 public:
     line_parser(const command_table &table, const std::vector<word> &words, source where)
         : table_(table), words_(words), where_(where), parts_(parts_of(table, words, where))
     {
+    }
+
+    manner manner_of(const line_parts &parts)
+    {
+        manner asked;
+        for (const auto &[option, set] : manners)
+            asked.*set = has_flag(parts, option);
+        return asked;
     }
 
     invocation parse()
@@ -41,8 +63,7 @@ public:
         if (!parts_.row)
             ask_for_more_words();
         parsed_.row = parts_.row;
-        parsed_.json = has_flag(parts_, "--json");
-        parsed_.trace = has_flag(parts_, "--trace");
+        parsed_.shown = manner_of(parts_);
         parsed_.raw = has_flag(parts_, "--raw");
         for (const argument_word &one : parts_.arguments)
             one.option.empty() ? take_positional(one) : take_option(one);
@@ -55,7 +76,7 @@ private:
     invocation help_on_command_words()
     {
         invocation help = kelctl::parse(table_, words_of("help " + parts_.name), where_);
-        help.json = has_flag(parts_, "--json");
+        help.shown = manner_of(parts_);
         return help;
     }
 
@@ -73,12 +94,23 @@ private:
         if (word.text.starts_with("-"))
             throw wrong_line(fmt::format("there is no option {}", in_quotes(word.text)), word.column);
         const std::string asked = with_words_before(word.text);
+        if (holds_command_words(word.text))
+            throw wrong_line(fmt::format("{} is one word; write the words of a command without quotation marks: {}",
+                                         in_quotes(word.text), typed(asked, where_)),
+                             word.column);
         if (const command *elsewhere = table_.find(asked); elsewhere && !elsewhere->allowed_in(where_))
             throw wrong_line(fmt::format("{} cannot be used here", in_quotes(asked)), word.column);
         const std::string_view meant = nearest(word.text, table_.next_words(parts_.name, where_));
         const std::string hint =
             meant.empty() ? "" : fmt::format("; did you mean {}?", in_quotes(with_words_before(meant)));
         throw wrong_line(fmt::format("there is no command {}{}", in_quotes(asked), hint), word.column);
+    }
+
+    // Words of a command that quotation marks made one.
+    bool holds_command_words(std::string_view text) const
+    {
+        const auto known = table_.next_words(parts_.name, where_);
+        return text.find(' ') != text.npos && std::ranges::find(known, text.substr(0, text.find(' '))) != known.end();
     }
 
     std::string with_words_before(std::string_view last) const
@@ -92,7 +124,7 @@ private:
             refuse_option(given);
         if (given.meant->is_flag() && given.value)
             throw wrong_line(fmt::format("{} takes no value", given.option), given.written.column);
-        if (given.option == "--json" || given.option == "--trace" || given.option == "--raw")
+        if (is_shared(*given.meant))
             return;
         if (parsed_.given.has(given.option))
             throw wrong_line(fmt::format("{} is given twice", given.option), given.written.column);
@@ -193,6 +225,14 @@ private:
 };
 
 } // namespace
+
+manner manner_of(const line_parts &parts)
+{
+    manner asked;
+    for (const auto &[option, set] : manners)
+        asked.*set = has_flag(parts, option);
+    return asked;
+}
 
 invocation parse(const command_table &table, const std::vector<word> &words, source where)
 {

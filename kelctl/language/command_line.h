@@ -38,6 +38,9 @@ private:
 // The words of a line without its end; none of an empty line or a comment. Throws wrong_line.
 std::vector<word> words_of(std::string_view line);
 
+// What of a line says how results are shown.
+manner manner_of(const line_parts &parts);
+
 // The command of the table that these words ask for, with its arguments read. Throws wrong_line.
 invocation parse(const command_table &table, const std::vector<word> &words, source where);
 

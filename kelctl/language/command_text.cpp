@@ -68,6 +68,11 @@ std::vector<std::string> words_of(const argument &one, const argument_value &val
 
 } // namespace
 
+std::string typed(std::string_view command, source where)
+{
+    return fmt::format("{}{}", where == source::program ? "kelctl " : "", command);
+}
+
 std::string text_of(const invocation &asked)
 {
     std::vector<std::string> positional;

@@ -5,12 +5,16 @@
 #include "kelctl/language/command.h"
 
 #include <string>
+#include <string_view>
 
 namespace kelctl
 {
 
 // "ebcom path add 02:00:00:02:00:01 --port RLU1P --rate "100 Mbit/s" --burst "64 KiB"". What counts as the default
-// is left out; --json and --trace are, too.
+// is left out, and so is how results are shown.
 std::string text_of(const invocation &asked);
+
+// A command as it is typed there: the program's begins with "kelctl".
+std::string typed(std::string_view command, source where);
 
 } // namespace kelctl

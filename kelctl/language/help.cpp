@@ -1,6 +1,8 @@
 // The layout of help.
 #include "kelctl/language/help.h"
 
+#include "kelctl/language/command_line.h"
+#include "kelctl/language/command_text.h"
 #include "kelctl/terminal/text.h"
 
 #include <fmt/core.h>
@@ -15,7 +17,7 @@ namespace
 
 constexpr size_t narrowest_left_column = 24;
 
-constexpr std::string_view about = "Control process of a node: configures the IC side of its packet accelerator.\n";
+constexpr std::string_view about = "Control process of a node: configures the IC side of its packet accelerator.";
 
 constexpr meaning statuses[] = {
     {"0", "done"},
@@ -46,21 +48,23 @@ struct help_row {
     std::string right;
 };
 
-// All with one left column, as wide as the widest of them.
-std::string rows_text(const std::vector<help_row> &rows)
+// All with one left column, as wide as the widest of them; where that leaves too little room, in lines of their own.
+std::string rows_text(const std::vector<help_row> &rows, size_t width)
 {
-    size_t width = narrowest_left_column;
+    size_t left = narrowest_left_column;
     for (const help_row &row : rows)
-        width = std::max(width, row.left.size() + 4);
+        left = std::max(left, row.left.size() + 4);
+    const bool apart = left > width / 2;
     std::string text;
     for (const help_row &row : rows)
-        text += wrapped(fmt::format("  {:<{}}", row.left, width - 2), row.right);
+        text += apart ? wrapped("  ", row.left, width) + wrapped("      ", row.right, width)
+                      : wrapped(fmt::format("  {:<{}}", row.left, left - 2), row.right, width);
     return text;
 }
 
-std::string section(std::string_view heading, const std::vector<help_row> &rows)
+std::string section(std::string_view heading, const std::vector<help_row> &rows, size_t width)
 {
-    return rows.empty() ? "" : fmt::format("\n{}:\n{}", heading, rows_text(rows));
+    return rows.empty() ? "" : fmt::format("\n{}:\n{}", heading, rows_text(rows, width));
 }
 
 void add_arguments(const std::vector<argument> &arguments, bool options, std::vector<help_row> &rows)
@@ -70,24 +74,24 @@ void add_arguments(const std::vector<argument> &arguments, bool options, std::ve
             rows.push_back({with_value(one), argument_text(one)});
 }
 
-std::string argument_sections(const command &row)
+std::string argument_sections(const command &row, size_t width)
 {
     std::vector<help_row> arguments;
     std::vector<help_row> options;
     add_arguments(row.arguments, false, arguments);
     add_arguments(row.arguments, true, options);
     add_arguments(shared_options(), true, options);
-    return section("Arguments", arguments) + section("Options", options);
+    return section("Arguments", arguments, width) + section("Options", options, width);
 }
 
-std::string function_section(const command &row)
+std::string function_section(const command &row, size_t width)
 {
     std::vector<help_row> functions;
     for (const variant &one : row.variants)
         if (!one.function.empty())
             functions.push_back({std::string(one.word), fmt::format("{}()", one.function)});
     if (functions.size() > 1)
-        return section("Functions of the library, by --variant", functions);
+        return section("Functions of the library, by --variant", functions, width);
     return functions.empty() ? "" : fmt::format("\nFunction of the library:\n  {}\n", functions.front().right);
 }
 
@@ -119,13 +123,29 @@ std::vector<help_row> group_rows(const command_table &table, source where)
     return rows;
 }
 
-std::string overview(const command_table &table, source where)
+// Broken between words only, and so that a system's shell takes the lines for one.
+std::string example_text(const command &row, source where, size_t width)
+{
+    constexpr std::string_view continued = " \\";
+    const std::string example = typed(row.example, where);
+    std::vector<std::string> words;
+    for (const word &one : words_of(example))
+        words.push_back(example.substr(one.column - 1, one.end - one.column));
+    std::string lines = wrapped("  ", words, width - continued.size());
+    if (where == source::program)
+        for (size_t end = 0; (end = lines.find('\n', end)) + 1 < lines.size(); end += continued.size() + 1)
+            lines.insert(end, continued);
+    return lines;
+}
+
+std::string overview(const command_table &table, source where, size_t width)
 {
     const auto of_one_word = [](const command &row) { return row.name.find(' ') == std::string_view::npos; };
     std::vector<help_row> options;
     add_arguments(shared_options(), true, options);
-    return section("Commands", command_rows(table, where, of_one_word)) +
-           section("Groups of commands", group_rows(table, where)) + section("Options of every command", options);
+    return section("Commands", command_rows(table, where, of_one_word), width) +
+           section("Groups of commands", group_rows(table, where), width) +
+           section("Options of every command", options, width);
 }
 
 } // namespace
@@ -177,27 +197,38 @@ std::vector<std::string> usage_of(const command &row)
     return parts;
 }
 
-std::string help_of(const command &row)
+std::string help_hint(std::string_view words, source where)
 {
-    const std::string details = row.details.empty() ? "" : fmt::format("\n{}\n", row.details);
-    const std::string only = row.needs_accelerator ? "\nOnly on the software accelerator.\n" : "";
-    const std::string example = fmt::format("\nExample:\n{}", wrapped("  ", row.example));
-    return fmt::format("{}\n\n{}", row.help, wrapped("Usage: ", usage_of(row))) + argument_sections(row) + details +
-           only + function_section(row) + example;
+    const std::string help = words.empty() && where != source::program ? "help" : "--help";
+    return fmt::format("See \"{}\".\n", typed(words.empty() ? help : fmt::format("{} {}", words, help), where));
 }
 
-std::string help_of_words(const command_table &table, std::string_view words, source where)
+std::string help_of(const command &row, source where, size_t width)
 {
+    std::vector<std::string> usage = usage_of(row);
+    usage.front() = typed(usage.front(), where);
+    const std::string details = row.details.empty() ? "" : "\n" + filled(row.details, width);
+    const std::string only = row.needs_accelerator ? "\nOnly on the software accelerator.\n" : "";
+    return wrapped("", row.help, width) + "\n" + wrapped("Usage: ", usage, width) + argument_sections(row, width) +
+           details + only + function_section(row, width) + "\nExample:\n" + example_text(row, where, width);
+}
+
+std::string help_of_words(const command_table &table, std::string_view words, source where, size_t width)
+{
+    const auto listed = [width](std::string_view heading, std::span<const meaning> meanings) {
+        return section(heading, rows_of(meanings), width);
+    };
     if (words.empty() && where == source::program)
-        return fmt::format(
-            "{}\nUsage: kelctl COMMAND ...\n{}{}{}{}\n\"kelctl help COMMAND\" tells more of a command.\n", about,
-            overview(table, where), section("Instead of a command", rows_of(program_options)),
-            section("Exit status", rows_of(statuses)), section("Environment", rows_of(variables)));
+        return wrapped("", about, width) + "\nUsage: kelctl COMMAND ...\n" + overview(table, where, width) +
+               listed("Instead of a command", program_options) + listed("Exit status", statuses) +
+               listed("Environment", variables) + "\n" +
+               wrapped("", "\"kelctl help COMMAND\" shows the arguments of a command.", width);
     if (words.empty())
-        return overview(table, where).substr(1) + "\n\"help COMMAND\" tells more of a command or group.\n";
+        return overview(table, where, width).substr(1) + "\n" +
+               wrapped("", "\"help COMMAND\" shows the arguments of a command, or the commands of a group.", width);
     const std::string beginning = fmt::format("{} ", words);
     const auto begins = [&](const command &row) { return row.name.starts_with(beginning); };
-    return section("Commands", command_rows(table, where, begins)).substr(1);
+    return section("Commands", command_rows(table, where, begins), width).substr(1);
 }
 
 } // namespace kelctl

@@ -1,8 +1,9 @@
-// Help, made from a table of commands. Every line has at most 80 columns.
+// Help, made from a table of commands. Where a width is given, no line is longer, unless a word is.
 #pragma once
 
 #include "kelctl/language/command.h"
 
+#include <cstddef>
 #include <span>
 #include <string>
 #include <string_view>
@@ -33,10 +34,13 @@ std::string argument_text(const argument &argument);
 // How it is asked for, in parts that belong together: "ebcom path add", "MAC", "--port PORT", "[--rate RATE]".
 std::vector<std::string> usage_of(const command &row);
 
+// Where a mistake in these words of a command is explained: "See "kelctl ebcom path --help"."
+std::string help_hint(std::string_view words, source where);
+
 // Of one command: how it is asked for, its arguments, its details, an example.
-std::string help_of(const command &row);
+std::string help_of(const command &row, source where, size_t width);
 
 // The commands that begin with these words; of all when there are none, and then with how the program itself is used.
-std::string help_of_words(const command_table &table, std::string_view words, source where);
+std::string help_of_words(const command_table &table, std::string_view words, source where, size_t width);
 
 } // namespace kelctl

@@ -43,7 +43,7 @@ public:
         if (row && row->allowed_in(where_))
             take_arguments(*row);
         else if (more())
-            parts_.unknown = words_[next_];
+            take_unknown();
         return std::move(parts_);
     }
 
@@ -73,6 +73,15 @@ private:
     std::string command_word(const std::string &text) const
     {
         return parts_.name.empty() && text == "--version" ? "version" : text;
+    }
+
+    // What every command has, counts behind it all the same.
+    void take_unknown()
+    {
+        parts_.unknown = words_[next_];
+        for (; more(); ++next_)
+            if (const argument *shared = shared_option(words_[next_].text))
+                parts_.arguments.push_back({.written = words_[next_], .option = shared->name, .meant = shared});
     }
 
     void take_arguments(const command &row)

@@ -28,6 +28,7 @@ struct failure {
     std::string operation; // the call with its arguments
     uint32_t code = 0;
     std::vector<trace_entry> records; // that it fired
+    std::string hint = {};            // what to do about it; empty: nothing is known
 };
 
 // Parameters of a call: passed() is what they hand over, text() what a report shows of it; results have none.

@@ -26,18 +26,25 @@ std::string refusal_text(const explanation &why)
 
 } // namespace
 
-std::string report_of(const failure &failure, bool tracer_installed, const page &page, std::string_view place)
+std::string records_of(const failure &failure, bool tracer_installed, const page &page)
+{
+    if (!tracer_installed)
+        return line_on(page, "no trace records: the tracer is not installed on this machine");
+    const std::string_view function = std::string_view(failure.operation).substr(0, failure.operation.find('('));
+    return line_on(page, fmt::format("trace records of {}():", function)) + records_text(failure.records, page);
+}
+
+std::string report_of(const failure &failure, const page &page, std::string_view place)
 {
     constexpr std::string_view begin = "failed:";
     const std::string painted = page.paint(colour::failure, begin);
-    const std::string_view function = std::string_view(failure.operation).substr(0, failure.operation.find('('));
-    std::string report = tracer_installed
-                             ? fmt::format("trace records of {}():\n", function) + records_text(failure.records, page)
-                             : line_on(page, "no trace records: the tracer is not installed on this machine");
-    report += line_on(page, fmt::format("{}{} {}", place, painted, failure.operation), painted.size() - begin.size());
+    std::string report =
+        line_on(page, fmt::format("{}{} {}", place, painted, failure.operation), painted.size() - begin.size());
     report += line_on(page, fmt::format("  code {}: {}", failure.code, kei_util_init_rc_str_get(failure.code)));
     if (const auto why = explanation_of(failure))
         report += line_on(page, fmt::format("  {}", refusal_text(*why)));
+    if (!failure.hint.empty())
+        report += line_on(page, fmt::format("  {}", failure.hint));
     return report;
 }
 

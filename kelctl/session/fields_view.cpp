@@ -17,8 +17,6 @@ namespace kelctl
 namespace
 {
 
-constexpr size_t usual_width = 80;
-
 std::string title(std::string name)
 {
     std::replace(name.begin(), name.end(), '_', ' ');
@@ -184,7 +182,7 @@ size_t widest_title(const fields &shown)
 
 page page_for(std::FILE *stream)
 {
-    return {painter_for(stream), line_width(stream)};
+    return {.paint = painter_for(stream), .width = line_width(stream)};
 }
 
 std::string line_on(const page &page, std::string_view line, size_t unseen)

@@ -16,7 +16,8 @@ namespace kelctl
 // Where text is shown.
 struct page {
     painter paint;
-    std::optional<size_t> width = {}; // of its lines; none: as long as they are
+    std::optional<size_t> width = {};       // of its lines; none: as long as they are
+    std::optional<size_t> most_rows = {20}; // of a list; none: all
 };
 
 page page_for(std::FILE *stream);

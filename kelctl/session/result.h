@@ -34,6 +34,7 @@ struct result {
     std::optional<uint32_t> code = {}; // the library's; none: no function of it was asked
     std::vector<failure> failures = {};
     std::vector<input_error> errors = {};
+    std::vector<input_error> warnings = {};   // what is allowed, and hardly meant
     std::vector<trace_entry> complaints = {}; // failures that the library's records report, though it succeeded
     bool shown_already = false;               // all of it was shown as it came up
     std::string_view stage = {};              // of a longer command, whose failures these are: "take-down"

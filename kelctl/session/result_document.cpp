@@ -93,12 +93,15 @@ fields document_of(const result &done, const invocation &asked, const origin &fr
     document["text"] = done.code ? fields(kei_util_init_rc_str_get(*done.code)) : fields(nullptr);
     document["result"] = done.shown;
 
-    const auto failure_with_records = [tracer_installed](const failure &failed) {
+    const auto failure_with_records = [&](const failure &failed) {
         fields told = failure_fields(failed);
-        told["records"] = tracer_installed ? list_of(failed.records, record_fields) : fields(nullptr);
+        if (!asked.shown.brief)
+            told["records"] = tracer_installed ? list_of(failed.records, record_fields) : fields(nullptr);
         return told;
     };
     add_list(document, "failure", "further_failures", list_of(done.failures, failure_with_records));
+    if (!done.warnings.empty())
+        document["warnings"] = list_of(done.warnings, error_of);
     if (!done.complaints.empty())
         document["complaints"] = list_of(done.complaints, record_fields);
     add_list(document, "error", "further_errors", list_of(done.errors, error_of));
@@ -107,11 +110,14 @@ fields document_of(const result &done, const invocation &asked, const origin &fr
 
 fields failure_fields(const failure &failed)
 {
-    return {{"operation", failed.operation},
-            {"function", failed.operation.substr(0, failed.operation.find('('))},
-            {"code", failed.code},
-            {"text", kei_util_init_rc_str_get(failed.code)},
-            {"refusal", refusal_of(failed)}};
+    fields told = {{"operation", failed.operation},
+                   {"function", failed.operation.substr(0, failed.operation.find('('))},
+                   {"code", failed.code},
+                   {"text", kei_util_init_rc_str_get(failed.code)},
+                   {"refusal", refusal_of(failed)}};
+    if (!failed.hint.empty())
+        told["hint"] = failed.hint;
+    return told;
 }
 
 fields record_fields(const trace_entry &entry)

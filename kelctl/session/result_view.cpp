@@ -10,13 +10,16 @@
 #include <fmt/core.h>
 
 #include <algorithm>
+#include <span>
 
 namespace kelctl
 {
 namespace
 {
 
-constexpr size_t most_full_reports = 10; // more of them would hide the rest
+// More of them would hide the rest.
+constexpr size_t most_full_reports = 10;
+constexpr size_t most_errors = 20;
 
 std::string place_text(const origin &from)
 {
@@ -40,40 +43,60 @@ std::string lines_on(const page &page, std::string_view text)
     return lines;
 }
 
-std::string more_failures_text(const result &done)
+std::string more_text(size_t more, std::string_view what)
 {
-    const std::string stage = done.stage.empty() ? "" : fmt::format(" of the {}", done.stage);
-    return fmt::format("{} more operations{} failed\n", done.failures.size() - most_full_reports, stage);
+    return more == 0 ? "" : fmt::format("{} more {}; --all shows them\n", with_separators(more), what);
+}
+
+std::string failures_text(const result &done, const origin &from, const manner &shown, bool tracer_installed,
+                          const page &page)
+{
+    const std::string what =
+        done.stage.empty() ? "operations failed" : fmt::format("operations of the {} failed", done.stage);
+    const size_t most = shown.all ? done.failures.size() : std::min(done.failures.size(), most_full_reports);
+    std::string text;
+    for (const failure &one : std::span(done.failures).first(most))
+        text += (shown.brief ? "" : records_of(one, tracer_installed, page)) + report_of(one, page, place_text(from));
+    return text + more_text(done.failures.size() - most, what);
+}
+
+std::string errors_text(const std::vector<input_error> &errors, std::string_view what, const origin &from,
+                        const manner &shown, const page &page, std::string_view lead = "")
+{
+    const size_t most = shown.all ? errors.size() : std::min(errors.size(), most_errors);
+    std::string text;
+    for (input_error error : std::span(errors).first(most)) {
+        error.message.insert(0, lead);
+        text += lines_on(page, error_text(error, from));
+    }
+    return text + more_text(errors.size() - most, what);
 }
 
 } // namespace
 
-void show(const result &done, const origin &from, bool tracer_installed)
+void show(const result &done, const origin &from, const manner &shown, bool tracer_installed)
 {
     if (done.shown_already)
         return;
-    write(stdout, fields_text(done.text ? *done.text : done.shown, page_for(stdout)));
+    if (!shown.quiet)
+        write(stdout, fields_text(done.text ? *done.text : done.shown, page_for(stdout)));
     const page page = page_for(stderr);
-    std::string told;
-    for (const input_error &error : done.errors)
-        told += lines_on(page, error_text(error, from));
-    for (size_t i = 0; i < std::min(done.failures.size(), most_full_reports); ++i)
-        told += report_of(done.failures[i], tracer_installed, page, place_text(from));
-    if (done.failures.size() > most_full_reports)
-        told += more_failures_text(done);
+    std::string told = shown.quiet ? "" : errors_text(done.warnings, "warnings", from, shown, page, "warning: ");
+    told += errors_text(done.errors, "problems", from, shown, page);
+    told += failures_text(done, from, shown, tracer_installed, page);
     if (!done.complaints.empty())
         told += complaints_text(place_text(from) + "it", done.complaints, page);
     if (!done.remark.empty())
-        told += place_text(from) + done.remark + (done.remark.ends_with('\n') ? "" : "\n");
+        told += lines_on(page, place_text(from) + done.remark);
     write(stderr, told);
 }
 
-void show_wrong_line(const input_error &error, bool json)
+void show_wrong_line(const input_error &error, std::string_view hint, bool json)
 {
     if (json)
         write(stdout, line_of(document_of(error)));
     else
-        write(stderr, lines_on(page_for(stderr), text_of(error)));
+        write(stderr, lines_on(page_for(stderr), text_of(error)) + std::string(hint));
 }
 
 std::string text_of(const input_error &error)

@@ -2,6 +2,7 @@
 #include "kelctl/session/session.h"
 
 #include "kelctl/accelerator/software_accelerator.h"
+#include "kelctl/language/help.h"
 #include "kelctl/library/trace_log.h"
 #include "kelctl/session/result_document.h"
 #include "kelctl/session/result_view.h"
@@ -25,10 +26,17 @@ bool applies(const invocation &asked)
     return !asked.row->needs_accelerator || on_software_accelerator();
 }
 
+// Words of the command that do not go together: of a file, its own place says more than the command's help.
+bool is_wrong_use(const result &done)
+{
+    return done.status == exit_wrong_input && !done.shown_already && !done.errors.empty() &&
+           done.errors.front().file.empty();
+}
+
 } // namespace
 
-session::session(const command_table &commands, source here, bool json, bool trace)
-    : table(commands), where(here), json_by_default_(json), trace_by_default_(trace), json_(json)
+session::session(const command_table &commands, source here, const manner &shown)
+    : table(commands), where(here), shown_by_default_(shown), shown_(shown)
 {
 }
 
@@ -36,29 +44,33 @@ session::~session() = default;
 
 result session::carry_out(const invocation &asked, const std::string &file)
 {
-    show_as(asked.json, asked.trace);
+    const source here = where;
+    show_as(asked.shown);
     result done = perform(asked);
     remember(asked);
-    show_as(asked.json, asked.trace); // the command may have carried out others meanwhile
+    show_as(asked.shown); // the command may have carried out others meanwhile
     const origin from = {file, asked.line};
-    if (json_)
+    if (!shown_.json)
+        show(done, from, shown_, tracer_installed());
+    else if (!shown_.quiet || done.status != exit_done)
         write(stdout, line_of(document_of(done, asked, from, tracer_installed())));
-    else
-        show(done, from, tracer_installed());
-    show_as(false, false);
+    if (!shown_.json && is_wrong_use(done) && file.empty())
+        write(stderr, help_hint(asked.row->name, here));
+    show_as({});
     return done;
 }
 
 void session::show_part(result &whole, result part, const origin &from)
 {
-    if (!json_)
-        show(part, from, tracer_installed());
+    if (!shown_.json)
+        show(part, from, shown_, tracer_installed());
     whole.shown_already = true;
     whole.status = std::max(whole.status, part.status);
     for (auto &[name, value] : part.shown.members())
         whole.shown[name] = std::move(value);
     std::ranges::move(part.failures, std::back_inserter(whole.failures));
     std::ranges::move(part.errors, std::back_inserter(whole.errors));
+    std::ranges::move(part.warnings, std::back_inserter(whole.warnings));
 }
 
 result session::called(const std::function<std::string()> &text, const std::function<uint32_t()> &call)
@@ -76,14 +88,31 @@ result session::called(const std::function<std::string()> &text, const std::func
     return done;
 }
 
-void session::note(const invocation &asked, const result &done)
+void session::note(const invocation &asked, result &done)
 {
+    if (!done.failures.empty())
+        done.failures.back().hint = missing_service(*asked.row);
     if (done.code == 0)
         made.note(asked);
     else if (asked.row->failure_leaves_something)
         made.note_failed(asked);
     if (on_made && done.code == 0)
         on_made();
+}
+
+// What to do about a service that the command needs, and that nothing has started; empty: nothing.
+std::string session::missing_service(const command &row) const
+{
+    const auto starts_it = [&row](const command &other) { return other.starts == row.service; };
+    const auto started = [&](const made_command &one) { return !one.failed && starts_it(*one.asked.row); };
+    if (row.service.empty() || std::ranges::any_of(made.all(), started))
+        return "";
+    const auto start = std::ranges::find_if(table.rows(), starts_it);
+    return fmt::format("the {} is not started in this process: \"{}\" starts it{}", row.service, start->name,
+                       where != source::program
+                           ? ""
+                           : "; commands that belong together go into a script for \"kelctl run\", or into \"kelctl "
+                             "shell\"");
 }
 
 result session::perform(const invocation &asked)
@@ -98,6 +127,14 @@ result session::perform(const invocation &asked)
     } catch (const std::exception &error) {
         return refused(error.what());
     }
+}
+
+page session::output_page() const
+{
+    page page = page_for(stdout);
+    if (shown_.all)
+        page.most_rows.reset();
+    return page;
 }
 
 bool session::tracer_installed() const
@@ -116,23 +153,27 @@ trace_log &session::log()
 
 void session::stream(const fields &document) const
 {
-    if (json_)
+    if (shown_.json && !shown_.quiet)
         write(stdout, line_of(document));
 }
 
 // What the program was asked for counts for every command.
-void session::show_as(bool json, bool trace)
+void session::show_as(const manner &asked)
 {
-    json_ = json || json_by_default_;
-    tracing_ = trace || trace_by_default_;
+    const auto &usual = shown_by_default_;
+    shown_ = {.json = asked.json || usual.json,
+              .trace = asked.trace || usual.trace,
+              .brief = asked.brief || usual.brief,
+              .quiet = asked.quiet || usual.quiet,
+              .all = asked.all || usual.all};
     if (log_)
         direct_trace();
 }
 
 void session::direct_trace()
 {
-    log_->print_to(tracing_ ? stderr : nullptr, json_ ? json_line : text_line);
-    if (tracing_ && !tracer_installed() && !std::exchange(missing_tracer_told_, true))
+    log_->print_to(shown_.trace ? stderr : nullptr, shown_.json ? json_line : text_line);
+    if (shown_.trace && !tracer_installed() && !std::exchange(missing_tracer_told_, true))
         write(stderr, "no trace: the tracer is not installed on this machine\n");
 }
 

@@ -6,6 +6,7 @@
 #include "kelctl/language/command.h"
 #include "kelctl/language/known_words.h"
 #include "kelctl/library/library_call.h"
+#include "kelctl/session/fields_view.h"
 #include "kelctl/session/result.h"
 #include "kelctl/session/undo.h"
 
@@ -25,7 +26,7 @@ class session
 {
 public:
     // The table has to outlive it, as every command that it carries out comes from there.
-    session(const command_table &commands, source where, bool json, bool trace);
+    session(const command_table &commands, source where, const manner &shown);
     ~session();
 
     // Carries the command out, remembers the words it used, and shows its result. `file` is where its line stands; empty
@@ -57,6 +58,9 @@ public:
                       [&] { return call_with(function, parameters...); });
     }
 
+    // Where text is shown on standard output, with as many rows of a list as were asked for.
+    page output_page() const;
+
     // A line of a stream, where results are shown as JSON: nothing elsewhere.
     void stream(const fields &document) const;
 
@@ -67,12 +71,17 @@ public:
 
     bool json() const
     {
-        return json_;
+        return shown_.json;
     }
 
     bool tracing() const
     {
-        return tracing_;
+        return shown_.trace;
+    }
+
+    bool quiet() const
+    {
+        return shown_.quiet;
     }
 
     const command_table &table;
@@ -89,16 +98,15 @@ public:
 
 private:
     result called(const std::function<std::string()> &text, const std::function<uint32_t()> &call);
-    void note(const invocation &asked, const result &done);
-    void show_as(bool json, bool trace);
+    void note(const invocation &asked, result &done);
+    void show_as(const manner &asked);
+    std::string missing_service(const command &row) const;
     void direct_trace();
     void remember(const invocation &asked);
 
     std::unique_ptr<trace_log> log_;
-    const bool json_by_default_;
-    const bool trace_by_default_;
-    bool json_;
-    bool tracing_ = false;
+    const manner shown_by_default_;
+    manner shown_;
     bool missing_tracer_told_ = false;
 };
 

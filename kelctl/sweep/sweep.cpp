@@ -38,7 +38,7 @@ public:
     uint32_t run()
     {
         leave_interruptions_to_parent();
-        session_.emplace(table_, source::script, true, false);
+        session_.emplace(table_, source::script, manner{.json = true});
         for (const invocation &line : lines_) {
             if (const result done = session_->perform(line); done.status != exit_done)
                 return note_failure(line, done);

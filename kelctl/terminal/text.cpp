@@ -15,7 +15,6 @@ namespace
 
 constexpr size_t longest_shown = 160;
 constexpr size_t most_wrong_letters = 2;
-constexpr size_t line_width = 80;
 
 bool is_control(char c)
 {
@@ -68,7 +67,7 @@ std::string did_you_mean(std::string_view word, std::span<const std::string_view
     return meant.empty() ? "" : fmt::format("; did you mean \"{}\"?", meant);
 }
 
-std::string wrapped(std::string_view lead, std::string_view text)
+std::string wrapped(std::string_view lead, std::string_view text, size_t width)
 {
     std::vector<std::string> words;
     while (!text.empty()) {
@@ -76,16 +75,16 @@ std::string wrapped(std::string_view lead, std::string_view text)
         words.emplace_back(text.substr(0, end));
         text.remove_prefix(std::min(end + 1, text.size()));
     }
-    return wrapped(lead, words);
+    return wrapped(lead, words, width);
 }
 
-std::string wrapped(std::string_view lead, std::span<const std::string> parts)
+std::string wrapped(std::string_view lead, std::span<const std::string> parts, size_t width)
 {
     std::string lines;
     std::string line(lead);
     bool line_begins = true;
     for (const std::string &part : parts) {
-        if (!line_begins && line.size() + 1 + part.size() > line_width) {
+        if (!line_begins && line.size() + 1 + part.size() > width) {
             lines += line + "\n";
             line = std::string(lead.size(), ' ');
             line_begins = true;
@@ -94,6 +93,20 @@ std::string wrapped(std::string_view lead, std::span<const std::string> parts)
         line_begins = false;
     }
     return lines + line + "\n";
+}
+
+std::string filled(std::string_view text, size_t width)
+{
+    constexpr std::string_view between = "\n\n";
+    std::string lines;
+    while (!text.empty()) {
+        const size_t end = std::min(text.find(between), text.size());
+        std::string paragraph(text.substr(0, end));
+        std::ranges::replace(paragraph, '\n', ' ');
+        lines += (lines.empty() ? "" : "\n") + wrapped("", paragraph, width);
+        text.remove_prefix(std::min(end + between.size(), text.size()));
+    }
+    return lines;
 }
 
 std::string folded(std::string_view line, size_t width, size_t unseen)

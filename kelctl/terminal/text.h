@@ -33,12 +33,18 @@ std::string did_you_mean(std::string_view word, std::span<const std::string_view
 
 using text::with_separators;
 
-// Lines of at most 80 characters: the first begins with `lead`, the others with as many blanks. They are broken at
+// Of what is no terminal's.
+inline constexpr size_t usual_width = 80;
+
+// Lines of at most `width` characters: the first begins with `lead`, the others with as many blanks. They are broken at
 // blanks; a word that is longer stays whole.
-std::string wrapped(std::string_view lead, std::string_view text);
+std::string wrapped(std::string_view lead, std::string_view text, size_t width = usual_width);
 
 // The same, broken between these parts only; one blank is put between two of a line.
-std::string wrapped(std::string_view lead, std::span<const std::string> parts);
+std::string wrapped(std::string_view lead, std::span<const std::string> parts, size_t width = usual_width);
+
+// Text whose lines are filled anew. An empty line stands between paragraphs.
+std::string filled(std::string_view text, size_t width);
 
 // A line in as many as it takes to have at most `width` characters in each. It is broken at blanks, and goes on four
 // columns further in. `unseen` octets of its first part take no room on a terminal.

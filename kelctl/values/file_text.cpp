@@ -16,6 +16,7 @@
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 namespace kelctl
 {
@@ -40,6 +41,20 @@ bool is_input(const struct stat &file)
     return std::any_of(inputs.begin(), inputs.end(), [&](const std::string &name) {
         return stat(name.c_str(), &input) == 0 && same_file(file, input);
     });
+}
+
+// Without what some editors put in: a byte-order mark, carriage returns at the ends of lines.
+std::string plain(std::string text)
+{
+    constexpr std::string_view mark = "\xEF\xBB\xBF";
+    if (text.starts_with(mark))
+        text.erase(0, mark.size());
+    size_t kept = 0;
+    for (size_t i = 0; i < text.size(); ++i)
+        if (text[i] != '\r' || i + 1 == text.size() || text[i + 1] != '\n')
+            text[kept++] = text[i];
+    text.resize(kept);
+    return text;
 }
 
 int leave_open(std::FILE *)
@@ -121,7 +136,7 @@ std::string text_of_file(const std::string &file, problem_list &problems)
         problems.push_back({whole_file, fmt::format("cannot be read: {}", std::strerror(errno))});
     else if (text.size() > largest_file)
         problems.push_back({whole_file, fmt::format("is larger than {}", quantity_text(largest_file, size_units))});
-    return text;
+    return plain(std::move(text));
 }
 
 std::optional<std::string> write_file(const std::string &file, std::string_view text)

@@ -3,7 +3,9 @@
 
 #include <fmt/core.h>
 
+#include <algorithm>
 #include <charconv>
+#include <cstdlib>
 #include <limits>
 
 namespace kelctl
@@ -13,6 +15,17 @@ namespace
 
 constexpr int64_t least = std::numeric_limits<int64_t>::min();
 constexpr int64_t largest = std::numeric_limits<int64_t>::max();
+
+bool is_hexadecimal(std::string_view number)
+{
+    number.remove_prefix(number.starts_with('-') ? 1 : 0);
+    return number.starts_with("0x") || number.starts_with("0X");
+}
+
+std::string number_text(int64_t value, bool hexadecimal)
+{
+    return hexadecimal ? fmt::format("{}0x{:X}", value < 0 ? "-" : "", std::abs(value)) : std::to_string(value);
+}
 
 int64_t with_sign(uint64_t magnitude, bool negative)
 {
@@ -27,7 +40,7 @@ std::optional<int64_t> parse_whole_number(std::string_view text)
 {
     const bool negative = text.starts_with('-');
     text.remove_prefix(negative ? 1 : 0);
-    const bool hexadecimal = text.starts_with("0x") || text.starts_with("0X");
+    const bool hexadecimal = is_hexadecimal(text);
     text.remove_prefix(hexadecimal ? 2 : 0);
 
     uint64_t magnitude = 0;
@@ -41,7 +54,13 @@ std::optional<int64_t> parse_whole_number(std::string_view text)
 
 std::string outside(std::string_view shown, const range &allowed)
 {
-    return fmt::format("{} is not in {}", shown, allowed.text);
+    const bool hexadecimal = is_hexadecimal(shown);
+    const size_t second = allowed.text.find(" to ");
+    if (hexadecimal == is_hexadecimal(allowed.text) || second == allowed.text.npos)
+        return fmt::format("{} is not in {}", shown, allowed.text);
+    const size_t unit = std::min(allowed.text.find(' ', second + 4), allowed.text.size());
+    return fmt::format("{} is not in {} to {}{}", shown, number_text(allowed.min, hexadecimal),
+                       number_text(allowed.max, hexadecimal), allowed.text.substr(unit));
 }
 
 } // namespace kelctl

@@ -24,7 +24,7 @@ struct range {
 // Decimal, or hexadecimal after 0x, with or without a minus. One that 64 bits cannot hold becomes the nearest they can.
 std::optional<int64_t> parse_whole_number(std::string_view text);
 
-// "512 is not in 1 to 511"; `shown` is the value as it was written.
+// "512 is not in 1 to 511", "0x200 is not in 0x1 to 0x1FF"; `shown` is the value as it was written.
 std::string outside(std::string_view shown, const range &allowed);
 
 } // namespace kelctl

@@ -18,7 +18,7 @@ inline invocation asked(const std::string &line)
 
 // JSON, so that nothing is shown before the end of a command.
 struct script_session : session {
-    script_session() : session(commands(), source::script, true, false)
+    script_session() : session(commands(), source::script, {.json = true})
     {
     }
 

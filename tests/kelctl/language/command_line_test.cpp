@@ -42,8 +42,8 @@ TEST(CommandLine, DefaultsCountWhereNothingIsGiven)
 TEST(CommandLine, OptionsMayStandAnywhereAfterTheCommand)
 {
     const invocation asked = parsed("lamp group join --json 300 --trace 7");
-    EXPECT_TRUE(asked.json);
-    EXPECT_TRUE(asked.trace);
+    EXPECT_TRUE(asked.shown.json);
+    EXPECT_TRUE(asked.shown.trace);
     EXPECT_EQ(asked.given.id("GROUP"), 300u);
     EXPECT_EQ(asked.given.id("ID"), 7u);
 }
@@ -52,8 +52,8 @@ TEST(CommandLine, SharedOptionsMayStandBeforeAndWithinTheCommand)
 {
     for (const char *line : {"--json lamp group drop 7", "lamp --json group drop 7"}) {
         const invocation asked = parsed(line);
-        EXPECT_TRUE(asked.json) << line;
-        EXPECT_FALSE(asked.trace) << line;
+        EXPECT_TRUE(asked.shown.json) << line;
+        EXPECT_FALSE(asked.shown.trace) << line;
         EXPECT_EQ(asked.row->name, "lamp group drop") << line;
     }
 }
@@ -71,7 +71,7 @@ TEST(CommandLine, ValueOfAnOptionMayLookLikeAnOption)
         const invocation asked = parsed(std::string("say hello --prefix ") + value);
         EXPECT_EQ(asked.row->name, "say") << value;
         EXPECT_EQ(asked.given.text("--prefix"), value);
-        EXPECT_FALSE(asked.json) << value;
+        EXPECT_FALSE(asked.shown.json) << value;
     }
 }
 
@@ -93,7 +93,7 @@ TEST(CommandLine, HelpMeansTheCommandSoFarWhateverElseIsMissing)
     EXPECT_THAT(words_of_help("--help lamp"), ElementsAre("lamp"));
     EXPECT_THAT(words_of_help("--help"), ElementsAre());
     EXPECT_THAT(words_of_help("help lamp add"), ElementsAre("lamp", "add"));
-    EXPECT_TRUE(parsed("lamp --help --json").json);
+    EXPECT_TRUE(parsed("lamp --help --json").shown.json);
 }
 
 TEST(CommandLine, HelpIsACommandOfTheTable)
@@ -122,6 +122,10 @@ const wrong_command wrong_commands[] = {
     {"UnknownSecondWord", "lamp gruop add", 6, "there is no command \"lamp gruop\"; did you mean \"lamp group\"?"},
     {"UnknownWordBeforeHelp", "down --help", 1, "there is no command \"down\""},
     {"UnknownWordBehindHelp", "--help down", 8, "there is no command \"down\""},
+    {"WordsMadeOneByQuotes", "'lamp group' drop 7", 1,
+     "\"lamp group\" is one word; write the words of a command without quotation marks: lamp group"},
+    {"LaterWordsMadeOneByQuotes", "lamp 'group drop 7'", 6,
+     "\"group drop 7\" is one word; write the words of a command without quotation marks: lamp group drop 7"},
     {"WordIsMissing", "lamp group", 11, "\"lamp group\" is followed by one of these: make, drop, join"},
     {"NotInAScript", "load lamps", 1, "\"load\" cannot be used here"},
     {"UnknownLeadingOption", "--wat lamp add", 1, "there is no option \"--wat\""},

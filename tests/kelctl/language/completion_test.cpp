@@ -71,22 +71,26 @@ TEST(Completion, IdsOfWhatIsMeantInTheirOrder)
     EXPECT_THAT(words("lamp group drop "), ElementsAre("9", "444"));
     EXPECT_THAT(words("lamp group join 444 "), ElementsAre("7", "8", "70", "300"));
     EXPECT_THAT(words("lamp group join 444 7"), ElementsAre("7", "70"));
-    EXPECT_THAT(words("lamp group make "), ElementsAre("--json", "--trace", "--raw", "--help"));
+    EXPECT_THAT(words("lamp group make "),
+                ElementsAre("--json", "--trace", "--brief", "--quiet", "--all", "--raw", "--help"));
 }
 
 TEST(Completion, OptionsThatWereNotGivenYet)
 {
     EXPECT_THAT(words("lamp add 02:00:00:02:00:01 --"),
-                ElementsAre("--port", "--rate", "--burst", "--level", "--json", "--trace", "--raw", "--help"));
-    EXPECT_THAT(words("lamp add 02:00:00:02:00:01 --port 6 --json --"),
-                ElementsAre("--rate", "--burst", "--level", "--trace", "--raw", "--help"));
+                ElementsAre("--port", "--rate", "--burst", "--level", "--json", "--trace", "--brief", "--quiet",
+                            "--all", "--raw", "--help"));
+    EXPECT_THAT(
+        words("lamp add 02:00:00:02:00:01 --port 6 --json --"),
+        ElementsAre("--rate", "--burst", "--level", "--trace", "--brief", "--quiet", "--all", "--raw", "--help"));
     EXPECT_THAT(words("lamp add 02:00:00:02:00:01 --port=6 --p"), IsEmpty());
 }
 
 TEST(Completion, OptionsWhereNothingElseIsLeft)
 {
-    EXPECT_THAT(words("leave "), ElementsAre("--json", "--trace", "--raw", "--help"));
-    EXPECT_THAT(words("lamp group drop 9 "), ElementsAre("--json", "--trace", "--raw", "--help"));
+    EXPECT_THAT(words("leave "), ElementsAre("--json", "--trace", "--brief", "--quiet", "--all", "--raw", "--help"));
+    EXPECT_THAT(words("lamp group drop 9 "),
+                ElementsAre("--json", "--trace", "--brief", "--quiet", "--all", "--raw", "--help"));
 }
 
 TEST(Completion, ValuesOfOptions)

@@ -6,6 +6,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 namespace kelctl
 {
 namespace
@@ -17,19 +19,19 @@ using testing::StartsWith;
 
 std::string help_on(std::string_view name)
 {
-    return help_of(*made_up_commands().find(name));
+    return help_of(*made_up_commands().find(name), source::program, 80);
 }
 
 std::string overview(source where)
 {
-    return help_of_words(made_up_commands(), "", where);
+    return help_of_words(made_up_commands(), "", where, 80);
 }
 
 TEST(Help, OfACommandTellsArgumentsOptionsFunctionAndExample)
 {
     EXPECT_EQ(help_on("lamp remove"), R"(Remove a lamp
 
-Usage: lamp remove MAC --port PORT
+Usage: kelctl lamp remove MAC --port PORT
 
 Arguments:
   MAC                   address of the lamp
@@ -38,6 +40,9 @@ Options:
   --port PORT           socket; name or 0 to 50
   --json                show results as JSON, one document for each command
   --trace               print the library's trace records as they are fired
+  --brief               report failures without their trace records
+  --quiet               print nothing but failures
+  --all                 show every row and problem, however many there are
   --raw                 take what the C interface takes, without the limits of
                         values
   --help                print this help
@@ -46,16 +51,50 @@ Function of the library:
   lamp_remove()
 
 Example:
-  lamp remove 02:00:00:02:00:01 --port RLU1P
+  kelctl lamp remove 02:00:00:02:00:01 --port RLU1P
 )");
 }
 
 TEST(Help, UsageBracketsWhatCanBeLeftOutAndBreaksBetweenArguments)
 {
     EXPECT_THAT(help_on("lamp add"),
-                HasSubstr("Usage: lamp add MAC --port PORT [--rate RATE] [--burst SIZE] [--level N]\n"));
-    EXPECT_THAT(help_on("load"), HasSubstr("Usage: load FILE [--keep-going]\n"));
-    EXPECT_THAT(help_on("help"), HasSubstr("Usage: help [COMMAND...]\n"));
+                HasSubstr("Usage: kelctl lamp add MAC --port PORT [--rate RATE] [--burst SIZE] [--level N]\n"));
+    EXPECT_THAT(help_on("load"), HasSubstr("Usage: kelctl load FILE [--keep-going]\n"));
+    EXPECT_THAT(help_on("help"), HasSubstr("Usage: kelctl help [COMMAND...]\n"));
+}
+
+TEST(Help, IsTypedWithoutKelctlInTheShell)
+{
+    const std::string help = help_of(*made_up_commands().find("lamp remove"), source::shell, 80);
+    EXPECT_THAT(help, HasSubstr("Usage: lamp remove MAC --port PORT\n"));
+    EXPECT_THAT(help, HasSubstr("Example:\n  lamp remove 02:00:00:02:00:01"));
+}
+
+TEST(Help, LongExampleIsOneLineToTheSystemsShell)
+{
+    const command &row = *made_up_commands().find("lamp add");
+    EXPECT_THAT(help_of(row, source::program, 40), HasSubstr("Example:\n"
+                                                             "  kelctl lamp add 02:00:00:02:00:01 \\\n"
+                                                             "  --port RLU1P\n"));
+    EXPECT_THAT(help_of(row, source::shell, 40), HasSubstr("  lamp add 02:00:00:02:00:01 --port\n  RLU1P\n"));
+}
+
+TEST(Help, FitsNarrowTerminalsAndUsesWideOnes)
+{
+    const command &row = *made_up_commands().find("lamp add");
+    std::istringstream lines(help_of(row, source::shell, 40));
+    for (std::string line; std::getline(lines, line);)
+        EXPECT_LE(line.size(), 40u) << line;
+    EXPECT_THAT(help_of(row, source::shell, 120),
+                HasSubstr("  --raw                 take what the C interface takes, without the limits of values\n"));
+}
+
+TEST(Help, HintNamesTheHelpOfTheCommand)
+{
+    EXPECT_EQ(help_hint("lamp add", source::program), "See \"kelctl lamp add --help\".\n");
+    EXPECT_EQ(help_hint("lamp add", source::shell), "See \"lamp add --help\".\n");
+    EXPECT_EQ(help_hint("", source::program), "See \"kelctl --help\".\n");
+    EXPECT_EQ(help_hint("", source::shell), "See \"help\".\n");
 }
 
 TEST(Help, DetailsDefaultsAndRangesAreTold)
@@ -78,7 +117,7 @@ TEST(Help, CommandWithoutAFunctionNamesNone)
 
 TEST(Help, OfWordsListsWhatBeginsWithThem)
 {
-    EXPECT_EQ(help_of_words(made_up_commands(), "lamp group", source::shell),
+    EXPECT_EQ(help_of_words(made_up_commands(), "lamp group", source::shell, 80),
               "Commands:\n"
               "  lamp group make       Make a group\n"
               "  lamp group drop       Drop a group\n"

@@ -216,12 +216,12 @@ const bad_file bad_files[] = {
     {"PcepBelowItsRanges",
      after_ebcom("[[pcep]]\nid = 0\nremote_id = -1\nlocal_mac = \"02:00:00:02:00:01\"\n"
                  "remote_mac = \"02:00:00:02:00:02\"\nvlan = -1\npriority = -1\n"),
-     {"6:6: id: 0 is not in 1 to 511", "7:13: remote_id: -1 is not in 0 to 0xFFFFFF",
+     {"6:6: id: 0 is not in 1 to 511", "7:13: remote_id: -1 is not in 0 to 16777215",
       "10:8: vlan: -1 is not in 0 to 4095", "11:12: priority: -1 is not in 0 to 7"}},
     {"PcepAboveItsRanges",
      after_ebcom("[[pcep]]\nid = 512\nremote_id = 0x1000000\nlocal_mac = \"02:00:00:02:00:01\"\n"
                  "remote_mac = \"02:00:00:02:00:02\"\nvlan = 4096\npriority = 8\n"),
-     {"6:6: id: 512 is not in 1 to 511", "7:13: remote_id: 0x1000000 is not in 0 to 0xFFFFFF",
+     {"6:6: id: 512 is not in 1 to 511", "7:13: remote_id: 0x1000000 is not in 0x0 to 0xFFFFFF",
       "10:8: vlan: 4096 is not in 0 to 4095", "11:12: priority: 8 is not in 0 to 7"}},
     {"PcepAddressesOfNoStation",
      after_ebcom("[[pcep]]\nid = 1\nremote_id = 1\nlocal_mac = \"here\"\nremote_mac = \"ff:ff:ff:ff:ff:ff\"\n"

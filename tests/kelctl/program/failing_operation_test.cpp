@@ -166,7 +166,8 @@ TEST(FailingStatistics, OnlyTheFirstOfManyFailuresAreToldInFull)
     EXPECT_EQ(outcome.status, 1);
     EXPECT_THAT(outcome.err, HasSubstr("failed: kel_core_ic_pcep_fmt_stats_get(pcep_id=10, format=2)\n"));
     EXPECT_THAT(outcome.err, Not(HasSubstr("pcep_id=11)")));
-    EXPECT_THAT(outcome.err, testing::EndsWith("\n15 more operations of the reading of counters failed\n"));
+    EXPECT_THAT(outcome.err,
+                testing::EndsWith("\n15 more operations of the reading of counters failed; --all shows them\n"));
 }
 
 class GoingDown : public FailingOperation
@@ -198,7 +199,7 @@ TEST(FailingTakeDown, OnlyTheFirstOfManyFailuresAreToldInFull)
     const auto outcome = kelctl_up(ebcom_table + "[[path]]\ndst_mac = \"02:00:00:02:00:01\"\nport = 6\ncount = 25\n",
                                    {{"KEL_SOFTNODE_FAULTS", "ork_ebcom_pcep_path_delete=-4"}});
     EXPECT_EQ(outcome.status, 1);
-    EXPECT_THAT(outcome.err, HasSubstr("\n15 more operations of the take-down failed\n"));
+    EXPECT_THAT(outcome.err, HasSubstr("\n15 more operations of the take-down failed; --all shows them\n"));
     EXPECT_THAT(
         outcome.err,
         HasSubstr("\nnot undone: 25 paths\nTaken down, but left behind:\n  25 paths:            02:00:00:02:00:01 "));

@@ -50,6 +50,44 @@ TEST(Main, WrongOneIsADocumentWhereJsonIsAskedFor)
     EXPECT_THAT(outcome.out, HasSubstr(R"("error":{"message":"GROUP: 512 is not in 1 to 511","file":null,)"));
 }
 
+TEST(Main, JsonAsAValueIsNotAskedFor)
+{
+    EXPECT_EQ(kelctl({"trace", "message", "a", "--prefix", "--json", "--wat"}).out, "");
+    EXPECT_THAT(kelctl({"nothing", "--json"}).out, HasSubstr("\"ok\":false"));
+}
+
+TEST(Main, ErrorsEndWithTheHelpOfTheirCommand)
+{
+    EXPECT_THAT(kelctl({"group", "add", "512"}).err, testing::EndsWith("\nSee \"kelctl group add --help\".\n"));
+    EXPECT_THAT(kelctl({"group", "ad"}).err, testing::EndsWith("\nSee \"kelctl group --help\".\n"));
+    EXPECT_THAT(kelctl({}).err, testing::EndsWith("\nSee \"kelctl --help\".\n"));
+    EXPECT_EQ(kelctl({"ebcom start"}).err,
+              "kelctl: \"ebcom start\" is one word; write the words of a command without quotation marks: kelctl ebcom "
+              "start\nSee \"kelctl --help\".\n");
+}
+
+TEST(Main, FailureForWantOfAServiceNamesRunAndShell)
+{
+    EXPECT_THAT(
+        kelctl({"ebcom", "path", "add", "02:00:00:02:00:01", "--port", "RLU1P"}).err,
+        testing::EndsWith("\n  the EBCOM service is not started in this process: \"ebcom start\" starts it; commands "
+                          "that belong together go into a script for \"kelctl run\", or into \"kelctl shell\"\n"));
+}
+
+TEST(Main, EveryFileMayHaveAByteOrderMarkAndCarriageReturns)
+{
+    const std::string mark = "\xEF\xBB\xBF";
+    const std::pair<std::vector<std::string>, std::string> files[] = {
+        {{"check", "f"}, mark + "[ebcom]\r\nic_port_mtu = 1500\r\nether_type = 0x88B5\r\nsettings = [1, 2]\r\n"},
+        {{"run", "f"}, mark + "trace message 'a' --prefix \\b\r\n"},
+        {{"fault", "add", "--file", "f"}, mark + "ork_bind=-4\r\n# one\r\n"},
+    };
+    for (const auto &[arguments, text] : files) {
+        const file_in_folder file("f", text);
+        EXPECT_EQ(run_kelctl({.arguments = arguments, .folder = file.folder()}).status, 0) << arguments[0];
+    }
+}
+
 TEST(Main, SingleOperationIsRunInAProcessOfItsOwn)
 {
     const auto located = kelctl({"pcep", "locate", "02:00:00:03:00:01"});
@@ -169,7 +207,7 @@ TEST(Main, HelpOfUpNamesItsArguments)
 {
     const auto outcome = kelctl({"up", "--help"});
     EXPECT_EQ(outcome.status, 0);
-    for (const char *word : {"FILE", "--trace", "file:line:column: message", "Example:"})
+    for (const char *word : {"FILE", "--trace", "file:line:column:", "Example:"})
         EXPECT_THAT(outcome.out, HasSubstr(word));
 }
 

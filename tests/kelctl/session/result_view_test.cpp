@@ -4,6 +4,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace kelctl
 {
 namespace
@@ -19,11 +21,11 @@ struct shown_text {
     std::string err;
 };
 
-shown_text shown(const result &done, const origin &from = {})
+shown_text shown(const result &done, const origin &from = {}, const manner &how = {})
 {
     CaptureStdout();
     CaptureStderr();
-    show(done, from, true);
+    show(done, from, how, true);
     return {GetCapturedStdout(), GetCapturedStderr()};
 }
 
@@ -50,7 +52,39 @@ TEST(ResultView, FailuresHaveThePlaceInTheScript)
 TEST(ResultView, OnlyTheFirstOfManyFailuresAreToldInFull)
 {
     const result done = {.failures = std::vector<failure>(12, {"f()", 3, {}})};
-    EXPECT_THAT(shown(done).err, testing::EndsWith("\n2 more operations failed\n"));
+    EXPECT_THAT(shown(done).err, testing::EndsWith("\n2 more operations failed; --all shows them\n"));
+    EXPECT_THAT(shown(done, {}, {.all = true}).err, testing::Not(testing::HasSubstr("more")));
+}
+
+TEST(ResultView, BriefLeavesTheRecordsOut)
+{
+    const result done = {.failures = {{"f()", 3, {{"EXCEPTION", "GENERAL", "f(): no, g", "f.cpp:1"}}}}};
+    EXPECT_THAT(shown(done).err, testing::HasSubstr("f.cpp:1"));
+    EXPECT_THAT(shown(done, {}, {.brief = true}).err, testing::StartsWith("failed: f()\n"));
+    EXPECT_THAT(shown(done, {}, {.brief = true}).err, testing::EndsWith("  refused by the library itself: g: no\n"));
+}
+
+TEST(ResultView, QuietShowsFailuresOnly)
+{
+    const result done = {.shown = {{"a", 1}}, .failures = {{"f()", 3, {}}}, .warnings = {{"odd"}}};
+    const auto [out, err] = shown(done, {}, {.quiet = true});
+    EXPECT_EQ(out, "");
+    EXPECT_THAT(err, testing::HasSubstr("failed: f()\n"));
+    EXPECT_THAT(err, testing::Not(testing::HasSubstr("odd")));
+}
+
+TEST(ResultView, WarningsSayThatTheyAre)
+{
+    EXPECT_EQ(shown({.warnings = {{"odd", "a.toml", {1, 2}}}}).err, "a.toml:1:2: warning: odd\n");
+}
+
+TEST(ResultView, OnlyTheFirstOfManyProblemsAreToldUnlessAskedFor)
+{
+    const result done = wrong_input("f", std::vector<input_error>(15'000, {"x", "f", {1, 1}}), "nothing was started");
+    EXPECT_THAT(shown(done).err, testing::EndsWith("f:1:1: x\n14,980 more problems; --all shows them\n"
+                                                   "f: 15,000 problems, nothing was started\n"));
+    const std::string all = shown(done, {}, {.all = true}).err;
+    EXPECT_EQ(std::count(all.begin(), all.end(), '\n'), 15'001);
 }
 
 TEST(ResultView, ErrorsHaveTheirPlacesAndARemarkFollows)
@@ -71,9 +105,9 @@ TEST(ResultView, WrongLineIsTextOrADocument)
 {
     CaptureStdout();
     CaptureStderr();
-    show_wrong_line({"what?"}, false);
-    show_wrong_line({"what?"}, true);
-    EXPECT_EQ(GetCapturedStderr(), "kelctl: what?\n");
+    show_wrong_line({"what?"}, "See.\n", false);
+    show_wrong_line({"what?"}, "See.\n", true);
+    EXPECT_EQ(GetCapturedStderr(), "kelctl: what?\nSee.\n");
     EXPECT_THAT(GetCapturedStdout(), testing::MatchesRegex("\\{\"command\":null,.*\"message\":\"what\\?\".*\\}\n"));
 }
 

@@ -43,7 +43,7 @@ protected:
 
 TEST_F(Session, ResultIsShownAndGivenBack)
 {
-    session session(commands(), source::shell, false, false);
+    session session(commands(), source::shell, {});
     const result done = carry_out(session, "pcep locate 02:00:00:02:00:01");
     EXPECT_EQ(done.status, exit_done);
     EXPECT_EQ(done.code, 0u);
@@ -52,9 +52,50 @@ TEST_F(Session, ResultIsShownAndGivenBack)
     EXPECT_EQ(err, "");
 }
 
+TEST_F(Session, FailureForWantOfAServiceSaysSo)
+{
+    constexpr const char *add = "ebcom path add 02:00:00:02:00:01 --port RLU1P";
+    constexpr const char *hint = "  the EBCOM service is not started in this process: \"ebcom start\" starts it\n";
+    session session(commands(), source::shell, {});
+    EXPECT_EQ(carry_out(session, add).failures.front().hint, std::string(hint, 2, std::string(hint).size() - 3));
+    EXPECT_THAT(err, testing::EndsWith(hint));
+    carry_out(session, "ebcom start");
+    EXPECT_EQ(carry_out(session, add).status, exit_done);
+    EXPECT_THAT(carry_out(session, "ebcom path remove 02:00:00:02:00:02 --port RLU1P").failures.front().hint, "");
+    carry_out(session, "ebcom path remove 02:00:00:02:00:01 --port RLU1P");
+    carry_out(session, "ebcom stop");
+    EXPECT_NE(carry_out(session, add).failures.front().hint, "");
+}
+
+TEST_F(Session, FailureOfWhatNeedsNoServiceHasNoHint)
+{
+    session session(commands(), source::shell, {});
+    EXPECT_EQ(carry_out(session, "ebcom port channel 0").failures.front().hint, "");
+}
+
+TEST_F(Session, WrongUseEndsWithTheHelpOfTheCommand)
+{
+    session session(commands(), source::program, {});
+    carry_out(session, "fault add");
+    EXPECT_EQ(err, "kelctl: a RULE or --file is required\nSee \"kelctl fault add --help\".\n");
+}
+
+TEST_F(Session, QuietPrintsFailuresOnly)
+{
+    session session(commands(), source::shell, {.quiet = true});
+    carry_out(session, "trace message a");
+    EXPECT_EQ(out + err, "");
+    carry_out(session, "trace message a --json");
+    EXPECT_EQ(out + err, "");
+    carry_out(session, "ebcom port channel 0 --json");
+    EXPECT_THAT(out, HasSubstr("\"ok\":false"));
+    carry_out(session, "ebcom port channel 0");
+    EXPECT_THAT(err, HasSubstr("failed: kel_ic_ebcom_port_to_mac_chan"));
+}
+
 TEST_F(Session, FailureIsAResult)
 {
-    session session(commands(), source::shell, false, false);
+    session session(commands(), source::shell, {});
     const result done = carry_out(session, "ebcom port channel 0");
     EXPECT_EQ(done.status, exit_operation_failed);
     EXPECT_EQ(done.code, 3u);
@@ -68,7 +109,7 @@ TEST_F(Session, ExceptionIsAnErrorOfItsCommand)
     const command row = {.name = "fail", .variants = {{.run = [](const invocation &, session &) -> result {
                                              throw std::runtime_error("Too many open files");
                                          }}}};
-    session json(commands(), source::shell, true, false);
+    session json(commands(), source::shell, {.json = true});
     CaptureStdout();
     const result done = json.carry_out({.row = &row, .chosen = &row.variants.front(), .given = {}});
     EXPECT_EQ(GetCapturedStdout(), R"({"command":"fail","arguments":{},"ok":false,"code":null,"text":null,"result":{},)"
@@ -79,7 +120,7 @@ TEST_F(Session, ExceptionIsAnErrorOfItsCommand)
 
 TEST_F(Session, AddressesIdsAndHandlesAreRemembered)
 {
-    session session(commands(), source::shell, false, false);
+    session session(commands(), source::shell, {});
     carry_out(session, "pcep locate 02:00:00:02:00:01");
     carry_out(session, "pcep start");
     carry_out(session, "pcep remove 7");
@@ -92,7 +133,7 @@ TEST_F(Session, AddressesIdsAndHandlesAreRemembered)
 
 TEST_F(Session, JsonCountsForOneCommandOrForAll)
 {
-    session plain(commands(), source::shell, false, false);
+    session plain(commands(), source::shell, {});
     carry_out(plain, "trace message a --json");
     EXPECT_THAT(out, testing::StartsWith("{\"command\":\"trace message\""));
     EXPECT_FALSE(plain.json());
@@ -102,7 +143,7 @@ TEST_F(Session, JsonCountsForOneCommandOrForAll)
 
 TEST_F(Session, JsonOfTheProgramCountsForEveryCommand)
 {
-    session json(commands(), source::shell, true, false);
+    session json(commands(), source::shell, {.json = true});
     EXPECT_TRUE(json.json());
     carry_out(json, "trace message a");
     EXPECT_THAT(out, testing::StartsWith("{\"command\":\"trace message\""));
@@ -112,7 +153,7 @@ TEST_F(Session, JsonOfTheProgramCountsForEveryCommand)
 
 TEST_F(Session, TraceCountsForOneCommand)
 {
-    session session(commands(), source::shell, false, false);
+    session session(commands(), source::shell, {});
     if (!session.log().installed())
         GTEST_SKIP() << "there is no tracer on this machine";
     carry_out(session, "pcep start --trace");
@@ -127,7 +168,7 @@ TEST_F(Session, PartsAreShownAtOnceAndKept)
 {
     result whole;
     CaptureStdout();
-    session plain(commands(), source::shell, false, false);
+    session plain(commands(), source::shell, {});
     plain.show_part(whole, {.shown = {{"a", 1}}, .text = "first"}, {});
     EXPECT_EQ(GetCapturedStdout(), "first\n");
     plain.show_part(whole, {.status = exit_operation_failed, .shown = {{"b", 2}}, .text = ""}, {});
@@ -140,13 +181,13 @@ TEST_F(Session, PartsOfAJsonDocumentAreNotShown)
 {
     result whole;
     CaptureStdout();
-    session(commands(), source::shell, true, false).show_part(whole, {.shown = {{"a", 1}}, .text = "first"}, {});
+    session(commands(), source::shell, {.json = true}).show_part(whole, {.shown = {{"a", 1}}, .text = "first"}, {});
     EXPECT_EQ(GetCapturedStdout(), "");
 }
 
 TEST_F(Session, WhatACommandMadeIsNoted)
 {
-    session session(commands(), source::shell, true, false);
+    session session(commands(), source::shell, {.json = true});
     carry_out(session, "pcep start");
     carry_out(session, "pcep locate 02:00:00:02:00:01");
     ASSERT_EQ(session.made.all().size(), 1u);
@@ -156,7 +197,7 @@ TEST_F(Session, WhatACommandMadeIsNoted)
 
 TEST_F(Session, ExitFinishesIt)
 {
-    session session(commands(), source::shell, false, false);
+    session session(commands(), source::shell, {});
     EXPECT_FALSE(session.finished);
     carry_out(session, "exit");
     EXPECT_TRUE(session.finished);

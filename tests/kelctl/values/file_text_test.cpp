@@ -45,6 +45,17 @@ TEST(FileText, IsAllOfIt)
     EXPECT_THAT(problems, IsEmpty());
 }
 
+TEST(FileText, HasNeitherAByteOrderMarkNorCarriageReturnsAtLineEnds)
+{
+    const temporary_folder folder;
+    problem_list problems;
+    EXPECT_EQ(text_of_file(folder.file_with("\xEF\xBB\xBF"
+                                            "a\r\n\rb\r\r\n\r"),
+                           problems),
+              "a\n\rb\r\n\r");
+    EXPECT_THAT(problems, IsEmpty());
+}
+
 TEST(FileText, UnreadableOrEndlessOnesAreProblemsWithoutAPlace)
 {
     for (const char *file : {"/nowhere/file", "/", "/dev/zero"}) {
