@@ -1,4 +1,4 @@
-// The frame that every operation moves in: its trace statements, its attachment, and the reports of what failed.
+// What every operation needs: trace statements, the attachment to the accelerator, and reports of failed calls.
 //
 // A trace statement tests its event's flag and does nothing more while the event is disabled: none of its arguments is
 // evaluated then. A report says why an outside call failed, in one line, and returns the code that the operation
@@ -28,7 +28,7 @@
 namespace kel
 {
 
-// Where a record comes from. Always constants, so it costs nothing until a record is made.
+// The place in the source that a record names. Its members are constants, so it costs nothing until a record is made.
 struct call_site {
     const char *location; // "kel_ic_ebcom.cpp:214"
     const char *domain;   // "EBCOM", "PCEP" or "GENERAL"
@@ -42,9 +42,8 @@ struct call_site {
 
 #define HERE (::kel::call_site{__FILE_NAME__ ":" lttng_ust_stringify(__LINE__), trace_domain, __func__})
 
-// At process exit the tracer's glue clears the function pointers that a thread still tracing is about to call. So it
-// gets one more user with the first record, for good. First records of two threads at once may add one each: any number
-// keeps it open.
+// At process exit the tracer's glue clears the function pointers that a thread may be about to call. The first record
+// therefore adds a user to the glue that is never removed. Two threads may add one each: any number keeps it open.
 [[gnu::cold]] inline void keep_trace_glue()
 {
     static std::atomic<bool> kept;
@@ -54,9 +53,9 @@ struct call_site {
     kept.store(true);
 }
 
-// The part of a statement that an enabled event takes, out of line: the tracer's macro would otherwise fill every
-// function that traces. With GCC that is a third more code, with Clang a quarter more instructions of a path's add and
-// remove (docs/decisions, 10).
+// The part of a statement that runs for an enabled event. It is out of line, because the tracer's macro is large and
+// would be copied into every function that traces. With GCC that is a third more code, with Clang a quarter more
+// instructions of a path's add and remove (docs/decisions, 10).
 #define FIRING(provider, event)                                                                                        \
     [[gnu::cold]] inline void fire_##provider##_##event(const char *location, const char *domain, const char *message) \
     {                                                                                                                  \
@@ -84,11 +83,11 @@ FIRING(com_vantorix_ob_kel_init, EXCEPTION)
         }                                                                                                              \
     } while (false)
 
-// TRACE speaks for the function it stands in, TRACE_AT for the one that handed its site on.
+// TRACE names the function that it is written in, TRACE_AT the caller whose site was passed.
 #define TRACE(event, ...) TRACE_AT(HERE, event, __VA_ARGS__)
 #define TRACE_AT(site, event, ...) FIRE(com_vantorix_ob_kel_ic, event, site, __VA_ARGS__)
 
-// FN_ENTER here, FN_EXIT on every way out of the block.
+// Fires FN_ENTER here, and FN_EXIT whenever the block is left.
 #define TRACE_FUNCTION() const ::kel::function_frame traced_function(HERE)
 
 class function_frame
@@ -119,14 +118,15 @@ private:
 
 // ---- Reports of what failed ----
 
-// A companion-library call or a step of our own failed with a code of the companion library's; returns that code.
+// A call of the companion library, or a step of this library, failed with one of the companion library's codes. Returns
+// that code.
 inline uint32_t report(call_site site, uint32_t rc, const char *what)
 {
     FIRE(com_vantorix_ob_kel_init, EXCEPTION, site.general(), "%s, %s", kei_util_init_rc_str_get(rc), what);
     return rc;
 }
 
-// A driver-kit call failed. Its own code goes into the record only: callers see one code for all of them.
+// A driver-kit call failed. Its code is in the record only: returns KEL_RC_FAILED for each of them.
 inline uint32_t report_ork(call_site site, ork_rc rc, const char *callee)
 {
     void *sys_handle = nullptr;
@@ -136,7 +136,7 @@ inline uint32_t report_ork(call_site site, ork_rc rc, const char *callee)
     return KEL_RC_FAILED;
 }
 
-// A call of the system library failed; errno is still its.
+// A system call failed; errno must still be the one that it set. Returns KEL_RC_FAILED.
 inline uint32_t report_system(call_site site, int result, const char *call)
 {
     FIRE(com_vantorix_ob_kel_init, EXCEPTION, site.general(), "%s => rc=%d, errno=%s(%d)", call, result,
@@ -146,7 +146,7 @@ inline uint32_t report_system(call_site site, int result, const char *call)
 
 // ---- Texts made for a record ----
 
-// The text of a MAC address. As an argument of a trace statement it is made only while the event is enabled.
+// The text of a MAC address, of 6 octets. As an argument of a trace statement it is made only for an enabled event.
 struct mac_text {
     explicit mac_text(const uint8_t *mac)
     {
@@ -158,7 +158,8 @@ struct mac_text {
 
 // ---- Steps that most operations begin with ----
 
-// Attaches to the accelerator; the record's driver-kit handle is the first argument of the driver kit's calls.
+// Attaches to the accelerator. Returns a code of the companion library. On success attach.ork_handle is the first
+// argument of driver-kit calls; on failure `attach` is not valid.
 inline uint32_t attach_accelerator(call_site site, kel_attach_info &attach)
 {
     TRACE_AT(site, API_CALL, "kel_init_attach()");
@@ -167,7 +168,8 @@ inline uint32_t attach_accelerator(call_site site, kel_attach_info &attach)
     return KEL_RC_OK;
 }
 
-// The Ethernet device identifier of the event device that EBCOM uses.
+// Reads the Ethernet device identifier of the event device that EBCOM uses. Returns a code of the companion library;
+// the identifier is valid on success only.
 inline uint32_t ebcom_event_device(call_site site, uint16_t &eth_dev_id)
 {
     TRACE_AT(site, API_CALL, "kel_init_eventdev_dev_id_ebcom_get()");

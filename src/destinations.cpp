@@ -1,3 +1,4 @@
+// A hash table of destinations with static buckets and lists of GLib.
 #include "destinations.h"
 
 #include <glib.h>

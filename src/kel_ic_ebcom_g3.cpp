@@ -86,7 +86,7 @@ uint32_t store_dst_mac(const kel_ebcom_path_config &config, ork_ebcom_pcep_path 
     return KEL_RC_OK;
 }
 
-// Tells how many destinations of any MAC are left on the port.
+// `left` becomes the number of destinations, of any MAC address, that remain on the port.
 uint32_t remove_dst_mac(const kel_ebcom_path_config &config, uint32_t &left)
 {
     port_place place{};
@@ -245,7 +245,7 @@ uint32_t create_queue(call_site site, const kel_ebcom_path_config &config, void 
     return KEL_RC_OK;
 }
 
-// Removes a queue that could not be kept. Callers rely on it as it stands: it tries without limit, it returns success,
+// Removes a queue that could not be kept. Callers rely on it as it is: it tries without limit, it returns success,
 // and the registry may go on naming the removed queue.
 uint32_t roll_back_queue(call_site site, void *queue)
 {

@@ -16,7 +16,7 @@ constexpr char trace_domain[] = "PCEP";
 
 // ---- Locations ----
 
-// 0 until the environment told it; then kept for the life of the process, across every start and stop.
+// 0 until it is read from the environment; then kept for the life of the process, across every start and stop.
 uint8_t own_mp_id;
 
 uint8_t own_mp_id_get()

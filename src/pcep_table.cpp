@@ -1,3 +1,4 @@
+// The table and its look-ups.
 #include "pcep_table.h"
 
 #include <cstring>

@@ -1,4 +1,5 @@
-// The table of PCEPs and multicast groups by id, and how many groups there are. Nothing here traces.
+// The table of PCEPs and multicast groups by id, and the number of groups. The driver kit owns the objects; the table
+// is this library's only record of their handles. Used by one thread at a time. Nothing here traces.
 #pragma once
 
 #include "kel/kel_core_ic_pcep.h"
@@ -20,20 +21,22 @@ struct pcep_entry {
     kel_pcep_config config;
 };
 
-extern pcep_entry pcep_table[highest_pcep_id + 1]; // by id; 0 is never used
+extern pcep_entry pcep_table[highest_pcep_id + 1]; // by id, from 1; entry 0 is never used
 
-// The number of groups. It lives through every start and stop, and wraps below 0.
+// The number of groups. A stop does not reset it, and one delete too many wraps it to 255: callers rely on both.
 extern uint8_t multicast_groups;
 
+// True for 1 to highest_pcep_id.
 bool is_valid_id(uint32_t pcep_id);
 
-// What the handle dump asks for, by any index.
+// For the handle dump: an entry's id and handle; 0 for an index beyond the table.
 uint32_t pcep_table_id(uint32_t index);
 uint64_t pcep_table_handle(uint32_t index);
 
-// Clears the entry and counts one group less.
+// Clears the entry and counts one group less, whatever the entry was.
 void forget_group(pcep_entry &group);
 
+// Clears every entry. Objects in the driver kit, and the number of groups, stay.
 void clear_pcep_table();
 
 } // namespace kel

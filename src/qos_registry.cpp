@@ -1,3 +1,4 @@
+// The table of ports and its reverse; the state is static and zero at first.
 #include "qos_registry.h"
 
 #include <cstring>

@@ -1,5 +1,6 @@
-// The registry of EBCOM's QoS objects, this library's only memory of them: the place of each IC port, and the handles of
-// schedulers and queues. It is touched by one thread at a time. Nothing here traces.
+// The registry of EBCOM's QoS objects: the scheduler index and queue index of each IC port, and the handles of
+// schedulers and queues. The handles are the closed libraries'; the registry is this library's only record of them.
+// Used by one thread at a time. Nothing here traces.
 #pragma once
 
 #include <cstddef>
@@ -34,7 +35,7 @@ struct port_index {
     uint8_t scheduler;
     uint8_t queue;
 };
-port_index index_of(int32_t iell_port);
+port_index index_of(int32_t iell_port); // any number; the indexes are valid when `known`
 
 // A port's number in the order in which ports are searched for a destination: by scheduler index, then queue index.
 constexpr size_t search_number(size_t scheduler_idx, size_t queue_idx)
@@ -42,6 +43,7 @@ constexpr size_t search_number(size_t scheduler_idx, size_t queue_idx)
     return scheduler_idx * queues_per_group + queue_idx;
 }
 
+// Sets every handle to null. Removes nothing from the accelerator.
 void clear_registry();
 
 } // namespace kel

@@ -1,3 +1,4 @@
+// The layouts of the texts, whose labels readers rely on.
 #include "queue_counters.h"
 
 #include <cstring>

@@ -1,4 +1,5 @@
-// The counters of a queue: from the companion library's record to ours, and their layouts as text. Nothing here traces.
+// The counters of a queue: copied from the companion library's record to the one of kel_core_ic_ebcom.h, and the lines
+// of their texts. Nothing here traces.
 #pragma once
 
 #include "kel/kel_core_ic_ebcom.h"
@@ -10,7 +11,8 @@
 namespace kel
 {
 
-// A line of text: a counter's label and its place in the record. Of a 64-bit counter the low half is printed.
+// A line of text: a counter's label, and its offset in ebcom_queue_stats in octets. Of a 64-bit counter the low half is
+// printed.
 struct text_line {
     const char *label;
     size_t offset;
@@ -24,10 +26,10 @@ struct text_layout {
 extern const text_layout queue_layout;
 extern const text_layout queue_layout_2;
 
-// What is printed of a line's counter.
+// The number that a line prints.
 uint32_t low_word(const ebcom_queue_stats &stats, const text_line &line);
 
-// The companion library's counters in our order.
+// Writes the counters that the companion library has; the others of `to` stay unchanged.
 void copy_counters(const qos_queue_stats &from, ebcom_queue_stats &to);
 
 } // namespace kel

@@ -1,3 +1,4 @@
+// The signal mask is set for the creation only, and restored.
 #include "signal_free_thread.h"
 
 #include <csignal>

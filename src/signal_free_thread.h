@@ -1,5 +1,5 @@
-// A thread that handles no signal: no handler of the control process runs on it and interrupts its waits. Nothing here
-// traces.
+// A thread that blocks signals, so that no handler of the control process runs on it and interrupts its waits. Nothing
+// here traces.
 #pragma once
 
 #include <pthread.h>

@@ -45,22 +45,22 @@ bool is_own_regular_file(int descriptor)
 
 } // namespace
 
-// Neither waits for the other end of a pipe nor takes a terminal over.
+// O_NONBLOCK: opening a FIFO does not wait for its other end. O_NOCTTY: a terminal does not become this process's own.
 history_file::history_file()
 {
     const auto state = state_folder();
     if (state.empty() || g_mkdir_with_parents((state / "kelctl").c_str(), owner_only_folder) != 0)
         return;
-    const auto place = state / "kelctl" / "history";
+    const auto file = state / "kelctl" / "history";
     constexpr int flags = O_RDWR | O_APPEND | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY;
-    const int descriptor = open(place.c_str(), flags, owner_only_file);
+    const int descriptor = open(file.c_str(), flags, owner_only_file);
     if (descriptor >= 0 && is_own_regular_file(descriptor)) {
         file_.reset(fdopen(descriptor, "a+"));
         read_lines();
         return;
     }
     refusal_ = fmt::format("{}: not a regular file that you own and may write; no history is kept",
-                           without_controls(place.string()));
+                           without_controls(file.string()));
     close(descriptor);
 }
 

@@ -1,4 +1,4 @@
-// Where lines that were typed are kept from one shell to the next.
+// The file that keeps typed lines from one shell to the next. Moving through them is line_editor.h.
 #pragma once
 
 #include <cstdio>
@@ -12,26 +12,27 @@ namespace kelctl
 // How many lines are kept.
 inline constexpr int longest_history = 1000;
 
-// $XDG_STATE_HOME/kelctl/history, or ~/.local/state/kelctl/history. Only a regular file of this user, which is created for
-// its owner when nothing is there. Anything else under that name, a link included, is left alone; then nothing is kept.
+// $XDG_STATE_HOME/kelctl/history, or ~/.local/state/kelctl/history: a regular file of this user, created with mode
+// 0600. Anything else of that name, a symbolic link included, is left unchanged, and no history is kept: typed lines
+// must not end in somebody else's file.
 class history_file
 {
 public:
-    history_file(); // cuts it to the last lines
+    history_file(); // reads the file, and shortens it to longest_history lines
 
-    // Why what is there is left alone, in one line; empty when it is not, and where there can be none.
+    // Why no history is kept, in one line for the user. Empty when it is kept, and when there is no folder for it.
     const std::string &refusal() const
     {
         return refusal_;
     }
 
-    // What it held when it was opened, the newest at the end.
+    // The file's lines when it was opened, the newest last.
     const std::deque<std::string> &lines() const
     {
         return lines_;
     }
 
-    // A line that finds no room is not kept.
+    // Appends a line. A line that cannot be written is lost without a message: history is a convenience.
     void add(const std::string &line);
 
 private:

@@ -1,4 +1,4 @@
-// The handlers and what they may touch: flags, and a descriptor that wakes who waits for input.
+// The signal handler and all that it touches: lock-free flags, and an eventfd that wakes a poll() that waits.
 #include "kelctl/input/interruption.h"
 
 #include "kelctl/terminal/terminal.h"
@@ -22,9 +22,10 @@ namespace
 static_assert(std::atomic<bool>::is_always_lock_free);
 std::atomic<bool> interrupt_noted = false;
 std::atomic<bool> termination_noted = false;
-std::atomic<int> wake_up = -1;
+std::atomic<int> wake_up = -1; // the eventfd; -1 without a watch
 
-// Calls that a signal meets are continued. Handled once, it does the next time what it does by default.
+// SA_RESTART: system calls of the library go on after the signal, and do not fail with EINTR. SA_RESETHAND: the second
+// signal does what it does by default.
 constexpr int handled_always = SA_RESTART;
 constexpr int handled_once = static_cast<int>(SA_RESETHAND | SA_RESTART);
 
@@ -32,14 +33,14 @@ constexpr struct {
     int signal;
     int flags;
 } watched[] = {{SIGINT, handled_once}, {SIGTERM, handled_once}, {SIGHUP, handled_always}};
-std::array<struct sigaction, std::size(watched)> before;
+std::array<struct sigaction, std::size(watched)> before; // what the watch restores, in the order of `watched`
 
 void note(int signal)
 {
     const int error = errno;
     (signal == SIGINT ? interrupt_noted : termination_noted) = true;
     const uint64_t one = 1;
-    // There is nothing to do about a failure; the flag is set.
+    // A failure does not matter: the flag is set, and every waiter checks it.
     [[maybe_unused]] const ssize_t written = ::write(wake_up, &one, sizeof one);
     errno = error;
 }

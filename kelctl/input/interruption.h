@@ -1,8 +1,16 @@
-// Ctrl-C, SIGTERM and the end of the terminal as something that is asked about between operations, so that none is torn apart.
+// Signals that ask the program to end: SIGINT (Ctrl-C), SIGTERM, and SIGHUP when the terminal closes. They are recorded
+// and checked between operations, so that no call into the library is cut off. `up --hold` and the live view wait here.
 //
-// While there is a watch, the first such signal is only noted. A second SIGINT or SIGTERM ends the process at once: the
-// way out when an operation hangs. A terminal that goes away sends SIGHUP more than once, which only means the same again.
-// A signal that was ignored before stays ignored.
+//     const interruption_watch interruptions;
+//     for (const invocation &line : lines) {
+//         if (interrupted())
+//             break;
+//         session.carry_out(line);
+//     }
+//
+// While there is an interruption_watch, the first SIGINT and the first SIGTERM are only recorded. The second of either
+// ends the process at once: the way out when an operation hangs. Every SIGHUP is only recorded, because a terminal that
+// closes sends several. A signal that was ignored before (`nohup`) stays ignored.
 #pragma once
 
 #include <chrono>
@@ -15,27 +23,29 @@ class interruption_watch
 {
 public:
     interruption_watch();
-    ~interruption_watch(); // signals mean what they meant before
+    ~interruption_watch(); // restores the former handlers, and forgets what was recorded
     interruption_watch(const interruption_watch &) = delete;
     interruption_watch &operator=(const interruption_watch &) = delete;
 };
 
-// Whether a signal was noted and not taken. False without a watch.
+// True when a signal is recorded and take_interruption() has not cleared it. False without a watch.
 bool interrupted();
 
-// The same but for Ctrl-C: what is never taken.
+// True when SIGTERM or SIGHUP is recorded. take_interruption() clears neither.
 bool terminated();
 
-// Takes Ctrl-C back: it is as if it had not been, and the next one is the first again.
+// Clears a recorded Ctrl-C, when it was meant for one command or one typed line only. The next one is the first again.
 void take_interruption();
 
-// In a child process of one that is watched: signals of the terminal reach both, and are the parent's to follow.
+// For a child process: ignores these signals from here on. A terminal sends them to parent and child, and the parent
+// decides what to do.
 void leave_interruptions_to_parent();
 
-// Waits, at most so long, until nobody wants more: a signal is noted, or standard output reaches nobody (terminal.h).
+// Waits for a signal, or for standard output to lose its reader (terminal.h), but no longer than `longest`. True when
+// one of the two has happened.
 bool unwanted_within(std::chrono::milliseconds longest);
 
-// Waits until a descriptor can be read, or is at its end. False when a signal is noted instead.
+// Waits until the descriptor can be read or is at its end, and returns true. False when a signal is recorded first.
 bool input_before_interruption(int descriptor);
 
 } // namespace kelctl

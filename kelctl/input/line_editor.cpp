@@ -45,7 +45,8 @@ std::string listed(const std::vector<std::string> &words)
     return most == words.size() ? text : text + fmt::format("and {} more\n", words.size() - most);
 }
 
-// One character as it is typed; a signal ends the line. What is no character is passed over.
+// Reads one character. Returns -1, which ends the line, at the end of the input and for a signal. Octets that are no
+// character of the locale are skipped.
 int read_character(EditLine *editor, wchar_t *character)
 {
     constexpr auto malformed = static_cast<size_t>(-1);
@@ -56,7 +57,7 @@ int read_character(EditLine *editor, wchar_t *character)
         char octet = 0;
         if (!input_before_interruption(STDIN_FILENO) || read(STDIN_FILENO, &octet, 1) != 1)
             return -1;
-        el_resize(editor); // the window may have been
+        el_resize(editor); // the window may have changed its size while the program waited
         if (taken == malformed)
             state = {};
         taken = std::mbrtowc(character, &octet, 1, &state);
@@ -64,7 +65,7 @@ int read_character(EditLine *editor, wchar_t *character)
     return 1;
 }
 
-// How far all words are the same.
+// The beginning that all words share.
 std::string_view common_beginning(const std::vector<std::string> &words)
 {
     std::string_view common = words.front();
@@ -73,7 +74,7 @@ std::string_view common_beginning(const std::vector<std::string> &words)
     return common;
 }
 
-// Where no locale is set, the terminal is taken for one of UTF-8 all the same.
+// Without a locale the terminal is assumed to use UTF-8: in the C locale, letters such as U+00E4 could not be typed.
 EditLine *editor_of_terminal()
 {
     if (!std::setlocale(LC_CTYPE, "") || MB_CUR_MAX == 1)
@@ -135,7 +136,7 @@ std::optional<std::string> line_editor::next()
     return line;
 }
 
-// Neither empty lines nor the same again.
+// Skips empty lines, and a line equal to the one before.
 void line_editor::remember(const std::string &line)
 {
     HistEvent event;
@@ -143,7 +144,7 @@ void line_editor::remember(const std::string &line)
         history_.add(line);
 }
 
-// Nothing may be thrown through libedit. Without an answer there is nothing to complete.
+// Called by libedit, which is C: no exception may pass through it.
 unsigned char line_editor::complete_at_cursor(EditLine *editor, int key)
 try {
     line_editor *self = nullptr;
@@ -158,7 +159,7 @@ try {
     return CC_ERROR;
 }
 
-// Puts in what is common to all words, whose case counts. Where that is nothing new, lists them.
+// Inserts the beginning that all words share, with their case. Lists the words when that adds nothing.
 unsigned char line_editor::complete(const std::vector<std::string> &words, std::string_view begun)
 {
     if (words.empty())

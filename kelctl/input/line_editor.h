@@ -14,25 +14,25 @@
 namespace kelctl
 {
 
-// What may take the place of the word before the cursor.
+// What may replace the word before the cursor.
 struct replacements {
     std::vector<std::string> words; // in the order in which they are listed
     bool files = false;             // names of files are meant, which the editor knows
 };
 
-// Asked with what stands before the cursor.
+// `line`: the text before the cursor.
 using completer = std::function<replacements(std::string_view line)>;
 
 class line_editor
 {
 public:
-    // `history` outlives it.
+    // `history` must outlive the editor. `complete` is called on Tab, and may throw: then nothing is completed.
     line_editor(history_file &history, completer complete);
     line_editor(const line_editor &) = delete;
     line_editor &operator=(const line_editor &) = delete;
 
-    // The next line. An empty one when Ctrl-C gave it up. None after Ctrl-D on an empty line, and when the process shall
-    // end. Needs an interruption watch.
+    // Reads the next line, without trailing blanks. Empty after Ctrl-C, which discards what was typed. None after
+    // Ctrl-D on an empty line, and once SIGTERM or SIGHUP is recorded. Needs an interruption_watch (interruption.h).
     std::optional<std::string> next();
 
 private:

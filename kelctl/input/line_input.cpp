@@ -23,7 +23,7 @@ std::optional<std::string> line_input::next()
     return line;
 }
 
-// False at the end.
+// Appends to the buffer. False when there is no more: see next().
 bool line_input::read_more()
 {
     if (!input_before_interruption(descriptor_))

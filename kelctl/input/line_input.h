@@ -1,4 +1,8 @@
-// Lines from where nobody types: a pipe or a file.
+// Lines from a pipe or a file, for a shell that nobody types into. Typed lines are line_editor.h.
+//
+//     line_input input(STDIN_FILENO);
+//     while (const auto line = input.next())
+//         run(*line);
 #pragma once
 
 #include <optional>
@@ -15,10 +19,11 @@ public:
     {
     }
 
-    // The next line without its end. None at the end of the input, and once an interruption is noted.
+    // The next line without its end. None at the end of the input, after a read error, and once a signal is recorded
+    // (interruption.h).
     std::optional<std::string> next();
 
-    // The system's error that ended the input; 0 when none did.
+    // The errno of the read that failed; 0: none has.
     int error() const
     {
         return error_;

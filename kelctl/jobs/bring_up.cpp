@@ -1,4 +1,5 @@
-// The order of a bring-up and of a take-down, and what is said of each.
+// What is shown of a bring-up and of a take-down, and when each ends. The order of the commands is
+// nodefile/node_keys.cpp.
 #include "kelctl/jobs/bring_up.h"
 
 #include "kelctl/input/interruption.h"
@@ -35,7 +36,7 @@ std::string outcome_text(const std::optional<snapshot> &left)
     return "Taken down. The node is empty again.";
 }
 
-// Of each command that succeeded although its records report failures.
+// The reports of commands that succeeded although their trace records show failures.
 std::string complaints_of(const std::vector<undone_command> &undone)
 {
     std::string text;
@@ -114,7 +115,7 @@ bool bring_up::up()
     return stood_;
 }
 
-// A line that failed, or an interruption, within one or between two.
+// After a line that failed, or a signal during a line or between two.
 void bring_up::show_stop(uint32_t line, result last)
 {
     line_failed_ = !last.failures.empty() || !last.errors.empty();
@@ -139,7 +140,7 @@ bool bring_up::down()
     session_.paths.clear();
     const auto left = current_snapshot();
     const bool empty = !left || left->empty();
-    // Of a line that failed, what is left shows whether it had left anything.
+    // The undo of a line that failed may find nothing to undo, and be refused: that matters only if something is left.
     const auto matters = [&](const undone_command &one) { return !one.may_find_nothing || !(left && left->empty()); };
     const auto refused =
         those(commands, [&](const undone_command &one) { return !one.failures.empty() && matters(one); });

@@ -1,5 +1,13 @@
-// A node brought up by its file's lines, and taken down again: what `kelctl up` does, and the shell around what is typed.
-// What comes up is shown at once and kept for the result.
+// Brings a node up and takes it down again, for `up`, and for `shell FILE` around its lines:
+//
+//     bring_up node(std::move(lines), file, session);
+//     const bool up = node.up();
+//     ...
+//     const bool clean = node.down();
+//     return node.take_result(up && clean);
+//
+// The commands and their order come from the node file (nodefile/node_keys.cpp); undoing them is take_down.h. Each part
+// is shown at once and kept for the result.
 #pragma once
 
 #include "kelctl/session/result.h"
@@ -15,9 +23,9 @@ namespace kelctl
 class bring_up
 {
 public:
-    // `file` is where the lines come from.
+    // `file`: the name of the node file, for messages. The session must outlive this.
     bring_up(std::vector<invocation> lines, std::string file, session &session);
-    ~bring_up(); // takes down what nobody has taken down or kept
+    ~bring_up(); // takes down what neither down() nor keep() has dealt with, and shows nothing
     bring_up(const bring_up &) = delete;
     bring_up &operator=(const bring_up &) = delete;
 
@@ -27,13 +35,14 @@ public:
     // Takes down all that the session made. True when every command succeeded and nothing is left.
     bool down();
 
-    // Leaves for good what was made before a line that failed. False, and nothing has changed, when none has failed.
+    // `up --keep`: after a line that failed, leaves what was made on the node, and shows it. False, with nothing
+    // changed, when no line has failed.
     bool keep();
 
     // Shows another part of the result. True when all went well.
     bool show(result part);
 
-    // All that was shown, and how it went.
+    // All parts as one result, for the caller to return.
     result take_result(bool succeeded);
 
 private:
@@ -43,7 +52,7 @@ private:
     std::vector<invocation> lines_;
     std::string file_;
     session &session_;
-    bool stood_ = false;
+    bool stood_ = false; // every line succeeded
     bool line_failed_ = false;
     result result_;
 };

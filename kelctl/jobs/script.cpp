@@ -30,7 +30,7 @@ struct tally {
     }
 };
 
-// What is left of the lines was not run: of an interrupted script, of one that failed, of one that was left.
+// Lines that were not run make the script fail, except after `exit`.
 result outcome(const tally &count, const std::vector<invocation> &lines, const std::string &file)
 {
     result done;

@@ -1,4 +1,5 @@
-// Scripts: commands line by line, checked as a whole before the first one is carried out.
+// Scripts: a command on each line. All lines are parsed before the first one is carried out, so that a misspelt last
+// line does not leave a node half configured.
 #pragma once
 
 #include "kelctl/language/command.h"
@@ -15,8 +16,8 @@ namespace kelctl
 {
 
 struct script {
-    std::vector<invocation> lines; // without empty ones and comments
-    problem_list problems;         // of all lines that are none of the above
+    std::vector<invocation> lines; // without empty lines and comments
+    problem_list problems;         // one for each line that is no command
 };
 
 script parse_script(const command_table &table, std::string_view text);
@@ -24,7 +25,7 @@ script parse_script(const command_table &table, std::string_view text);
 // The lines of a file. One that cannot be read is an error, too.
 loaded_lines script_in(const std::string &file, const command_table &table);
 
-// The handler of `run`.
+// The handler of `run`. Each line shows its own result; the last result counts the lines.
 result run_script(const invocation &asked, session &session);
 
 } // namespace kelctl

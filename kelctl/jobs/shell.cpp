@@ -75,7 +75,7 @@ replacements words_for(std::string_view line, const session &session)
     return offered;
 }
 
-// Whatever becomes of the lines, the person has seen it.
+// Failures of typed lines do not become the status of the shell: the person has seen them.
 result run_typed_lines(session &session)
 {
     result lines;
@@ -119,7 +119,7 @@ result run_lines(session &session)
     return typed ? run_typed_lines(session) : run_piped_lines(session);
 }
 
-// A node stands around the lines, up to the end of the shell.
+// `shell FILE`: the node is up while lines are read, and is taken down after the last one.
 result run_lines_on(std::vector<invocation> made_by, const std::string &file, session &session)
 {
     const node_size size = size_of(made_by);

@@ -41,7 +41,7 @@ std::string name_of(const tally &counted)
     return fmt::format("{} {}", with_separators(count), count == 1 ? kind.one : kind.several);
 }
 
-// Lines are broken behind commas.
+// Lines break after commas.
 std::string enumeration(std::string_view lead, std::vector<std::string> parts)
 {
     for (size_t i = 0; i + 1 < parts.size(); ++i)
@@ -49,7 +49,8 @@ std::string enumeration(std::string_view lead, std::vector<std::string> parts)
     return parts.empty() ? fmt::format("{}nothing\n", lead) : wrapped(lead, parts);
 }
 
-// The command that undoes one takes it off the session's stack when it succeeds.
+// A successful undo removes the command from the session's stack itself (session::note); after a failure it is dropped
+// here, or the take-down would try it forever.
 undone_command undo_last(session &session)
 {
     made_command last = session.made.all().back();

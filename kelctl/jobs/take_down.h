@@ -1,4 +1,4 @@
-// Taking back what was made: every command that undoes one, from the last to the first, and what came of it.
+// Undoes what the session made (session/undo.h), from the newest to the oldest, and reports what was undone.
 #pragma once
 
 #include "kelctl/session/result.h"
@@ -12,24 +12,24 @@ namespace kelctl
 {
 
 struct undone_command {
-    invocation undo; // in the line of the file of what it undoes
-    product made;
-    std::vector<failure> failures;       // empty: it is undone
-    std::vector<trace_entry> complaints; // failures that its records report, though it succeeded
-    bool may_find_nothing = false;       // what it undoes had failed
+    invocation undo;                     // its line is that of the command that it undoes
+    product made;                        // what the undone command had made
+    std::vector<failure> failures;       // empty: it succeeded
+    std::vector<trace_entry> complaints; // failures in its trace records, though it succeeded
+    bool may_find_nothing = false;       // the command that it undoes had failed
 
     // As a person would type it.
     std::string command() const;
 };
 
-// Undoes all that the session made; goes on after failures.
+// Undoes all that the session made, and goes on after failures. The newest command is the first one in the result.
 std::vector<undone_command> take_down(session &session);
 
-// "undone: 10,000 paths removed, EBCOM service stopped", in the order of the first of each; "nothing" of none. In lines
-// of 80 columns, as is the next one.
+// "undone: 10,000 paths removed, EBCOM service stopped": kinds in the order of their first undo; "undone: nothing"
+// without any. Lines of at most 80 columns.
 std::string undone_text(const std::vector<undone_command> &undone);
 
-// The lead and "10,000 paths, EBCOM service" of what stays.
+// The same for what is left: `lead`, and "10,000 paths, EBCOM service".
 std::string products_text(std::string_view lead, const std::vector<product> &products);
 
 } // namespace kelctl

@@ -1,4 +1,4 @@
-// What is shown of a node between its bring-up and its take-down.
+// What happens between bring-up and take-down: objects, live view, counters, `--hold`.
 #include "kelctl/jobs/up.h"
 
 #include "kelctl/accelerator/software_accelerator.h"
@@ -19,7 +19,7 @@ namespace kelctl
 namespace
 {
 
-constexpr std::chrono::hours longest_wait(1);
+constexpr std::chrono::hours longest_wait(1); // at a time: poll() takes milliseconds as an int
 
 result objects(std::optional<fields> document, const std::optional<snapshot> &node, const port_knowledge &ports,
                const session &session)

@@ -1,4 +1,5 @@
-// `kelctl up`: a node brought up from its file, shown, and taken down.
+// `kelctl up`: brings a node up from its file, shows it, watches or holds it, and takes it down. The steps are
+// bring_up.h, the live view is watch.h.
 #pragma once
 
 #include "kelctl/session/result.h"

@@ -1,4 +1,4 @@
-// From one reading of the counters to the next.
+// The loop: let time pass, read the counters, show the difference.
 #include "kelctl/jobs/watch.h"
 
 #include "kelctl/input/interruption.h"

@@ -1,4 +1,5 @@
-// Rates of a node's queues and end points, step by step of virtual time.
+// The live view (`up --watch`): lets virtual time pass step by step, and shows the rates of queues and PCEPs after
+// each. What a rate is made from is node/rates.cpp, the columns are views/counter_tables.cpp.
 #pragma once
 
 #include "kelctl/node/port_knowledge.h"
@@ -12,15 +13,16 @@
 namespace kelctl
 {
 
-// How fast a watch goes: real time from one step to the next, and virtual time that passes with each.
+// The pace of the live view. `interval` is real time between two steps; `step` and `end` are virtual time in
+// nanoseconds.
 struct watch_pace {
     std::chrono::milliseconds interval{200};
-    uint64_t step = 200'000'000;                         // nanoseconds, as is the end
-    uint64_t end = std::numeric_limits<uint64_t>::max(); // without one: until Ctrl-C
+    uint64_t step = 200'000'000;
+    uint64_t end = std::numeric_limits<uint64_t>::max(); // the default: until a signal
 };
 
-// Lets the session's traffic pass and shows rates at every step, until the time is up, Ctrl-C, nobody reads on, or a
-// counter cannot be read. Only where there is virtual traffic.
+// Runs until `end`, a signal, the loss of standard output's reader, or a counter that cannot be read, which is a
+// failure of the result. Needs the software accelerator. Shows each step as JSON or as a block that a terminal redraws.
 result watch(const watch_pace &pace, const port_knowledge &ports, session &session);
 
 } // namespace kelctl

@@ -1,4 +1,4 @@
-// One reader for each kind.
+// A reader for each kind, and the words that completion offers for it. Kinds that differ in their range share a reader.
 #include "kelctl/language/argument_kind.h"
 
 #include "kel/kel_node_names.h"
@@ -42,7 +42,7 @@ template <const auto &Units> int64_t read_with_unit(std::string_view text, const
     return static_cast<int64_t>(*value);
 }
 
-// A plain number is one of the first unit.
+// A number without a unit is in the first unit of the table: kbit/s, octets.
 template <const auto &Units> int64_t read_quantity(std::string_view text, const range &allowed)
 {
     return parse_whole_number(text) ? read_number(text, allowed) : read_with_unit<Units>(text, allowed);
@@ -125,7 +125,7 @@ argument_value read_text(std::string_view text)
     return std::string(text);
 }
 
-// A file's name reaches the system as a C string.
+// The system takes a file's name as a C string: it cannot hold a null character.
 argument_value read_file(std::string_view text)
 {
     if (text.empty() || text.find('\0') != std::string_view::npos)
@@ -143,7 +143,7 @@ std::string hexadecimal(int64_t value)
     return fmt::format("0x{:x}", value);
 }
 
-// The name of port 0 says that it has none.
+// Port 0 has no name of its own ("NONE"), so it is written as a number.
 std::string port_word(int64_t port)
 {
     return port == 0 || !is_port(port) ? std::to_string(port)
@@ -160,7 +160,7 @@ candidates numbers_of(const std::set<uint32_t> &numbers)
 
 using number_writer = std::string (*)(int64_t);
 
-// Read by `read(text, range)`: within the range that is allowed, or with --raw within the other.
+// A kind whose values `read(text, range)` reads: in the range `allowed`, or with --raw in the range `raw`.
 template <typename Reader>
 argument_kind ranged(std::string placeholder, Reader read, const range &allowed, const range &raw,
                      number_writer write = nullptr)
@@ -172,7 +172,7 @@ argument_kind ranged(std::string placeholder, Reader read, const range &allowed,
             .read_raw = [=](std::string_view text) -> argument_value { return read(text, raw); }};
 }
 
-// Kept among, and offered from, the ids of one kind of object.
+// The ids of one kind of object: completion offers those that were used before.
 argument_kind id_among(std::set<uint32_t> known_words::*ids)
 {
     argument_kind kind = ranged("ID", read_number, id_range, dword_range);
@@ -264,7 +264,7 @@ argument_kind group_id()
     return id_among(&known_words::groups);
 }
 
-// Which of the two it is, the id does not tell.
+// The id alone does not show which of the two it is, so it is offered from both sets and added to neither.
 argument_kind pcep_or_group_id()
 {
     argument_kind kind = pcep_id();
@@ -304,7 +304,7 @@ argument_kind threshold()
     return kind;
 }
 
-// A plain number would be read in one way here and meant in another.
+// A unit is required: people would read a number without one as seconds or milliseconds, and not as nanoseconds.
 argument_kind duration(const range &allowed)
 {
     return ranged("TIME", read_with_unit<duration_units>, allowed, allowed, in_units<duration_units>);

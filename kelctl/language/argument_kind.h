@@ -1,6 +1,10 @@
-// Kinds of command arguments: how a word of each is read, what is said of a wrong one, and which words it may be
-// completed to. A kind is made with what it allows, such as kind::number(vlan_range), and is all that a row of the table of
-// commands has to say about an argument's form.
+// Kinds of command arguments: how a word is read, the message for a wrong one, and the words that completion offers. A
+// row of the table of commands needs no more for the form of an argument:
+//
+//     {.name = "--vlan", .kind = kind::number(vlan_range), .help = "VLAN id"}
+//
+// Words that completion offers: `complete` lists them. `remember` adds a used value to the known words (known_words.h),
+// from which `complete` offers it next time.
 #pragma once
 
 #include "kelctl/language/known_words.h"
@@ -18,27 +22,28 @@
 namespace kelctl
 {
 
-// A reading. Rates are in kbit/s, sizes in octets; handles are unsigned; a file and a text are strings.
+// A value after reading: bool is a flag; int64_t a number, a port, a rate in kbit/s, a size in octets or a duration in
+// nanoseconds; uint64_t a handle; a file and a text are strings.
 using argument_value =
     std::variant<bool, int64_t, uint64_t, std::string, mac_address, std::vector<uint32_t>, std::vector<std::string>>;
 
-// Thrown by a kind's reader. What it says follows the argument's name.
+// Thrown by a kind's reader. Its message follows the argument's name: "--vlan: 5000 is not in 0 to 4095".
 class wrong_value : public std::runtime_error
 {
 public:
     using std::runtime_error::runtime_error;
 };
 
-// What a word that is being typed may become.
+// What completion offers for a word.
 struct candidates {
     std::vector<std::string> words = {};
-    bool files = false;    // names of files as well
-    bool commands = false; // words of commands as well
+    bool files = false;    // also names of files
+    bool commands = false; // also words of the table of commands
 };
 
 struct argument_kind {
     std::string placeholder = {}; // how help names a value: "RATE"; empty: an option that takes none
-    std::string allowed = {};     // "1 to 511"; empty when there is nothing to say
+    std::string allowed = {};     // for help: "1 to 511"; empty: nothing to add
     std::function<argument_value(std::string_view)> read = {};
     std::function<candidates(const known_words &)> complete = {};                 // null: nothing to offer
     std::function<void(const argument_value &used, known_words &)> remember = {}; // to offer it again; null: nothing
@@ -46,7 +51,7 @@ struct argument_kind {
     std::function<argument_value(std::string_view)> read_raw = {}; // without the limits; null: the same as `read`
 };
 
-// The kinds that rows of commands are made of.
+// The kinds that rows of commands use.
 namespace kind
 {
 

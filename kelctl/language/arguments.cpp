@@ -1,4 +1,4 @@
-// Looking arguments up.
+// The sorted vector.
 #include "kelctl/language/arguments.h"
 
 #include <fmt/core.h>
@@ -11,7 +11,7 @@ namespace kelctl
 namespace
 {
 
-constexpr size_t usual_count = 6; // that most commands have room enough with
+constexpr size_t usual_count = 6; // arguments of most commands: one allocation is enough for them
 
 } // namespace
 
@@ -19,11 +19,11 @@ void arguments::set(std::string_view name, argument_value value)
 {
     if (values_.empty())
         values_.reserve(usual_count);
-    const auto place = std::ranges::lower_bound(values_, name, {}, &given_argument::name);
-    if (place != values_.end() && place->name == name)
-        place->value = std::move(value);
+    const auto next = std::ranges::lower_bound(values_, name, {}, &given_argument::name);
+    if (next != values_.end() && next->name == name)
+        next->value = std::move(value);
     else
-        values_.insert(place, {name, std::move(value)});
+        values_.insert(next, {name, std::move(value)});
 }
 
 void arguments::erase(std::string_view name)

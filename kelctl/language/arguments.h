@@ -1,4 +1,7 @@
-// The arguments that a command was given, read and by their names in its row.
+// The arguments of one command after reading, by the names in its row:
+//
+//     const uint32_t id = asked.given.id("ID");
+//     const bool reset = asked.given.has("--reset");
 #pragma once
 
 #include "kelctl/language/argument_kind.h"
@@ -10,11 +13,11 @@
 namespace kelctl
 {
 
-// A handful at most: in one block of memory, in the order of their names.
+// At most a handful: a sorted vector is one allocation, and faster to search than a map.
 class arguments
 {
 public:
-    // The name is the row's, which has to outlive them.
+    // Adds or replaces. The name is not copied: it is the row's, and the row must outlive this.
     void set(std::string_view name, argument_value value);
 
     void erase(std::string_view name);
@@ -24,16 +27,17 @@ public:
         return find(name) != nullptr;
     }
 
-    // Null: it was not given.
+    // Null when it was not given.
     const argument_value *find(std::string_view name) const;
 
-    // Ask only for what is there, as what its kind reads: anything else is a mistake in a row and throws.
+    // The value, as the type that the argument's kind reads. Throws when it was not given or has another type: both are
+    // mistakes of a row, not of a person.
     template <typename Value> const Value &get(std::string_view name) const
     {
         return std::get<Value>(value(name));
     }
 
-    // Numbers, rates, sizes and ports, as the type that the kind's range fits.
+    // A number, rate, size or port, as a type that holds the kind's range.
     template <typename Number> Number number(std::string_view name) const
     {
         return static_cast<Number>(get<int64_t>(name));

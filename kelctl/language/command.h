@@ -1,6 +1,6 @@
-// Tables of commands. A row says how a command is asked for, what it takes and what carries it out; the command line,
-// scripts, the shell, help and completion all follow from it. To add a command to the program, add a row to the family
-// it belongs to (commands_*.cpp):
+// Tables of commands. A row holds a command's name, its arguments and the function that carries it out; the command
+// line, scripts, the shell, help, completion and the manual page follow from it. To add a command to the program, add a
+// row to the file of its family (commands/commands_*.cpp):
 //
 //     {.name = "group add",
 //      .variants = {{"kel_core_ic_pcep_mc_group_add", add_group}},
@@ -26,10 +26,12 @@ class session;
 struct invocation;
 struct result;
 
+// Carries a command out: calls the library through the session, and returns what there is to show. It prints nothing,
+// and reports failures in the result; an exception becomes an error of the command.
 using handler = result (*)(const invocation &asked, session &session);
 
-// What carries a command out. Most commands have one way. One with several gets an option --variant, whose words these
-// are; the first is the default.
+// A way to carry a command out. Most commands have one. A command with several gets the option --variant, which chooses
+// one by its word; the first is the default.
 struct variant {
     std::string_view function = {}; // the library's, which the handler calls; empty: none of its own
     handler run = nullptr;
@@ -40,12 +42,12 @@ struct argument {
     std::string name; // "MAC"; with two dashes, an option: "--port"
     argument_kind kind = {};
     std::string help = {};
-    bool required = true;                        // unless something counts without it, or it needs another
-    std::string otherwise = {};                  // what counts when it is not given, as it would be written
-    std::string needs = {};                      // an option that has to come along with this one
-    std::string instead = {};                    // an option, of which and this one exactly one has to be given
-    bool repeated = false;                       // takes all words that are left; a list of texts
-    std::vector<std::string_view> only_for = {}; // variants that it means something to; none: all
+    bool required = true;                        // ignored when there is a default, or it needs another
+    std::string otherwise = {};                  // the default, as a person would write it; empty: none
+    std::string needs = {};                      // an option that must be given as well
+    std::string instead = {};                    // an option; exactly one of it and this one must be given
+    bool repeated = false;                       // takes all further words; its value is a list of texts
+    std::vector<std::string_view> only_for = {}; // words of the variants that use it; empty: all
 
     bool is_option() const
     {
@@ -57,21 +59,23 @@ struct argument {
     }
 };
 
-// What a command makes, as people call it: {"path", "paths", "removed"}. What there is one of has no word for several.
+// What a command makes, in the words of reports: {"path", "paths", "removed"}. Without a plural when there is only one,
+// such as the EBCOM service.
 struct product {
     std::string_view one = {};
     std::string_view several = {};
-    std::string_view undone = {}; // what has become of it once it is undone
+    std::string_view undone = {}; // its state after the undo: "removed", "stopped"
 };
 
-// What must hold between arguments that are right one by one: which of them is wrong, and what is said of it behind its
-// name. None: nothing.
+// A rule between arguments that are valid one by one: returns the argument that breaks it and the message, which
+// follows the argument's name. None when the rule holds.
 struct objection {
     std::string_view argument;
     std::string what;
 };
 using argument_check = std::optional<objection> (*)(const arguments &given);
 
+// Where a command comes from: the program's arguments, a line of a script, or a line of the shell.
 enum class source { program, script, shell };
 
 struct command {
@@ -83,9 +87,9 @@ struct command {
     argument_check check = nullptr; // null: nothing more than the arguments say
     std::string_view example = {};  // empty: the name alone
     std::vector<source> sources = {source::program, source::script, source::shell};
-    std::string_view undo = {};            // the command that undoes it, given those of its arguments that it takes
-    product makes = {};                    // what there is of it afterwards, until it is undone
-    bool failure_leaves_something = false; // that `undo` removes; it may find nothing, and be refused
+    std::string_view undo = {};            // the row that undoes it, with the arguments that both have; empty: none
+    product makes = {};                    // what exists after it until it is undone, for reports
+    bool failure_leaves_something = false; // a failure may leave what `undo` removes: it is tried then, too
     std::string_view service = {};         // that it needs to be started: "EBCOM service"; empty: none
     std::string_view starts = {};          // the service that it starts
     bool needs_accelerator = false;        // the software one: on a vendor's platform it does not apply
@@ -105,8 +109,8 @@ struct command_group {
 // Options that every command has: --json, --trace, --help and others.
 const std::vector<argument> &shared_options();
 
-// What there is to ask for. Whoever takes a line apart, completes it or explains it is handed one: the program's own
-// (commands.h), or one of a test.
+// All commands that can be given. The parser, completion and help get it as a parameter: the program's own
+// (commands/commands.h), or a small one of a test.
 class command_table
 {
 public:
@@ -148,32 +152,33 @@ struct manner {
     bool all = false;   // every row and problem, however many there are
 };
 
-// A command as it was asked for. Its row and variant are the table's, which has to outlive it.
+// A command with its arguments, ready to be carried out. Its row and variant belong to the table, which must outlive
+// it.
 struct invocation {
     const command *row = nullptr;
     const variant *chosen = nullptr;
     arguments given;
-    uint32_t line = 0; // of the file that it stands in; 0: in none
+    uint32_t line = 0; // in its script or node file, from 1; 0: it is in no file
     manner shown = {};
     bool raw = false; // values are read without their limits
 };
 
-// The row as it is asked for by its first variant, without an argument yet.
+// The row with its first variant, and no arguments yet.
 invocation invocation_of(const command &row);
 
-// Those arguments that have a default and were not given.
+// Adds the default of each argument that has one and was not given.
 void set_defaults(const command &row, arguments &given);
 
-// Those that the row takes as well.
+// Copies the arguments in `from` that the row takes, too.
 void take_arguments(const command &row, const arguments &from, arguments &given);
 
-// What is wrong with which arguments there are.
+// An argument that is missing, or given though it must not be.
 struct mistake {
-    const argument *at;  // one of them; null: what is wrong is that one is not there
-    std::string message; // names them
+    const argument *at;  // the given argument at fault; null: one is missing
+    std::string message; // with the names of the arguments
 };
 
-// `written` tells which there are, `name_of` how each is called where they are written.
+// `written`: true for each argument that is given. `name_of`: its name in messages, such as the key of a node file.
 std::vector<mistake> mistakes_in(const command &row, const std::function<bool(const argument &)> &written,
                                  const std::function<std::string_view(const argument &)> &name_of);
 

@@ -3,8 +3,8 @@
 //     ebcom path add 02:00:02:02:00:01 --port RLU1P --rate "100 Mbit/s" --burst=4096    # comment
 //
 // Words are separated by blanks. Quotes of either kind keep blanks and # in a word; a backslash does so for the
-// character after it, but not within single quotes. Options may stand anywhere after the command, their values in the
-// next word, whatever it is, or behind a "="; after "--" there are none. Those that every command has may stand before it.
+// character after it, but not within single quotes. Options may be anywhere after the command, their values in the next
+// word, whatever it is, or after a "="; after "--" there are none. Those that every command has may be before it, too.
 #pragma once
 
 #include "kelctl/language/line_parts.h"

@@ -1,4 +1,4 @@
-// One word for each value.
+// Values as words, and the quotes that a word needs.
 #include "kelctl/language/command_text.h"
 
 #include "kelctl/terminal/text.h"
@@ -21,7 +21,7 @@ template <typename... Readers> struct overloaded : Readers... {
 };
 template <typename... Readers> overloaded(Readers...) -> overloaded<Readers...>;
 
-// What ends a word, or means something else in one.
+// Characters that end a word or have a meaning in it: a word with one of them is quoted.
 constexpr std::string_view special = " \t\n#'\"\\";
 
 std::string quoted(const std::string &word)
@@ -53,7 +53,7 @@ bool is_default(const argument &one, const argument_value &value)
     return !one.otherwise.empty() && one.kind.read(one.otherwise) == value;
 }
 
-// One for each word that the argument takes.
+// The words of an argument: its name if it is an option, then its values.
 std::vector<std::string> words_of(const argument &one, const argument_value &value)
 {
     std::vector<std::string> words;
@@ -88,7 +88,7 @@ std::string text_of(const invocation &asked)
     else
         positional.insert(positional.begin(), "--");
     std::ranges::move(options, std::back_inserter(line));
-    std::ranges::move(positional, std::back_inserter(line)); // nothing, unless one could be taken for an option
+    std::ranges::move(positional, std::back_inserter(line)); // empty, unless one of them looks like an option
     return joined(line, " ");
 }
 

@@ -1,5 +1,4 @@
-// A command as a person would type it: what parse() reads, written again. Plans, scripts that are made, and reports of
-// what was undone say commands in this form.
+// A command as a person would type it: the inverse of parse(). `plan` and the reports of a take-down use it.
 #pragma once
 
 #include "kelctl/language/command.h"
@@ -10,8 +9,8 @@
 namespace kelctl
 {
 
-// "ebcom path add 02:00:00:02:00:01 --port RLU1P --rate "100 Mbit/s" --burst "64 KiB"". What counts as the default
-// is left out, and so is how results are shown.
+// "ebcom path add 02:00:00:02:00:01 --port RLU1P --rate "100 Mbit/s" --burst "64 KiB"". Defaults, and options of how
+// results are shown, are left out.
 std::string text_of(const invocation &asked);
 
 // A command as it is typed there: the program's begins with "kelctl".

@@ -1,4 +1,4 @@
-// Offering what the grammar expects behind the words before the cursor.
+// What the grammar (line_parts.h) expects after the words before the cursor.
 #include "kelctl/language/completion.h"
 
 #include "kelctl/language/command_line.h"
@@ -94,8 +94,8 @@ private:
 
     void offer_positional_or_options(bool maybe_option)
     {
-        const auto by_place = std::count_if(parts_.arguments.begin(), parts_.arguments.end(), stands_by_its_place);
-        const argument *due = parts_.row->argument_at(static_cast<size_t>(by_place));
+        const auto count = std::count_if(parts_.arguments.begin(), parts_.arguments.end(), is_positional);
+        const argument *due = parts_.row->argument_at(static_cast<size_t>(count));
         if (due && !maybe_option)
             offer_values(*due);
         if (!found_.candidates.empty() || found_.files || parts_.options_ended)
@@ -104,7 +104,7 @@ private:
         offer_options(shared_options());
     }
 
-    static bool stands_by_its_place(const argument_word &one)
+    static bool is_positional(const argument_word &one)
     {
         return one.option.empty();
     }
@@ -113,7 +113,7 @@ private:
     {
         std::string words;
         for (const argument_word &one : parts_.arguments)
-            if (stands_by_its_place(one))
+            if (is_positional(one))
                 words = words_and(words, one.written.text);
         return words;
     }

@@ -1,4 +1,11 @@
-// What the word that is being typed may become, told by a table of commands: in the shell, and for other shells.
+// Completion of the word before the cursor, from a table of commands: in kelctl's own shell, and for bash and zsh,
+// whose scripts call `kelctl --complete`.
+//
+//     "ebcom pa"                        path
+//     "ebcom path add --po"             --port
+//     "ebcom path add --port RLU1"      RLU1P, RLU1Q, ...
+//
+// The words of an argument's value come from its kind (argument_kind.h).
 #pragma once
 
 #include "kelctl/language/known_words.h"
@@ -12,25 +19,25 @@ namespace kelctl
 {
 
 struct candidate {
-    std::string word; // a whole one
-    std::string help; // what a command or option is for, or which words follow; empty of a value
+    std::string word; // the whole word, with the typed beginning
+    std::string help; // of a command or an option; of a group without help, its next words; empty for a value
 };
 
 struct completion {
     std::vector<candidate> candidates; // in the table's order; of numbers, in theirs
-    bool files = false;                // names of files are meant as well
+    bool files = false;                // also names of files, which the shell finds itself
 };
 
-// Words that begin like the begun one, in either case; the words before decide whether a command's word, an option or a
-// value is due. Nothing after what is no command.
+// The words that start with `begun`, in upper or lower case. The words before it decide whether a word of a command, an
+// option or a value comes next. Nothing after words that are no command.
 completion complete(const command_table &table, const std::vector<word> &before, const std::string &begun,
                     const known_words &known, source where);
 
-// The same for the line before the cursor. Nothing within open quotes.
+// The same for the text before the cursor. Nothing inside open quotes.
 completion complete(const command_table &table, std::string_view line, const known_words &known, source where);
 
-// For the completion scripts of other shells: a candidate in each line, what it is for behind a tab; a line "@files"
-// where names of files are meant.
+// For the scripts of bash and zsh: one candidate a line, with its help after a tab; the line "@files" asks the shell
+// for names of files.
 std::string lines_of(const completion &found);
 
 } // namespace kelctl

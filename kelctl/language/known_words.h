@@ -1,4 +1,5 @@
-// Addresses, ids and handles that are known from before: what a person is likely to type next.
+// Addresses, ids and handles that completion offers, because a person is likely to type them next. The session adds
+// what commands used (argument_kind::remember), the shell adds what exists on the node.
 #pragma once
 
 #include "kelctl/values/mac_address.h"

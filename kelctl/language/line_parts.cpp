@@ -53,7 +53,7 @@ private:
         return next_ < words_.size();
     }
 
-    // What every command has may stand before and among them.
+    // Options that every command has may be before and between these words.
     void take_command_words()
     {
         for (; more(); ++next_) {

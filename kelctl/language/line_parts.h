@@ -1,5 +1,9 @@
-// What each word of a line is by a table of commands, before any of them is read: the grammar that the parser and
-// completion share.
+// The grammar of a line, shared by the parser and completion: what each word is, before any value is read.
+//
+//     ebcom path add 02:00:02:02:00:01 --port RLU1P --burst=4096
+//     name           positional        option value option with value
+//
+// Splitting a line into words is command_line.h, reading values argument_kind.h.
 #pragma once
 
 #include "kelctl/language/command.h"
@@ -14,19 +18,20 @@ namespace kelctl
 
 struct word {
     std::string text;
-    // Its first character and what follows its last one, counted from 1 in characters; 0: it stands in no line.
+    // The columns of its first character and after its last one, counted from 1 in characters; 0: it is from no line,
+    // but an argument of the program.
     uint32_t column = 0;
     uint32_t end = 0;
 };
 
-// An option with its value, or what stands by its place among the others.
+// An option with its value, or a positional argument.
 struct argument_word {
     word written;
-    std::string option = {};         // its name; empty: it stands by its place
-    const argument *meant = nullptr; // null: the command has none such
-    std::optional<word> value = {};  // what is to be read; none of a flag, and where it is missing
+    std::string option = {};         // its name; empty: a positional argument
+    const argument *meant = nullptr; // of the row; null: the command has no such argument
+    std::optional<word> value = {};  // the word to read; none for a flag, and when it is missing
 
-    // Whether it is an option whose value is in the next word.
+    // True for an option whose value must be in the next word.
     bool awaits_value() const
     {
         return meant && !meant->is_flag() && !value;
@@ -35,10 +40,10 @@ struct argument_word {
 
 struct line_parts {
     std::string name;                     // the command's words, with one blank between
-    const command *row = nullptr;         // of exactly these, where commands come from here
-    std::optional<word> unknown = {};     // what follows them and belongs to no command
-    std::vector<argument_word> arguments; // in their order
-    bool options_ended = false;           // by "--"
+    const command *row = nullptr;         // of this name; null: none that is allowed here
+    std::optional<word> unknown = {};     // the first word after the name, when there is no row
+    std::vector<argument_word> arguments; // in the order of the line
+    bool options_ended = false;           // a "--" came: what follows is positional
 };
 
 line_parts parts_of(const command_table &table, const std::vector<word> &words, source where);

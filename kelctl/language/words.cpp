@@ -1,4 +1,4 @@
-// Taking a line apart.
+// Splitting a line into words: blanks, quotes, backslashes, comments.
 #include "kelctl/language/command_line.h"
 
 namespace kelctl

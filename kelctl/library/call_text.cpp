@@ -1,4 +1,4 @@
-// The wording for each type.
+// The text for each type. Rates and sizes get their units here: the library's records are in kbit/s, octets and blocks.
 #include "kelctl/library/call_text.h"
 
 #include "kelctl/terminal/text.h"

@@ -1,4 +1,5 @@
-// What is passed into the library, as a failure report tells it: "dst_mac=02:00:00:02:00:01".
+// Arguments of a call as a failure report shows them: "dst_mac=02:00:00:02:00:01". One function for each type that a
+// call takes by its address; a record is shown by its members, whatever its name. Numbers are library_call.h.
 #pragma once
 
 #include "kel/kel_core_ic_ebcom.h"
@@ -15,7 +16,7 @@ namespace kelctl
 
 std::string told(std::string_view name, const mac_address &mac);
 std::string told(std::string_view name, const std::array<uint8_t, 2> &numbers);
-std::string told(std::string_view name, const kel_ebcom_global_params &params); // by its members, as are the others
+std::string told(std::string_view name, const kel_ebcom_global_params &params); // this and the others by their members
 std::string told(std::string_view name, const kel_ebcom_path_config &path);
 std::string told(std::string_view name, const kel_pcep_config &pcep);
 

@@ -1,5 +1,5 @@
-// A call into the library, described once by its parameters: from them come what is passed, and what a failure report
-// shows of it.
+// A call into the library, described once by its parameters: they give both the arguments that are passed and the text
+// of the call in a failure report. session::call() (session/session.h) makes the call and collects its trace records.
 //
 //     session.call(asked, kel_core_ic_pcep_mc_group_add, parameter::value("mc_pcep_id", group));
 //     session.call(asked, kel_core_ic_ebcom_queue_stats_get, parameter::input("dst_mac", mac), parameter::output(stats));
@@ -31,7 +31,7 @@ struct failure {
     std::string hint = {};            // what to do about it; empty: nothing is known
 };
 
-// Parameters of a call: passed() is what they hand over, text() what a report shows of it; results have none.
+// Parameters of a call. passed() returns the C arguments, text() what a report shows of them; outputs have no text.
 namespace parameter
 {
 
@@ -54,7 +54,7 @@ template <typename Number> struct value {
     }
 };
 
-// As a pointer.
+// A handle, passed as a pointer and shown in hexadecimal.
 struct pointer {
     std::string_view name;
     uint64_t number;
@@ -70,7 +70,7 @@ struct pointer {
     }
 };
 
-// What is passed by its address and only read.
+// An object that is passed by its address, and that the library only reads.
 template <typename Type> struct input {
     std::string_view name;
     const Type &read;
@@ -95,7 +95,7 @@ template <typename Type> struct input {
     }
 };
 
-// What the library writes.
+// An object that the library writes.
 template <typename Type> struct output {
     Type &written;
 
@@ -123,7 +123,7 @@ template <typename Buffer> struct text_output {
     }
 };
 
-// What the library prints on.
+// A stream that the library prints on. Not owned.
 struct stream_value {
     std::FILE *stream;
 

@@ -7,10 +7,10 @@ namespace kelctl
 {
 
 struct trace_entry {
-    std::string event;
-    std::string domain;
-    std::string message;
-    std::string location;
+    std::string event;    // "EXCEPTION"
+    std::string domain;   // "EBCOM"
+    std::string message;  // "kel_ic_ebcom_add_shaper(): limit reached, kel_init_qos_queue_add"
+    std::string location; // "kel_ic_ebcom_g3.cpp:390"
 };
 
 // One line, without its end.

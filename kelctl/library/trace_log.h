@@ -1,4 +1,9 @@
-// The library's trace records, heard in this process: kept per operation for a failure report, and printed live.
+// The library's trace records, received in this process without a tracing daemon: kept for each operation, for the
+// report of its failure, and printed as they are fired (--trace).
+//
+//     log.start_operation();
+//     if (kel_core_ic_ebcom_stop() != 0)
+//         report(log.operation_records());
 #pragma once
 
 #include "kelctl/library/trace_entry.h"
@@ -13,32 +18,33 @@
 namespace kelctl
 {
 
-// Listens from its construction to its destruction; one at a time. Records arrive on the threads that fire them.
+// Receives records from its construction to its destruction; one at a time. Its callback runs on the thread that fires
+// a record: the thread of the commands, or the library's timestamp thread, whose records belong to no operation.
 class trace_log
 {
 public:
-    // `live` is where every record is printed as it is fired, or null.
+    // `live`: the stream on which each record is printed as it is fired, not owned; null: none.
     explicit trace_log(std::FILE *live);
     ~trace_log();
     trace_log(const trace_log &) = delete;
     trace_log &operator=(const trace_log &) = delete;
 
-    // From here on every record is printed there, as this lays it out; nowhere when null.
+    // From here on each record is printed there, in this layout; null: nowhere.
     void print_to(std::FILE *live, std::string (*layout)(const trace_entry &));
 
-    // Whether there is a tracer on this machine. Without one there are no records.
+    // True when the tracer is installed on this machine. Without it there are no records.
     bool installed() const;
 
-    // From here on the calling thread's records are those of a new operation.
+    // Begins an operation: the records that the calling thread fires from here on belong to it.
     void start_operation();
 
     // The records of the operation so far.
     std::vector<trace_entry> operation_records();
 
-    // Those of them that tell of failures.
+    // Those among them that report a failure: ERROR and EXCEPTION.
     std::vector<trace_entry> operation_failures();
 
-    // The failures that other threads told of, since the beginning. At most 100 are kept.
+    // The failures that other threads have reported since the construction, the first 100 of them.
     std::vector<trace_entry> background_failures();
 
 private:
@@ -49,9 +55,9 @@ private:
     std::FILE *live_;
     std::string (*layout_)(const trace_entry &) = text_line;
     std::thread::id operation_thread_ = std::this_thread::get_id();
-    std::vector<trace_entry> operation_; // so many of them; the others keep their texts' memory for the next operation
-    std::ptrdiff_t operation_count_ = 0;
-    trace_entry other_; // the latest one of any other thread
+    std::vector<trace_entry> operation_; // never shrinks: the next operation uses the memory of its texts again
+    std::ptrdiff_t operation_count_ = 0; // entries that belong to the operation
+    trace_entry other_; // the last record of any other thread; a member so that its memory is used again
     std::vector<trace_entry> background_;
     bool installed_ = false;
 };

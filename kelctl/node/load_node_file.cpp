@@ -1,4 +1,4 @@
-// Reading and checking.
+// From file to invocations, with the platform's limits.
 #include "kelctl/node/load_node_file.h"
 
 #include "kelctl/accelerator/software_accelerator.h"
@@ -13,7 +13,7 @@ namespace kelctl
 namespace
 {
 
-// The platform has a path for each destination.
+// The accelerator has one path for each destination, from however many ports: its number of paths limits destinations.
 std::optional<size_t> room_for_destinations()
 {
     const auto limits = accelerator_limits();

@@ -1,4 +1,5 @@
-// A node file, checked in all ways before anything is done with it.
+// A node file, read and checked completely: its tables (nodefile/node_file.h) and the rules across them and the
+// platform.
 #pragma once
 
 #include "kelctl/language/command.h"
@@ -12,13 +13,14 @@
 namespace kelctl
 {
 
-// The commands that a file stands for, be it a node file or a script.
+// The commands that a node file or a script stands for.
 struct loaded_lines {
-    std::vector<invocation> lines;   // sound where there are no errors
-    std::vector<input_error> errors; // in the order of their places
+    std::vector<invocation> lines;   // use them only without errors
+    std::vector<input_error> errors; // by line and column
 };
 
-// The lines bring the node up. Changes nothing in the process: any number of files can be looked at. The table of commands has to outlive the lines.
+// The lines bring the node up. Changes nothing in the process, so that several files can be compared. `rows` must outlive
+// the lines.
 loaded_lines load_node_file(const std::string &file, const command_table &rows);
 
 // What the lines of a node make, without carrying them out.
@@ -30,7 +32,7 @@ struct node_size {
 };
 node_size size_of(const std::vector<invocation> &lines);
 
-// The problems of a file as errors, in the order of their places.
+// The problems of a file as errors of a result, by line and column.
 std::vector<input_error> errors_of(const std::string &file, problem_list problems);
 
 } // namespace kelctl

@@ -1,4 +1,5 @@
-// Which port a queue serves: what this process asked for, beside what the accelerator holds.
+// Which IC port each queue belongs to. The accelerator holds queues by handle; only the process that added the paths
+// knows the ports. ports_of() (standing.h) puts the two together.
 #pragma once
 
 #include "kelctl/accelerator/snapshot.h"
@@ -11,12 +12,12 @@
 namespace kelctl
 {
 
-// What the snapshot cannot tell: which port a queue serves, which destinations were asked for on which port, and how to
-// ask the library for a queue.
+// What a snapshot does not contain.
 struct port_knowledge {
     std::map<handle, int32_t> port_of_queue;
-    std::map<int32_t, std::set<mac_address>> destinations;
-    // A destination by which the library finds the queue. None when it finds all of the queue's on others.
+    std::map<int32_t, std::set<mac_address>> destinations; // of the paths that were added, by port
+    // A destination by which the library finds the queue, for reading its counters. Missing when the library finds each
+    // of the queue's destinations on another queue.
     std::map<handle, mac_address> found_by;
 };
 

@@ -1,4 +1,4 @@
-// Differences of counters by the time between.
+// Differences of counters, divided by the time between. A counter of the live view is chosen here.
 #include "kelctl/node/rates.h"
 
 namespace kelctl
@@ -11,7 +11,7 @@ struct count {
     uint64_t octets;
 };
 
-// Rounded down. A counter that was reset in between counts from 0.
+// Rounded down. A counter that is smaller than before was reset, and counts from 0.
 uint64_t in_a_second(uint64_t before, uint64_t now, double scale, uint64_t passed)
 {
     const uint64_t grown = now >= before ? now - before : now;
@@ -38,7 +38,7 @@ fields queue_rates(const fields &before, const fields &now, uint64_t passed)
         return found;
     const auto octets = [](const fields &of) { return of.at("octets_tx").number<uint64_t>(); };
     const auto frames = [](const fields &of) { return of.at("pkts_tx").number<uint32_t>(); };
-    // Frames are counted in 32 bits, which may have wrapped around.
+    // The library counts frames in 32 bits: the unsigned difference is right after a wrap-around, too.
     const uint32_t grown = frames(counters) - frames(last);
     found["sent"] = flow_between({0, octets(last)}, {grown, octets(counters)}, passed);
     found["sent"]["frames"] = frames(counters);

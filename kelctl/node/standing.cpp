@@ -1,4 +1,4 @@
-// Asking the accelerator and the library what stands, and putting the answers together.
+// Matching queues with ports: first by the library's look-ups, then, for the rest, by the order of creation.
 #include "kelctl/node/standing.h"
 
 #include "kelctl/accelerator/software_accelerator.h"
@@ -10,7 +10,7 @@ namespace
 
 constexpr uint32_t longest_wait = 2'000; // milliseconds
 
-// 0: none
+// The queue that the library finds for a destination; 0: none.
 handle queue_of(const mac_address &destination)
 {
     void *queue = nullptr;
@@ -18,7 +18,7 @@ handle queue_of(const mac_address &destination)
     return reinterpret_cast<handle>(queue);
 }
 
-// Destinations that are on the same ports are found on the same one of them: one destination is asked about for all.
+// Destinations on the same set of ports are all found on the same port: one look-up for each set is enough.
 void look_up(const std::map<mac_address, std::set<int32_t>> &ports_of_mac, port_knowledge &ports)
 {
     std::set<std::set<int32_t>> asked;
@@ -32,7 +32,7 @@ void look_up(const std::map<mac_address, std::set<int32_t>> &ports_of_mac, port_
     }
 }
 
-// Queues are listed in the order of their creation, that is of their ports' first paths. So are the ports left over.
+// A port's queue is created with its first path, so the queues of the snapshot and the ports left have the same order.
 void match_in_order(const snapshot &node, const std::vector<int32_t> &ports_left, port_knowledge &ports)
 {
     auto port = ports_left.begin();

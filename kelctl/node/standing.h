@@ -1,4 +1,5 @@
-// What stands on the node right now: asked of the software accelerator and of the library. Shows nothing itself.
+// The objects that exist on the node now, read from the software accelerator and the library. How they are shown is
+// views/.
 #pragma once
 
 #include "kel/kel_core_ic_ebcom.h"
@@ -11,16 +12,17 @@
 namespace kelctl
 {
 
-// What the accelerator holds; none on a vendor's platform.
+// The accelerator's objects; none on a vendor's platform.
 std::optional<snapshot> current_snapshot();
 
-// Waits until the timestamp thread, which works beside, wrote its first offset or gave up.
+// Waits until the library's timestamp thread has written its first offset or has failed, at most two seconds: before
+// that, a snapshot would differ from run to run.
 void settle();
 
 // What the accelerator holds then, as its own document.
 std::optional<notation::document> settled_document();
 
-// What the added paths tell about the ports of a node on which all of them stand. `added` is in the order of adding.
+// The port of each queue, from the paths that were added. All of them must still exist on `node`; the oldest is first.
 port_knowledge ports_of(const snapshot &node, const std::vector<kel_ebcom_path_config> &added);
 
 } // namespace kelctl

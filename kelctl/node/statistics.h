@@ -1,4 +1,4 @@
-// The counters of everything that stands, read through the library.
+// The counters of every object that exists, read through the library. Rates are rates.h, tables views/counter_tables.h.
 #pragma once
 
 #include "kel/kel_core_ic_ebcom.h"
@@ -8,7 +8,7 @@
 namespace kelctl
 {
 
-// A queue's counters by the record's names.
+// A queue's counters by the names of the record's members.
 fields counters_of(const ebcom_queue_stats &stats);
 
 // Of the service (`ebcom`), of the queues that are known (`queues`: `port`, `name`, and `counters`, null where the library

@@ -1,4 +1,5 @@
-// From TOML to lines. What stands for which command is node_keys.h; values are read as those of the command line are.
+// From TOML to lines. A value is turned into the word that a person would type, and read by the argument's kind, so
+// that node files and the command line accept the same values with the same messages.
 #include "kelctl/nodefile/node_file.h"
 
 #include "kelctl/nodefile/toml.h"
@@ -17,7 +18,7 @@ namespace kelctl
 namespace
 {
 
-// The parser bounds how deep values nest, but not how many dots a key has, and a document is taken apart recursively.
+// The parser limits how deep values nest, but not how many dots a key has, and each dot is a level of recursion.
 constexpr size_t most_dots_in_a_line = 128;
 
 // Indexed by toml::node_type.
@@ -29,12 +30,12 @@ position position_of(const toml::source_region &region)
     return {std::max<uint32_t>(region.begin.line, 1), std::max<uint32_t>(region.begin.column, 1)};
 }
 
-position position_of(const toml::node &node)
+position position_of(const toml::node &value)
 {
-    return position_of(node.source());
+    return position_of(value.source());
 }
 
-// A number in the base in which it was written.
+// A number keeps its base, so that messages show what is in the file.
 std::optional<std::string> word_of(const toml::node &value)
 {
     if (const auto *text = value.as_string())
@@ -46,7 +47,7 @@ std::optional<std::string> word_of(const toml::node &value)
     return hexadecimal ? fmt::format("0x{:X}", number->get()) : std::to_string(number->get());
 }
 
-// The value as it would be typed: that of an array with commas between. None of what no argument can be.
+// The word that a person would type for the value; "1,2" for an array. None for a type that no argument has.
 std::optional<std::string> typed(const toml::node &value)
 {
     const toml::array *list = value.as_array();
@@ -86,20 +87,20 @@ private:
                 refuse(key, key.str(), value, "", names);
         for (const node_table &table : node_tables())
             if (table.times == occurrence::once && !document.contains(table.name) && !is_misspelt(table.name))
-                note(document, fmt::format("{} is required", table.heading()));
+                report(document, fmt::format("{} is required", table.heading()));
     }
 
-    void note(const toml::node &node, std::string message)
+    void report(const toml::node &value, std::string message)
     {
-        read_.problems.push_back({position_of(node), std::move(message)});
+        read_.problems.push_back({position_of(value), std::move(message)});
     }
 
-    void note_type(const toml::node &value, std::string_view key, std::string_view expected)
+    void report_type(const toml::node &value, std::string_view key, std::string_view expected)
     {
-        note(value, fmt::format("{}: expected {}, not {}", key, expected, type_names[size_t(value.type())]));
+        report(value, fmt::format("{}: expected {}, not {}", key, expected, type_names[size_t(value.type())]));
     }
 
-    // What is misspelt is not missing as well.
+    // Remembers the name that was probably meant, so that it is not reported as missing, too.
     void refuse(const toml::key &key, std::string_view name, const toml::node &value, std::string_view where,
                 std::span<const std::string_view> known)
     {
@@ -117,26 +118,26 @@ private:
     std::vector<const toml::table *> written_tables(const node_table &table, const toml::table &document)
     {
         std::vector<const toml::table *> written;
-        const toml::node *node = document.get(table.name);
-        if (!node)
+        const toml::node *value = document.get(table.name);
+        if (!value)
             return written;
-        const toml::array *array = node->as_array();
+        const toml::array *array = value->as_array();
         if (table.times != occurrence::any)
-            add_table(table, *node, written);
+            add_table(table, *value, written);
         else if (!array)
-            note(*node, fmt::format("{0}: write [[{0}]], once for each {0}", table.name));
+            report(*value, fmt::format("{0}: write [[{0}]], once for each {0}", table.name));
         else
             for (const toml::node &element : *array)
                 add_table(table, element, written);
         return written;
     }
 
-    // An optional table without a key asks for nothing.
-    void add_table(const node_table &table, const toml::node &node, std::vector<const toml::table *> &written)
+    // An optional table without keys stands for no command.
+    void add_table(const node_table &table, const toml::node &value, std::vector<const toml::table *> &written)
     {
-        const toml::table *one = node.as_table();
+        const toml::table *one = value.as_table();
         if (!one)
-            note_type(node, table.name, "a table");
+            report_type(value, table.name, "a table");
         else if (!one->empty() || table.times != occurrence::at_most_once)
             written.push_back(one);
     }
@@ -178,7 +179,7 @@ private:
         read_.lines.push_back(std::move(line));
     }
 
-    // Of a table, or of one in it.
+    // The keys of a table, or of a table in it, whose names begin with `lead`: "shaping.".
     void read_keys(const toml::table &keys, const std::string &lead, placed_line &line)
     {
         for (const auto &[key, value] : keys) {
@@ -191,7 +192,7 @@ private:
             else if (const toml::table *inner = value.as_table())
                 read_keys(*inner, name + ".", line);
             else
-                note_type(value, name, "a table");
+                report_type(value, name, "a table");
         }
     }
 
@@ -210,12 +211,12 @@ private:
         const auto text = typed(value);
         line.sound = text.has_value();
         if (!text)
-            return note_type(value, key.name, "a number or a text");
+            return report_type(value, key.name, "a number or a text");
         try {
             line.asked.given.set(meant.name, meant.kind.read(*text));
         } catch (const wrong_value &wrong) {
             line.sound = false;
-            note(value, fmt::format("{}: {}", key.name, wrong.what()));
+            report(value, fmt::format("{}: {}", key.name, wrong.what()));
         }
     }
 
@@ -223,7 +224,7 @@ private:
     {
         const toml::array *list = value.as_array();
         if (!list)
-            return note_type(value, key.name, "an array");
+            return report_type(value, key.name, "an array");
         const command &row = *rows_.find(key.each);
         for (const toml::node &element : *list) {
             elements_.push_back({invocation_of(row), line.table, line.at});
@@ -232,7 +233,7 @@ private:
         }
     }
 
-    // What could not be read, or is misspelt, is written all the same.
+    // A key whose value is wrong, or whose name is misspelt, does not count as missing.
     void check_presence(const placed_line &line)
     {
         const auto name_of = [&](const argument &one) { return line.table->key_of(one.name); };
@@ -260,16 +261,16 @@ private:
     const command_table &rows_;
     node_file_read &read_;
     std::vector<std::string_view> misspelt_; // known names that unknown ones come close to
-    std::vector<placed_line> elements_;      // lines that come behind those of all tables of a name
+    std::vector<placed_line> elements_;      // lines that come after those of all tables of a name: groups' members
 };
 
-// The parser names the setting that a document exceeds, which says nothing to the file's author.
+// Without the name of the parser's setting that a document exceeds: it means nothing to the file's author.
 std::string parser_message(std::string_view description)
 {
     return printable(description.substr(0, description.find(" (TOML_")));
 }
 
-// The first place that must not reach the parser, if there is one.
+// The first line that must not reach the parser, if there is one.
 std::optional<problem> hostile_line(std::string_view text)
 {
     uint32_t line = 1;

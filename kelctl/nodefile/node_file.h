@@ -1,5 +1,5 @@
-// The node file, read: the commands that a person would type to bring the same node up. What several of them must satisfy
-// together is node_rules.h.
+// Reads a node file into the commands that a person would type to bring the same node up. Which table and key stand for
+// what is node_keys.h; rules across several tables are node_rules.h.
 #pragma once
 
 #include "kelctl/language/command.h"
@@ -21,27 +21,27 @@ struct placed_line {
     };
 
     invocation asked;
-    const node_table *table; // null: it is not written, but belongs to every node
+    const node_table *table; // null: not in the file, but added for every node, such as "ebcom start"
     position at;             // of the table
     std::vector<placed_key> keys = {};
-    bool sound = true; // all that has to be there is, and right one by one
+    bool sound = true; // every required key is there, and each value is valid by itself
 
-    // Where an argument is; the table where it is not written.
+    // The position of an argument's value; of the table when the argument is not in the file.
     position at_of(std::string_view argument) const;
 
-    // What is wrong with one of its arguments, at its place.
+    // A problem with one of its arguments: at its value, with the key's name in front.
     problem wrong(std::string_view argument, std::string_view what) const;
 };
 
-// Lines in the order of a bring-up: own MP id, EBCOM service, paths, PCEP service, PCEPs, groups, their members, traffic.
-// Unusable when there are problems; then lines that are not sound have those arguments that could be read, because others
-// may rightly name them.
+// Lines in the order of a bring-up: own MP id, EBCOM service, paths, PCEP service, PCEPs, groups, their members,
+// traffic. With problems the lines must not be carried out. Unsound lines keep the arguments that could be read, so
+// that the rules do not report, say, a group's member as unknown because its PCEP has a wrong VLAN.
 struct node_file_read {
     std::vector<placed_line> lines;
     problem_list problems;
 };
 
-// `rows` has to outlive what is read.
+// `rows` must outlive what is returned. A file that cannot be read is a problem.
 node_file_read read_node_file(const std::string &file, const command_table &rows);
 node_file_read parse_node_file(std::string_view text, const command_table &rows);
 

@@ -1,4 +1,4 @@
-// The tables themselves.
+// The tables with their keys, in the order of a bring-up.
 #include "kelctl/nodefile/node_keys.h"
 
 #include <fmt/core.h>

@@ -1,5 +1,12 @@
-// What the tables of a node file stand for: the row of the table of commands that each asks for, and which key is which of
-// its arguments. What a key may be, whether it has to be there and what counts without it, the argument says.
+// The tables and keys of a node file, and the order in which a node comes up. A table stands for a command, a key for
+// one of the command's arguments:
+//
+//     [[path]]                              ebcom path add 02:00:02:02:00:01 --port RLU1P
+//     dst_mac = "02:00:02:02:00:01"
+//     port = "RLU1P"
+//
+// To add a key, add an argument to the command's row (commands/commands_*.cpp) and its key to the table in
+// node_keys.cpp. Range, unit, default and whether it is required come from the argument.
 #pragma once
 
 #include "kelctl/language/command.h"
@@ -12,34 +19,35 @@ namespace kelctl
 {
 
 struct node_key {
-    std::string_view name;      // "dst_mac"; "shaping.rate" of a table in the table
-    std::string_view argument;  // of the row
-    std::string_view each = {}; // the row that every element of an array asks for; empty: the table's, once
+    std::string_view name;      // "dst_mac"; "shaping.rate" for a key of a table in the table
+    std::string_view argument;  // of the row: "MAC", "--rate"
+    std::string_view each = {}; // of an array: the row that each element stands for; empty: no array of commands
 };
 
-// How often a table is in a file.
+// How often a table may be in a file.
 enum class occurrence { once, at_most_once, any };
 
 struct node_table {
-    std::string_view name;
-    std::string_view row;
-    std::string_view help;
+    std::string_view name; // "path"
+    std::string_view row;  // the command that each table of this name stands for
+    std::string_view help; // for the manual page
     std::span<const node_key> keys;
     occurrence times = occurrence::any;
-    std::string_view before = {};                 // the command that comes once before all those of these tables
-    std::span<const std::string_view> after = {}; // those behind them
+    std::string_view before = {};                 // a command that comes once, before those of these tables
+    std::span<const std::string_view> after = {}; // commands that come once, after them
 
     // "[[path]]"
     std::string heading() const;
 
-    // Null: it has none such.
+    // Null when the table has no such key.
     const node_key *find(std::string_view key) const;
 
-    // The key of the row's argument, or of that of its `each`.
+    // The key that stands for an argument; the argument's own name when none does.
     std::string_view key_of(std::string_view argument) const;
 };
 
-// In the order of a node's bring-up.
+// In the order of a bring-up: `up` carries the commands of the tables out in this order, and takes them down in
+// reverse.
 std::span<const node_table> node_tables();
 
 } // namespace kelctl

@@ -1,4 +1,4 @@
-// One function for each rule that several lines of a node file have to satisfy, or one beyond what its command asks for.
+// One function for each rule. Rules look at sound lines only, where a wrong value would make their message misleading.
 #include "kelctl/nodefile/node_rules.h"
 
 #include "kel/kel_node_names.h"
@@ -20,7 +20,7 @@ namespace
 
 constexpr uint64_t most_paths = 100'000;
 constexpr uint64_t most_paths_on_a_port = 65'535; // the library counts a queue's paths in 16 bits
-constexpr int32_t port_without_mac_channel = 0;
+constexpr int32_t port_without_mac_channel = 0;   // and so without a way to what is behind the EIOA
 constexpr size_t most_groups = 30;
 constexpr size_t most_members = 16; // of a group
 
@@ -42,7 +42,7 @@ lines sound_lines_of(const node_file_read &file, std::string_view row)
     return found;
 }
 
-// What a sound [[path]] asks for.
+// A sound [[path]]: `count` consecutive addresses, the first of which is `first`.
 struct path_entry {
     explicit path_entry(const placed_line *written)
         : line(written), first(line->asked.given.mac("MAC")), port(line->asked.given.number<int32_t>("--port")),
@@ -58,7 +58,7 @@ struct path_entry {
 
 using path_list = std::vector<path_entry>;
 
-// The library takes any address, and reports any port; neither is of use.
+// The library accepts any address, but a frame to a group or to all zeros reaches nobody.
 void check_stations(const node_file_read &file, problem_list &problems)
 {
     for (const placed_line &line : file.lines)
@@ -77,7 +77,7 @@ void check_ports(const path_list &paths, problem_list &problems)
                                                                       port_text(path.port), ports_with_ebcom)));
 }
 
-// The first of the path's addresses that lies behind the EIOA.
+// The first of the path's addresses whose location is the EIOA.
 std::optional<mac_address> first_eioa_address(const path_entry &path, uint8_t mp_id)
 {
     for (uint32_t i = 0; i < path.count; ++i) {
@@ -107,7 +107,7 @@ bool same_argument(const placed_line &one, const placed_line &other, std::string
     return value && other_value ? *value == *other_value : value == other_value;
 }
 
-// One queue carries all paths of a port: the first one decides how it is shaped.
+// All paths of a port share its queue, and the first one shapes it: other values of later paths would be ignored.
 void check_shaping(const path_list &paths, problem_list &problems)
 {
     constexpr std::string_view shaping[] = {"--rate", "--burst", "--threshold"};
@@ -123,6 +123,7 @@ void check_shaping(const path_list &paths, problem_list &problems)
     }
 }
 
+// Each limit is reported once, at the path that exceeds it.
 void check_amounts(const path_list &paths, problem_list &problems)
 {
     uint64_t all = 0;
@@ -140,7 +141,8 @@ void check_amounts(const path_list &paths, problem_list &problems)
     }
 }
 
-// Paths to one destination from several ports count once. Too many paths are reported already.
+// Paths to one destination from several ports count once. Stops where there are too many paths: that is reported
+// already, and the set would become large.
 void check_destination_count(const path_list &paths, size_t most, problem_list &problems)
 {
     uint64_t all = 0;
@@ -163,14 +165,14 @@ void check_destination_count(const path_list &paths, size_t most, problem_list &
 // A PCEP or a group.
 struct end_point {
     const placed_line *line;
-    std::string_view argument; // that is its id
+    std::string_view argument; // the one that holds its id
     std::string_view kind;
 };
 
 constexpr std::string_view pcep_kind = "PCEP";
 constexpr std::string_view group_kind = "multicast group";
 
-// Those with an id that could be read, in the order of the file, in which both kinds may be mixed.
+// All whose id could be read, in the order of the file: PCEPs and groups may be mixed there.
 std::vector<end_point> end_points_of(const node_file_read &file)
 {
     std::vector<end_point> all;
@@ -183,7 +185,7 @@ std::vector<end_point> end_points_of(const node_file_read &file)
     return all;
 }
 
-// Of each id the first one, which is whom other lines mean by it.
+// The first one with each id: the one that members and streams refer to.
 using end_points = std::map<uint32_t, end_point>;
 
 end_points check_ids(const node_file_read &file, problem_list &problems)
@@ -200,7 +202,7 @@ end_points check_ids(const node_file_read &file, problem_list &problems)
     return first_of_id;
 }
 
-// What is wrong with a PCEP as a member; empty: nothing.
+// Why no PCEP with this id can be a member of a group; empty: one can.
 std::string no_member(uint32_t id, const end_points &all)
 {
     const auto named = all.find(id);
@@ -211,7 +213,7 @@ std::string no_member(uint32_t id, const end_points &all)
     return fmt::format("{} is the {} in line {}, not a PCEP", id, named->second.kind, named->second.line->at.line);
 }
 
-// The members of a group are those of its table.
+// Members of one group have the position of one table.
 void check_members(const node_file_read &file, const end_points &all, problem_list &problems)
 {
     std::map<position, std::set<uint32_t>> members_of_table;
@@ -239,7 +241,7 @@ bool leads_to(const path_entry &path, const mac_address &mac)
     return path.first <= mac && mac <= counted_up(path.first, path.count - 1);
 }
 
-// Lines with problems of their own may be the ones that lead there: then nothing can be said.
+// Checks nothing while the file has other problems: a path that could not be read may lead to the destination.
 void check_destinations(const node_file_read &file, const path_list &paths, problem_list &problems)
 {
     const lines pceps = lines_of(file, "pcep add");

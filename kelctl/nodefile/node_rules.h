@@ -1,4 +1,6 @@
-// What the lines of a node file must satisfy together, and with the node: the rules that no single line can break.
+// Rules across several tables of a node file, and between the file and the node: two PCEPs with one id, a member that
+// is no PCEP of the file, more paths than the library counts. Rules within one table are the `.check` of its command's
+// row.
 #pragma once
 
 #include "kelctl/nodefile/node_file.h"
@@ -10,13 +12,13 @@
 namespace kelctl
 {
 
-// What the rules depend on beside the file.
+// What the rules need to know besides the file.
 struct surroundings {
-    uint8_t mp_id = 0;                            // of a file without one; 0: none
-    std::optional<size_t> most_destinations = {}; // that the platform has room for; none: that is not known
+    uint8_t mp_id = 0;                            // used when the file has none; 0: none
+    std::optional<size_t> most_destinations = {}; // that the platform has room for; none: not known
 };
 
-// Adds what is wrong to the file's problems.
+// Adds a problem to the file for each rule that is broken.
 void check_rules(node_file_read &file, const surroundings &around);
 
 } // namespace kelctl

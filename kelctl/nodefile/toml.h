@@ -1,4 +1,4 @@
-// The TOML parser, as it has to be for files that anybody may have written. Include it only from here.
+// The TOML parser, configured for files from untrusted authors. Include the parser only through this header.
 #pragma once
 
 #include <cstdint>
@@ -12,8 +12,8 @@
 #pragma push_macro("NDEBUG")
 #undef NDEBUG
 
-// Version 3.3 calls unreachable what its look for blanks does reach, with a letter such as U+00E4 in the place of one.
-// None of these is a blank. All that it says so in tells yes or no.
+// Version 3.3 marks a branch as unreachable that its search for blanks does reach, for a letter such as U+00E4. No such
+// letter is a blank, and all functions with this branch return a bool: the branch returns false.
 #include <toml++/impl/preprocessor.h>
 #if TOML_LIB_MAJOR == 3 && TOML_LIB_MINOR == 3
 #pragma push_macro("TOML_UNREACHABLE")

@@ -11,7 +11,7 @@ namespace kelctl
 namespace
 {
 
-// The driver kit's codes are told as its records print them, too.
+// Codes of the driver kit, which are negative, also in hexadecimal: its records print them so.
 std::string code_text(int64_t code)
 {
     return code < 0 ? fmt::format("{} (0x{:x})", code, static_cast<uint32_t>(code)) : std::to_string(code);

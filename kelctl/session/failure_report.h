@@ -1,4 +1,5 @@
-// A failed operation, told in full: what was called, what it answered, and what the library traced meanwhile.
+// The full report of a failed operation: the call, its return code, the call underneath that refused, and the library's
+// trace records.
 #pragma once
 
 #include "kelctl/library/library_call.h"

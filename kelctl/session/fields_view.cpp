@@ -48,7 +48,7 @@ std::string cell(const fields &value)
     return parts.empty() ? "none" : joined(parts, ", ");
 }
 
-// A column of the rows' values under a name; numbers stand at its right end.
+// A column: the rows' values of one name. Numbers are aligned to the right.
 struct column {
     std::string name;
     std::vector<std::string> title; // its lines
@@ -86,7 +86,7 @@ column column_of(const std::string &name, std::vector<std::string> title, const 
     return made;
 }
 
-// The words of the title in as many lines as they take to be no wider than the values, or than the longest of them.
+// The same with its title broken into lines, as narrow as the values and the title's longest word allow.
 column narrowed(const column &wide, const fields &rows)
 {
     std::istringstream title(wide.title.front());
@@ -109,7 +109,7 @@ size_t width_of(const std::vector<column> &columns)
     return width;
 }
 
-// A line of the table: what each column has to say in it.
+// A line of the table: `text_of` returns the text of each column.
 template <typename Text> std::string table_line(const std::vector<column> &columns, Text text_of)
 {
     std::string line;
@@ -120,7 +120,7 @@ template <typename Text> std::string table_line(const std::vector<column> &colum
     return line.substr(0, line.find_last_not_of(' ') + 1);
 }
 
-// The titles' last lines stand next to the values.
+// Titles are aligned at the bottom, next to the values.
 std::string title_line(const column &one, size_t lines_below)
 {
     return lines_below < one.title.size() ? one.title[one.title.size() - 1 - lines_below] : "";

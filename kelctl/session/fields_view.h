@@ -1,4 +1,13 @@
-// Named values laid out for people: a line for each, lists of rows as tables. All that kelctl shows passes through here.
+// The layout of results as text: a line for each named value, a table for a list of rows. Every command uses it.
+//
+//     fields{{"paths_added", 2}, {"queues", [{"port": 6, "name": "RLU1P"}]}}
+//
+//     paths added  2
+//
+//     port  name
+//        6  RLU1P
+//
+// Which columns a table of counters has is views/counter_tables.cpp.
 #pragma once
 
 #include "kelctl/session/result.h"
@@ -25,9 +34,9 @@ page page_for(std::FILE *stream);
 // A line with its end, in as many as the page's width takes. `unseen` octets of its first part take no room.
 std::string line_on(const page &page, std::string_view line, size_t unseen = 0);
 
-// Names lose their underscores. A table that is wider than 80 columns has titles of several lines; one that is wider
-// than its page goes on in further tables, which begin with the same column. Every line ends with a line end; no fields
-// are no text, and a text alone is shown as it is.
+// Underscores in names become blanks. A table wider than its page, or than 80 columns where there is no page, breaks
+// its titles into several lines; one that is still wider than the page continues in further tables, which repeat the
+// first column. Every line ends with a line end. Without fields the text is empty; a text alone is returned unchanged.
 std::string fields_text(const fields &shown, const page &page);
 
 } // namespace kelctl

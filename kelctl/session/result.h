@@ -1,5 +1,9 @@
-// What a command did: what there is to show, how it went, and what failed. Commands fill it; result_view.h lays it out for
-// people, result_document.h for programs.
+// The result of a command: its values, its status, its failures. Handlers fill it and print nothing; result_view.h
+// shows it as text, result_document.h as JSON.
+//
+//     result done = session.call(asked, kel_core_ic_ebcom_capabilities_get, parameter::output(capabilities));
+//     done.shown = {{"max_burst_size", capabilities.max_burst_size}};
+//     return done;
 #pragma once
 
 #include "kelctl/library/library_call.h"
@@ -16,11 +20,11 @@
 namespace kelctl
 {
 
-// Named values in the order of their adding: text, numbers, lists of them, and lists of rows with the same names.
-// A template says fields{...} where it assigns a list: from bare braces there, Clang 14 never destroys what was replaced.
+// Named values in the order of their adding: text, numbers, lists of them, and lists of rows with the same names. A
+// template says fields{...} where it assigns a list: from bare braces there, Clang 14 never destroys what was replaced.
 using fields = notation::document;
 
-// Something wrong with what was asked for, before anything was done.
+// An error in the command line, a script or a file, found before anything was done.
 struct input_error {
     std::string message;
     std::string file = {}; // empty: the command line
@@ -41,7 +45,7 @@ struct result {
     std::string remark = {};                  // last for people, on standard error: "2 problems, nothing was started"
 };
 
-// Where a command stands in a file. Without a file: on the command line or in the shell.
+// The file and line that a command comes from. No file: the command line or the shell.
 struct origin {
     std::string file;
     uint32_t line = 0;
@@ -56,13 +60,13 @@ template <typename Items, typename Function> fields list_of(const Items &items, 
     return list;
 }
 
-// That nothing was done, for a reason that is not in the words of the command: it is told as an error.
+// Nothing was done, for a reason outside the words of the command, such as the platform.
 result refused(std::string reason, std::string file = {});
 
-// That the words of the command do not go together.
+// The words of the command do not go together.
 result wrong_use(std::string reason);
 
-// That a file is not as it has to be: "node.toml: 3 problems, nothing was started".
+// A file has errors; the remark is "node.toml: 3 problems, nothing was started", with `consequence` at its end.
 result wrong_input(const std::string &file, std::vector<input_error> errors, std::string_view consequence);
 
 } // namespace kelctl

@@ -31,7 +31,7 @@ fields json_of(const argument_value &value)
         value);
 }
 
-// "--ether-type" is told as "ether_type", "MAC" as "mac".
+// The key of an argument: "ether_type" for "--ether-type", "mac" for "MAC".
 std::string key_of(std::string name)
 {
     name.erase(0, name.find_first_not_of('-'));
@@ -69,7 +69,7 @@ fields error_of(const input_error &error)
             {"column", count(error.at.column)}};
 }
 
-// The first of them under a name of its own, which most readers need only.
+// The first one gets a key of its own: there is hardly ever another, and most readers need no list.
 void add_list(fields &document, const char *first_name, const char *others_name, const fields &all)
 {
     if (all.empty())

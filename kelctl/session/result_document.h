@@ -12,10 +12,10 @@ namespace kelctl
 
 fields document_of(const result &done, const invocation &asked, const origin &from, bool tracer_installed);
 
-// Of a line that never became a command.
+// For a line that is no command.
 fields document_of(const input_error &error);
 
-// A failed operation without its trace records, and one of these, as they stand in documents.
+// Parts of documents: a failed operation without its trace records, and one such record.
 fields failure_fields(const failure &failed);
 fields record_fields(const trace_entry &entry);
 

@@ -1,4 +1,4 @@
-// The order of what is told, and the place before it.
+// The order of a result's parts, and the file and line in front of each.
 #include "kelctl/session/result_view.h"
 
 #include "kelctl/session/failure_report.h"

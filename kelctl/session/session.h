@@ -1,4 +1,7 @@
-// What lasts from one command to the next: the trace log, how results are shown, and the words that were used.
+// Carries commands out and keeps what outlives a single one: the trace log, what was made, the words that were used.
+//
+//     session session(commands(), source::program, json, trace);
+//     const result done = session.carry_out(parse(session.table, words, session.where));
 #pragma once
 
 #include "kel/kel_core_ic_ebcom.h"
@@ -25,23 +28,23 @@ class trace_log;
 class session
 {
 public:
-    // The table has to outlive it, as every command that it carries out comes from there.
+    // `commands` must outlive the session, and is the table of every command that it carries out.
     session(const command_table &commands, source where, const manner &shown);
     ~session();
 
-    // Carries the command out, remembers the words it used, and shows its result. `file` is where its line stands; empty
-    // on the command line and in the shell. What it returns has been shown.
+    // Carries the command out, remembers the words it used, and shows its result. `file`: the script of its line;
+    // empty on the command line and in the shell. What it returns has been shown.
     result carry_out(const invocation &asked, const std::string &file = {});
 
-    // The same without showing it.
+    // The same without showing the result, for jobs that show it themselves.
     result perform(const invocation &asked);
 
     // Shows a part of what a command does, as it comes up, and adds it to the command's result. Where results are JSON
     // the whole is one document, shown at the end. `from` is put in front of what went wrong.
     void show_part(result &whole, result part, const origin &from);
 
-    // Calls the library's function that the command stands for, with these parameters (library_call.h). What it made is
-    // noted.
+    // Calls the library's function that the command is for, with these parameters (library_call.h), and notes what it
+    // made for the take-down.
     template <typename Function, typename... Parameters>
     result call(const invocation &asked, Function function, const Parameters &...parameters)
     {
@@ -50,7 +53,7 @@ public:
         return done;
     }
 
-    // Calls any function that only reads.
+    // Calls a function that changes nothing on the node: the result is not noted as made.
     template <typename Function, typename... Parameters>
     result ask(std::string_view name, Function function, const Parameters &...parameters)
     {
@@ -61,10 +64,10 @@ public:
     // Where text is shown on standard output, with as many rows of a list as were asked for.
     page output_page() const;
 
-    // A line of a stream, where results are shown as JSON: nothing elsewhere.
+    // Writes a document at once, as a line of its own, where results are JSON. Does nothing elsewhere.
     void stream(const fields &document) const;
 
-    // Listens from the first time that it is asked for: before that, nothing is going on beside the commands.
+    // Created by its first use: before the first call into the library there are no records.
     trace_log &log();
 
     bool tracer_installed() const;
@@ -88,8 +91,8 @@ public:
     source where; // commands come from
     known_words known;
     undo_stack made{table}; // what the commands so far made
-    // The paths and shapers that were asked for and stand, in the order of their adding: the accelerator knows handles,
-    // and only who asked knows which ports they serve.
+    // The paths and shapers that were added and still exist, the oldest first. The accelerator knows queues by handles
+    // only, so this is what shows which port a queue belongs to (node/standing.h).
     std::vector<kel_ebcom_path_config> paths;
     traffic_player traffic;        // what passes as virtual time does
     std::function<void()> on_made; // called after each call that succeeded; null: not at all

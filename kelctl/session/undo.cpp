@@ -29,7 +29,7 @@ std::optional<invocation> undo_of(const invocation &asked, const command_table &
     return undo;
 }
 
-// Most commands that undo others undo the last one made.
+// Searches from the newest: most commands that undo another undo the newest.
 void undo_stack::note(const invocation &asked)
 {
     if (auto undo = undo_of(asked, table_)) {

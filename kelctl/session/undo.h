@@ -1,4 +1,5 @@
-// What this process made and nobody has taken back: for each command that succeeded, the one that undoes it.
+// The stack of what this process has made and not undone: for each command that succeeded, the one that undoes it. Rows
+// name the command that undoes them (`.undo`); jobs/take_down.h carries these out.
 #pragma once
 
 #include "kelctl/language/command.h"
@@ -10,13 +11,13 @@
 namespace kelctl
 {
 
-// The command of the table that undoes this one, with those of its arguments that it takes. None when its row names none.
+// The command that undoes this one, with the arguments that both have. None when its row names none.
 std::optional<invocation> undo_of(const invocation &asked, const command_table &table);
 
 struct made_command {
     invocation asked;
-    invocation undo;     // no row: it stays
-    bool failed = false; // it may have left something all the same
+    invocation undo;     // without a row: nothing undoes it
+    bool failed = false; // the command failed, and may have left something
 };
 
 class undo_stack
@@ -26,13 +27,13 @@ public:
     {
     }
 
-    // The command succeeded. One that undoes another takes that one off. What it makes may have nothing that undoes it.
+    // Call it when a command succeeded. Pushes one that makes something; one that undoes another removes that one.
     void note(const invocation &asked);
 
-    // It failed, and may have left something that its undo removes.
+    // Call it when a command failed that may have left what its undo removes.
     void note_failed(const invocation &asked);
 
-    // In the order of their making.
+    // The oldest first.
     const std::vector<made_command> &all() const
     {
         return made_;
@@ -40,7 +41,7 @@ public:
 
     void drop_last();
 
-    // Nobody takes these down any more.
+    // Empties the stack without undoing anything: what was made stays on the node.
     std::vector<made_command> take_all();
 
 private:

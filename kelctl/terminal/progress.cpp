@@ -12,8 +12,8 @@ namespace kelctl
 namespace
 {
 
-constexpr size_t shortest_shown = 200;
-constexpr size_t redraws = 100;
+constexpr size_t shortest_shown = 200; // steps; fewer are done before anyone can read the line
+constexpr size_t redraws = 100;        // over the whole job: a draw for each step would slow it down
 
 bool completes_part(size_t done, size_t total)
 {

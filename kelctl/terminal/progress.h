@@ -1,4 +1,10 @@
-// How far a long job is: one line, drawn over and over on a terminal. Elsewhere nobody waits for it.
+// The progress of a long job as one line that a terminal redraws: "adding paths 4200/10000".
+//
+//     progress shown("adding paths", total, stderr, is_terminal(stderr));
+//     for (size_t done = 1; done <= total; ++done)
+//         shown.show(done);
+//
+// Several lines that are redrawn are redrawn_block.h.
 #pragma once
 
 #include <cstddef>
@@ -11,14 +17,14 @@ namespace kelctl
 class progress
 {
 public:
-    // Short jobs show nothing. `redrawn` tells that the stream is a terminal, which nothing else writes to meanwhile;
-    // without it nothing is shown either.
+    // `redrawn`: the stream is a terminal, and nothing else writes to it before the job ends. Without it, and for fewer
+    // than 200 steps, nothing is shown. Does not own the stream.
     progress(std::string what, size_t total, std::FILE *stream, bool redrawn);
 
-    // Call it for every number from 1 to the total.
+    // So many steps are done. Call it once for every number from 1 to the total: it draws once for each hundredth.
     void show(size_t done);
 
-    // Leaves the line that is being drawn over, if there is one. For a job that ends early.
+    // Ends the line, if there is one, so that other output starts on a new line. For a job that ends early.
     void leave_line();
 
 private:

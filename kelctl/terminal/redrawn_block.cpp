@@ -1,4 +1,4 @@
-// Moving the cursor.
+// The escape sequences that move the cursor back over the last drawing.
 #include "kelctl/terminal/redrawn_block.h"
 
 #include "kelctl/terminal/terminal.h"
@@ -14,16 +14,17 @@ namespace kelctl
 namespace
 {
 
-// A long line must not take two, or the way back up is not known.
+// A long line must not wrap: the cursor moves up by the number of lines, and a wrapped one would count as two.
 constexpr std::string_view wrapping_off = "\x1b[?7l";
 constexpr std::string_view wrapping_on = "\x1b[?7h";
-// Written in front: behind a line that fills the width, the cursor still stands on its last character.
+// Written before the line: after one that fills the width, the cursor is still on its last character and would erase
+// it.
 constexpr std::string_view line_erased = "\x1b[K";
 constexpr std::string_view rest_of_screen_erased = "\x1b[J";
 
 constexpr size_t any_height = 1'000'000;
 
-// One line is the cursor's.
+// One less than the height: the cursor needs a line, too.
 size_t lines_that_fit(std::FILE *stream)
 {
     winsize size{};

@@ -1,4 +1,9 @@
-// Lines that are drawn again and again: over each other on a terminal, one block after the other elsewhere.
+// Lines that are shown repeatedly: on a terminal each drawing replaces the one before, elsewhere it follows it.
+//
+//     redrawn_block block(stdout, is_terminal(stdout));
+//     block.draw("queue  frames/s\nRLU1P      1000\n");
+//     block.draw("queue  frames/s\nRLU1P      2000\n");
+//     block.leave();
 #pragma once
 
 #include <cstddef>
@@ -11,13 +16,14 @@ namespace kelctl
 class redrawn_block
 {
 public:
-    // `redrawn` is for a terminal that nothing else writes to between two drawings.
+    // `redrawn`: the stream is a terminal, and nothing else writes to it between two drawings. Does not own the stream.
     redrawn_block(std::FILE *stream, bool redrawn);
 
-    // The text ends with a line end. On a terminal, lines that are too long or too many for it are cut.
+    // The text must end with a line end. On a terminal, lines longer than its width and lines below its height are cut.
     void draw(std::string_view text);
 
-    // On a terminal an empty line follows, which the "^C" of a person may take. The next drawing is a new one.
+    // Ends the block: the next drawing starts below it. On a terminal a line end follows, because the cursor's line may
+    // hold the "^C" that the terminal has echoed.
     void leave();
 
 private:

@@ -19,8 +19,8 @@ namespace
 constexpr std::string_view begin_sequences[] = {"\x1b[1m", "\x1b[2m", "\x1b[1;31m"};
 constexpr std::string_view end_sequence = "\x1b[0m";
 
-// Of the first text that standard output did not take: the system's error, EPIPE for a reader that is gone. Only the
-// thread that carries commands out writes there.
+// The errno of the first failed write to standard output, EPIPE when its reader is gone; 0 while none has failed. No
+// lock: only the thread that carries commands out writes there.
 int output_error = 0;
 
 bool reader_is_gone()

@@ -1,4 +1,5 @@
-// What a stream's reader can take: lines drawn over, colours; and whether there is one still.
+// What a stream can show (lines redrawn, colours, a width), and whether anyone still reads standard output.
+// All output of kelctl goes through write(). What the text says is decided elsewhere.
 #pragma once
 
 #include <cstddef>
@@ -12,7 +13,9 @@ namespace kelctl
 
 enum class colour { heading, faint, failure };
 
-// Paints text, or leaves it as it is.
+// Puts text in the colour of its role, or returns it unchanged:
+//
+//     write(stderr, painter_for(stderr)(colour::failure, "failed:"));
 class painter
 {
 public:
@@ -28,22 +31,22 @@ private:
 
 bool is_terminal(std::FILE *stream);
 
-// How many characters a line of the terminal takes; none elsewhere, where lines are as long as what they say.
+// The columns of the terminal. None when the stream is not a terminal: then lines are not folded.
 std::optional<size_t> line_width(std::FILE *stream);
 
-// Colours on a terminal, unless the environment variable NO_COLOR says something.
+// Paints when the stream is a terminal and the environment variable NO_COLOR is unset or empty.
 painter painter_for(std::FILE *stream);
 
-// Writes text as it is. The node comes first: when standard output cannot be written, nothing more is written there,
-// and the command goes on.
+// Writes the text unchanged, and flushes. A failure does not stop the command: a lost report must not leave the node
+// half configured. Once standard output cannot be written, nothing more is written there.
 void write(std::FILE *stream, std::string_view text);
 
-// Whether standard output reaches nobody any more: its reader is gone, or it cannot be written. What would go on for
-// its reader only ends then.
+// True when nobody reads standard output any more: the other end of the pipe is closed, or a write has failed. Jobs
+// that only produce output end then.
 bool output_lost();
 
-// Why standard output could not be written: "No space left on device". None when all was written, nor when the reader
-// went away, which has read what it wanted.
+// Why standard output could not be written: "No space left on device". None when all was written, and none when the
+// reader closed its end: it has read what it wanted, as `head` has.
 std::optional<std::string> output_failure();
 
 } // namespace kelctl

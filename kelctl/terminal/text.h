@@ -1,4 +1,5 @@
-// Small text helpers: foreign text made safe for a terminal, and the nearest known word for a misspelt one.
+// Text for a terminal: untrusted text made safe, misspelt words compared with known ones, lines wrapped and folded.
+// Tables and named values are session/fields_view.h.
 #pragma once
 
 #include "text/quantity.h"
@@ -12,16 +13,17 @@
 namespace kelctl
 {
 
-// Foreign text as one line without control characters.
+// Text from outside (a file, a name, a typed word) as one line: each control character becomes "?", so that it can
+// neither move the cursor nor change colours.
 std::string without_controls(std::string_view text);
 
-// The same, cut after 160 octets.
+// The same, cut after 160 octets, never within a UTF-8 sequence; "..." follows if it was.
 std::string printable(std::string_view text);
 
 // The same in double quotes.
 std::string in_quotes(std::string_view text);
 
-// Whether two texts are equal but for the case of their ASCII letters.
+// Equal without regard to the case of ASCII letters.
 bool same_word(std::string_view a, std::string_view b);
 
 // The known word that at most two wrong, missing or extra letters turn `word` into; empty when there is none, or when
@@ -46,8 +48,9 @@ std::string wrapped(std::string_view lead, std::span<const std::string> parts, s
 // Text whose lines are filled anew. An empty line stands between paragraphs.
 std::string filled(std::string_view text, size_t width);
 
-// A line in as many as it takes to have at most `width` characters in each. It is broken at blanks, and goes on four
-// columns further in. `unseen` octets of its first part take no room on a terminal.
+// A line folded into lines of at most `width` characters, each with its line end. It breaks at blanks; a word that is
+// longer stays whole. Continued lines are indented by four more than the first. `unseen`: octets of escape sequences at
+// its beginning, which take no room on a terminal.
 std::string folded(std::string_view line, size_t width, size_t unseen = 0);
 
 // "a, b, c". The parts are strings, string views or whole numbers.

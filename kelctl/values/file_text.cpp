@@ -1,4 +1,4 @@
-// Reading within bounds, and writing without harm to what is there.
+// The system calls behind reading and replacing a file.
 #include "kelctl/values/file_text.h"
 
 #include "kelctl/values/quantity.h"
@@ -69,7 +69,7 @@ std::unique_ptr<std::FILE, int (*)(std::FILE *)> open_to_read(const std::string 
     return {std::fopen(file.c_str(), "rbe"), std::fclose};
 }
 
-// False, with errno telling why, when not all of it was.
+// False, with errno set, when not all of the text was written.
 bool write_all(int descriptor, std::string_view text)
 {
     while (!text.empty()) {
@@ -96,15 +96,15 @@ bool write_into(const std::string &device, std::string_view text)
     return descriptor >= 0 && close_after(descriptor, write_all(descriptor, text));
 }
 
-// Where a name leads to.
+// The file that a name refers to, after symbolic links. An error leaves the name: opening it reports the error.
 std::string resolved(const std::string &file)
 {
     std::error_code error;
-    const auto place = std::filesystem::weakly_canonical(file, error);
-    return error ? file : place.string();
+    const auto path = std::filesystem::weakly_canonical(file, error);
+    return error ? file : path.string();
 }
 
-// With the permissions of the file that is there; null: none is.
+// `there`: the file that is replaced, whose permissions the new one gets; null: there is none.
 bool replace(const std::string &file, std::string_view text, const struct stat *there)
 {
     if (there && access(file.c_str(), W_OK) != 0)

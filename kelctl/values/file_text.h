@@ -1,4 +1,4 @@
-// The whole text of a file: read, whoever may have written it, and written.
+// Whole files: read with a limit of size, and written so that a failure leaves the old file unchanged.
 #pragma once
 
 #include "kelctl/values/problem.h"
@@ -10,13 +10,14 @@
 namespace kelctl
 {
 
-// "-" is standard input. Why a file has none becomes a problem. Never reads more than 16 MiB, however long a device goes
-// on. What was read is an input of this run from then on.
+// Reads the file; "-" is standard input. A file that cannot be read, or has more than 16 MiB, adds one problem. From
+// then on the file counts as an input of this run: write_file() does not overwrite it.
 std::string text_of_file(const std::string &file, problem_list &problems);
 
-// Writes a file anew: beside it, to take its place when it is complete. Until then, and when it cannot be, the file stays
-// as it was. A link is followed; a device or a pipe is written as it is. An input of this run, or its standard input, is
-// refused. Why it cannot be done: "cannot be written: No such file or directory"; none when it was.
+// Replaces the file as a whole: writes a new one beside it, with the permissions of the old one, and renames it. On
+// failure the old file is unchanged. A symbolic link is followed; a device or a pipe is written directly. Refuses a
+// file that this run has read, and its standard input. Returns the error, "cannot be written: No such file or
+// directory"; none on success.
 std::optional<std::string> write_file(const std::string &file, std::string_view text);
 
 } // namespace kelctl

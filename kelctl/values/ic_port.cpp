@@ -24,7 +24,7 @@ constexpr std::array<std::array<int32_t, queues_of_a_scheduler>, 4> ports_of_sch
     {10, 11, 31, 32, 33, 34, 35, 36},
     {12, 13, 37, 38, 39, 40, 41, 42},
 }};
-constexpr int32_t port_by_itself = 0; // has a scheduler of its own, behind those
+constexpr int32_t port_by_itself = 0; // has a scheduler of its own, after those
 constexpr size_t group_name_length = 4;
 
 std::vector<std::string_view> branch_names()

@@ -9,22 +9,24 @@
 namespace kelctl
 {
 
-// Told to people who named a port that cannot be used.
+// For messages about a port that does not carry EBCOM: those that do.
 inline constexpr std::string_view ports_with_ebcom =
     "0, RLU1P to RLU1W, RLU2P to RLU2W, RLU3P to RLU3W, RLU4P to RLU4W";
 
-// The port of that branch name, in either case.
+// The port of a branch name such as "RLU1P", in upper or lower case. None for any other text, a number included.
 std::optional<int32_t> port_by_name(std::string_view name);
 
-// What to tell people who wrote this name or number.
+// The message for a name or number that no port has: "there is no port "RLU1X"; did you mean ...".
 std::string no_such_port(std::string_view written);
 
-// Whether a number, whatever its size, is that of a port.
+// True for 0 to 50. Takes 64 bits, so that a number from outside is checked before it is narrowed.
 bool is_port(int64_t number);
 
+// True for the ports that can have paths: 0, 6 to 13 and 19 to 42.
 bool carries_ebcom(int32_t port);
 
-// Where the library keeps a port's queue: the group of ports that share a scheduler, and the source in the group.
+// The indexes by which the library keeps a port's queue: the scheduler that its group of ports shares, and the queue
+// below that scheduler. Both count from 0.
 struct qos_place {
     int32_t scheduler;
     int32_t queue;

@@ -1,4 +1,5 @@
-// What the node's values may be: the same for node files and for commands.
+// The range of each value, for node files and commands alike. The unit is in its text. Rows of commands name a range in
+// the kind of their argument: kind::number(vlan_range).
 #pragma once
 
 #include "kelctl/values/whole_number.h"
@@ -28,7 +29,7 @@ inline constexpr range burst_frames_range = {1, 1'000'000, "1 to 1000000 frames"
 inline constexpr range octet_range = {0, 0xFF, "0 to 255"};
 inline constexpr range word_range = {0, 0xFFFF, "0 to 65535"};
 
-// What the C interface's own types hold.
+// For --raw: all that the types of the C interface can hold.
 inline constexpr range dword_range = {0, 0xFFFF'FFFF, "0 to 4294967295"};
 inline constexpr range raw_port_range = {-0x8000'0000LL, 0x7FFF'FFFF, "-2147483648 to 2147483647"};
 inline constexpr range raw_threshold_range = {0, 0xFFFF'FFFFLL * 256, "0 to 1099511627520 octets"};

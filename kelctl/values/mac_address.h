@@ -1,4 +1,4 @@
-// Ethernet addresses: notations, counting up, and where their owner sits.
+// MAC addresses: their notations, ranges of consecutive ones, and their location in the node.
 #pragma once
 
 #include "kel/kel_node_names.h"
@@ -19,29 +19,29 @@ struct mac_address {
     auto operator<=>(const mac_address &) const = default;
 };
 
-// Of the six octets there.
+// Copies the six octets there.
 mac_address mac_address_at(const uint8_t *octets);
 
-// aa:bb:cc:dd:ee:ff, aa-bb-cc-dd-ee-ff or aabb.ccdd.eeff, digits in either case.
+// Reads aa:bb:cc:dd:ee:ff, aa-bb-cc-dd-ee-ff or aabb.ccdd.eeff, with digits in either case. None for any other text.
 std::optional<mac_address> parse_mac_address(std::string_view text);
 
-// What to tell people who wrote something else.
+// The message for a text that parse_mac_address() does not take.
 std::string no_mac_address(std::string_view written);
 
 // aa:bb:cc:dd:ee:ff
 std::string to_text(const mac_address &mac);
 
-// Whether the address stands for one station: neither a group's nor the broadcast address, nor no address at all.
+// True for the address of one station: neither multicast nor broadcast, and not all zeros.
 bool is_station(const mac_address &mac);
 
-// How many addresses with the same first three octets follow this one.
+// How many addresses follow this one before its last three octets overflow.
 uint32_t addresses_after(const mac_address &mac);
 
-// The address so many further, counted in the last three octets. At most addresses_after().
+// The address plus `by`, counted in its last three octets. `by` is at most addresses_after().
 mac_address counted_up(const mac_address &mac, uint32_t by);
 
-// The owner's location, as the library tells it on the processor with this MP id (mp_id.h); 0 where there is none. Asking
-// the library itself would bind the process to an MP id.
+// The location that the library finds for the address on the processor with this MP id (mp_id.h); an id of 0 stands for
+// none. The rule is repeated here because a call of the library would bind the process to an MP id.
 kel_location location_of(const mac_address &mac, uint8_t mp_id);
 
 } // namespace kelctl

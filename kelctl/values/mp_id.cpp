@@ -9,7 +9,7 @@ namespace kelctl
 namespace
 {
 
-uint8_t kept = 0; // none yet: the library goes on looking for one
+uint8_t kept = 0; // 0: none yet, and the library reads MPID again on its next use
 
 } // namespace
 

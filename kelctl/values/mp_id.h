@@ -1,5 +1,5 @@
-// The own MP id: which processor this is. The library reads it from the environment variable MPID, and keeps the first
-// one that it finds there for as long as the process lives.
+// The own MP id: the number of this processor, 1 to 255. The library reads it from the environment variable MPID and
+// keeps the first one that it finds until the process ends; so node files with different ids need different processes.
 #pragma once
 
 #include <cstdint>
@@ -7,13 +7,14 @@
 namespace kelctl
 {
 
-// What MPID says, read as the library reads it. 0: none.
+// The number in MPID, parsed as the library parses it. 0: none.
 uint8_t own_mp_id();
 
-// Makes it the one that the library finds. False, and nothing changes, when the process has another one for good.
+// Sets MPID, for the library to find. False, with nothing changed, when the process already keeps another id.
 bool adopt_mp_id(uint8_t id);
 
-// From now on the process has the one that MPID says, if it says one: the library was called, and may have read it.
+// Call it after each call of the library, which may have read MPID: from here on the process keeps that id, if there
+// is one.
 void keep_mp_id();
 
 } // namespace kelctl

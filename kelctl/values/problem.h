@@ -1,4 +1,5 @@
-// What is wrong with a file, and where.
+// What is wrong with a file, and at which line and column: "node.toml:3:8: port: there is no port 99". The file's name
+// is added when problems become errors of a result (node/load_node_file.h).
 #pragma once
 
 #include <compare>
@@ -9,7 +10,7 @@
 namespace kelctl
 {
 
-// Both count from 1; columns count characters. A column of 0 stands for the line, a line of 0 for the whole file.
+// Both count from 1; columns count characters, not octets. Column 0 means the whole line, line 0 the whole file.
 struct position {
     uint32_t line = 1;
     uint32_t column = 1;

@@ -1,4 +1,5 @@
-// Rates, sizes and durations with units, and what to tell people who wrote them wrong.
+// The messages for a rate, a size or a duration that is written wrong. The units themselves, and how a number with a
+// unit is read and written, are in text/quantity.h.
 #pragma once
 
 #include "text/quantity.h"
@@ -21,10 +22,10 @@ using text::unit;
 // "kbit/s, Mbit/s or Gbit/s"
 std::string names_of(std::span<const unit> units);
 
-// What to tell people who wrote something else.
+// The message for a text that parse_quantity() does not take.
 std::string no_quantity(std::string_view written, std::span<const unit> units);
 
-// What to tell people whose octets do not make up whole blocks.
+// The message for a size that is not a number of whole blocks. Both in octets.
 std::string no_multiple(uint64_t octets, uint32_t block);
 
 } // namespace kelctl

@@ -1,4 +1,4 @@
-// Whole numbers as people write them, and the ranges they have to be in.
+// Whole numbers as people write them, and ranges. Which value has which range is limits.h.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@
 namespace kelctl
 {
 
-// Both ends belong to the range. `text` is how people are told of it.
+// Both ends belong to the range. `text` is its form in messages and help: "1 to 511".
 struct range {
     int64_t min;
     int64_t max;
@@ -21,7 +21,8 @@ struct range {
     }
 };
 
-// Decimal, or hexadecimal after 0x, with or without a minus. One that 64 bits cannot hold becomes the nearest they can.
+// Reads a decimal number, or a hexadecimal one after 0x, with or without a minus. None for any other text. A number
+// beyond 64 bits becomes the nearest that they hold, so that it is reported as out of range and not as no number.
 std::optional<int64_t> parse_whole_number(std::string_view text);
 
 // "512 is not in 1 to 511", "0x200 is not in 0x1 to 0x1FF"; `shown` is the value as it was written.

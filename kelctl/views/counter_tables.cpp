@@ -1,4 +1,4 @@
-// The columns.
+// The columns: which value of a document is under which title.
 #include "kelctl/views/counter_tables.h"
 
 #include "kelctl/values/quantity.h"
@@ -12,7 +12,7 @@ namespace kelctl
 namespace
 {
 
-// Where a column's values stand in each row of a document.
+// A column, and where its value is in each row of a document: row[block][name].
 struct column {
     std::string_view title;
     std::string_view block; // of the row; empty: the row itself
@@ -68,7 +68,7 @@ void add_table(fields &shown, std::string_view name, const fields &rows, std::sp
         shown[name].push_back(row_of(row, columns));
 }
 
-// `known` has null where the library does not find a queue.
+// `known`: the member that is null for a queue that the library does not find.
 void add_queues(fields &shown, const fields &queues, std::span<const column> columns, std::string_view known)
 {
     add_table(shown, "queues", queues, columns);
@@ -82,7 +82,7 @@ double microseconds(const fields &nanoseconds)
     return static_cast<double>(nanoseconds.number<uint64_t>() / 100) / 10;
 }
 
-// Of the queues that frames came to.
+// Only queues that frames have entered.
 void add_delays(fields &shown, const fields &queues)
 {
     for (const fields &queue : queues)
@@ -95,7 +95,8 @@ void add_delays(fields &shown, const fields &queues)
                                        {"most octets waiting", queue.at("deepest_octets")}});
 }
 
-// The formatting library's names, which are its own affair.
+// With the formatting library's names, which the platform chooses. A name that is in two blocks gets its block's in
+// front.
 fields pcep_row(const fields &pcep)
 {
     fields row = {{"PCEP", pcep.at("id")}};

@@ -1,4 +1,5 @@
-// Counters and rates as people read them: tables with titles of their own in place of the names that programs know.
+// The tables of counters and rates that people see: columns with titles, chosen from the documents that programs get.
+// Add a column of the live view here; its value comes from node/rates.cpp.
 #pragma once
 
 #include "kelctl/session/result.h"
@@ -6,10 +7,10 @@
 namespace kelctl
 {
 
-// Of what read_statistics() read. What is not there is left out.
+// For the result of read_statistics() (node/statistics.h). Counters that could not be read are left out.
 fields statistics_tables(const fields &read);
 
-// Of rates_between().
+// For the result of rates_between() (node/rates.h): one step of the live view.
 fields rates_tables(const fields &rates);
 
 } // namespace kelctl

@@ -16,7 +16,7 @@ bool continues(const destination &last, const destination &next)
            last.note == next.note;
 }
 
-// Behind the run that starts here, or behind its first address when it is too short to be one.
+// The end of the run that starts here; only its first address when the run is too short.
 size_t end_of_run(const std::vector<destination> &all, size_t first)
 {
     size_t end = first + 1;

@@ -1,4 +1,5 @@
-// The rows of destinations: one for each address, or for a run of consecutive ones that have the rest in common.
+// Destinations as rows of text: one for each address, or one for a run of consecutive addresses with the same location
+// and note, so that 10,000 paths do not fill the screen.
 #pragma once
 
 #include "kelctl/values/mac_address.h"
@@ -15,7 +16,7 @@ struct destination {
     std::string note; // empty: nothing to say
 };
 
-// In the order given, which has to be that of the addresses. Without line ends.
+// `all` must be sorted by address. Rows have no line ends.
 std::vector<std::string> destination_rows(const std::vector<destination> &all);
 
 } // namespace kelctl

@@ -1,4 +1,4 @@
-// What the accelerator still holds, object by object: for a node that should be empty, or was left standing.
+// The objects that are left on the node, by kind: after a take-down, which should leave none, and after `up --keep`.
 #pragma once
 
 #include "kelctl/accelerator/snapshot.h"
@@ -9,13 +9,13 @@
 namespace kelctl
 {
 
-// A line for each kind: how many there are, and the names of the first of them. Empty for an empty node.
+// A line for each kind: the number of objects, and the names of the first ones. Empty for an empty node.
 std::string leftover_view(const snapshot &node);
 
 // "12 schedulers, 1 path"; empty for an empty node.
 std::string contents_text(const snapshot &node);
 
-// All of them: `kind` and `name` of each.
+// For JSON: `kind` and `name` of each object.
 fields leftover_fields(const snapshot &node);
 
 } // namespace kelctl

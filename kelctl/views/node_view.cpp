@@ -25,14 +25,14 @@ std::string handle_text(handle self)
     return fmt::format("0x{:x}", self);
 }
 
-// A port's name, or what there is of it: a queue of a port that nobody remembers still has to be told apart.
+// The port's name. A queue whose port is not known is shown by its handle, which still distinguishes it.
 std::string queue_name(const port_knowledge &ports, handle queue)
 {
     const auto port = ports.port_of_queue.find(queue);
     return port == ports.port_of_queue.end() ? "queue " + handle_text(queue) : port_text(port->second);
 }
 
-// The accelerator sends to an address through one queue only, the one that was asked for last.
+// The accelerator has one path for each address, the last one created: added on two ports, it uses the queue of one.
 std::string note_for(handle used, handle queue, const port_knowledge &ports)
 {
     if (used == queue)
@@ -97,7 +97,7 @@ private:
         return view;
     }
 
-    // A chain of schedulers with nothing beside takes one line.
+    // A chain of schedulers without branches takes one line.
     std::string scheduler_row(handle top, handle last, size_t levels, size_t depth)
     {
         std::string handles = handle_text(top);

@@ -1,4 +1,4 @@
-// What stands on the node, as text.
+// The objects of a node as text: what `up` shows.
 #pragma once
 
 #include "kelctl/accelerator/snapshot.h"
@@ -11,9 +11,8 @@
 namespace kelctl
 {
 
-// The service; the scheduler tree with the queues and, under each queue, its destinations; PCEPs and groups. Several of
-// the paths that were added may lead to one destination; how many were is not told when nobody knows. Ends with an empty
-// line.
+// The service; the scheduler tree with the queues and, under each queue, its destinations; PCEPs and groups. Ends with
+// an empty line. `added_paths` is more than the number of destinations when several paths lead to one; none: not known.
 std::string node_view(const snapshot &node, const port_knowledge &ports, std::optional<size_t> added_paths,
                       const page &page);
 
