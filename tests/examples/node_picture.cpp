@@ -30,7 +30,7 @@ int main(int count, char **arguments)
     const loaded_lines node = load_node_file(arguments[1], commands());
     if (!node.errors.empty())
         return EXIT_FAILURE;
-    session here(commands(), source::script, true, false);
+    session here(commands(), source::script, {.json = true});
     const auto succeeds = [&](const invocation &line) { return here.perform(line).status == exit_done; };
     if (!std::ranges::all_of(node.lines, succeeds) || softnode_timing_settle(generous) != 1)
         return EXIT_FAILURE;
