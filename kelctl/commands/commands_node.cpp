@@ -41,14 +41,15 @@ constexpr range interval_range = {0, 3'600'000'000'000, "0 s to 3600 s"};
 result check(const invocation &asked, session &session)
 {
     const std::string &name = asked.given.text("FILE");
-    auto [lines, errors] = load_node_file(name, session.table);
+    auto [lines, errors, warnings] = load_node_file(name, session.table);
     if (!errors.empty())
         return wrong_input(name, std::move(errors), "nothing was started");
     const node_size size = size_of(lines);
     return {.shown = {{"paths", size.paths},
                       {"pceps", size.pceps},
                       {"multicast_groups", size.groups},
-                      {"traffic", size.streams}}};
+                      {"traffic", size.streams}},
+            .warnings = std::move(warnings)};
 }
 
 // What takes down what the lines make, from the last to the first.
@@ -72,7 +73,7 @@ std::string script_of(std::string_view comment, const fields &lines)
 result plan(const invocation &asked, session &session)
 {
     const std::string &name = asked.given.text("FILE");
-    auto [lines, errors] = load_node_file(name, session.table);
+    auto [lines, errors, warnings] = load_node_file(name, session.table);
     if (!errors.empty())
         return wrong_input(name, std::move(errors), "nothing was planned");
     const fields up = list_of(lines, text_of);

@@ -120,10 +120,11 @@ result run_lines(session &session)
 }
 
 // `shell FILE`: the node is up while lines are read, and is taken down after the last one.
-result run_lines_on(std::vector<invocation> made_by, const std::string &file, session &session)
+result run_lines_on(loaded_lines loaded, const std::string &file, session &session)
 {
-    const node_size size = size_of(made_by);
-    bring_up node(std::move(made_by), file, session);
+    const node_size size = size_of(loaded.lines);
+    bring_up node(std::move(loaded.lines), file, session);
+    node.show({.text = "", .warnings = std::move(loaded.warnings)});
     const bool stood = node.up();
     if (stood)
         node.show({.text = fmt::format("The node stands: {} paths, {} PCEPs, {} multicast groups", size.paths,
@@ -145,11 +146,11 @@ result shell(const invocation &asked, session &session)
         return run_lines(session);
     }
     const std::string &file = asked.given.text("FILE");
-    auto [lines, errors] = load_node_file(file, session.table);
-    if (!errors.empty())
-        return wrong_input(file, std::move(errors), "nothing was started");
+    loaded_lines loaded = load_node_file(file, session.table);
+    if (!loaded.errors.empty())
+        return wrong_input(file, std::move(loaded.errors), "nothing was started");
     const interruption_watch watch;
-    return run_lines_on(std::move(lines), file, session);
+    return run_lines_on(std::move(loaded), file, session);
 }
 
 } // namespace kelctl

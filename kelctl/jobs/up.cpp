@@ -84,12 +84,13 @@ result up(const invocation &asked, session &session)
     if (asked.given.has("--watch") && !on_software_accelerator())
         return refused("--watch does not apply: this platform is not the software accelerator");
     const std::string &name = asked.given.text("FILE");
-    auto [lines, errors] = load_node_file(name, session.table);
+    auto [lines, errors, warnings] = load_node_file(name, session.table);
     if (!errors.empty())
         return wrong_input(name, std::move(errors), "nothing was started");
 
     const interruption_watch interruptions;
     bring_up node(std::move(lines), name, session);
+    node.show({.text = "", .warnings = std::move(warnings)});
     const bool stands = node.up();
     const bool kept = !stands && asked.given.has("--keep") && node.keep();
     const bool shown = stands && show_node(node, asked.given, session);

@@ -121,14 +121,22 @@ private:
     void offer_options(const std::vector<argument> &list)
     {
         for (const argument &one : list)
-            if (one.is_option() && !was_given(one))
+            if (one.is_option() && !was_given(one.name) && !was_given(one.instead) && fits_variant(one))
                 offer(one.name, one.help);
     }
 
-    bool was_given(const argument &option) const
+    bool was_given(std::string_view option) const
     {
-        return std::any_of(parts_.arguments.begin(), parts_.arguments.end(),
-                           [&option](const argument_word &one) { return one.option == option.name; });
+        return !option.empty() &&
+               std::ranges::find(parts_.arguments, option, &argument_word::option) != parts_.arguments.end();
+    }
+
+    // Of the variant that was given; without one, every option may still come to fit.
+    bool fits_variant(const argument &option) const
+    {
+        const auto given = std::ranges::find(parts_.arguments, "--variant", &argument_word::option);
+        return given == parts_.arguments.end() || !given->value || option.only_for.empty() ||
+               std::ranges::find(option.only_for, given->value->text) != option.only_for.end();
     }
 
     const command_table &table_;

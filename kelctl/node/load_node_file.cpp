@@ -26,7 +26,7 @@ loaded_lines load_node_file(const std::string &file, const command_table &rows)
 {
     node_file_read read = read_node_file(file, rows);
     check_rules(read, {.mp_id = own_mp_id(), .most_destinations = room_for_destinations()});
-    loaded_lines loaded = {{}, errors_of(file, std::move(read.problems))};
+    loaded_lines loaded = {{}, errors_of(file, std::move(read.problems)), errors_of(file, std::move(read.warnings))};
     loaded.lines.reserve(read.lines.size());
     for (placed_line &line : read.lines)
         loaded.lines.push_back(std::move(line.asked));

@@ -15,8 +15,9 @@ namespace kelctl
 
 // The commands that a node file or a script stands for.
 struct loaded_lines {
-    std::vector<invocation> lines;   // use them only without errors
-    std::vector<input_error> errors; // by line and column
+    std::vector<invocation> lines;          // use them only without errors
+    std::vector<input_error> errors;        // by line and column
+    std::vector<input_error> warnings = {}; // by line and column: what is allowed but probably not meant
 };
 
 // The lines bring the node up. Changes nothing in the process, so that several files can be compared. `rows` must outlive

@@ -303,7 +303,8 @@ node_file_read read_node_file(const std::string &file, const command_table &rows
 {
     problem_list problems;
     const std::string text = text_of_file(file, problems);
-    return problems.empty() ? parse_node_file(text, rows) : node_file_read{{}, std::move(problems)};
+    return problems.empty() ? parse_node_file(text, rows)
+                            : node_file_read{.lines = {}, .problems = std::move(problems)};
 }
 
 node_file_read parse_node_file(std::string_view text, const command_table &rows)

@@ -39,6 +39,7 @@ struct placed_line {
 struct node_file_read {
     std::vector<placed_line> lines;
     problem_list problems;
+    problem_list warnings = {}; // what is allowed, and hardly meant; complete only where there are no problems
 };
 
 // `rows` must outlive what is returned. A file that cannot be read is a problem.

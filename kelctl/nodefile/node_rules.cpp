@@ -241,6 +241,13 @@ bool leads_to(const path_entry &path, const mac_address &mac)
     return path.first <= mac && mac <= counted_up(path.first, path.count - 1);
 }
 
+// A path leads there, or it is a PCEP's local address.
+bool is_reached(const mac_address &mac, const path_list &paths, const lines &pceps)
+{
+    return std::ranges::any_of(paths, [&](const path_entry &path) { return leads_to(path, mac); }) ||
+           std::ranges::any_of(pceps, [&](const placed_line *pcep) { return pcep->asked.given.mac("--local") == mac; });
+}
+
 // Checks nothing while the file has other problems: a path that could not be read may lead to the destination.
 void check_destinations(const node_file_read &file, const path_list &paths, problem_list &problems)
 {
@@ -249,9 +256,7 @@ void check_destinations(const node_file_read &file, const path_list &paths, prob
         if (!file.problems.empty() || !stream->asked.given.has("--to"))
             continue;
         const mac_address mac = stream->asked.given.mac("--to");
-        const auto is_there = [&](const placed_line *pcep) { return pcep->asked.given.mac("--local") == mac; };
-        if (std::ranges::none_of(paths, [&](const path_entry &path) { return leads_to(path, mac); }) &&
-            std::ranges::none_of(pceps, is_there))
+        if (!is_reached(mac, paths, pceps))
             problems.push_back(stream->wrong("--to", fmt::format("no path of this file leads to {}, and no PCEP has "
                                                                  "it as its local address",
                                                                  to_text(mac))));
@@ -265,6 +270,28 @@ void check_senders(const node_file_read &file, const end_points &all, problem_li
             problems.push_back(
                 stream->wrong("--from", fmt::format("no PCEP and no multicast group of this file has the id {}",
                                                     stream->asked.given.id("--from"))));
+}
+
+// PCEPs whose frames reach nobody, and what sends through nothing else.
+void warn_of_lost_frames(node_file_read &file, const path_list &paths)
+{
+    const lines pceps = lines_of(file, "pcep add");
+    std::set<uint32_t> reaching; // ids of PCEPs and groups
+    for (const placed_line *pcep : pceps)
+        if (const mac_address remote = pcep->asked.given.mac("--remote"); is_reached(remote, paths, pceps))
+            reaching.insert(pcep->asked.given.id("ID"));
+        else
+            file.warnings.push_back(
+                pcep->wrong("--remote", fmt::format("no path of this file leads to {}, and no PCEP has "
+                                                    "it as its local address",
+                                                    to_text(remote))));
+    for (const placed_line *member : lines_of(file, "group member add"))
+        if (reaching.contains(member->asked.given.id("ID")))
+            reaching.insert(member->asked.given.id("GROUP"));
+    for (const placed_line *stream : lines_of(file, "traffic stream add"))
+        if (stream->asked.given.has("--from") && !reaching.contains(stream->asked.given.id("--from")))
+            file.warnings.push_back(
+                stream->wrong("--from", fmt::format("what {} sends reaches nobody", stream->asked.given.id("--from"))));
 }
 
 uint8_t mp_id_of(const node_file_read &file, uint8_t otherwise)
@@ -293,6 +320,8 @@ void check_rules(node_file_read &file, const surroundings &around)
     check_destinations(file, paths, problems);
     check_senders(file, all, problems);
     std::ranges::move(problems, std::back_inserter(file.problems));
+    if (file.problems.empty())
+        warn_of_lost_frames(file, paths);
 }
 
 } // namespace kelctl

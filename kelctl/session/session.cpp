@@ -8,6 +8,7 @@
 #include "kelctl/session/result_view.h"
 #include "kelctl/terminal/terminal.h"
 #include "kelctl/values/mp_id.h"
+#include "notation/json.h"
 
 #include <fmt/core.h>
 
@@ -24,6 +25,22 @@ namespace
 bool applies(const invocation &asked)
 {
     return !asked.row->needs_accelerator || on_software_accelerator();
+}
+
+std::vector<input_error> mp_id_warnings()
+{
+    std::string wrong = wrong_mp_id();
+    return wrong.empty() ? std::vector<input_error>() : std::vector{input_error{std::move(wrong)}};
+}
+
+// Of rules that no call has met up to now.
+std::vector<input_error> unmatched_faults()
+{
+    std::vector<input_error> warnings;
+    for (const fields &rule : notation::read_json(on_software_accelerator() ? accelerator_faults() : "[]"))
+        if (rule.at("hits").number<uint64_t>() == 0)
+            warnings.push_back({fmt::format("no call met the fault rule {}", rule.at("rule").text())});
+    return warnings;
 }
 
 // Words of the command that do not go together: of a file, its own place says more than the command's help.
@@ -46,14 +63,19 @@ result session::carry_out(const invocation &asked, const std::string &file)
 {
     const source here = where;
     show_as(asked.shown);
+    result around = {.text = ""}; // warnings of what surrounds the program's command
+    if (here == source::program)
+        show_part(around, {.text = "", .warnings = mp_id_warnings()}, {});
     result done = perform(asked);
     remember(asked);
     show_as(asked.shown); // the command may have carried out others meanwhile
-    const origin from = {file, asked.line};
     if (!shown_.json)
-        show(done, from, shown_, tracer_installed());
-    else if (!shown_.quiet || done.status != exit_done)
-        write(stdout, line_of(document_of(done, asked, from, tracer_installed())));
+        show(done, {file, asked.line}, shown_, tracer_installed());
+    if (here == source::program && !asked.row->offline && done.status != exit_wrong_input)
+        show_part(around, {.text = "", .warnings = unmatched_faults()}, {});
+    std::ranges::move(around.warnings, std::back_inserter(done.warnings));
+    if (shown_.json && (!shown_.quiet || done.status != exit_done))
+        write(stdout, line_of(document_of(done, asked, {file, asked.line}, tracer_installed())));
     if (!shown_.json && is_wrong_use(done) && file.empty())
         write(stderr, help_hint(asked.row->name, here));
     show_as({});

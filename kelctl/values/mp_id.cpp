@@ -1,6 +1,12 @@
 // Reading and setting MPID.
 #include "kelctl/values/mp_id.h"
 
+#include "kelctl/terminal/text.h"
+#include "kelctl/values/limits.h"
+#include "kelctl/values/whole_number.h"
+
+#include <fmt/core.h>
+
 #include <cstdlib>
 #include <string>
 
@@ -17,6 +23,16 @@ uint8_t own_mp_id()
 {
     const char *text = std::getenv("MPID");
     return text ? static_cast<uint8_t>(std::strtol(text, nullptr, 10)) : uint8_t{0};
+}
+
+std::string wrong_mp_id()
+{
+    const char *text = std::getenv("MPID");
+    const auto id = text ? parse_whole_number(text) : std::nullopt;
+    if (!text || (id && mpid_range.holds(*id) && own_mp_id() == *id))
+        return "";
+    return fmt::format("MPID={} is no MP id, {}; the library reads it as {}", printable(text), mpid_range.text,
+                       own_mp_id());
 }
 
 bool adopt_mp_id(uint8_t id)

@@ -3,12 +3,16 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 namespace kelctl
 {
 
 // The number in MPID, parsed as the library parses it. 0: none.
 uint8_t own_mp_id();
+
+// What is wrong with MPID; empty: it is not set, or an MP id.
+std::string wrong_mp_id();
 
 // Sets MPID, for the library to find. False, with nothing changed, when the process already keeps another id.
 bool adopt_mp_id(uint8_t id);

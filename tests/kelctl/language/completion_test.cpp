@@ -1,6 +1,7 @@
 // What the last word of a line may become.
 #include "kelctl/language/completion.h"
 
+#include "kelctl/commands/commands.h"
 #include "made_up_commands.h"
 
 #include <gmock/gmock.h>
@@ -84,6 +85,15 @@ TEST(Completion, OptionsThatWereNotGivenYet)
         words("lamp add 02:00:00:02:00:01 --port 6 --json --"),
         ElementsAre("--rate", "--burst", "--level", "--trace", "--brief", "--quiet", "--all", "--raw", "--help"));
     EXPECT_THAT(words("lamp add 02:00:00:02:00:01 --port=6 --p"), IsEmpty());
+}
+
+TEST(Completion, OptionsThatFitWhatWasGiven)
+{
+    EXPECT_THAT(words("lamp show 02:00:00:02:00:01 --f"), ElementsAre("--format"));
+    EXPECT_THAT(words("lamp show 02:00:00:02:00:01 --variant text --f"), ElementsAre("--format"));
+    EXPECT_THAT(words("lamp show 02:00:00:02:00:01 --variant record --f"), IsEmpty());
+    const auto stream = complete(commands(), "traffic stream add --from 7 --", {}, source::shell);
+    EXPECT_THAT(lines_of(stream), AllOf(testing::HasSubstr("--octets"), Not(testing::HasSubstr("--to\t"))));
 }
 
 TEST(Completion, OptionsWhereNothingElseIsLeft)

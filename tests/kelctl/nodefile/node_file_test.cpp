@@ -153,7 +153,7 @@ TEST(NodeFile, LinesKnowTheirPlacesInTheFile)
 
 TEST(NodeFile, LineWithAProblemKeepsWhatCouldBeRead)
 {
-    const auto [lines, problems] =
+    const auto [lines, problems, warnings] =
         with_ebcom("[[path]]\ndst_mac = 'nobody'\nport = 6\n[[pcep]]\nid = 7\n[[pcep]]\nid = 'x'\n");
     EXPECT_THAT(problems, SizeIs(10));
     ASSERT_THAT(lines, SizeIs(7));
@@ -219,7 +219,7 @@ TEST(NodeFile, DeepestDocumentThatTheParserTakesIsTakenApartAgain)
 
 TEST(NodeFile, UnreadableFileIsAProblemWithoutAPlace)
 {
-    const auto [lines, problems] = read_node_file("/nowhere/node.toml", commands());
+    const auto [lines, problems, warnings] = read_node_file("/nowhere/node.toml", commands());
     ASSERT_THAT(problems, SizeIs(1));
     EXPECT_EQ(problems[0].message, "cannot be read: No such file or directory");
     EXPECT_EQ(problems[0].at, whole_file);

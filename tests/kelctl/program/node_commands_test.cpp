@@ -279,4 +279,73 @@ TEST(Tables, LimitsAreThoseOfTheServiceAndOfValues)
     EXPECT_THAT(text, HasSubstr("\nEtherType                1536       65535  0x0600 to 0xFFFF\n"));
 }
 
+TEST(Warnings, TellPcepsAndTrafficThatReachNobody)
+{
+    const file_in_folder file("node.toml", ebcom_table + R"(
+[[path]]
+dst_mac = "02:00:00:02:00:01"
+port = "RLU1P"
+[[pcep]]
+id = 7
+remote_id = 9
+local_mac = "02:00:00:03:00:01"
+remote_mac = "02:00:00:02:00:01"
+vlan = 100
+[[pcep]]
+id = 8
+remote_id = 9
+local_mac = "02:00:00:03:00:02"
+remote_mac = "02:00:00:02:00:02"
+vlan = 100
+[[multicast]]
+id = 300
+members = [7, 8]
+[[multicast]]
+id = 301
+members = []
+[[traffic]]
+from = 300
+octets = 64
+rate = 1
+[[traffic]]
+from = 301
+octets = 64
+rate = 1
+)");
+    const std::string warnings =
+        "node.toml:19:14: warning: remote_mac: no path of this file leads to 02:00:00:02:00:02, "
+        "and no PCEP has it as its local address\n"
+        "node.toml:32:8: warning: from: what 301 sends reaches nobody\n";
+    const auto check = run_kelctl({.arguments = {"check", "node.toml"}, .folder = file.folder()});
+    EXPECT_EQ(check.status, 0);
+    EXPECT_EQ(check.err, warnings);
+    EXPECT_EQ(run_kelctl({.arguments = {"up", "node.toml"}, .folder = file.folder()}).err, warnings);
+    EXPECT_EQ(run_kelctl({.arguments = {"up", "node.toml", "--quiet"}, .folder = file.folder()}).err, "");
+    EXPECT_THAT(run_kelctl({.arguments = {"check", "node.toml", "--json"}, .folder = file.folder()}).out,
+                testing::HasSubstr(R"("warnings":[{"message":"remote_mac: no path)"));
+}
+
+TEST(Warnings, TellFaultRulesThatNoCallMet)
+{
+    const auto up = run_kelctl({.arguments = {"up", "examples/node.toml"},
+                                .environment = {{"KEL_SOFTNODE_FAULTS", "ork_bind:33=-4;ork_unbind=latency:1us"}},
+                                .folder = KELCTL_SOURCE_DIR});
+    EXPECT_EQ(up.status, 0);
+    EXPECT_EQ(up.err, "kelctl: warning: no call met the fault rule ork_bind:33=-4\n");
+    const auto json = run_kelctl({.arguments = {"run", "-", "--json"}, .in = "fault add ork_bind:33=-4\n"});
+    EXPECT_THAT(json.out, testing::HasSubstr(R"("warnings":[{"message":"no call met the fault rule ork_bind:33=-4")"));
+}
+
+TEST(Warnings, TellAnMpIdThatIsNone)
+{
+    for (const auto &[id, read_as] : {std::pair("abc", "0"), std::pair("300", "44"), std::pair("5x", "5")})
+        EXPECT_EQ(run_kelctl({.arguments = {"check", "examples/node.toml"},
+                              .environment = {{"MPID", id}},
+                              .folder = KELCTL_SOURCE_DIR})
+                      .err,
+                  std::string("kelctl: warning: MPID=") + id + " is no MP id, 1 to 255; the library reads it as " +
+                      read_as + "\n");
+    EXPECT_EQ(run_kelctl({.arguments = {"ports"}, .environment = {{"MPID", "5"}}}).err, "");
+}
+
 } // namespace

@@ -16,7 +16,7 @@ const std::string with_path =
     ebcom_table + "[[path]]\ndst_mac = \"02:00:05:00:00:01\"\nport = \"RLU1P\"\n[node]\nmpid = 5\n";
 const std::string with_group = with_path +
                                "[[pcep]]\nid = 7\nremote_id = 9\nlocal_mac = \"02:00:00:03:00:01\"\n"
-                               "remote_mac = \"02:00:00:02:00:01\"\nvlan = 1\n[[multicast]]\nid = 300\nmembers = [7]\n";
+                               "remote_mac = \"02:00:05:00:00:01\"\nvlan = 1\n[[multicast]]\nid = 300\nmembers = [7]\n";
 
 class Trace : public testing::Test
 {

@@ -52,7 +52,9 @@ TEST(Up, NodeWithPcepsButNoPathsStands)
 {
     const auto outcome = kelctl_up(ebcom_table + one_pcep);
     EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.err,
+              "node.toml:9:14: warning: remote_mac: no path of this file leads to 02:00:00:02:00:01, and no PCEP "
+              "has it as its local address\n");
     EXPECT_THAT(outcome.out,
                 HasSubstr("\n   7       9   100    0  02:00:00:03:00:01 HSFP  02:00:00:02:00:01 OB  EHSFP\n"));
     EXPECT_THAT(outcome.out, Not(HasSubstr("\nqueue  ")));
@@ -69,7 +71,7 @@ TEST(Up, FullNodeOfPcepsAndGroupsComesAndGoes)
                 "\nmembers = [1, 2, 3, 4, 5, 6, 7, 8, 474, 475, 476, 477, 478, 479, 480, 481]\n";
     const auto outcome = kelctl_up(file);
     EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(outcome.err, "");
+    EXPECT_THAT(outcome.err, testing::EndsWith("\n461 more warnings; --all shows them\n"));
     EXPECT_THAT(outcome.out, HasSubstr("\n  511  1 2 3 4 5 6 7 8 474 475 476 477 478 479 480 481\n"));
     EXPECT_THAT(outcome.out, testing::EndsWith("\n" + empty_again));
 }
