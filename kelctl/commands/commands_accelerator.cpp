@@ -5,7 +5,12 @@
 #include "kelctl/node/standing.h"
 #include "kelctl/session/session.h"
 #include "kelctl/values/file_text.h"
+#include "kelctl/values/ic_port.h"
 #include "kelctl/views/node_view.h"
+
+#include <fmt/core.h>
+
+#include <utility>
 
 namespace kelctl
 {
@@ -55,6 +60,24 @@ result written_picture(const std::string &format, const std::string &file, const
     return {.shown = {{"format", format}, {"file", file}}};
 }
 
+// The accelerator writes a handle beside each queue and scheduler; who asked for them knows what they serve.
+void add_name(handle of, const std::string &name, std::string &graph)
+{
+    const std::string shown = fmt::format(">0x{:x}<", of);
+    for (size_t at = 0; (at = graph.find(shown, at)) != std::string::npos; at += shown.size())
+        graph.insert(at + 1, name + " ");
+}
+
+std::string with_names(std::string graph, const session &session)
+{
+    const port_knowledge ports = ports_of(current_snapshot().value_or(snapshot{}), session.paths);
+    for (const auto &[queue, port] : ports.port_of_queue)
+        add_name(queue, port_text(port), graph);
+    for (const auto &[scheduler, unit] : ports.unit_of_scheduler)
+        add_name(scheduler, unit, graph);
+    return graph;
+}
+
 result draw(const invocation &asked, session &session)
 {
     const std::string &format = asked.given.text("--format");
@@ -62,9 +85,10 @@ result draw(const invocation &asked, session &session)
     if (format == "png" && !to_file)
         return wrong_use("--format png needs --output as well");
     settle_if_started(session);
-    const auto dot = accelerator_graph();
+    auto dot = accelerator_graph();
     if (!dot)
         return refused("this software accelerator draws no graph");
+    dot = with_names(*std::move(dot), session);
     const drawing drawn = format == "dot" ? drawing{*dot, ""} : drawn_by_graphviz(*dot, format);
     if (!drawn.refused.empty())
         return refused(drawn.refused);

@@ -22,18 +22,18 @@ constexpr std::string_view up_details = R"(The whole file is checked first. Ever
 file:line:column: message, and then nothing is started.
 
 A failing operation is printed with its arguments, its code, who refused and its
-trace records. What stands by then is taken down again, in reverse order, and it
-is told what was undone, what could not be, and what the accelerator still has.
-With --keep it is left standing instead; on the software accelerator, which ends
-with kelctl, --hold gives time to look at it. --trace prints every record on
+trace records. Then what was made so far is taken down in reverse order, and the
+report lists what was undone, what could not be, and what the accelerator still
+holds. --keep leaves it in place instead; on the software accelerator, which
+ends with kelctl, --hold gives time to look at it. --trace prints every record on
 standard error, one line each: event, domain, message, location.
 
---watch lets the traffic of the file's [[traffic]] tables pass in virtual time,
-which is as fast as real time unless --step or --interval say otherwise. Rates
+--watch plays the traffic of the file's [[traffic]] tables in virtual time, which
+is as fast as real time unless --step or --interval say otherwise. Rates
 are those of the last step. On a terminal they are drawn over each other;
 elsewhere every step has a block of its own, or with --json a line.
 
-Ctrl-C takes down what stands. A second one ends kelctl at once. --hold and
+Ctrl-C takes the node down. A second one ends kelctl at once. --hold and
 --watch end as well when the reader of standard output goes away.)";
 
 constexpr range interval_range = {0, 3'600'000'000'000, "0 s to 3600 s"};
@@ -88,13 +88,13 @@ std::vector<command> node_commands()
     return {
         {.name = "up",
          .variants = {{.run = up}},
-         .help = "Bring a node up, show what stands, take it down again",
+         .help = "Bring a node up, show it, take it down again",
          .details = up_details,
          .arguments = {node_file_argument,
                        {.name = "--hold", .kind = kind::flag(), .help = "take it down on Ctrl-C or SIGTERM only"},
                        {.name = "--watch",
                         .kind = kind::flag(),
-                        .help = "let the file's traffic pass and show counters and rates"},
+                        .help = "play the file's traffic and show counters and rates"},
                        {.name = "--interval",
                         .kind = kind::duration(interval_range),
                         .help = "from one redrawing to the next; 200ms unless given",
@@ -107,9 +107,7 @@ std::vector<command> node_commands()
                         .kind = kind::duration(period_range),
                         .help = "end the watch after so much virtual time",
                         .needs = "--watch"},
-                       {.name = "--keep",
-                        .kind = kind::flag(),
-                        .help = "leave standing what stands when a step fails"}},
+                       {.name = "--keep", .kind = kind::flag(), .help = "keep what was made when a step fails"}},
          .example = "up examples/node.toml --hold",
          .sources = {source::program}},
         {.name = "check",

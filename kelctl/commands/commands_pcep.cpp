@@ -147,7 +147,7 @@ std::vector<command> pcep_commands()
          .help = "Ask the start's hook for a multicast queue: it makes none"},
         {.name = "pcep locate",
          .variants = {{"kel_ic_pcep_get_location_and_type_from_branch", locate}},
-         .help = "Tell where an address sits and which type goes with it",
+         .help = "Show the location of an address and its type",
          .arguments = {{.name = "MAC", .kind = kind::mac(), .help = "any address"}},
          .example = "pcep locate 02:00:00:02:00:01"},
     };

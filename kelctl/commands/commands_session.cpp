@@ -24,7 +24,7 @@ All commands run in one process and so on one node.)";
 constexpr std::string_view shell_details =
     R"(On a terminal there is a prompt, with a history that lasts from one shell to the
 next, and completion with TAB: commands, options, ports, and addresses, ids and
-handles that were used or stand in the accelerator. Ctrl-C gives a line up,
+handles that were used or that the accelerator holds. Ctrl-C gives a line up,
 Ctrl-D, "exit" or "quit" leaves.
 
 With a node file the node is brought up first and taken down at the end.
@@ -81,7 +81,7 @@ std::vector<command> session_commands()
          .details = shell_details,
          .arguments = {{.name = "FILE",
                         .kind = kind::file(),
-                        .help = "node file: the node stands while the shell runs",
+                        .help = "node file: the node is up while the shell runs",
                         .required = false}},
          .example = "shell examples/node.toml",
          .sources = {source::program}},

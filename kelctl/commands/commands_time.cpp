@@ -56,7 +56,7 @@ std::vector<command> time_commands()
     return {
         {.name = "time advance",
          .variants = {{.run = advance}},
-         .help = "Let virtual time pass, and the streams of traffic with it",
+         .help = "Advance virtual time and play the streams of traffic",
          .details = "Ctrl-C ends it in a script and in the shell.",
          .arguments = {{.name = "TIME", .kind = kind::duration(duration_range), .help = "how much: 250ms"}},
          .example = "time advance 250ms",

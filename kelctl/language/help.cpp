@@ -21,7 +21,7 @@ constexpr std::string_view about = "Control process of a node: configures the IC
 
 constexpr meaning statuses[] = {
     {"0", "done"},
-    {"1", "an operation failed, or was interrupted; standard error tells which and why"},
+    {"1", "an operation failed, or was interrupted; standard error shows which and why"},
     {"2", "the command line, a script or the node file is wrong; nothing was started"},
 };
 
@@ -33,7 +33,7 @@ constexpr meaning variables[] = {
     {"MPID", "own MP id, unless the node file gives one"},
     {"NO_COLOR", "when not empty: no colours on a terminal"},
     {"XDG_STATE_HOME", "where the shell keeps its history"},
-    {"KEL_SOFTNODE_FAULTS", "calls that the software accelerator shall let fail, such as "
+    {"KEL_SOFTNODE_FAULTS", "calls of the software accelerator that fail, such as "
                             "\"ork_ebcom_pcep_path_create:3=-4\", or a file of such rules, \"@FILE\""},
 };
 

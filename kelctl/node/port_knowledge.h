@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <map>
 #include <set>
+#include <string>
 
 namespace kelctl
 {
@@ -15,6 +16,7 @@ namespace kelctl
 // What a snapshot does not contain.
 struct port_knowledge {
     std::map<handle, int32_t> port_of_queue;
+    std::map<handle, std::string> unit_of_scheduler;       // "RLU1"; of a whole tree only
     std::map<int32_t, std::set<mac_address>> destinations; // of the paths that were added, by port
     // A destination by which the library finds the queue, for reading its counters. Missing when the library finds each
     // of the queue's destinations on another queue.

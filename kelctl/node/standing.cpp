@@ -1,7 +1,11 @@
 // Matching queues with ports: first by the library's look-ups, then, for the rest, by the order of creation.
 #include "kelctl/node/standing.h"
 
+#include "kel/kel_node_names.h"
 #include "kelctl/accelerator/software_accelerator.h"
+#include "kelctl/values/ic_port.h"
+
+#include <algorithm>
 
 namespace kelctl
 {
@@ -41,6 +45,20 @@ void match_in_order(const snapshot &node, const std::vector<int32_t> &ports_left
             ++port;
 }
 
+// The library makes the schedulers above the queues in the order of its table of ports.
+void name_units(const snapshot &node, port_knowledge &ports)
+{
+    std::vector<handle> above_queues;
+    for (const snapshot::scheduler &one : node.schedulers)
+        if (std::ranges::find(node.schedulers, one.self, &snapshot::scheduler::parent) == node.schedulers.end())
+            above_queues.push_back(one.self);
+    if (above_queues.size() != qos_schedulers)
+        return;
+    for (int32_t port = 0; port < KEL_IELL_PORT_COUNT; ++port)
+        if (const auto row = qos_row(port))
+            ports.unit_of_scheduler.try_emplace(above_queues[static_cast<size_t>(row->scheduler)], port_group(port));
+}
+
 } // namespace
 
 std::optional<snapshot> current_snapshot()
@@ -77,6 +95,7 @@ port_knowledge ports_of(const snapshot &node, const std::vector<kel_ebcom_path_c
     for (const auto &[queue, port] : ports.port_of_queue)
         std::erase(left, port);
     match_in_order(node, left, ports);
+    name_units(node, ports);
     return ports;
 }
 

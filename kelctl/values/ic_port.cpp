@@ -18,7 +18,7 @@ namespace
 
 // The library's table of ports by scheduler and queue. tests/kelctl/values/ic_port_test.cpp compares the two.
 constexpr int32_t queues_of_a_scheduler = 8;
-constexpr std::array<std::array<int32_t, queues_of_a_scheduler>, 4> ports_of_schedulers = {{
+constexpr std::array<std::array<int32_t, queues_of_a_scheduler>, qos_schedulers - 1> ports_of_schedulers = {{
     {6, 7, 19, 20, 21, 22, 23, 24},
     {8, 9, 25, 26, 27, 28, 29, 30},
     {10, 11, 31, 32, 33, 34, 35, 36},

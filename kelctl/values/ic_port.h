@@ -32,6 +32,9 @@ struct qos_place {
     int32_t queue;
 };
 
+// How many schedulers the ports have: one for each unit, and that of port 0 behind them.
+inline constexpr size_t qos_schedulers = 5;
+
 // None for a port without EBCOM.
 std::optional<qos_place> qos_row(int32_t port);
 

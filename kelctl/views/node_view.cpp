@@ -110,10 +110,9 @@ private:
 
     std::string group_text(handle scheduler)
     {
-        for (const snapshot::queue *queue : queues_[scheduler])
-            if (const auto port = ports_.port_of_queue.find(queue->self); port != ports_.port_of_queue.end())
-                return "  " + port_group(port->second);
-        return children_[scheduler].empty() && queues_[scheduler].empty() ? "  no queues" : "";
+        const auto unit = ports_.unit_of_scheduler.find(scheduler);
+        return (unit == ports_.unit_of_scheduler.end() ? "" : "  " + unit->second) +
+               (children_[scheduler].empty() && queues_[scheduler].empty() ? "  no queues" : "");
     }
 
     std::string queue_view(const snapshot::queue &queue)

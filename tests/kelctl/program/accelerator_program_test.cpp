@@ -132,7 +132,7 @@ TEST(Snapshot, NamesThePortsThatStandAfterOthersWentAway)
                                                    "ebcom path remove 02:00:00:02:00:01 --port RLU1P\n"
                                                    "snapshot\n")
                                  .out;
-    EXPECT_THAT(told, Not(HasSubstr("RLU1")));
+    EXPECT_THAT(told, Not(HasSubstr("RLU1P")));
     EXPECT_THAT(told, HasSubstr("  RLU2\n    RLU2P (8) "));
     EXPECT_THAT(told, HasSubstr("  RLU3\n    RLU3P (10) "));
     EXPECT_THAT(run_text(small_node + "ebcom stop\nebcom start\nebcom path add 02:00:00:02:00:02 --port RLU4Q\n"
@@ -177,6 +177,16 @@ size_t occurrences(const std::string &text, const std::string &of)
 }
 
 // The timestamp thread works beside: without waiting for it some of them lack its offset.
+TEST(Graph, NamesQueuesByTheirPortsAndSchedulersByTheirUnits)
+{
+    const auto outcome = run_kelctl(
+        {.arguments = {"run", "-"}, .in = "ebcom start\nebcom path add 02:00:00:02:00:01 --port RLU2Q\ngraph\n"});
+    EXPECT_EQ(outcome.status, 0);
+    for (const char *shown :
+         {">RLU2Q (9) 0x5d00000001<", ">RLU1 0x5c00000008<", ">RLU2 0x5c00000009<", ">NONE 0x5c0000000c<"})
+        EXPECT_THAT(outcome.out, testing::HasSubstr(shown));
+}
+
 TEST(Graph, OfANodeJustStartedHasTheTimestampOffset)
 {
     constexpr size_t rounds = 200;

@@ -49,8 +49,10 @@ snapshot::pcep pcep(uint32_t id, const char *local_mac, const char *remote_mac)
 
 TEST(NodeView, ShowsChainsGroupsQueuesAndDestinations)
 {
-    const port_knowledge ports = {
-        .port_of_queue = {{0x20, 6}, {0x21, 7}}, .destinations = {{6, {mac("02:00:00:02:00:01")}}}, .found_by = {}};
+    const port_knowledge ports = {.port_of_queue = {{0x20, 6}, {0x21, 7}},
+                                  .unit_of_scheduler = {{0x12, "RLU1"}, {0x13, "RLU2"}},
+                                  .destinations = {{6, {mac("02:00:00:02:00:01")}}},
+                                  .found_by = {}};
     EXPECT_THAT(plain(small_node(), ports), EndsWith("\n\n"
                                                      "schedulers and queues\n"
                                                      "0x10 - 0x11, a chain of 2 levels\n"
@@ -58,7 +60,7 @@ TEST(NodeView, ShowsChainsGroupsQueuesAndDestinations)
                                                      "    RLU1P (6)   1 Mbit/s, burst 2 KiB, threshold 512 octets\n"
                                                      "      02:00:00:02:00:01 OB\n"
                                                      "    RLU1Q (7)   unshaped, threshold 5000 KiB\n"
-                                                     "  0x13  no queues\n"
+                                                     "  0x13  RLU2  no queues\n"
                                                      "\n"));
 }
 
@@ -71,11 +73,24 @@ TEST(NodeView, DestinationOfAnotherQueueSaysThroughWhichItIsSent)
 {
     const port_knowledge ports = {
         .port_of_queue = {{0x20, 6}, {0x21, 7}},
+        .unit_of_scheduler = {},
         .destinations = {{6, {mac("02:00:00:02:00:01")}}, {7, {mac("02:00:00:02:00:01"), mac("02:00:00:02:00:09")}}},
         .found_by = {}};
     const std::string view = plain(small_node(), ports);
     EXPECT_THAT(view, HasSubstr("02:00:00:02:00:01 OB, sent through RLU1P (6)\n"));
     EXPECT_THAT(view, HasSubstr("02:00:00:02:00:09 OB, without a queue\n"));
+}
+
+TEST(NodeView, ThousandsOfDestinationsAreSummarisedUnlessAskedFor)
+{
+    snapshot node = small_node();
+    node.paths.clear();
+    for (uint32_t i = 0; i < 10'000; ++i)
+        node.paths.push_back({counted_up(mac("02:00:00:02:00:00"), 2 * i), 0x20});
+    EXPECT_THAT(plain(node), HasSubstr("      02:00:00:02:00:26 OB\n      9,980 more rows; --all shows them\n"));
+    const std::string all = node_view(node, {}, {}, {.paint = painter(false), .most_rows = {}});
+    EXPECT_THAT(all, HasSubstr("      02:00:00:02:4e:1e OB\n"));
+    EXPECT_THAT(all, testing::Not(HasSubstr("more rows")));
 }
 
 TEST(NodeView, FitsItsPage)
