@@ -82,7 +82,7 @@ result swept(const sweep_report &report, const std::string &file)
 result sweep_script(const invocation &asked, session &session)
 {
     const std::string &file = asked.given.text("SCRIPT");
-    auto [lines, errors] = script_in(file, session.table);
+    auto [lines, errors, warnings] = script_in(file, session.table);
     if (!errors.empty())
         return wrong_input(file, std::move(errors), "nothing was run");
 

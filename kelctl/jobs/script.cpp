@@ -75,7 +75,7 @@ result run_script(const invocation &asked, session &session)
 {
     const std::string &file = asked.given.text("SCRIPT");
     const bool keep_going = asked.given.has("--keep-going");
-    auto [lines, errors] = script_in(file, session.table);
+    auto [lines, errors, warnings] = script_in(file, session.table);
     if (!errors.empty())
         return wrong_input(file, std::move(errors), "nothing was run");
 
