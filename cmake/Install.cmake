@@ -1,5 +1,5 @@
 # What is installed and where: the two libraries, for each its headers, a pkg-config file and a CMake package; the trace
-# probes; kelctl. The components are those of the Debian packages (debian/rules): who installs a file names its package.
+# probes; kelctl; kel-trace. The components are those of the Debian packages (debian/rules): who installs a file names its package.
 #
 # All headers lie below include/kel. Both kinds of package put that folder itself on the search path as well, for
 # <platform/...> and <softnode/...>.
@@ -16,6 +16,7 @@ function(kel_search_path target)
 endfunction()
 
 kel_search_path(kelctl $ORIGIN/../${CMAKE_INSTALL_LIBDIR})
+kel_search_path(kel-trace)
 kel_search_path(kel-core-ic $ORIGIN)
 foreach(target kel-softnode kel-trace-ic kel-trace-init kel-trace-ic-probes kel-trace-init-probes)
     kel_search_path(${target})
@@ -60,12 +61,17 @@ install(DIRECTORY include/platform DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kel C
 kel_package(kel-core-ic ${PROJECT_DESCRIPTION} "${platform_package}")
 
 install(TARGETS kelctl RUNTIME COMPONENT kelctl)
+install(TARGETS kel-trace RUNTIME COMPONENT kel-trace)
 
-# Manual pages are made from kelctl's tables, in the build folder of kelctl.
-function(install_kelctl_text file destination name)
-    install(FILES ${file} DESTINATION ${destination} RENAME ${name} COMPONENT kelctl)
+# Manual pages are made from the programs' tables, in the build folders of their rooms `documents`.
+function(install_text program file destination name)
+    install(FILES ${file} DESTINATION ${destination} RENAME ${name} COMPONENT ${program})
 endfunction()
-install_kelctl_text(${PROJECT_BINARY_DIR}/kelctl/documents/kelctl.1 ${CMAKE_INSTALL_MANDIR}/man1 kelctl.1)
-install_kelctl_text(${PROJECT_BINARY_DIR}/kelctl/documents/node.toml.5 ${CMAKE_INSTALL_MANDIR}/man5 node.toml.5)
-install_kelctl_text(${PROJECT_SOURCE_DIR}/kelctl/documents/kelctl.bash ${CMAKE_INSTALL_DATADIR}/bash-completion/completions kelctl)
-install_kelctl_text(${PROJECT_SOURCE_DIR}/kelctl/documents/kelctl.zsh ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions _kelctl)
+foreach(program kelctl kel-trace)
+    set(scripts ${PROJECT_SOURCE_DIR}/${program}/documents)
+    string(REPLACE - _ function _${program})
+    install_text(${program} ${PROJECT_BINARY_DIR}/${program}/documents/${program}.1 ${CMAKE_INSTALL_MANDIR}/man1 ${program}.1)
+    install_text(${program} ${scripts}/${program}.bash ${CMAKE_INSTALL_DATADIR}/bash-completion/completions ${program})
+    install_text(${program} ${scripts}/${program}.zsh ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions ${function})
+endforeach()
+install_text(kelctl ${PROJECT_BINARY_DIR}/kelctl/documents/node.toml.5 ${CMAKE_INSTALL_MANDIR}/man5 node.toml.5)

@@ -92,7 +92,7 @@ void add_meanings(roff_page &page, std::span<const meaning> meanings)
 
 std::string program_manual(const command_table &table, std::string_view version)
 {
-    roff_page page("kelctl", 1, version, "control process of a node's packet accelerator");
+    roff_page page("kelctl", 1, "kelctl", version, "control process of a node's packet accelerator");
     page.section("SYNOPSIS");
     page.text("kelctl COMMAND [ARGUMENT]...");
     page.section("DESCRIPTION");
@@ -118,7 +118,7 @@ std::string program_manual(const command_table &table, std::string_view version)
         if (row.sources == std::vector{source::program})
             page.example(fmt::format("kelctl {}", on_an_installed_machine(std::string(row.example))));
     page.section("SEE ALSO");
-    page.text("node.toml(5), kel_core_ic_ebcom(3), kel_core_ic_pcep(3)");
+    page.text("node.toml(5), kel-trace(1), kel_core_ic_ebcom(3), kel_core_ic_pcep(3)");
     return page.written();
 }
 

@@ -77,7 +77,7 @@ void add_table(roff_page &page, const node_table &table, const command_table &ro
 
 std::string node_file_manual(const command_table &rows, std::string_view version)
 {
-    roff_page page("node.toml", 5, version, "description of a node for kelctl");
+    roff_page page("node.toml", 5, "kelctl", version, "description of a node for kelctl");
     page.section("DESCRIPTION");
     page.text(fmt::format("{}{}", description, value_notations()));
     page.section("TABLES AND KEYS");

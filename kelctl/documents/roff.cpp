@@ -36,8 +36,10 @@ std::string in_capitals(std::string_view text)
 
 } // namespace
 
-roff_page::roff_page(std::string_view name, int section_number, std::string_view version, std::string_view about)
-    : written_(fmt::format(".TH \"{}\" {} \"\" \"kelctl {}\" \"kelctl\"\n", in_capitals(name), section_number, version))
+roff_page::roff_page(std::string_view name, int section_number, std::string_view program, std::string_view version,
+                     std::string_view about)
+    : written_(fmt::format(".TH \"{0}\" {1} \"\" \"{2} {3}\" \"{2}\"\n", in_capitals(name), section_number,
+                           escaped(program), version))
 {
     section("NAME");
     written_ += fmt::format("{} \\- {}\n", escaped(name), escaped(about));

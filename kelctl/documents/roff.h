@@ -10,8 +10,9 @@ namespace kelctl
 class roff_page
 {
 public:
-    // `about` is the line of NAME: "control process of a node".
-    roff_page(std::string_view name, int section, std::string_view version, std::string_view about);
+    // `program` is whose page it is, `about` the line of NAME: "control process of a node".
+    roff_page(std::string_view name, int section, std::string_view program, std::string_view version,
+              std::string_view about);
 
     void section(std::string_view heading);
     void subsection(std::string_view heading);

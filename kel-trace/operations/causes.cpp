@@ -1,0 +1,198 @@
+// Which operation starts, creates and needs what.
+#include "kel-trace/operations/causes.h"
+
+#include "kel-trace/operations/parameters.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+
+namespace kel_trace
+{
+namespace
+{
+
+constexpr size_t most_objects = 8;
+
+enum class role : uint8_t { start, stop, create };
+
+// Operations that others depend on. What a start or stop begins anew is its service; what the others create is told by
+// their parameters.
+constexpr struct {
+    std::string_view operation;
+    kel_trace::role role;
+} roles[] = {
+    {"kel_core_ic_ebcom_start", role::start},        {"kel_core_ic_pcep_start", role::start},
+    {"kel_core_ic_ebcom_stop", role::stop},          {"kel_core_ic_pcep_stop", role::stop},
+    {"kel_core_ic_ebcom_path_add", role::create},    {"kel_core_ic_pcep_add", role::create},
+    {"kel_core_ic_pcep_mc_group_add", role::create}, {"kel_core_ic_ebcom_interface_create", role::create},
+};
+
+// What an operation names instead of an object that it does not know.
+constexpr std::string_view unknown_pcep = "(pcep_id)";
+
+std::optional<role> role_of(std::string_view operation)
+{
+    for (const auto &row : roles)
+        if (row.operation == operation)
+            return row.role;
+    return std::nullopt;
+}
+
+std::string service_of(std::string_view operation)
+{
+    return operation.find("_pcep_") == std::string_view::npos ? "EBCOM" : "PCEP";
+}
+
+bool belongs_to(std::string_view object, std::string_view service)
+{
+    return (object.starts_with("PCEP ") || object.starts_with("group ")) == (service == "PCEP");
+}
+
+std::string key_of(std::string_view operation, const complaint &why)
+{
+    return fmt::format("{}\n{}\n{}\n{}", operation, why.what, why.text, why.code ? std::to_string(*why.code) : "");
+}
+
+template <typename Kept> std::vector<const Kept *> by_last(const std::map<std::string, Kept> &all)
+{
+    std::vector<const Kept *> sorted;
+    for (const auto &[key, one] : all)
+        sorted.push_back(&one);
+    std::ranges::stable_sort(sorted, {}, &Kept::last);
+    return sorted;
+}
+
+// Returns whether there was room for all of them.
+bool add_objects(std::vector<std::string> &known, const std::vector<std::string> &objects)
+{
+    bool room = true;
+    for (const std::string &object : objects) {
+        if (std::ranges::find(known, object) != known.end())
+            continue;
+        room = known.size() < most_objects;
+        if (room)
+            known.push_back(object);
+    }
+    return room;
+}
+
+void add_consequence(cause &of, const operation &done, const complaint &why, bool certain)
+{
+    consequence &one = of.consequences[key_of(done.name, why)];
+    one.operation = done.name;
+    one.why = why;
+    one.certain = one.certain && certain;
+    one.last = why.time;
+    ++one.count;
+    add_objects(one.objects, objects_of(done));
+}
+
+} // namespace
+
+void causes::succeed(process_state &state, const operation &done)
+{
+    if (!done.framed || !done.whole)
+        return;
+    const auto role = role_of(done.name);
+    if (!role)
+        return;
+    const std::string service = service_of(done.name);
+    if (*role != role::create) { // nothing of before is there any more
+        std::erase_if(state.failed,
+                      [&](const auto &one) { return one.first == service || belongs_to(one.first, service); });
+        state.failed_creation[service == "PCEP"] = nullptr;
+    }
+    if (!state.failed.empty())
+        for (const std::string &object : objects_of(done))
+            state.failed.erase(object);
+}
+
+void causes::fail(process_state &state, const operation &done, const complaint &why)
+{
+    const auto role = role_of(done.name);
+    const std::string service = service_of(done.name);
+    const std::vector<std::string> objects = objects_of(done);
+    const std::string key = key_of(done.name, why);
+
+    cause *before = nullptr;
+    bool certain = state.shows_successes;
+    if (role != role::start) {
+        for (const std::string &object : objects)
+            if (const auto found = state.failed.find(object); found != state.failed.end())
+                before = found->second;
+        if (const auto found = state.failed.find(service); found != state.failed.end())
+            before = found->second;
+        if (!before && role != role::create && why.what == unknown_pcep) {
+            before = state.failed_creation[service == "PCEP"];
+            certain = false;
+        }
+    }
+    const auto same = causes_.find(key);
+    if (before && (same == causes_.end() || &same->second != before))
+        return add_consequence(*before, done, why, certain);
+
+    cause &of = causes_[key];
+    if (of.count++ == 0)
+        of.first = why.time;
+    of.last = why.time;
+    of.newest = done;
+    of.more_objects += !add_objects(of.objects, objects);
+    if (role == role::start)
+        state.failed[service] = &of;
+    if (role == role::create) {
+        state.failed_creation[service == "PCEP"] = &of;
+        for (const std::string &object : objects)
+            state.failed[object] = &of;
+    }
+}
+
+void causes::put_aside(const operation &done)
+{
+    const auto add = [&](const std::string &key, const complaint &what, const std::string &error, int64_t time) {
+        aside &one = asides_[key];
+        if (one.count == 0)
+            one.first = time;
+        one.count += what.times;
+        one.operation = done.name;
+        one.what = what;
+        one.error = error;
+        one.of = done.of;
+        one.last = time;
+    };
+    for (const complaint &one : done.complaints)
+        if (&one != done.failure())
+            add(key_of(done.name, one), one, "", one.time);
+    if (!done.complaints.empty()) // the conditions are part of the story
+        return;
+    for (const std::string &error : done.errors)
+        add(done.name + "\n" + error, {}, error, done.records().back().time);
+}
+
+void causes::take(const operation &done)
+{
+    process_state &state = processes_[{done.of.host, done.of.process}];
+    state.shows_successes |= done.framed;
+    const complaint *why = done.failure();
+    if (!why)
+        succeed(state, done);
+    if (done.complaints.empty() && done.errors.empty())
+        return;
+    if (!wanted_(done.of, why ? why->time : done.records().back().time))
+        return;
+    put_aside(done);
+    if (why)
+        fail(state, done, *why);
+}
+
+std::vector<const cause *> causes::failures() const
+{
+    return by_last(causes_);
+}
+
+std::vector<const aside *> causes::asides() const
+{
+    return by_last(asides_);
+}
+
+} // namespace kel_trace

@@ -1,0 +1,238 @@
+// Following reports from function to function, and telling what was ignored.
+#include "kel-trace/operations/operation_builder.h"
+
+#include "text/refusal.h"
+
+#include <algorithm>
+
+namespace kel_trace
+{
+namespace
+{
+
+// Of a longer operation these many of its first records are kept, and the newest.
+constexpr size_t most_records = 192;
+constexpr size_t first_records = 96;
+constexpr size_t context_records = 12;
+constexpr size_t most_errors = 8;
+
+// Failures that the library reports and goes on after: in the take-down of the schedulers, in the roll-back of a queue, and
+// of a thread's name. What follows shows the same where it is recorded.
+constexpr struct {
+    std::string_view function;
+    std::string_view named;
+} known_ignored[] = {
+    {"kel_ic_ebcom_deinit_qos", "kel_init_qos_queue_rem"},
+    {"kel_ic_ebcom_deinit_qos", "remove_scheduler"},
+    {"kel_ic_ebcom_add_shaper", "kel_init_qos_queue_rem"},
+    {"kel_core_ic_ebcom_start", "pthread_setname_np(kel-time-stamp)"},
+};
+
+// The name by which a function is reported, where it is not its own.
+constexpr struct {
+    std::string_view reported;
+    std::string_view function;
+} other_names[] = {
+    {"udpate_timestamp_offset", "update_timestamp_offset"},
+    {"kel_core_ic_set_burst_stats", "kel_ic_ebcom_set_burst_stats"},
+};
+
+std::string_view own_name(std::string_view reported)
+{
+    for (const auto &[other, function] : other_names)
+        if (reported == other)
+            return function;
+    return reported;
+}
+
+bool is_known_ignored(const complaint &complaint)
+{
+    return std::ranges::any_of(known_ignored, [&](const auto &row) {
+        return row.function == complaint.reporter() && row.named == complaint.named_last();
+    });
+}
+
+bool is_same(const complaint &a, const complaint &b)
+{
+    return a.what == b.what && a.code == b.code && a.text == b.text && a.reporters == b.reporters;
+}
+
+// A roll-back may be refused without end.
+void fold_repeated(std::vector<complaint> &complaints)
+{
+    const size_t count = complaints.size();
+    if (count < 2 || !is_same(complaints[count - 2], complaints[count - 1]))
+        return;
+    complaints[count - 2].times += complaints[count - 1].times;
+    complaints.pop_back();
+}
+
+void assign(kept_record &kept, const record &record)
+{
+    kept.time = record.time;
+    kept.event = record.event;
+    kept.location = record.location;
+    kept.domain = record.domain;
+    kept.message = record.message;
+}
+
+// Who speaks in a record, be it an entry, an exit or another one.
+std::string_view speaker(const record &record)
+{
+    return frame_name(record.message);
+}
+
+} // namespace
+
+void operation_builder::keep(thread &of, const record &record)
+{
+    auto &kept = of.operation.kept;
+    size_t &count = of.operation.kept_count;
+    if (count == most_records) {
+        std::rotate(kept.begin() + first_records, kept.begin() + first_records + 1, kept.end());
+        --count;
+        ++of.operation.records_left_out;
+    }
+    if (count == kept.size())
+        kept.emplace_back();
+    assign(kept[count++], record);
+}
+
+void operation_builder::begin(thread &of, const record &record)
+{
+    of.busy = true;
+    of.operation.name = speaker(record);
+    of.operation.of = record.of;
+    of.operation.framed = record.event == event::fn_enter;
+    of.operation.whole = false;
+    of.operation.complaints.clear();
+    of.operation.errors.clear();
+    of.operation.kept_count = 0;
+    of.operation.records_left_out = 0;
+}
+
+// With the records that led to it, as far as they are of this chain's functions.
+void operation_builder::begin_loose(thread &of, const record &record)
+{
+    begin(of, record);
+    of.operation.kept.resize(std::max(of.operation.kept.size(), of.context.size()));
+    for (size_t i = 0; i < of.context.size(); ++i)
+        std::swap(of.operation.kept[of.operation.kept_count++], of.context[(of.context_next + i) % of.context.size()]);
+    of.context.clear();
+    of.context_next = 0;
+}
+
+// Whether a record outside of entries belongs to the operation before it: it reports that one, or goes on reporting.
+bool operation_builder::continues(const thread &of, const record &record) const
+{
+    const auto [function, told] = text::spoken_in(record.message);
+    if (record.event == event::error)
+        return !of.operation.complaints.empty() && function == of.operation.name;
+    if (!is_exception(record.event))
+        return false;
+    const auto refusal = text::refusal_in(told);
+    if (refusal && own_name(refusal->what) == of.operation.name)
+        return true;
+    return !of.operation.framed && of.operation.complaints.empty() && function == of.operation.name;
+}
+
+void operation_builder::report(thread &of, const record &record)
+{
+    const auto [function, told] = text::spoken_in(record.message);
+    const auto refusal = text::refusal_in(told);
+    auto &complaints = of.operation.complaints;
+    if (!refusal)
+        return;
+    if (!complaints.empty() && !complaints.back().ignored && own_name(refusal->what) == complaints.back().reporter())
+        complaints.back().reporters.emplace_back(function);
+    else {
+        if (!complaints.empty())
+            complaints.back().ignored = true;
+        fold_repeated(complaints);
+        complaints.push_back({std::string(refusal->by),
+                              std::string(refusal->what),
+                              refusal->code,
+                              std::string(refusal->text),
+                              record.time,
+                              {std::string(function)}});
+    }
+    complaints.back().ignored = is_known_ignored(complaints.back());
+    if (of.open.empty())
+        of.operation.name = function;
+}
+
+// What a record tells of the operation.
+void operation_builder::note(thread &of, const record &record)
+{
+    operation &operation = of.operation;
+    if (is_exception(record.event))
+        return report(of, record);
+    if (record.event == event::error) {
+        if (operation.errors.size() < most_errors)
+            operation.errors.emplace_back(record.message);
+        return;
+    }
+    if (!operation.complaints.empty() &&
+        !(record.event == event::fn_exit && speaker(record) == operation.complaints.back().reporter()))
+        operation.complaints.back().ignored = true; // it went on
+}
+
+void operation_builder::finish(thread &of)
+{
+    if (!of.busy)
+        return;
+    of.busy = false;
+    operation &done = of.operation;
+    if (!done.complaints.empty() && done.complaints.back().reporter() != done.name)
+        done.complaints.back().ignored = true;
+    fold_repeated(done.complaints);
+    finished_(done);
+}
+
+void operation_builder::take(const record &record)
+{
+    if (!newest_ || newest_key_ != record.of) {
+        newest_ = &threads_[record.of];
+        newest_key_ = record.of;
+    }
+    thread &of = *newest_;
+    const bool enters = record.event == event::fn_enter;
+    const bool leaves = record.event == event::fn_exit;
+
+    if (of.open.empty()) {
+        if (of.busy && !continues(of, record))
+            finish(of);
+        if (leaves)
+            ++cut_.at_beginning;
+        if (!of.busy && enters)
+            begin(of, record);
+        else if (!of.busy && (is_exception(record.event) || record.event == event::error))
+            begin_loose(of, record);
+        else if (!of.busy) {
+            if (of.context.size() < context_records)
+                of.context.emplace_back();
+            assign(of.context[of.context_next % of.context.size()], record);
+            of.context_next = (of.context_next + 1) % context_records;
+            return;
+        }
+    }
+    keep(of, record);
+
+    if (enters)
+        of.open.enter({std::string(speaker(record))});
+    if (leaves)
+        of.open.leave(speaker(record), cut_, [](const frame &) {});
+    if (of.open.empty() && leaves)
+        of.operation.whole = true;
+    note(of, record);
+}
+
+void operation_builder::end()
+{
+    for (auto &[key, of] : threads_) {
+        cut_.at_end += of.open.size();
+        finish(of);
+    }
+}
+
+} // namespace kel_trace

@@ -1,0 +1,143 @@
+// Counting while records pass by.
+#include "kel-trace/operations/statistics.h"
+
+#include "kel-trace/operations/parameters.h"
+#include "text/refusal.h"
+
+namespace kel_trace
+{
+namespace
+{
+
+constexpr int64_t second_length = 1'000'000'000;
+
+// The second record of one announcement.
+constexpr std::string_view announcement_goes_on = "ork_qos_scheduler_create(rootId=";
+
+template <typename Table> std::pair<std::string_view, timing *> entry(Table &table, std::string_view name)
+{
+    auto found = table.find(name);
+    if (found == table.end())
+        found = table.emplace(name, timing{}).first;
+    return {found->first, &found->second};
+}
+
+template <typename Table> void add_all(Table &to, const Table &from)
+{
+    for (const auto &[name, other] : from) {
+        timing &sum = to[name];
+        sum.reported += other.reported;
+        sum.total.add(other.total);
+        sum.own += other.own;
+    }
+}
+
+} // namespace
+
+void host_statistics::add(const host_statistics &other)
+{
+    add_all(operations, other.operations);
+    add_all(calls, other.calls);
+    for (size_t i = 0; i < events.size(); ++i)
+        events[i] += other.events[i];
+    cut += other.cut;
+    if (other.busiest_count > busiest_count) {
+        busiest_count = other.busiest_count;
+        busiest_second = other.busiest_second;
+    }
+}
+
+void statistics::count(const record &record, host_statistics &host)
+{
+    ++host.events[static_cast<size_t>(record.event)];
+    second &now = seconds_[record.of.host];
+    const int64_t number = record.time / second_length;
+    if (number != now.number)
+        now = {number, 0};
+    if (++now.count > host.busiest_count) {
+        host.busiest_count = now.count;
+        host.busiest_second = number;
+    }
+}
+
+void statistics::end_call(thread &of, const record &next)
+{
+    if (of.call.empty())
+        return;
+    const auto [function, told] = text::spoken_in(next.message);
+    if (next.event == event::api_call && told.starts_with(announcement_goes_on))
+        return;
+    bool refused = false;
+    if (is_exception(next.event)) {
+        const auto refusal = text::refusal_in(told);
+        refused = refusal && called_function(refusal->what) == of.call;
+    }
+    of.call_timed->reported += refused;
+    of.call_timed->total.add(next.time - of.call_begin, of.call_begin);
+    if (taker_)
+        taker_({of.call, true, refused, next.of, of.call_begin, next.time});
+    of.call = {};
+}
+
+void statistics::announce(thread &of, const record &record, host_statistics &host)
+{
+    if (!of.call.empty()) // it goes on
+        return;
+    const auto called = called_function(text::spoken_in(record.message).told);
+    if (called.empty())
+        return;
+    std::tie(of.call, of.call_timed) = entry(host.calls, called);
+    of.call_begin = record.time;
+}
+
+void statistics::leave(thread &of, const record &record, host_statistics &host)
+{
+    of.open.leave(frame_name(record.message), host.cut, [&](const frame &left) {
+        const int64_t took = record.time - left.begin;
+        left.timed->total.add(took, left.begin);
+        left.timed->own += std::max<int64_t>(took - left.within, 0);
+        left.timed->reported += left.reported;
+        if (!of.open.empty())
+            of.open.innermost().within += took;
+        if (taker_)
+            taker_({left.name, false, left.reported, record.of, left.begin, record.time});
+    });
+}
+
+void statistics::take(const record &record)
+{
+    host_statistics &host = hosts_[record.of.host];
+    count(record, host);
+    thread &of = threads_[record.of];
+    end_call(of, record);
+
+    if (record.event == event::fn_enter) {
+        const auto [name, timed] = entry(host.operations, frame_name(record.message));
+        of.open.enter({name, timed, record.time});
+    } else if (record.event == event::fn_exit)
+        leave(of, record, host);
+    else if (record.event == event::api_call)
+        announce(of, record, host);
+    else if (is_exception(record.event)) {
+        if (frame *reporting = of.open.find(text::spoken_in(record.message).function))
+            reporting->reported = true;
+    }
+}
+
+void statistics::end()
+{
+    for (auto &[key, of] : threads_)
+        hosts_[key.host].cut.at_end += of.open.size();
+}
+
+host_statistics statistics::sum() const
+{
+    if (hosts_.size() == 1) // nothing to add up
+        return hosts_.begin()->second;
+    host_statistics sum;
+    for (const auto &[host, one] : hosts_)
+        sum.add(one);
+    return sum;
+}
+
+} // namespace kel_trace

@@ -1,0 +1,375 @@
+// A graph of libbabeltrace2: one source for each trace, and a sink of ours that merges their streams by time. A stream that
+// cannot be read further is left where it is, and the others go on.
+#include "kel-trace/reading/reader.h"
+
+#include "kel-trace/reading/bt_handle.h"
+#include "kel-trace/reading/event_decoder.h"
+#include "kel-trace/reading/trace_folders.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <exception>
+#include <filesystem>
+#include <memory>
+
+namespace kel_trace
+{
+namespace
+{
+
+namespace fs = std::filesystem;
+
+constexpr const char *newer_format =
+    ": it is in a newer trace format than the installed libbabeltrace2 reads. Record in the older one with\n"
+    "    lttng create NAME --trace-format=ctf-1.8";
+
+// ---- Merging ----
+
+// One stream of messages: a batch of them, and the next event in it.
+struct stream {
+    std::string name;
+    bt_iterator_handle iterator;
+    bt_message_array_const batch = nullptr;
+    uint64_t count = 0;
+    uint64_t next = 0;
+    int64_t time = 0; // of the next event
+    bool ended = false;
+};
+
+class merger
+{
+public:
+    merger(const reading_options &options, recording &found, const record_taker &take)
+        : found_(found), take_(take), decoder_(options, found)
+    {
+    }
+
+    void add_stream(std::string name)
+    {
+        streams_.push_back({.name = std::move(name)});
+    }
+
+    size_t stream_count() const
+    {
+        return streams_.size();
+    }
+
+    void start(bt_self_component_sink *self)
+    {
+        for (size_t index = 0; index < streams_.size(); ++index) {
+            bt_message_iterator *iterator = nullptr;
+            if (bt_message_iterator_create_from_sink_component(
+                    self, bt_self_component_sink_borrow_input_port_by_index(self, index), &iterator) !=
+                BT_MESSAGE_ITERATOR_CREATE_FROM_SINK_COMPONENT_STATUS_OK)
+                leave_out(streams_[index]);
+            streams_[index].iterator.reset(iterator);
+        }
+    }
+
+    // Reads all of it. What is thrown is kept for the caller of the graph, which knows no exceptions.
+    void run()
+    try {
+        std::vector<stream *> by_time;
+        for (stream &one : streams_)
+            if (advance(one))
+                by_time.push_back(&one);
+        const auto later = [](const stream *a, const stream *b) { return a->time > b->time; };
+        std::ranges::make_heap(by_time, later);
+        while (!by_time.empty()) {
+            std::ranges::pop_heap(by_time, later);
+            stream &earliest = *by_time.back();
+            const int64_t until = by_time.size() > 1 ? by_time.front()->time : INT64_MAX;
+            bool more = true;
+            while (more && earliest.time <= until) {
+                take(earliest);
+                more = advance(earliest);
+            }
+            if (more)
+                std::ranges::push_heap(by_time, later);
+            else
+                by_time.pop_back();
+        }
+    } catch (...) {
+        thrown = std::current_exception();
+    }
+
+    std::exception_ptr thrown;
+
+private:
+    void leave_out(stream &one)
+    {
+        one.ended = true;
+        found_.damaged.push_back({one.name, taken_reason()});
+    }
+
+    // Goes to the stream's next event. False: there is none.
+    bool advance(stream &one)
+    {
+        for (;;) {
+            for (; one.next < one.count; give_back(one)) {
+                const bt_message *message = one.batch[one.next];
+                if (bt_message_get_type(message) == BT_MESSAGE_TYPE_EVENT) {
+                    one.time = event_decoder::time_of(message);
+                    return true;
+                }
+                note_loss(message);
+            }
+            if (!fill(one))
+                return false;
+        }
+    }
+
+    static void give_back(stream &one)
+    {
+        bt_message_put_ref(one.batch[one.next++]);
+    }
+
+    bool fill(stream &one)
+    {
+        if (one.ended)
+            return false;
+        one.next = one.count = 0;
+        switch (bt_message_iterator_next(one.iterator.get(), &one.batch, &one.count)) {
+        case BT_MESSAGE_ITERATOR_NEXT_STATUS_OK:
+            return true;
+        case BT_MESSAGE_ITERATOR_NEXT_STATUS_END:
+            one.ended = true;
+            return false;
+        default:
+            leave_out(one);
+            return false;
+        }
+    }
+
+    void take(stream &one)
+    {
+        const bt_message_handle message(one.batch[one.next++]);
+        const record *taken = decoder_.decode(message.get());
+        if (!taken)
+            return;
+        if (found_.records++ == 0)
+            found_.first = taken->time;
+        found_.last = taken->time;
+        take_(*taken);
+    }
+
+    void note_loss(const bt_message *message)
+    {
+        uint64_t count = 0;
+        switch (bt_message_get_type(message)) {
+        case BT_MESSAGE_TYPE_DISCARDED_EVENTS:
+            if (bt_message_discarded_events_get_count(message, &count) == BT_PROPERTY_AVAILABILITY_AVAILABLE)
+                found_.discarded_records += count;
+            else
+                found_.unknown_discarded = true;
+            break;
+        case BT_MESSAGE_TYPE_DISCARDED_PACKETS:
+            if (bt_message_discarded_packets_get_count(message, &count) == BT_PROPERTY_AVAILABILITY_AVAILABLE)
+                found_.discarded_packets += count;
+            else
+                found_.unknown_discarded = true;
+            break;
+        default:
+            break;
+        }
+    }
+
+    recording &found_;
+    const record_taker &take_;
+    event_decoder decoder_;
+    std::vector<stream> streams_;
+};
+
+merger &merger_of(bt_self_component_sink *self)
+{
+    return *static_cast<merger *>(bt_self_component_get_data(bt_self_component_sink_as_self_component(self)));
+}
+
+bt_component_class_initialize_method_status
+initialize(bt_self_component_sink *self, bt_self_component_sink_configuration *, const bt_value *, void *data)
+{
+    bt_self_component_set_data(bt_self_component_sink_as_self_component(self), data);
+    const auto count = static_cast<merger *>(data)->stream_count();
+    for (size_t index = 0; index < count; ++index)
+        if (bt_self_component_sink_add_input_port(self, std::to_string(index).c_str(), nullptr, nullptr) !=
+            BT_SELF_COMPONENT_ADD_PORT_STATUS_OK)
+            return BT_COMPONENT_CLASS_INITIALIZE_METHOD_STATUS_ERROR;
+    return BT_COMPONENT_CLASS_INITIALIZE_METHOD_STATUS_OK;
+}
+
+bt_component_class_sink_graph_is_configured_method_status configured(bt_self_component_sink *self)
+{
+    merger_of(self).start(self);
+    return BT_COMPONENT_CLASS_SINK_GRAPH_IS_CONFIGURED_METHOD_STATUS_OK;
+}
+
+bt_component_class_sink_consume_method_status consume(bt_self_component_sink *self)
+{
+    merger_of(self).run();
+    return BT_COMPONENT_CLASS_SINK_CONSUME_METHOD_STATUS_END;
+}
+
+// ---- The graph ----
+
+bt_plugin_handle ctf_plugin()
+{
+    const bt_plugin *plugin = nullptr;
+    if (bt_plugin_find("ctf", BT_TRUE, BT_TRUE, BT_TRUE, BT_TRUE, BT_FALSE, &plugin) != BT_PLUGIN_FIND_STATUS_OK)
+        throw unreadable("libbabeltrace2 has no plugin that reads recordings: is it installed whole?");
+    return bt_plugin_handle(plugin);
+}
+
+bt_value_handle inputs(const fs::path &folder)
+{
+    bt_value_handle parameters(bt_value_map_create());
+    bt_value *array = nullptr;
+    bt_value_map_insert_empty_array_entry(parameters.get(), "inputs", &array);
+    bt_value_array_append_string_element(array, folder.c_str());
+    return parameters;
+}
+
+// Null: the trace does not open, and the thread has an error to be taken.
+const bt_component_source *add_source(bt_graph *graph, const bt_plugin *plugin, const fs::path &trace)
+{
+    const bt_component_class_source *reader = bt_plugin_borrow_source_component_class_by_name_const(plugin, "fs");
+    const bt_component_source *source = nullptr;
+    bt_graph_add_source_component(graph, reader, trace.c_str(), inputs(trace).get(), BT_LOGGING_LEVEL_NONE, &source);
+    return source;
+}
+
+// Why the trace does not open; empty when it does.
+std::string problem_with(const bt_plugin *plugin, const fs::path &trace)
+{
+    bt_graph *graph = bt_graph_create(0);
+    const bt_graph_handle owner(graph);
+    return add_source(graph, plugin, trace) ? "" : taken_reason();
+}
+
+// ---- Damaged traces ----
+
+// A folder that goes when the reading is over.
+class scratch_folder
+{
+public:
+    scratch_folder()
+    {
+        std::string name = (fs::temp_directory_path() / "kel-trace-XXXXXX").string();
+        if (!mkdtemp(name.data()))
+            throw unreadable("there is no room for a temporary folder");
+        path = name;
+    }
+    ~scratch_folder()
+    {
+        std::error_code ignored;
+        fs::remove_all(path, ignored);
+    }
+    scratch_folder(const scratch_folder &) = delete;
+    scratch_folder &operator=(const scratch_folder &) = delete;
+
+    fs::path path;
+};
+
+// The same trace without the files that keep it from opening: a folder of links to the others.
+class mended_trace
+{
+public:
+    mended_trace(const bt_plugin *plugin, const fs::path &trace, recording &found) : trace_(trace.string())
+    {
+        link(trace / "metadata");
+        if (const std::string why = problem_with(plugin, whole_.path); !why.empty())
+            throw unreadable(trace.string() + (is_newer_format(trace) ? newer_format : ": " + why));
+        for (const fs::path &file : stream_files(trace)) {
+            link(file);
+            const std::string why = problem_with(plugin, whole_.path);
+            if (why.empty())
+                continue;
+            found.damaged.push_back({file.string(), why});
+            fs::remove(whole_.path / file.filename());
+        }
+    }
+
+    const fs::path &folder() const
+    {
+        return whole_.path;
+    }
+
+    // A text that may name the folder of links, with the trace's own.
+    std::string with_own_name(std::string text) const
+    {
+        const std::string links = whole_.path.string();
+        for (size_t at = text.find(links); at != std::string::npos; at = text.find(links, at + trace_.size()))
+            text.replace(at, links.size(), trace_);
+        return text;
+    }
+
+private:
+    void link(const fs::path &file)
+    {
+        fs::create_symlink(fs::absolute(file), whole_.path / file.filename());
+    }
+
+    std::string trace_;
+    scratch_folder whole_;
+};
+
+std::vector<fs::path> traces_of(const std::vector<std::string> &folders)
+{
+    std::vector<fs::path> traces;
+    for (const std::string &folder : folders) {
+        const auto below = trace_folders(folder);
+        if (below.empty())
+            throw unreadable(folder + ": there is no recording");
+        traces.insert(traces.end(), below.begin(), below.end());
+    }
+    return traces;
+}
+
+} // namespace
+
+void read(const std::vector<std::string> &folders, const reading_options &options, recording &found,
+          const record_taker &take)
+{
+    bt_logging_set_global_level(BT_LOGGING_LEVEL_NONE);
+    const bt_plugin_handle plugin = ctf_plugin();
+    std::vector<std::unique_ptr<mended_trace>> mended;
+    bt_graph *graph = bt_graph_create(0);
+    const bt_graph_handle owner(graph);
+    merger merge(options, found, take);
+    std::vector<const bt_port_output *> outputs;
+
+    for (fs::path trace : traces_of(folders)) {
+        if (!problem_with(plugin.get(), trace).empty())
+            trace = mended.emplace_back(std::make_unique<mended_trace>(plugin.get(), trace, found))->folder();
+        const bt_component_source *source = add_source(graph, plugin.get(), trace);
+        if (!source)
+            throw unreadable(trace.string() + ": " + taken_reason());
+        const uint64_t count = bt_component_source_get_output_port_count(source);
+        for (uint64_t index = 0; index < count; ++index) {
+            outputs.push_back(bt_component_source_borrow_output_port_by_index_const(source, index));
+            merge.add_stream(bt_port_get_name(bt_port_output_as_port_const(outputs.back())));
+        }
+    }
+
+    const bt_sink_class_handle sink_class(bt_component_class_sink_create("merger", consume));
+    bt_component_class_sink_set_initialize_method(sink_class.get(), initialize);
+    bt_component_class_sink_set_graph_is_configured_method(sink_class.get(), configured);
+    const bt_component_sink *sink = nullptr;
+    if (bt_graph_add_sink_component_with_initialize_method_data(graph, sink_class.get(), "merger", nullptr, &merge,
+                                                                BT_LOGGING_LEVEL_NONE,
+                                                                &sink) != BT_GRAPH_ADD_COMPONENT_STATUS_OK)
+        throw unreadable(taken_reason());
+    for (size_t index = 0; index < outputs.size(); ++index)
+        if (bt_graph_connect_ports(graph, outputs[index],
+                                   bt_component_sink_borrow_input_port_by_index_const(sink, index),
+                                   nullptr) != BT_GRAPH_CONNECT_PORTS_STATUS_OK)
+            throw unreadable(taken_reason());
+    if (!outputs.empty() && bt_graph_run(graph) != BT_GRAPH_RUN_STATUS_OK)
+        throw unreadable(taken_reason());
+    if (merge.thrown)
+        std::rethrow_exception(merge.thrown);
+    for (damaged_file &one : found.damaged)
+        for (const auto &trace : mended)
+            one = {trace->with_own_name(one.file), trace->with_own_name(one.why)};
+}
+
+} // namespace kel_trace

@@ -1,0 +1,227 @@
+// One block for each cause: who, what, why, and the records.
+#include "kel-trace/views/explain_view.h"
+
+#include "kel-trace/operations/parameters.h"
+#include "kel-trace/reading/instant.h"
+#include "kel-trace/views/preface.h"
+#include "kelctl/terminal/text.h"
+#include "text/refusal.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <span>
+
+namespace kel_trace
+{
+namespace
+{
+
+using kelctl::colour;
+using notation::document;
+
+std::string_view event_text(event event)
+{
+    const std::string_view name = event == event::other ? "other" : event_names[static_cast<size_t>(event)];
+    return name.substr(name.find(':') + 1);
+}
+
+// "ork_bind of the driver kit: still in use, try again (-4)", "the library itself: not found, (pcep_id)"
+std::string refusal_text(const complaint &why)
+{
+    if (why.by == text::library_itself)
+        return kelctl::without_controls(
+            fmt::format("the {}: {}{}{}", why.by, why.text, why.what.empty() ? "" : ", ", why.what));
+    const std::string who =
+        why.what.empty() ? fmt::format("the {}", why.by) : fmt::format("{} of the {}", why.what, why.by);
+    const std::string code = why.code ? fmt::format(" ({})", *why.code) : "";
+    return kelctl::without_controls(fmt::format("{}: {}{}", who, why.text, code));
+}
+
+std::string parameters_text(const std::vector<parameter> &parameters)
+{
+    std::vector<std::string> parts;
+    for (const parameter &one : parameters)
+        parts.push_back(fmt::format("{}={}", one.name, kelctl::without_controls(one.value)));
+    return kelctl::joined(parts, ", ");
+}
+
+std::string times_text(uint64_t count)
+{
+    return count == 1 ? "once" : fmt::format("{} times", kelctl::with_separators(count));
+}
+
+std::string records_text(const operation &operation, const complaint &why, const kelctl::painter &paint)
+{
+    std::string text;
+    const int64_t begin = operation.records().front().time;
+    for (const kept_record &one : operation.records()) {
+        std::string line = fmt::format("    +{:<12} {:<9} {}  ({})", duration_text(one.time - begin),
+                                       event_text(one.event), kelctl::without_controls(one.message), one.location);
+        const bool refusal = one.time == why.time && is_exception(one.event);
+        text += (refusal ? paint(colour::failure, line) : line) + "\n";
+    }
+    if (operation.records_left_out > 0)
+        text += fmt::format("    {} records in the middle are left out\n", operation.records_left_out);
+    return text;
+}
+
+std::string consequence_text(const consequence &one)
+{
+    return fmt::format("    {}{}, {}: {}{}\n", one.operation,
+                       one.objects.empty() ? "" : " " + kelctl::joined(one.objects, ", "), times_text(one.count),
+                       refusal_text(one.why), one.certain ? "" : " (likely: the records do not show it)");
+}
+
+std::string cause_text(const cause &of, const recording &found, const kelctl::painter &paint)
+{
+    const operation &newest = of.newest;
+    const complaint &why = *newest.failure();
+    std::string text =
+        fmt::format("\n{}  {}\n", paint(colour::heading, instant_text(why.time)), thread_text(found, newest.of));
+    const auto objects = objects_of(newest);
+    text += fmt::format("  {} reported{}\n", newest.name, objects.empty() ? "" : ": " + kelctl::joined(objects, ", "));
+    text += fmt::format("  refused by {}\n", paint(colour::failure, refusal_text(why)));
+    if (why.reporters.size() > 1)
+        text += fmt::format("  passed on by {}\n", kelctl::joined(why.reporters, ", "));
+    if (const auto parameters = parameters_of(newest); !parameters.empty())
+        text += fmt::format("  with {}\n", parameters_text(parameters));
+    if (of.count > 1)
+        text += fmt::format("  {} since {}{}{}\n", times_text(of.count), instant_text(of.first),
+                            of.objects.size() > 1 ? ": " + kelctl::joined(of.objects, ", ") : "",
+                            of.more_objects ? ", ..." : "");
+    if (!newest.framed)
+        text += "  its entry was not recorded: what went before is missing\n";
+    else if (!newest.whole)
+        text += "  its end was not recorded\n";
+    text += "  records:\n" + records_text(newest, why, paint);
+    if (!of.consequences.empty())
+        text += "  what followed from it:\n";
+    for (const auto &[key, one] : of.consequences)
+        text += consequence_text(one);
+    return text;
+}
+
+std::string aside_text(const aside &one, const recording &found)
+{
+    const std::string what = one.error.empty()
+                                 ? fmt::format("{} reported {}", one.what.reporter(), refusal_text(one.what))
+                                 : kelctl::without_controls(one.error);
+    return fmt::format("  {} {}, {}\n    in {}: {}\n", instant_text(one.last), thread_text(found, one.of),
+                       times_text(one.count), one.operation, what);
+}
+
+// The newest of them.
+template <typename Kept>
+std::span<const Kept *const> newest(const std::vector<const Kept *> &all, std::optional<uint64_t> last)
+{
+    const size_t count = std::min<uint64_t>(last.value_or(all.size()), all.size());
+    return std::span(all).last(count);
+}
+
+document complaint_document(const complaint &why)
+{
+    document reporters = document::array();
+    for (const std::string &one : why.reporters)
+        reporters.push_back(one);
+    return {{"by", why.by},
+            {"what", why.what},
+            {"code", why.code ? document(*why.code) : nullptr},
+            {"text", why.text},
+            {"passed_on_by", reporters}};
+}
+
+document objects_document(const std::vector<std::string> &objects)
+{
+    document all = document::array();
+    for (const std::string &one : objects)
+        all.push_back(one);
+    return all;
+}
+
+document records_document(std::span<const kept_record> records)
+{
+    document all = document::array();
+    for (const kept_record &one : records)
+        all.push_back({{"time", one.time},
+                       {"event", event_text(one.event)},
+                       {"domain", one.domain},
+                       {"message", one.message},
+                       {"location", one.location}});
+    return all;
+}
+
+document cause_document(const cause &of, const recording &found)
+{
+    const operation &newest = of.newest;
+    document parameters = document::object();
+    for (const parameter &one : parameters_of(newest))
+        parameters[one.name] = one.value;
+    document consequences = document::array();
+    for (const auto &[key, one] : of.consequences)
+        consequences.push_back({{"operation", one.operation},
+                                {"objects", objects_document(one.objects)},
+                                {"refusal", complaint_document(one.why)},
+                                {"count", one.count},
+                                {"certain", one.certain},
+                                {"last", one.last}});
+    return {{"operation", newest.name},
+            {"time", of.last},
+            {"of", thread_document(found, newest.of)},
+            {"refusal", complaint_document(*newest.failure())},
+            {"parameters", parameters},
+            {"objects", objects_document(of.objects)},
+            {"more_objects", of.more_objects},
+            {"count", of.count},
+            {"first", of.first},
+            {"entry_recorded", newest.framed},
+            {"exit_recorded", newest.whole},
+            {"records", records_document(newest.records())},
+            {"records_left_out", newest.records_left_out},
+            {"consequences", consequences}};
+}
+
+} // namespace
+
+std::string explain_text(const causes &all, const recording &found, std::optional<uint64_t> last,
+                         const kelctl::painter &paint)
+{
+    const auto failures = all.failures();
+    const auto asides = all.asides();
+    std::string text;
+    if (!asides.empty())
+        text += "\nReported and gone on after, the newest last:\n";
+    for (const aside *one : newest(asides, last))
+        text += aside_text(*one, found);
+    uint64_t count = 0;
+    for (const cause *one : failures)
+        count += one->count;
+    if (failures.empty())
+        return text + "\nNo operation reported a failure.\n";
+    text += fmt::format("\nFailures reported: {}. Causes: {}, the newest last.\n", kelctl::with_separators(count),
+                        kelctl::with_separators(failures.size()));
+    for (const cause *one : newest(failures, last))
+        text += cause_text(*one, found, paint);
+    return text;
+}
+
+document explain_document(const causes &all, const recording &found, std::optional<uint64_t> last)
+{
+    document failures = document::array();
+    const auto causes = all.failures();
+    for (const cause *one : newest(causes, last))
+        failures.push_back(cause_document(*one, found));
+    document asides = document::array();
+    const auto others = all.asides();
+    for (const aside *one : newest(others, last))
+        asides.push_back({{"operation", one->operation},
+                          {"of", thread_document(found, one->of)},
+                          {"refusal", one->error.empty() ? complaint_document(one->what) : document()},
+                          {"error", one->error.empty() ? document() : document(one->error)},
+                          {"count", one->count},
+                          {"first", one->first},
+                          {"time", one->last}});
+    return {{"failures", failures}, {"ignored", asides}};
+}
+
+} // namespace kel_trace

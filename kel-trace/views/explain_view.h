@@ -1,0 +1,20 @@
+// Failures with their causes, for people and as a document.
+#pragma once
+
+#include "kel-trace/operations/causes.h"
+#include "kel-trace/reading/recording.h"
+#include "kelctl/terminal/terminal.h"
+#include "notation/document.h"
+
+#include <optional>
+#include <string>
+
+namespace kel_trace
+{
+
+// `last`: only so many, the newest.
+std::string explain_text(const causes &all, const recording &found, std::optional<uint64_t> last,
+                         const kelctl::painter &paint);
+notation::document explain_document(const causes &all, const recording &found, std::optional<uint64_t> last);
+
+} // namespace kel_trace

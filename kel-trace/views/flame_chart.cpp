@@ -1,0 +1,61 @@
+// An array of complete events. Times are in microseconds, with the nanoseconds behind the point.
+#include "kel-trace/views/flame_chart.h"
+
+#include "notation/json.h"
+
+#include <fmt/core.h>
+
+#include <cerrno>
+#include <system_error>
+
+namespace kel_trace
+{
+namespace
+{
+
+// Viewers know no hosts: the processes of another host get other numbers.
+constexpr int64_t host_step = int64_t{1} << 32;
+
+std::string microseconds(int64_t nanoseconds)
+{
+    return fmt::format("{}.{:03}", nanoseconds / 1000, nanoseconds % 1000);
+}
+
+} // namespace
+
+flame_chart::flame_chart(const std::string &path) : path_(path), file_(std::fopen(path.c_str(), "we"))
+{
+    if (!file_)
+        throw std::system_error(errno, std::generic_category(), path_);
+    std::fputs("[", file_);
+}
+
+flame_chart::~flame_chart()
+{
+    if (file_)
+        std::fclose(file_);
+}
+
+void flame_chart::add(const span &one, int64_t origin)
+{
+    const std::string line =
+        fmt::format("{}\n{{\"name\":{},\"cat\":\"{}\",\"ph\":\"X\",\"ts\":{},\"dur\":{},\"pid\":{},\"tid\":{},"
+                    "\"args\":{{\"reported\":{}}}}}",
+                    first_ ? "" : ",", notation::to_json(one.name), one.is_call ? "closed call" : "operation",
+                    microseconds(one.begin - origin), microseconds(std::max<int64_t>(one.end - one.begin, 0)),
+                    one.of.process + one.of.host * host_step, one.of.thread, one.reported);
+    std::fwrite(line.data(), 1, line.size(), file_);
+    first_ = false;
+}
+
+void flame_chart::finish()
+{
+    std::fputs("\n]\n", file_);
+    const bool sound = std::ferror(file_) == 0;
+    const bool closed = std::fclose(file_) == 0;
+    file_ = nullptr;
+    if (!sound || !closed)
+        throw std::system_error(errno, std::generic_category(), path_);
+}
+
+} // namespace kel_trace

@@ -1,0 +1,133 @@
+// Tables of timings.
+#include "kel-trace/views/report_view.h"
+
+#include "kel-trace/reading/instant.h"
+#include "kel-trace/views/preface.h"
+#include "kelctl/terminal/text.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <vector>
+
+namespace kel_trace
+{
+namespace
+{
+
+using kelctl::colour;
+using kelctl::with_separators;
+using notation::document;
+
+constexpr int64_t second = 1'000'000'000;
+constexpr std::string_view other_event = "others of our providers";
+
+std::string_view event_text(size_t event)
+{
+    return event < std::size(event_names) ? event_names[event] : other_event;
+}
+
+using table = std::map<std::string, timing, std::less<>>;
+
+// By total time, the longest first; equal ones by name.
+std::vector<const table::value_type *> by_total(const table &all)
+{
+    std::vector<const table::value_type *> sorted;
+    for (const auto &row : all)
+        if (row.second.total.count() > 0)
+            sorted.push_back(&row);
+    std::ranges::stable_sort(
+        sorted, [](const auto *a, const auto *b) { return a->second.total.total() > b->second.total.total(); });
+    return sorted;
+}
+
+std::string table_text(const table &all, std::string_view heading, std::string_view reported, bool own,
+                       const kelctl::painter &paint)
+{
+    std::string text = fmt::format(
+        "\n{}\n", paint(colour::heading,
+                        fmt::format("{:<52} {:>9} {:>9} {:>14} {:>14} {:>13} {:>13} {:>13}  {}", heading, "calls",
+                                    reported, "total", own ? "own" : "", "median", "99 %", "largest", "largest at")));
+    for (const auto *row : by_total(all)) {
+        const durations &total = row->second.total;
+        text += fmt::format("{:<52} {:>9} {:>9} {:>14} {:>14} {:>13} {:>13} {:>13}  {}\n", row->first,
+                            with_separators(total.count()), with_separators(row->second.reported),
+                            duration_text(total.total()), own ? duration_text(row->second.own) : "",
+                            duration_text(total.quantile(50)), duration_text(total.quantile(99)),
+                            duration_text(total.largest()), instant_text(total.largest_at()));
+    }
+    return text;
+}
+
+std::string host_report(const host_statistics &one, const kelctl::painter &paint)
+{
+    std::string text = table_text(one.operations, "Operations", "reported", true, paint);
+    text += table_text(one.calls, "Closed calls, at most: until the thread's next record", "refused", false, paint);
+    text += fmt::format("\n{}\n", paint(colour::heading, fmt::format("{:<52} {:>9}", "Records", "count")));
+    for (size_t event = 0; event < event_count; ++event)
+        if (one.events[event] > 0)
+            text += fmt::format("{:<52} {:>9}\n", event_text(event), with_separators(one.events[event]));
+    text += fmt::format("\nBusiest second: {} with {} records.\n",
+                        instant_text(one.busiest_second * second).substr(0, 19), with_separators(one.busiest_count));
+    return text;
+}
+
+document table_document(const table &all, bool own)
+{
+    document rows = document::array();
+    for (const auto *row : by_total(all)) {
+        const durations &total = row->second.total;
+        document made = {{"name", row->first},
+                         {"calls", total.count()},
+                         {own ? "reported" : "refused", row->second.reported},
+                         {"total", total.total()}};
+        if (own)
+            made["own"] = row->second.own;
+        made["median"] = total.quantile(50);
+        made["percentile_99"] = total.quantile(99);
+        made["largest"] = total.largest();
+        made["largest_at"] = total.largest_at();
+        rows.push_back(made);
+    }
+    return rows;
+}
+
+document host_document(const host_statistics &one)
+{
+    document events = document::object();
+    for (size_t event = 0; event < event_count; ++event)
+        events[event_text(event)] = one.events[event];
+    return {{"operations", table_document(one.operations, true)},
+            {"closed_calls_at_most", table_document(one.calls, false)},
+            {"records", events},
+            {"busiest_second", {{"second", one.busiest_second}, {"records", one.busiest_count}}}};
+}
+
+} // namespace
+
+std::string report_text(const statistics &all, const recording &found, const kelctl::painter &paint)
+{
+    if (all.hosts().empty())
+        return "";
+    if (all.hosts().size() == 1)
+        return host_report(all.sum(), paint);
+    std::string text;
+    for (const auto &[host, one] : all.hosts())
+        text += fmt::format("\n==== host {} ====\n", host_text(found, host)) + host_report(one, paint);
+    return text + "\n==== all hosts ====\n" + host_report(all.sum(), paint);
+}
+
+document report_document(const statistics &all, const recording &found)
+{
+    document hosts = document::array();
+    for (const auto &[host, one] : all.hosts()) {
+        document made = {{"host", found.hosts.at(host)}};
+        const document statistics = host_document(one);
+        for (const auto &[name, value] : statistics.members())
+            made[name] = value;
+        hosts.push_back(made);
+    }
+    return {{"hosts", hosts}, {"sum", host_document(all.sum())}};
+}
+
+} // namespace kel_trace

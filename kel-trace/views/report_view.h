@@ -1,0 +1,17 @@
+// Counts and durations, for people and as a document: host by host and in sum.
+#pragma once
+
+#include "kel-trace/operations/statistics.h"
+#include "kel-trace/reading/recording.h"
+#include "kelctl/terminal/terminal.h"
+#include "notation/document.h"
+
+#include <string>
+
+namespace kel_trace
+{
+
+std::string report_text(const statistics &all, const recording &found, const kelctl::painter &paint);
+notation::document report_document(const statistics &all, const recording &found);
+
+} // namespace kel_trace

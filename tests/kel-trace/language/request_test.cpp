@@ -1,0 +1,61 @@
+// Command lines read and completed.
+#include "kel-trace/language/request.h"
+
+#include <gtest/gtest.h>
+
+namespace kel_trace
+{
+namespace
+{
+
+request parsed(std::vector<std::string> words)
+{
+    return parse_request(words);
+}
+
+std::string completed(std::vector<std::string> words)
+{
+    return completion_text(words);
+}
+
+TEST(Request, OptionsStandAnywhere)
+{
+    const request asked = parsed({"--json", "explain", "one", "--last", "3", "two", "--process=kelctl"});
+    EXPECT_EQ(asked.view, view::explain);
+    EXPECT_EQ(asked.folders, (std::vector<std::string>{"one", "two"}));
+    EXPECT_TRUE(asked.json);
+    EXPECT_EQ(asked.last, 3U);
+    EXPECT_EQ(asked.process, "kelctl");
+}
+
+TEST(Request, AfterTwoDashesThereAreNoOptions)
+{
+    EXPECT_EQ(parsed({"check", "--", "--json"}).folders, std::vector<std::string>{"--json"});
+}
+
+TEST(Request, WrongOnesAreRefused)
+{
+    for (const std::vector<std::string> &words : std::vector<std::vector<std::string>>{
+             {}, {"explain"}, {"expl", "x"}, {"check", "--last", "1", "x"}, {"explain", "--last", "0", "x"}})
+        EXPECT_THROW(parse_request(words), wrong_request);
+}
+
+TEST(Request, HelpNeedsNothingElse)
+{
+    EXPECT_TRUE(parsed({"--help"}).help);
+    for (const option_row &row : option_rows())
+        EXPECT_NE(help_text().find(row.name), std::string::npos) << row.name;
+}
+
+TEST(Completion, OffersWhatMayFollow)
+{
+    EXPECT_EQ(completed({"ch"}).substr(0, 6), "check\t");
+    EXPECT_EQ(completed({"report", "--chr"}).substr(0, 9), "--chrome\t");
+    EXPECT_EQ(completed({"explain", "--chr"}), "");
+    EXPECT_EQ(completed({"explain", ""}), "@files\n");
+    EXPECT_EQ(completed({"report", "--chrome", ""}), "@files\n");
+    EXPECT_EQ(completed({"explain", "--last", ""}), "");
+}
+
+} // namespace
+} // namespace kel_trace
