@@ -1,6 +1,7 @@
 // Every exported operation, in every state that changes its way, with every outside call that it makes there failing in
 // every way that call can fail: what happens, and what the operations afterwards still see. The states and the
 // operations are the table below; the calls are those that the model says it makes.
+#include "explained.h"
 #include "faults.h"
 #include "model.h"
 #include "requests.h"
@@ -317,6 +318,23 @@ TEST_P(FaultMatrix, ModelAndLibraryAgree)
     }
 }
 
+size_t named_faults;
+
+// The records are those of the library, as the test above shows: they name what failed, and kel-trace reads it.
+TEST_P(FaultMatrix, RecordedFailureIsExplained)
+{
+    const row &row = matrix[GetParam()];
+    for (const state &state : row.states) {
+        SCOPED_TRACE(state.name);
+        for (const step &each : ways(state.before, row.tried)) {
+            model model(true);
+            for (const step &before : state.before)
+                model.perform(before);
+            ASSERT_EQ(unexplained(model.perform(each), each, named_faults), "") << context(state.before, each);
+        }
+    }
+}
+
 // A matrix that leaves an operation out would prove nothing about it.
 TEST(FaultMatrixItself, HasARowForEveryExportedOperation)
 {
@@ -347,6 +365,7 @@ int main(int argc, char **argv)
     testing::InitGoogleTest(&argc, argv);
     transcript::begin();
     const int failed = RUN_ALL_TESTS();
-    printf("fault matrix: %zu combinations, tracing %s\n", proof::combinations, transcript::traced() ? "on" : "off");
+    printf("fault matrix: %zu combinations, tracing %s; %zu faults that records name\n", proof::combinations,
+           transcript::traced() ? "on" : "off", proof::named_faults);
     return failed;
 }
