@@ -147,7 +147,7 @@ void event_decoder::meet(const bt_event *event, const event_kind &kind, int64_t 
         found_.process_names[newest_process_] = name;
 }
 
-const record *event_decoder::decode(const bt_message *message)
+const record *event_decoder::decode(const bt_message *message, int64_t time)
 {
     const bt_event *event = bt_message_event_borrow_event_const(message);
     const event_kind &kind = kind_of(event);
@@ -172,7 +172,7 @@ const record *event_decoder::decode(const bt_message *message)
     const int64_t process = number_at(kind.vpid, kind.trace_process);
     if (newest_process_ != std::pair(kind.host, process))
         meet(event, kind, process);
-    record_ = {.time = time_of(message),
+    record_ = {.time = time,
                .of = {kind.host, process, options_.single_thread ? 0 : number_at(kind.vtid, 0)},
                .event = kind.kind,
                .event_name = kind.name,

@@ -23,7 +23,7 @@ public:
 
     // The record of an event message; null when it is not of our providers. Valid until the next call. Throws
     // `unreadable` when it does not say which thread it is of.
-    const record *decode(const bt_message *message);
+    const record *decode(const bt_message *message, int64_t time);
 
     // Nanoseconds since 1970 of an event message.
     static int64_t time_of(const bt_message *message);

@@ -144,7 +144,7 @@ private:
     void take(stream &one)
     {
         const bt_message_handle message(one.batch[one.next++]);
-        const record *taken = decoder_.decode(message.get());
+        const record *taken = decoder_.decode(message.get(), one.time);
         if (!taken)
             return;
         if (found_.records++ == 0)
