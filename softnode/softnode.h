@@ -78,6 +78,56 @@ typedef enum softnode_drop_reason {
 uint64_t softnode_traffic_dropped(softnode_drop_reason reason);
 
 /**
+ * Offers one frame as softnode_traffic_offer() does. What becomes of it is reported to the watcher with its identity.
+ *
+ * @param mac       destination, 6 octets in wire order
+ * @param octets    its length, 1 to 65535
+ * @param identity  by which the caller knows it again, not 0
+ * @return as softnode_traffic_offer(); ORK_INVAL (-1) also for identity 0
+ */
+int32_t softnode_traffic_offer_one(const uint8_t mac[6], uint32_t octets, uint64_t identity);
+
+/** What became of a frame. */
+typedef enum softnode_frame_fate {
+    SOFTNODE_FRAME_SENT,   /**< it left its queue, or arrived without one */
+    SOFTNODE_FRAME_DROPPED /**< for a softnode_drop_reason */
+} softnode_frame_fate;
+
+/** A frame that left the service or was dropped there. */
+typedef struct softnode_frame {
+    uint64_t identity;        /**< as it was offered */
+    uint64_t queue;           /**< handle of the queue of the path to its destination, as in the snapshot; 0: no path */
+    uint64_t entered;         /**< when it entered the service, nanoseconds of virtual time */
+    uint64_t left;            /**< when its first bit left, or when it was dropped */
+    softnode_frame_fate fate; /**< what became of it */
+    softnode_drop_reason reason; /**< why it was dropped; without meaning when it was sent */
+} softnode_frame;
+
+/**
+ * Called once for each frame that leaves or is dropped, in the order of these instants, while the node is locked: it must
+ * not call functions of the node, nor any of this header.
+ *
+ * @param context  as it was handed to softnode_traffic_watch()
+ * @param frame    valid during the call
+ */
+typedef void softnode_frame_watcher(void *context, const softnode_frame *frame);
+
+/**
+ * Has what becomes of frames that have an identity reported, until the next call or softnode_reset(). Frames that are
+ * offered otherwise are not reported, and are as fast as without a watcher.
+ *
+ *     uint8_t mac[6] = {2, 0, 0, 2, 0, 1};
+ *     softnode_traffic_watch(note_it, &notes);
+ *     softnode_traffic_offer_one(mac, 1500, 17);      // note_it() learns what becomes of frame 17
+ *     softnode_time_advance(1000000000);
+ *     softnode_traffic_watch(NULL, NULL);
+ *
+ * @param watcher  null: nothing is reported
+ * @param context  passed to it
+ */
+void softnode_traffic_watch(softnode_frame_watcher *watcher, void *context);
+
+/**
  * Advances virtual time. The result is the same however an interval is divided into calls. The cost depends on the
  * number of frames that leave, not on the length of the interval. Time stops at 2^64 - 1 nanoseconds.
  */
@@ -294,7 +344,7 @@ char *softnode_limits_json(void);
 char *softnode_graph_dot(void);
 
 /**
- * Resets the node to one that has just been switched on: time 0, no fault rules, all counts 0. Handles from before become
+ * Resets the node to one that has just been switched on: time 0, no fault rules, no watcher, all counts 0. Handles from before become
  * stale. A thread that waits in vorn_tu_wait_event(), or that a rule blocks, gets SHUTDOWN (-5).
  */
 void softnode_reset(void);

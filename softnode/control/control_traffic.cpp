@@ -8,6 +8,21 @@
 
 using namespace softnode;
 
+namespace
+{
+
+softnode_frame handed_out(const FrameReport &frame)
+{
+    return {.identity = frame.identity,
+            .queue = static_cast<uint64_t>(frame.queue),
+            .entered = frame.entered,
+            .left = frame.left,
+            .fate = frame.fate == Fate::sent ? SOFTNODE_FRAME_SENT : SOFTNODE_FRAME_DROPPED,
+            .reason = static_cast<softnode_drop_reason>(frame.reason)};
+}
+
+} // namespace
+
 int32_t softnode_traffic_offer(const uint8_t mac[6], uint64_t frames, uint32_t octets_per_frame)
 {
     if (!mac)
@@ -26,6 +41,25 @@ uint64_t softnode_traffic_dropped(softnode_drop_reason reason)
     if (reason < SOFTNODE_DROP_TOO_LONG || reason > SOFTNODE_DROP_NO_QUEUE)
         return 0;
     return with_node([&](Node &node) { return node.ebcom.dropped(static_cast<Drop>(reason)).frames; });
+}
+
+int32_t softnode_traffic_offer_one(const uint8_t mac[6], uint32_t octets, uint64_t identity)
+{
+    if (!mac || identity == 0)
+        return driver_kit_code(Refusal::invalid);
+    return with_node([&](Node &node) { return driver_kit_code(node.offer(mac_at(mac), {1, octets, identity})); });
+}
+
+void softnode_traffic_watch(softnode_frame_watcher *watcher, void *context)
+{
+    with_node([&](Node &node) {
+        node.watcher = nullptr;
+        if (watcher)
+            node.watcher = [watcher, context](const FrameReport &frame) {
+                const softnode_frame handed = handed_out(frame);
+                watcher(context, &handed);
+            };
+    });
 }
 
 void softnode_time_advance(uint64_t nanoseconds)

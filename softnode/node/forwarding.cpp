@@ -124,7 +124,7 @@ void Node::enter(std::span<const Mac> destinations, const Frames &frames)
                 queues[other] = Handle::null;
             }
         const std::uint64_t dropped = qos.enter(queue, std::span(together).first(reached), frames, clock.now());
-        drop(Drop::no_room, {dropped, frames.length, frames.identity});
+        drop(Drop::no_room, {dropped, frames.length, frames.identity}, queue);
     }
 }
 
@@ -132,19 +132,21 @@ void Node::enter(std::span<const Mac> destinations, const Frames &frames)
 Handle Node::admit(const Mac &destination, const Frames &frames)
 {
     ebcom.account(Fate::received, frames);
+    const auto path = ebcom.paths().find(destination);
+    const bool has_path = path != ebcom.paths().end();
     if (frames.length > ebcom.longest_frame()) {
-        drop(Drop::too_long, frames);
+        drop(Drop::too_long, frames, has_path ? path->second.queue : Handle::null);
         return Handle::null;
     }
-    const auto path = ebcom.paths().find(destination);
-    if (path == ebcom.paths().end()) {
+    if (!has_path) {
         ebcom.account(Fate::sent, frames);
+        report({.identity = frames.identity, .fate = Fate::sent, .entered = clock.now(), .left = clock.now()});
         receive(destination, frames);
         return Handle::null;
     }
     const Handle queue = queue_of(path->second);
     if (queue == Handle::null)
-        drop(Drop::no_queue, frames);
+        drop(Drop::no_queue, frames, path->second.queue);
     return queue;
 }
 
@@ -153,7 +155,13 @@ void Node::let_leave()
 {
     while (const auto departure = qos.depart(clock.now())) {
         let_arrive();
-        ebcom.account(Fate::sent, {1, departure->frame.length, departure->frame.identity});
+        const Frame &frame = departure->frame;
+        ebcom.account(Fate::sent, {1, frame.length, frame.identity});
+        report({.identity = frame.identity,
+                .fate = Fate::sent,
+                .queue = departure->queue,
+                .entered = frame.entered,
+                .left = departure->left});
         on_the_line = departure;
     }
     if (on_the_line && on_the_line->arrives <= clock.now())
@@ -176,9 +184,17 @@ void Node::receive(const Mac &destination, const Frames &frames)
 }
 
 /* Frames that entered the service get no further. */
-void Node::drop(Drop reason, const Frames &frames)
+void Node::drop(Drop reason, const Frames &frames, Handle queue)
 {
     ebcom.drop(reason, {frames.count, frames.count * frames.length});
+    if (frames.count != 0)
+        report({frames.identity, Fate::dropped, reason, queue, clock.now(), clock.now()});
+}
+
+void Node::report(const FrameReport &frame) const
+{
+    if (frame.identity != 0 && watcher)
+        watcher(frame);
 }
 
 } // namespace softnode

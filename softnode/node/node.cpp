@@ -26,8 +26,11 @@ Refusal Node::remove_queue(Handle queue)
     if (const Refusal refusal = qos.check_queue(queue))
         return refusal;
 
-    const Waiting waiting = qos.queues().at(queue).waiting();
+    const Queue &found = qos.queues().at(queue);
+    const Waiting waiting = found.waiting();
     ebcom.drop(Drop::no_queue, {waiting.frames, waiting.octets});
+    if (watcher)
+        report_all(found);
     return qos.remove_queue(queue);
 }
 
@@ -62,6 +65,15 @@ Refusal Node::create_group(const ork_ebcom_multicast_group &params, Handle sched
     return pceps.create_group(params, scheduler, group);
 }
 
+/* What waits in a queue that is removed. */
+void Node::report_all(const Queue &queue) const
+{
+    for (FrameQueue waiting = queue.frames(); !waiting.empty();) {
+        const Frame frame = waiting.pop();
+        report({frame.identity, Fate::dropped, Drop::no_queue, queue.self, frame.entered, clock.now()});
+    }
+}
+
 void Node::reset()
 {
     clock.reset();
@@ -72,6 +84,7 @@ void Node::reset()
     timing.reset();
     restarts.clear();
     on_the_line.reset();
+    watcher = nullptr;
 }
 
 Refusal Node::check_binding(const ork_bind_params &params) const

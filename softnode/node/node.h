@@ -15,6 +15,7 @@
 #include "softnode/traffic/virtual_clock.h"
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -30,6 +31,16 @@ struct RestartRequest {
     std::string reason;
 };
 
+/* What became of a frame that has an identity. */
+struct FrameReport {
+    std::uint64_t identity = 0;
+    Fate fate = Fate::sent;       /* or dropped */
+    Drop reason = Drop::too_long; /* why it was dropped */
+    Handle queue = Handle::null;  /* of the path to its destination, maybe removed; null: no path leads there */
+    Instant entered = 0;          /* the service */
+    Instant left = 0;             /* its queue, or was dropped */
+};
+
 struct Node {
     VirtualClock clock;
     Attachment attachment;
@@ -39,6 +50,7 @@ struct Node {
     TimingUnit timing;
     std::vector<RestartRequest> restarts;
     std::optional<Departure> on_the_line; /* has left its queue, and not arrived */
+    std::function<void(const FrameReport &)> watcher;
 
     /** Lays a path; its queue has to be there. */
     Refusal create_path(const ork_ebcom_pcep_path &path);
@@ -92,7 +104,9 @@ private:
     void let_leave();
     void let_arrive();
     void receive(const Mac &destination, const Frames &frames);
-    void drop(Drop reason, const Frames &frames);
+    void drop(Drop reason, const Frames &frames, Handle queue = Handle::null);
+    void report(const FrameReport &frame) const;
+    void report_all(const Queue &queue) const;
 };
 
 } // namespace softnode

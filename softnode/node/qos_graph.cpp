@@ -81,6 +81,7 @@ Refusal QosGraph::add_queue(const kel_init_qos_queue_params &params, std::uint32
     TreeScheduler &above = schedulers_.at(scheduler);
     queue = queues_.add(scheduler, QueueParams{params.rate, params.threshold, params.bucket_size},
                         above.params.serviceQuantum, above.params.lengthCorrection);
+    queues_.at(queue).self = queue;
     ++above.below;
     port_.attach(queues_.at(queue), &above);
     return Refusal::granted;

@@ -90,7 +90,7 @@ Departure Port::leave(Instant now)
     pass(queue, frame.length, now);
     for (Scheduler *each = queue.above; each->above; each = each->above)
         pass(*each, frame.length, now);
-    return {frame, now, line_.send(frame.length)};
+    return {frame, now, line_.send(frame.length), queue.self};
 }
 
 /* A frame passed a child. */

@@ -26,6 +26,7 @@ struct Departure {
     Frame frame;
     Instant left = 0;   /* its first bit did */
     Future arrives = 0; /* its last bit has left; before the next frame leaves */
+    Handle queue = Handle::null;
 };
 
 class Port

@@ -48,6 +48,11 @@ Waiting Queue::waiting() const
     return frames_.waiting();
 }
 
+const FrameQueue &Queue::frames() const
+{
+    return frames_;
+}
+
 bool Queue::backlogged() const
 {
     return !frames_.empty();

@@ -29,6 +29,7 @@ struct QueueParams {
 };
 
 struct Queue : Child, QueueParams {
+    Handle self = Handle::null; /* whose it is: set by who keeps it */
     Handle scheduler;
     Counters counters{};
     Waiting deepest{}; /* the most that ever waited, of each */
@@ -52,6 +53,9 @@ struct Queue : Child, QueueParams {
     Frame send(Instant now);
 
     Waiting waiting() const;
+
+    /** What waits in it. */
+    const FrameQueue &frames() const;
 
     bool backlogged() const final;
     Queue &next_queue() final;

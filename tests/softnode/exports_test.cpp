@@ -40,7 +40,9 @@ const std::set<std::string> control_functions{"softnode_fault_functions_json",
                                               "softnode_timing_settle",
                                               "softnode_traffic_dropped",
                                               "softnode_traffic_offer",
-                                              "softnode_traffic_send"};
+                                              "softnode_traffic_offer_one",
+                                              "softnode_traffic_send",
+                                              "softnode_traffic_watch"};
 
 std::set<std::string> exported()
 {

@@ -86,6 +86,21 @@ void offer(Caller &caller)
     softnode_traffic_offer(caller.maybe(mac) ? mac.data() : nullptr, count, length(caller));
 }
 
+void offer_one(Caller &caller)
+{
+    const auto mac = caller.record(std::array<std::uint8_t, 6>{2, 0, 0, 2, 0, caller.octet()});
+    const std::uint64_t identity = caller.octet();
+    softnode_traffic_offer_one(caller.maybe(mac) ? mac.data() : nullptr, length(caller), identity);
+}
+
+void watch(Caller &caller)
+{
+    const auto check = [](void *, const softnode_frame *frame) {
+        require(frame->identity != 0 && frame->entered <= frame->left);
+    };
+    softnode_traffic_watch(caller.seldom() ? nullptr : +check, nullptr);
+}
+
 void send(Caller &caller)
 {
     const std::uint32_t id = caller.id();
@@ -149,9 +164,9 @@ void reset(Caller &)
     softnode_reset();
 }
 
-constexpr std::array<Step, 16> steps{{add_faults, add_fault_file, list_faults, clear_faults, release, sweep,
+constexpr std::array<Step, 18> steps{{add_faults, add_fault_file, list_faults, clear_faults, release, sweep,
                                       set_reading, post_event, settle, look_in, draw, reset, list_functions, offer,
-                                      send, advance}};
+                                      send, advance, offer_one, watch}};
 
 } // namespace
 
