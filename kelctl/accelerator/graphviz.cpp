@@ -1,78 +1,12 @@
-// Running `dot` as a child process, and what may become of it.
+// How `dot` is asked.
 #include "kelctl/accelerator/graphviz.h"
-
-#include "kelctl/terminal/text.h"
-
-#include <fmt/core.h>
-
-#include <cerrno>
-#include <cstring>
-#include <gio/gio.h>
-#include <string_view>
-#include <sys/mman.h>
-#include <unistd.h>
 
 namespace kelctl
 {
-namespace
-{
-
-// A file in memory with this text, to be read from its beginning; -1, with errno telling why, when there is no room for
-// it. A program that ends before it has read all of it ends no pipe.
-int file_in_memory(std::string_view text)
-{
-    const int file = memfd_create("kelctl-graph", MFD_CLOEXEC);
-    if (file < 0 || (pwrite(file, text.data(), text.size(), 0) == static_cast<ssize_t>(text.size())))
-        return file;
-    close(file);
-    return -1;
-}
-
-std::string text_in(GBytes *bytes)
-{
-    size_t size = 0;
-    const void *data = g_bytes_get_data(bytes, &size);
-    return size == 0 ? "" : std::string(static_cast<const char *>(data), size);
-}
-
-// How a program ended that did not succeed.
-std::string end_of(GSubprocess *program, GBytes *told)
-{
-    if (!g_subprocess_get_if_exited(program))
-        return fmt::format("ended by signal {}", g_subprocess_get_term_sig(program));
-    std::string text = text_in(told);
-    text.erase(text.find_last_not_of('\n') + 1);
-    return text.empty() ? fmt::format("exit status {}", g_subprocess_get_exit_status(program)) : printable(text);
-}
-
-} // namespace
 
 drawing drawn_by_graphviz(const std::string &dot, const std::string &format)
 {
-    const int graph = file_in_memory(dot);
-    if (graph < 0)
-        return {"", fmt::format("the graph cannot be handed to Graphviz: {}", std::strerror(errno))};
-    constexpr int read_both = G_SUBPROCESS_FLAGS_STDOUT_PIPE | G_SUBPROCESS_FLAGS_STDERR_PIPE;
-    g_autoptr(GSubprocessLauncher) launcher = g_subprocess_launcher_new(static_cast<GSubprocessFlags>(read_both));
-    g_subprocess_launcher_take_stdin_fd(launcher, graph);
-
-    g_autoptr(GError) error = nullptr;
-    const std::string option = fmt::format("-T{}", format);
-    g_autoptr(GSubprocess) program = g_subprocess_launcher_spawn(launcher, &error, "dot", option.c_str(), nullptr);
-    if (!program && g_error_matches(error, G_SPAWN_ERROR, G_SPAWN_ERROR_NOENT))
-        return {"", "Graphviz's \"dot\" is not installed; --format dot needs no Graphviz"};
-    if (!program)
-        return {"", fmt::format("Graphviz's \"dot\" cannot be run: {}", error->message)};
-
-    g_autoptr(GBytes) picture = nullptr;
-    g_autoptr(GBytes) told = nullptr;
-    if (!g_subprocess_communicate(program, nullptr, nullptr, &picture, &told, &error))
-        return {"", fmt::format("the picture of Graphviz's \"dot\" cannot be read: {}", error->message)};
-    if (!g_subprocess_get_successful(program))
-        return {"", fmt::format("Graphviz's \"dot\" failed: {}", end_of(program, told))};
-    if (g_bytes_get_size(picture) == 0)
-        return {"", "Graphviz's \"dot\" drew nothing"};
-    return {text_in(picture), ""};
+    return drawn_by({"Graphviz's \"dot\"", "dot", "; --format dot needs no Graphviz"}, "-T" + format, dot);
 }
 
 } // namespace kelctl

@@ -5,6 +5,7 @@
 #include "softnode/softnode.h"
 
 #include <cstdlib>
+#include <iterator>
 #include <memory>
 #include <utility>
 
@@ -26,6 +27,8 @@ __attribute__((weak)) char *softnode_snapshot_json(void);
 __attribute__((weak)) char *softnode_switch_on(void);
 __attribute__((weak)) int softnode_timing_settle(uint32_t milliseconds);
 __attribute__((weak)) int32_t softnode_traffic_offer(const uint8_t mac[6], uint64_t frames, uint32_t octets_per_frame);
+__attribute__((weak)) int32_t softnode_traffic_offer_one(const uint8_t mac[6], uint32_t octets, uint64_t identity);
+__attribute__((weak)) void softnode_traffic_watch(softnode_frame_watcher *watcher, void *context);
 __attribute__((weak)) int32_t softnode_traffic_send(uint32_t id, uint64_t frames, uint32_t octets_per_frame);
 __attribute__((weak)) void softnode_time_advance(uint64_t nanoseconds);
 __attribute__((weak)) uint64_t softnode_time(void);
@@ -62,6 +65,10 @@ sweep_context &context_at(void *pointer)
     return *static_cast<sweep_context *>(pointer);
 }
 
+constexpr frame_fate fates_of_reasons[] = {frame_fate::too_long, frame_fate::no_room, frame_fate::no_way,
+                                           frame_fate::no_queue};
+static_assert(SOFTNODE_DROP_TOO_LONG == 0 && SOFTNODE_DROP_NO_QUEUE == std::size(fates_of_reasons) - 1);
+
 } // namespace
 
 bool on_software_accelerator()
@@ -97,6 +104,30 @@ offered offer_frames(const mac_address &to, uint64_t frames, uint32_t octets)
 offered send_frames(uint32_t from, uint64_t frames, uint32_t octets)
 {
     return softnode_traffic_send(from, frames, octets) == 0 ? offered::taken : offered::unknown;
+}
+
+offered offer_frame(const mac_address &to, uint32_t octets, uint64_t identity)
+{
+    return softnode_traffic_offer_one(to.octets.data(), octets, identity) == 0 ? offered::taken : offered::unknown;
+}
+
+frame_watch::frame_watch(frame_watcher watcher) : watcher_(std::move(watcher))
+{
+    softnode_traffic_watch(
+        [](void *context, const softnode_frame *frame) {
+            static_cast<const frame_watch *>(context)->watcher_(
+                {.identity = frame->identity,
+                 .queue = frame->queue,
+                 .entered = frame->entered,
+                 .left = frame->left,
+                 .fate = frame->fate == SOFTNODE_FRAME_SENT ? frame_fate::sent : fates_of_reasons[frame->reason]});
+        },
+        this);
+}
+
+frame_watch::~frame_watch()
+{
+    softnode_traffic_watch(nullptr, nullptr);
 }
 
 void advance_virtual_time(uint64_t by)

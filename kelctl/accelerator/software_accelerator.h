@@ -76,6 +76,37 @@ enum class offered { taken, unknown };
 offered offer_frames(const mac_address &to, uint64_t frames, uint32_t octets);
 offered send_frames(uint32_t from, uint64_t frames, uint32_t octets);
 
+// What became of a frame: it left, it was dropped for a reason, or it never left.
+enum class frame_fate : uint8_t { sent, too_long, no_room, no_way, no_queue, never_left };
+
+struct frame_report {
+    uint64_t identity = 0;
+    uint64_t queue = 0; // its handle; 0: no path leads to the frame's destination
+    uint64_t entered = 0;
+    uint64_t left = 0; // or was dropped
+    frame_fate fate = frame_fate::sent;
+};
+
+// Offers one frame at this instant, with an identity other than 0.
+offered offer_frame(const mac_address &to, uint32_t octets, uint64_t identity);
+
+// Is told what becomes of frames that have an identity, in the order of these instants. It must not ask the accelerator
+// for anything.
+using frame_watcher = std::function<void(const frame_report &)>;
+
+// One at a time.
+class frame_watch
+{
+public:
+    explicit frame_watch(frame_watcher watcher);
+    ~frame_watch();
+    frame_watch(const frame_watch &) = delete;
+    frame_watch &operator=(const frame_watch &) = delete;
+
+private:
+    frame_watcher watcher_;
+};
+
 // Nanoseconds.
 void advance_virtual_time(uint64_t by);
 uint64_t virtual_time();

@@ -20,6 +20,7 @@ std::vector<command> pcep_commands();        // PCEPs
 std::vector<command> group_commands();       // multicast groups of them
 std::vector<command> statistics_commands();  // counters of everything
 std::vector<command> traffic_commands();     // traffic of the software accelerator
+std::vector<command> replay_commands();      // captures through a node
 std::vector<command> time_commands();        // its virtual time
 std::vector<command> trace_commands();       // messages, trace point, abort
 std::vector<command> accelerator_commands(); // snapshot, graph, reset of the software accelerator

@@ -125,9 +125,14 @@ bool replace(const std::string &file, std::string_view text, const struct stat *
 
 } // namespace
 
-std::string text_of_file(const std::string &file, problem_list &problems)
+void note_input(const std::string &file)
 {
     inputs.insert(file);
+}
+
+std::string text_of_file(const std::string &file, problem_list &problems)
+{
+    note_input(file);
     const auto stream = open_to_read(file);
     std::string text(stream ? largest_file + 1 : 0, '\0');
     if (stream)

@@ -1,0 +1,24 @@
+// Pictures drawn by another program, where it is installed.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace kelctl
+{
+
+struct drawing {
+    std::string picture;
+    std::string refused; // why there is none; empty when there is one
+};
+
+struct drawing_program {
+    std::string_view title; // as people are told of it: "Graphviz's \"dot\""
+    const char *name;
+    std::string_view instead = {}; // what to do without it: "; --format dot needs no Graphviz"
+};
+
+// What the program writes on standard output, with this one argument, of what it reads on standard input.
+drawing drawn_by(const drawing_program &program, const std::string &argument, const std::string &input);
+
+} // namespace kelctl

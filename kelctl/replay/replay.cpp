@@ -1,0 +1,124 @@
+// Checking the capture, sending it, writing what became of it.
+#include "kelctl/replay/replay.h"
+
+#include "kelctl/accelerator/drawing_program.h"
+#include "kelctl/input/interruption.h"
+#include "kelctl/jobs/bring_up.h"
+#include "kelctl/node/load_node_file.h"
+#include "kelctl/node/standing.h"
+#include "kelctl/replay/replay_plot.h"
+#include "kelctl/replay/replay_summary.h"
+#include "kelctl/session/fields_view.h"
+#include "kelctl/values/file_text.h"
+#include "kelctl/values/quantity.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace kelctl
+{
+namespace
+{
+
+constexpr std::string_view nothing_started = "nothing was started";
+
+// Frames are numbered from 1, as programs that show captures do.
+std::optional<std::string> wrong_frame(const std::vector<captured_frame> &frames, bool sorted)
+{
+    for (size_t index = 0; index < frames.size(); ++index) {
+        if (frames[index].octets.size() < destination_octets)
+            return fmt::format("frame {}: its destination was not captured, only {} octets", index + 1,
+                               frames[index].octets.size());
+        if (index != 0 && !sorted && frames[index].time < frames[index - 1].time)
+            return fmt::format("frame {}: is {} earlier than the one before it; --sort puts frames in order", index + 1,
+                               quantity_text(frames[index - 1].time - frames[index].time, duration_units));
+    }
+    return std::nullopt;
+}
+
+// The frames in the order of their times, or why that cannot be.
+capture loaded(const std::string &file, bool sorted)
+{
+    capture read = read_capture(file);
+    if (!read.wrong)
+        read.wrong = wrong_frame(read.frames, sorted);
+    std::ranges::stable_sort(read.frames, {}, &captured_frame::time);
+    return read;
+}
+
+// At the times at which they left.
+std::vector<timed_frame> frames_sent(const replayed &all, const std::vector<captured_frame> &frames)
+{
+    std::vector<timed_frame> sent;
+    for (const size_t number : all.departures)
+        sent.push_back({&frames[number], frames.front().time + all.frames[number].left});
+    return sent;
+}
+
+// At the times at which they came.
+std::vector<timed_frame> frames_not_sent(const replayed &all, const std::vector<captured_frame> &frames)
+{
+    std::vector<timed_frame> others;
+    for (size_t number = 0; number < frames.size(); ++number)
+        if (all.frames[number].fate != frame_fate::sent)
+            others.push_back({&frames[number], frames[number].time});
+    return others;
+}
+
+result written(const std::string &file, const std::vector<timed_frame> &frames)
+{
+    if (auto why = write_capture(file, frames))
+        return refused(std::move(*why), file);
+    return {.text = fmt::format("{}: {} frames\n", file, frames.size())};
+}
+
+result drawn(const std::string &file, const std::string &plot)
+{
+    const drawing drawn = drawn_by({"gnuplot", "gnuplot"}, "-", plot);
+    if (!drawn.refused.empty())
+        return refused(drawn.refused);
+    if (auto why = write_file(file, drawn.picture))
+        return refused(std::move(*why), file);
+    return {.text = ""};
+}
+
+// True when all of it could be.
+bool send(const std::vector<captured_frame> &frames, bring_up &node, const arguments &given, session &session)
+{
+    settle();
+    const snapshot standing = current_snapshot().value_or(snapshot{});
+    const replayed all = replay_frames(frames, standing);
+    if (!all.whole)
+        return node.show({.status = exit_operation_failed, .text = "", .remark = "interrupted: nothing was written"});
+
+    const port_knowledge ports = ports_of(standing, session.paths);
+    const fields summary = replay_summary(all, frames, standing, ports);
+    node.show({.shown = {{"replay", summary}}, .text = fields_text(replay_tables(summary), page_for(stdout))});
+    return node.show(written(given.text("--out"), frames_sent(all, frames))) &&
+           (!given.has("--dropped") || node.show(written(given.text("--dropped"), frames_not_sent(all, frames)))) &&
+           (!given.has("--plot") || node.show(drawn(given.text("--plot"), replay_plot(all, frames, ports))));
+}
+
+} // namespace
+
+result replay(const invocation &asked, session &session)
+{
+    const std::string &name = asked.given.text("FILE");
+    auto [lines, errors] = load_node_file(name, session.table);
+    if (!errors.empty())
+        return wrong_input(name, std::move(errors), nothing_started);
+    const std::string &file = asked.given.text("CAPTURE");
+    const capture read = loaded(file, asked.given.has("--sort"));
+    if (read.wrong)
+        return wrong_input(file, {{*read.wrong, file}}, nothing_started);
+
+    const interruption_watch interruptions;
+    bring_up node(std::move(lines), name, session);
+    const bool sent = node.up() && send(read.frames, node, asked.given, session);
+    const bool clean = node.down();
+    return node.take_result(sent && clean);
+}
+
+} // namespace kelctl
