@@ -106,7 +106,7 @@ bool send(const std::vector<captured_frame> &frames, bring_up &node, const argum
 result replay(const invocation &asked, session &session)
 {
     const std::string &name = asked.given.text("FILE");
-    auto [lines, errors] = load_node_file(name, session.table);
+    auto [lines, errors, warnings] = load_node_file(name, session.table);
     if (!errors.empty())
         return wrong_input(name, std::move(errors), nothing_started);
     const std::string &file = asked.given.text("CAPTURE");
