@@ -49,7 +49,7 @@ std::vector<command> replay_commands()
                         .kind = kind::flag(),
                         .help = "put frames in the order of their times; else going back is an error"}},
          .check = check_files,
-         .example = "traffic replay examples/node.toml in.pcap --out out.pcap",
+         .example = "traffic replay node.toml in.pcap --out out.pcap",
          .sources = {source::program},
          .needs_accelerator = true},
     };
