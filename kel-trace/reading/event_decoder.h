@@ -41,7 +41,7 @@ private:
         const char *name = "";
         uint32_t host = 0;
         int64_t trace_process = 0; // of a trace of one process
-        place vtid, vpid, procname;
+        place vtid = {}, vpid = {}, procname = {};
         uint64_t location = 0, domain = 0, message = 0;
     };
 

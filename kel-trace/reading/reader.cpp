@@ -28,7 +28,7 @@ constexpr const char *newer_format =
 // One stream of messages: a batch of them, and the next event in it.
 struct stream {
     std::string name;
-    bt_iterator_handle iterator;
+    bt_iterator_handle iterator = {};
     bt_message_array_const batch = nullptr;
     uint64_t count = 0;
     uint64_t next = 0;

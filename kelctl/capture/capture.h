@@ -17,8 +17,8 @@ struct captured_frame {
 };
 
 struct capture {
-    std::vector<captured_frame> frames; // in the order of the file
-    std::optional<std::string> wrong;   // why the file cannot be read, with the offset: "at octet 24: truncated ..."
+    std::vector<captured_frame> frames = {}; // in the order of the file
+    std::optional<std::string> wrong = {}; // why the file cannot be read, with the offset: "at octet 24: truncated ..."
 };
 
 // All of a file; it is an input of this run from then on (file_text.h).

@@ -18,10 +18,10 @@ namespace softnode
 
 /** What is wrong with a rule of a text, and where; lines and columns, of octets, count from 1. */
 struct FaultTextProblem {
-    std::string rule;
+    std::string rule = {};
     std::uint32_t line = 0;
     std::uint32_t column = 0;
-    std::string what;
+    std::string what = {};
 };
 
 /** Reads rules. Answers what is wrong with the first bad one, or nothing. */
