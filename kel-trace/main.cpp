@@ -61,7 +61,7 @@ document with_preface(const recording &found, const cut_operations *cut, const d
 class selection
 {
 public:
-    // What is wrong with the request is told whatever the recording holds.
+    // A wrong request is reported before the recording is read.
     selection(const request &asked, const recording &found) : asked_(asked), found_(found)
     {
         limit("--since", asked.since, 0);

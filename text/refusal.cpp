@@ -39,7 +39,7 @@ std::string_view library_of(std::string_view function)
     return library_itself;
 }
 
-// What stands before the driver kit's text; none in reports of others.
+// The prefix of the driver kit's text; none in reports of others.
 std::optional<int64_t> driver_kit_code(std::string_view told)
 {
     const size_t end = told.find(before_text);

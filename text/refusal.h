@@ -31,7 +31,7 @@ struct refusal {
     std::string_view text;
 };
 
-// None when nothing is told to have refused.
+// None when the message names nothing that refused.
 std::optional<refusal> refusal_in(std::string_view told);
 
 } // namespace text

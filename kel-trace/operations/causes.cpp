@@ -16,7 +16,7 @@ constexpr size_t most_objects = 8;
 
 enum class role : uint8_t { start, stop, create };
 
-// Operations that others depend on. What a start or stop begins anew is its service; what the others create is told by
+// Operations that others depend on. What a start or stop begins anew is its service; what the others create is in
 // their parameters.
 constexpr struct {
     std::string_view operation;

@@ -161,7 +161,7 @@ void operation_builder::report(thread &of, const record &record)
         of.operation.name = function;
 }
 
-// What a record tells of the operation.
+// What a record says about the operation.
 void operation_builder::note(thread &of, const record &record)
 {
     operation &operation = of.operation;

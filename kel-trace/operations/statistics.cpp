@@ -27,7 +27,7 @@ template <typename Table> void add_all(Table &to, const Table &from)
     for (const auto &[name, other] : from) {
         timing &sum = to[name];
         sum.reported += other.reported;
-        sum.total.add(other.total);
+        sum.lasted.add(other.lasted);
         sum.own += other.own;
     }
 }
@@ -73,7 +73,7 @@ void statistics::end_call(thread &of, const record &next)
         refused = refusal && called_function(refusal->what) == of.call;
     }
     of.call_timed->reported += refused;
-    of.call_timed->total.add(next.time - of.call_begin, of.call_begin);
+    of.call_timed->lasted.add(next.time - of.call_begin, of.call_begin);
     if (taker_)
         taker_({of.call, true, refused, next.of, of.call_begin, next.time});
     of.call = {};
@@ -94,7 +94,7 @@ void statistics::leave(thread &of, const record &record, host_statistics &host)
 {
     of.open.leave(frame_name(record.message), host.cut, [&](const frame &left) {
         const int64_t took = record.time - left.begin;
-        left.timed->total.add(took, left.begin);
+        left.timed->lasted.add(took, left.begin);
         left.timed->own += std::max<int64_t>(took - left.within, 0);
         left.timed->reported += left.reported;
         if (!of.open.empty())

@@ -20,7 +20,7 @@ namespace kel_trace
 
 struct timing {
     uint64_t reported = 0; // of those, that reported a failure; for a closed call, that were reported to have refused
-    durations total;
+    durations lasted;
     int64_t own = 0; // without the operations within
 };
 

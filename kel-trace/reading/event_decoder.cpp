@@ -128,7 +128,7 @@ const event_decoder::event_kind &event_decoder::kind_of(const bt_event *event)
     return known->second;
 }
 
-// What is told of a process, at its first record.
+// What the recording says about a process, at its first record.
 void event_decoder::meet(const bt_event *event, const event_kind &kind, int64_t process)
 {
     newest_process_ = {kind.host, process};

@@ -1,4 +1,4 @@
-// What stands before every view: what the recording lacks, and what it is of.
+// The lines before every view: what the recording lacks, and what it is of.
 #pragma once
 
 #include "kel-trace/operations/frames.h"

@@ -27,6 +27,11 @@ std::string_view event_text(size_t event)
     return event < std::size(event_names) ? event_names[event] : other_event;
 }
 
+std::string text_of(uint64_t nanoseconds)
+{
+    return duration_text(static_cast<int64_t>(nanoseconds));
+}
+
 using table = std::map<std::string, timing, std::less<>>;
 
 // By total time, the longest first; equal ones by name.
@@ -34,10 +39,11 @@ std::vector<const table::value_type *> by_total(const table &all)
 {
     std::vector<const table::value_type *> sorted;
     for (const auto &row : all)
-        if (row.second.total.count() > 0)
+        if (row.second.lasted.spread.count() > 0)
             sorted.push_back(&row);
-    std::ranges::stable_sort(
-        sorted, [](const auto *a, const auto *b) { return a->second.total.total() > b->second.total.total(); });
+    std::ranges::stable_sort(sorted, [](const auto *a, const auto *b) {
+        return a->second.lasted.spread.sum() > b->second.lasted.spread.sum();
+    });
     return sorted;
 }
 
@@ -49,12 +55,12 @@ std::string table_text(const table &all, std::string_view heading, std::string_v
                         fmt::format("{:<52} {:>9} {:>9} {:>14} {:>14} {:>13} {:>13} {:>13}  {}", heading, "calls",
                                     reported, "total", own ? "own" : "", "median", "99 %", "largest", "largest at")));
     for (const auto *row : by_total(all)) {
-        const durations &total = row->second.total;
-        text += fmt::format("{:<52} {:>9} {:>9} {:>14} {:>14} {:>13} {:>13} {:>13}  {}\n", row->first,
-                            with_separators(total.count()), with_separators(row->second.reported),
-                            duration_text(total.total()), own ? duration_text(row->second.own) : "",
-                            duration_text(total.quantile(50)), duration_text(total.quantile(99)),
-                            duration_text(total.largest()), instant_text(total.largest_at()));
+        const auto &[spread, largest_at] = row->second.lasted;
+        text +=
+            fmt::format("{:<52} {:>9} {:>9} {:>14} {:>14} {:>13} {:>13} {:>13}  {}\n", row->first,
+                        with_separators(spread.count()), with_separators(row->second.reported), text_of(spread.sum()),
+                        own ? duration_text(row->second.own) : "", text_of(spread.quantile(50)),
+                        text_of(spread.quantile(99)), text_of(spread.largest()), instant_text(largest_at));
     }
     return text;
 }
@@ -76,17 +82,17 @@ document table_document(const table &all, bool own)
 {
     document rows = document::array();
     for (const auto *row : by_total(all)) {
-        const durations &total = row->second.total;
+        const auto &[spread, largest_at] = row->second.lasted;
         document made = {{"name", row->first},
-                         {"calls", total.count()},
+                         {"calls", spread.count()},
                          {own ? "reported" : "refused", row->second.reported},
-                         {"total", total.total()}};
+                         {"total", spread.sum()}};
         if (own)
             made["own"] = row->second.own;
-        made["median"] = total.quantile(50);
-        made["percentile_99"] = total.quantile(99);
-        made["largest"] = total.largest();
-        made["largest_at"] = total.largest_at();
+        made["median"] = spread.quantile(50);
+        made["percentile_99"] = spread.quantile(99);
+        made["largest"] = spread.largest();
+        made["largest_at"] = largest_at;
         rows.push_back(made);
     }
     return rows;

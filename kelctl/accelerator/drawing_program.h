@@ -13,7 +13,7 @@ struct drawing {
 };
 
 struct drawing_program {
-    std::string_view title; // as people are told of it: "Graphviz's \"dot\""
+    std::string_view title; // its name in messages: "Graphviz's \"dot\""
     const char *name;
     std::string_view instead = {}; // what to do without it: "; --format dot needs no Graphviz"
 };

@@ -90,7 +90,7 @@ struct frame_report {
 // Offers one frame at this instant, with an identity other than 0.
 offered offer_frame(const mac_address &to, uint32_t octets, uint64_t identity);
 
-// Is told what becomes of frames that have an identity, in the order of these instants. It must not ask the accelerator
+// Gets a report of what becomes of frames that have an identity, in the order of these instants. It must not ask the accelerator
 // for anything.
 using frame_watcher = std::function<void(const frame_report &)>;
 

@@ -116,6 +116,7 @@ result replay(const invocation &asked, session &session)
 
     const interruption_watch interruptions;
     bring_up node(std::move(lines), name, session);
+    node.show({.text = "", .warnings = std::move(warnings)});
     const bool sent = node.up() && send(read.frames, node, asked.given, session);
     const bool clean = node.down();
     return node.take_result(sent && clean);

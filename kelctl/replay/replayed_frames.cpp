@@ -23,7 +23,7 @@ handle queue_to(const mac_address &destination, const snapshot &node)
     return path != node.paths.end() && path->mac == destination ? path->queue : 0;
 }
 
-// What is told of the frames goes into `all`, counted in time since `start`.
+// Reports of the frames go into `all`, counted in time since `start`.
 class follower
 {
 public:
@@ -68,7 +68,7 @@ private:
     replayed &all_;
     const snapshot &node_;
     const uint64_t start_ = virtual_time();
-    size_t waiting_ = 0; // offered, and nothing was told of them
+    size_t waiting_ = 0; // offered, without a report yet
     const frame_watch watch_{[this](const frame_report &told) { note(told); }};
 };
 

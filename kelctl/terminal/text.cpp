@@ -103,7 +103,8 @@ std::string filled(std::string_view text, size_t width)
         const size_t end = std::min(text.find(between), text.size());
         std::string paragraph(text.substr(0, end));
         std::ranges::replace(paragraph, '\n', ' ');
-        lines += (lines.empty() ? "" : "\n") + wrapped("", paragraph, width);
+        lines += lines.empty() ? "" : "\n";
+        lines += wrapped("", paragraph, width);
         text.remove_prefix(std::min(end + between.size(), text.size()));
     }
     return lines;

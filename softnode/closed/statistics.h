@@ -1,5 +1,5 @@
 /*
- * statistics.h - the records that counters are read in. Which counter has which place is told to users in
+ * statistics.h - the records that counters are read in. Which counter has which place:
  * softnode/softnode.h. A 64-bit counter in a 32-bit word wraps there.
  */
 #ifndef SOFTNODE_STATISTICS_H

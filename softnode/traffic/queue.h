@@ -9,10 +9,10 @@
 #ifndef SOFTNODE_QUEUE_H
 #define SOFTNODE_QUEUE_H
 
+#include "counting/histogram.h"
 #include "softnode/common/counters.h"
 #include "softnode/common/handle.h"
 #include "softnode/traffic/child.h"
-#include "softnode/traffic/delays.h"
 #include "softnode/traffic/frame_queue.h"
 
 #include <cstdint>
@@ -32,8 +32,8 @@ struct Queue : Child, QueueParams {
     Handle self = Handle::null; /* whose it is: set by who keeps it */
     Handle scheduler;
     Counters counters{};
-    Waiting deepest{}; /* the most that ever waited, of each */
-    Delays delays;     /* of the frames sent: from entering to leaving */
+    Waiting deepest{};          /* the most that ever waited, of each */
+    counting::histogram delays; /* of the frames sent, in nanoseconds from entering to leaving */
 
     /** quantum and correction: its scheduler's */
     Queue(Handle under, const QueueParams &params, std::uint32_t service_quantum = 0, std::int8_t correction = 0);

@@ -65,12 +65,12 @@ Json backlog(const Waiting &waiting)
     return {{"frames", waiting.frames}, {"octets", waiting.octets}, {"blocks", waiting.blocks}};
 }
 
-Json delays_of(const Delays &delays)
+Json delays_of(const counting::histogram &delays)
 {
-    return {{"frames", delays.frames()},
+    return {{"frames", delays.count()},
             {"sum", delays.sum()},
-            {"median", delays.percentile(50)},
-            {"p99", delays.percentile(99)},
+            {"median", delays.quantile(50)},
+            {"p99", delays.quantile(99)},
             {"largest", delays.largest()}};
 }
 

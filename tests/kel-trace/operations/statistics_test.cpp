@@ -24,10 +24,10 @@ TEST(Statistics, OwnTimeIsWithoutTheOperationsWithin)
     const host_statistics sum = all.sum();
     const timing &outer = sum.operations.at("outer");
     const timing &inner = sum.operations.at("inner");
-    EXPECT_EQ(inner.total.total(), 5'000'000);
-    EXPECT_EQ(inner.total.largest_at(), 2000);
+    EXPECT_EQ(inner.lasted.spread.sum(), 5'000'000);
+    EXPECT_EQ(inner.lasted.largest_at, 2000);
     EXPECT_EQ(inner.reported, 1U);
-    EXPECT_EQ(outer.total.total(), 6'000'000);
+    EXPECT_EQ(outer.lasted.spread.sum(), 6'000'000);
     EXPECT_EQ(outer.own, 1'000'000);
     EXPECT_EQ(outer.reported, 0U);
 }
@@ -39,7 +39,7 @@ TEST(Statistics, ClosedCallLastsUntilTheNextRecordOfItsThread)
     all.take(made_up(event::fn_enter, "other()", 150, {0, 10, 12}));
     all.take(made_up(event::init_exception, "f(): 0xfffffffc - busy, ork_bind", 350));
     const host_statistics sum = all.sum();
-    EXPECT_EQ(sum.calls.at("ork_bind").total.total(), 250);
+    EXPECT_EQ(sum.calls.at("ork_bind").lasted.spread.sum(), 250);
     EXPECT_EQ(sum.calls.at("ork_bind").reported, 1U);
 }
 
@@ -49,8 +49,8 @@ TEST(Statistics, AnnouncementInTwoRecordsIsOneCall)
     all.take(made_up(event::api_call, "f(): ork_qos_scheduler_create(tsScriptId=0)", 100));
     all.take(made_up(event::api_call, "f(): ork_qos_scheduler_create(rootId=20)", 110));
     all.take(made_up(event::info, "f(): ork_qos_scheduler_create handle: 0x1", 400));
-    EXPECT_EQ(all.sum().calls.at("ork_qos_scheduler_create").total.count(), 1U);
-    EXPECT_EQ(all.sum().calls.at("ork_qos_scheduler_create").total.total(), 300);
+    EXPECT_EQ(all.sum().calls.at("ork_qos_scheduler_create").lasted.spread.count(), 1U);
+    EXPECT_EQ(all.sum().calls.at("ork_qos_scheduler_create").lasted.spread.sum(), 300);
 }
 
 TEST(Statistics, BusiestSecondIsThatWithMostRecords)
@@ -71,8 +71,8 @@ TEST(Statistics, HostsAddUp)
         all.take(made_up(event::fn_exit, "f()", 1000 * (host + 1), {host, 10, 11}));
     }
     EXPECT_EQ(all.hosts().size(), 2U);
-    EXPECT_EQ(all.sum().operations.at("f").total.total(), 3000);
-    EXPECT_EQ(all.sum().operations.at("f").total.largest(), 2000);
+    EXPECT_EQ(all.sum().operations.at("f").lasted.spread.sum(), 3000);
+    EXPECT_EQ(all.sum().operations.at("f").lasted.spread.largest(), 2000);
 }
 
 } // namespace

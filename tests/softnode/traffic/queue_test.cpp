@@ -94,10 +94,10 @@ TEST(Queue, AFrameThatLeavesHasWaitedSinceItEntered)
     queue.enter(there, {1, 64}, 20, false);
     for (const Instant now : {15U, 45U, 120U})
         queue.send(now);
-    EXPECT_EQ(queue.delays.frames(), 3U);
+    EXPECT_EQ(queue.delays.count(), 3U);
     EXPECT_EQ(queue.delays.sum(), 5U + 35 + 100);
     EXPECT_EQ(queue.delays.largest(), 100U);
-    EXPECT_EQ(queue.delays.percentile(50), 35U);
+    EXPECT_EQ(queue.delays.quantile(50), 35U);
 }
 
 TEST(Queue, TheDeepestBacklogIsTheMostThatEverWaited)
