@@ -27,7 +27,7 @@ class Replay : public testing::Test
 protected:
     program_outcome replay(const std::string &capture, std::vector<std::string> options = {})
     {
-        write("node.toml", node);
+        write("node.toml", node_file);
         write("in.pcap", capture);
         std::vector<std::string> arguments = {"traffic", "replay", "node.toml", "in.pcap", "--out", "out.pcap"};
         arguments.insert(arguments.end(), options.begin(), options.end());
@@ -47,6 +47,7 @@ protected:
     }
 
     temporary_folder folder;
+    std::string node_file = node;
 };
 
 // 100 octets with the check sequence each: 96 in the capture. The first one leaves at once, the others in 100 us each, less
@@ -120,6 +121,16 @@ TEST_F(Replay, TimesThatGoBackAreAnErrorUnlessTheyAreSorted)
     EXPECT_EQ(read("out.pcap"), "as it was");
     EXPECT_EQ(replay(back, {"--sort"}).status, 0);
     EXPECT_EQ(read("out.pcap"), pcap_of({{morning, frame_to(2, 60)}, {morning + 2'000'000, frame_to(2, 96)}}));
+}
+
+TEST_F(Replay, WarningsOfTheNodeFileAreShown)
+{
+    node_file += "[[pcep]]\nid = 7\nremote_id = 9\nlocal_mac = \"02:00:00:03:00:01\"\n"
+                 "remote_mac = \"02:00:00:02:00:07\"\nvlan = 1\n";
+    const auto outcome = replay(pcap_of({{morning, frame_to(1, 96)}}));
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(outcome.err, HasSubstr("node.toml:"));
+    EXPECT_THAT(outcome.err, HasSubstr("02:00:00:02:00:07"));
 }
 
 TEST_F(Replay, WhatCannotBeReplayedStartsNothing)
