@@ -45,7 +45,18 @@ std::string end_of(GSubprocess *program, GBytes *told)
     return text.empty() ? fmt::format("exit status {}", g_subprocess_get_exit_status(program)) : printable(text);
 }
 
+std::string not_installed(const drawing_program &program)
+{
+    return fmt::format("{} is not installed{}", program.title, program.instead);
+}
+
 } // namespace
+
+std::optional<std::string> missing(const drawing_program &program)
+{
+    const g_autofree char *found = g_find_program_in_path(program.name);
+    return found ? std::nullopt : std::optional(not_installed(program));
+}
 
 drawing drawn_by(const drawing_program &program, const std::string &argument, const std::string &input)
 {
@@ -60,7 +71,7 @@ drawing drawn_by(const drawing_program &program, const std::string &argument, co
     g_autoptr(GSubprocess) child =
         g_subprocess_launcher_spawn(launcher, &error, program.name, argument.c_str(), nullptr);
     if (!child && g_error_matches(error, G_SPAWN_ERROR, G_SPAWN_ERROR_NOENT))
-        return {"", fmt::format("{} is not installed{}", program.title, program.instead)};
+        return {"", not_installed(program)};
     if (!child)
         return {"", fmt::format("{} cannot be run: {}", program.title, error->message)};
 

@@ -1,6 +1,7 @@
 // Pictures drawn by another program, where it is installed.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -17,6 +18,9 @@ struct drawing_program {
     const char *name;
     std::string_view instead = {}; // what to do without it: "; --format dot needs no Graphviz"
 };
+
+// That it is not installed; none: it is.
+std::optional<std::string> missing(const drawing_program &program);
 
 // What the program writes on standard output, with this one argument, of what it reads on standard input.
 drawing drawn_by(const drawing_program &program, const std::string &argument, const std::string &input);

@@ -1,16 +1,16 @@
 // Checking the capture, sending it, writing what became of it.
 #include "kelctl/replay/replay.h"
 
-#include "kelctl/accelerator/drawing_program.h"
 #include "kelctl/input/interruption.h"
 #include "kelctl/jobs/bring_up.h"
 #include "kelctl/node/load_node_file.h"
 #include "kelctl/node/standing.h"
-#include "kelctl/replay/replay_plot.h"
+#include "kelctl/replay/replay_steps.h"
 #include "kelctl/replay/replay_summary.h"
 #include "kelctl/session/fields_view.h"
 #include "kelctl/values/file_text.h"
 #include "kelctl/values/quantity.h"
+#include "kelctl/views/queue_plot.h"
 
 #include <fmt/core.h>
 
@@ -23,6 +23,8 @@ namespace
 {
 
 constexpr std::string_view nothing_started = "nothing was started";
+
+constexpr plot_titles titles = {.time = "virtual time", .delay = "largest delay"};
 
 // Frames are numbered from 1, as programs that show captures do.
 std::optional<std::string> wrong_frame(const std::vector<captured_frame> &frames, bool sorted)
@@ -74,16 +76,6 @@ result written(const std::string &file, const std::vector<timed_frame> &frames)
     return {.text = fmt::format("{}: {} frames\n", file, frames.size())};
 }
 
-result drawn(const std::string &file, const std::string &plot)
-{
-    const drawing drawn = drawn_by({"gnuplot", "gnuplot"}, "-", plot);
-    if (!drawn.refused.empty())
-        return refused(drawn.refused);
-    if (auto why = write_file(file, drawn.picture))
-        return refused(std::move(*why), file);
-    return {.text = ""};
-}
-
 // True when all of it could be.
 bool send(const std::vector<captured_frame> &frames, bring_up &node, const arguments &given, session &session)
 {
@@ -98,7 +90,8 @@ bool send(const std::vector<captured_frame> &frames, bring_up &node, const argum
     node.show({.shown = {{"replay", summary}}, .text = fields_text(replay_tables(summary), page_for(stdout))});
     return node.show(written(given.text("--out"), frames_sent(all, frames))) &&
            (!given.has("--dropped") || node.show(written(given.text("--dropped"), frames_not_sent(all, frames)))) &&
-           (!given.has("--plot") || node.show(drawn(given.text("--plot"), replay_plot(all, frames, ports))));
+           (!given.has("--plot") ||
+            node.show(draw_plot(given.text("--plot"), queue_plot(replay_steps(all, frames, ports), titles))));
 }
 
 } // namespace
