@@ -97,11 +97,16 @@ bool snapshot::empty() const
     return schedulers.empty() && queues.empty() && paths.empty() && pceps.empty() && groups.empty() && !interface;
 }
 
+std::vector<snapshot::queue> read_queues(const document &list)
+{
+    return list_in(list, queue_in);
+}
+
 snapshot read_snapshot(const document &all)
 {
     snapshot read;
     read.schedulers = list_in(all.at("schedulers"), scheduler_in);
-    read.queues = list_in(all.at("queues"), queue_in);
+    read.queues = read_queues(all.at("queues"));
     read.paths = list_in(all.at("paths"), path_in);
     read.pceps = list_in(all.at("pceps"), pcep_in);
     read_bindings(all.at("bindings"), read.pceps);

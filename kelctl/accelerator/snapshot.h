@@ -73,4 +73,7 @@ handle handle_in(const notation::document &value);
 // Throws notation::document_error when the document is not as the software accelerator makes it.
 snapshot read_snapshot(const notation::document &all);
 
+// The same of its list of queues alone.
+std::vector<snapshot::queue> read_queues(const notation::document &list);
+
 } // namespace kelctl

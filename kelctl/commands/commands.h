@@ -19,6 +19,7 @@ std::vector<command> path_commands();        // paths, shapers, schedulers, hand
 std::vector<command> pcep_commands();        // PCEPs
 std::vector<command> group_commands();       // multicast groups of them
 std::vector<command> statistics_commands();  // counters of everything
+std::vector<command> watch_commands();       // counters as they change
 std::vector<command> traffic_commands();     // traffic of the software accelerator
 std::vector<command> replay_commands();      // captures through a node
 std::vector<command> time_commands();        // its virtual time

@@ -1,11 +1,11 @@
 // Whole nodes from their files.
 #include "kelctl/commands/commands.h"
+#include "kelctl/commands/watch_arguments.h"
 #include "kelctl/jobs/up.h"
 #include "kelctl/language/command_text.h"
 #include "kelctl/node/load_node_file.h"
 #include "kelctl/session/session.h"
 #include "kelctl/session/undo.h"
-#include "kelctl/values/limits.h"
 
 #include <fmt/core.h>
 
@@ -28,15 +28,25 @@ holds. --keep leaves it in place instead; on the software accelerator, which
 ends with kelctl, --hold gives time to look at it. --trace prints every record on
 standard error, one line each: event, domain, message, location.
 
---watch plays the traffic of the file's [[traffic]] tables in virtual time, which
-is as fast as real time unless --step or --interval say otherwise. Rates
-are those of the last step. On a terminal they are drawn over each other;
-elsewhere every step has a block of its own, or with --json a line.
+--watch is the command "watch" while the node is up: on the software accelerator
+it plays the traffic of the file's [[traffic]] tables in virtual time.
 
 Ctrl-C takes the node down. A second one ends kelctl at once. --hold and
 --watch end as well when the reader of standard output goes away.)";
 
-constexpr range interval_range = {0, 3'600'000'000'000, "0 s to 3600 s"};
+std::vector<argument> arguments_of_up()
+{
+    std::vector<argument> all = {
+        node_file_argument,
+        {.name = "--hold", .kind = kind::flag(), .help = "take it down on Ctrl-C or SIGTERM only"},
+        {.name = "--watch", .kind = kind::flag(), .help = "play the file's traffic and show counters and rates"},
+        {.name = "--keep", .kind = kind::flag(), .help = "keep what was made when a step fails"}};
+    for (argument &option : watch_arguments()) {
+        option.needs = "--watch";
+        all.push_back(std::move(option));
+    }
+    return all;
+}
 
 result check(const invocation &asked, session &session)
 {
@@ -90,24 +100,7 @@ std::vector<command> node_commands()
          .variants = {{.run = up}},
          .help = "Bring a node up, show it, take it down again",
          .details = up_details,
-         .arguments = {node_file_argument,
-                       {.name = "--hold", .kind = kind::flag(), .help = "take it down on Ctrl-C or SIGTERM only"},
-                       {.name = "--watch",
-                        .kind = kind::flag(),
-                        .help = "play the file's traffic and show counters and rates"},
-                       {.name = "--interval",
-                        .kind = kind::duration(interval_range),
-                        .help = "from one redrawing to the next; 200ms unless given",
-                        .needs = "--watch"},
-                       {.name = "--step",
-                        .kind = kind::duration(period_range),
-                        .help = "virtual time that passes between; 200ms unless given",
-                        .needs = "--watch"},
-                       {.name = "--for",
-                        .kind = kind::duration(period_range),
-                        .help = "end the watch after so much virtual time",
-                        .needs = "--watch"},
-                       {.name = "--keep", .kind = kind::flag(), .help = "keep what was made when a step fails"}},
+         .arguments = arguments_of_up(),
          .example = "up examples/node.toml --hold",
          .sources = {source::program}},
         {.name = "check",

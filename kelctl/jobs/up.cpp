@@ -1,7 +1,6 @@
 // What happens between bring-up and take-down: objects, live view, counters, `--hold`.
 #include "kelctl/jobs/up.h"
 
-#include "kelctl/accelerator/software_accelerator.h"
 #include "kelctl/input/interruption.h"
 #include "kelctl/jobs/bring_up.h"
 #include "kelctl/jobs/watch.h"
@@ -43,19 +42,6 @@ result counters(const port_knowledge &ports, session &session)
     return shown;
 }
 
-watch_pace pace_of(const arguments &given)
-{
-    using std::chrono::milliseconds;
-    watch_pace pace;
-    if (given.has("--interval"))
-        pace.interval = std::chrono::ceil<milliseconds>(std::chrono::nanoseconds(given.number<int64_t>("--interval")));
-    if (given.has("--step"))
-        pace.step = given.number<uint64_t>("--step");
-    if (given.has("--for"))
-        pace.end = given.number<uint64_t>("--for");
-    return pace;
-}
-
 // True when all of it could be read.
 bool show_node(bring_up &node, const arguments &given, session &session)
 {
@@ -63,7 +49,8 @@ bool show_node(bring_up &node, const arguments &given, session &session)
     const auto held = document ? std::optional(read_snapshot(*document)) : std::nullopt;
     const port_knowledge ports = ports_of(held.value_or(snapshot{}), session.paths);
     node.show(objects(std::move(document), held, ports, session));
-    const bool watched = !given.has("--watch") || node.show(watch(pace_of(given), ports, session));
+    const bool watched = !given.has("--watch") || node.show(watch(node_here(ports, counted_in(given), session),
+                                                                  watch_options_in(given), session));
     return node.show(counters(ports, session)) && watched;
 }
 
@@ -81,8 +68,8 @@ void hold(bring_up &node, session &session)
 
 result up(const invocation &asked, session &session)
 {
-    if (asked.given.has("--watch") && !on_software_accelerator())
-        return refused("--watch does not apply: this platform is not the software accelerator");
+    if (auto wrong = wrong_watch(asked.given))
+        return refused(*std::move(wrong));
     const std::string &name = asked.given.text("FILE");
     auto [lines, errors, warnings] = load_node_file(name, session.table);
     if (!errors.empty())

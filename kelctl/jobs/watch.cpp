@@ -1,15 +1,18 @@
-// The loop: let time pass, read the counters, show the difference.
+// The loop: let time pass, take a sample, show the difference.
 #include "kelctl/jobs/watch.h"
 
+#include "kelctl/accelerator/software_accelerator.h"
 #include "kelctl/input/interruption.h"
 #include "kelctl/node/rates.h"
-#include "kelctl/node/statistics.h"
+#include "kelctl/node/standing.h"
 #include "kelctl/session/fields_view.h"
 #include "kelctl/terminal/redrawn_block.h"
 #include "kelctl/terminal/terminal.h"
 #include "kelctl/views/counter_tables.h"
+#include "kelctl/views/queue_history.h"
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 namespace kelctl
@@ -17,38 +20,158 @@ namespace kelctl
 namespace
 {
 
-void show_rates(const fields &rates, session &session, redrawn_block &block)
+using std::chrono::milliseconds;
+
+// In milliseconds, as waits are; none is cut short.
+milliseconds rounded_up(uint64_t time)
 {
-    if (session.json())
-        session.stream({{"watch", rates}});
-    else if (!session.quiet())
-        block.draw(fields_text(rates_tables(rates), session.output_page()));
+    return std::chrono::ceil<milliseconds>(std::chrono::nanoseconds(time));
 }
+
+// The samples of one watch.
+class live_view
+{
+public:
+    live_view(const watched_node &node, const watch_options &options, session &session)
+        : node_(node), options_(options), session_(session)
+    {
+    }
+
+    // Ends as watch() says.
+    void run()
+    {
+        if (!take())
+            return;
+        if (last_.shown.at("queues").empty() && last_.shown.at("pceps").empty()) {
+            last_ = refused("nothing to watch: no such queue or PCEP");
+            return;
+        }
+        first_ = last_.shown;
+        history_.add(0, first_);
+        while (elapsed_ < options_.end && !unwanted_within(wait()) && pass()) {
+            const fields before = std::move(last_.shown);
+            if (!take())
+                break;
+            elapsed_ = time_between(first_, last_.shown, base_);
+            history_.add(elapsed_, last_.shown);
+            show(sorted_rates(rates_between(first_, before, last_.shown), options_.sorted_by));
+        }
+        block_.leave();
+    }
+
+    // How the watch ended, and the picture of it.
+    result outcome()
+    {
+        last_.text = "";
+        last_.shown = fields{{"watched", {{"nanoseconds", elapsed_}}}};
+        last_.stage = "watch";
+        return std::move(last_);
+    }
+
+    std::string plot() const
+    {
+        return queue_plot(history_.steps(), {base_ == time_base::virtual_time ? "virtual time" : "time", "mean delay"});
+    }
+
+private:
+    bool take()
+    {
+        last_ = node_.sample();
+        return last_.status == exit_done;
+    }
+
+    // Real time does not pass beyond the end while nobody looks.
+    milliseconds wait() const
+    {
+        const bool is_virtual = base_ == time_base::virtual_time;
+        return rounded_up(is_virtual ? options_.interval : std::min(options_.interval, options_.end - elapsed_));
+    }
+
+    bool pass() const
+    {
+        return !node_.pass || node_.pass(std::min(options_.step, options_.end - elapsed_));
+    }
+
+    void show(const fields &rates)
+    {
+        if (session_.json())
+            session_.stream({{"watch", rates}});
+        else if (!session_.quiet())
+            block_.draw(fields_text(rates_tables(rates), session_.output_page()));
+    }
+
+    const watched_node &node_;
+    const watch_options &options_;
+    session &session_;
+    const time_base base_ = node_.pass ? time_base::virtual_time : time_base::real_time;
+    redrawn_block block_{stdout, is_terminal(stdout) && !session_.tracing()};
+    queue_history history_;
+    fields first_ = {};
+    result last_ = {};
+    uint64_t elapsed_ = 0; // nanoseconds
+};
 
 } // namespace
 
-result watch(const watch_pace &pace, const port_knowledge &ports, session &session)
+watched_node node_here(const port_knowledge &ports, const counted &which, session &session)
 {
-    redrawn_block block(stdout, is_terminal(stdout) && !session.tracing());
-    uint64_t time = 0;
-    result before = read_statistics(ports, session);
-    while (before.failures.empty() && time < pace.end) {
-        const uint64_t passed = session.traffic.pass(std::min(pace.step, pace.end - time));
-        if (passed == 0)
-            break;
-        time += passed;
-        result now = read_statistics(ports, session);
-        if (now.failures.empty())
-            show_rates(rates_between(before.shown, now.shown, passed, time), session, block);
-        before = std::move(now);
-        if (time < pace.end && unwanted_within(pace.interval))
-            break;
-    }
-    block.leave();
-    before.text = "";
-    before.shown = fields{{"watched", {{"nanoseconds", time}}}};
-    before.stage = "watch";
-    return before;
+    watched_node here = {.sample = [&ports, which, &session] { return take_sample(ports, which, session); }};
+    if (on_software_accelerator())
+        here.pass = [&session](uint64_t time) { return session.traffic.pass(time) != 0; };
+    return here;
+}
+
+watch_options watch_options_in(const arguments &given)
+{
+    watch_options options;
+    if (given.has("--interval"))
+        options.interval = given.number<uint64_t>("--interval");
+    if (given.has("--step"))
+        options.step = given.number<uint64_t>("--step");
+    if (given.has("--for"))
+        options.end = given.number<uint64_t>("--for");
+    if (given.has("--sort"))
+        options.sorted_by = given.text("--sort");
+    if (given.has("--plot"))
+        options.plot = given.text("--plot");
+    return options;
+}
+
+counted counted_in(const arguments &given)
+{
+    counted which;
+    if (given.has("--queue"))
+        which.port = given.number<int32_t>("--queue");
+    if (given.has("--pcep"))
+        which.pcep = given.id("--pcep");
+    return which;
+}
+
+std::optional<std::string> wrong_watch(const arguments &given)
+{
+    if (given.has("--step") && !on_software_accelerator())
+        return "--step does not apply: this platform is not the software accelerator";
+    return given.has("--plot") ? no_plots() : std::nullopt;
+}
+
+result watch(const watched_node &node, const watch_options &options, session &session)
+{
+    live_view view(node, options, session);
+    view.run();
+    result done = view.outcome();
+    if (options.plot.empty() || done.status != exit_done)
+        return done;
+    result drawn = draw_plot(options.plot, view.plot());
+    drawn.shown = std::move(done.shown);
+    return drawn;
+}
+
+result watch_session(const invocation &asked, session &session)
+{
+    if (auto wrong = wrong_watch(asked.given))
+        return refused(*std::move(wrong));
+    const port_knowledge ports = ports_now(session.paths);
+    return watch(node_here(ports, counted_in(asked.given), session), watch_options_in(asked.given), session);
 }
 
 } // namespace kelctl

@@ -1,6 +1,10 @@
 // Differences of counters, divided by the time between. A counter of the live view is chosen here.
 #include "kelctl/node/rates.h"
 
+#include <algorithm>
+#include <iterator>
+#include <optional>
+
 namespace kelctl
 {
 namespace
@@ -68,24 +72,93 @@ fields pcep_rates(const fields &before, const fields &now, uint64_t passed)
             {"frames_dropped", counter(now, "frames_dropped")}};
 }
 
-// Of each row of both readings.
-fields each(const fields &before, const fields &now, uint64_t passed,
+// The row of the same object; null: there is none.
+const fields *row_of(const fields &object, const char *key, const fields &rows)
+{
+    const auto *const found =
+        std::find_if(rows.begin(), rows.end(), [&](const fields &row) { return row.at(key) == object.at(key); });
+    return found == rows.end() ? nullptr : found;
+}
+
+// Of each object that both samples have, which its key names.
+fields each(const fields &before, const fields &now, const char *key, uint64_t passed,
             fields (*rates_of)(const fields &before, const fields &now, uint64_t passed))
 {
     fields rates = fields::array();
-    for (size_t i = 0; i < now.size() && i < before.size(); ++i)
-        rates.push_back(rates_of(before[i], now[i], passed));
+    for (const fields &row : now)
+        if (const fields *last = row_of(row, key, before))
+            rates.push_back(rates_of(*last, row, passed));
     return rates;
 }
 
+using sorted_value = std::optional<uint64_t>;
+
+// Of what was sent and, by a PCEP, received.
+sorted_value flow(const fields &row, const char *name)
+{
+    sorted_value sum;
+    for (const char *direction : {"sent", "received"})
+        if (const fields *found = row.find(direction); found && !found->is_null())
+            sum = sum.value_or(0) + found->at(name).number<uint64_t>();
+    return sum;
+}
+
+sorted_value member(const fields &row, const char *name)
+{
+    const fields *found = row.find(name);
+    return found && !found->is_null() ? sorted_value(found->number<uint64_t>()) : std::nullopt;
+}
+
+constexpr struct {
+    std::string_view name;
+    sorted_value (*value)(const fields &row);
+} keys[] = {
+    {"rate", [](const fields &row) { return flow(row, "kbit_per_second"); }},
+    {"frames", [](const fields &row) { return flow(row, "frames_per_second"); }},
+    {"dropped", [](const fields &row) { return member(row, "frames_dropped"); }},
+    {"waiting", [](const fields &row) { return member(row, "frames_waiting"); }},
+    {"delay", [](const fields &row) { return member(row, "median"); }},
+};
+
 } // namespace
 
-fields rates_between(const fields &before, const fields &now, uint64_t passed, uint64_t time)
+passed_time passed_between(const fields &before, const fields &now)
 {
-    return {{"nanoseconds", time},
-            {"queues", each(before.at("queues"), now.at("queues"), passed, queue_rates)},
-            {"pceps", each(before.at("pceps"), now.at("pceps"), passed, pcep_rates)},
+    if (!before.at("virtual").is_null() && !now.at("virtual").is_null())
+        if (const uint64_t passed = time_between(before, now, time_base::virtual_time))
+            return {time_base::virtual_time, passed};
+    return {time_base::real_time, std::max<uint64_t>(time_between(before, now, time_base::real_time), 1)};
+}
+
+fields rates_between(const fields &first, const fields &before, const fields &now)
+{
+    const auto [base, passed] = passed_between(before, now);
+    return {{"nanoseconds", time_between(first, now, base)},
+            {"time", base == time_base::virtual_time ? "virtual" : "real"},
+            {"queues", each(before.at("queues"), now.at("queues"), "port", passed, queue_rates)},
+            {"pceps", each(before.at("pceps"), now.at("pceps"), "id", passed, pcep_rates)},
             {"delays", now.at("delays")}};
+}
+
+std::vector<std::string> rate_keys()
+{
+    std::vector<std::string> names;
+    for (const auto &key : keys)
+        names.emplace_back(key.name);
+    return names;
+}
+
+fields sorted_rates(fields rates, std::string_view key)
+{
+    const auto *const chosen = std::ranges::find(keys, key, [](const auto &one) { return one.name; });
+    if (chosen == std::end(keys))
+        return rates;
+    for (const char *list : {"queues", "pceps", "delays"}) {
+        std::vector<fields> rows(rates.at(list).begin(), rates.at(list).end());
+        std::ranges::stable_sort(rows, std::ranges::greater(), chosen->value);
+        rates[list] = rows;
+    }
+    return rates;
 }
 
 } // namespace kelctl

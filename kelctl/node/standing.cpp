@@ -99,4 +99,12 @@ port_knowledge ports_of(const snapshot &node, const std::vector<kel_ebcom_path_c
     return ports;
 }
 
+port_knowledge ports_now(const std::vector<kel_ebcom_path_config> &added)
+{
+    snapshot node;
+    if (const auto queues = accelerator_queues())
+        node.queues = read_queues(*queues);
+    return ports_of(node, added);
+}
+
 } // namespace kelctl

@@ -25,4 +25,7 @@ std::optional<notation::document> settled_document();
 // The port of each queue, from the paths that were added. All of them must still exist on `node`; the oldest is first.
 port_knowledge ports_of(const snapshot &node, const std::vector<kel_ebcom_path_config> &added);
 
+// The same of the queues that exist now, without the schedulers, whose snapshot would be as large as the node.
+port_knowledge ports_now(const std::vector<kel_ebcom_path_config> &added);
+
 } // namespace kelctl

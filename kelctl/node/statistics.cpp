@@ -68,7 +68,7 @@ void read_pcep(uint32_t id, session &session, result &all)
 }
 
 // What the software accelerator counts of the queues, by their ports.
-fields delays_of(const port_knowledge &ports)
+fields delays_of(const port_knowledge &ports, const counted &which)
 {
     fields all = fields::array();
     const auto queues = accelerator_queues();
@@ -76,13 +76,14 @@ fields delays_of(const port_knowledge &ports)
         return all;
     for (const fields &queue : *queues) {
         const auto port = ports.port_of_queue.find(handle_in(queue.at("handle")));
-        if (port == ports.port_of_queue.end())
+        if (port == ports.port_of_queue.end() || !which.has_queue(port->second))
             continue;
         fields row = {{"port", port->second}, {"name", kel_branch_name(port->second)}};
         for (const auto &[name, value] : queue.at("delay").members())
             row[name] = value;
         row["deepest_frames"] = queue.at("deepest").at("frames");
         row["deepest_octets"] = queue.at("deepest").at("octets");
+        row["waiting_octets"] = queue.at("waiting").at("octets");
         all.push_back(std::move(row));
     }
     return all;
@@ -104,18 +105,29 @@ fields counters_of(const ebcom_queue_stats &stats)
             {"current_burst_size", stats.current_burst_size}};
 }
 
-result read_statistics(const port_knowledge &ports, session &session)
+result read_counters(const port_knowledge &ports, const counted &which, session &session)
 {
-    result all = {.shown = {{"ebcom", nullptr}, {"queues", fields::array()}, {"pceps", fields::array()}}};
-    read_ebcom(session, all);
+    result all = {.shown = {{"queues", fields::array()}, {"pceps", fields::array()}}};
     for (const auto &[queue, port] : ports.port_of_queue) {
         const auto found_by = ports.found_by.find(queue);
-        read_queue(port, found_by == ports.found_by.end() ? nullptr : &found_by->second, session, all);
+        if (which.has_queue(port))
+            read_queue(port, found_by == ports.found_by.end() ? nullptr : &found_by->second, session, all);
     }
     for (const made_command &made : session.made.all())
-        if (made.asked.row->name == "pcep add")
+        if (made.asked.row->name == "pcep add" && which.has_pcep(made.asked.given.id("ID")))
             read_pcep(made.asked.given.id("ID"), session, all);
-    all.shown["delays"] = delays_of(ports);
+    all.shown["delays"] = delays_of(ports, which);
+    return all;
+}
+
+result read_statistics(const port_knowledge &ports, session &session)
+{
+    result all = {.shown = {{"ebcom", nullptr}}};
+    read_ebcom(session, all);
+    result counters = read_counters(ports, {}, session);
+    for (auto &[name, value] : counters.shown.members())
+        all.shown[name] = std::move(value);
+    succeeds(std::move(counters), all);
     return all;
 }
 

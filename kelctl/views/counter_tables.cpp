@@ -95,6 +95,13 @@ void add_delays(fields &shown, const fields &queues)
                                        {"most octets waiting", queue.at("deepest_octets")}});
 }
 
+// Nanoseconds without what is less than a millisecond, which says nothing of a time that a clock has measured.
+uint64_t in_milliseconds(uint64_t nanoseconds)
+{
+    constexpr uint64_t millisecond = 1'000'000;
+    return nanoseconds / millisecond * millisecond;
+}
+
 // With the formatting library's names, which the platform chooses. A name that is in two blocks gets its block's in
 // front.
 fields pcep_row(const fields &pcep)
@@ -125,9 +132,14 @@ fields statistics_tables(const fields &read)
 
 fields rates_tables(const fields &rates)
 {
-    fields shown = {{"virtual time", quantity_text(rates.at("nanoseconds").number<uint64_t>(), duration_units)}};
+    const auto nanoseconds = rates.at("nanoseconds").number<uint64_t>();
+    const bool is_virtual = rates.at("time").text() == "virtual";
+    fields shown = {{is_virtual ? "virtual time" : "time",
+                     quantity_text(is_virtual ? nanoseconds : in_milliseconds(nanoseconds), duration_units)}};
     add_queues(shown, rates.at("queues"), queue_rates, "sent");
     add_delays(shown, rates.at("delays"));
+    if (rates.at("delays").empty() && !rates.at("queues").empty())
+        shown["delays"] = "not known on this platform";
     add_table(shown, "pceps", rates.at("pceps"), pcep_rates);
     return shown;
 }

@@ -87,6 +87,8 @@ TEST(EveryCommand, HasADocumentWithTheSameKeys)
     std::istringstream lines(text_of(KELCTL_EXPECTED_DIR "/every_command_json.expected"));
     for (std::string line; std::getline(lines, line);) {
         const json document = json::parse(line);
+        if (document.contains("watch"))
+            continue; // a step of the live view, before the document
         for (const char *key : {"command", "arguments", "ok", "code", "text", "result"})
             EXPECT_TRUE(document.contains(key)) << key << " in " << line.substr(0, 100);
         // What failed in a script is told by its lines.

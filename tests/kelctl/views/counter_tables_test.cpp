@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 namespace kelctl
 {
 namespace
@@ -97,7 +99,8 @@ TEST(RatesTables, EveryNumberHasItsColumn)
     const fields sent = {{"frames", 1}, {"frames_per_second", 2}, {"kbit_per_second", 3}};
     const fields received = {{"frames", 4}, {"frames_per_second", 5}, {"kbit_per_second", 6}};
     const fields rates = {
-        {"nanoseconds", 1'200'000'000},
+        {"nanoseconds", 1'200'345'678},
+        {"time", "real"},
         {"queues",
          fields::array({{{"port", 6}, {"name", "RLU1P"}, {"sent", sent}, {"frames_dropped", 4}, {"frames_waiting", 5}},
                         {{"port", 10},
@@ -107,22 +110,50 @@ TEST(RatesTables, EveryNumberHasItsColumn)
                          {"frames_waiting", nullptr}}})},
         {"pceps", fields::array({{{"id", 511}, {"sent", sent}, {"received", received}, {"frames_dropped", 7}}})},
         {"delays", fields::array()}};
-    EXPECT_EQ(plain(rates_tables(rates)),
-              "virtual time  1200 ms\n"
-              "\n"
-              "queue  frames/s  kbit/s  frames sent  frames dropped  frames waiting\n"
-              "RLU1P         2       3            1               4               5\n"
-              "RLU3P         -       -            -               -               -\n"
-              "-             not known: the library finds its destinations on other queues\n"
-              "\n"
-              "          sent    sent  frames  received  received    frames   frames\n"
-              "PCEP  frames/s  kbit/s    sent  frames/s    kbit/s  received  dropped\n"
-              " 511         2       3       1         5         6         4        7\n");
+    EXPECT_EQ(plain(rates_tables(rates)), "time    1200 ms\n"
+                                          "\n"
+                                          "queue  frames/s  kbit/s  frames sent  frames dropped  frames waiting\n"
+                                          "RLU1P         2       3            1               4               5\n"
+                                          "RLU3P         -       -            -               -               -\n"
+                                          "-       not known: the library finds its destinations on other queues\n"
+                                          "delays  not known on this platform\n"
+                                          "\n"
+                                          "          sent    sent  frames  received  received    frames   frames\n"
+                                          "PCEP  frames/s  kbit/s    sent  frames/s    kbit/s  received  dropped\n"
+                                          " 511         2       3       1         5         6         4        7\n");
+}
+
+TEST(RatesTables, FitFortyColumns)
+{
+    const fields flow = {{"frames", 4'294'967'295}, {"frames_per_second", 14'880'952}, {"kbit_per_second", 10'000'000}};
+    const fields rates = {
+        {"nanoseconds", 123'456'789'000'000},
+        {"time", "virtual"},
+        {"queues", fields::array({{{"port", 6},
+                                   {"name", "RLU1P"},
+                                   {"sent", flow},
+                                   {"frames_dropped", 4'294'967'295},
+                                   {"frames_waiting", 4'294'967'295}}})},
+        {"pceps",
+         fields::array({{{"id", 511}, {"sent", flow}, {"received", flow}, {"frames_dropped", 4'294'967'295}}})},
+        {"delays", fields::array({{{"name", "RLU1P"},
+                                   {"frames", 1},
+                                   {"median", 1'000'000'000'000},
+                                   {"p99", 1'000'000'000'000},
+                                   {"largest", 1'000'000'000'000},
+                                   {"deepest_frames", 4'294'967'295},
+                                   {"deepest_octets", 4'294'967'295}}})}};
+    std::istringstream lines(fields_text(rates_tables(rates), {.paint = painter(false), .width = 40}));
+    size_t count = 0;
+    for (std::string line; std::getline(lines, line); ++count)
+        EXPECT_LE(line.size(), 40u) << line;
+    EXPECT_GT(count, 20u);
 }
 
 TEST(RatesTables, NodeWithoutQueuesAndPcepsHasItsTimeOnly)
 {
     EXPECT_EQ(plain(rates_tables({{"nanoseconds", 0},
+                                  {"time", "virtual"},
                                   {"queues", fields::array()},
                                   {"pceps", fields::array()},
                                   {"delays", fields::array()}})),

@@ -1,0 +1,13 @@
+// What the live view is told: options of `watch`, and of `up` after --watch.
+#pragma once
+
+#include "kelctl/language/command.h"
+
+#include <vector>
+
+namespace kelctl
+{
+
+std::vector<argument> watch_arguments();
+
+} // namespace kelctl

@@ -1,0 +1,47 @@
+// What samples of a node (node/sample.h) tell of its queues over time, to be drawn.
+#pragma once
+
+#include "kelctl/session/result.h"
+#include "kelctl/views/queue_plot.h"
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kelctl
+{
+
+class queue_history
+{
+public:
+    // `time`: nanoseconds since the first sample. However many there are, a few hundred are kept, equally far apart.
+    void add(uint64_t time, const fields &sample);
+
+    // From one sample to the next: what left, its mean delay, what was dropped; and the backlog at the end.
+    std::vector<plotted_queue> steps() const;
+
+private:
+    struct reading {
+        std::string name;
+        uint64_t octets_sent = 0;
+        uint64_t dropped = 0;
+        std::optional<uint64_t> waiting = {}; // octets
+        uint64_t delays = 0;                  // how many
+        uint64_t delay_sum = 0;
+    };
+    struct moment {
+        uint64_t time;
+        std::map<int32_t, reading> queues; // by their ports
+    };
+
+    static reading reading_of(const fields &queue, const fields &delays);
+    static plotted_step step_between(const reading &before, const reading &now);
+
+    std::vector<moment> moments_; // the last one is that of the last sample
+    uint64_t samples_ = 0;
+    uint64_t every_ = 1; // so many samples are between two that are kept
+};
+
+} // namespace kelctl
