@@ -327,7 +327,7 @@ typedef struct softnode_global_statistics {
     uint64_t reserved[23];    /**< 0 */
 } softnode_global_statistics;
 
-/** Everything the node holds, as a JSON document with stable keys (docs/software-accelerator.md). */
+/** Everything the node holds, as a JSON document with stable keys (docs/software-accelerator-model.md). */
 char *softnode_snapshot_json(void);
 
 /** The snapshot's part `queues` alone, with counters, delays and depths: at most 64, however many paths there are. */
