@@ -2,11 +2,13 @@
 #include "kelctl/input/line_input.h"
 
 #include "kelctl/input/interruption.h"
+#include "kelctl/terminal/text.h"
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <unistd.h>
+#include <utility>
 
 namespace kelctl
 {
@@ -20,6 +22,8 @@ std::optional<std::string> line_input::next()
     const size_t end = std::min(buffer_.find('\n'), buffer_.size());
     std::string line = buffer_.substr(0, end);
     buffer_.erase(0, end + 1);
+    if (std::exchange(at_beginning_, false) && line.starts_with(byte_order_mark))
+        line.erase(0, byte_order_mark.size());
     return line;
 }
 

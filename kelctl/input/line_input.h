@@ -19,8 +19,8 @@ public:
     {
     }
 
-    // The next line without its end. None at the end of the input, after a read error, and once a signal is recorded
-    // (interruption.h).
+    // The next line without its end, and of the first one without a byte-order mark. None at the end of the input, after
+    // a read error, and once a signal is recorded (interruption.h).
     std::optional<std::string> next();
 
     // The errno of the read that failed; 0: none has.
@@ -35,6 +35,7 @@ private:
     int descriptor_;
     std::string buffer_;
     int error_ = 0;
+    bool at_beginning_ = true;
 };
 
 } // namespace kelctl

@@ -13,6 +13,9 @@
 namespace kelctl
 {
 
+// Some editors put it in front of a file.
+inline constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
+
 // Text from outside (a file, a name, a typed word) as one line: each control character becomes "?", so that it can
 // neither move the cursor nor change colours.
 std::string without_controls(std::string_view text);

@@ -1,6 +1,7 @@
 // The system calls behind reading and replacing a file.
 #include "kelctl/values/file_text.h"
 
+#include "kelctl/terminal/text.h"
 #include "kelctl/values/quantity.h"
 
 #include <fmt/core.h>
@@ -46,9 +47,8 @@ bool is_input(const struct stat &file)
 // Without what some editors put in: a byte-order mark, carriage returns at the ends of lines.
 std::string plain(std::string text)
 {
-    constexpr std::string_view mark = "\xEF\xBB\xBF";
-    if (text.starts_with(mark))
-        text.erase(0, mark.size());
+    if (text.starts_with(byte_order_mark))
+        text.erase(0, byte_order_mark.size());
     size_t kept = 0;
     for (size_t i = 0; i < text.size(); ++i)
         if (text[i] != '\r' || i + 1 == text.size() || text[i + 1] != '\n')

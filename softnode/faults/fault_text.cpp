@@ -91,6 +91,9 @@ std::optional<std::string> contents_of(const std::string &file)
 
 std::optional<FaultTextProblem> read_fault_text(std::string_view text, std::vector<FaultRule> &rules)
 {
+    constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF"; /* some editors write it */
+    if (text.starts_with(byte_order_mark))
+        text.remove_prefix(byte_order_mark.size());
     const auto bad = read_lines(text, rules);
     if (!bad)
         return std::nullopt;

@@ -86,6 +86,7 @@ TEST(Main, EveryFileMayHaveAByteOrderMarkAndCarriageReturns)
         const file_in_folder file("f", text);
         EXPECT_EQ(run_kelctl({.arguments = arguments, .folder = file.folder()}).status, 0) << arguments[0];
     }
+    EXPECT_EQ(run_kelctl({.arguments = {"shell"}, .in = mark + "ebcom start\r\nebcom stop\r\n"}).status, 0);
 }
 
 TEST(Main, SingleOperationIsRunInAProcessOfItsOwn)

@@ -57,6 +57,14 @@ TEST(FaultText, CommentsReachToTheEndOfTheirLine)
               (Texts{"kel_init_attach=10", "ork_unbind=-4"}));
 }
 
+TEST(FaultText, MayBeginWithAByteOrderMark)
+{
+    EXPECT_EQ(rules_of("\xEF\xBB\xBFork_bind=-4\r\n"), Texts{"ork_bind=-4"});
+    EXPECT_EQ(rules_of("\xEF\xBB\xBF"), Texts{});
+    std::vector<FaultRule> rules;
+    EXPECT_EQ(read_fault_text("\xEF\xBB\xBFork_bind:0=1", rules)->column, 10U);
+}
+
 TEST(FaultText, MayHoldNoRules)
 {
     for (const char *text : {"", " ; ", "\n\n", "# nothing"})

@@ -63,6 +63,14 @@ TEST(FaultsFromTheEnvironment, MayStandInAFile)
     EXPECT_EQ(outcome.status, 0);
 }
 
+TEST(FaultsFromTheEnvironment, MayStandInAFileWithAByteOrderMarkAndCarriageReturns)
+{
+    const TemporaryFile file("\xEF\xBB\xBFkel_init_attach:1=10\r\nkel_init_attach:2=4\r\n");
+    const Outcome outcome = run_with_faults("@" + file.name());
+    EXPECT_EQ(outcome.output, "10\n4\n0\n");
+    EXPECT_EQ(outcome.status, 0);
+}
+
 TEST(FaultsFromTheEnvironment, EndTheProcessWhenTheirFileCannotBeRead)
 {
     const TemporaryFile file("kel_init_attach:0=10\n");
