@@ -3,6 +3,7 @@
 #include "kelctl/language/command_line.h"
 #include "kelctl/language/completion.h"
 #include "kelctl/language/help.h"
+#include "kelctl/session/fields_view.h"
 #include "kelctl/session/result_view.h"
 #include "kelctl/session/session.h"
 #include "kelctl/terminal/terminal.h"
@@ -53,6 +54,11 @@ void open_closed_standard_descriptors()
 // Runs in front of what libraries do when they are loaded: the tracer opens descriptors then, on threads of its own.
 [[gnu::section(".preinit_array"), gnu::used]] void (*runs_first)() = open_closed_standard_descriptors;
 
+void write_error(std::string_view what)
+{
+    write(stderr, line_on(page_for(stderr), fmt::format("kelctl: {}", what)));
+}
+
 int run(const std::vector<word> &words)
 {
     if (!words.empty() && words.front().text == "--complete")
@@ -81,9 +87,9 @@ int main(int argc, char **argv)
         const auto failure = output_failure();
         if (!failure)
             return status;
-        write(stderr, fmt::format("kelctl: standard output cannot be written: {}\n", *failure));
+        write_error(fmt::format("standard output cannot be written: {}", *failure));
     } catch (const std::exception &error) {
-        write(stderr, fmt::format("kelctl: {}\n", error.what()));
+        write_error(error.what());
     }
     return exit_operation_failed;
 }

@@ -26,7 +26,7 @@ trace records. Then what was made so far is taken down in reverse order, and the
 report lists what was undone, what could not be, and what the accelerator still
 holds. --keep leaves it in place instead; on the software accelerator, which
 ends with kelctl, --hold gives time to look at it. --trace prints every record on
-standard error, one line each: event, domain, message, location.
+standard error: event, domain, message, location.
 
 --watch is the command "watch" while the node is up: on the software accelerator
 it plays the traffic of the file's [[traffic]] tables in virtual time.

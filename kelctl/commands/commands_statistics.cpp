@@ -41,8 +41,8 @@ result laid_out(const invocation &asked, session &session, Function function, co
     const uint8_t format = asked.given.has("--format") ? asked.given.number<uint8_t>("--format") : text_table;
     result done =
         session.call(asked, function, keys..., parameter::text_output(buffer), parameter::value("format", format));
-    done.text = buffer.data();
-    done.shown = fields{{"format", format}, {"text", *done.text}};
+    done.text = format == text_table ? lines_on(session.output_page(), buffer.data()) : buffer.data();
+    done.shown = fields{{"format", format}, {"text", buffer.data()}};
     if (auto counters = notation::try_read_json(buffer.data()); counters && counters->is_object())
         done.shown["counters"] = *std::move(counters);
     return done;

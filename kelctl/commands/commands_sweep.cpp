@@ -71,7 +71,7 @@ result swept(const sweep_report &report, const std::string &file)
                                  [](const sweep_run &run) { return run.came_out > verdict::left_as_documented; });
     result done;
     done.status = bad || ended ? exit_operation_failed : exit_done;
-    done.text = sweep_view(report, painter_for(stdout));
+    done.text = sweep_view(report, page_for(stdout));
     done.shown = sweep_fields(report);
     if (ended)
         done.remark = fmt::format("{}: interrupted, {} of {} runs were made", without_controls(file),
@@ -86,7 +86,7 @@ result sweep_script(const invocation &asked, session &session)
     if (!errors.empty())
         return wrong_input(file, std::move(errors), "nothing was run");
 
-    const bool seen = is_terminal(stderr) && !session.json();
+    const bool seen = is_terminal(stderr) && !session.json() && !session.quiet();
     const auto report = sweep_in_sight(session.table, lines, asked.given.number<uint32_t>("--time-limit"), seen);
     if (!report)
         return refused("no child process can be made", file);

@@ -40,8 +40,10 @@ std::string listed(const std::vector<std::string> &words)
     const size_t columns = std::max<size_t>(1, line_width(stdout).value_or(80) / width);
     const size_t most = std::min(words.size(), most_listed);
     std::string text;
-    for (size_t i = 0; i < most; ++i)
-        text += fmt::format("{:<{}}{}", words[i], width, (i + 1) % columns == 0 || i + 1 == most ? "\n" : "");
+    for (size_t i = 0; i < most; ++i) {
+        const bool ends_line = (i + 1) % columns == 0 || i + 1 == most;
+        text += ends_line ? words[i] + "\n" : fmt::format("{:<{}}", words[i], width);
+    }
     return most == words.size() ? text : text + fmt::format("and {} more\n", words.size() - most);
 }
 

@@ -27,12 +27,18 @@ namespace kelctl
 namespace
 {
 
+// Of what is shown on standard error.
+size_t error_width()
+{
+    return line_width(stderr).value_or(usual_width);
+}
+
 std::string outcome_text(const std::optional<snapshot> &left)
 {
     if (!left)
         return "Taken down. What is left cannot be shown: not available on this platform";
     if (!left->empty())
-        return "Taken down, but left behind:\n" + leftover_view(*left);
+        return "Taken down, but left behind:\n" + leftover_view(*left, error_width());
     return "Taken down. The node is empty again.";
 }
 
@@ -161,8 +167,8 @@ bool bring_up::down()
     if (clean && stood_)
         part.text = outcome_text(left);
     else
-        part.remark = undone_text(commands) +
-                      (refused.empty() ? "" : products_text("not undone: ", products_of(refused))) +
+        part.remark = undone_text(commands, error_width()) +
+                      (refused.empty() ? "" : products_text("not undone: ", products_of(refused), error_width())) +
                       (empty ? "" : complaints_of(commands)) + outcome_text(left);
     show(std::move(part));
     return clean;
@@ -183,9 +189,9 @@ bool bring_up::keep()
         }
     result part;
     part.text = "";
-    part.remark = products_text("kept standing: ", kept);
+    part.remark = products_text("kept standing: ", kept, error_width());
     if (held)
-        part.remark += "The node holds:\n" + leftover_view(*held);
+        part.remark += "The node holds:\n" + leftover_view(*held, error_width());
     part.shown = {{"kept", std::move(commands)}, {"kept_objects", objects_in(held)}};
     show(std::move(part));
     return true;

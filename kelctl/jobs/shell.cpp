@@ -127,8 +127,9 @@ result run_lines_on(loaded_lines loaded, const std::string &file, session &sessi
     node.show({.text = "", .warnings = std::move(loaded.warnings)});
     const bool stood = node.up();
     if (stood)
-        node.show({.text = fmt::format("The node stands: {} paths, {} PCEPs, {} multicast groups", size.paths,
-                                       size.pceps, size.groups)});
+        node.show({.text = line_on(session.output_page(),
+                                   fmt::format("The node stands: {} paths, {} PCEPs, {} multicast groups", size.paths,
+                                               size.pceps, size.groups))});
     result lines = stood ? run_lines(session) : result{};
     const bool clean = node.down();
     result done = node.take_result(stood && clean);

@@ -42,11 +42,11 @@ std::string name_of(const tally &counted)
 }
 
 // Lines break after commas.
-std::string enumeration(std::string_view lead, std::vector<std::string> parts)
+std::string enumeration(std::string_view lead, std::vector<std::string> parts, size_t width)
 {
     for (size_t i = 0; i + 1 < parts.size(); ++i)
         parts[i] += ',';
-    return parts.empty() ? fmt::format("{}nothing\n", lead) : wrapped(lead, parts);
+    return parts.empty() ? fmt::format("{}nothing\n", lead) : wrapped(lead, parts, width);
 }
 
 // A successful undo removes the command from the session's stack itself (session::note); after a failure it is dropped
@@ -84,7 +84,7 @@ std::vector<undone_command> take_down(session &session)
     return all;
 }
 
-std::string undone_text(const std::vector<undone_command> &undone)
+std::string undone_text(const std::vector<undone_command> &undone, size_t width)
 {
     std::vector<product> products;
     for (const undone_command &one : undone)
@@ -93,15 +93,15 @@ std::string undone_text(const std::vector<undone_command> &undone)
     std::vector<std::string> parts;
     for (const tally &counted : counted_by_kind(products))
         parts.push_back(fmt::format("{} {}", name_of(counted), counted.kind.undone));
-    return enumeration("undone: ", std::move(parts));
+    return enumeration("undone: ", std::move(parts), width);
 }
 
-std::string products_text(std::string_view lead, const std::vector<product> &products)
+std::string products_text(std::string_view lead, const std::vector<product> &products, size_t width)
 {
     std::vector<std::string> parts;
     for (const tally &counted : counted_by_kind(products))
         parts.push_back(name_of(counted));
-    return enumeration(lead, std::move(parts));
+    return enumeration(lead, std::move(parts), width);
 }
 
 } // namespace kelctl

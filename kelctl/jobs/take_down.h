@@ -26,10 +26,10 @@ struct undone_command {
 std::vector<undone_command> take_down(session &session);
 
 // "undone: 10,000 paths removed, EBCOM service stopped": kinds in the order of their first undo; "undone: nothing"
-// without any. Lines of at most 80 columns.
-std::string undone_text(const std::vector<undone_command> &undone);
+// without any. Lines of at most `width` columns.
+std::string undone_text(const std::vector<undone_command> &undone, size_t width);
 
 // The same for what is left: `lead`, and "10,000 paths, EBCOM service".
-std::string products_text(std::string_view lead, const std::vector<product> &products);
+std::string products_text(std::string_view lead, const std::vector<product> &products, size_t width);
 
 } // namespace kelctl

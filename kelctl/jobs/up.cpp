@@ -26,7 +26,7 @@ result objects(std::optional<fields> document, const std::optional<snapshot> &no
     const size_t paths = session.paths.size();
     result shown;
     shown.text = node ? node_view(*node, ports, paths, session.output_page())
-                      : "What exists cannot be shown: not available on this platform\n";
+                      : line_on(session.output_page(), "What exists cannot be shown: not available on this platform");
     shown.shown = {{"paths_added", paths}};
     if (session.json()) // it is large
         shown.shown["node"] = document ? *std::move(document) : fields(nullptr);

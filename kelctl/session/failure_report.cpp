@@ -36,10 +36,8 @@ std::string records_of(const failure &failure, bool tracer_installed, const page
 
 std::string report_of(const failure &failure, const page &page, std::string_view place)
 {
-    constexpr std::string_view begin = "failed:";
-    const std::string painted = page.paint(colour::failure, begin);
-    std::string report =
-        line_on(page, fmt::format("{}{} {}", place, painted, failure.operation), painted.size() - begin.size());
+    const std::string failed = page.paint(colour::failure, "failed:");
+    std::string report = line_on(page, fmt::format("{}{} {}", place, failed, failure.operation));
     report += line_on(page, fmt::format("  code {}: {}", failure.code, kei_util_init_rc_str_get(failure.code)));
     if (const auto why = explanation_of(failure))
         report += line_on(page, fmt::format("  {}", refusal_text(*why)));

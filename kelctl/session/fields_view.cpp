@@ -134,7 +134,7 @@ std::string head_of(const std::vector<column> &columns, const page &page)
     std::string head;
     for (size_t below = lines; below-- > 0;) {
         const std::string line = table_line(columns, [below](const column &one) { return title_line(one, below); });
-        head += page.paint(colour::heading, line) + "\n";
+        head += line_on(page, page.paint(colour::heading, line));
     }
     return head;
 }
@@ -185,9 +185,17 @@ page page_for(std::FILE *stream)
     return {.paint = painter_for(stream), .width = line_width(stream)};
 }
 
-std::string line_on(const page &page, std::string_view line, size_t unseen)
+std::string line_on(const page &page, std::string_view line)
 {
-    return page.width ? folded(line, *page.width, unseen) : fmt::format("{}\n", line);
+    return page.width ? folded(line, *page.width) : fmt::format("{}\n", line);
+}
+
+std::string lines_on(const page &page, std::string_view text)
+{
+    std::string lines;
+    for (; !text.empty(); text.remove_prefix(std::min(text.find('\n'), text.size() - 1) + 1))
+        lines += line_on(page, text.substr(0, text.find('\n')));
+    return lines;
 }
 
 std::string fields_text(const fields &shown, const page &page)
@@ -205,8 +213,7 @@ std::string fields_text(const fields &shown, const page &page)
         else if (value.is_object())
             text += fmt::format("{}\n{}", title_shown, fields_text(value, page));
         else
-            text += line_on(page, fmt::format("{}{:{}}  {}", title_shown, "", width - title(name).size(), cell(value)),
-                            title_shown.size() - title(name).size());
+            text += line_on(page, fmt::format("{}{:{}}  {}", title_shown, "", width - title(name).size(), cell(value)));
     }
     return text;
 }

@@ -31,8 +31,11 @@ struct page {
 
 page page_for(std::FILE *stream);
 
-// A line with its end, in as many as the page's width takes. `unseen` octets of its first part take no room.
-std::string line_on(const page &page, std::string_view line, size_t unseen = 0);
+// A line with its end, folded where the page has a width.
+std::string line_on(const page &page, std::string_view line);
+
+// The same of each line of a text.
+std::string lines_on(const page &page, std::string_view text);
 
 // Underscores in names become blanks. A table wider than its page, or than 80 columns where there is no page, breaks
 // its titles into several lines; one that is still wider than the page continues in further tables, which repeat the

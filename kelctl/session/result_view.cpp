@@ -34,18 +34,9 @@ std::string error_text(const input_error &error, const origin &from)
     return error.at.line == 0 ? place_text(from) + text_of(error) : text_of(error);
 }
 
-// Messages are one line mostly; those of the accelerator may have more.
-std::string lines_on(const page &page, std::string_view text)
+std::string more_text(size_t more, std::string_view what, const page &page)
 {
-    std::string lines;
-    for (; !text.empty(); text.remove_prefix(std::min(text.find('\n'), text.size() - 1) + 1))
-        lines += line_on(page, text.substr(0, text.find('\n')));
-    return lines;
-}
-
-std::string more_text(size_t more, std::string_view what)
-{
-    return more == 0 ? "" : fmt::format("{} more {}; --all shows them\n", with_separators(more), what);
+    return more == 0 ? "" : line_on(page, fmt::format("{} more {}; --all shows them", with_separators(more), what));
 }
 
 std::string failures_text(const result &done, const origin &from, const manner &shown, bool tracer_installed,
@@ -57,7 +48,7 @@ std::string failures_text(const result &done, const origin &from, const manner &
     std::string text;
     for (const failure &one : std::span(done.failures).first(most))
         text += (shown.brief ? "" : records_of(one, tracer_installed, page)) + report_of(one, page, place_text(from));
-    return text + more_text(done.failures.size() - most, what);
+    return text + more_text(done.failures.size() - most, what, page);
 }
 
 std::string errors_text(const std::vector<input_error> &errors, std::string_view what, const origin &from,
@@ -69,7 +60,7 @@ std::string errors_text(const std::vector<input_error> &errors, std::string_view
         error.message.insert(0, lead);
         text += lines_on(page, error_text(error, from));
     }
-    return text + more_text(errors.size() - most, what);
+    return text + more_text(errors.size() - most, what, page);
 }
 
 } // namespace
@@ -96,7 +87,7 @@ void show_wrong_line(const input_error &error, std::string_view hint, bool json)
     if (json)
         write(stdout, line_of(document_of(error)));
     else
-        write(stderr, lines_on(page_for(stderr), text_of(error)) + std::string(hint));
+        write(stderr, lines_on(page_for(stderr), fmt::format("{}\n{}", text_of(error), hint)));
 }
 
 std::string text_of(const input_error &error)

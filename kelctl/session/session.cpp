@@ -43,6 +43,11 @@ std::vector<input_error> unmatched_faults()
     return warnings;
 }
 
+std::string line_on_terminal(const trace_entry &entry)
+{
+    return line_on(page_for(stderr), to_text(entry));
+}
+
 // Words of the command that do not go together: of a file, its own place says more than the command's help.
 bool is_wrong_use(const result &done)
 {
@@ -77,7 +82,7 @@ result session::carry_out(const invocation &asked, const std::string &file)
     if (shown_.json && (!shown_.quiet || done.status != exit_done))
         write(stdout, line_of(document_of(done, asked, {file, asked.line}, tracer_installed())));
     if (!shown_.json && is_wrong_use(done) && file.empty())
-        write(stderr, help_hint(asked.row->name, here));
+        write(stderr, lines_on(page_for(stderr), help_hint(asked.row->name, here)));
     show_as({});
     return done;
 }
@@ -194,9 +199,9 @@ void session::show_as(const manner &asked)
 
 void session::direct_trace()
 {
-    log_->print_to(shown_.trace ? stderr : nullptr, shown_.json ? json_line : text_line);
+    log_->print_to(shown_.trace ? stderr : nullptr, shown_.json ? json_line : line_on_terminal);
     if (shown_.trace && !tracer_installed() && !std::exchange(missing_tracer_told_, true))
-        write(stderr, "no trace: the tracer is not installed on this machine\n");
+        write(stderr, line_on(page_for(stderr), "no trace: the tracer is not installed on this machine"));
 }
 
 void session::remember(const invocation &asked)

@@ -53,11 +53,11 @@ public:
         return marks;
     }
 
-    std::string list() const
+    std::string list(size_t width) const
     {
         std::string text;
         for (size_t i = 0; i < whys_.size(); ++i)
-            text += wrapped(fmt::format("{:>4} ", fmt::format("[{}]", i + 1)), whys_[i]);
+            text += folded(fmt::format("{:>4} {}", fmt::format("[{}]", i + 1), whys_[i]), width);
         return text;
     }
 
@@ -106,11 +106,23 @@ std::vector<row> rows_of(const sweep_report &report, reasons &reasons)
     return rows;
 }
 
-std::string row_text(const row &row, size_t width, const painter &paint)
+constexpr size_t narrowest_outcome = 16;
+
+// Where the last column would be too narrow, a row is a line that is folded.
+std::string columns_text(const std::array<std::string, 4> &columns, size_t width_of_calls, size_t width)
+{
+    const auto &[call, line, codes, outcome] = columns;
+    const std::string lead = fmt::format("{:<{}}  {:>4}  {:<7}  ", call, width_of_calls, line, codes);
+    return lead.size() + narrowest_outcome <= width
+               ? wrapped(lead, outcome, width)
+               : folded(fmt::format("{}  {}  {}  {}", call, line, codes, outcome), width);
+}
+
+std::string row_text(const row &row, size_t width_of_calls, size_t width, const painter &paint)
 {
     const std::string line = row.line == 0 ? "-" : std::to_string(row.line);
     const std::string codes = row.codes.empty() ? "-" : joined(row.codes, ",");
-    const std::string text = wrapped(fmt::format("{:<{}}  {:>4}  {:<7}  ", row.call, width, line, codes), row.outcome);
+    const std::string text = columns_text({row.call, line, codes, row.outcome}, width_of_calls, width);
     return row.came_out > verdict::left_as_documented ? paint(colour::failure, text) : text;
 }
 
@@ -123,7 +135,7 @@ std::string tally_text(const sweep_report &report)
         if (count > 0 || one == verdict::clean)
             parts.push_back(fmt::format("{} {}", count, name_of(one)));
     }
-    return fmt::format("{} runs: {}\n", report.runs.size(), joined(parts, "; "));
+    return fmt::format("{} runs: {}", report.runs.size(), joined(parts, "; "));
 }
 
 fields fields_of(const sweep_run &run)
@@ -144,19 +156,21 @@ fields fields_of(const sweep_run &run)
 
 } // namespace
 
-std::string sweep_view(const sweep_report &report, const painter &paint)
+std::string sweep_view(const sweep_report &report, const page &page)
 {
     reasons reasons;
     const std::vector<row> rows = rows_of(report, reasons);
-    size_t width = 0;
+    const size_t width = page.width.value_or(usual_width);
+    size_t width_of_calls = 0;
     for (const row &one : rows)
-        width = std::max(width, one.call.size());
-    std::string text = paint(colour::heading, fmt::format("{:<{}}  line  code     outcome", "call", width)) + "\n";
+        width_of_calls = std::max(width_of_calls, one.call.size());
+    std::string text =
+        page.paint(colour::heading, columns_text({"call", "line", "code", "outcome"}, width_of_calls, width));
     for (const row &one : rows)
-        text += row_text(one, width, paint);
-    if (const std::string list = reasons.list(); !list.empty())
+        text += row_text(one, width_of_calls, width, page.paint);
+    if (const std::string list = reasons.list(width); !list.empty())
         text += fmt::format("\n{}", list);
-    return text + "\n" + tally_text(report);
+    return text + "\n" + wrapped("", tally_text(report), width);
 }
 
 fields sweep_fields(const sweep_report &report)

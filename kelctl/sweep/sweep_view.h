@@ -1,9 +1,9 @@
 // A sweep's report, for people and for programs.
 #pragma once
 
+#include "kelctl/session/fields_view.h"
 #include "kelctl/session/result.h"
 #include "kelctl/sweep/sweep.h"
-#include "kelctl/terminal/terminal.h"
 
 #include <string>
 
@@ -11,7 +11,7 @@ namespace kelctl
 {
 
 // A row for each faulted call and what became of it, why what is left may be, and how many runs came out how.
-std::string sweep_view(const sweep_report &report, const painter &paint);
+std::string sweep_view(const sweep_report &report, const page &page);
 
 fields sweep_fields(const sweep_report &report);
 

@@ -15,18 +15,48 @@ namespace
 
 constexpr size_t longest_shown = 160;
 constexpr size_t most_wrong_letters = 2;
+constexpr size_t narrowest_gap = 2; // blanks between columns
 
 bool is_control(char c)
 {
     return static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
 }
 
+// Not the first octet of a UTF-8 sequence.
+bool continues_character(char c)
+{
+    return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
+}
+
 // Where to cut so that no UTF-8 sequence is torn apart.
 size_t cut_before(std::string_view text, size_t at)
 {
-    while (at > 0 && (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80)
+    while (at > 0 && continues_character(text[at]))
         --at;
     return at;
+}
+
+// That a terminal needs: none for an escape sequence, one for a UTF-8 sequence.
+size_t columns_of(std::string_view text)
+{
+    size_t columns = 0;
+    bool escape = false;
+    for (const char c : text) {
+        escape = escape || c == '\x1b';
+        columns += escape || continues_character(c) ? 0 : 1;
+        escape = escape && c != 'm';
+    }
+    return columns;
+}
+
+// Up to a blank; of a call with arguments that is wider, up to these.
+std::string_view first_word(std::string_view text, size_t width)
+{
+    const std::string_view word = text.substr(0, text.find(' '));
+    const size_t call = word.find('(');
+    if (columns_of(word) <= width || call == std::string_view::npos || word.substr(call).starts_with("()"))
+        return word;
+    return word.substr(0, call + 1);
 }
 
 } // namespace
@@ -110,24 +140,28 @@ std::string filled(std::string_view text, size_t width)
     return lines;
 }
 
-std::string folded(std::string_view line, size_t width, size_t unseen)
+std::string folded(std::string_view line, size_t width)
 {
-    size_t begin = std::min(line.find_first_not_of(' '), line.size()); // of what is not indentation
-    const std::string indentation(begin + 4, ' ');
+    const size_t begin = std::min(line.find_first_not_of(' '), line.size()); // of what is not indentation
     std::string lines;
-    std::string rest(line);
-    for (size_t limit = width + unseen; rest.size() > limit; limit = width) {
-        size_t blank = rest.rfind(' ', limit);
-        if (blank == std::string::npos || blank < begin)
-            blank = rest.find(' ', limit);
-        const size_t next = rest.find_first_not_of(' ', blank);
-        if (next == std::string::npos)
-            break;
-        lines += fmt::format("{}\n", rest.substr(0, rest.find_last_not_of(' ', blank) + 1));
-        rest.replace(0, next, indentation);
-        begin = indentation.size();
+    std::string last(line.substr(0, begin));
+    bool line_begins = true;
+    std::string_view rest = line.substr(begin);
+    for (size_t blanks = 0; blanks < rest.size(); blanks = rest.find_first_not_of(' ')) {
+        const std::string_view word = first_word(rest.substr(blanks), width);
+        const size_t alone = columns_of(word);
+        const size_t together = columns_of(last) + alone;
+        if (line_begins || together + std::min(blanks, narrowest_gap) <= width) {
+            last.append(std::min(blanks, width - std::min(together, width)), ' ');
+        } else {
+            lines += last + "\n";
+            last.assign(std::min(begin + 4, width - std::min(alone, width)), ' ');
+        }
+        last += word;
+        line_begins = false;
+        rest.remove_prefix(blanks + word.size());
     }
-    return lines + rest + "\n";
+    return lines + last + "\n";
 }
 
 } // namespace kelctl

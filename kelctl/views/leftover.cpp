@@ -68,7 +68,7 @@ std::string amount_of(const kind &shown)
     return fmt::format("{} {}", with_separators(count), count == 1 ? shown.one : shown.several);
 }
 
-std::string row(const kind &shown)
+std::string row(const kind &shown, size_t width)
 {
     const size_t count = shown.names.size();
     std::vector<std::string> parts = shown.names;
@@ -76,16 +76,16 @@ std::string row(const kind &shown)
         parts.resize(most_names);
         parts.push_back(fmt::format("and {} more", with_separators(count - most_names)));
     }
-    return wrapped(fmt::format("  {:<20} ", amount_of(shown) + ":"), parts);
+    return wrapped(fmt::format("  {:<20} ", amount_of(shown) + ":"), parts, width);
 }
 
 } // namespace
 
-std::string leftover_view(const snapshot &node)
+std::string leftover_view(const snapshot &node, size_t width)
 {
     std::string view;
     for (const kind &one : kinds_in(node))
-        view += row(one);
+        view += row(one, width);
     return view;
 }
 

@@ -9,8 +9,9 @@
 namespace kelctl
 {
 
-// A line for each kind: the number of objects, and the names of the first ones. Empty for an empty node.
-std::string leftover_view(const snapshot &node);
+// A line for each kind: the number of objects, and the names of the first ones. Lines of at most `width` columns. Empty
+// for an empty node.
+std::string leftover_view(const snapshot &node, size_t width);
 
 // "12 schedulers, 1 path"; empty for an empty node.
 std::string contents_text(const snapshot &node);

@@ -103,9 +103,8 @@ private:
         std::string handles = handle_text(top);
         if (levels > 1)
             handles += fmt::format(" - {}, a chain of {} levels", handle_text(last), levels);
-        const std::string painted = page_.paint(colour::faint, handles);
-        return line_on(page_, fmt::format("{:{}}{}{}", "", 2 * depth, painted, group_text(last)),
-                       painted.size() - handles.size());
+        return line_on(page_,
+                       fmt::format("{:{}}{}{}", "", 2 * depth, page_.paint(colour::faint, handles), group_text(last)));
     }
 
     std::string group_text(handle scheduler)

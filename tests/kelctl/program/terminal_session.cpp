@@ -19,9 +19,9 @@ constexpr std::chrono::seconds time_limit(120);
 
 } // namespace
 
-terminal_session::terminal_session(const program_run &run)
+terminal_session::terminal_session(const program_run &run, unsigned short columns)
 {
-    const winsize size = {.ws_row = 24, .ws_col = 80, .ws_xpixel = 0, .ws_ypixel = 0};
+    const winsize size = {.ws_row = 24, .ws_col = columns, .ws_xpixel = 0, .ws_ypixel = 0};
     int programs_end = -1;
     std::array<char, 64> name{};
     EXPECT_EQ(openpty(&terminal_, &programs_end, name.data(), nullptr, &size), 0);

@@ -9,7 +9,7 @@
 class terminal_session
 {
 public:
-    explicit terminal_session(const program_run &run);
+    explicit terminal_session(const program_run &run, unsigned short columns = 80);
     ~terminal_session(); // ends the program if it still runs
     terminal_session(const terminal_session &) = delete;
     terminal_session &operator=(const terminal_session &) = delete;

@@ -10,7 +10,7 @@ namespace kelctl
 namespace
 {
 
-const painter plain{false};
+const page plain{.paint = painter(false)};
 
 sweep_run run_of(uint64_t call, uint32_t line, std::optional<uint32_t> code)
 {
@@ -54,6 +54,16 @@ TEST(SweepView, ReasonsAreListedOnceAndMarked)
                                          "ork_bind:3     3  13       left, as documented [1]: 2 paths\n"
                                          "\n [1] one reason\n [2] another\n"
                                          "\n3 runs: 0 clean; 3 left, as documented\n");
+}
+
+TEST(SweepView, RowsOfANarrowPageAreFolded)
+{
+    const sweep_report report = {{}, {leaving(run_of(1, 3, 13), verdict::left_as_documented, "path", "a long reason")}};
+    EXPECT_EQ(sweep_view(report, {.paint = painter(false), .width = 40}), "call  line  code  outcome\n"
+                                                                          "ork_bind:1  3  13  left, as documented\n"
+                                                                          "    [1]: 2 paths\n"
+                                                                          "\n [1] a long reason\n"
+                                                                          "\n1 runs: 0 clean; 1 left, as documented\n");
 }
 
 TEST(SweepView, OtherThreadsAndBadEndsAreNamed)
