@@ -49,14 +49,19 @@ size_t columns_of(std::string_view text)
     return columns;
 }
 
+bool is_of_a_name(char c)
+{
+    return (text::lower(c) >= 'a' && text::lower(c) <= 'z') || (c >= '0' && c <= '9') || c == '_';
+}
+
 // Up to a blank; of a call with arguments that is wider, up to these.
 std::string_view first_word(std::string_view text, size_t width)
 {
     const std::string_view word = text.substr(0, text.find(' '));
-    const size_t call = word.find('(');
-    if (columns_of(word) <= width || call == std::string_view::npos || word.substr(call).starts_with("()"))
-        return word;
-    return word.substr(0, call + 1);
+    const auto after_name = std::ranges::find_if_not(word, is_of_a_name);
+    const std::string_view rest(after_name, word.end());
+    const bool is_call = after_name != word.begin() && rest.starts_with('(') && !rest.starts_with("()");
+    return is_call && columns_of(word) > width ? word.substr(0, word.size() - rest.size() + 1) : word;
 }
 
 } // namespace

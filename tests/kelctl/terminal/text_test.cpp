@@ -109,6 +109,8 @@ TEST(Text, CallsThatAreTooLongAreBrokenBeforeTheirArguments)
     EXPECT_EQ(folded("failed: add(a=1)", 10), "failed:\n  add(a=1)\n");
     EXPECT_EQ(folded("add(mac=1)", 8), "add(\n  mac=1)\n");
     EXPECT_EQ(folded("failed: remove_all(): x", 10), "failed:\nremove_all():\n    x\n");
+    EXPECT_EQ(folded("/tmp/node(1).toml: x", 10), "/tmp/node(1).toml:\n    x\n");
+    EXPECT_EQ(folded("(file.cpp:12)", 10), "(file.cpp:12)\n");
 }
 
 TEST(Text, ColumnsAreCountedNotOctets)
