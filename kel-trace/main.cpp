@@ -84,7 +84,7 @@ private:
             return otherwise;
         if (const auto instant = parse_instant(written, found_.first))
             return *instant;
-        throw wrong_request(fmt::format("{}: {} is no time, such as \"2026-11-22 05:01:55\" or 05:01:55.5", option,
+        throw wrong_request(fmt::format("{}: {} is not a time such as \"2026-11-22 05:01:55\" or 05:01:55.5", option,
                                         kelctl::in_quotes(written)));
     }
 
@@ -163,7 +163,7 @@ int check(const request &asked)
     if (!found.damaged.empty())
         throw unreadable(fmt::format("{} is damaged: {}", found.damaged.front().file, found.damaged.front().why));
     if (found.records == 0)
-        throw unreadable("the recording holds no record of the library");
+        throw unreadable("the recording has no records of the library");
     if (asked.json)
         show_json(with_preface(found, nullptr, {{"findings", findings}, {"threads", kept.threads()}}));
     else

@@ -106,14 +106,14 @@ const document *document::end() const
 const document &document::operator[](size_t index) const
 {
     if (index >= items_.size())
-        fail("an array as long as that");
+        fail("an array of that length");
     return items_[index];
 }
 
 document &document::operator[](size_t index)
 {
     if (index >= items_.size())
-        fail("an array as long as that");
+        fail("an array of that length");
     return items_[index];
 }
 
@@ -163,8 +163,8 @@ document &document::operator[](std::string_view name)
 
 void document::expect(kind expected) const
 {
-    static constexpr std::string_view names[] = {"null",   "a truth value", "a whole number", "a negative number",
-                                                 "a real", "a text",        "an array",       "an object"};
+    static constexpr std::string_view names[] = {"null",   "a boolean", "a whole number", "a negative number",
+                                                 "a real", "a string",  "an array",       "an object"};
     if (holds_ != expected)
         fail(names[static_cast<size_t>(expected)]);
 }

@@ -124,7 +124,7 @@ private:
     [[noreturn]] static void fail(std::string_view expected);
 
     kind holds_;
-    uint64_t bits_; // of a truth value or a number
+    uint64_t bits_; // of a boolean or a number
     std::string text_;
     std::vector<document> items_;
     std::vector<member> members_;

@@ -161,7 +161,7 @@ document read_json(std::string_view text)
 {
     if (auto read = try_read_json(text))
         return *std::move(read);
-    throw document_error("no JSON");
+    throw document_error("not JSON");
 }
 
 std::optional<document> try_read_json(std::string_view text)

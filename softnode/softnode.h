@@ -1,7 +1,7 @@
 /*
  * softnode.h - control of the software accelerator.
  *
- * libkel-softnode takes the place of the six closed libraries of a node. A control process that links with it needs
+ * libkel-softnode replaces the six closed libraries of a node. A control process that links with it needs
  * nothing from this header. Tests and tools use it to offer traffic, to advance the node's time, to make calls fail, to
  * control the timing unit, and to look inside. Every function may be called from any thread.
  *
@@ -32,12 +32,11 @@ extern "C" {
  * Offers frames for a destination, all at this instant of virtual time.
  *
  * Frames for an address that a path leads to enter the queue of that path. The first frame of a queue leaves when no
- * token bucket on its way owes anything (rate and burst of the queue, peak and sustain of every scheduler above), it is
- * its turn there, and the line of 10 Gbit/s that all share is free. So of frames that are offered together one leaves at
- * once, if nothing is ahead of it, and the others once time passes. Until then they wait as long as the queue's
- * threshold has room for them, in blocks of 256 octets that a frame begins; those that find none are dropped. A frame
- * that left arrives at its destination with its last bit. Once parameters were set, frames of more than the MTU and 22
- * octets are dropped.
+ * token bucket on its way is in debt (rate and burst of the queue, peak and sustain of every scheduler above), it is
+ * its turn, and the line of 10 Gbit/s that all share is free. So of frames that are offered together one leaves at
+ * once, if none waits before it, and the others as time passes. Until then they wait in blocks of 256 octets, up to the
+ * queue's threshold; further frames are dropped. A frame arrives at its destination with its last bit. Once parameters
+ * are set, frames of more than the MTU and 22 octets are dropped.
  *
  * Frames for a local address of a PCEP that no path leads to arrive at once. Frames for a path whose queue was removed
  * are dropped. What the records of statistics count: softnode_global_statistics.
@@ -62,14 +61,14 @@ int32_t softnode_traffic_offer(const uint8_t mac[6], uint64_t frames, uint32_t o
  * @param id                of a PCEP or of a group
  * @param frames            how many; 0 offers nothing
  * @param octets_per_frame  length of each, 1 to 65535
- * @return 0; ORK_INVAL (-1): impossible id or length; ORK_NOTAVAIL (-8): neither a PCEP nor a group has this id
+ * @return 0; ORK_INVAL (-1): impossible id or length; ORK_NOTAVAIL (-8): no PCEP and no group has this id
  */
 int32_t softnode_traffic_send(uint32_t id, uint64_t frames, uint32_t octets_per_frame);
 
 /** Why the service dropped a frame. */
 typedef enum softnode_drop_reason {
     SOFTNODE_DROP_TOO_LONG, /**< longer than the MTU and 22 octets allow */
-    SOFTNODE_DROP_NO_ROOM,  /**< the memory below its queue's threshold was taken */
+    SOFTNODE_DROP_NO_ROOM,  /**< the memory below its queue's threshold was in use */
     SOFTNODE_DROP_NO_WAY,   /**< nothing leads to its destination */
     SOFTNODE_DROP_NO_QUEUE  /**< the queue of its path was removed, maybe while it waited there */
 } softnode_drop_reason;
@@ -78,16 +77,16 @@ typedef enum softnode_drop_reason {
 uint64_t softnode_traffic_dropped(softnode_drop_reason reason);
 
 /**
- * Offers one frame as softnode_traffic_offer() does. What becomes of it is reported to the watcher with its identity.
+ * Offers one frame as softnode_traffic_offer() does. The watcher gets a report of its fate, with its identity.
  *
  * @param mac       destination, 6 octets in wire order
  * @param octets    its length, 1 to 65535
- * @param identity  by which the caller knows it again, not 0
+ * @param identity  the caller's number for it, not 0
  * @return as softnode_traffic_offer(); ORK_INVAL (-1) also for identity 0
  */
 int32_t softnode_traffic_offer_one(const uint8_t mac[6], uint32_t octets, uint64_t identity);
 
-/** What became of a frame. */
+/** What happened to a frame. */
 typedef enum softnode_frame_fate {
     SOFTNODE_FRAME_SENT,   /**< it left its queue, or arrived without one */
     SOFTNODE_FRAME_DROPPED /**< for a softnode_drop_reason */
@@ -99,26 +98,26 @@ typedef struct softnode_frame {
     uint64_t queue;           /**< handle of the queue of the path to its destination, as in the snapshot; 0: no path */
     uint64_t entered;         /**< when it entered the service, nanoseconds of virtual time */
     uint64_t left;            /**< when its first bit left, or when it was dropped */
-    softnode_frame_fate fate; /**< what became of it */
-    softnode_drop_reason reason; /**< why it was dropped; without meaning when it was sent */
+    softnode_frame_fate fate; /**< what happened to it */
+    softnode_drop_reason reason; /**< why it was dropped; undefined if it was sent */
 } softnode_frame;
 
 /**
  * Called once for each frame that leaves or is dropped, in the order of these instants, while the node is locked: it must
  * not call functions of the node, nor any of this header.
  *
- * @param context  as it was handed to softnode_traffic_watch()
+ * @param context  as passed to softnode_traffic_watch()
  * @param frame    valid during the call
  */
 typedef void softnode_frame_watcher(void *context, const softnode_frame *frame);
 
 /**
- * Has what becomes of frames that have an identity reported, until the next call or softnode_reset(). Frames that are
- * offered otherwise are not reported, and are as fast as without a watcher.
+ * Sets the function that reports the fate of frames with an identity, until the next call or softnode_reset(). Other
+ * frames are not reported, and cost no more than without a watcher.
  *
  *     uint8_t mac[6] = {2, 0, 0, 2, 0, 1};
  *     softnode_traffic_watch(note_it, &notes);
- *     softnode_traffic_offer_one(mac, 1500, 17);      // note_it() learns what becomes of frame 17
+ *     softnode_traffic_offer_one(mac, 1500, 17);      // note_it() reports the fate of frame 17
  *     softnode_time_advance(1000000000);
  *     softnode_traffic_watch(NULL, NULL);
  *
@@ -161,11 +160,11 @@ uint64_t softnode_time(void);
  *     block      for functions of the timing unit (vorn_tu_...). The call waits until it is released, and does not
  *                lock the node meanwhile. softnode_timing_settle() counts its thread as at rest.
  *
- * The environment variable KEL_SOFTNODE_FAULTS holds rules for a process that does not use this header, or "@FILE", a
+ * The environment variable KEL_SOFTNODE_FAULTS has rules for a process that does not use this header, or "@FILE", a
  * file with rules. If they cannot be read, the first closed call reports that on standard error and ends the process with
  * status 2. A process with raised rights, such as a set-user-ID program, ignores the variable.
  *
- * @return null, or what is wrong with the first bad rule; then none was added. For an unknown function the text lists the
+ * @return null, or a message about the first bad rule; then none was added. For an unknown function the message lists the
  *         known ones and suggests the nearest.
  */
 char *softnode_faults_add(const char *rules);
@@ -186,13 +185,13 @@ char *softnode_switch_on(void);
 char *softnode_faults_add_file(const char *file);
 
 /**
- * Adds the rules of a text that the caller has read, and knows the origin of.
+ * Adds the rules of a text in memory.
  *
  * @param text    need not end with a zero octet
  * @param size    of the text, in octets
- * @param line    in which the first bad rule is wrong, from 1; 0 when that has no place. Always written; may be null.
+ * @param line    in which the first bad rule is wrong, from 1; 0 if that has no position. Always written; may be null.
  * @param column  the same, in octets from 1
- * @return null, or what is wrong there, without the place; then none was added
+ * @return null, or a message without the position; then none was added
  */
 char *softnode_faults_add_text(const char *text, size_t size, uint32_t *line, uint32_t *column);
 
@@ -200,7 +199,7 @@ char *softnode_faults_add_text(const char *text, size_t size, uint32_t *line, ui
 char *softnode_faults_json(void);
 
 /**
- * The functions that a rule may name, in alphabetical order, as a JSON array: `function`, and `codes`, which
+ * The functions that a rule can name, in alphabetical order, as a JSON array: `function`, and `codes`, which
  * softnode_fault_sweep() makes it return. A rule may use other codes.
  */
 char *softnode_fault_functions_json(void);
@@ -209,7 +208,7 @@ char *softnode_fault_functions_json(void);
 void softnode_faults_clear(void);
 
 /**
- * Releases the calls that a rule blocks at this moment; later ones block as before.
+ * Releases the calls that a rule blocks now; later ones block as before.
  *
  * @return how many were released
  */
@@ -217,7 +216,7 @@ uint32_t softnode_faults_release(void);
 
 /* ---- Trying every fault ---- */
 
-/** What a sweep runs again and again. Every function is called with `context`. */
+/** What a sweep runs repeatedly. Every function is called with `context`. */
 typedef struct softnode_scenario {
     uint32_t (*run)(void *context);         /**< drives a node that has just been switched on; its result is reported */
     void (*clean_up)(void *context);        /**< called after run(), failed or not; may be null */
@@ -238,12 +237,12 @@ typedef struct softnode_scenario {
  *
  * Threads: a scenario may start threads. Calls are counted per thread, because their order between threads differs from
  * run to run, and a fault affects only the calls of its thread. After run() and after clean_up() the sweep waits until
- * every thread has ended or rests in the timing unit, each time for at most a quarter of the time limit. So the report
+ * every thread has ended or waits in the timing unit, each time for at most a quarter of the time limit. So the report
  * of a scenario is the same every time, unless its threads do not wait for anything, or wait for each other's calls. The
  * calling process should have one thread only, because a child process has a copy of the calling thread alone.
  *
  * @return a JSON document
- *     calls        closed calls of the undisturbed run, thread by thread, in their order:
+ *     calls        closed calls of the run without faults, thread by thread, in their order:
  *         thread       0: the one that run() is called on; others from 1, in the order of their first calls
  *         function
  *         call         its number among the thread's calls of this function, from 1
@@ -254,10 +253,10 @@ typedef struct softnode_scenario {
  *         outcome      "returned", "crashed" (by a signal, or it ended the process) or "hung" (its time limit passed)
  *         result       of run(); null unless it returned
  *         note         of the scenario: a JSON object as it is, anything else as a string; or null
- *         left         objects that the undisturbed run does not leave: kind and name of each, the same in every run
+ *         left         objects that the run without faults does not leave: kind and name of each, the same in every run
  *                      (docs/software-accelerator.md). Null unless it returned.
- *         missing      objects that the undisturbed run leaves and this one does not; null unless it returned
- *     or null, when scenario or scenario->run is null, or no child process can be made
+ *         missing      objects that the run without faults leaves and this one does not; null unless it returned
+ *     or null, when scenario or scenario->run is null, or no child process can be created
  */
 char *softnode_fault_sweep(const softnode_scenario *scenario);
 
@@ -265,13 +264,13 @@ char *softnode_fault_sweep(const softnode_scenario *scenario);
  * Called before each run with a fault, in the process that called softnode_fault_sweep_watched().
  *
  * @param context  the scenario's
- * @param done     how many runs are over
+ * @param done     how many runs are complete
  * @param planned  how many runs the sweep has
  * @return 0 ends the sweep
  */
 typedef int softnode_sweep_watcher(void *context, size_t done, size_t planned);
 
-/** The same with a watcher, which may be null. The report of a sweep that it ended has the runs until then. */
+/** The same with a watcher, which may be null. If it ends the sweep, the report has the runs so far. */
 char *softnode_fault_sweep_watched(const softnode_scenario *scenario, softnode_sweep_watcher *watcher);
 
 /* ---- The timing unit ---- */
@@ -327,10 +326,10 @@ typedef struct softnode_global_statistics {
     uint64_t reserved[23];    /**< 0 */
 } softnode_global_statistics;
 
-/** Everything the node holds, as a JSON document with stable keys (docs/software-accelerator-model.md). */
+/** All objects of the node, as a JSON document with stable keys (docs/software-accelerator-model.md). */
 char *softnode_snapshot_json(void);
 
-/** The snapshot's part `queues` alone, with counters, delays and depths: at most 64, however many paths there are. */
+/** The snapshot's part `queues` alone, with counters, delays and depths: at most 64 queues, for any number of paths. */
 char *softnode_queues_json(void);
 
 /**

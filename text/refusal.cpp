@@ -40,15 +40,15 @@ std::string_view library_of(std::string_view function)
 }
 
 // The prefix of the driver kit's text; none in reports of others.
-std::optional<int64_t> driver_kit_code(std::string_view told)
+std::optional<int64_t> driver_kit_code(std::string_view detail)
 {
-    const size_t end = told.find(before_text);
-    if (!told.starts_with("0x") || end == std::string_view::npos)
+    const size_t end = detail.find(before_text);
+    if (!detail.starts_with("0x") || end == std::string_view::npos)
         return std::nullopt;
     uint32_t code = 0;
-    const auto [stop, error] = std::from_chars(told.data() + 2, told.data() + end, code, 16);
-    return error == std::errc{} && stop == told.data() + end ? std::optional<int64_t>(static_cast<int32_t>(code))
-                                                             : std::nullopt;
+    const auto [stop, error] = std::from_chars(detail.data() + 2, detail.data() + end, code, 16);
+    return error == std::errc{} && stop == detail.data() + end ? std::optional<int64_t>(static_cast<int32_t>(code))
+                                                               : std::nullopt;
 }
 
 std::optional<int64_t> number_at(std::string_view digits)
@@ -66,17 +66,17 @@ std::optional<int64_t> timing_unit_code(std::string_view name)
     return found == std::end(code_names) ? std::nullopt : std::optional<int64_t>(std::begin(code_names) - found);
 }
 
-refusal system_refusal(std::string_view told, size_t result_at)
+refusal system_refusal(std::string_view detail, size_t result_at)
 {
-    const size_t text_at = told.find(before_errno);
-    const std::string_view text = text_at == std::string_view::npos ? "" : told.substr(text_at + before_errno.size());
-    const auto code = number_at(told.substr(result_at + before_result.size()));
-    return {"system", told.substr(0, result_at), code.value_or(0), text};
+    const size_t text_at = detail.find(before_errno);
+    const std::string_view text = text_at == std::string_view::npos ? "" : detail.substr(text_at + before_errno.size());
+    const auto code = number_at(detail.substr(result_at + before_result.size()));
+    return {"system", detail.substr(0, result_at), code.value_or(0), text};
 }
 
 } // namespace
 
-spoken spoken_in(std::string_view message)
+message_parts parts_of(std::string_view message)
 {
     const size_t end = message.find(after_function);
     if (end == std::string_view::npos)
@@ -84,23 +84,23 @@ spoken spoken_in(std::string_view message)
     return {message.substr(0, end), message.substr(end + after_function.size())};
 }
 
-std::optional<refusal> refusal_in(std::string_view told)
+std::optional<refusal> refusal_in(std::string_view detail)
 {
-    if (const size_t result_at = told.find(before_result); result_at != std::string_view::npos)
-        return system_refusal(told, result_at);
-    const size_t callee_at = told.rfind(before_callee);
+    if (const size_t result_at = detail.find(before_result); result_at != std::string_view::npos)
+        return system_refusal(detail, result_at);
+    const size_t callee_at = detail.rfind(before_callee);
     if (callee_at == std::string_view::npos) {
-        const size_t end = told.find(before_name);
+        const size_t end = detail.find(before_name);
         if (end == std::string_view::npos)
             return std::nullopt;
-        const std::string_view name = told.substr(end + before_name.size());
-        return refusal{library_of(told), told.substr(0, end), timing_unit_code(name), name};
+        const std::string_view name = detail.substr(end + before_name.size());
+        return refusal{library_of(detail), detail.substr(0, end), timing_unit_code(name), name};
     }
-    std::string_view callee = told.substr(callee_at + before_callee.size());
+    std::string_view callee = detail.substr(callee_at + before_callee.size());
     callee.remove_prefix(std::min(callee.find_first_not_of(' '), callee.size())); // some name nothing
-    const auto code = driver_kit_code(told);
-    const size_t text_at = code ? told.find(before_text) + before_text.size() : 0;
-    return refusal{library_of(callee), callee, code, told.substr(text_at, callee_at - text_at)};
+    const auto code = driver_kit_code(detail);
+    const size_t text_at = code ? detail.find(before_text) + before_text.size() : 0;
+    return refusal{library_of(callee), callee, code, detail.substr(text_at, callee_at - text_at)};
 }
 
 } // namespace text

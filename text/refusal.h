@@ -14,11 +14,11 @@ namespace text
 {
 
 // The message in its two parts; empty ones when it has not this form. An entry or exit tells nothing.
-struct spoken {
+struct message_parts {
     std::string_view function;
-    std::string_view told;
+    std::string_view detail;
 };
-spoken spoken_in(std::string_view message);
+message_parts parts_of(std::string_view message);
 
 // Whose refusal it is when the library did not accept something.
 inline constexpr std::string_view library_itself = "library itself";
@@ -32,6 +32,6 @@ struct refusal {
 };
 
 // None when the message names nothing that refused.
-std::optional<refusal> refusal_in(std::string_view told);
+std::optional<refusal> refusal_in(std::string_view detail);
 
 } // namespace text

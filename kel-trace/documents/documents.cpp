@@ -1,4 +1,4 @@
-// kel-trace-documents: prints the manual page, which is made from the program's table. For the build.
+// kel-trace-documents: prints the manual page from the program's table. The build runs it; it is not installed.
 #include "kel-trace/language/request.h"
 #include "kelctl/documents/roff.h"
 
@@ -13,23 +13,23 @@ using namespace kel_trace;
 
 constexpr std::string_view description =
     R"(kel-trace reads recordings that the LTTng tools made of the events of libkel-core-ic, and shows why operations failed and
-where the time went. A RECORDING is a folder: that of a session, of a snapshot, or of a relay daemon with those of many
-hosts below it. Several are read as one, in order of time.
+where the time went. A RECORDING is a folder: of a session, of a snapshot, or of a relay daemon with the recordings of many
+hosts. Several recordings are merged in order of time.
 
-What a recording lacks is shown first: records that the tracer discarded, and stream files that are damaged, of which the
-rest is left out. Operations that the recording shows in part are counted apart.)";
+Each view first shows what the recording lacks: records that the tracer discarded, and damaged stream files, which are read
+up to the damage. Operations that were recorded in part are counted separately.)";
 
 constexpr std::string_view explain_notes =
-    R"(The exit of an operation carries no code: what an operation reports and does not go on after counts as its failure. A
-failure of an object whose creation failed, or of a service whose latest start failed, is shown with its cause. Failures that
-the library goes on after, in a take-down or a roll-back, are listed apart.
+    R"(The exit record of an operation has no code: an operation counts as failed if it reports a failure and does not continue.
+Failures that follow from another one (the object was not created, the service did not start) are shown with their cause.
+Failures after which the library continues, in a take-down or a roll-back, are listed separately.
 
-Recordings of failures only are explained as far as they go.)";
+A recording of failures only is explained as far as its records allow.)";
 
 constexpr std::string_view report_notes =
-    R"(The own time of an operation is without the operations within it. Nothing tells when a closed call returns: it counts
-until the next record of its thread, which is an upper bound. Totals and the largest are exact, medians and 99th percentiles
-within one percent.)";
+    R"(The own time of an operation excludes the operations within it. No record shows when a closed call returns: its time
+lasts until the next record of its thread, which is an upper bound. Totals and maxima are exact, medians and 99th
+percentiles within one percent.)";
 
 constexpr std::string_view notes[] = {explain_notes, report_notes, ""};
 
@@ -71,7 +71,7 @@ int main()
         page.item(status, means);
     page.section("ENVIRONMENT");
     page.item("TZ", "the zone of the times that are shown and read");
-    page.item("NO_COLOR", "when not empty: no colours on a terminal");
+    page.item("NO_COLOR", "if not empty: no colours on a terminal");
     page.section("EXAMPLES");
     page.example(example);
     page.section("SEE ALSO");

@@ -1,4 +1,4 @@
-# bash completion for kel-trace: the program itself tells what a word may become.
+# bash completion for kel-trace: the program itself lists the possible words.
 _kel_trace()
 {
     local cur words cword

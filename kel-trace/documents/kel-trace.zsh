@@ -1,5 +1,5 @@
 #compdef kel-trace
-# The program itself tells what a word may become.
+# The program itself lists the possible words.
 _kel_trace()
 {
     local -a offered

@@ -1,4 +1,4 @@
-// The table, and what is done by it.
+// The tables of commands and options, and the parser over them. Texts of help and of the manual page come from the same rows.
 #include "kel-trace/language/request.h"
 
 #include "kelctl/terminal/text.h"
@@ -16,7 +16,7 @@ namespace
 constexpr command_row commands[] = {
     {"explain", view::explain, "show which operations reported failures and why, the newest last"},
     {"report", view::report, "show how often and how long operations and closed calls ran"},
-    {"check", view::check, "check that every record keeps what the library promises"},
+    {"check", view::check, "check every record against what the library promises"},
 };
 
 constexpr meaning statuses[] = {
@@ -35,22 +35,22 @@ void set_last(request &asked, std::string_view value)
 }
 
 constexpr option_row options[] = {
-    {"--last", "N", view::explain, "only the N causes that occurred last", set_last},
+    {"--last", "N", view::explain, "only the last N causes", set_last},
     {"--since", "TIME", view::explain,
-     "only failures from then on: \"2026-11-22 05:01:55.978190721\", or 05:01 on the recording's first day",
+     "only failures at or after TIME: \"2026-11-22 05:01:55.978190721\", or 05:01 on the recording's first day",
      [](request &asked, std::string_view value) { asked.since = value; }},
-    {"--until", "TIME", view::explain, "only failures before then",
+    {"--until", "TIME", view::explain, "only failures before TIME",
      [](request &asked, std::string_view value) { asked.until = value; }},
     {"--process", "ID", view::explain, "only failures of the process with this id or name",
      [](request &asked, std::string_view value) { asked.process = value; }},
     {"--chrome", "FILE", view::report, "also write a flame chart for Chromium's and Perfetto's viewers",
      [](request &asked, std::string_view value) { asked.chrome = value; }},
-    {"--partial", "", view::check, "the recording may begin and end in the midst of operations",
+    {"--partial", "", view::check, "the recording may begin and end within operations",
      [](request &asked, std::string_view) { asked.partial = true; }},
     {"--single-thread",
      "",
      {},
-     "take a recording without the context vtid as one thread's",
+     "read a recording without the context vtid as one thread",
      [](request &asked, std::string_view) { asked.single_thread = true; }},
     {"--json", "", {}, "print one JSON document", [](request &asked, std::string_view) { asked.json = true; }},
     {"--help", "", {}, "print this help", [](request &asked, std::string_view) { asked.help = true; }},
@@ -89,8 +89,8 @@ void take_option(request &asked, std::span<const std::string> &words)
     const std::string_view name = word.substr(0, word.find('='));
     const option_row *row = find_option(name);
     if (!row)
-        throw wrong_request(fmt::format("there is no option {}{}", kelctl::in_quotes(name),
-                                        kelctl::did_you_mean(name, names_of(options))));
+        throw wrong_request(
+            fmt::format("unknown option {}{}", kelctl::in_quotes(name), kelctl::did_you_mean(name, names_of(options))));
     if (row->only && asked.view && row->only != asked.view)
         throw wrong_request(fmt::format("{} is an option of \"{}\"", name, name_of(*row->only)));
     words = words.subspan(1);
@@ -102,7 +102,7 @@ void take_option(request &asked, std::span<const std::string> &words)
     if (name.size() != word.size())
         return row->set(asked, word.substr(name.size() + 1));
     if (words.empty())
-        throw wrong_request(fmt::format("{} needs a value", name));
+        throw wrong_request(fmt::format("{} requires a value", name));
     row->set(asked, words.front());
     words = words.subspan(1);
 }
@@ -142,15 +142,15 @@ request parse_request(std::span<const std::string> words)
         else if (const command_row *row = find_command(word))
             asked.view = row->view;
         else
-            throw wrong_request(fmt::format("there is no command {}{}", kelctl::in_quotes(word),
+            throw wrong_request(fmt::format("unknown command {}{}", kelctl::in_quotes(word),
                                             kelctl::did_you_mean(word, names_of(commands))));
     }
     if (asked.help || asked.version)
         return asked;
     if (!asked.view)
-        throw wrong_request("a command is needed: explain, report or check");
+        throw wrong_request("a command is required: explain, report or check");
     if (asked.folders.empty())
-        throw wrong_request(fmt::format("{} needs the folder of a recording", name_of(*asked.view)));
+        throw wrong_request(fmt::format("{} requires the folder of a recording", name_of(*asked.view)));
     return asked;
 }
 

@@ -1,4 +1,5 @@
-// Which operation starts, creates and needs what.
+// Which operation starts, creates and needs what, and from that which failure follows from which. Building operations from
+// records is in operation_builder.cpp.
 #include "kel-trace/operations/causes.h"
 
 #include "kel-trace/operations/parameters.h"
@@ -16,8 +17,7 @@ constexpr size_t most_objects = 8;
 
 enum class role : uint8_t { start, stop, create };
 
-// Operations that others depend on. What a start or stop begins anew is its service; what the others create is in
-// their parameters.
+// Operations that others depend on. A start or stop resets its service; what the others create is in their parameters.
 constexpr struct {
     std::string_view operation;
     kel_trace::role role;
@@ -28,7 +28,7 @@ constexpr struct {
     {"kel_core_ic_pcep_mc_group_add", role::create}, {"kel_core_ic_ebcom_interface_create", role::create},
 };
 
-// What an operation names instead of an object that it does not know.
+// What the library reports for an id that it does not know: the record does not name the object.
 constexpr std::string_view unknown_pcep = "(pcep_id)";
 
 std::optional<role> role_of(std::string_view operation)
@@ -63,7 +63,7 @@ template <typename Kept> std::vector<const Kept *> by_last(const std::map<std::s
     return sorted;
 }
 
-// Returns whether there was room for all of them.
+// Keeps at most `most_objects`, because a recording can name any number. Returns whether all fit.
 bool add_objects(std::vector<std::string> &known, const std::vector<std::string> &objects)
 {
     bool room = true;
@@ -90,6 +90,8 @@ void add_consequence(cause &of, const operation &done, const complaint &why, boo
 
 } // namespace
 
+// A success ends what depended on an earlier failure: the object exists now. An operation that was recorded in part proves
+// nothing.
 void causes::succeed(process_state &state, const operation &done)
 {
     if (!done.framed || !done.whole)
@@ -98,7 +100,7 @@ void causes::succeed(process_state &state, const operation &done)
     if (!role)
         return;
     const std::string service = service_of(done.name);
-    if (*role != role::create) { // nothing of before is there any more
+    if (*role != role::create) { // earlier objects do not exist any more
         std::erase_if(state.failed,
                       [&](const auto &one) { return one.first == service || belongs_to(one.first, service); });
         state.failed_creation[service == "PCEP"] = nullptr;
@@ -108,6 +110,8 @@ void causes::succeed(process_state &state, const operation &done)
             state.failed.erase(object);
 }
 
+// A failure is a consequence if its object or its service failed before. Without the object's name, the latest failed
+// creation of the same service is the likely cause.
 void causes::fail(process_state &state, const operation &done, const complaint &why)
 {
     const auto role = role_of(done.name);
@@ -163,7 +167,7 @@ void causes::put_aside(const operation &done)
     for (const complaint &one : done.complaints)
         if (&one != done.failure())
             add(key_of(done.name, one), one, "", one.time);
-    if (!done.complaints.empty()) // the conditions are part of the story
+    if (!done.complaints.empty()) // its ERROR records are shown with the failure
         return;
     for (const std::string &error : done.errors)
         add(done.name + "\n" + error, {}, error, done.records().back().time);

@@ -1,4 +1,4 @@
-// Keeping the largest's begin in step.
+// Adds durations, and keeps the time at which the largest one began.
 #include "kel-trace/operations/durations.h"
 
 #include <algorithm>

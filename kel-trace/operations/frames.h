@@ -1,4 +1,4 @@
-// The operations that a thread is in, outermost first. A recording may begin and end in the midst of some, and may lack
+// The operations that a thread is in, outermost first. A recording may begin and end within some, and may lack
 // records: those operations are cut off.
 #pragma once
 

@@ -1,4 +1,4 @@
-// An operation that reported something, as its records tell it.
+// An operation that reported something, as its records show it.
 #pragma once
 
 #include "kel-trace/reading/record.h"

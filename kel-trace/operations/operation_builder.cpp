@@ -1,4 +1,4 @@
-// Following reports from function to function, and telling what was ignored.
+// Follows records of one thread from function to function, and decides which reports the operation continued after.
 #include "kel-trace/operations/operation_builder.h"
 
 #include "text/refusal.h"
@@ -10,14 +10,14 @@ namespace kel_trace
 namespace
 {
 
-// Of a longer operation these many of its first records are kept, and the newest.
+// Bounds on memory: of a longer operation the first 96 records are kept, and the newest ones.
 constexpr size_t most_records = 192;
 constexpr size_t first_records = 96;
 constexpr size_t context_records = 12;
 constexpr size_t most_errors = 8;
 
-// Failures that the library reports and goes on after: in the take-down of the schedulers, in the roll-back of a queue, and
-// of a thread's name. What follows shows the same where it is recorded.
+// Failures after which the library continues: in the take-down of the schedulers, in the roll-back of a queue, and of a
+// thread's name. The records after them show that too, but a recording of failures only does not have them.
 constexpr struct {
     std::string_view function;
     std::string_view named;
@@ -28,7 +28,7 @@ constexpr struct {
     {"kel_core_ic_ebcom_start", "pthread_setname_np(kel-time-stamp)"},
 };
 
-// The name by which a function is reported, where it is not its own.
+// Misspelt names in the library's records, which stay as they are.
 constexpr struct {
     std::string_view reported;
     std::string_view function;
@@ -57,7 +57,7 @@ bool is_same(const complaint &a, const complaint &b)
     return a.what == b.what && a.code == b.code && a.text == b.text && a.reporters == b.reporters;
 }
 
-// A roll-back may be refused without end.
+// A roll-back retries without limit: count equal refusals instead of storing each.
 void fold_repeated(std::vector<complaint> &complaints)
 {
     const size_t count = complaints.size();
@@ -76,7 +76,7 @@ void assign(kept_record &kept, const record &record)
     kept.message = record.message;
 }
 
-// Who speaks in a record, be it an entry, an exit or another one.
+// The function that made the record: entries and exits contain its name alone.
 std::string_view speaker(const record &record)
 {
     return frame_name(record.message);
@@ -111,7 +111,7 @@ void operation_builder::begin(thread &of, const record &record)
     of.operation.records_left_out = 0;
 }
 
-// With the records that led to it, as far as they are of this chain's functions.
+// An operation without an entry record, with the thread's latest records as its context.
 void operation_builder::begin_loose(thread &of, const record &record)
 {
     begin(of, record);
@@ -122,15 +122,16 @@ void operation_builder::begin_loose(thread &of, const record &record)
     of.context_next = 0;
 }
 
-// Whether a record outside of entries belongs to the operation before it: it reports that one, or goes on reporting.
+// Whether a record after the outermost exit still belongs to that operation: it reports the operation's failure, or another
+// part of the same report.
 bool operation_builder::continues(const thread &of, const record &record) const
 {
-    const auto [function, told] = text::spoken_in(record.message);
+    const auto [function, detail] = text::parts_of(record.message);
     if (record.event == event::error)
         return !of.operation.complaints.empty() && function == of.operation.name;
     if (!is_exception(record.event))
         return false;
-    const auto refusal = text::refusal_in(told);
+    const auto refusal = text::refusal_in(detail);
     if (refusal && own_name(refusal->what) == of.operation.name)
         return true;
     return !of.operation.framed && of.operation.complaints.empty() && function == of.operation.name;
@@ -138,8 +139,8 @@ bool operation_builder::continues(const thread &of, const record &record) const
 
 void operation_builder::report(thread &of, const record &record)
 {
-    const auto [function, told] = text::spoken_in(record.message);
-    const auto refusal = text::refusal_in(told);
+    const auto [function, detail] = text::parts_of(record.message);
+    const auto refusal = text::refusal_in(detail);
     auto &complaints = of.operation.complaints;
     if (!refusal)
         return;
@@ -161,7 +162,8 @@ void operation_builder::report(thread &of, const record &record)
         of.operation.name = function;
 }
 
-// What a record says about the operation.
+// Updates the operation from a record. Any record after a report, except the exit of the reporting function, shows that the
+// operation continued.
 void operation_builder::note(thread &of, const record &record)
 {
     operation &operation = of.operation;
@@ -174,7 +176,7 @@ void operation_builder::note(thread &of, const record &record)
     }
     if (!operation.complaints.empty() &&
         !(record.event == event::fn_exit && speaker(record) == operation.complaints.back().reporter()))
-        operation.complaints.back().ignored = true; // it went on
+        operation.complaints.back().ignored = true;
 }
 
 void operation_builder::finish(thread &of)
@@ -195,7 +197,7 @@ void operation_builder::take(const record &record)
         newest_ = &threads_[record.of];
         newest_key_ = record.of;
     }
-    thread &of = *newest_;
+    thread &of = *newest_; // records of one thread often follow one another: no look-up for these
     const bool enters = record.event == event::fn_enter;
     const bool leaves = record.event == event::fn_exit;
 

@@ -1,4 +1,4 @@
-// Taking texts like "localPcepId=7, sMac=02:00:00:03:00:01(HSFP)" apart.
+// Splits texts like "localPcepId=7, sMac=02:00:00:03:00:01(HSFP)" into parameters, and finds the objects that they name.
 #include "kel-trace/operations/parameters.h"
 
 #include "text/refusal.h"
@@ -10,7 +10,7 @@ namespace kel_trace
 namespace
 {
 
-// Which parameters name an object. A path's address is that of its operations only: a PCEP's are others.
+// Which parameters name an object. Only path operations have dst_mac: the addresses of a PCEP have other names.
 constexpr struct {
     std::string_view parameter;
     std::string_view object;
@@ -19,8 +19,8 @@ constexpr struct {
     {"uc_pcep_id", "PCEP"}, {"mc_pcep_id", "group"}, {"eth_dev_id", "interface"},
 };
 
-// Calls whose arguments say what the operation is about. Those of the others are the library's own.
-constexpr std::string_view telling_calls[] = {
+// Calls whose arguments come from the caller of the operation. The arguments of other calls are the library's own choice.
+constexpr std::string_view calls_with_parameters[] = {
     "ork_ebcom_global_config_set",
     "ork_ebcom_interface_create",
     "ork_ebcom_interface_delete",
@@ -41,29 +41,30 @@ std::string_view trimmed(std::string_view text)
 }
 
 // The arguments of an announcement: what is in its parentheses, or after them.
-std::string_view arguments_of(std::string_view told)
+std::string_view arguments_of(std::string_view detail)
 {
-    if (const size_t after = told.find("): "); after != std::string_view::npos) {
-        told.remove_prefix(after + 3);
-        return told.substr(0, told.find(" -> "));
+    if (const size_t after = detail.find("): "); after != std::string_view::npos) {
+        detail.remove_prefix(after + 3);
+        return detail.substr(0, detail.find(" -> "));
     }
-    const size_t begin = told.find('(');
-    return told.ends_with(')') && begin != std::string_view::npos ? told.substr(begin + 1, told.size() - begin - 2)
-                                                                  : "";
+    const size_t begin = detail.find('(');
+    return detail.ends_with(')') && begin != std::string_view::npos
+               ? detail.substr(begin + 1, detail.size() - begin - 2)
+               : "";
 }
 
-// Adds those of a record, unless they are there already.
-void add_parameters(event event, std::string_view told, std::vector<parameter> &parameters)
+// The first record with a name decides its value.
+void add_parameters(event event, std::string_view detail, std::vector<parameter> &parameters)
 {
     if (event != event::fn_param) {
         if (event != event::api_call ||
-            std::ranges::find(telling_calls, called_function(told)) == std::end(telling_calls))
+            std::ranges::find(calls_with_parameters, called_function(detail)) == std::end(calls_with_parameters))
             return;
-        told = arguments_of(told);
+        detail = arguments_of(detail);
     }
-    while (!told.empty()) {
-        const std::string_view one = told.substr(0, told.find(", "));
-        told.remove_prefix(std::min(one.size() + 2, told.size()));
+    while (!detail.empty()) {
+        const std::string_view one = detail.substr(0, detail.find(", "));
+        detail.remove_prefix(std::min(one.size() + 2, detail.size()));
         const size_t sign = one.find('=');
         if (sign == std::string_view::npos)
             continue;
@@ -75,16 +76,16 @@ void add_parameters(event event, std::string_view told, std::vector<parameter> &
 
 } // namespace
 
-std::string_view called_function(std::string_view told)
+std::string_view called_function(std::string_view detail)
 {
-    return told.substr(0, told.find_first_of("(: "));
+    return detail.substr(0, detail.find_first_of("(: "));
 }
 
 std::vector<parameter> parameters_of(const operation &operation)
 {
     std::vector<parameter> parameters;
     for (const kept_record &one : operation.records())
-        add_parameters(one.event, text::spoken_in(one.message).told, parameters);
+        add_parameters(one.event, text::parts_of(one.message).detail, parameters);
     return parameters;
 }
 

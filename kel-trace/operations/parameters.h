@@ -11,7 +11,7 @@ namespace kel_trace
 {
 
 // What an announced call is of: "ork_bind" of "ork_bind(ID2M): PCEP_ID=7 -> EHSFP".
-std::string_view called_function(std::string_view told);
+std::string_view called_function(std::string_view detail);
 
 struct parameter {
     std::string name;
@@ -23,7 +23,7 @@ struct parameter {
 // Those that the operation's records carry, in their order.
 std::vector<parameter> parameters_of(const operation &operation);
 
-// What the operation is about: "path 02:00:00:02:00:01", "PCEP 7", "group 300"; none when the records do not tell.
+// What the operation is about: "path 02:00:00:02:00:01", "PCEP 7", "group 300"; empty if the records do not show it.
 std::vector<std::string> objects_of(const operation &operation);
 
 } // namespace kel_trace

@@ -1,4 +1,5 @@
-// The shapes of records.
+// Checks the shape of each record: event, domain, location, message, and the nesting of entries and exits. Which failures mean
+// what is in causes.cpp.
 #include "kel-trace/operations/promises.h"
 
 #include <fmt/core.h>
@@ -12,14 +13,15 @@ namespace kel_trace
 namespace
 {
 
-constexpr size_t longest = 1022; // one more, and the message filled its buffer: it may have been cut there
+constexpr size_t longest = 1022; // octets; a message of 1023 filled its buffer and may be cut
 
 constexpr std::string_view ebcom = "EBCOM";
 constexpr std::string_view pcep = "PCEP";
 constexpr std::string_view general = "GENERAL";
 
+// Which domains an event may have, indexed by event.
 constexpr struct {
-    bool own;     // EBCOM or PCEP, whose source it is in
+    bool own;     // EBCOM or PCEP, according to the source file
     bool general; // GENERAL
 } domains[] = {{true, false}, {true, false}, {true, false}, {true, false}, {true, true},
                {false, true}, {true, false}, {true, false}, {false, true}};
@@ -47,8 +49,8 @@ bool is_line_number(std::string_view text)
            std::ranges::all_of(text, [](unsigned char c) { return std::isdigit(c) != 0; });
 }
 
-// A line of the library's sources?
-bool is_place(std::string_view location)
+// Whether a location is a line of the library's sources: "kel_ic_ebcom.cpp:214".
+bool is_source_line(std::string_view location)
 {
     return std::ranges::any_of(sources, [location](std::string_view source) {
         return location.starts_with(source) && is_line_number(location.substr(source.size()));
@@ -79,8 +81,8 @@ void promises::check_fields(const record &record)
 {
     const auto &allowed = domains[static_cast<size_t>(record.event)];
     if (!(allowed.own && is_own(record.domain)) && !(allowed.general && record.domain == general))
-        find(record, fmt::format("domain \"{}\" does not fit the event", record.domain));
-    if (!is_place(record.location))
+        find(record, fmt::format("domain \"{}\" does not match the event", record.domain));
+    if (!is_source_line(record.location))
         find(record, fmt::format("location \"{}\" is not a line of the library's sources", record.location));
     else if (is_own(record.domain) && (record.domain == pcep) != record.location.starts_with(sources[3]))
         find(record, fmt::format("domain \"{}\" is not that of {}", record.domain, record.location));
@@ -99,9 +101,9 @@ void promises::check_frame(const record &record)
     else if (!stack.empty() && stack.back().message == record.message)
         stack.pop_back();
     else if (!stack.empty())
-        find(record, fmt::format("{} is left in the midst of {}", record.message, stack.back().message));
+        find(record, fmt::format("{} exits in the middle of {}", record.message, stack.back().message));
     else if (!partial_)
-        find(record, fmt::format("{} is left and was not entered", record.message));
+        find(record, fmt::format("{} exits but was not entered", record.message));
 }
 
 void promises::take(const record &record)
@@ -123,7 +125,7 @@ void promises::end()
     for (const auto &[of, stack] : open_)
         for (const entry &one : stack) {
             ++findings_;
-            found_({one.time, of, one.event, one.location, one.message + " is entered and never left"});
+            found_({one.time, of, one.event, one.location, one.message + " is entered and never exits"});
         }
 }
 

@@ -1,6 +1,6 @@
-// What every record promises: for each thread, every operation that was entered was left, innermost first; every record has
-// a known event, a known domain that fits it, a location of the library's sources and a message of its shape; no message was
-// cut.
+// What the library promises about records: in each thread, every operation that was entered exits, innermost first; every
+// record has a known event, a domain that matches it, a location in the library's sources and a message of its shape; no
+// message is cut.
 #pragma once
 
 #include "kel-trace/operations/frames.h"
@@ -27,7 +27,7 @@ class promises
 public:
     using finding_taker = std::function<void(const finding &)>;
 
-    // `partial`: the recording may begin and end in the midst of operations.
+    // `partial`: the recording may begin and end within operations.
     promises(bool partial, finding_taker found) : partial_(partial), found_(std::move(found))
     {
     }

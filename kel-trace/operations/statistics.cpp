@@ -1,4 +1,4 @@
-// Counting while records pass by.
+// Counts and times operations and closed calls, record by record, in memory that does not grow with the recording.
 #include "kel-trace/operations/statistics.h"
 
 #include "kel-trace/operations/parameters.h"
@@ -11,7 +11,7 @@ namespace
 
 constexpr int64_t second_length = 1'000'000'000;
 
-// The second record of one announcement.
+// The creation of a scheduler is announced by two records; the second one must not end the call.
 constexpr std::string_view announcement_goes_on = "ork_qos_scheduler_create(rootId=";
 
 template <typename Table> std::pair<std::string_view, timing *> entry(Table &table, std::string_view name)
@@ -64,12 +64,12 @@ void statistics::end_call(thread &of, const record &next)
 {
     if (of.call.empty())
         return;
-    const auto [function, told] = text::spoken_in(next.message);
-    if (next.event == event::api_call && told.starts_with(announcement_goes_on))
+    const auto [function, detail] = text::parts_of(next.message);
+    if (next.event == event::api_call && detail.starts_with(announcement_goes_on))
         return;
     bool refused = false;
     if (is_exception(next.event)) {
-        const auto refusal = text::refusal_in(told);
+        const auto refusal = text::refusal_in(detail);
         refused = refusal && called_function(refusal->what) == of.call;
     }
     of.call_timed->reported += refused;
@@ -81,9 +81,9 @@ void statistics::end_call(thread &of, const record &next)
 
 void statistics::announce(thread &of, const record &record, host_statistics &host)
 {
-    if (!of.call.empty()) // it goes on
+    if (!of.call.empty()) // the second record of one announcement
         return;
-    const auto called = called_function(text::spoken_in(record.message).told);
+    const auto called = called_function(text::parts_of(record.message).detail);
     if (called.empty())
         return;
     std::tie(of.call, of.call_timed) = entry(host.calls, called);
@@ -119,7 +119,7 @@ void statistics::take(const record &record)
     else if (record.event == event::api_call)
         announce(of, record, host);
     else if (is_exception(record.event)) {
-        if (frame *reporting = of.open.find(text::spoken_in(record.message).function))
+        if (frame *reporting = of.open.find(text::parts_of(record.message).function))
             reporting->reported = true;
     }
 }

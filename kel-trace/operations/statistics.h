@@ -1,6 +1,6 @@
 // How often and how long: each operation, each closed call, each event, of one host or of several.
 //
-// A closed call is announced and nothing tells its end: it lasts at most until the next record of its thread.
+// A closed call has a record before it and none after it: its time ends with the next record of its thread, at the latest.
 #pragma once
 
 #include "kel-trace/operations/durations.h"

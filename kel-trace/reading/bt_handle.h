@@ -1,4 +1,4 @@
-// What libbabeltrace2 hands out, given back when its owner goes.
+// Owners of what libbabeltrace2 returns: each puts its reference when it is destroyed.
 #pragma once
 
 #include <babeltrace2/babeltrace.h>

@@ -1,4 +1,4 @@
-// Fields and contexts of events.
+// Finds the library's events, their three strings, and the contexts that name thread and process. Merging is in reader.cpp.
 #include "kel-trace/reading/event_decoder.h"
 
 #include <algorithm>
@@ -10,7 +10,7 @@ namespace
 {
 
 constexpr const char *no_thread =
-    "the recording does not say which thread a record is of. Record again after\n"
+    "the recording does not say which thread made a record. Record again after\n"
     "    lttng add-context --userspace --type=vpid --type=vtid --type=procname\n"
     "or read it with --single-thread if there was one thread only: add the context vtid otherwise";
 
@@ -154,7 +154,7 @@ const record *event_decoder::decode(const bt_message *message, int64_t time)
     if (!kind.ours)
         return nullptr;
     if (!kind.has_texts)
-        throw unreadable(std::string("event ") + kind.name + " has not the texts location, domain and message");
+        throw unreadable(std::string("event ") + kind.name + " lacks the strings location, domain and message");
     if (kind.vtid.where == context::none && !options_.single_thread)
         throw unreadable(no_thread);
 

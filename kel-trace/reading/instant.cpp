@@ -1,4 +1,4 @@
-// The calendar is the C library's.
+// Times and durations as text. The C library's calendar does the conversion, so TZ applies.
 #include "kel-trace/reading/instant.h"
 
 #include "text/quantity.h"

@@ -1,5 +1,5 @@
-// A graph of libbabeltrace2: one source for each trace, and a sink of ours that merges their streams by time. A stream that
-// cannot be read further is left where it is, and the others go on.
+// A graph of libbabeltrace2: one source for each trace, and a sink of our own that merges their streams by time: the library's
+// muxer ends at the first damaged stream, but here the other streams continue. The meaning of an event is event_decoder.cpp's.
 #include "kel-trace/reading/reader.h"
 
 #include "kel-trace/reading/bt_handle.h"
@@ -66,7 +66,8 @@ public:
         }
     }
 
-    // Reads all of it. What is thrown is kept for the caller of the graph, which knows no exceptions.
+    // Reads all streams. An exception must not pass through libbabeltrace2, which is C: it is kept for the caller of the graph.
+    // A stream stays out of the heap as long as it has the earliest event, because records often come in runs.
     void run()
     try {
         std::vector<stream *> by_time;
@@ -215,7 +216,7 @@ bt_plugin_handle ctf_plugin()
 {
     const bt_plugin *plugin = nullptr;
     if (bt_plugin_find("ctf", BT_TRUE, BT_TRUE, BT_TRUE, BT_TRUE, BT_FALSE, &plugin) != BT_PLUGIN_FIND_STATUS_OK)
-        throw unreadable("libbabeltrace2 has no plugin that reads recordings: is it installed whole?");
+        throw unreadable("libbabeltrace2 has no plugin that reads recordings: is it installed completely?");
     return bt_plugin_handle(plugin);
 }
 
@@ -228,7 +229,7 @@ bt_value_handle inputs(const fs::path &folder)
     return parameters;
 }
 
-// Null: the trace does not open, and the thread has an error to be taken.
+// Null: the trace does not open, and libbabeltrace2 has an error for this thread, which taken_reason() takes.
 const bt_component_source *add_source(bt_graph *graph, const bt_plugin *plugin, const fs::path &trace)
 {
     const bt_component_class_source *reader = bt_plugin_borrow_source_component_class_by_name_const(plugin, "fs");
@@ -247,7 +248,7 @@ std::string problem_with(const bt_plugin *plugin, const fs::path &trace)
 
 // ---- Damaged traces ----
 
-// A folder that goes when the reading is over.
+// A folder that is deleted after the reading.
 class scratch_folder
 {
 public:
@@ -255,7 +256,7 @@ public:
     {
         std::string name = (fs::temp_directory_path() / "kel-trace-XXXXXX").string();
         if (!mkdtemp(name.data()))
-            throw unreadable("there is no room for a temporary folder");
+            throw unreadable("cannot create a temporary folder");
         path = name;
     }
     ~scratch_folder()
@@ -293,7 +294,7 @@ public:
         return whole_.path;
     }
 
-    // A text that may name the folder of links, with the trace's own.
+    // A message that may name the folder of links, with the trace's own name instead.
     std::string with_own_name(std::string text) const
     {
         const std::string links = whole_.path.string();
@@ -318,7 +319,7 @@ std::vector<fs::path> traces_of(const std::vector<std::string> &folders)
     for (const std::string &folder : folders) {
         const auto below = trace_folders(folder);
         if (below.empty())
-            throw unreadable(folder + ": there is no recording");
+            throw unreadable(folder + ": no recording found");
         traces.insert(traces.end(), below.begin(), below.end());
     }
     return traces;

@@ -8,7 +8,7 @@
 namespace kel_trace
 {
 
-// The nine events; `other` is an event of our providers that is none of them.
+// The nine events; `other` is any other event of the library's providers.
 enum class event : uint8_t {
     fn_enter,
     fn_exit,

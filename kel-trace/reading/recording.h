@@ -15,7 +15,7 @@
 namespace kel_trace
 {
 
-// The recording cannot be read, or does not say what is needed. The message tells what to do.
+// The recording cannot be read, or does not say what is needed. The message says what to do.
 struct unreadable : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
@@ -31,7 +31,7 @@ struct damaged_file {
 };
 
 struct recording {
-    std::vector<std::string> hosts; // by thread_key::host; "" where a trace does not tell
+    std::vector<std::string> hosts; // by thread_key::host; "" if a trace does not name it
     std::map<std::pair<uint32_t, int64_t>, std::string> process_names; // by host and process, where they are recorded
     std::set<std::pair<uint32_t, int64_t>> processes;
     std::vector<damaged_file> damaged;

@@ -1,4 +1,4 @@
-// Walking folders.
+// Searches folders for traces: a folder with a file "metadata" is one.
 #include "kel-trace/reading/trace_folders.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// One block for each cause: who, what, why, and the records.
+// Failures as text, one block for each cause (who, what, why, the records), and as a document. Finding causes is causes.cpp's.
 #include "kel-trace/views/explain_view.h"
 
 #include "kel-trace/operations/parameters.h"
@@ -91,12 +91,12 @@ std::string cause_text(const cause &of, const recording &found, const kelctl::pa
                             of.objects.size() > 1 ? ": " + kelctl::joined(of.objects, ", ") : "",
                             of.more_objects ? ", ..." : "");
     if (!newest.framed)
-        text += "  its entry was not recorded: what went before is missing\n";
+        text += "  its entry was not recorded; earlier records are missing\n";
     else if (!newest.whole)
         text += "  its end was not recorded\n";
     text += "  records:\n" + records_text(newest, why, paint);
     if (!of.consequences.empty())
-        text += "  what followed from it:\n";
+        text += "  consequences:\n";
     for (const auto &[key, one] : of.consequences)
         text += consequence_text(one);
     return text;
@@ -190,7 +190,7 @@ std::string explain_text(const causes &all, const recording &found, std::optiona
     const auto asides = all.asides();
     std::string text;
     if (!asides.empty())
-        text += "\nReported and gone on after, the newest last:\n";
+        text += "\nReported by operations that continued, newest last:\n";
     for (const aside *one : newest(asides, last))
         text += aside_text(*one, found);
     uint64_t count = 0;

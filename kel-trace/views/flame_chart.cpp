@@ -1,4 +1,5 @@
-// An array of complete events. Times are in microseconds, with the nanoseconds behind the point.
+// Writes an array of complete events, one by one, because a recording can have millions. Times are in microseconds, with the
+// nanoseconds as decimals.
 #include "kel-trace/views/flame_chart.h"
 
 #include "notation/json.h"

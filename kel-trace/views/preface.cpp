@@ -1,4 +1,4 @@
-// Losses, extent, processes.
+// What precedes every view: losses, the extent of the recording, processes that it does not distinguish.
 #include "kel-trace/views/preface.h"
 
 #include "kel-trace/reading/instant.h"
@@ -28,8 +28,9 @@ std::string losses_text(const recording &found)
     if (found.unknown_discarded)
         text += "The tracer discarded records that it did not count: record again with larger buffers.\n";
     for (const damaged_file &one : found.damaged)
-        text += fmt::format("Left out from where it is damaged: {}: {}\n", one.file, kelctl::without_controls(one.why));
-    return text.empty() ? text : text + "What follows is of the rest.\n";
+        text += fmt::format("Damaged, the rest of the file is left out: {}: {}\n", one.file,
+                            kelctl::without_controls(one.why));
+    return text.empty() ? text : text + "The following covers the other records.\n";
 }
 
 std::string process_name(const recording &found, const thread_key &of)
@@ -50,7 +51,7 @@ std::string preface_text(const recording &found, const cut_operations *cut)
                         found.hosts.size() > 1 ? fmt::format(" on {} hosts", found.hosts.size()) : "",
                         instant_text(found.first), instant_text(found.last));
     if (found.processes.size() == 1 && found.processes.begin()->second == 0)
-        text += "The recording does not tell processes apart: lttng add-context --userspace --type=vpid\n";
+        text += "The recording does not distinguish processes: lttng add-context --userspace --type=vpid\n";
     if (cut && *cut != cut_operations{})
         text += fmt::format("Operations cut off, and not counted: {} by the beginning, {} by the end, {} within.\n",
                             cut->at_beginning, cut->at_end, cut->within);

@@ -1,4 +1,4 @@
-// Tables of timings.
+// Tables of timings per operation and closed call, and the same as a document. The figures are statistics.cpp's.
 #include "kel-trace/views/report_view.h"
 
 #include "kel-trace/reading/instant.h"
@@ -20,7 +20,7 @@ using kelctl::with_separators;
 using notation::document;
 
 constexpr int64_t second = 1'000'000'000;
-constexpr std::string_view other_event = "others of our providers";
+constexpr std::string_view other_event = "other events of the library";
 
 std::string_view event_text(size_t event)
 {

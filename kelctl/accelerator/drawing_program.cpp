@@ -62,7 +62,7 @@ drawing drawn_by(const drawing_program &program, const std::string &argument, co
 {
     const int text = file_in_memory(input);
     if (text < 0)
-        return {"", fmt::format("{} cannot be told what to draw: {}", program.title, std::strerror(errno))};
+        return {"", fmt::format("the graph cannot be passed to {}: {}", program.title, std::strerror(errno))};
     constexpr int read_both = G_SUBPROCESS_FLAGS_STDOUT_PIPE | G_SUBPROCESS_FLAGS_STDERR_PIPE;
     g_autoptr(GSubprocessLauncher) launcher = g_subprocess_launcher_new(static_cast<GSubprocessFlags>(read_both));
     g_subprocess_launcher_take_stdin_fd(launcher, text);
@@ -82,7 +82,7 @@ drawing drawn_by(const drawing_program &program, const std::string &argument, co
     if (!g_subprocess_get_successful(child))
         return {"", fmt::format("{} failed: {}", program.title, end_of(child, told))};
     if (g_bytes_get_size(picture) == 0)
-        return {"", fmt::format("{} drew nothing", program.title)};
+        return {"", fmt::format("{} returned no picture", program.title)};
     return {text_in(picture), ""};
 }
 

@@ -195,9 +195,9 @@ std::optional<notation::document> sweep_accelerator(const sweep_scenario &scenar
         .clean_up = [](void *pointer) { context_at(pointer).scenario.clean_up(); },
         .describe =
             [](void *pointer) {
-                sweep_context &told = context_at(pointer);
-                told.note = notation::to_json(told.scenario.note());
-                return told.note.c_str();
+                sweep_context &swept = context_at(pointer);
+                swept.note = notation::to_json(swept.scenario.note());
+                return swept.note.c_str();
             },
         .context = &context,
         .time_limit = scenario.time_limit,

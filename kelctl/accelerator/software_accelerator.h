@@ -33,7 +33,7 @@ std::optional<notation::document> accelerator_snapshot();
 // Its queues alone, which are few however many paths there are.
 std::optional<notation::document> accelerator_queues();
 
-// Waits until the timestamp thread has done all that there was to do, or has ended. False when that cannot be told
+// Waits until the timestamp thread has no work left, or has ended. False when that cannot be determined
 // here, or did not come within the time.
 bool timing_settled(uint32_t milliseconds);
 
@@ -53,7 +53,7 @@ std::optional<std::string> accelerator_graph();
 
 void reset_accelerator();
 
-// Told how many runs of a sweep are over, and how many there are to be.
+// Gets how many runs of a sweep are complete, and how many are planned.
 using sweep_watcher = std::function<bool(size_t done, size_t planned)>;
 
 // A run of a fault sweep and what follows it, both in a child process. `note`, an object, is a
@@ -65,7 +65,7 @@ struct sweep_scenario {
     uint32_t time_limit; // milliseconds for one run
 };
 
-// The sweep's report; none when no child process can be made. `go_on` is asked in front of each run:
+// The sweep's report; none if no child process can be created. `go_on` is called before each run:
 // false ends the sweep.
 std::optional<notation::document> sweep_accelerator(const sweep_scenario &scenario, const sweep_watcher &go_on);
 
@@ -76,7 +76,7 @@ enum class offered { taken, unknown };
 offered offer_frames(const mac_address &to, uint64_t frames, uint32_t octets);
 offered send_frames(uint32_t from, uint64_t frames, uint32_t octets);
 
-// What became of a frame: it left, it was dropped for a reason, or it never left.
+// What happened to a frame: it left, it was dropped for a reason, or it never left.
 enum class frame_fate : uint8_t { sent, too_long, no_room, no_way, no_queue, never_left };
 
 struct frame_report {
@@ -90,8 +90,7 @@ struct frame_report {
 // Offers one frame at this instant, with an identity other than 0.
 offered offer_frame(const mac_address &to, uint32_t octets, uint64_t identity);
 
-// Gets a report of what becomes of frames that have an identity, in the order of these instants. It must not ask the accelerator
-// for anything.
+// Gets a report of each frame with an identity that leaves or is dropped, in order of time. It must not call the accelerator.
 using frame_watcher = std::function<void(const frame_report &)>;
 
 // One at a time.

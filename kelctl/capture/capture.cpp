@@ -107,14 +107,14 @@ capture read_capture(const std::string &file)
     if (!opened_file)
         return {.wrong = why};
     if (const int link = libpcap().datalink(opened_file.get()); link != DLT_EN10MB)
-        return {.wrong = fmt::format("has no Ethernet frames, but {}", name_of_link(link))};
+        return {.wrong = fmt::format("is a capture of {}, not of Ethernet", name_of_link(link))};
     return read_frames(opened_file.get(), stream);
 }
 
 std::optional<std::string> write_capture(const std::string &file, std::span<const timed_frame> frames)
 {
     if (!std::all_of(frames.begin(), frames.end(), fits))
-        return "cannot be written: it would have frames of later than the year 2106";
+        return "cannot be written: pcap holds no times after the year 2106";
     char *text = nullptr;
     size_t size = 0;
     std::FILE *const memory = open_memstream(&text, &size);

@@ -1,4 +1,5 @@
-// The program's table as a whole: its families in order.
+// The program's table as a whole: the groups, and the rows of all families in the order in which help lists them. The rows
+// themselves are in commands_*.cpp.
 #include "kelctl/commands/commands.h"
 
 #include <algorithm>

@@ -1,4 +1,5 @@
-// Looking into the software accelerator, and switching it off and on.
+// Commands that show the software accelerator as a whole, snapshot and graph, and reset it. Its faults are in
+// commands_fault.cpp, its time and traffic in commands_time.cpp and commands_traffic.cpp.
 #include "kelctl/accelerator/graphviz.h"
 #include "kelctl/accelerator/software_accelerator.h"
 #include "kelctl/commands/commands.h"
@@ -18,10 +19,10 @@ namespace
 {
 
 constexpr std::string_view reset_details =
-    R"(The accelerator is empty afterwards, its time 0 and its fault rules gone. What
-the library keeps it still has: its handles are stale, counts of paths stay.)";
+    R"(Deletes all objects and fault rules of the accelerator and sets its time to 0.
+The library keeps its own state: its handles are stale, its counts of paths stay.)";
 
-// What a start set off belongs to what is shown.
+// The timestamp thread of a start runs beside the script. Waiting for it makes every output the same.
 void settle_if_started(const session &session)
 {
     if (session.timed)
@@ -37,6 +38,7 @@ result show_snapshot(const invocation &, session &session)
     return {.shown = std::move(document), .text = node_view(node, ports, std::nullopt, session.output_page())};
 }
 
+// The session forgets what it made, too: nothing is left to undo.
 result reset_node(const invocation &, session &session)
 {
     reset_accelerator();
@@ -47,7 +49,7 @@ result reset_node(const invocation &, session &session)
     return {};
 }
 
-// PNG is not text, and has no place among what is shown.
+// The picture itself is the result, also in JSON, so its format has to be text: draw() refuses PNG without a file.
 result shown_picture(const std::string &format, const std::string &picture)
 {
     return {.shown = {{"format", format}, {"graph", picture}}, .text = picture};
@@ -60,7 +62,7 @@ result written_picture(const std::string &format, const std::string &file, const
     return {.shown = {{"format", format}, {"file", file}}};
 }
 
-// The accelerator writes a handle beside each queue and scheduler; who asked for them knows what they serve.
+// The accelerator labels queues and schedulers with handles only; the session knows their ports and units.
 void add_name(handle of, const std::string &name, std::string &graph)
 {
     const std::string shown = fmt::format(">0x{:x}<", of);
@@ -83,11 +85,11 @@ result draw(const invocation &asked, session &session)
     const std::string &format = asked.given.text("--format");
     const bool to_file = asked.given.has("--output");
     if (format == "png" && !to_file)
-        return wrong_use("--format png needs --output as well");
+        return wrong_use("--format png requires --output");
     settle_if_started(session);
     auto dot = accelerator_graph();
     if (!dot)
-        return refused("this software accelerator draws no graph");
+        return refused("this software accelerator cannot draw a graph");
     dot = with_names(*std::move(dot), session);
     const drawing drawn = format == "dot" ? drawing{*dot, ""} : drawn_by_graphviz(*dot, format);
     if (!drawn.refused.empty())
@@ -103,26 +105,26 @@ std::vector<command> accelerator_commands()
     return {
         {.name = "snapshot",
          .variants = {{.run = show_snapshot}},
-         .help = "Show everything that the accelerator holds",
+         .help = "Show all objects of the accelerator",
          .details = "With --json: its own document, with counters, the timing unit and faults.",
          .needs_accelerator = true},
         {.name = "graph",
          .variants = {{.run = draw}},
          .help = "Draw schedulers, queues, end points and groups",
-         .details = "SVG and PNG are drawn by Graphviz's \"dot\", which has to be installed.",
+         .details = "SVG and PNG require Graphviz's \"dot\".",
          .arguments = {{.name = "--format",
                         .kind = kind::choice({"dot", "svg", "png"}),
-                        .help = "of the picture",
+                        .help = "format of the picture",
                         .otherwise = "dot"},
                        {.name = "--output",
                         .kind = kind::file(),
-                        .help = "write the picture there; PNG has to be",
+                        .help = "write the picture to this file; required for PNG",
                         .required = false}},
          .example = "graph --format svg --output node.svg",
          .needs_accelerator = true},
         {.name = "node reset",
          .variants = {{.run = reset_node}},
-         .help = "Switch the accelerator off and on",
+         .help = "Power-cycle the accelerator",
          .details = reset_details,
          .needs_accelerator = true},
     };

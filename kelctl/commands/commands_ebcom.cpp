@@ -1,4 +1,5 @@
-// The EBCOM service: its interface, start and stop, the timestamp offset, the scheduler tree.
+// Rows of the EBCOM service: its interface, start and stop, the timestamp offset, the scheduler tree. Its parameters are in
+// commands_parameters.cpp, its paths in commands_path.cpp, its counters in commands_statistics.cpp.
 #include "kel/kel_core_ic_ebcom.h"
 #include "kelctl/commands/commands.h"
 #include "kelctl/session/session.h"
@@ -12,7 +13,7 @@ namespace
 {
 
 constexpr range cycles_range = {std::numeric_limits<int64_t>::min(), std::numeric_limits<int64_t>::max(),
-                                "64 bits with a sign"};
+                                "signed 64 bits"};
 
 result create_interface(const invocation &asked, session &session)
 {
@@ -25,6 +26,7 @@ result create_interface(const invocation &asked, session &session)
     return done;
 }
 
+// From the first start on, a timestamp thread runs, for which snapshots wait.
 result start(const invocation &asked, session &session)
 {
     result done = session.call(asked, kel_core_ic_ebcom_start);
@@ -32,7 +34,7 @@ result start(const invocation &asked, session &session)
     return done;
 }
 
-// What stops, forgets the paths whatever it answers.
+// A stop forgets the library's queues whatever it returns, so the session forgets the paths, too.
 template <uint32_t (*Function)()> result stop(const invocation &asked, session &session)
 {
     session.paths.clear();
@@ -74,23 +76,23 @@ std::vector<command> ebcom_commands()
         {.name = "ebcom stop",
          .variants = {{"kel_core_ic_ebcom_stop", stop<kel_core_ic_ebcom_stop>}},
          .help = "Stop the service: release queues and schedulers",
-         .details = "Remove all paths first: those left in the driver kit cannot be deleted any more."},
+         .details = "Remove all paths first: after a stop, nothing can delete those left in the driver kit."},
         {.name = "ebcom timestamp offset",
          .variants = {{"kel_ic_ebcom_cycles_to_ork_timestamp_offset", convert_offset}},
          .help = "Convert a timing-unit reading into a timestamp offset",
          .arguments = {{.name = "--cycles", .kind = kind::number(cycles_range), .help = "cycle count of the reading"},
-                       {.name = "--frequency", .kind = kind::number(dword_range), .help = "clock frequency of it"}},
+                       {.name = "--frequency", .kind = kind::number(dword_range), .help = "clock frequency"}},
          .example = "ebcom timestamp offset --cycles 40 --frequency 250000"},
         {.name = "ebcom qos init",
          .variants = {{"kel_ic_ebcom_init_qos", call_plainly<kel_ic_ebcom_init_qos>}},
-         .help = "Build the scheduler tree, a part of the start",
+         .help = "Build the scheduler tree (one step of the start)",
          .undo = "ebcom qos deinit",
          .makes = {.one = "scheduler tree", .undone = "released"},
          .failure_leaves_something = true,
          .starts = "EBCOM service"},
         {.name = "ebcom qos deinit",
          .variants = {{"kel_ic_ebcom_deinit_qos", stop<kel_ic_ebcom_deinit_qos>}},
-         .help = "Release queues and schedulers, a part of the stop"},
+         .help = "Release queues and schedulers (one step of the stop)"},
     };
 }
 

@@ -1,4 +1,5 @@
-// Fault rules of the software accelerator: which closed calls fail, take their time or block.
+// Rows of the fault group: rules that make closed calls fail, delay them or block them. The syntax of a rule belongs to the
+// software accelerator; this file passes rules on as text.
 #include "kelctl/accelerator/software_accelerator.h"
 #include "kelctl/commands/commands.h"
 #include "kelctl/node/load_node_file.h"
@@ -15,13 +16,14 @@ namespace
 
 constexpr std::string_view add_details =
     R"(A rule is FUNCTION[:CALL[*TIMES]]=EFFECT[,EFFECT]. CALL counts the function's
-calls from now on. Effects are a code to return, "latency:250us" of virtual
-time, and "block", for functions of the timing unit, until "fault release". Of
-the rules that one call meets, the one added first counts.
+calls from now on. EFFECT is a code to return, "latency:250us" of virtual time,
+or "block" (timing unit only) until "fault release". If several rules match a
+call, the first one added applies.
 
-A file has rules in lines; # begins a comment. When one rule is wrong, none is
+A file has one rule per line; # begins a comment. If one rule is wrong, none is
 added.)";
 
+// All rules of the file or none. Problems have their line and column, as those of a script.
 result add_file(const std::string &file)
 {
     problem_list problems;
@@ -39,8 +41,7 @@ result add_faults(const invocation &asked, session &)
     const auto &rules = asked.given.get<std::vector<std::string>>("RULE");
     const bool from_file = asked.given.has("--file");
     if (rules.empty() != from_file)
-        return wrong_use(from_file ? "rules come from the command or from --file, not from both"
-                                   : "a RULE or --file is required");
+        return wrong_use(from_file ? "RULE and --file cannot be used together" : "a RULE or --file is required");
     if (from_file)
         return add_file(asked.given.text("--file"));
     if (auto wrong = add_accelerator_faults(joined(rules, ";")))
@@ -76,31 +77,32 @@ std::vector<command> fault_commands()
     return {
         {.name = "fault add",
          .variants = {{.run = add_faults}},
-         .help = "Let calls of the driver kit and its companions fail",
+         .help = "Make calls of the closed libraries fail",
          .details = add_details,
-         .arguments = {{.name = "--file", .kind = kind::file(), .help = "rules from a file instead", .required = false},
-                       {.name = "RULE",
-                        .kind = kind::text(),
-                        .help = "which calls, and what becomes of them",
-                        .required = false,
-                        .repeated = true}},
+         .arguments =
+             {{.name = "--file", .kind = kind::file(), .help = "read the rules from this file", .required = false},
+              {.name = "RULE",
+               .kind = kind::text(),
+               .help = "which calls fail, and how",
+               .required = false,
+               .repeated = true}},
          .example = "fault add ork_ebcom_pcep_path_create:3=-4 kel_init_attach:2*3=10",
          .needs_accelerator = true},
         {.name = "fault list",
          .variants = {{.run = list_faults}},
-         .help = "Show the rules, and how many calls met each",
+         .help = "List the rules and how many calls matched each",
          .needs_accelerator = true},
         {.name = "fault clear",
          .variants = {{.run = clear_faults}},
-         .help = "Forget all rules, and let blocked calls go on",
+         .help = "Remove all rules and release blocked calls",
          .needs_accelerator = true},
         {.name = "fault release",
          .variants = {{.run = release_calls}},
-         .help = "Let the calls go on that a rule blocks at this moment",
+         .help = "Release the calls that rules block now",
          .needs_accelerator = true},
         {.name = "fault functions",
          .variants = {{.run = list_functions}},
-         .help = "List what a rule may name, and the codes of a sweep",
+         .help = "List the functions that rules can name, and the codes that a sweep tries",
          .needs_accelerator = true,
          .offline = true},
     };

@@ -1,4 +1,4 @@
-// Multicast groups of PCEPs.
+// Rows of multicast groups and their members. The PCEPs that become members are in commands_pcep.cpp.
 #include "kel/kel_core_ic_pcep.h"
 #include "kelctl/commands/commands.h"
 #include "kelctl/session/session.h"
@@ -10,7 +10,7 @@ namespace
 
 const argument group = {.name = "GROUP", .kind = kind::group_id(), .help = "id of the multicast group"};
 const argument new_group = {.name = "GROUP", .kind = kind::new_group_id(), .help = "id of the multicast group"};
-const argument member = {.name = "ID", .kind = kind::pcep_id(), .help = "of the PCEP that is the member"};
+const argument member = {.name = "ID", .kind = kind::pcep_id(), .help = "id of the PCEP"};
 
 template <uint32_t (*Function)(uint32_t)> result change_group(const invocation &asked, session &session)
 {

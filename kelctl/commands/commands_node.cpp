@@ -1,4 +1,4 @@
-// Whole nodes from their files.
+// Rows that work on a whole node file: up, check, plan. Running up is in kelctl/jobs, reading the file in kelctl/nodefile.
 #include "kelctl/commands/commands.h"
 #include "kelctl/commands/watch_arguments.h"
 #include "kelctl/jobs/up.h"
@@ -18,29 +18,29 @@ namespace
 
 const argument node_file_argument = {.name = "FILE", .kind = kind::file(), .help = "node file (TOML)"};
 
-constexpr std::string_view up_details = R"(The whole file is checked first. Every problem is printed as
-file:line:column: message, and then nothing is started.
+constexpr std::string_view up_details = R"(Checks the whole file first. If the file has problems, prints each one as
+file:line:column: message and starts nothing.
 
-A failing operation is printed with its arguments, its code, who refused and its
-trace records. Then what was made so far is taken down in reverse order, and the
-report lists what was undone, what could not be, and what the accelerator still
-holds. --keep leaves it in place instead; on the software accelerator, which
-ends with kelctl, --hold gives time to look at it. --trace prints every record on
-standard error: event, domain, message, location.
+If an operation fails, prints its arguments, its code, the library that refused
+it and its trace records. Then takes the node down in reverse order and reports
+what was undone, what could not be undone, and what is left in the accelerator.
+--keep skips the take-down. The software accelerator ends with kelctl: combine
+--keep with --hold to inspect it. --trace prints every trace record on standard
+error: event, domain, message, location.
 
 --watch is the command "watch" while the node is up: on the software accelerator
 it plays the traffic of the file's [[traffic]] tables in virtual time.
 
-Ctrl-C takes the node down. A second one ends kelctl at once. --hold and
---watch end as well when the reader of standard output goes away.)";
+Ctrl-C takes the node down; a second one ends kelctl at once. --hold and --watch
+also end when the reader of standard output closes it.)";
 
 std::vector<argument> arguments_of_up()
 {
     std::vector<argument> all = {
         node_file_argument,
-        {.name = "--hold", .kind = kind::flag(), .help = "take it down on Ctrl-C or SIGTERM only"},
+        {.name = "--hold", .kind = kind::flag(), .help = "keep the node up until Ctrl-C or SIGTERM"},
         {.name = "--watch", .kind = kind::flag(), .help = "play the file's traffic and show counters and rates"},
-        {.name = "--keep", .kind = kind::flag(), .help = "keep what was made when a step fails"}};
+        {.name = "--keep", .kind = kind::flag(), .help = "skip the take-down when a step fails"}};
     for (argument &option : watch_arguments()) {
         option.needs = "--watch";
         all.push_back(std::move(option));
@@ -85,7 +85,7 @@ result plan(const invocation &asked, session &session)
     const std::string &name = asked.given.text("FILE");
     auto [lines, errors, warnings] = load_node_file(name, session.table);
     if (!errors.empty())
-        return wrong_input(name, std::move(errors), "nothing was planned");
+        return wrong_input(name, std::move(errors), "no plan was printed");
     const fields up = list_of(lines, text_of);
     const fields down = list_of(undo_of_all(lines, session.table), text_of);
     return {.shown = {{"up", up}, {"down", down}}, .text = script_of("Up", up) + "\n" + script_of("Down", down)};
@@ -105,13 +105,13 @@ std::vector<command> node_commands()
          .sources = {source::program}},
         {.name = "check",
          .variants = {{.run = check}},
-         .help = "Check a node file and do nothing else",
+         .help = "Check a node file and start nothing",
          .arguments = {node_file_argument},
          .example = "check examples/node.toml",
          .offline = true},
         {.name = "plan",
          .variants = {{.run = plan}},
-         .help = "Show what up does as a script, which run carries out",
+         .help = "Print what up does, as a script for run",
          .arguments = {node_file_argument},
          .example = "plan examples/node.toml",
          .offline = true},

@@ -1,4 +1,4 @@
-// What holds for the whole process and its EBCOM service: the own MP id, the parameters, the fixed limits.
+// Rows for values that the whole process shares: the own MP id, the service-wide parameters, the fixed limits.
 #include "kel/kel_core_ic_ebcom.h"
 #include "kelctl/commands/commands.h"
 #include "kelctl/session/session.h"
@@ -14,15 +14,17 @@ namespace kelctl
 namespace
 {
 
+// No library call: the library reads the environment variable MPID, and keeps the first id that it finds.
 result set_mp_id(const invocation &asked, session &)
 {
     const auto id = asked.given.number<uint8_t>("MPID");
     if (adopt_mp_id(id))
         return {};
-    return refused(fmt::format("the MP id cannot become {}: it is {} in this process already, and the library keeps it",
-                               id, own_mp_id()));
+    return refused(
+        fmt::format("the MP id cannot change to {}: the library already uses {} in this process", id, own_mp_id()));
 }
 
+// The settings are two octets at an address of their own; the library uses the low 4 bits of each.
 result set_parameters(const invocation &asked, session &session)
 {
     const auto &numbers = asked.given.get<std::vector<uint32_t>>("--settings");
@@ -51,8 +53,8 @@ std::vector<command> parameter_commands()
     return {
         {.name = "mpid",
          .variants = {{.run = set_mp_id}},
-         .help = "Set the own MP id, by which the library knows its processor",
-         .details = "The library reads it once and keeps it for as long as the process lives.",
+         .help = "Set the own MP id, the number of this processor",
+         .details = "The library reads it once per process.",
          .arguments = {{.name = "MPID", .kind = kind::number(mpid_range), .help = "own MP id"}},
          .example = "mpid 5"},
         {.name = "ebcom params set",
@@ -61,7 +63,7 @@ std::vector<command> parameter_commands()
          .arguments = {{.name = "--mtu", .kind = kind::number(mtu_range, dword_range), .help = "MTU of the IC ports"},
                        {.name = "--ether-type",
                         .kind = kind::number(ether_type_range, dword_range),
-                        .help = "of EBCOM frames"},
+                        .help = "EtherType of EBCOM frames"},
                        {.name = "--settings", .kind = kind::octets(2, setting_range), .help = "two 4-bit values"}},
          .example = "ebcom params set --mtu 1500 --ether-type 0x88b5 --settings 1,2",
          .makes = {.one = "parameters"}},

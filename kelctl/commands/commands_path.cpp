@@ -1,4 +1,5 @@
-// Paths, the shapers and queues underneath, and what is looked up by a destination.
+// Rows of paths, of the shapers and queues below them, and of look-ups by destination. Counters of a queue are in
+// commands_statistics.cpp.
 #include "kel/kel_core_ic_ebcom.h"
 #include "kelctl/commands/commands.h"
 #include "kelctl/input/interruption.h"
@@ -27,10 +28,10 @@ const argument through_port = {.name = "--port", .kind = kind::ebcom_port(), .he
 
 const argument path_count = {.name = "--count",
                              .kind = kind::number(path_count_range),
-                             .help = "so many paths, to addresses that count up from this one; 1 unless given",
+                             .help = "number of paths, to consecutive addresses from MAC on (default 1)",
                              .required = false};
 
-// Of a path, or of the part of it that `last` is not for.
+// The arguments of a path or a shaper; `last` are those of a path only.
 std::vector<argument> shaped(std::vector<argument> last = {})
 {
     std::vector<argument> all = {
@@ -40,20 +41,20 @@ std::vector<argument> shaped(std::vector<argument> last = {})
         {.name = "--burst", .kind = kind::burst(), .help = "largest burst of the shaped queue", .needs = "--rate"},
         {.name = "--threshold",
          .kind = kind::threshold(),
-         .help = "how much may wait in the shaped queue",
+         .help = "memory for frames that wait in the shaped queue",
          .otherwise = std::string(unshaped_threshold),
          .needs = "--rate"},
         {.name = "--shaping",
          .kind = kind::only_raw(octet_range),
-         .help = "with --raw: whether there is any, 1 unless given",
+         .help = "with --raw: whether the queue is shaped (default 1)",
          .needs = "--rate"}};
     std::ranges::move(last, std::back_inserter(all));
     return all;
 }
 
 constexpr std::string_view shaping_details =
-    R"(Without --rate and --burst the queue is not shaped. A port has one queue: every
-path on it has to ask for the same shaping.)";
+    R"(Without --rate and --burst the queue is not shaped. All paths of a port share one
+queue and require the same shaping.)";
 
 kel_ebcom_path_config path_of(const arguments &given)
 {
@@ -65,6 +66,7 @@ kel_ebcom_path_config path_of(const arguments &given)
     path.shaping_enabled = given.has("--shaping") ? given.number<uint8_t>("--shaping") : uint8_t{1};
     path.shaping_rate = given.number<uint32_t>("--rate");
     path.burst_size = given.number<uint32_t>("--burst");
+    // The library counts the threshold in blocks, the command line in octets.
     path.buffer_threshold = given.number<uint32_t>("--threshold") / threshold_block;
     return path;
 }
@@ -74,11 +76,11 @@ std::optional<objection> check_count(const arguments &given)
     const mac_address &first = given.mac("MAC");
     if (!given.has("--count") || given.number<uint32_t>("--count") - 1 <= addresses_after(first))
         return std::nullopt;
-    return objection{"--count", fmt::format("only {} more addresses follow {} in its last three octets",
-                                            addresses_after(first), to_text(first))};
+    return objection{"--count", fmt::format("at most {} paths from {} on: only the last three octets count up",
+                                            addresses_after(first) + 1, to_text(first))};
 }
 
-// What becomes of a path among those that the session remembers.
+// How a successful call changes the paths that the session remembers, which name the queues in its output.
 using change = void (*)(std::vector<kel_ebcom_path_config> &paths, const kel_ebcom_path_config &path);
 
 void added(std::vector<kel_ebcom_path_config> &paths, const kel_ebcom_path_config &path)
@@ -86,7 +88,7 @@ void added(std::vector<kel_ebcom_path_config> &paths, const kel_ebcom_path_confi
     paths.push_back(path);
 }
 
-// Takes back the last one to this destination through this port; none that was never asked for.
+// Removes the newest path to this destination through this port; nothing if the session added none.
 void removed(std::vector<kel_ebcom_path_config> &paths, const kel_ebcom_path_config &path)
 {
     const auto last = std::find_if(paths.rbegin(), paths.rend(), [&path](const kel_ebcom_path_config &one) {
@@ -96,7 +98,7 @@ void removed(std::vector<kel_ebcom_path_config> &paths, const kel_ebcom_path_con
         paths.erase(std::next(last).base());
 }
 
-// One path after the other, each as if it were asked for by itself.
+// One invocation per path, so that each can be undone and a failure names its address.
 result change_paths(const invocation &asked, session &session)
 {
     const mac_address first = asked.given.mac("MAC");
@@ -139,6 +141,7 @@ result change_shaper(const invocation &asked, session &session)
     return done;
 }
 
+// Remembers the handle, which completion then offers.
 template <uint32_t (*Function)(const uint8_t *, void **), std::set<uint64_t> known_words::*Handles>
 result look_up_handle(const invocation &asked, session &session)
 {
@@ -195,7 +198,7 @@ std::vector<command> path_commands()
          .service = "EBCOM service"},
         {.name = "ebcom shaper add",
          .variants = {{"kel_ic_ebcom_add_shaper", change_shaper<kel_ic_ebcom_add_shaper, added>}},
-         .help = "Take a reference on a port's queue, a part of path add",
+         .help = "Take a reference on a port's queue (one step of path add)",
          .details = shaping_details,
          .arguments = shaped(),
          .example = "ebcom shaper add 02:00:02:02:00:02 --port RLU1Q",
@@ -204,7 +207,7 @@ std::vector<command> path_commands()
          .service = "EBCOM service"},
         {.name = "ebcom shaper remove",
          .variants = {{"kel_ic_ebcom_remove_shaper", change_shaper<kel_ic_ebcom_remove_shaper, removed>}},
-         .help = "Give a reference on a port's queue back",
+         .help = "Drop a reference on a port's queue",
          .arguments = {destination, through_port},
          .example = "ebcom shaper remove 02:00:02:02:00:02 --port RLU1Q",
          .service = "EBCOM service"},
@@ -224,7 +227,7 @@ std::vector<command> path_commands()
          .service = "EBCOM service"},
         {.name = "ebcom port channel",
          .variants = {{"kel_ic_ebcom_port_to_mac_chan", check_port_channel}},
-         .help = "Ask for the MAC channel of an IC port",
+         .help = "Look up the MAC channel of an IC port",
          .details = "There is no mapping of ports to channels: every port but 0 is accepted.",
          .arguments = {{.name = "PORT", .kind = kind::port(), .help = "IC port"}},
          .example = "ebcom port channel RLU1P"},

@@ -1,4 +1,4 @@
-// PCEPs, and the service that keeps them.
+// Rows of the PCEP service and of unicast PCEPs. Groups are in commands_group.cpp, counters in commands_statistics.cpp.
 #include "kel/kel_core_ic_pcep.h"
 #include "kel/kel_node_names.h"
 #include "kelctl/commands/commands.h"
@@ -17,11 +17,12 @@ namespace kelctl
 namespace
 {
 
-const argument pcep = {.name = "ID", .kind = kind::pcep_id(), .help = "of the PCEP"};
-const argument new_pcep = {.name = "ID", .kind = kind::new_pcep_id(), .help = "of the PCEP"};
+const argument pcep = {.name = "ID", .kind = kind::pcep_id(), .help = "id of the PCEP"};
+const argument new_pcep = {.name = "ID", .kind = kind::new_pcep_id(), .help = "id of the PCEP"};
 
 kel_pcep_config configuration_of(const arguments &given)
 {
+    // The remote id has 24 bits, in three octets, little-endian.
     const auto remote = given.number<uint32_t>("--remote-id");
     kel_pcep_config config{};
     for (size_t i = 0; i < std::size(config.remote_pcep_id); ++i)
@@ -90,23 +91,24 @@ result ask_for_multicast_queue(const invocation &asked, session &session)
 
 std::vector<argument> arguments_of_a_new_pcep()
 {
-    return {new_pcep,
-            {.name = "--remote-id", .kind = kind::number(remote_id_range), .help = "id at the other end, 24 bits"},
-            {.name = "--local", .kind = kind::mac(), .help = "address at this end; on the HSFP the PCEP gets bound"},
-            {.name = "--remote", .kind = kind::mac(), .help = "address at the other end"},
-            {.name = "--vlan", .kind = kind::number(vlan_range, word_range), .help = "VLAN id"},
-            {.name = "--priority",
-             .kind = kind::number(priority_range, octet_range),
-             .help = "VLAN priority",
-             .otherwise = "0"},
-            {.name = "--byte19",
-             .kind = kind::number(octet_range),
-             .help = "handed to the driver kit as it is",
-             .otherwise = "0"},
-            {.name = "--word20",
-             .kind = kind::number(word_range),
-             .help = "handed to the driver kit as it is",
-             .otherwise = "0"}};
+    return {
+        new_pcep,
+        {.name = "--remote-id", .kind = kind::number(remote_id_range), .help = "id at the other end, 24 bits"},
+        {.name = "--local", .kind = kind::mac(), .help = "address at this end; binds the PCEP if it is on the HSFP"},
+        {.name = "--remote", .kind = kind::mac(), .help = "address at the other end"},
+        {.name = "--vlan", .kind = kind::number(vlan_range, word_range), .help = "VLAN id"},
+        {.name = "--priority",
+         .kind = kind::number(priority_range, octet_range),
+         .help = "VLAN priority",
+         .otherwise = "0"},
+        {.name = "--byte19",
+         .kind = kind::number(octet_range),
+         .help = "passed to the driver kit unchanged",
+         .otherwise = "0"},
+        {.name = "--word20",
+         .kind = kind::number(word_range),
+         .help = "passed to the driver kit unchanged",
+         .otherwise = "0"}};
 }
 
 } // namespace
@@ -122,7 +124,7 @@ std::vector<command> pcep_commands()
          .starts = "PCEP service"},
         {.name = "pcep stop",
          .variants = {{"kel_core_ic_pcep_stop", call_plainly<kel_core_ic_pcep_stop>}},
-         .help = "Stop the PCEP service and forget its table",
+         .help = "Stop the PCEP service and clear its table",
          .details = "PCEPs and groups stay in the driver kit: remove them first."},
         {.name = "pcep add",
          .variants = {{"kel_core_ic_pcep_add", add_pcep}},
@@ -144,7 +146,7 @@ std::vector<command> pcep_commands()
          .help = "List the driver-kit handles of all PCEPs"},
         {.name = "pcep multicast queue",
          .variants = {{"kel_core_ic_pcep_create_queue_and_scheduler_for_multicast", ask_for_multicast_queue}},
-         .help = "Ask the start's hook for a multicast queue: it makes none"},
+         .help = "Call the hook for multicast queues, which creates none"},
         {.name = "pcep locate",
          .variants = {{"kel_ic_pcep_get_location_and_type_from_branch", locate}},
          .help = "Show the location of an address and its type",

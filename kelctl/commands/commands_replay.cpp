@@ -1,4 +1,4 @@
-// Captures of real traffic, sent through a node.
+// The row of "traffic replay". The job itself is in kelctl/replay.
 #include "kelctl/commands/commands.h"
 #include "kelctl/replay/replay.h"
 
@@ -8,20 +8,21 @@ namespace
 {
 
 constexpr std::string_view replay_details =
-    R"(The node is brought up, and taken down afterwards. A frame's destination MAC
-address chooses its path, its time in the capture when it is offered. The file
-of --out gets the frames that left, with the times at which they did, as pcap
-with nanoseconds. Streams of the file's [[traffic]] tables are not offered.
+    R"(Brings the node up, offers the frames, and takes the node down. A frame's
+destination MAC address selects its path, its time in the capture is when it is
+offered. --out is a pcap file with nanoseconds; it contains the frames that were
+sent, with the times at which they were sent. The file's [[traffic]] tables are
+ignored.
 
-pcap and pcapng with Ethernet frames are read, through libpcap. A frame counts
-with its whole length, also where the capture has only its beginning, and with
-a check sequence of 4 octets, which captures leave out. What is read is checked
-before anything starts; what is written replaces a file once it is complete.)";
+Reads Ethernet frames from pcap and pcapng, through libpcap. The length of a
+frame is its original length, even if the capture has only its beginning, plus a
+check sequence of 4 octets, which captures leave out. Both input files are
+checked before the node starts. Output files are replaced once complete.)";
 
 std::optional<objection> check_files(const arguments &given)
 {
     if (given.has("--dropped") && given.text("--dropped") == given.text("--out"))
-        return objection{"--dropped", "is the file of --out"};
+        return objection{"--dropped", "is the same file as --out"};
     return std::nullopt;
 }
 
@@ -36,18 +37,18 @@ std::vector<command> replay_commands()
          .details = replay_details,
          .arguments = {{.name = "FILE", .kind = kind::file(), .help = "node file (TOML)"},
                        {.name = "CAPTURE", .kind = kind::file(), .help = "frames to offer (pcap, pcapng)"},
-                       {.name = "--out", .kind = kind::file(), .help = "write the frames that left there"},
+                       {.name = "--out", .kind = kind::file(), .help = "write the frames that were sent to this file"},
                        {.name = "--dropped",
                         .kind = kind::file(),
-                        .help = "write those there that did not leave, with the times at which they came",
+                        .help = "write the other frames, with their original times, to this file",
                         .required = false},
                        {.name = "--plot",
                         .kind = kind::file(),
-                        .help = "draw rate, backlog and delay of the queues there (SVG); needs gnuplot",
+                        .help = "plot rate, backlog and delay of the queues to this file (SVG); requires gnuplot",
                         .required = false},
                        {.name = "--sort",
                         .kind = kind::flag(),
-                        .help = "put frames in the order of their times; else going back is an error"}},
+                        .help = "sort frames by time; without it, a frame out of order is an error"}},
          .check = check_files,
          .example = "traffic replay node.toml in.pcap --out out.pcap",
          .sources = {source::program},

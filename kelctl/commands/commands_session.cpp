@@ -1,4 +1,4 @@
-// Commands about commands: scripts, the shell, help, the version.
+// Rows about other commands: run, shell, help, exit, version. Running scripts and the shell is in kelctl/jobs.
 #include "kelctl/commands/commands.h"
 #include "kelctl/jobs/script.h"
 #include "kelctl/jobs/shell.h"
@@ -14,27 +14,26 @@ namespace kelctl
 namespace
 {
 
-constexpr std::string_view run_details = R"(A script has a command in each line, written as on the command line, without
-"kelctl". # begins a comment; quotes keep blanks in a word. All lines are
-checked before the first one is run: wrong ones are printed as
-script:line:column: message. It stops at the first line that fails.
+constexpr std::string_view run_details = R"(A script has one command per line, written as on the command line, without
+"kelctl". # begins a comment; quotes keep blanks in a word. Checks all lines
+before it runs the first one, and prints wrong ones as
+script:line:column: message. Stops at the first line that fails.
 
 All commands run in one process and so on one node.)";
 
 constexpr std::string_view shell_details =
-    R"(On a terminal there is a prompt, with a history that lasts from one shell to the
-next, and completion with TAB: commands, options, ports, and addresses, ids and
-handles that were used or that the accelerator holds. Ctrl-C gives a line up,
-Ctrl-D, "exit" or "quit" leaves.
+    R"(On a terminal, shows a prompt with a saved history. TAB completes commands,
+options, ports, and the addresses, ids and handles that were used or exist in the
+accelerator. Ctrl-C cancels the line; Ctrl-D, "exit" or "quit" leaves the shell.
 
-With a node file the node is brought up first and taken down at the end.
+With a node file, brings the node up first and takes it down at the end.
 
-Elsewhere commands are read line by line and run as they come; the exit status
-is the worst of theirs.)";
+If standard input is not a terminal, runs each line as it is read; the exit
+status is the worst of all commands.)";
 
 const argument words_of_a_command = {.name = "COMMAND",
                                      .kind = kind::command_words(),
-                                     .help = "words of a command or of a group",
+                                     .help = "a command or a group of commands",
                                      .required = false,
                                      .repeated = true};
 
@@ -45,7 +44,7 @@ result show_help(const invocation &asked, session &session)
     const command *row = session.table.find(words);
     const bool whole = row && row->allowed_in(where);
     if (!whole && session.table.next_words(words, where).empty())
-        return wrong_use(fmt::format("there is no command {}", in_quotes(words)));
+        return wrong_use(fmt::format("unknown command {}", in_quotes(words)));
     const size_t width = line_width(stdout).value_or(usual_width);
     const std::string help = whole ? help_of(*row, where, width) : help_of_words(session.table, words, where, width);
     return {.shown = {{"help", help}}, .text = help};
@@ -69,31 +68,29 @@ std::vector<command> session_commands()
     return {
         {.name = "run",
          .variants = {{.run = run_script}},
-         .help = "Carry out a script of commands",
+         .help = "Run a script of commands",
          .details = run_details,
          .arguments = {{.name = "SCRIPT", .kind = kind::file(), .help = "script; - for standard input"},
-                       {.name = "--keep-going", .kind = kind::flag(), .help = "go on after lines that fail"}},
+                       {.name = "--keep-going", .kind = kind::flag(), .help = "continue after a line fails"}},
          .example = "run examples/node.kel",
          .sources = {source::program}},
         {.name = "shell",
          .variants = {{.run = shell}},
-         .help = "Carry out commands as they are typed",
+         .help = "Run commands interactively",
          .details = shell_details,
-         .arguments = {{.name = "FILE",
-                        .kind = kind::file(),
-                        .help = "node file: the node is up while the shell runs",
-                        .required = false}},
+         .arguments =
+             {{.name = "FILE", .kind = kind::file(), .help = "node file to bring up first", .required = false}},
          .example = "shell examples/node.toml",
          .sources = {source::program}},
         {.name = "help",
          .variants = {{.run = show_help}},
-         .help = "Show the commands, or one in full",
+         .help = "List the commands, or describe one",
          .arguments = {words_of_a_command},
          .example = "help ebcom path add",
          .offline = true},
         {.name = "?",
          .variants = {{.run = show_help}},
-         .help = "The same as help",
+         .help = "Same as help",
          .arguments = {words_of_a_command},
          .example = "? ebcom path add",
          .sources = {source::shell},
@@ -105,7 +102,7 @@ std::vector<command> session_commands()
          .offline = true},
         {.name = "quit",
          .variants = {{.run = leave}},
-         .help = "The same as exit",
+         .help = "Same as exit",
          .sources = {source::shell},
          .offline = true},
         {.name = "version",

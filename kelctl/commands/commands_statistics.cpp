@@ -1,4 +1,5 @@
-// Counters: of the service, of queues, of PCEPs; as records and as the formatting library's text.
+// Rows of counters: of the service, of queues, of PCEPs; as records and as the formatting library's text. A row of this file
+// has one variant per exported function, because several functions read the same counters.
 #include "kel/kel_core_ic_ebcom.h"
 #include "kel/kel_core_ic_pcep.h"
 #include "kelctl/commands/commands.h"
@@ -21,13 +22,13 @@ constexpr uint32_t longest_text = 4096; // octets; one that is longer fails with
 constexpr uint8_t text_table = 0; // the format
 
 const argument destination = {.name = "MAC", .kind = kind::mac(), .help = "destination that the queue carries"};
-const argument pcep = {.name = "ID", .kind = kind::pcep_id(), .help = "of a unicast PCEP"};
+const argument pcep = {.name = "ID", .kind = kind::pcep_id(), .help = "id of the PCEP"};
 
 argument text_format()
 {
     return {.name = "--format",
             .kind = kind::format(),
-            .help = "layout of the text; text unless given",
+            .help = "layout of the text (default text)",
             .required = false,
             .only_for = {"text", "text-second-name", "text-2"}};
 }
@@ -55,7 +56,7 @@ std::string hexadecimal(const void *octets, size_t count)
 
 // ---- The service ----
 
-// What the octets count, only the driver kit knows.
+// Only the driver kit defines what the octets count, so they are shown as hexadecimal rows.
 result global_record(const invocation &asked, session &session)
 {
     ebcom_global_stats stats{};
@@ -170,7 +171,7 @@ std::vector<command> statistics_commands()
          .service = "EBCOM service"},
         {.name = "ebcom burst stats",
          .variants = {{"kel_ic_ebcom_set_burst_stats", burst_record}},
-         .help = "Run the burst step of the queue counters: it measures none",
+         .help = "Call the burst step of the queue counters, which measures nothing",
          .arguments = {{.name = "--queue", .kind = kind::queue_handle(), .help = "of the queue", .required = false},
                        {.name = "--scheduler",
                         .kind = kind::scheduler_handle(),

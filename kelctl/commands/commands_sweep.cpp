@@ -1,4 +1,4 @@
-// The fault sweep over a script.
+// The row of "sweep": which scripts it accepts, its progress and its exit status. The sweep itself is in kelctl/sweep.
 #include "kelctl/commands/commands.h"
 #include "kelctl/input/interruption.h"
 #include "kelctl/jobs/script.h"
@@ -20,22 +20,21 @@ namespace
 constexpr range time_limit_range = {1, 3'600'000, "1 to 3600000 milliseconds"};
 
 constexpr std::string_view sweep_details =
-    R"(The script is run once undisturbed. Then, for each closed call that it makes and
-for each code of that call's library, it is run with that one call failing, and
-with that call and all later ones of its function failing; each time on a node
-just switched on, in a process of its own. A run ends at the first line that
-fails. Then what the lines before it made is taken down in reverse order: each
-line that another command undoes, such as "ebcom path add" by "ebcom path
-remove", and that the script has not undone itself. Calls of the take-down do
-not fail. What is left after it belongs to nobody.
+    R"(Runs the script once without faults. Then, for each closed call that it makes and
+for each code of that call's library, runs it twice: with that call failing, and
+with that call and all later ones of its function failing. Every run is a process
+with an empty node of its own. It ends at the first line that fails. Then the
+sweep undoes, in reverse order, the lines before that line, such as "ebcom path
+add" by "ebcom path remove", unless the script has undone them itself. Calls of
+this take-down do not fail. The sweep reports the objects that are left.
 
-Some of it is documented with the operation that failed. Anything else, a crash
-and a hang make the exit status 1.
+Some leftovers are documented with the operation that failed. Any other one, a
+crash or a hang makes the exit status 1.
 
-Ctrl-C ends the sweep after the run that is under way; what the runs until then
-found is shown. A second one ends kelctl at once.)";
+Ctrl-C ends the sweep after the current run and shows the results so far. A
+second one ends kelctl at once.)";
 
-// Why a sweep over this script says nothing; empty when it does.
+// Why this script cannot be swept; empty if it can. One that fails without a fault would hide every finding after it.
 std::string unfit(const sweep_run &undisturbed)
 {
     if (undisturbed.came_out == verdict::crashed || undisturbed.came_out == verdict::hung)
@@ -46,7 +45,7 @@ std::string unfit(const sweep_run &undisturbed)
     return fmt::format("line {} fails without any fault{}", undisturbed.line, code);
 }
 
-// On a terminal, how far it is.
+// Runs the sweep; `seen`: with its progress on standard error. The line is left before anything else is printed.
 std::optional<sweep_report> sweep_in_sight(const command_table &table, const std::vector<invocation> &lines,
                                            uint32_t time_limit, bool seen)
 {
@@ -74,8 +73,8 @@ result swept(const sweep_report &report, const std::string &file)
     done.text = sweep_view(report, page_for(stdout));
     done.shown = sweep_fields(report);
     if (ended)
-        done.remark = fmt::format("{}: interrupted, {} of {} runs were made", without_controls(file),
-                                  report.runs.size(), report.planned);
+        done.remark = fmt::format("{}: interrupted after {} of {} runs", without_controls(file), report.runs.size(),
+                                  report.planned);
     return done;
 }
 
@@ -89,7 +88,7 @@ result sweep_script(const invocation &asked, session &session)
     const bool seen = is_terminal(stderr) && !session.json() && !session.quiet();
     const auto report = sweep_in_sight(session.table, lines, asked.given.number<uint32_t>("--time-limit"), seen);
     if (!report)
-        return refused("no child process can be made", file);
+        return refused("cannot create a child process", file);
     if (std::string why = unfit(report->undisturbed); !why.empty())
         return refused(std::move(why), file);
     return swept(*report, file);
@@ -102,12 +101,12 @@ std::vector<command> sweep_commands()
     return {
         {.name = "sweep",
          .variants = {{.run = sweep_script}},
-         .help = "Run a script again and again, each of its calls failing",
+         .help = "Make each call of a script fail in turn; report what is left",
          .details = sweep_details,
          .arguments = {{.name = "SCRIPT", .kind = kind::file(), .help = "script; - for standard input"},
                        {.name = "--time-limit",
                         .kind = kind::number(time_limit_range),
-                        .help = "for one run",
+                        .help = "time limit of one run",
                         .otherwise = "10000"}},
          .example = "sweep examples/whole-node.kel",
          .sources = {source::program},

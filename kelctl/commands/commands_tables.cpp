@@ -1,4 +1,4 @@
-// Tables of what there is: IC ports and locations, codes, limits.
+// Rows that print fixed tables and call no operation: ports and locations, codes, limits.
 #include "kel/kel_core_ic_ebcom.h"
 #include "kel/kel_node_names.h"
 #include "kelctl/accelerator/software_accelerator.h"
@@ -27,7 +27,7 @@ fields port_row(int32_t port)
             {"queue", row ? fields(row->queue) : fields(nullptr)}};
 }
 
-// How the bytes 2 and 3 of an address, counted from 0, tell its owner's location.
+// How the bytes 2 and 3 of an address, counted from 0, give its owner's location.
 constexpr struct location_bytes {
     kel_location location;
     const char *byte3;

@@ -1,4 +1,4 @@
-// The virtual time of the software accelerator, in which traffic passes.
+// Rows of virtual time: advance and show it. Streams of traffic, which pass with it, are in commands_traffic.cpp.
 #include "kelctl/accelerator/software_accelerator.h"
 #include "kelctl/commands/commands.h"
 #include "kelctl/input/interruption.h"
@@ -18,14 +18,14 @@ namespace kelctl
 namespace
 {
 
-// In pieces: a long time can be interrupted, and on a terminal it is seen how far it is.
+// In pieces, so that a long time can be interrupted and a terminal can show the progress, from one second on.
 result advance(const invocation &asked, session &session)
 {
     constexpr uint64_t pieces = 1000;
     constexpr std::chrono::seconds unseen(1);
     const auto begin = std::chrono::steady_clock::now();
     const auto time = asked.given.number<uint64_t>("TIME");
-    progress shown("thousandths of the time", pieces, stderr,
+    progress shown("advancing time", pieces, stderr,
                    is_terminal(stderr) && !session.json() && !session.tracing() && !session.quiet());
     uint64_t passed = 0;
     for (uint64_t piece = 1; piece <= pieces && !interrupted(); ++piece) {
@@ -36,7 +36,7 @@ result advance(const invocation &asked, session &session)
     }
     shown.leave_line();
     if (passed < time)
-        return refused(fmt::format("interrupted: {} of {} have passed", quantity_text(passed, duration_units),
+        return refused(fmt::format("interrupted after {} of {}", quantity_text(passed, duration_units),
                                    quantity_text(time, duration_units)));
     return {};
 }
@@ -57,8 +57,8 @@ std::vector<command> time_commands()
         {.name = "time advance",
          .variants = {{.run = advance}},
          .help = "Advance virtual time and play the streams of traffic",
-         .details = "Ctrl-C ends it in a script and in the shell.",
-         .arguments = {{.name = "TIME", .kind = kind::duration(duration_range), .help = "how much: 250ms"}},
+         .details = "In a script and in the shell, Ctrl-C interrupts it.",
+         .arguments = {{.name = "TIME", .kind = kind::duration(duration_range), .help = "how long, such as 250ms"}},
          .example = "time advance 250ms",
          .needs_accelerator = true},
         {.name = "time show",

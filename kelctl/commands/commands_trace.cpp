@@ -1,4 +1,5 @@
-// The message formatter, the trace point without effect, and the fatal path.
+// Rows of the exported tracing functions: the message formatter, the empty trace point, the restart request. Recordings are
+// kel-trace's.
 #include "kel/kel_trace.h"
 #include "kelctl/commands/commands.h"
 #include "kelctl/session/session.h"
@@ -13,7 +14,7 @@ namespace
 
 constexpr const char *prefix_format = "%s(): ";
 
-// The list of values is what this variant is about: it can be made only from arguments.
+// kel_trace_internal_vformat_str takes a va_list, which only a variadic function can make.
 [[gnu::format(printf, 3, 4)]] char *format_list(const char *before, const char *prefix, const char *body, ...)
 {
     va_list values;
@@ -65,22 +66,20 @@ std::vector<command> trace_commands()
         {.name = "trace message",
          .variants = {{"kel_trace_internal_format_str", format_message<kel_trace_internal_format_str>, "values"},
                       {"kel_trace_internal_vformat_str", format_message<format_list>, "list"}},
-         .help = "Format a message as trace records are",
-         .arguments = {{.name = "TEXT", .kind = kind::text(), .help = "of the message; cut at 1023 characters"},
-                       {.name = "--prefix",
-                        .kind = kind::text(),
-                        .help = "name of a function to stand before it",
-                        .required = false}},
+         .help = "Format a message like those of trace records",
+         .arguments =
+             {{.name = "TEXT", .kind = kind::text(), .help = "text of the message; cut at 1023 characters"},
+              {.name = "--prefix", .kind = kind::text(), .help = "function name to put in front", .required = false}},
          .example = "trace message 'port=6' --prefix bring_up"},
         {.name = "trace point",
          .variants = {{"kel_tracepoint", pass_trace_point}},
-         .help = "Pass the trace point, which does nothing"},
+         .help = "Call the trace point, which does nothing"},
         {.name = "abort",
          .variants = {{"kel_abort_internal_abort", abort_node}},
          .help = "Ask the node's restart service for a restart",
-         .details = "The service decides; the command itself goes on.",
+         .details = "The service decides whether to restart; the command returns at once.",
          .arguments =
-             {{.name = "REASON", .kind = kind::text(), .help = "cut at 127 characters"},
+             {{.name = "REASON", .kind = kind::text(), .help = "reason; cut at 127 characters"},
               {.name = "--file", .kind = kind::text(), .help = "source file of the request", .otherwise = "kelctl"},
               {.name = "--line",
                .kind = kind::number(dword_range),

@@ -1,4 +1,5 @@
-// Virtual traffic of the software accelerator: frames at once, and streams that pass with virtual time.
+// Rows of virtual traffic: frames offered at once, and streams that pass with virtual time. Captures are in
+// commands_replay.cpp.
 #include "kelctl/accelerator/software_accelerator.h"
 #include "kelctl/commands/commands.h"
 #include "kelctl/session/session.h"
@@ -19,8 +20,8 @@ constexpr range frames_range = {0, 1'000'000'000, "0 to 1000000000"};
 std::vector<argument> with_frames(argument whom)
 {
     return {std::move(whom),
-            {.name = "--frames", .kind = kind::number(frames_range), .help = "how many"},
-            {.name = "--octets", .kind = kind::number(frame_length_range), .help = "length of each"}};
+            {.name = "--frames", .kind = kind::number(frames_range), .help = "number of frames"},
+            {.name = "--octets", .kind = kind::number(frame_length_range), .help = "length of each frame"}};
 }
 
 result offer(const invocation &asked, session &)
@@ -28,7 +29,7 @@ result offer(const invocation &asked, session &)
     const mac_address &mac = asked.given.mac("MAC");
     if (offer_frames(mac, asked.given.number<uint64_t>("--frames"), asked.given.number<uint32_t>("--octets")) ==
         offered::unknown)
-        return refused(fmt::format("neither a path nor a PCEP has the address {}", to_text(mac)));
+        return refused(fmt::format("no path and no PCEP has the address {}", to_text(mac)));
     return {};
 }
 
@@ -37,7 +38,7 @@ result send(const invocation &asked, session &)
     const uint32_t id = asked.given.number<uint32_t>("ID");
     if (send_frames(id, asked.given.number<uint64_t>("--frames"), asked.given.number<uint32_t>("--octets")) ==
         offered::unknown)
-        return refused(fmt::format("neither a PCEP nor a multicast group has the id {}", id));
+        return refused(fmt::format("no PCEP and no multicast group has the id {}", id));
     return {};
 }
 
@@ -72,12 +73,12 @@ std::optional<objection> check_stream(const arguments &given)
     const traffic_entry stream = stream_of(given);
     if (offerings_in_a_second(stream) > most_offerings_a_second)
         return objection{given.has("--rate") ? "--rate" : "--frames-per-second",
-                         fmt::format("more than {} frames or bursts of them in a second; larger bursts are fewer",
+                         fmt::format("more than {} frames or bursts per second; larger bursts reduce them",
                                      most_offerings_a_second)};
     if (stream.stop && *stream.stop <= stream.start)
-        return objection{"--stop", "is not after the start"};
+        return objection{"--stop", "is not later than the start"};
     if (!periods_fit(stream))
-        return objection{"--arrivals", "on-off arrivals, and no others, have --on and --off"};
+        return objection{"--arrivals", "--on and --off are required with on-off, and only with it"};
     return std::nullopt;
 }
 
@@ -89,39 +90,40 @@ result add_stream(const invocation &asked, session &session)
 
 std::vector<argument> arguments_of_a_stream()
 {
-    return {{.name = "--to", .kind = kind::mac(), .help = "where they go", .instead = "--from"},
-            {.name = "--from",
-             .kind = kind::pcep_or_group_id(),
-             .help = "PCEP or group that sends them",
-             .instead = "--to"},
-            {.name = "--octets", .kind = kind::number(frame_length_range), .help = "length of each"},
-            {.name = "--rate", .kind = kind::rate(), .help = "rate of the stream", .instead = "--frames-per-second"},
-            {.name = "--frames-per-second",
-             .kind = kind::number(frames_per_second_range),
-             .help = "rate of the stream in frames",
-             .instead = "--rate"},
-            {.name = "--burst",
-             .kind = kind::number(burst_frames_range),
-             .help = "frames that come at the same time; the rate stays the same",
-             .otherwise = "1"},
-            {.name = "--start",
-             .kind = kind::duration(duration_range),
-             .help = "when the stream starts",
-             .otherwise = "0s"},
-            {.name = "--stop",
-             .kind = kind::duration(period_range),
-             .help = "when the stream ends; never unless given",
-             .required = false},
-            {.name = "--arrivals",
-             .kind = kind::choice({arrival_words.begin(), arrival_words.end()}),
-             .help = "equally far apart, at random, or in periods",
-             .otherwise = "constant"},
-            {.name = "--seed",
-             .kind = kind::number(dword_range),
-             .help = "of the random moments; the same seed gives the same ones",
-             .otherwise = "1"},
-            {.name = "--on", .kind = kind::duration(period_range), .help = "mean length of a period", .needs = "--off"},
-            {.name = "--off", .kind = kind::duration(period_range), .help = "mean length of a pause", .needs = "--on"}};
+    return {
+        {.name = "--to", .kind = kind::mac(), .help = "destination address", .instead = "--from"},
+        {.name = "--from",
+         .kind = kind::pcep_or_group_id(),
+         .help = "id of the sending PCEP or group",
+         .instead = "--to"},
+        {.name = "--octets", .kind = kind::number(frame_length_range), .help = "length of each frame"},
+        {.name = "--rate", .kind = kind::rate(), .help = "rate of the stream", .instead = "--frames-per-second"},
+        {.name = "--frames-per-second",
+         .kind = kind::number(frames_per_second_range),
+         .help = "rate of the stream in frames",
+         .instead = "--rate"},
+        {.name = "--burst",
+         .kind = kind::number(burst_frames_range),
+         .help = "frames per burst; the rate stays the same",
+         .otherwise = "1"},
+        {.name = "--start",
+         .kind = kind::duration(duration_range),
+         .help = "when the stream starts",
+         .otherwise = "0s"},
+        {.name = "--stop",
+         .kind = kind::duration(period_range),
+         .help = "when the stream ends (default never)",
+         .required = false},
+        {.name = "--arrivals",
+         .kind = kind::choice({arrival_words.begin(), arrival_words.end()}),
+         .help = "evenly spaced, random, or in on and off periods",
+         .otherwise = "constant"},
+        {.name = "--seed", .kind = kind::number(dword_range), .help = "seed of the random times", .otherwise = "1"},
+        {.name = "--on", .kind = kind::duration(period_range), .help = "mean length of an on period", .needs = "--off"},
+        {.name = "--off",
+         .kind = kind::duration(period_range),
+         .help = "mean length of an off period",
+         .needs = "--on"}};
 }
 
 } // namespace
@@ -131,22 +133,22 @@ std::vector<command> traffic_commands()
     return {
         {.name = "traffic offer",
          .variants = {{.run = offer}},
-         .help = "Offer frames for a destination, all at this instant of virtual time",
-         .details = "They enter the queue of the path there, and leave it as time advances.",
-         .arguments = with_frames({.name = "MAC", .kind = kind::mac(), .help = "where they go"}),
+         .help = "Offer frames for a destination, all at the current virtual time",
+         .details = "Frames enter the queue of the destination's path and leave it as time advances.",
+         .arguments = with_frames({.name = "MAC", .kind = kind::mac(), .help = "destination address"}),
          .example = "traffic offer 02:00:02:02:00:01 --frames 1000 --octets 1500",
          .needs_accelerator = true},
         {.name = "traffic send",
          .variants = {{.run = send}},
          .help = "Send frames from a PCEP or a multicast group",
          .details = "A PCEP sends to its remote address, a group to that of each member.",
-         .arguments = with_frames({.name = "ID", .kind = kind::pcep_or_group_id(), .help = "of the PCEP or group"}),
+         .arguments = with_frames({.name = "ID", .kind = kind::pcep_or_group_id(), .help = "id of the PCEP or group"}),
          .example = "traffic send 300 --frames 10 --octets 64",
          .needs_accelerator = true},
         {.name = "traffic stream add",
          .variants = {{.run = add_stream}},
          .help = "Offer a stream of frames while virtual time passes",
-         .details = "Times count from when the stream is added.",
+         .details = "Times are relative to the moment at which the stream is added.",
          .arguments = arguments_of_a_stream(),
          .check = check_stream,
          .example = "traffic stream add --to 02:00:02:02:00:01 --octets 1500 --rate 60Mbit/s",

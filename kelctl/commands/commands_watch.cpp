@@ -11,16 +11,16 @@ namespace
 {
 
 constexpr std::string_view watch_details =
-    R"(Rates are those of the time since the last reading. On a terminal readings are
-drawn over each other; elsewhere each has a block of its own, or with --json a
-line. It ends with Ctrl-C, or when the reader of standard output goes away.
+    R"(Rates are averages since the previous reading. A terminal shows readings in
+place; any other output gets one block per reading, or with --json one line. Ends
+on Ctrl-C, or when the reader of standard output closes it.
 
-The software accelerator's virtual time passes meanwhile, with the streams of
-traffic that were added, as fast as real time unless --step or --interval say
-otherwise. On another platform rates are over real time, and what only the
-software accelerator counts is not known.
+On the software accelerator, virtual time passes as fast as real time, unless
+--step or --interval change it, and the added streams of traffic are played. On
+another platform, rates are over real time, and values that only the software
+accelerator counts are shown as unknown.
 
-With --queue or --pcep alone only that queue or PCEP is read.)";
+With only --queue or --pcep, reads only that queue or PCEP.)";
 
 constexpr range interval_range = {0, 3'600'000'000'000, "0 s to 3600 s"};
 
@@ -28,27 +28,27 @@ constexpr range interval_range = {0, 3'600'000'000'000, "0 s to 3600 s"};
 
 std::vector<argument> watch_arguments()
 {
-    return {{.name = "--queue", .kind = kind::ebcom_port(), .help = "this port's queue", .required = false},
-            {.name = "--pcep", .kind = kind::pcep_id(), .help = "this PCEP", .required = false},
+    return {{.name = "--queue", .kind = kind::ebcom_port(), .help = "show the queue of this port", .required = false},
+            {.name = "--pcep", .kind = kind::pcep_id(), .help = "show this PCEP", .required = false},
             {.name = "--sort",
              .kind = kind::choice(rate_keys()),
-             .help = "largest first; in the order of creation unless given",
+             .help = "largest first (default: order of creation)",
              .required = false},
             {.name = "--interval",
              .kind = kind::duration(interval_range),
-             .help = "from one reading to the next; 200ms unless given",
+             .help = "time between two readings (default 200ms)",
              .required = false},
             {.name = "--step",
              .kind = kind::duration(period_range),
-             .help = "virtual time that passes between; 200ms unless given",
+             .help = "virtual time that passes per update (default 200ms)",
              .required = false},
             {.name = "--for",
              .kind = kind::duration(period_range),
-             .help = "end after so much time, virtual where it passes",
+             .help = "stop after this much time, virtual on the software accelerator",
              .required = false},
             {.name = "--plot",
              .kind = kind::file(),
-             .help = "at the end, draw rate, backlog and delay of the queues there (SVG); needs gnuplot",
+             .help = "at the end, plot rate, backlog and delay of the queues to this file (SVG); requires gnuplot",
              .required = false}};
 }
 

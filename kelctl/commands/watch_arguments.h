@@ -1,4 +1,4 @@
-// What the live view is told: options of `watch`, and of `up` after --watch.
+// Options of the live view: those of `watch`, and of `up` after --watch.
 #pragma once
 
 #include "kelctl/language/command.h"

@@ -1,4 +1,4 @@
-// kelctl-documents: prints the manual pages, which are made from the program's tables. For the build.
+// kelctl-documents: prints the manual pages. The build runs it; it is not installed.
 #include "kelctl/commands/commands.h"
 #include "kelctl/documents/manual.h"
 #include "kelctl/documents/node_manual.h"

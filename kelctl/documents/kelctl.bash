@@ -1,4 +1,4 @@
-# bash completion for kelctl: the program itself tells what a word may become. It must not wait for a tracing daemon.
+# bash completion for kelctl: the program itself lists the possible words. It must not wait for a tracing daemon.
 _kelctl()
 {
     local cur words cword

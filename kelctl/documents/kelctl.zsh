@@ -1,5 +1,5 @@
 #compdef kelctl
-# The program itself tells what a word may become. It must not wait for a tracing daemon.
+# The program itself lists the possible words. It must not wait for a tracing daemon.
 _kelctl()
 {
     local -a offered

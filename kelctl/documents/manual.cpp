@@ -1,4 +1,5 @@
-// The sections of kelctl(1).
+// The sections of kelctl(1). Texts about single commands are in their rows (kelctl/commands), so that help shows the same;
+// only what belongs to no command is written here.
 #include "kelctl/documents/manual.h"
 
 #include "kelctl/documents/roff.h"
@@ -18,8 +19,8 @@ constexpr std::string_view description =
     R"(kelctl configures the IC side of a node's packet accelerator. It brings a whole node up from a file, node.toml(5),
 and has a command for every function of the library.
 
-Each process has its own node, which ends with the process. Commands that belong together go into a script, for
-"kelctl run", or into a shell, "kelctl shell".)";
+Each process has its own node, which ends with the process. To run several commands on the same node, use a script,
+"kelctl run", or the shell, "kelctl shell".)";
 
 constexpr std::string_view scripts =
     R"(A script has one command per line, without the word kelctl. Blanks separate words. Single or double quotes keep blanks
@@ -34,10 +35,10 @@ constexpr meaning files[] = {
     {"/usr/share/doc/kelctl/examples/whole-node.kel",
      "A script with every operation that changes something, for sweep."},
     {"~/.local/state/kelctl/history", "The lines of the shell; in $XDG_STATE_HOME/kelctl if that variable is set."},
-    {"~/.editrc",
-     "The keys of the shell, as editrc(5) describes them; lines that begin with \"kelctl:\" are for it alone. It takes "
-     "the place of .inputrc. The environment variable EDITRC names another file."},
-    {"/tmp/KEL_DUMP_EBCOM_QOS_HANDLE_FILENAME", "What \"ebcom qos dump\" writes."},
+    {"~/.editrc", "The keys of the shell, as editrc(5) describes them; lines that begin with \"kelctl:\" apply to "
+                  "kelctl only. It takes "
+                  "the place of .inputrc. The environment variable EDITRC names another file."},
+    {"/tmp/KEL_DUMP_EBCOM_QOS_HANDLE_FILENAME", "The output of \"ebcom qos dump\"."},
 };
 
 // The example files where the package installs them.
@@ -59,10 +60,10 @@ void add_arguments(roff_page &page, const std::vector<argument> &arguments)
 std::string_view restriction_of(const command &row)
 {
     if (row.sources == std::vector{source::program})
-        return "Not in scripts and the shell.";
+        return "Not available in scripts and the shell.";
     if (row.sources == std::vector{source::shell})
-        return "Only in the shell.";
-    return row.allowed_in(source::program) ? "" : "Only in scripts and the shell.";
+        return "Available in the shell only.";
+    return row.allowed_in(source::program) ? "" : "Available in scripts and the shell only.";
 }
 
 void add_command(roff_page &page, const command &row)
@@ -70,7 +71,7 @@ void add_command(roff_page &page, const command &row)
     page.subsection(joined(usage_of(row), " "));
     page.text(fmt::format("{}.", row.help));
     if (row.needs_accelerator)
-        page.text("Only on the software accelerator.");
+        page.text("Requires the software accelerator.");
     if (const std::string_view places = restriction_of(row); !places.empty())
         page.text(places);
     add_arguments(page, row.arguments);
@@ -98,7 +99,7 @@ std::string program_manual(const command_table &table, std::string_view version)
     page.section("DESCRIPTION");
     page.text(description);
     page.section("OPTIONS");
-    page.text("Every command has these:");
+    page.text("Every command takes these options:");
     add_arguments(page, shared_options());
     page.text("\nInstead of a command:");
     add_meanings(page, options_without_command());

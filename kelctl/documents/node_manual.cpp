@@ -1,4 +1,4 @@
-// The sections of node.toml(5).
+// The sections of node.toml(5). Texts about tables are in kelctl/nodefile/node_keys.cpp, about keys in the rows of commands.
 #include "kelctl/documents/node_manual.h"
 
 #include "kelctl/documents/roff.h"
@@ -17,8 +17,8 @@ constexpr std::string_view description =
 written in TOML. kelctl checks the whole file before it starts anything, and reports each problem as
 file:line:column: message.
 
-Each table stands for a command of kelctl(1), and each key for one of its arguments. A value is what the argument takes,
-as a number or as a text.
+Each table is equivalent to a command of kelctl(1), and each key to one of its arguments. A value is written as for the
+argument, as a number or a string.
 
 )";
 
@@ -68,7 +68,7 @@ void add_key(roff_page &page, const node_key &key, const node_table &table, cons
 void add_table(roff_page &page, const node_table &table, const command_table &rows)
 {
     page.subsection(table.heading());
-    page.text(fmt::format("{}\nStands for \"{}\".", table.help, table.row));
+    page.text(fmt::format("{}\nEquivalent to \"{}\".", table.help, table.row));
     for (const node_key &key : table.keys)
         add_key(page, key, table, rows);
 }

@@ -1,4 +1,4 @@
-// Escaping, and the macros.
+// Escapes text and writes requests of the man macros. Knows no command and no key.
 #include "kelctl/documents/roff.h"
 
 #include <fmt/core.h>
@@ -11,7 +11,8 @@ namespace kelctl
 namespace
 {
 
-// Hyphens are to be copied as they are typed; backslashes and quotes must not reach the formatter as requests.
+// An unescaped hyphen prints as a typographic one, which cannot be pasted into a shell; backslashes and quotes would begin
+// requests.
 std::string escaped(std::string_view text)
 {
     std::string made;
@@ -20,7 +21,7 @@ std::string escaped(std::string_view text)
     return made;
 }
 
-// What begins a line with a dot or an apostrophe would be a request.
+// A line that begins with a dot or an apostrophe would be a request; \& before it prints nothing.
 std::string line_of(std::string_view text)
 {
     const bool request = text.starts_with('.') || text.starts_with('\'');

@@ -59,7 +59,7 @@ history_file::history_file()
         read_lines();
         return;
     }
-    refusal_ = fmt::format("{}: not a regular file that you own and may write; no history is kept",
+    refusal_ = fmt::format("{}: not a regular file that you own and can write; the history is not saved",
                            without_controls(file.string()));
     close(descriptor);
 }

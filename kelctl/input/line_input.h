@@ -1,4 +1,4 @@
-// Lines from a pipe or a file, for a shell that nobody types into. Typed lines are line_editor.h.
+// Lines from a pipe or a file, for a shell without a terminal. Typed lines are line_editor.h.
 //
 //     line_input input(STDIN_FILENO);
 //     while (const auto line = input.next())

@@ -36,9 +36,9 @@ size_t error_width()
 std::string outcome_text(const std::optional<snapshot> &left)
 {
     if (!left)
-        return "Taken down. What is left cannot be shown: not available on this platform";
+        return "Taken down. This platform cannot show what is left.";
     if (!left->empty())
-        return "Taken down, but left behind:\n" + leftover_view(*left, error_width());
+        return "Taken down. Left behind:\n" + leftover_view(*left, error_width());
     return "Taken down. The node is empty again.";
 }
 
@@ -127,7 +127,7 @@ void bring_up::show_stop(uint32_t line, result last)
     line_failed_ = !last.failures.empty() || !last.errors.empty();
     last.text = "";
     last.shown = fields::object();
-    last.remark = line_failed_ ? "" : "interrupted before the whole node stood";
+    last.remark = line_failed_ ? "" : "interrupted before the node was up";
     const bool in_file = line_failed_ && line != 0;
     session_.show_part(result_, std::move(last), {in_file ? file_ : "", line});
 }
@@ -189,9 +189,9 @@ bool bring_up::keep()
         }
     result part;
     part.text = "";
-    part.remark = products_text("kept standing: ", kept, error_width());
+    part.remark = products_text("kept: ", kept, error_width());
     if (held)
-        part.remark += "The node holds:\n" + leftover_view(*held, error_width());
+        part.remark += "The node contains:\n" + leftover_view(*held, error_width());
     part.shown = {{"kept", std::move(commands)}, {"kept_objects", objects_in(held)}};
     show(std::move(part));
     return true;

@@ -128,7 +128,7 @@ result run_lines_on(loaded_lines loaded, const std::string &file, session &sessi
     const bool stood = node.up();
     if (stood)
         node.show({.text = line_on(session.output_page(),
-                                   fmt::format("The node stands: {} paths, {} PCEPs, {} multicast groups", size.paths,
+                                   fmt::format("The node is up: {} paths, {} PCEPs, {} multicast groups", size.paths,
                                                size.pceps, size.groups))});
     result lines = stood ? run_lines(session) : result{};
     const bool clean = node.down();

@@ -26,7 +26,7 @@ result objects(std::optional<fields> document, const std::optional<snapshot> &no
     const size_t paths = session.paths.size();
     result shown;
     shown.text = node ? node_view(*node, ports, paths, session.output_page())
-                      : line_on(session.output_page(), "What exists cannot be shown: not available on this platform");
+                      : line_on(session.output_page(), "This platform cannot show the objects of the node.");
     shown.shown = {{"paths_added", paths}};
     if (session.json()) // it is large
         shown.shown["node"] = document ? *std::move(document) : fields(nullptr);
@@ -59,7 +59,7 @@ void hold(bring_up &node, session &session)
     if (session.json())
         session.stream({{"holding", {{"paths_added", session.paths.size()}}}});
     else
-        node.show({.text = "Holding the node until Ctrl-C."});
+        node.show({.text = "The node is up until Ctrl-C."});
     while (!unwanted_within(longest_wait))
         ;
 }

@@ -150,7 +150,7 @@ counted counted_in(const arguments &given)
 std::optional<std::string> wrong_watch(const arguments &given)
 {
     if (given.has("--step") && !on_software_accelerator())
-        return "--step does not apply: this platform is not the software accelerator";
+        return "--step requires the software accelerator";
     return given.has("--plot") ? no_plots() : std::nullopt;
 }
 

@@ -85,7 +85,7 @@ std::vector<uint32_t> read_numbers(std::string_view text, size_t count, const ra
         rest.remove_prefix(comma + 1);
     }
     if (values.size() != count)
-        throw wrong_value(fmt::format("{} is not {} numbers with commas between", in_quotes(text), count));
+        throw wrong_value(fmt::format("{} is not {} comma-separated numbers", in_quotes(text), count));
     return values;
 }
 
@@ -106,7 +106,7 @@ argument_value read_choice(std::string_view text, const std::vector<std::string>
         return std::string(text);
     const std::vector<std::string_view> known(words.begin(), words.end());
     throw wrong_value(
-        fmt::format("{} is none of {}{}", in_quotes(text), joined(words, ", "), did_you_mean(text, known)));
+        fmt::format("{} is not one of {}{}", in_quotes(text), joined(words, ", "), did_you_mean(text, known)));
 }
 
 argument_value read_format(std::string_view text)
@@ -117,7 +117,7 @@ argument_value read_format(std::string_view text)
     if (parse_whole_number(text))
         return read_number(text, octet_range);
     throw wrong_value(
-        fmt::format("{} is neither text, csv, json nor a number{}", in_quotes(text), did_you_mean(text, format_names)));
+        fmt::format("{} is not text, csv, json or a number{}", in_quotes(text), did_you_mean(text, format_names)));
 }
 
 argument_value read_text(std::string_view text)
@@ -323,7 +323,7 @@ argument_kind number(const range &allowed, const range &raw)
 argument_kind only_raw(const range &allowed)
 {
     argument_kind kind = number(allowed);
-    kind.read = [](std::string_view) -> argument_value { throw wrong_value("needs --raw as well"); };
+    kind.read = [](std::string_view) -> argument_value { throw wrong_value("requires --raw"); };
     return kind;
 }
 

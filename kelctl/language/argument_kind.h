@@ -27,7 +27,7 @@ namespace kelctl
 using argument_value =
     std::variant<bool, int64_t, uint64_t, std::string, mac_address, std::vector<uint32_t>, std::vector<std::string>>;
 
-// Thrown by a kind's reader. Its message follows the argument's name: "--vlan: 5000 is not in 0 to 4095".
+// Thrown by a kind's reader. Its message follows the argument's name: "--vlan: 5000 is not in the range 0 to 4095".
 class wrong_value : public std::runtime_error
 {
 public:

@@ -20,7 +20,7 @@ argument variant_option(const std::vector<variant> &variants)
     const std::string first = words.front();
     return {.name = "--variant",
             .kind = kind::choice(std::move(words)),
-            .help = "which of the library's functions is called",
+            .help = "library function to call",
             .required = false,
             .otherwise = first};
 }
@@ -34,7 +34,7 @@ std::string_view rest_after(std::string_view words, std::string_view name)
     return begins ? name.substr(words.size() + 1) : std::string_view{};
 }
 
-// Of two arguments that exclude each other, what is wrong is said of the first.
+// Of two arguments that cannot be used together, what is wrong is said of the first.
 std::optional<mistake> mistake_with(const argument &one, const command &row,
                                     const std::function<bool(const argument &)> &written,
                                     const std::function<std::string_view(const argument &)> &name_of)
@@ -43,7 +43,7 @@ std::optional<mistake> mistake_with(const argument &one, const command &row,
     const argument *needed = row.find_argument(one.needs);
     const bool there = written(one);
     if (there && needed && !written(*needed))
-        return mistake{&one, fmt::format("{} needs {} as well", name_of(one), name_of(*needed))};
+        return mistake{&one, fmt::format("{} requires {}", name_of(one), name_of(*needed))};
     if (!instead) {
         const bool may_lack = !one.required || !one.otherwise.empty() || one.is_flag();
         return there || may_lack ? std::nullopt
@@ -52,7 +52,7 @@ std::optional<mistake> mistake_with(const argument &one, const command &row,
     if (instead < &one || there != written(*instead))
         return std::nullopt;
     if (there)
-        return mistake{instead, fmt::format("{} and {} exclude each other", name_of(one), name_of(*instead))};
+        return mistake{instead, fmt::format("{} and {} cannot be used together", name_of(one), name_of(*instead))};
     return mistake{nullptr, fmt::format("{} or {} is required", name_of(one), name_of(*instead))};
 }
 
@@ -84,14 +84,12 @@ const argument *command::argument_at(size_t index) const
 const std::vector<argument> &shared_options()
 {
     static const std::vector<argument> options = {
-        {.name = "--json", .kind = kind::flag(), .help = "show results as JSON, one document for each command"},
-        {.name = "--trace", .kind = kind::flag(), .help = "print the library's trace records as they are fired"},
+        {.name = "--json", .kind = kind::flag(), .help = "show results as JSON, one document per command"},
+        {.name = "--trace", .kind = kind::flag(), .help = "print the library's trace records as they occur"},
         {.name = "--brief", .kind = kind::flag(), .help = "report failures without their trace records"},
-        {.name = "--quiet", .kind = kind::flag(), .help = "print nothing but failures"},
-        {.name = "--all", .kind = kind::flag(), .help = "show every row and problem, however many there are"},
-        {.name = "--raw",
-         .kind = kind::flag(),
-         .help = "take what the C interface takes, without the limits of values"},
+        {.name = "--quiet", .kind = kind::flag(), .help = "print failures only"},
+        {.name = "--all", .kind = kind::flag(), .help = "show all rows and problems, however many"},
+        {.name = "--raw", .kind = kind::flag(), .help = "accept any value that the C interface accepts"},
         {.name = "--help", .kind = kind::flag(), .help = "print this help"},
     };
     return options;

@@ -84,7 +84,7 @@ private:
     {
         if (parts_.name.empty())
             throw wrong_line("A command is required", column_after(words_));
-        throw wrong_line(fmt::format("\"{}\" is followed by one of these: {}", parts_.name,
+        throw wrong_line(fmt::format("\"{}\" requires one of these words: {}", parts_.name,
                                      joined(table_.next_words(parts_.name, where_), ", ")),
                          column_after(words_));
     }
@@ -92,7 +92,7 @@ private:
     [[noreturn]] void refuse_word(const word &word) const
     {
         if (word.text.starts_with("-"))
-            throw wrong_line(fmt::format("there is no option {}", in_quotes(word.text)), word.column);
+            throw wrong_line(fmt::format("unknown option {}", in_quotes(word.text)), word.column);
         const std::string asked = with_words_before(word.text);
         if (holds_command_words(word.text))
             throw wrong_line(fmt::format("{} is one word; write the words of a command without quotation marks: {}",
@@ -103,7 +103,7 @@ private:
         const std::string_view meant = nearest(word.text, table_.next_words(parts_.name, where_));
         const std::string hint =
             meant.empty() ? "" : fmt::format("; did you mean {}?", in_quotes(with_words_before(meant)));
-        throw wrong_line(fmt::format("there is no command {}{}", in_quotes(asked), hint), word.column);
+        throw wrong_line(fmt::format("unknown command {}{}", in_quotes(asked), hint), word.column);
     }
 
     // Words of a command that quotation marks made one.
@@ -129,7 +129,7 @@ private:
         if (parsed_.given.has(given.option))
             throw wrong_line(fmt::format("{} is given twice", given.option), given.written.column);
         if (given.awaits_value())
-            throw wrong_line(fmt::format("{}: a value is missing", given.option), column_after(words_));
+            throw wrong_line(fmt::format("{} requires a value", given.option), column_after(words_));
         if (given.value)
             take_value(*given.meant, *given.value);
         else
@@ -151,7 +151,7 @@ private:
     void take_positional(const argument_word &given)
     {
         if (!given.meant)
-            throw wrong_line(fmt::format("{} is one word too many", in_quotes(given.written.text)),
+            throw wrong_line(fmt::format("unexpected argument {}", in_quotes(given.written.text)),
                              given.written.column);
         if (given.meant->repeated)
             repeated_.push_back(given.written.text);
@@ -212,7 +212,7 @@ private:
         const auto &wanted = argument.only_for;
         if (!wanted.empty() && parsed_.given.has(argument.name) &&
             std::find(wanted.begin(), wanted.end(), word) == wanted.end())
-            throw wrong_line(fmt::format("{} means nothing to --variant {}", argument.name, word),
+            throw wrong_line(fmt::format("{} cannot be used with --variant {}", argument.name, word),
                              column_after(words_));
     }
 

@@ -31,10 +31,10 @@ constexpr meaning program_options[] = {
 
 constexpr meaning variables[] = {
     {"MPID", "own MP id, unless the node file gives one"},
-    {"NO_COLOR", "when not empty: no colours on a terminal"},
+    {"NO_COLOR", "if not empty: no colours on a terminal"},
     {"XDG_STATE_HOME", "where the shell keeps its history"},
-    {"KEL_SOFTNODE_FAULTS", "calls of the software accelerator that fail, such as "
-                            "\"ork_ebcom_pcep_path_create:3=-4\", or a file of such rules, \"@FILE\""},
+    {"KEL_SOFTNODE_FAULTS", "fault rules of the software accelerator, such as "
+                            "\"ork_ebcom_pcep_path_create:3=-4\", or \"@FILE\" for a file of rules"},
 };
 
 std::string in_usage(const argument &argument)
@@ -144,8 +144,7 @@ std::string overview(const command_table &table, source where, size_t width)
     std::vector<help_row> options;
     add_arguments(shared_options(), true, options);
     return section("Commands", command_rows(table, where, of_one_word), width) +
-           section("Groups of commands", group_rows(table, where), width) +
-           section("Options of every command", options, width);
+           section("Command groups", group_rows(table, where), width) + section("Common options", options, width);
 }
 
 } // namespace
@@ -169,7 +168,7 @@ std::string_view value_notations()
 {
     return "Addresses are written 02:00:00:02:00:01, 02-00-00-02-00-01 or 0200.0002.0001, ports by name or number. "
            "Numbers may be hexadecimal after 0x. Rates have the units kbit/s, Mbit/s and Gbit/s, sizes octets, KiB and "
-           "MiB; a plain number is one of the first unit. Times always have a unit: ns, us, ms or s.";
+           "MiB; a number without a unit is in kbit/s or octets. Times require a unit: ns, us, ms or s.";
 }
 
 std::string with_value(const argument &argument)
@@ -208,7 +207,7 @@ std::string help_of(const command &row, source where, size_t width)
     std::vector<std::string> usage = usage_of(row);
     usage.front() = typed(usage.front(), where);
     const std::string details = row.details.empty() ? "" : "\n" + filled(row.details, width);
-    const std::string only = row.needs_accelerator ? "\nOnly on the software accelerator.\n" : "";
+    const std::string only = row.needs_accelerator ? "\nRequires the software accelerator.\n" : "";
     return wrapped("", row.help, width) + "\n" + wrapped("Usage: ", usage, width) + argument_sections(row, width) +
            details + only + function_section(row, width) + "\nExample:\n" + example_text(row, where, width);
 }

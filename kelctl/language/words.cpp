@@ -76,7 +76,7 @@ private:
                 return;
             text += c == '\\' && quote == '"' ? escaped(column) : c;
         }
-        throw wrong_line("the quotation mark is not closed", opened);
+        throw wrong_line("the closing quotation mark is missing", opened);
     }
 
     char escaped(uint32_t column)

@@ -23,7 +23,7 @@ uint32_t remote_id_of(const kel_pcep_config &pcep)
     return id;
 }
 
-std::string shaping_told(const kel_ebcom_path_config &path)
+std::string shaping_text(const kel_ebcom_path_config &path)
 {
     if (path.shaping_enabled == 0)
         return "unshaped";
@@ -34,28 +34,28 @@ std::string shaping_told(const kel_ebcom_path_config &path)
 
 } // namespace
 
-std::string told(std::string_view name, const mac_address &mac)
+std::string argument_text(std::string_view name, const mac_address &mac)
 {
     return fmt::format("{}={}", name, to_text(mac));
 }
 
-std::string told(std::string_view name, const std::array<uint8_t, 2> &numbers)
+std::string argument_text(std::string_view name, const std::array<uint8_t, 2> &numbers)
 {
     return fmt::format("{}={}", name, joined(numbers, ", "));
 }
 
-std::string told(std::string_view, const kel_ebcom_global_params &params)
+std::string argument_text(std::string_view, const kel_ebcom_global_params &params)
 {
     return fmt::format("icPortMTU={}, etherType=0x{:04x}", params.icPortMTU, params.etherType);
 }
 
-std::string told(std::string_view, const kel_ebcom_path_config &path)
+std::string argument_text(std::string_view, const kel_ebcom_path_config &path)
 {
     return fmt::format("dst_mac={}, port={}, {}", to_text(mac_address_at(path.dst_mac)), port_text(path.iell_port),
-                       shaping_told(path));
+                       shaping_text(path));
 }
 
-std::string told(std::string_view, const kel_pcep_config &pcep)
+std::string argument_text(std::string_view, const kel_pcep_config &pcep)
 {
     return fmt::format("remote_pcep_id={}, local_mac={}, remote_mac={}, vlan_id={}, priority={}", remote_id_of(pcep),
                        to_text(mac_address_at(pcep.local_mac)), to_text(mac_address_at(pcep.remote_mac)), pcep.vlan_id,

@@ -14,10 +14,11 @@
 namespace kelctl
 {
 
-std::string told(std::string_view name, const mac_address &mac);
-std::string told(std::string_view name, const std::array<uint8_t, 2> &numbers);
-std::string told(std::string_view name, const kel_ebcom_global_params &params); // this and the others by their members
-std::string told(std::string_view name, const kel_ebcom_path_config &path);
-std::string told(std::string_view name, const kel_pcep_config &pcep);
+std::string argument_text(std::string_view name, const mac_address &mac);
+std::string argument_text(std::string_view name, const std::array<uint8_t, 2> &numbers);
+std::string argument_text(std::string_view name,
+                          const kel_ebcom_global_params &params); // this and the others by their members
+std::string argument_text(std::string_view name, const kel_ebcom_path_config &path);
+std::string argument_text(std::string_view name, const kel_pcep_config &pcep);
 
 } // namespace kelctl

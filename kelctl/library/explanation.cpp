@@ -23,10 +23,10 @@ std::optional<explanation> explanation_of(const failure &failed)
 {
     std::optional<explanation> why;
     for (auto entry = failed.records.rbegin(); entry != failed.records.rend(); ++entry) {
-        const auto [function, told] = text::spoken_in(entry->message);
+        const auto [function, detail] = text::parts_of(entry->message);
         if (entry->event != "EXCEPTION" || (why && why->what != function))
             continue;
-        if (const auto refusal = text::refusal_in(told))
+        if (const auto refusal = text::refusal_in(detail))
             why = explanation{std::string(refusal->by), std::string(refusal->what), refusal->code,
                               std::string(refusal->text)};
     }

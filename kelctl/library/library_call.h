@@ -91,7 +91,7 @@ template <typename Type> struct input {
 
     std::string text() const
     {
-        return told(name, read);
+        return argument_text(name, read);
     }
 };
 

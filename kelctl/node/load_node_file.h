@@ -13,7 +13,7 @@
 namespace kelctl
 {
 
-// The commands that a node file or a script stands for.
+// The commands of a node file or a script.
 struct loaded_lines {
     std::vector<invocation> lines;          // use them only without errors
     std::vector<input_error> errors;        // by line and column

@@ -22,7 +22,7 @@ namespace
 constexpr size_t most_dots_in_a_line = 128;
 
 // Indexed by toml::node_type.
-constexpr std::string_view type_names[] = {"nothing",    "a table",   "an array", "a text",        "a whole number",
+constexpr std::string_view type_names[] = {"nothing",    "a table",   "an array", "a string",      "a whole number",
                                            "a fraction", "a boolean", "a date",   "a time of day", "a date and time"};
 
 position position_of(const toml::source_region &region)
@@ -125,14 +125,14 @@ private:
         if (table.times != occurrence::any)
             add_table(table, *value, written);
         else if (!array)
-            report(*value, fmt::format("{0}: write [[{0}]], once for each {0}", table.name));
+            report(*value, fmt::format("{0}: use [[{0}]], once for each {0}", table.name));
         else
             for (const toml::node &element : *array)
                 add_table(table, element, written);
         return written;
     }
 
-    // An optional table without keys stands for no command.
+    // An optional table without keys is no command.
     void add_table(const node_table &table, const toml::node &value, std::vector<const toml::table *> &written)
     {
         const toml::table *one = value.as_table();
@@ -211,7 +211,7 @@ private:
         const auto text = typed(value);
         line.sound = text.has_value();
         if (!text)
-            return report_type(value, key.name, "a number or a text");
+            return report_type(value, key.name, "a number or a string");
         try {
             line.asked.given.set(meant.name, meant.kind.read(*text));
         } catch (const wrong_value &wrong) {

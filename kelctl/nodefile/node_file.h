@@ -1,5 +1,5 @@
-// Reads a node file into the commands that a person would type to bring the same node up. Which table and key stand for
-// what is node_keys.h; rules across several tables are node_rules.h.
+// Reads a node file into the commands that a person would type to bring the same node up. The mapping of tables and
+// keys to commands is node_keys.h; rules across several tables are node_rules.h.
 #pragma once
 
 #include "kelctl/language/command.h"

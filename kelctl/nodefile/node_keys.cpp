@@ -52,7 +52,7 @@ constexpr node_key traffic[] = {
 constexpr node_table tables[] = {
     {.name = "node",
      .row = "mpid",
-     .help = "The node itself. The table may be left out, or empty: the environment variable MPID says it then.",
+     .help = "The node itself. Without mpid, the environment variable MPID gives the own MP id.",
      .keys = node,
      .times = occurrence::at_most_once},
     {.name = "ebcom",
@@ -64,18 +64,18 @@ constexpr node_table tables[] = {
     {.name = "path",
      .row = "ebcom path add",
      .help = "A path from an IC port to a destination; any number of them. All paths of a port have the same shaping, "
-             "which is also written shaping = { rate = ..., ... }.",
+             "which can also be an inline table: shaping = { rate = ..., ... }.",
      .keys = path},
     {.name = "pcep",
      .row = "pcep add",
-     .help = "An end point of packet communication. Without one and without a group the PCEP service is not started.",
+     .help = "An end point of packet communication. The PCEP service starts only if there is a PCEP or a group.",
      .keys = pcep,
      .before = pcep_service},
     {.name = "multicast",
      .row = "group add",
      .help =
-         "A multicast group: what is sent to it goes to each of its members, at most 16 PCEPs of this file. At most "
-         "30 groups, numbered from the same range as the PCEPs.",
+         "A multicast group: a frame sent to it goes to each of its members, at most 16 PCEPs of this file. At most "
+         "30 groups, with ids from the same range as PCEPs.",
      .keys = multicast,
      .before = pcep_service},
     {.name = "traffic",

@@ -1,4 +1,4 @@
-// The tables and keys of a node file, and the order in which a node comes up. A table stands for a command, a key for
+// The tables and keys of a node file, and the order in which a node comes up. A table is equivalent to a command, a key to
 // one of the command's arguments:
 //
 //     [[path]]                              ebcom path add 02:00:02:02:00:01 --port RLU1P
@@ -21,7 +21,7 @@ namespace kelctl
 struct node_key {
     std::string_view name;      // "dst_mac"; "shaping.rate" for a key of a table in the table
     std::string_view argument;  // of the row: "MAC", "--rate"
-    std::string_view each = {}; // of an array: the row that each element stands for; empty: no array of commands
+    std::string_view each = {}; // of an array: the row that each element is; empty: no array of commands
 };
 
 // How often a table may be in a file.
@@ -29,7 +29,7 @@ enum class occurrence { once, at_most_once, any };
 
 struct node_table {
     std::string_view name; // "path"
-    std::string_view row;  // the command that each table of this name stands for
+    std::string_view row;  // the command that each table of this name is
     std::string_view help; // for the manual page
     std::span<const node_key> keys;
     occurrence times = occurrence::any;
@@ -42,7 +42,7 @@ struct node_table {
     // Null when the table has no such key.
     const node_key *find(std::string_view key) const;
 
-    // The key that stands for an argument; the argument's own name when none does.
+    // The key of an argument; the argument's own name if it has none.
     std::string_view key_of(std::string_view argument) const;
 };
 

@@ -58,7 +58,7 @@ struct path_entry {
 
 using path_list = std::vector<path_entry>;
 
-// The library accepts any address, but a frame to a group or to all zeros reaches nobody.
+// The library accepts any address, but a frame to a group or to all zeros reaches no destination.
 void check_stations(const node_file_read &file, problem_list &problems)
 {
     for (const placed_line &line : file.lines)
@@ -66,7 +66,7 @@ void check_stations(const node_file_read &file, problem_list &problems)
             if (const argument_value *value = line.asked.given.find(key->argument))
                 if (const auto *mac = std::get_if<mac_address>(value); mac && !is_station(*mac))
                     problems.push_back(
-                        line.wrong(key->argument, fmt::format("{} is not the address of one station", to_text(*mac))));
+                        line.wrong(key->argument, fmt::format("{} is not a unicast address", to_text(*mac))));
 }
 
 void check_ports(const path_list &paths, problem_list &problems)
@@ -156,8 +156,7 @@ void check_destination_count(const path_list &paths, size_t most, problem_list &
         if (destinations.size() <= most)
             continue;
         problems.push_back(path.line->wrong(
-            "--count",
-            fmt::format("more than {} destinations in all, which is what this platform has room for", most)));
+            "--count", fmt::format("more than {} destinations in all, the limit of this platform", most)));
         return;
     }
 }
@@ -196,8 +195,8 @@ end_points check_ids(const node_file_read &file, problem_list &problems)
         const auto [first, is_new] = first_of_id.try_emplace(id, one);
         if (!is_new)
             problems.push_back(
-                one.line->wrong(one.argument, fmt::format("{} is that of the {} in line {}", id, first->second.kind,
-                                                          first->second.line->at.line)));
+                one.line->wrong(one.argument, fmt::format("{} is already the id of the {} in line {}", id,
+                                                          first->second.kind, first->second.line->at.line)));
     }
     return first_of_id;
 }
@@ -272,7 +271,7 @@ void check_senders(const node_file_read &file, const end_points &all, problem_li
                                                     stream->asked.given.id("--from"))));
 }
 
-// PCEPs whose frames reach nobody, and what sends through nothing else.
+// PCEPs whose frames reach no destination, and groups and streams that use only those.
 void warn_of_lost_frames(node_file_read &file, const path_list &paths)
 {
     const lines pceps = lines_of(file, "pcep add");
@@ -290,8 +289,8 @@ void warn_of_lost_frames(node_file_read &file, const path_list &paths)
             reaching.insert(member->asked.given.id("GROUP"));
     for (const placed_line *stream : lines_of(file, "traffic stream add"))
         if (stream->asked.given.has("--from") && !reaching.contains(stream->asked.given.id("--from")))
-            file.warnings.push_back(
-                stream->wrong("--from", fmt::format("what {} sends reaches nobody", stream->asked.given.id("--from"))));
+            file.warnings.push_back(stream->wrong(
+                "--from", fmt::format("frames from {} reach no destination", stream->asked.given.id("--from"))));
 }
 
 uint8_t mp_id_of(const node_file_read &file, uint8_t otherwise)

@@ -1,4 +1,5 @@
-// Checking the capture, sending it, writing what became of it.
+// The order of a replay: check the capture, bring the node up, send, write the results, take the node down. Sending is in
+// replayed_frames.cpp, the figures are in replay_summary.cpp.
 #include "kelctl/replay/replay.h"
 
 #include "kelctl/input/interruption.h"
@@ -31,16 +32,16 @@ std::optional<std::string> wrong_frame(const std::vector<captured_frame> &frames
 {
     for (size_t index = 0; index < frames.size(); ++index) {
         if (frames[index].octets.size() < destination_octets)
-            return fmt::format("frame {}: its destination was not captured, only {} octets", index + 1,
-                               frames[index].octets.size());
+            return fmt::format("frame {}: only {} octets were captured, without the whole destination address",
+                               index + 1, frames[index].octets.size());
         if (index != 0 && !sorted && frames[index].time < frames[index - 1].time)
-            return fmt::format("frame {}: is {} earlier than the one before it; --sort puts frames in order", index + 1,
-                               quantity_text(frames[index - 1].time - frames[index].time, duration_units));
+            return fmt::format("frame {}: is {} earlier than the frame before it; --sort sorts frames by time",
+                               index + 1, quantity_text(frames[index - 1].time - frames[index].time, duration_units));
     }
     return std::nullopt;
 }
 
-// The frames in the order of their times, or why that cannot be.
+// The frames sorted by time, or why the capture cannot be replayed.
 capture loaded(const std::string &file, bool sorted)
 {
     capture read = read_capture(file);
@@ -50,7 +51,7 @@ capture loaded(const std::string &file, bool sorted)
     return read;
 }
 
-// At the times at which they left.
+// With the times of the capture's clock at which they left.
 std::vector<timed_frame> frames_sent(const replayed &all, const std::vector<captured_frame> &frames)
 {
     std::vector<timed_frame> sent;
@@ -59,7 +60,7 @@ std::vector<timed_frame> frames_sent(const replayed &all, const std::vector<capt
     return sent;
 }
 
-// At the times at which they came.
+// With their original times.
 std::vector<timed_frame> frames_not_sent(const replayed &all, const std::vector<captured_frame> &frames)
 {
     std::vector<timed_frame> others;
@@ -76,7 +77,8 @@ result written(const std::string &file, const std::vector<timed_frame> &frames)
     return {.text = fmt::format("{}: {} frames\n", file, frames.size())};
 }
 
-// True when all of it could be.
+// True if every frame was sent and every output written. An interrupted replay writes nothing: half a capture would look
+// like a complete one.
 bool send(const std::vector<captured_frame> &frames, bring_up &node, const arguments &given, session &session)
 {
     settle();

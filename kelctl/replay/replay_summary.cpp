@@ -1,4 +1,5 @@
-// Counting the frames of each queue, and how long they waited there.
+// Counts the frames of each queue and their delays, as a document and as tables. Delays are exact: unlike the counters of a
+// live node, all frames are in memory.
 #include "kelctl/replay/replay_summary.h"
 
 #include "kel/kel_node_names.h"
@@ -61,7 +62,7 @@ std::map<handle, queue_tally> tallies(const replayed &all, std::span<const captu
     return queues;
 }
 
-// Of what left between the first arrival and the last departure; null where no time is between them.
+// From the first offer to the last departure, whose own octets do not count: they leave after it. Null if that is no time.
 fields kbit_per_second(const queue_tally &queue)
 {
     const uint64_t octets = queue.of(frame_fate::sent).octets - queue.last_octets;
@@ -71,7 +72,7 @@ fields kbit_per_second(const queue_tally &queue)
     return static_cast<uint64_t>(wide{octets} * 8'000'000 / (queue.last_left - queue.first_entered));
 }
 
-// What so many of a hundred waited at most; there are some.
+// The delay that `of_hundred` percent of the frames do not exceed. `sorted` is not empty.
 uint64_t percentile(const std::vector<uint64_t> &sorted, size_t of_hundred)
 {
     return sorted[(sorted.size() * of_hundred + 99) / 100 - 1];

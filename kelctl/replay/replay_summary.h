@@ -1,4 +1,4 @@
-// What became of a capture's frames, queue by queue.
+// What happened to a capture's frames, queue by queue.
 #pragma once
 
 #include "kelctl/node/port_knowledge.h"

@@ -1,4 +1,4 @@
-// Offering the frames, and passing the time between them.
+// Offers the frames and advances the time between them. What is written about them is in replay.cpp.
 #include "kelctl/replay/replayed_frames.h"
 
 #include "kelctl/input/interruption.h"
@@ -54,14 +54,14 @@ public:
     }
 
 private:
-    void note(frame_report told)
+    void note(frame_report report)
     {
         --waiting_;
-        told.entered -= start_;
-        told.left -= start_;
-        const size_t number = told.identity - 1;
-        all_.frames[number] = told;
-        if (told.fate == frame_fate::sent)
+        report.entered -= start_;
+        report.left -= start_;
+        const size_t number = report.identity - 1;
+        all_.frames[number] = report;
+        if (report.fate == frame_fate::sent)
             all_.departures.push_back(number);
     }
 
@@ -69,7 +69,7 @@ private:
     const snapshot &node_;
     const uint64_t start_ = virtual_time();
     size_t waiting_ = 0; // offered, without a report yet
-    const frame_watch watch_{[this](const frame_report &told) { note(told); }};
+    const frame_watch watch_{[this](const frame_report &report) { note(report); }};
 };
 
 } // namespace

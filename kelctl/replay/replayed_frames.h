@@ -19,7 +19,7 @@ inline constexpr size_t destination_octets = 6;
 struct replayed {
     std::vector<frame_report> frames; // by their number, from 0; nanoseconds since the first one was offered
     std::vector<size_t> departures;   // numbers of those that left, in their order
-    bool whole = false;               // nobody interrupted it
+    bool whole = false;               // not interrupted
 };
 
 // With its check sequence, which captures leave out.

@@ -39,7 +39,7 @@ std::vector<input_error> unmatched_faults()
     std::vector<input_error> warnings;
     for (const fields &rule : on_software_accelerator() ? accelerator_faults() : fields::array())
         if (rule.at("hits").number<uint64_t>() == 0)
-            warnings.push_back({fmt::format("no call met the fault rule {}", rule.at("rule").text())});
+            warnings.push_back({fmt::format("no call matched the fault rule {}", rule.at("rule").text())});
     return warnings;
 }
 
@@ -135,18 +135,15 @@ std::string session::missing_service(const command &row) const
     if (row.service.empty() || std::ranges::any_of(made.all(), started))
         return "";
     const auto start = std::ranges::find_if(table.rows(), starts_it);
-    return fmt::format("the {} is not started in this process: \"{}\" starts it{}", row.service, start->name,
-                       where != source::program
-                           ? ""
-                           : "; commands that belong together go into a script for \"kelctl run\", or into \"kelctl "
-                             "shell\"");
+    return fmt::format(
+        "the {} is not started in this process: \"{}\" starts it{}", row.service, start->name,
+        where != source::program ? "" : "; run such commands in one process, with \"kelctl run\" or \"kelctl shell\"");
 }
 
 result session::perform(const invocation &asked)
 {
     if (!applies(asked))
-        return refused(
-            fmt::format("\"{}\" does not apply: this platform is not the software accelerator", asked.row->name));
+        return refused(fmt::format("\"{}\" requires the software accelerator", asked.row->name));
     if (auto wrong = asked.row->offline ? std::nullopt : switch_on_accelerator())
         return wrong_use(std::move(*wrong));
     try {

@@ -9,14 +9,14 @@ namespace
 {
 
 constexpr std::string_view interface_stays =
-    "kel_core_ic_ebcom_interface_create(): when only the VSI cannot be had, the interface stays.";
+    "kel_core_ic_ebcom_interface_create(): if only the VSI query fails, the interface stays.";
 constexpr std::string_view schedulers_stay =
     "kel_core_ic_ebcom_start(), kel_ic_ebcom_init_qos(): the schedulers made before a failing step stay until a stop.";
 constexpr std::string_view thread_ends =
     "kel_core_ic_ebcom_start(): the timestamp thread ends by itself at its first failure, and leaves its connection.";
 constexpr std::string_view forgotten_in_stop =
     "kel_core_ic_ebcom_stop(), kel_ic_ebcom_deinit_qos(): a queue or scheduler that cannot be removed is traced and "
-    "forgotten all the same.";
+    "forgotten anyway.";
 constexpr std::string_view path_stays =
     "kel_core_ic_ebcom_path_rem(): when the queue or the path cannot be removed, the path and its count stay though "
     "the reference on the queue is gone.";

@@ -1,4 +1,5 @@
-// The scenario that the children carry out, and reading the report of them all.
+// The scenario that the child processes run, and the reading of the accelerator's report. The accelerator chooses the faults
+// and makes the children; how the report looks is in sweep_view.cpp.
 #include "kelctl/sweep/sweep.h"
 
 #include "kelctl/accelerator/software_accelerator.h"
@@ -17,7 +18,7 @@ namespace kelctl
 namespace
 {
 
-// Indexed by verdict.
+// Indexed by verdict. Keys are part of the JSON interface.
 constexpr struct {
     std::string_view name;
     std::string_view key;
@@ -26,8 +27,8 @@ constexpr struct {
     {"hung", "hung"},
 };
 
-// What a control process would do: carry the script out up to the first line that fails, then take down what the lines
-// before it made. Everything of it happens in the child, the session with its trace listener included.
+// What a control process would do: run the script up to the first line that fails, then take down what the lines before it
+// made. All of it runs in the child, including the session and its trace listener.
 class scripted_run
 {
 public:
@@ -62,7 +63,7 @@ public:
     }
 
 private:
-    // What the failed line itself leaves is what the sweep is about: nobody takes it down.
+    // The sweep looks for what the failed line leaves, so the take-down must not remove it.
     uint32_t note_failure(const invocation &line, const result &done)
     {
         if (!session_->made.all().empty() && session_->made.all().back().failed)
@@ -93,8 +94,8 @@ void read_note(const fields &note, sweep_run &run)
                                                 notation::to_json(undo.at("code"))));
 }
 
-// What the lines up to the one that failed asked the library for. What is left may be any one's of them: a refusal
-// that an operation only traces fails a later one, or none.
+// The operations up to the line that failed; 0: all. Any of them may have left an object: an operation that only traces a
+// refusal succeeds, and a later one fails, or none.
 std::vector<std::string_view> operations_up_to(uint32_t line, const std::vector<invocation> &lines)
 {
     std::vector<std::string_view> operations;
@@ -119,23 +120,23 @@ verdict judged(sweep_run &run, const std::vector<invocation> &lines)
     return verdict::left_as_documented;
 }
 
-sweep_run read_run(const fields &told, const std::vector<invocation> &lines)
+sweep_run read_run(const fields &written, const std::vector<invocation> &lines)
 {
     sweep_run run;
-    if (!told.at("function").is_null()) {
-        run.function = told.at("function").text();
-        run.call = told.at("call").number<uint64_t>();
-        run.thread = told.at("thread").number<uint64_t>();
-        run.fault_code = told.at("code").number<int64_t>();
-        run.persistent = told.at("persistent").boolean();
+    if (!written.at("function").is_null()) {
+        run.function = written.at("function").text();
+        run.call = written.at("call").number<uint64_t>();
+        run.thread = written.at("thread").number<uint64_t>();
+        run.fault_code = written.at("code").number<int64_t>();
+        run.persistent = written.at("persistent").boolean();
     }
-    read_note(told.at("note"), run);
-    const auto &outcome = told.at("outcome").text();
+    read_note(written.at("note"), run);
+    const auto &outcome = written.at("outcome").text();
     if (outcome != "returned") {
         run.came_out = outcome == "hung" ? verdict::hung : verdict::crashed;
         return run;
     }
-    run.left = told.at("left");
+    run.left = written.at("left");
     run.came_out = judged(run, lines);
     return run;
 }
@@ -156,15 +157,15 @@ std::optional<sweep_report> sweep(const command_table &table, const std::vector<
                                   const sweep_watcher &go_on)
 {
     scripted_run scripted(table, lines);
-    const auto told = sweep_accelerator({.run = [&] { return scripted.run(); },
-                                         .clean_up = [&] { scripted.clean_up(); },
-                                         .note = [&] { return scripted.note(); },
-                                         .time_limit = time_limit},
-                                        go_on);
-    if (!told)
+    const auto swept = sweep_accelerator({.run = [&] { return scripted.run(); },
+                                          .clean_up = [&] { scripted.clean_up(); },
+                                          .note = [&] { return scripted.note(); },
+                                          .time_limit = time_limit},
+                                         go_on);
+    if (!swept)
         return std::nullopt;
-    sweep_report report = {read_run(told->at("undisturbed"), lines), {}, told->at("planned").number<size_t>()};
-    for (const fields &run : told->at("runs"))
+    sweep_report report = {read_run(swept->at("undisturbed"), lines), {}, swept->at("planned").number<size_t>()};
+    for (const fields &run : swept->at("runs"))
         report.runs.push_back(read_run(run, lines));
     return report;
 }

@@ -1,4 +1,4 @@
-// The fault sweep of the software accelerator over a script, and what its report says. Shows nothing itself.
+// The fault sweep of the software accelerator over a script, and the records of its report. sweep_view.h shows them.
 #pragma once
 
 #include "kelctl/accelerator/software_accelerator.h"
@@ -14,7 +14,7 @@
 namespace kelctl
 {
 
-// What became of a run, from good to bad.
+// The outcome of a run, from good to bad: everything above left_as_documented fails the sweep.
 enum class verdict { clean, left_as_documented, left, crashed, hung };
 
 std::string_view name_of(verdict verdict); // for people
@@ -23,17 +23,17 @@ std::string_view key_of(verdict verdict);  // in documents
 // One run of the script, with one closed call failing.
 struct sweep_run {
     std::string function; // the faulted call; no run without a fault has one
-    uint64_t call = 0;
-    uint64_t thread = 0; // 0: the script's own
+    uint64_t call = 0;    // its number among the thread's calls of the function, from 1
+    uint64_t thread = 0;  // 0: the script's own
     int64_t fault_code = 0;
-    bool persistent = false;
+    bool persistent = false; // all later calls of the function failed, too
 
     verdict came_out = verdict::clean;
     uint32_t line = 0;                      // that failed; 0: none did
     std::string operation;                  // the library's function that failed there
     std::optional<uint32_t> code;           // what it returned
-    fields left = fields::array();          // what nobody owns: kind and name of each
-    std::vector<std::string> whys;          // what documents it
+    fields left = fields::array();          // objects that no take-down removed: kind and name of each
+    std::vector<std::string> whys;          // the documented reasons, if all are documented
     std::vector<std::string> undo_failures; // take-down commands that failed, with their codes
 };
 
@@ -43,8 +43,8 @@ struct sweep_report {
     size_t planned = 0; // runs; more than there are when the sweep was ended
 };
 
-// Runs the script with every call that it makes failing in turn, as long as `go_on` says so. None when no child process
-// can be made.
+// Runs the script once without faults and then with each of its calls failing in turn, until `go_on` returns false.
+// `time_limit`: milliseconds for one run. None if no child process can be created.
 std::optional<sweep_report> sweep(const command_table &table, const std::vector<invocation> &lines, uint32_t time_limit,
                                   const sweep_watcher &go_on);
 

@@ -1,4 +1,4 @@
-// Runs of one call that came out alike take one row.
+// A sweep's report as a table and as JSON. The table has one row for all runs of one call with the same outcome.
 #include "kelctl/sweep/sweep_view.h"
 
 #include "kelctl/terminal/text.h"

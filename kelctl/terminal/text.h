@@ -48,7 +48,7 @@ std::string wrapped(std::string_view lead, std::string_view text, size_t width =
 // The same, broken between these parts only; one blank is put between two of a line.
 std::string wrapped(std::string_view lead, std::span<const std::string> parts, size_t width = usual_width);
 
-// Text whose lines are filled anew. An empty line stands between paragraphs.
+// Text whose lines are filled anew. Paragraphs are separated by an empty line.
 std::string filled(std::string_view text, size_t width);
 
 // A line folded into lines of at most `width` columns of a terminal, each with its line end. It breaks at blanks, and

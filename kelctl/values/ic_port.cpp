@@ -49,8 +49,8 @@ std::optional<int32_t> port_by_name(std::string_view name)
 std::string no_such_port(std::string_view written)
 {
     if (parse_whole_number(written))
-        return fmt::format("there is no port {}", printable(written));
-    return fmt::format("there is no port {}{}", in_quotes(written), did_you_mean(written, branch_names()));
+        return fmt::format("unknown port {}", printable(written));
+    return fmt::format("unknown port {}{}", in_quotes(written), did_you_mean(written, branch_names()));
 }
 
 bool is_port(int64_t number)

@@ -16,7 +16,7 @@ inline constexpr std::string_view ports_with_ebcom =
 // The port of a branch name such as "RLU1P", in upper or lower case. None for any other text, a number included.
 std::optional<int32_t> port_by_name(std::string_view name);
 
-// The message for a name or number that no port has: "there is no port "RLU1X"; did you mean ...".
+// The message for a name or number that no port has: "unknown port "RLU1X"; did you mean ...".
 std::string no_such_port(std::string_view written);
 
 // True for 0 to 50. Takes 64 bits, so that a number from outside is checked before it is narrowed.

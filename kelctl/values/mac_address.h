@@ -40,7 +40,7 @@ uint32_t addresses_after(const mac_address &mac);
 // The address plus `by`, counted in its last three octets. `by` is at most addresses_after().
 mac_address counted_up(const mac_address &mac, uint32_t by);
 
-// The location that the library finds for the address on the processor with this MP id (mp_id.h); an id of 0 stands for
+// The location that the library finds for the address on the processor with this MP id (mp_id.h); an id of 0 means
 // none. The rule is repeated here because a call of the library would bind the process to an MP id.
 kel_location location_of(const mac_address &mac, uint8_t mp_id);
 

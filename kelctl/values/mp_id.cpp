@@ -31,7 +31,7 @@ std::string wrong_mp_id()
     const auto id = text ? parse_whole_number(text) : std::nullopt;
     if (!text || (id && mpid_range.holds(*id) && own_mp_id() == *id))
         return "";
-    return fmt::format("MPID={} is no MP id, {}; the library reads it as {}", printable(text), mpid_range.text,
+    return fmt::format("MPID={} is not an MP id, {}; the library reads it as {}", printable(text), mpid_range.text,
                        own_mp_id());
 }
 

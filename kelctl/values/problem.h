@@ -1,4 +1,4 @@
-// What is wrong with a file, and at which line and column: "node.toml:3:8: port: there is no port 99". The file's name
+// What is wrong with a file, and at which line and column: "node.toml:3:8: port: unknown port 99". The file's name
 // is added when problems become errors of a result (node/load_node_file.h).
 #pragma once
 

@@ -57,9 +57,9 @@ std::string outside(std::string_view shown, const range &allowed)
     const bool hexadecimal = is_hexadecimal(shown);
     const size_t second = allowed.text.find(" to ");
     if (hexadecimal == is_hexadecimal(allowed.text) || second == allowed.text.npos)
-        return fmt::format("{} is not in {}", shown, allowed.text);
+        return fmt::format("{} is not in the range {}", shown, allowed.text);
     const size_t unit = std::min(allowed.text.find(' ', second + 4), allowed.text.size());
-    return fmt::format("{} is not in {} to {}{}", shown, number_text(allowed.min, hexadecimal),
+    return fmt::format("{} is not in the range {} to {}{}", shown, number_text(allowed.min, hexadecimal),
                        number_text(allowed.max, hexadecimal), allowed.text.substr(unit));
 }
 

@@ -25,7 +25,7 @@ struct range {
 // beyond 64 bits becomes the nearest that they hold, so that it is reported as out of range and not as no number.
 std::optional<int64_t> parse_whole_number(std::string_view text);
 
-// "512 is not in 1 to 511", "0x200 is not in 0x1 to 0x1FF"; `shown` is the value as it was written.
+// "512 is not in the range 1 to 511", "0x200 is not in the range 0x1 to 0x1FF"; `shown` is the value as it was written.
 std::string outside(std::string_view shown, const range &allowed);
 
 } // namespace kelctl

@@ -73,7 +73,7 @@ void add_queues(fields &shown, const fields &queues, std::span<const column> col
 {
     add_table(shown, "queues", queues, columns);
     if (std::any_of(queues.begin(), queues.end(), [known](const fields &queue) { return queue.at(known).is_null(); }))
-        shown["-"] = "not known: the library finds its destinations on other queues";
+        shown["-"] = "unknown: the library looks its destinations up on other queues";
 }
 
 // One decimal of a microsecond.

@@ -53,7 +53,7 @@ uint32_t kel_fmt_ebcom_pcep_outbound_stats(char *buf, uint32_t len, uint8_t form
     });
 }
 
-/* The text is complete as it stands; what is left to do is to tell whether it was cut. */
+/* The text is complete here; only report whether it was cut. */
 uint32_t kel_fmt_end(char *buf, uint32_t len)
 {
     return formatting_call(__func__, [&] { return check_whole(buf, len); });

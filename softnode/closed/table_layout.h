@@ -12,7 +12,7 @@
  *     mark of a cut table     (truncated)              truncated,true      a last member "truncated" that is true
  *
  * Any other format is text. The mark is nothing that titles and rows can make. Text and CSV are lines; a control
- * character in a title or label becomes a blank there. In JSON a title, or a label under its title, can stand only
+ * character in a title or label becomes a blank there. In JSON a title, or a label under its title, can be only
  * once: the last one replaces those before it.
  */
 #ifndef SOFTNODE_TABLE_LAYOUT_H
@@ -27,7 +27,7 @@ namespace softnode
 {
 
 struct TableLayout {
-    /** Whether the text can be gone on with. */
+    /** Whether the text can be continued. */
     bool (*is_table)(std::string_view text);
 
     std::string (*with_title)(std::string_view text, std::string_view title);

@@ -1,9 +1,9 @@
 /*
  * text_table.h - a table in a caller's buffer, bounded by its length.
  *
- * Everything that is added stands there whole or not at all. What no longer fits cuts the table: the mark of the layout
+ * Everything that is added is in the text whole or not at all. What no longer fits cuts the table: the mark of the layout
  * takes the place of it, and of as many last rows as it needs to fit itself; nothing is added any more after that. So
- * the text is always terminated, always complete in its layout, and tells by itself whether it was cut. Nothing is kept
+ * the text is always terminated, always complete in its layout, and shows whether it was cut. Nothing is kept
  * outside of it.
  *
  * A buffer shorter than the longest mark holds no table at all: it stays empty and counts as cut.
@@ -23,7 +23,7 @@ namespace softnode
 {
 
 /*
- * The text that the buffer holds is gone on with. Each operation is refused as invalid for a null buffer, for one with
+ * Continues the text in the buffer. Each operation is refused as invalid for a null buffer, for one with
  * no terminator, and for a text that is not of the layout; as full when the table is cut, now or before.
  */
 class TextTable

@@ -3,7 +3,7 @@
  *
  * Serial numbers count from 1 per kind and are not used again, not even after the node was switched off and on, until
  * 2^32 - 1 objects of a kind have been made.
- * So a wrong handle can always be told from a stale one, no handle is ever dereferenced, and the same calls yield the
+ * So a wrong handle is always distinguished from a stale one, no handle is ever dereferenced, and the same calls yield the
  * same handles in every run.
  */
 #ifndef SOFTNODE_HANDLE_H

@@ -3,7 +3,7 @@
  *
  *     granted     done
  *     invalid     handle null, never issued or of another kind; null pointer; field or argument with an impossible value
- *     gone        handle of an object that is no more; interface, path, PCEP, binding or member that is not there
+ *     gone        handle of an object that no longer exists; interface, path, PCEP, binding or member that is not there
  *     busy        scheduler that still has schedulers, queues or groups; PCEP still bound; group that still has members;
  *                 second interface, binding or membership; PCEP id in use
  *     no_device   Ethernet device other than the event device

@@ -57,7 +57,7 @@ constexpr std::array<std::string_view, 39> closed_functions{
 };
 static_assert(std::is_sorted(closed_functions.begin(), closed_functions.end()));
 
-/** A function's place in closed_functions; nothing for any other name. */
+/** A function's index in closed_functions; none for any other name. */
 constexpr std::optional<std::size_t> closed_function(std::string_view name)
 {
     const auto place = std::lower_bound(closed_functions.begin(), closed_functions.end(), name);

@@ -36,7 +36,7 @@ public:
     void clear();
 
     /**
-     * Counts a call. Of the rules that it meets, the one added first tells what becomes of it. However many rules there
+     * Counts a call. Of the rules that match it, the one added first applies. However many rules there
      * are, each is looked at when its calls begin, when it is met, and when they are over.
      */
     FaultEffects begin_call(std::size_t function);

@@ -136,9 +136,9 @@ private:
     {
         if (!text_.starts_with(timing_unit_prefix))
             return problem(effect, "only functions of the timing unit, vorn_tu_..., can block: the other libraries "
-                                   "answer at once");
+                                   "return at once");
         if (rule_.effects.block)
-            return problem(effect, "a second block");
+            return problem(effect, "block is given twice");
         rule_.effects.block = true;
         return std::nullopt;
     }
@@ -146,7 +146,7 @@ private:
     MaybeProblem read_latency(std::string_view effect)
     {
         if (rule_.effects.latency != 0)
-            return problem(effect, "a second latency");
+            return problem(effect, "the latency is given twice");
         if (!read_time(effect.substr(latency_word.size()), rule_.effects.latency))
             return problem(effect, "the latency is not a number from 1 to 4294967295 with a unit: ns, us, ms or s");
         return std::nullopt;
@@ -156,10 +156,10 @@ private:
     {
         std::int64_t result = 0;
         if (!read_number(effect, lowest_result, highest_result, result))
-            return problem(effect, "the effect is neither a result, a number from -2147483648 to 4294967295, nor "
-                                   "latency:NUMBER with its unit, nor block");
+            return problem(effect, "the effect is not a result (-2147483648 to 4294967295), latency:NUMBER with a "
+                                   "unit, or block");
         if (rule_.effects.result)
-            return problem(effect, "a second result");
+            return problem(effect, "the result is given twice");
         rule_.effects.result = result;
         return std::nullopt;
     }

@@ -35,7 +35,7 @@ struct FaultEffects {
 
 struct FaultRule {
     std::string text;         /* as written */
-    std::size_t function = 0; /* place in closed_functions */
+    std::size_t function = 0; /* index in closed_functions */
     std::uint64_t first = 1;  /* the first call it is for, counted from 1 */
     std::uint64_t times = 0;  /* for how many calls from there on */
     FaultEffects effects;

@@ -22,7 +22,7 @@ namespace softnode
 
 struct TrialCall {
     std::size_t thread = 0;   /* 0: the scenario's own; others from 1, in the order of their first calls */
-    std::size_t function = 0; /* place in closed_functions */
+    std::size_t function = 0; /* index in closed_functions */
     std::uint64_t call = 1;   /* its number among the thread's calls of the function, from 1 */
 };
 

@@ -26,7 +26,7 @@ constexpr int unreadable_faults_status = 2;
 std::string read_faults(const std::string &given, std::vector<FaultRule> &rules)
 {
     if (given == "@")
-        return "no file is named behind the @";
+        return "the file name after the @ is missing";
     return given.starts_with('@') ? read_fault_file(given.substr(1), rules) : read_given_faults(given, rules);
 }
 
@@ -51,7 +51,7 @@ Instance *first_instance()
     return fresh.release();
 }
 
-/* Where the node stands. Whoever is the first to ask says which one that is. */
+/* The pointer to the node. The first caller decides which node that is. */
 Instance *&place(Instance *(*first)())
 {
     static Instance *here = first();

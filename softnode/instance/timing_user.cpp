@@ -13,7 +13,7 @@ namespace softnode
 namespace
 {
 
-/* There is no call that closes a connection: the end of the thread is what tells that nobody is coming back to it. */
+/* There is no call that closes a connection: the end of the thread shows that it is not used any more. */
 class ThreadAsUser
 {
 public:

@@ -18,10 +18,10 @@ public:
     Handle driver_kit() const;
     Handle ehsfp_target() const;
 
-    /** Whether the handle may stand as first argument of a driver-kit call. */
+    /** Whether the handle is valid as first argument of a driver-kit call. */
     Refusal check_driver_kit(Handle handle) const;
 
-    /** Whether the handle may stand as first argument of a binding. */
+    /** Whether the handle is valid as first argument of a binding. */
     Refusal check_system(Handle handle) const;
 
     /** Whether PCEPs can be bound to it. */

@@ -43,7 +43,7 @@ struct Pcep {
 struct Replication {
     Tally offered;
     Tally copies;  /* one of each frame for each member, those dropped among them */
-    Tally dropped; /* copies for a member that is no more, or whose remote address nothing leads to */
+    Tally dropped; /* copies for a member that does not exist, or whose remote address nothing leads to */
 };
 
 struct Group {

@@ -42,7 +42,7 @@ public:
     Refusal remove_queue(Handle queue);
     Refusal check_queue(Handle queue) const;
 
-    /** What the driver kit tells of a queue. */
+    /** What the driver kit returns about a queue. */
     Refusal read_queue(Handle queue, ork_qos_queue &record) const;
 
     /**

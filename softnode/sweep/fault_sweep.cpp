@@ -1,7 +1,7 @@
 /*
  * fault_sweep.cpp - the runs of a sweep, each in a child process, and the report.
  *
- * A child tells its parent, as JSON, the scenario's result and note, the calls it made, and what is left in the node.
+ * A child sends its parent, as JSON, the scenario's result and note, the calls it made, and what is left in the node.
  */
 #include "softnode/sweep/fault_sweep.h"
 
@@ -50,7 +50,7 @@ std::size_t threads_of_this_process()
  */
 void wait_for_rest(std::size_t threads_before, Milliseconds limit)
 {
-    constexpr Milliseconds between_looks{1}; /* nobody tells when a thread is gone altogether */
+    constexpr Milliseconds between_looks{1}; /* no event reports the end of a thread */
     Instance &here = instance();
     const auto deadline = std::chrono::steady_clock::now() + limit;
     std::unique_lock alone(here.mutex);
@@ -59,7 +59,7 @@ void wait_for_rest(std::size_t threads_before, Milliseconds limit)
         here.user_moved.wait_for(alone, between_looks);
 }
 
-Json told(const std::vector<TrialCall> &calls)
+Json list_of(const std::vector<TrialCall> &calls)
 {
     Json list = Json::array();
     for (const TrialCall &call : calls)
@@ -67,7 +67,7 @@ Json told(const std::vector<TrialCall> &calls)
     return list;
 }
 
-Json told(const Inventory &items)
+Json list_of(const Inventory &items)
 {
     Json list = Json::array();
     for (const Item &item : items)
@@ -96,8 +96,8 @@ std::string perform(const softnode_scenario &scenario, const MaybeFault &fault)
     return with_node([&](Node &node) {
         return written({{"result", result},
                         {"note", note ? Json(note) : Json(nullptr)},
-                        {"calls", told(here.trial->calls())},
-                        {"items", told(inventory_of(node))}});
+                        {"calls", list_of(here.trial->calls())},
+                        {"items", list_of(inventory_of(node))}});
     });
 }
 
@@ -116,13 +116,13 @@ Run read_run(const ChildOutcome &outcome)
     Run run{outcome.end, nullptr, nullptr, {}, {}};
     if (outcome.end != ChildEnd::returned)
         return run;
-    const Json told = notation::read_json(outcome.text);
-    run.result = told.at("result");
-    run.note = told.at("note");
-    for (const Json &call : told.at("calls"))
+    const Json sent = notation::read_json(outcome.text);
+    run.result = sent.at("result");
+    run.note = sent.at("note");
+    for (const Json &call : sent.at("calls"))
         run.calls.push_back({call.at("thread").number<std::size_t>(), call.at("function").number<std::size_t>(),
                              call.at("call").number<std::uint64_t>()});
-    for (const Json &item : told.at("items"))
+    for (const Json &item : sent.at("items"))
         run.items.push_back({item.at("kind").text(), item.at("name").text()});
     return run;
 }
@@ -151,11 +151,11 @@ Json fault_of(const MaybeFault &fault)
             {"persistent", fault->persistent}};
 }
 
-/* A note that is an object is a part of the report, not a text with a document of its own. */
-Json read_note(const Json &told)
+/* A note that is an object is a part of the report, not a string with a document of its own. */
+Json read_note(const Json &sent)
 {
-    auto object = told.is_null() ? std::nullopt : notation::try_read_json(told.text());
-    return object && object->is_object() ? std::move(*object) : told;
+    auto object = sent.is_null() ? std::nullopt : notation::try_read_json(sent.text());
+    return object && object->is_object() ? std::move(*object) : sent;
 }
 
 /* A run that did not return has left nothing that could be looked at. */
@@ -166,8 +166,8 @@ Json report_of(const MaybeFault &fault, const Run &run, const Inventory &expecte
     report["outcome"] = outcomes[static_cast<std::size_t>(run.end)];
     report["result"] = run.result;
     report["note"] = read_note(run.note);
-    report["left"] = returned ? told(items_beyond(expected, run.items)) : Json(nullptr);
-    report["missing"] = returned ? told(items_beyond(run.items, expected)) : Json(nullptr);
+    report["left"] = returned ? list_of(items_beyond(expected, run.items)) : Json(nullptr);
+    report["missing"] = returned ? list_of(items_beyond(run.items, expected)) : Json(nullptr);
     return report;
 }
 

@@ -12,7 +12,7 @@
 namespace softnode
 {
 
-/** The report; nothing when no child process can be made. `scenario.run` is there, `watcher` may be null. */
+/** The report; nothing when no child process can be created. `scenario.run` is there, `watcher` may be null. */
 std::optional<std::string> fault_sweep(const softnode_scenario &scenario, softnode_sweep_watcher *watcher);
 
 } // namespace softnode

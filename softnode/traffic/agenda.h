@@ -14,7 +14,7 @@ namespace softnode
 class Agenda
 {
 public:
-    /** Enters a child that does not stand in it. */
+    /** Adds a child that is not in it. */
     void put(Child &child);
 
     /** When the first one opens. */
@@ -23,7 +23,7 @@ public:
     /** Takes out the first one; there is one. */
     Child &take();
 
-    /** Takes out a child, if it stands in it. */
+    /** Removes a child, if it is in it. */
     void remove(Child &child);
 
     void clear();

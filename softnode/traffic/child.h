@@ -25,7 +25,7 @@ struct Child {
     /* The port's. */
     Scheduler *above = nullptr; /* null: not attached, or the root */
     std::uint64_t serial = 0;   /* in the order of attaching */
-    bool awaited = false;       /* it stands in the agenda, for when its shaper opens */
+    bool awaited = false;       /* it is in the agenda, for when its shaper opens */
 
     /* The round robin's. */
     std::int64_t credit = 0; /* octets left of its turn; less than none: sent ahead of the next one */

@@ -42,7 +42,7 @@ Waiting FrameQueue::waiting() const
 
 std::uint64_t FrameQueue::room_for(std::uint32_t length) const
 {
-    /* A frame that enters only to leave at once may stand above the threshold until it does. */
+    /* A frame that enters only to leave at once may exceed the threshold until it does. */
     return waiting_.blocks < most_blocks_ ? (most_blocks_ - waiting_.blocks) / blocks_of(length) : 0;
 }
 

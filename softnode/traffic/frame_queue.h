@@ -1,7 +1,7 @@
 /*
  * frame_queue.h - frames that wait, first in, first out, in memory that is counted in blocks.
  *
- * Frames that came together for one destination are kept together, as a run, however many they are. Runs stand in a
+ * Frames that came together for one destination are kept together, as a run, however many they are. Runs are in a
  * ring that doubles when it is full.
  */
 #ifndef SOFTNODE_FRAME_QUEUE_H

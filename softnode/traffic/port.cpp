@@ -1,6 +1,6 @@
 /*
  * port.cpp - up and down the tree. A child takes part in the turns above it while it is backlogged and its shaper open;
- * while it is backlogged and its shaper shut, it stands in the agenda.
+ * while it is backlogged and its shaper closed, it is in the agenda.
  */
 #include "softnode/traffic/port.h"
 

@@ -34,7 +34,7 @@ public:
         child.previous->next = first_->previous = &child;
     }
 
-    /** Has a child take part no more. What is left of its turn is lost, what it owes is not. */
+    /** Removes a child from the round. The rest of its turn is lost, its debt is not. */
     void leave(Child &child)
     {
         child.credit = std::min<std::int64_t>(child.credit, 0);

@@ -1,5 +1,5 @@
 /*
- * virtual_clock.cpp - time that passes when it is told to, and its end.
+ * virtual_clock.cpp - time that passes when it is advanced, and its end.
  */
 #include "softnode/traffic/virtual_clock.h"
 

@@ -1,5 +1,5 @@
 /*
- * virtual_clock.h - virtual time: nanoseconds since the node was switched on. It stands still until it is told to pass.
+ * virtual_clock.h - virtual time: nanoseconds since the node was switched on. It passes only when it is advanced.
  */
 #ifndef SOFTNODE_VIRTUAL_CLOCK_H
 #define SOFTNODE_VIRTUAL_CLOCK_H
@@ -26,7 +26,7 @@ class VirtualClock
 public:
     Instant now() const;
 
-    /** Lets time pass. It ends with the last instant there is, 584 years on, and stands still there. */
+    /** Lets time pass. It stops at the last instant, 584 years on. */
     void advance(std::uint64_t nanoseconds);
 
     void reset();

@@ -60,7 +60,7 @@ std::string end_text(const DotEnd &end, const char *side)
     return text.append(":").append(side);
 }
 
-/* What stands for a character that means something between tags. */
+/* The entity for a character that has a meaning between tags. */
 struct Entity {
     char character;
     const char *name;

@@ -31,7 +31,7 @@ public:
      */
     explicit DotBox(const char *accent, unsigned width = 0);
 
-    /** A line for what the box stands for; at its right the handle, or what there is of it. */
+    /** The first line of the box: its object, and at the right its handle or a part of it. */
     void title(std::string_view text, std::string_view right = {});
 
     /** A line. Edges can end at it by its port, if it has one. */
@@ -50,7 +50,7 @@ private:
 struct DotColumn {
     const char *name;
     const char *heading;
-    const char *accent; /* of what stands in it */
+    const char *accent; /* of what is in it */
     const char *ground;
 };
 
@@ -66,7 +66,7 @@ enum class DotLine : std::uint8_t { arrow, short_arrow, dashed };
 class DotDocument
 {
 public:
-    /* Between these, nodes go into the column. Columns stand from the left in the order of opening. */
+    /* Between these, nodes go into the column. Columns are ordered from the left as they are opened. */
     void open(const DotColumn &column);
     void close();
     void node(std::string_view name, const DotBox &box);
@@ -82,7 +82,7 @@ private:
     std::set<std::string> edges_;
 };
 
-/** Text as it stands between the tags of a label. */
+/** Text as it is written between the tags of a label. */
 std::string escaped(std::string_view text);
 
 } // namespace softnode

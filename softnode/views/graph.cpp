@@ -90,7 +90,7 @@ private:
         dot_.close();
     }
 
-    /* In no column, so that each can stand beside its queues. */
+    /* In no column, so that each can be beside its queues. */
     void draw_schedulers()
     {
         for (const SchedulerChain &chain : chains_)
@@ -151,7 +151,7 @@ private:
         return path == node_.ebcom.paths().end() ? nullptr : &path->second;
     }
 
-    /* What there is to tell about the way to a PCEP's remote address where it is not a path. */
+    /* The label of the way to a PCEP's remote address if it is not a path. */
     Words way_of(const Pcep &pcep) const
     {
         if (path_of(pcep))

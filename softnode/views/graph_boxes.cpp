@@ -18,7 +18,7 @@ namespace softnode
 namespace
 {
 
-/* Of what stands in no column. */
+/* Of what is in no column. */
 constexpr const char *scheduler_accent = "#8a6116";
 constexpr const char *neutral = "#55616d";
 
@@ -73,7 +73,7 @@ DotBox group_box(Handle handle, const Group &group, const PcepsById &pceps)
         box.line({{"no members", Tone::faint}});
     for (const std::uint32_t member : group.members)
         if (!pceps.contains(member))
-            box.line({{"PCEP " + std::to_string(member) + " is no more", Tone::alarm}});
+            box.line({{"PCEP " + std::to_string(member) + " does not exist", Tone::alarm}});
     return box;
 }
 

@@ -20,7 +20,7 @@ constexpr const char *remote_port = "remote";
 constexpr const char *further_port = "further";
 
 DotBox group_box(Handle handle, const Group &group, const PcepsById &pceps);
-/** The way is told where it is not a path. */
+/** Shows the way if it is not a path. */
 DotBox pcep_box(Handle handle, const Pcep &pcep, const Words &way);
 /** PCEPs that are only counted, and those of them whose remote address nothing leads to. */
 DotBox further_pceps_box(std::size_t count, std::size_t astray);

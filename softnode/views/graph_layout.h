@@ -36,7 +36,7 @@ PcepsById pceps_by_id(const PcepTable &table);
 /** Schedulers below one another, from the root's side, on which nothing but the next one hangs. */
 using SchedulerChain = std::vector<Handle>;
 
-/** Every scheduler is in one of them; chains stand in the order of their first schedulers' creation. */
+/** Every scheduler is in one of them; chains are in the order of their first schedulers' creation. */
 std::vector<SchedulerChain> scheduler_chains(const Node &node);
 
 } // namespace softnode

@@ -2,7 +2,7 @@
  * inventory.h - what a node holds, by names that do not depend on handles: so that two nodes can be compared.
  *
  *     kind               name
- *     scheduler          its place in the tree: 1.2 is the second one below the first one under the root, in the order
+ *     scheduler          its position in the tree: 1.2 is the second one below the first one under the root, in the order
  *                        of creation
  *     queue              "of scheduler 1.2: 100000 kbit/s, burst 65536, threshold 1048576"; or "unshaped"
  *     path               its address
@@ -14,7 +14,7 @@
  *     timing connection  "waiting", "working", "blocked" or "ended", as in the snapshot
  *     timing event       taken and not handed back: "type 6 of domain 0"
  *
- * Two objects can have one name: siblings are told apart by how many there are, queues by what they are made of. Of
+ * Two objects can have one name: siblings are distinguished by their number, queues by what they are made of. Of
  * three schedulers below 1 of which the first is missing, 1.3 is missing.
  */
 #ifndef SOFTNODE_INVENTORY_H

@@ -10,10 +10,10 @@ namespace
 
 TEST(Refusal, MessageIsAFunctionAndWhatItTells)
 {
-    const auto [function, told] = spoken_in("create_scheduler(): ork_qos_scheduler_create(rootId=20)");
+    const auto [function, detail] = parts_of("create_scheduler(): ork_qos_scheduler_create(rootId=20)");
     EXPECT_EQ(function, "create_scheduler");
-    EXPECT_EQ(told, "ork_qos_scheduler_create(rootId=20)");
-    EXPECT_EQ(spoken_in("kel_core_ic_ebcom_stop()").function, "");
+    EXPECT_EQ(detail, "ork_qos_scheduler_create(rootId=20)");
+    EXPECT_EQ(parts_of("kel_core_ic_ebcom_stop()").function, "");
 }
 
 TEST(Refusal, DriverKitTellsItsCode)

@@ -77,7 +77,7 @@ TEST_F(Capture, ATruncatedFileIsWrongWithTheOffsetOfWhatIsNotWhole)
 TEST_F(Capture, AForeignFileIsWrong)
 {
     EXPECT_THAT(wrong("not a capture at all, whatever it is"), HasSubstr("unknown file format"));
-    EXPECT_EQ(wrong(pcap_of(two, 1, 113)), "has no Ethernet frames, but LINUX_SLL");
+    EXPECT_EQ(wrong(pcap_of(two, 1, 113)), "is a capture of LINUX_SLL, not of Ethernet");
     EXPECT_EQ(read_capture(folder.path() + "/none").wrong, "cannot be read: No such file or directory");
 }
 
@@ -96,7 +96,7 @@ TEST_F(Capture, WhatCannotBeWrittenLeavesTheFileAlone)
     const std::vector<timed_frame> late = {{&got.frames[0], uint64_t{4'294'967'296} * 1'000'000'000}};
     const std::string input = folder.path() + "/file";
     EXPECT_EQ(write_capture(folder.path() + "/out", late),
-              "cannot be written: it would have frames of later than the year 2106");
+              "cannot be written: pcap holds no times after the year 2106");
     EXPECT_EQ(text_of(folder.path() + "/out"), "");
     EXPECT_EQ(write_capture(input, {}), "cannot be written: it is an input of this run");
     EXPECT_EQ(text_of(input), pcap_of(two));

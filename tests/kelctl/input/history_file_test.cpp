@@ -109,7 +109,8 @@ TEST_F(HistoryFile, LinkIsLeftAloneWithWhatItLeadsTo)
     const std::string other = own.file_with("another file\n");
     const auto permissions = fs::status(other).permissions();
     fs::create_symlink(other, place);
-    EXPECT_EQ(history_file().refusal(), place + ": not a regular file that you own and may write; no history is kept");
+    EXPECT_EQ(history_file().refusal(),
+              place + ": not a regular file that you own and can write; the history is not saved");
     type("one");
     EXPECT_THAT(kept(), IsEmpty());
     std::ifstream file(other);

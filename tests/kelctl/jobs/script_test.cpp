@@ -31,7 +31,7 @@ TEST(Script, EveryWrongLineIsAProblemAndTheOthersAreRead)
     ASSERT_THAT(parsed.problems, SizeIs(2));
     EXPECT_EQ(parsed.problems[0].at, (position{1, 1}));
     EXPECT_EQ(parsed.problems[1].at, (position{3, 12}));
-    EXPECT_EQ(parsed.problems[1].message, "GROUP: 0 is not in 1 to 511");
+    EXPECT_EQ(parsed.problems[1].message, "GROUP: 0 is not in the range 1 to 511");
     EXPECT_THAT(parsed.lines, SizeIs(1));
 }
 

@@ -157,7 +157,7 @@ TEST(Completion, LinesTellWhatWordsAreFor)
     EXPECT_EQ(lines_of(completed("lamp g")), "group\tmake, drop, join\n");
     EXPECT_EQ(lines_of(completed("lamp group ")),
               "make\tMake a group\ndrop\tDrop a group\njoin\tLet a lamp join a group\n");
-    EXPECT_EQ(lines_of(completed("lamp --j")), "--json\tshow results as JSON, one document for each command\n");
+    EXPECT_EQ(lines_of(completed("lamp --j")), "--json\tshow results as JSON, one document per command\n");
     EXPECT_EQ(lines_of(completed("lamp group drop ")), "9\n444\n");
     EXPECT_EQ(lines_of(completed("load x", source::program)), "@files\n");
     EXPECT_EQ(lines_of(completed("nothing x")), "");

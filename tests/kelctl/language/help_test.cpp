@@ -38,13 +38,12 @@ Arguments:
 
 Options:
   --port PORT           socket; name or 0 to 50
-  --json                show results as JSON, one document for each command
-  --trace               print the library's trace records as they are fired
+  --json                show results as JSON, one document per command
+  --trace               print the library's trace records as they occur
   --brief               report failures without their trace records
-  --quiet               print nothing but failures
-  --all                 show every row and problem, however many there are
-  --raw                 take what the C interface takes, without the limits of
-                        values
+  --quiet               print failures only
+  --all                 show all rows and problems, however many
+  --raw                 accept any value that the C interface accepts
   --help                print this help
 
 Function of the library:
@@ -86,7 +85,7 @@ TEST(Help, FitsNarrowTerminalsAndUsesWideOnes)
     for (std::string line; std::getline(lines, line);)
         EXPECT_LE(line.size(), 40u) << line;
     EXPECT_THAT(help_of(row, source::shell, 120),
-                HasSubstr("  --raw                 take what the C interface takes, without the limits of values\n"));
+                HasSubstr("  --raw                 accept any value that the C interface accepts\n"));
 }
 
 TEST(Help, HintNamesTheHelpOfTheCommand)

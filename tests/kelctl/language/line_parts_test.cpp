@@ -23,10 +23,10 @@ line_parts parts(std::string_view line, source where = source::script)
 // "--port=6", "MAC=02:..."; "?" for what the command has not.
 std::vector<std::string> arguments(const line_parts &parts)
 {
-    std::vector<std::string> told;
+    std::vector<std::string> words;
     for (const argument_word &one : parts.arguments)
-        told.push_back((one.meant ? one.meant->name : "?") + (one.value ? "=" + one.value->text : ""));
-    return told;
+        words.push_back((one.meant ? one.meant->name : "?") + (one.value ? "=" + one.value->text : ""));
+    return words;
 }
 
 TEST(LineParts, CommandAndItsArguments)

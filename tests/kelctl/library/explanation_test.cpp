@@ -1,4 +1,4 @@
-// Who refused, told from records as the library words them.
+// Which call refused, found in records as the library words them.
 #include "kelctl/library/explanation.h"
 
 #include "platform/kei_util.h"

@@ -125,8 +125,7 @@ TEST_F(LoadNodeFile, AnotherMpIdInTheSameProcessIsRefusedByName)
     const result other = here.run("mpid 6");
     EXPECT_EQ(other.status, exit_operation_failed);
     ASSERT_THAT(other.errors, SizeIs(1));
-    EXPECT_EQ(other.errors[0].message,
-              "the MP id cannot become 6: it is 5 in this process already, and the library keeps it");
+    EXPECT_EQ(other.errors[0].message, "the MP id cannot change to 6: the library already uses 5 in this process");
     EXPECT_EQ(own_mp_id(), 5);
 }
 

@@ -140,9 +140,9 @@ TEST(NodeRules, PlatformHasRoomForSoManyDestinations)
     EXPECT_THAT(problems_of(paths, {.most_destinations = 10}), IsEmpty());
     const auto problems = problems_of(paths, {.most_destinations = 9});
     EXPECT_THAT(messages_of(problems),
-                ElementsAre("count: more than 9 destinations in all, which is what this platform has room for"));
+                ElementsAre("count: more than 9 destinations in all, the limit of this platform"));
     EXPECT_EQ(problems[0].at, (position{16, 9}));
-    EXPECT_THAT(problems_of(paths, {.most_destinations = 1}), SizeIs(1)); // told once
+    EXPECT_THAT(problems_of(paths, {.most_destinations = 1}), SizeIs(1)); // reported once
 }
 
 TEST(NodeRules, GroupsMayShareMembersAndHaveNone)
@@ -153,9 +153,9 @@ TEST(NodeRules, GroupsMayShareMembersAndHaveNone)
 TEST(NodeRules, IdBelongsToTheFirstTableOfTheFileWhateverItsKind)
 {
     const auto problems = problems_of(group(7) + pcep(7) + pcep(7) + pcep(8) + group(8));
-    EXPECT_THAT(messages_of(problems),
-                ElementsAre("id: 7 is that of the multicast group in line 5",
-                            "id: 7 is that of the multicast group in line 5", "id: 8 is that of the PCEP in line 20"));
+    EXPECT_THAT(messages_of(problems), ElementsAre("id: 7 is already the id of the multicast group in line 5",
+                                                   "id: 7 is already the id of the multicast group in line 5",
+                                                   "id: 8 is already the id of the PCEP in line 20"));
     EXPECT_EQ(problems[0].at, (position{9, 6}));
     EXPECT_EQ(problems[1].at, (position{15, 6}));
     EXPECT_EQ(problems[2].at, (position{27, 6}));

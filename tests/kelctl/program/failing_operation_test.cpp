@@ -47,7 +47,7 @@ void PrintTo(const failing_operation &failing, std::ostream *out)
 
 std::string left_behind(const std::string &row)
 {
-    return "Taken down, but left behind:\n  " + row + "\n";
+    return "Taken down. Left behind:\n  " + row + "\n";
 }
 
 const failing_operation going_up[] = {
@@ -189,7 +189,7 @@ TEST(FailingTakeDown, SchedulerThatStaysIsLeftBehindThoughNoOperationFailed)
     const auto outcome = kelctl_up(ebcom_table, {{"KEL_SOFTNODE_FAULTS", "ork_qos_scheduler_delete:1=-7"}});
     EXPECT_EQ(outcome.status, 1);
     EXPECT_THAT(outcome.err,
-                testing::EndsWith("Taken down, but left behind:\n"
+                testing::EndsWith("Taken down. Left behind:\n"
                                   "  8 schedulers:        0x5c00000001 0x5c00000002 0x5c00000003 0x5c00000004\n"
                                   "                       0x5c00000005 0x5c00000006 0x5c00000007 0x5c00000008\n"));
 }
@@ -202,7 +202,7 @@ TEST(FailingTakeDown, OnlyTheFirstOfManyFailuresAreToldInFull)
     EXPECT_THAT(outcome.err, HasSubstr("\n15 more operations of the take-down failed; --all shows them\n"));
     EXPECT_THAT(
         outcome.err,
-        HasSubstr("\nnot undone: 25 paths\nTaken down, but left behind:\n  25 paths:            02:00:00:02:00:01 "));
+        HasSubstr("\nnot undone: 25 paths\nTaken down. Left behind:\n  25 paths:            02:00:00:02:00:01 "));
 }
 
 TEST(FailingBoth, FailureGoingUpAndFailureGoingDownAreBothTold)
@@ -272,8 +272,8 @@ TEST(FailingBringUp, KeepLeavesStandingWhatStands)
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.out, "");
     EXPECT_THAT(outcome.err, testing::HasSubstr("node.toml:8: failed: kel_core_ic_ebcom_path_add" + second_path));
-    EXPECT_THAT(outcome.err, HasSubstr("\nkept standing: parameters, interface, EBCOM service, 1 path\n"
-                                       "The node holds:\n  12 schedulers: "));
+    EXPECT_THAT(outcome.err, HasSubstr("\nkept: parameters, interface, EBCOM service, 1 path\n"
+                                       "The node contains:\n  12 schedulers: "));
     EXPECT_THAT(outcome.err, testing::EndsWith("\n  1 path:              02:00:00:02:00:01\n"
                                                "  1 interface:         Ethernet device 7\n"));
     EXPECT_THAT(outcome.err, Not(HasSubstr("undone")));

@@ -25,12 +25,12 @@ TEST_P(Hold, EndsWithTheSignalAndTakesTheNodeDown)
 {
     const file_in_folder file("node.toml", many_paths(2));
     running_kelctl kelctl({.arguments = {"up", "node.toml", "--hold"}, .environment = {}, .folder = file.folder()});
-    ASSERT_TRUE(kelctl.shows("Holding the node until Ctrl-C.\n"));
+    ASSERT_TRUE(kelctl.shows("The node is up until Ctrl-C.\n"));
     kelctl.signal(GetParam());
     const auto outcome = kelctl.finish();
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.err, "");
-    EXPECT_THAT(outcome.out, EndsWith("Holding the node until Ctrl-C.\n" + empty_again));
+    EXPECT_THAT(outcome.out, EndsWith("The node is up until Ctrl-C.\n" + empty_again));
 }
 
 INSTANTIATE_TEST_SUITE_P(Signals, Hold, testing::Values(SIGINT, SIGTERM));
@@ -59,11 +59,11 @@ TEST(HoldAfterAFailure, HoldsOnlyWhatIsKept)
 
     running_kelctl kelctl(
         {.arguments = {"up", "node.toml", "--hold", "--keep"}, .environment = fault, .folder = file.folder()});
-    ASSERT_TRUE(kelctl.shows("Holding the node until Ctrl-C.\n"));
+    ASSERT_TRUE(kelctl.shows("The node is up until Ctrl-C.\n"));
     kelctl.signal(SIGINT);
     const auto kept = kelctl.finish();
     EXPECT_EQ(kept.status, 1);
-    EXPECT_THAT(kept.err, HasSubstr("\nkept standing: parameters, interface, EBCOM service, 1 path\n"));
+    EXPECT_THAT(kept.err, HasSubstr("\nkept: parameters, interface, EBCOM service, 1 path\n"));
 }
 
 // Nobody reads the records, so that the program waits in the middle of its work for the pipe to have room.
@@ -77,7 +77,7 @@ TEST(Interruption, InTheMiddleOfManyPathsTakesDownWhatStands)
     const auto outcome = kelctl.finish();
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.out, "");
-    EXPECT_THAT(outcome.err, HasSubstr("\ninterrupted before the whole node stood\n"));
+    EXPECT_THAT(outcome.err, HasSubstr("\ninterrupted before the node was up\n"));
     EXPECT_THAT(outcome.err, HasSubstr(" removed, EBCOM service stopped, interface deleted\n"));
     EXPECT_THAT(outcome.err, HasSubstr("\n" + empty_again)); // a record of another thread may follow
 }

@@ -28,9 +28,9 @@ TEST(Main, WrongOnesAreToldWithStatus2)
         {{"up", "a.toml", "b.toml"}, "b.toml"},
         {{"up", "a.toml", "--wat"}, "--wat"},
         {{"exit"}, "kelctl: \"exit\" cannot be used here\n"},
-        {{"ebcom", "pth"}, "kelctl: there is no command \"ebcom pth\"; did you mean \"ebcom path\"?\n"},
-        {{"group", "add", "512"}, "kelctl: GROUP: 512 is not in 1 to 511\n"},
-        {{"ebcom", "port", "channel", "RUL1P"}, "kelctl: PORT: there is no port \"RUL1P\"; did you mean \"RLU1P\"?\n"},
+        {{"ebcom", "pth"}, "kelctl: unknown command \"ebcom pth\"; did you mean \"ebcom path\"?\n"},
+        {{"group", "add", "512"}, "kelctl: GROUP: 512 is not in the range 1 to 511\n"},
+        {{"ebcom", "port", "channel", "RUL1P"}, "kelctl: PORT: unknown port \"RUL1P\"; did you mean \"RLU1P\"?\n"},
     };
     for (const auto &[arguments, message] : wrong) {
         const auto outcome = kelctl(arguments);
@@ -47,7 +47,7 @@ TEST(Main, WrongOneIsADocumentWhereJsonIsAskedFor)
     EXPECT_EQ(outcome.status, 2);
     EXPECT_EQ(outcome.err, "");
     EXPECT_THAT(outcome.out, HasSubstr(R"("ok":false,)"));
-    EXPECT_THAT(outcome.out, HasSubstr(R"("error":{"message":"GROUP: 512 is not in 1 to 511","file":null,)"));
+    EXPECT_THAT(outcome.out, HasSubstr(R"("error":{"message":"GROUP: 512 is not in the range 1 to 511","file":null,)"));
 }
 
 TEST(Main, JsonAsAValueIsNotAskedFor)
@@ -70,8 +70,8 @@ TEST(Main, FailureForWantOfAServiceNamesRunAndShell)
 {
     EXPECT_THAT(
         kelctl({"ebcom", "path", "add", "02:00:00:02:00:01", "--port", "RLU1P"}).err,
-        testing::EndsWith("\n  the EBCOM service is not started in this process: \"ebcom start\" starts it; commands "
-                          "that belong together go into a script for \"kelctl run\", or into \"kelctl shell\"\n"));
+        testing::EndsWith("\n  the EBCOM service is not started in this process: \"ebcom start\" starts it; run "
+                          "such commands in one process, with \"kelctl run\" or \"kelctl shell\"\n"));
 }
 
 TEST(Main, EveryFileMayHaveAByteOrderMarkAndCarriageReturns)
@@ -149,7 +149,7 @@ TEST(Main, VersionIsADocumentWhereJsonIsAskedFor)
 }
 
 const std::map<std::string, std::string> wrong_environment = {{"KEL_SOFTNODE_FAULTS", "ork_bind=bogus"}};
-const std::string what_is_wrong = "KEL_SOFTNODE_FAULTS: \"ork_bind=bogus\": the effect is neither a result";
+const std::string what_is_wrong = "KEL_SOFTNODE_FAULTS: \"ork_bind=bogus\": the effect is not a result";
 
 TEST(WrongEnvironment, IsAnErrorOfTheCommand)
 {
@@ -174,9 +174,9 @@ TEST(WrongEnvironment, IsADocumentWhereJsonIsAskedFor)
         EXPECT_EQ(outcome.status, 2) << arguments[0];
         EXPECT_EQ(outcome.err, "") << arguments[0];
         EXPECT_EQ(std::count(outcome.out.begin(), outcome.out.end(), '\n'), 1) << arguments[0];
-        const auto told = nlohmann::json::parse(outcome.out, nullptr, false);
-        EXPECT_EQ(told["ok"], false) << arguments[0];
-        EXPECT_THAT(told["error"]["message"].get<std::string>(), testing::StartsWith(what_is_wrong)) << arguments[0];
+        const auto printed = nlohmann::json::parse(outcome.out, nullptr, false);
+        EXPECT_EQ(printed["ok"], false) << arguments[0];
+        EXPECT_THAT(printed["error"]["message"].get<std::string>(), testing::StartsWith(what_is_wrong)) << arguments[0];
     }
 }
 

@@ -53,11 +53,11 @@ TEST(Check, JsonHasEveryProblem)
         run_kelctl({.arguments = {"check", "node.toml", "--json"}, .environment = {}, .folder = file.folder()});
     EXPECT_EQ(outcome.status, 2);
     EXPECT_EQ(outcome.err, "");
-    const auto told = document(outcome);
-    EXPECT_EQ(told["ok"], false);
-    EXPECT_EQ(told["error"]["file"], "node.toml");
-    EXPECT_EQ(told["error"]["line"], 1);
-    EXPECT_EQ(told["further_errors"].size(), 3u);
+    const auto printed = document(outcome);
+    EXPECT_EQ(printed["ok"], false);
+    EXPECT_EQ(printed["error"]["file"], "node.toml");
+    EXPECT_EQ(printed["error"]["line"], 1);
+    EXPECT_EQ(printed["further_errors"].size(), 3u);
 }
 
 TEST(Check, NodeFileMayComeThroughStandardInput)
@@ -89,8 +89,8 @@ TEST(MpIdOfAProcess, SecondOneIsRefusedByItsName)
         run_kelctl({.arguments = {"run", "-"}, .in = "mpid 5\npcep locate 02:00:05:00:00:01\nmpid 5\nmpid 6\n"});
     EXPECT_EQ(outcome.status, 1);
     EXPECT_THAT(outcome.out, HasSubstr("CPU"));
-    EXPECT_THAT(outcome.err, StartsWith("-:4: the MP id cannot become 6: it is 5 in this process already, and the "
-                                        "library keeps it\n"));
+    EXPECT_THAT(outcome.err, StartsWith("-:4: the MP id cannot change to 6: the library already uses 5 in this "
+                                        "process\n"));
 }
 
 TEST(MpIdOfAProcess, OneOfTheEnvironmentCountsFromTheFirstCall)
@@ -98,7 +98,8 @@ TEST(MpIdOfAProcess, OneOfTheEnvironmentCountsFromTheFirstCall)
     const auto outcome = run_kelctl(
         {.arguments = {"run", "-"}, .environment = {{"MPID", "4"}}, .in = "pcep locate 02:00:04:00:00:01\nmpid 5\n"});
     EXPECT_EQ(outcome.status, 1);
-    EXPECT_THAT(outcome.err, StartsWith("-:2: the MP id cannot become 5: it is 4 in this process already"));
+    EXPECT_THAT(outcome.err,
+                StartsWith("-:2: the MP id cannot change to 5: the library already uses 4 in this process"));
 
     const auto before = run_kelctl(
         {.arguments = {"run", "-"}, .environment = {{"MPID", "4"}}, .in = "mpid 5\npcep locate 02:00:05:00:00:01\n"});
@@ -123,7 +124,7 @@ TEST(Check, WhatThePlatformHasNoRoomForIsAProblem)
     const auto one_more = check_paths(60'000, room - 60'000 + 1);
     EXPECT_EQ(one_more.status, 2);
     EXPECT_EQ(one_more.err, "-:12:9: count: more than " + std::to_string(room) +
-                                " destinations in all, which is what this platform has room for\n"
+                                " destinations in all, the limit of this platform\n"
                                 "-: 1 problem, nothing was started\n");
     EXPECT_EQ(check_paths(65'000, 35'000).status, 2);
 }
@@ -217,10 +218,10 @@ TEST(UpJson, TellsWhatStoodAndThatNothingIsLeft)
     const auto outcome = kelctl_with({"up", "examples/node.toml", "--json"});
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.err, "");
-    const auto told = document(outcome);
-    EXPECT_EQ(told["command"], "up");
-    EXPECT_EQ(told["ok"], true);
-    const auto &result = told["result"];
+    const auto printed = document(outcome);
+    EXPECT_EQ(printed["command"], "up");
+    EXPECT_EQ(printed["ok"], true);
+    const auto &result = printed["result"];
     EXPECT_EQ(result["stood"], true);
     EXPECT_EQ(result["paths_added"], 17);
     EXPECT_EQ(result["node"]["paths"].size(), 16u);
@@ -236,28 +237,28 @@ TEST(UpJson, ExplainsTheFailureAndTellsWhatIsLeft)
                                      {{"KEL_SOFTNODE_FAULTS", "ork_bind=-8;ork_ebcom_pcep_path_delete:1=-4"}});
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.err, "");
-    const auto told = document(outcome);
-    EXPECT_EQ(told["ok"], false);
-    EXPECT_EQ(told["result"]["stood"], false);
-    EXPECT_EQ(told["result"]["left_behind"], "1 path, 1 PCEP");
-    EXPECT_EQ(told["failure"]["function"], "kel_core_ic_pcep_add");
-    EXPECT_EQ(told["failure"]["code"], 13);
-    EXPECT_EQ(told["further_failures"][0]["function"], "kel_core_ic_ebcom_path_rem");
-    if (told["failure"]["records"].is_null())
+    const auto printed = document(outcome);
+    EXPECT_EQ(printed["ok"], false);
+    EXPECT_EQ(printed["result"]["stood"], false);
+    EXPECT_EQ(printed["result"]["left_behind"], "1 path, 1 PCEP");
+    EXPECT_EQ(printed["failure"]["function"], "kel_core_ic_pcep_add");
+    EXPECT_EQ(printed["failure"]["code"], 13);
+    EXPECT_EQ(printed["further_failures"][0]["function"], "kel_core_ic_ebcom_path_rem");
+    if (printed["failure"]["records"].is_null())
         GTEST_SKIP() << "there is no tracer on this machine";
-    EXPECT_EQ(told["failure"]["refusal"]["by"], "driver kit");
-    EXPECT_EQ(told["failure"]["refusal"]["what"], "ork_bind");
-    EXPECT_EQ(told["failure"]["refusal"]["code"], -8);
-    EXPECT_EQ(told["failure"]["records"][0]["event"], "FN_ENTER");
+    EXPECT_EQ(printed["failure"]["refusal"]["by"], "driver kit");
+    EXPECT_EQ(printed["failure"]["refusal"]["what"], "ork_bind");
+    EXPECT_EQ(printed["failure"]["refusal"]["code"], -8);
+    EXPECT_EQ(printed["failure"]["records"][0]["event"], "FN_ENTER");
 }
 
 TEST(Tables, PortsHaveNamesAndQosRows)
 {
-    const auto told = document(kelctl_with({"ports", "--json"}))["result"];
-    EXPECT_EQ(told["ports"].size(), 51u);
-    EXPECT_EQ(told["ports"][19].dump(), R"({"port":19,"name":"RLU1R","ebcom":true,"scheduler":0,"queue":2})");
-    EXPECT_EQ(told["ports"][14].dump(), R"({"port":14,"name":"DEBUG","ebcom":false,"scheduler":null,"queue":null})");
-    EXPECT_EQ(told["locations"][1].dump(), R"({"location":"HSFP","code":3,"mac_byte_3":"3","mac_byte_2":"any"})");
+    const auto printed = document(kelctl_with({"ports", "--json"}))["result"];
+    EXPECT_EQ(printed["ports"].size(), 51u);
+    EXPECT_EQ(printed["ports"][19].dump(), R"({"port":19,"name":"RLU1R","ebcom":true,"scheduler":0,"queue":2})");
+    EXPECT_EQ(printed["ports"][14].dump(), R"({"port":14,"name":"DEBUG","ebcom":false,"scheduler":null,"queue":null})");
+    EXPECT_EQ(printed["locations"][1].dump(), R"({"location":"HSFP","code":3,"mac_byte_3":"3","mac_byte_2":"any"})");
     const auto text = kelctl_with({"ports"}).out;
     EXPECT_THAT(text,
                 HasSubstr("port  name       ebcom  scheduler  queue\n   0  NONE       yes            4      0\n"));
@@ -315,7 +316,7 @@ rate = 1
     const std::string warnings =
         "node.toml:19:14: warning: remote_mac: no path of this file leads to 02:00:00:02:00:02, "
         "and no PCEP has it as its local address\n"
-        "node.toml:32:8: warning: from: what 301 sends reaches nobody\n";
+        "node.toml:32:8: warning: from: frames from 301 reach no destination\n";
     const auto check = run_kelctl({.arguments = {"check", "node.toml"}, .folder = file.folder()});
     EXPECT_EQ(check.status, 0);
     EXPECT_EQ(check.err, warnings);
@@ -331,9 +332,10 @@ TEST(Warnings, TellFaultRulesThatNoCallMet)
                                 .environment = {{"KEL_SOFTNODE_FAULTS", "ork_bind:33=-4;ork_unbind=latency:1us"}},
                                 .folder = KELCTL_SOURCE_DIR});
     EXPECT_EQ(up.status, 0);
-    EXPECT_EQ(up.err, "kelctl: warning: no call met the fault rule ork_bind:33=-4\n");
+    EXPECT_EQ(up.err, "kelctl: warning: no call matched the fault rule ork_bind:33=-4\n");
     const auto json = run_kelctl({.arguments = {"run", "-", "--json"}, .in = "fault add ork_bind:33=-4\n"});
-    EXPECT_THAT(json.out, testing::HasSubstr(R"("warnings":[{"message":"no call met the fault rule ork_bind:33=-4")"));
+    EXPECT_THAT(json.out,
+                testing::HasSubstr(R"("warnings":[{"message":"no call matched the fault rule ork_bind:33=-4")"));
 }
 
 TEST(Warnings, TellAnMpIdThatIsNone)
@@ -343,7 +345,7 @@ TEST(Warnings, TellAnMpIdThatIsNone)
                               .environment = {{"MPID", id}},
                               .folder = KELCTL_SOURCE_DIR})
                       .err,
-                  std::string("kelctl: warning: MPID=") + id + " is no MP id, 1 to 255; the library reads it as " +
+                  std::string("kelctl: warning: MPID=") + id + " is not an MP id, 1 to 255; the library reads it as " +
                       read_as + "\n");
     EXPECT_EQ(run_kelctl({.arguments = {"ports"}, .environment = {{"MPID", "5"}}}).err, "");
 }

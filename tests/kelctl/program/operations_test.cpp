@@ -121,9 +121,9 @@ TEST(Operations, EveryCommandAndVariantHasOneDocument)
     const std::string script = script_of_all();
     const auto outcome = run_script(script, {"--json"});
     std::istringstream asked(script);
-    std::istringstream told(outcome.out);
+    std::istringstream printed(outcome.out);
     size_t count = 0;
-    for (std::string line, document; std::getline(asked, line) && std::getline(told, document); ++count) {
+    for (std::string line, document; std::getline(asked, line) && std::getline(printed, document); ++count) {
         const auto parsed = nlohmann::json::parse(document, nullptr, false);
         ASSERT_TRUE(parsed.is_object()) << document;
         EXPECT_TRUE(line.starts_with(parsed.at("command").get<std::string>())) << line;

@@ -116,7 +116,7 @@ TEST_F(Replay, TimesThatGoBackAreAnErrorUnlessTheyAreSorted)
     write("out.pcap", "as it was");
     const auto outcome = replay(back);
     EXPECT_EQ(outcome.status, 2);
-    EXPECT_EQ(outcome.err, "in.pcap: frame 2: is 2 ms earlier than the one before it; --sort puts frames in order\n"
+    EXPECT_EQ(outcome.err, "in.pcap: frame 2: is 2 ms earlier than the frame before it; --sort sorts frames by time\n"
                            "in.pcap: 1 problem, nothing was started\n");
     EXPECT_EQ(read("out.pcap"), "as it was");
     EXPECT_EQ(replay(back, {"--sort"}).status, 0);
@@ -136,8 +136,9 @@ TEST_F(Replay, WarningsOfTheNodeFileAreShown)
 TEST_F(Replay, WhatCannotBeReplayedStartsNothing)
 {
     const std::string whole = pcap_of({{morning, frame_to(1, 96)}, {morning, frame_to(1, 4), 96}});
-    EXPECT_EQ(replay(whole).err, "in.pcap: frame 2: its destination was not captured, only 4 octets\n"
-                                 "in.pcap: 1 problem, nothing was started\n");
+    EXPECT_EQ(replay(whole).err,
+              "in.pcap: frame 2: only 4 octets were captured, without the whole destination address\n"
+              "in.pcap: 1 problem, nothing was started\n");
     EXPECT_THAT(replay(whole.substr(0, 60)).err, HasSubstr("in.pcap: at octet 24: truncated"));
     EXPECT_THAT(replay("").err, HasSubstr("in.pcap: at octet 0: "));
     EXPECT_EQ(replay(whole, {"--dropped", "out.pcap"}).status, 2);
@@ -202,12 +203,12 @@ TEST_F(Replay, WithoutGnuplotThePictureIsAnError)
 // The loader tells which libraries it maps.
 TEST_F(Replay, NoOtherCommandLoadsTheLibraryOfCaptures)
 {
-    const std::map<std::string, std::string> told = {{"LD_DEBUG", "files"}};
-    EXPECT_THAT(run_kelctl({.arguments = {"version"}, .environment = told}).err, Not(HasSubstr("libpcap")));
+    const std::map<std::string, std::string> loader = {{"LD_DEBUG", "files"}};
+    EXPECT_THAT(run_kelctl({.arguments = {"version"}, .environment = loader}).err, Not(HasSubstr("libpcap")));
     write("node.toml", node);
     write("in.pcap", pcap_of({}));
     EXPECT_THAT(run_kelctl({.arguments = {"traffic", "replay", "node.toml", "in.pcap", "--out", "out.pcap"},
-                            .environment = told,
+                            .environment = loader,
                             .folder = folder.path()})
                     .err,
                 HasSubstr("libpcap"));

@@ -74,9 +74,9 @@ TEST(Run, NothingIsRunWhenAnyLineIsWrong)
                                   "pcep add 7\n");
     EXPECT_EQ(outcome.status, 2);
     EXPECT_EQ(outcome.out, "");
-    EXPECT_EQ(outcome.err, "setup.kel:2:7: there is no command \"ebcom pth\"; did you mean \"ebcom path\"?\n"
-                           "setup.kel:3:11: GROUP: 512 is not in 1 to 511\n"
-                           "setup.kel:4:15: the quotation mark is not closed\n"
+    EXPECT_EQ(outcome.err, "setup.kel:2:7: unknown command \"ebcom pth\"; did you mean \"ebcom path\"?\n"
+                           "setup.kel:3:11: GROUP: 512 is not in the range 1 to 511\n"
+                           "setup.kel:4:15: the closing quotation mark is missing\n"
                            "setup.kel:5:11: --remote-id is required\n"
                            "setup.kel: 4 problems, nothing was run\n");
 }
@@ -140,8 +140,8 @@ TEST(Run, JsonHasTheErrorsInsideTheDocument)
     EXPECT_EQ(outcome.err, "");
     EXPECT_EQ(outcome.out,
               R"({"command":"run","arguments":{"script":"-"},"ok":false,"code":null,"text":null,"result":{},)"
-              R"("error":{"message":"GROUP: 512 is not in 1 to 511","file":"-","line":2,"column":11},)"
-              R"("further_errors":[{"message":"\"ebcom\" is followed by one of these: params, capabilities, )"
+              R"("error":{"message":"GROUP: 512 is not in the range 1 to 511","file":"-","line":2,"column":11},)"
+              R"("further_errors":[{"message":"\"ebcom\" requires one of these words: params, capabilities, )"
               R"(interface, start, stop, timestamp, qos, path, shaper, queue, scheduler, port, stats, burst",)"
               R"("file":"-","line":3,"column":6}]})"
               "\n");
@@ -178,8 +178,8 @@ TEST(Count, HasToFitTheLastThreeOctets)
 {
     const auto outcome = run_text(started + "ebcom path add 02:00:00:ff:ff:fe --port 42 --count 3\n");
     EXPECT_EQ(outcome.status, 2);
-    EXPECT_THAT(outcome.err, StartsWith("-:4:52: --count: only 1 more addresses follow 02:00:00:ff:ff:fe in its last "
-                                        "three octets\n"));
+    EXPECT_THAT(outcome.err, StartsWith("-:4:52: --count: at most 2 paths from 02:00:00:ff:ff:fe on: only the "
+                                        "last three octets count up\n"));
 }
 
 // What the language refuses reaches the library with --raw, which has the last word.

@@ -84,7 +84,7 @@ TEST_F(ShellOnTerminal, WrongAndFailingLinesAreToldAndItGoesOn)
     terminal_session shell(run());
     shell.wait_for(prompt);
     shell.type("ebcom pth" + enter);
-    EXPECT_THAT(shell.wait_for(prompt), HasSubstr("there is no command \"ebcom pth\"; did you mean \"ebcom path\"?"));
+    EXPECT_THAT(shell.wait_for(prompt), HasSubstr("unknown command \"ebcom pth\"; did you mean \"ebcom path\"?"));
     shell.type("pcep remove 7" + enter);
     EXPECT_THAT(shell.wait_for(prompt), HasSubstr("failed: kel_core_ic_pcep_rem(pcep_id=7)"));
     shell.type("trace message fine" + enter);
@@ -126,7 +126,7 @@ TEST_F(ShellOnTerminal, TabCompletesWhatWasUsedAndWhatStands)
 {
     terminal_session shell(run({"shell", "node.toml"}));
     EXPECT_THAT(shell.wait_for(prompt),
-                testing::EndsWith("The node stands: 1 paths, 0 PCEPs, 1 multicast groups" + line_end));
+                testing::EndsWith("The node is up: 1 paths, 0 PCEPs, 1 multicast groups" + line_end));
     shell.type("ebcom queue handle 0" + tab);
     shell.wait_for("02:00:00:02:0a:0b ");
     shell.type(enter);

@@ -45,7 +45,7 @@ TEST(Shell, LinesAreRunAsTheyComeAndTheWorstIsTheStatus)
     const auto wrong = shell_of("trace message first\n pcep rmove 7\ntrace message still\n");
     EXPECT_EQ(wrong.status, 2);
     EXPECT_EQ(wrong.out, "first\nstill\n");
-    EXPECT_EQ(wrong.err, "-:2:7: there is no command \"pcep rmove\"; did you mean \"pcep remove\"?\n");
+    EXPECT_EQ(wrong.err, "-:2:7: unknown command \"pcep rmove\"; did you mean \"pcep remove\"?\n");
 }
 
 TEST(Shell, NodeOfTheFileStandsWhileItRuns)
@@ -53,7 +53,7 @@ TEST(Shell, NodeOfTheFileStandsWhileItRuns)
     const auto outcome = shell_of("ebcom queue handle 02:00:00:02:00:01\n", {"examples/node.toml"});
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.err, "");
-    EXPECT_EQ(outcome.out, "The node stands: 17 paths, 4 PCEPs, 2 multicast groups\n"
+    EXPECT_EQ(outcome.out, "The node is up: 17 paths, 4 PCEPs, 2 multicast groups\n"
                            "handle  0x5d00000001\n"
                            "Taken down. The node is empty again.\n");
 }
@@ -66,9 +66,9 @@ TEST(Shell, WhatWasTypedIsTakenDownWithTheNode)
     EXPECT_EQ(text.err, "");
     EXPECT_THAT(text.out, EndsWith("Taken down. The node is empty again.\n"));
 
-    const auto told = shell_of(typed, {"examples/node.toml", "--json"});
-    EXPECT_THAT(told.out, HasSubstr(R"("undone":["group member remove 44 1",)"
-                                    R"("ebcom path remove 02:00:00:03:00:07 --port RLU4W","group remove 44",)"));
+    const auto printed = shell_of(typed, {"examples/node.toml", "--json"});
+    EXPECT_THAT(printed.out, HasSubstr(R"("undone":["group member remove 44 1",)"
+                                       R"("ebcom path remove 02:00:00:03:00:07 --port RLU4W","group remove 44",)"));
 }
 
 TEST(Shell, WhatALineTakesAwayIsMissedAtTheTakeDown)
@@ -113,10 +113,10 @@ TEST(Shell, WhatCannotBeReadIsNotAnEnd)
     EXPECT_EQ(around.err, "-: cannot be read: Is a directory\n");
     EXPECT_THAT(around.out, EndsWith("Taken down. The node is empty again.\n"));
 
-    const auto told = run_kelctl({.arguments = {"shell", "--json"}, .through = from_a_folder});
-    EXPECT_EQ(told.status, 1);
-    EXPECT_EQ(told.err, "");
-    EXPECT_THAT(told.out, HasSubstr(R"("error":{"message":"cannot be read: Is a directory","file":"-",)"));
+    const auto printed = run_kelctl({.arguments = {"shell", "--json"}, .through = from_a_folder});
+    EXPECT_EQ(printed.status, 1);
+    EXPECT_EQ(printed.err, "");
+    EXPECT_THAT(printed.out, HasSubstr(R"("error":{"message":"cannot be read: Is a directory","file":"-",)"));
 }
 
 TEST(Shell, ClosedInputHasNoLines)
@@ -138,7 +138,7 @@ TEST(Shell, JsonIsALineForEachCommandAndOneForTheShell)
               R"("result":{}})"
               "\n"
               R"({"command":null,"arguments":{},"ok":false,"code":null,"text":null,"result":{},"error":{"message":)"
-              R"("there is no command \"what\"","file":"-","line":2,"column":1}})"
+              R"("unknown command \"what\"","file":"-","line":2,"column":1}})"
               "\n"
               R"({"command":"shell","arguments":{},"ok":false,"code":null,"text":null,"result":{}})"
               "\n");

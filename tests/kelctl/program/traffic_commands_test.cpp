@@ -43,8 +43,8 @@ TEST(TrafficCommands, UnknownEndPointsAreRefusedWithTheirPlace)
                                   {"--keep-going"});
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.out, "");
-    EXPECT_EQ(outcome.err, "-:1: neither a path nor a PCEP has the address 02:00:00:02:00:01\n"
-                           "-:2: neither a PCEP nor a multicast group has the id 9\n");
+    EXPECT_EQ(outcome.err, "-:1: no path and no PCEP has the address 02:00:00:02:00:01\n"
+                           "-:2: no PCEP and no multicast group has the id 9\n");
 }
 
 TEST(TrafficCommands, JsonHasDurationsInNanoseconds)
@@ -54,7 +54,7 @@ TEST(TrafficCommands, JsonHasDurationsInNanoseconds)
     EXPECT_THAT(outcome.out, HasSubstr(R"({"command":"time advance","arguments":{"time":1500000},)"));
     EXPECT_THAT(outcome.out, HasSubstr(R"("result":{"nanoseconds":1500000}})"));
     EXPECT_THAT(outcome.out, HasSubstr(R"("ok":false,"code":null,"text":null,"result":{},)"
-                                       R"("error":{"message":"neither a PCEP nor a multicast group has the id 9",)"));
+                                       R"("error":{"message":"no PCEP and no multicast group has the id 9",)"));
 }
 
 // One octet in a microsecond: a frame each millisecond, from the second on to before the fifth.
@@ -95,9 +95,9 @@ TEST(TrafficStream, WrongOnesAreRefused)
     EXPECT_THAT(run_text(stream + "2000000\n").err,
                 HasSubstr("-:1:61: --frames-per-second: more than 1000000 frames or bursts"));
     EXPECT_THAT(run_text(stream + "10 --start 2s --stop 1s\n").err,
-                HasSubstr("-:1:82: --stop: is not after the start\n"));
+                HasSubstr("-:1:82: --stop: is not later than the start\n"));
     EXPECT_THAT(run_text(stream + "10 --arrivals on-off\n").err,
-                HasSubstr("-:1:75: --arrivals: on-off arrivals, and no others, have --on and --off\n"));
+                HasSubstr("-:1:75: --arrivals: --on and --off are required with on-off, and only with it\n"));
 }
 
 } // namespace

@@ -111,7 +111,7 @@ TEST(Watch, WithHoldTheNodeStandsOnAfterItsTime)
     running_kelctl kelctl({.arguments = {"up", "node.toml", "--watch", "--for", "1ms", "--hold"},
                            .environment = {},
                            .folder = file.folder()});
-    ASSERT_TRUE(kelctl.shows("Holding the node until Ctrl-C.\n"));
+    ASSERT_TRUE(kelctl.shows("The node is up until Ctrl-C.\n"));
     kelctl.signal(SIGTERM);
     const auto outcome = kelctl.finish();
     EXPECT_EQ(outcome.status, 0);
@@ -149,7 +149,7 @@ TEST(Watch, ItsOptionsMeanNothingWithoutIt)
     for (const auto &option : options) {
         const auto outcome = kelctl_up(crowded, {}, option);
         EXPECT_EQ(outcome.status, 2);
-        EXPECT_THAT(outcome.err, HasSubstr(option.front() + " needs --watch as well"));
+        EXPECT_THAT(outcome.err, HasSubstr(option.front() + " requires --watch"));
     }
 }
 

@@ -84,10 +84,10 @@ TEST(SweepView, OtherThreadsAndBadEndsAreNamed)
 TEST(SweepFields, TellEveryRun)
 {
     const sweep_report report = {{}, {run_of(1, 3, 13)}, 7};
-    fields told = sweep_fields(report);
-    EXPECT_EQ(told["planned"], 7);
-    EXPECT_EQ(notation::to_json(told["tally"]), R"({"clean":1,"documented":0,"left":0,"crashed":0,"hung":0})");
-    EXPECT_EQ(notation::to_json(told["runs"]),
+    fields document = sweep_fields(report);
+    EXPECT_EQ(document["planned"], 7);
+    EXPECT_EQ(notation::to_json(document["tally"]), R"({"clean":1,"documented":0,"left":0,"crashed":0,"hung":0})");
+    EXPECT_EQ(notation::to_json(document["runs"]),
               R"([{"function":"ork_bind","call":1,"thread":0,"fault_code":0,"persistent":false,"outcome":"clean",)"
               R"("line":3,"operation":null,"code":13,"left":[],"documented":[],"take_down":[]}])");
 }

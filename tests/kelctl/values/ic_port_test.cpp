@@ -50,9 +50,9 @@ TEST(IcPort, ThirtyThreeCarryEbcom)
 
 TEST(IcPort, NoSuchPortOffersTheNearestName)
 {
-    EXPECT_EQ(no_such_port("51"), "there is no port 51");
-    EXPECT_EQ(no_such_port("DEBUGS"), "there is no port \"DEBUGS\"; did you mean \"DEBUG\"?");
-    EXPECT_EQ(no_such_port("RLU9P"), "there is no port \"RLU9P\""); // four are as near
+    EXPECT_EQ(no_such_port("51"), "unknown port 51");
+    EXPECT_EQ(no_such_port("DEBUGS"), "unknown port \"DEBUGS\"; did you mean \"DEBUG\"?");
+    EXPECT_EQ(no_such_port("RLU9P"), "unknown port \"RLU9P\""); // four are as near
 }
 
 // The handles of the library's registry in its order: of each scheduler, and of each of its queues.

@@ -66,7 +66,7 @@ TEST(StatisticsTables, EveryCounterOfAQueueHasItsColumn)
               "queue       in      out  dropped  waiting   octets in     out  dropped  in use\n"
               "RLU1R        5        4        3        2  4294967301       7        6       1\n"
               "RLU1Q        -        -        -        -           -       -        -       -\n"
-              "-  not known: the library finds its destinations on other queues\n");
+              "-  unknown: the library looks its destinations up on other queues\n");
 }
 
 TEST(StatisticsTables, BlocksOfTheServiceHaveTheFormattingLibrarysNames)
@@ -115,7 +115,7 @@ TEST(RatesTables, EveryNumberHasItsColumn)
                                           "queue  frames/s  kbit/s  frames sent  frames dropped  frames waiting\n"
                                           "RLU1P         2       3            1               4               5\n"
                                           "RLU3P         -       -            -               -               -\n"
-                                          "-       not known: the library finds its destinations on other queues\n"
+                                          "-       unknown: the library looks its destinations up on other queues\n"
                                           "delays  not known on this platform\n"
                                           "\n"
                                           "          sent    sent  frames  received  received    frames   frames\n"

@@ -158,8 +158,8 @@ TEST(FaultRule, WithAnEffectThatIsNoneIsRefused)
     for (const char *effect :
          {"", "x", "+1", "0x10", "1=2", "4294967296", "-2147483649", "99999999999999999999", "Block", "latency"})
         expect_problem(std::string("kel_init_attach=") + effect, 16,
-                       "the effect is neither a result, a number from -2147483648 to 4294967295, nor latency:NUMBER "
-                       "with its unit, nor block");
+                       "the effect is not a result (-2147483648 to 4294967295), latency:NUMBER with a unit, or "
+                       "block");
 }
 
 TEST(FaultRule, PointsAtTheSecondEffectWhenThatOneIsWrong)
@@ -190,7 +190,7 @@ TEST(FaultRule, MayBlockFunctionsOfTheTimingUnitOnly)
 
 TEST(FaultRule, HasEveryEffectOnceAtMost)
 {
-    expect_problem("vorn_tu_init=1,2", 15, "a second result");
-    expect_problem("vorn_tu_init=block,block", 19, "a second block");
-    expect_problem("vorn_tu_init=latency:1s,latency:1s", 24, "a second latency");
+    expect_problem("vorn_tu_init=1,2", 15, "the result is given twice");
+    expect_problem("vorn_tu_init=block,block", 19, "block is given twice");
+    expect_problem("vorn_tu_init=latency:1s,latency:1s", 24, "the latency is given twice");
 }

@@ -82,7 +82,7 @@ TEST(FaultsFromTheEnvironment, EndTheProcessWhenTheirFileCannotBeRead)
     EXPECT_EQ(missing.output, "libkel-softnode: KEL_SOFTNODE_FAULTS: /nowhere/rules: No such file or directory\n");
     EXPECT_EQ(missing.status, 2);
     const Outcome unnamed = run_with_faults("@");
-    EXPECT_EQ(unnamed.output, "libkel-softnode: KEL_SOFTNODE_FAULTS: no file is named behind the @\n");
+    EXPECT_EQ(unnamed.output, "libkel-softnode: KEL_SOFTNODE_FAULTS: the file name after the @ is missing\n");
     EXPECT_EQ(unnamed.status, 2);
 }
 

@@ -121,7 +121,7 @@ PlannedNode::PlannedNode(const NodePlan &plan)
         pceps.push_back(node.add_pcep(id, numbered_mac(id % addresses), numbered_mac((id + 1) % (addresses + 1))));
     node.add_group(first_group, {1, 2, 3});
     node.add_group(first_group + 1, {4, 7, 12});
-    EXPECT_EQ(node.pceps.delete_pcep(pceps[1]), softnode::Refusal::granted) << "a member that is no more";
+    EXPECT_EQ(node.pceps.delete_pcep(pceps[1]), softnode::Refusal::granted) << "a member that does not exist";
 }
 
 void PlannedNode::take(const Step &step, std::uint64_t piece)

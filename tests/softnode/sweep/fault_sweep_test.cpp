@@ -157,7 +157,7 @@ TEST_F(FaultSweep, NeedsNothingButRun)
 
 /* Notes how far the sweep is, and ends it after three runs. */
 struct Watched {
-    std::vector<std::pair<std::size_t, std::size_t>> told;
+    std::vector<std::pair<std::size_t, std::size_t>> seen;
 };
 
 TEST_F(FaultSweep, TellsHowFarItIsAndEndsWhenItShall)
@@ -169,14 +169,14 @@ TEST_F(FaultSweep, TellsHowFarItIsAndEndsWhenItShall)
                                      },
                                      nullptr, nullptr, &watched, 0};
     const auto watch = [](void *context, std::size_t done, std::size_t planned) {
-        static_cast<Watched *>(context)->told.emplace_back(done, planned);
+        static_cast<Watched *>(context)->seen.emplace_back(done, planned);
         return done < 3 ? 1 : 0;
     };
     const std::unique_ptr<char, void (*)(void *)> text(softnode_fault_sweep_watched(&scenario, watch), std::free);
     const json report = json_of(text.get());
     EXPECT_EQ(report["planned"], 6); /* three codes, once and for good */
     EXPECT_EQ(report["runs"].size(), 3U);
-    EXPECT_EQ(watched.told, (decltype(watched.told){{0, 6}, {1, 6}, {2, 6}, {3, 6}}));
+    EXPECT_EQ(watched.seen, (decltype(watched.seen){{0, 6}, {1, 6}, {2, 6}, {3, 6}}));
     EXPECT_EQ(softnode_fault_sweep_watched(nullptr, watch), nullptr);
 }
 

@@ -116,7 +116,7 @@ TEST(GraphBoxes, AGroupTellsOfMembersThatAreNoPceps)
     Group group{300};
     group.members = {4, 9};
     EXPECT_EQ(lines_of(group_box(some_handle, group, {{4, some_handle}})),
-              (Lines{"Group 300", "0x5d0000000a", "PCEP 9 is no more"}));
+              (Lines{"Group 300", "0x5d0000000a", "PCEP 9 does not exist"}));
 }
 
 TEST(GraphBoxes, AChainListsItsSchedulersAndTheirRates)

@@ -220,7 +220,7 @@ TEST_F(Graph, AMemberThatIsNoMoreHasNoEdge)
 {
     ASSERT_EQ(node.pceps.delete_pcep(to_first), Refusal::granted);
     EXPECT_FALSE(leads(group, to_first));
-    EXPECT_NE(graph(node).find("PCEP 1 is no more"), std::string::npos);
+    EXPECT_NE(graph(node).find("PCEP 1 does not exist"), std::string::npos);
 }
 
 TEST_F(Graph, APcepThatSendsStraightToAnotherLeadsSomewhere)
