@@ -36,14 +36,13 @@ constexpr struct {
 std::string listed(const std::vector<std::string> &words)
 {
     const auto longest = std::ranges::max(words, {}, &std::string::size);
-    const size_t width = longest.size() + 2;
-    const size_t columns = std::max<size_t>(1, line_width(stdout).value_or(80) / width);
+    const size_t room = line_width(stdout).value_or(80);
+    const size_t width = std::min(longest.size() + 2, room);
+    const size_t columns = room / width;
     const size_t most = std::min(words.size(), most_listed);
     std::string text;
-    for (size_t i = 0; i < most; ++i) {
-        const bool ends_line = (i + 1) % columns == 0 || i + 1 == most;
-        text += ends_line ? words[i] + "\n" : fmt::format("{:<{}}", words[i], width);
-    }
+    for (size_t i = 0; i < most; ++i)
+        text += fmt::format("{:<{}}{}", words[i], width, (i + 1) % columns == 0 || i + 1 == most ? "\n" : "");
     return most == words.size() ? text : text + fmt::format("and {} more\n", words.size() - most);
 }
 
