@@ -117,7 +117,7 @@ std::vector<command> accelerator_commands()
                         .help = "format of the picture",
                         .otherwise = "dot"},
                        {.name = "--output",
-                        .kind = kind::file(),
+                        .kind = kind::new_file(),
                         .help = "write the picture to this file; required for PNG",
                         .required = false}},
          .example = "graph --format svg --output node.svg",

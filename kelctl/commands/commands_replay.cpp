@@ -37,13 +37,15 @@ std::vector<command> replay_commands()
          .details = replay_details,
          .arguments = {{.name = "FILE", .kind = kind::file(), .help = "node file (TOML)"},
                        {.name = "CAPTURE", .kind = kind::file(), .help = "frames to offer (pcap, pcapng)"},
-                       {.name = "--out", .kind = kind::file(), .help = "write the frames that were sent to this file"},
+                       {.name = "--out",
+                        .kind = kind::new_file(),
+                        .help = "write the frames that were sent to this file"},
                        {.name = "--dropped",
-                        .kind = kind::file(),
+                        .kind = kind::new_file(),
                         .help = "write the other frames, with their original times, to this file",
                         .required = false},
                        {.name = "--plot",
-                        .kind = kind::file(),
+                        .kind = kind::new_file(),
                         .help = "plot rate, backlog and delay of the queues to this file (SVG); requires gnuplot",
                         .required = false},
                        {.name = "--sort",
@@ -52,7 +54,8 @@ std::vector<command> replay_commands()
          .check = check_files,
          .example = "traffic replay node.toml in.pcap --out out.pcap",
          .sources = {source::program},
-         .needs_accelerator = true},
+         .needs_accelerator = true,
+         .carried_out = place::nowhere},
     };
 }
 

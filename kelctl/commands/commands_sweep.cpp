@@ -110,7 +110,8 @@ std::vector<command> sweep_commands()
                         .otherwise = "10000"}},
          .example = "sweep examples/whole-node.kel",
          .sources = {source::program},
-         .needs_accelerator = true},
+         .needs_accelerator = true,
+         .carried_out = place::nowhere},
     };
 }
 

@@ -85,7 +85,8 @@ std::vector<command> trace_commands()
                .kind = kind::number(dword_range),
                .help = "source line of the request",
                .otherwise = "0"}},
-         .example = "abort 'out of memory' --file main.c --line 12"},
+         .example = "abort 'out of memory' --file main.c --line 12",
+         .carried_out = place::nowhere},
     };
 }
 

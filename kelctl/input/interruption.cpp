@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdint>
+#include <fcntl.h>
 #include <iterator>
 #include <poll.h>
 #include <sys/eventfd.h>
@@ -22,6 +23,8 @@ namespace
 static_assert(std::atomic<bool>::is_always_lock_free);
 std::atomic<bool> interrupt_noted = false;
 std::atomic<bool> termination_noted = false;
+std::atomic<bool> reload_noted = false;
+std::atomic<bool> hangup_reloads = false;
 std::atomic<int> wake_up = -1; // the eventfd; -1 without a watch
 
 // SA_RESTART: system calls of the library go on after the signal, and do not fail with EINTR. SA_RESETHAND: the second
@@ -38,7 +41,8 @@ std::array<struct sigaction, std::size(watched)> before; // what the watch resto
 void note(int signal)
 {
     const int error = errno;
-    (signal == SIGINT ? interrupt_noted : termination_noted) = true;
+    const bool reload = signal == SIGHUP && hangup_reloads;
+    (signal == SIGINT ? interrupt_noted : reload ? reload_noted : termination_noted) = true;
     const uint64_t one = 1;
     // A failure does not matter: the flag is set, and every waiter checks it.
     [[maybe_unused]] const ssize_t written = ::write(wake_up, &one, sizeof one);
@@ -53,15 +57,24 @@ void handle(int signal, int flags)
     sigaction(signal, &action, nullptr);
 }
 
+// Until the next signal.
+void sleep_again()
+{
+    uint64_t count = 0;
+    [[maybe_unused]] const ssize_t got = read(wake_up, &count, sizeof count);
+}
+
 } // namespace
 
-interruption_watch::interruption_watch()
+interruption_watch::interruption_watch(hangup meaning)
 {
     wake_up = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
     if (wake_up < 0)
         throw std::system_error(errno, std::generic_category(), "eventfd");
     interrupt_noted = false;
     termination_noted = false;
+    reload_noted = false;
+    hangup_reloads = meaning == hangup::asks_for_reload;
     for (size_t i = 0; i < before.size(); ++i) {
         sigaction(watched[i].signal, nullptr, &before[i]);
         if (before[i].sa_handler != SIG_IGN)
@@ -90,12 +103,28 @@ bool terminated()
 
 void take_interruption()
 {
-    uint64_t count = 0;
-    [[maybe_unused]] const ssize_t got = read(wake_up, &count, sizeof count);
+    sleep_again();
     if (!interrupt_noted)
         return;
     handle(SIGINT, handled_once);
     interrupt_noted = false;
+}
+
+bool take_reload()
+{
+    if (!reload_noted.exchange(false))
+        return false;
+    sleep_again();
+    return true;
+}
+
+bool has_controlling_terminal()
+{
+    const int terminal = open("/dev/tty", O_RDONLY | O_CLOEXEC | O_NOCTTY);
+    if (terminal < 0)
+        return false;
+    close(terminal);
+    return true;
 }
 
 void leave_interruptions_to_parent()
@@ -106,10 +135,10 @@ void leave_interruptions_to_parent()
     termination_noted = false;
 }
 
-bool unwanted_within(std::chrono::milliseconds longest)
+bool unwanted_within(std::chrono::milliseconds longest, int descriptor)
 {
-    std::array<pollfd, 2> ends = {{{wake_up, POLLIN, 0}, {STDOUT_FILENO, 0, 0}}};
-    if (!output_lost())
+    std::array<pollfd, 3> ends = {{{wake_up, POLLIN, 0}, {STDOUT_FILENO, 0, 0}, {descriptor, POLLIN, 0}}};
+    if (!output_lost() && !interrupted() && !reload_noted)
         poll(ends.data(), ends.size(), static_cast<int>(longest.count()));
     return interrupted() || output_lost();
 }

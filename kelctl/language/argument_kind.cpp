@@ -224,6 +224,14 @@ argument_kind port_among(bool (*offered)(int32_t port))
             .read_raw = [](std::string_view text) -> argument_value { return read_number(text, raw_port_range); }};
 }
 
+argument_kind named_file(file_use use)
+{
+    return {.placeholder = "FILE",
+            .read = read_file,
+            .complete = [](const known_words &) { return candidates{.files = true}; },
+            .file = use};
+}
+
 } // namespace
 
 namespace kind
@@ -366,9 +374,12 @@ argument_kind choice(std::vector<std::string> words)
 
 argument_kind file()
 {
-    return {.placeholder = "FILE", .read = read_file, .complete = [](const known_words &) {
-                return candidates{.files = true};
-            }};
+    return named_file(file_use::read);
+}
+
+argument_kind new_file()
+{
+    return named_file(file_use::written);
 }
 
 argument_kind text()

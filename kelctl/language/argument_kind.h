@@ -41,6 +41,10 @@ struct candidates {
     bool commands = false; // also words of the table of commands
 };
 
+// What a command does with a file that an argument names. The files of a command that another process carries out are
+// read and written by the process that asks.
+enum class file_use : uint8_t { none, read, written };
+
 struct argument_kind {
     std::string placeholder = {}; // how help names a value: "RATE"; empty: an option that takes none
     std::string allowed = {};     // for help: "1 to 511"; empty: nothing to add
@@ -48,6 +52,7 @@ struct argument_kind {
     std::function<candidates(const known_words &)> complete = {};                 // null: nothing to offer
     std::function<void(const argument_value &used, known_words &)> remember = {}; // to offer it again; null: nothing
     std::function<std::string(int64_t)> write = {};                               // as it is typed; null: decimal
+    file_use file = file_use::none;
     std::function<argument_value(std::string_view)> read_raw = {}; // without the limits; null: the same as `read`
 };
 
@@ -76,7 +81,8 @@ argument_kind queue_handle();                             // hexadecimal; uint64
 argument_kind scheduler_handle();
 argument_kind format(); // text, csv, json or the formatting library's number
 argument_kind choice(std::vector<std::string> words);
-argument_kind file();
+argument_kind file();     // that the command reads
+argument_kind new_file(); // that it writes
 argument_kind text();
 argument_kind command_words(); // of the table; completed by it
 

@@ -101,6 +101,8 @@ command_table::command_table(std::vector<command> rows, std::vector<command_grou
     for (command &row : rows_) {
         if (row.example.empty())
             row.example = row.name;
+        if (row.offline)
+            row.carried_out = place::asking;
         for (argument &one : row.arguments)
             one.required = one.required && one.otherwise.empty() && one.needs.empty();
         if (row.variants.size() > 1)

@@ -234,6 +234,22 @@ manner manner_of(const line_parts &parts)
     return asked;
 }
 
+std::optional<std::string> take_option_before_command(std::vector<word> &words, std::string_view name)
+{
+    const auto begins_command = [](const word &one) { return !one.text.starts_with("-"); };
+    const auto is_option = [name](const word &one) { return one.text.substr(0, one.text.find('=')) == name; };
+    const auto option = std::find_if(words.begin(), std::ranges::find_if(words, begins_command), is_option);
+    if (option == words.end() || begins_command(*option))
+        return std::nullopt;
+    auto end = std::next(option);
+    const size_t equals = option->text.find('=');
+    if (equals == std::string::npos && end == words.end())
+        throw wrong_line(fmt::format("{}: a value is missing", name), 0);
+    std::string value = equals == std::string::npos ? (end++)->text : option->text.substr(equals + 1);
+    words.erase(option, end);
+    return value;
+}
+
 invocation parse(const command_table &table, const std::vector<word> &words, source where)
 {
     return line_parser(table, words, where).parse();

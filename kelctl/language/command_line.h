@@ -10,6 +10,7 @@
 #include "kelctl/language/line_parts.h"
 
 #include <cstdint>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -40,6 +41,10 @@ std::vector<word> words_of(std::string_view line);
 
 // What of a line says how results are shown.
 manner manner_of(const line_parts &parts);
+
+// Takes an option with its value that is before the command, such as --node, out of the program's words. None when it is
+// not there. Throws wrong_line.
+std::optional<std::string> take_option_before_command(std::vector<word> &words, std::string_view name);
 
 // The command of the table that these words ask for, with its arguments read. Throws wrong_line.
 invocation parse(const command_table &table, const std::vector<word> &words, source where);

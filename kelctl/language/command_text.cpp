@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <sstream>
 #include <string_view>
 #include <utility>
 #include <variant>
@@ -45,7 +46,7 @@ std::string word_of(const argument_kind &kind, const argument_value &value)
         [](const std::vector<uint32_t> &numbers) { return joined(numbers, ","); },
         [](const std::vector<std::string> &) { return std::string(); },
     };
-    return quoted(std::visit(write, value));
+    return std::visit(write, value);
 }
 
 bool is_default(const argument &one, const argument_value &value)
@@ -58,7 +59,7 @@ std::vector<std::string> words_of(const argument &one, const argument_value &val
 {
     std::vector<std::string> words;
     if (const auto *texts = std::get_if<std::vector<std::string>>(&value))
-        std::ranges::transform(*texts, std::back_inserter(words), quoted);
+        words = *texts;
     else if (!one.is_flag())
         words.push_back(word_of(one.kind, value));
     if (one.is_option())
@@ -73,14 +74,15 @@ std::string typed(std::string_view command, source where)
     return fmt::format("{}{}", where == source::program ? "kelctl " : "", command);
 }
 
-std::string text_of(const invocation &asked)
+std::vector<std::string> words_of(const invocation &asked)
 {
     std::vector<std::string> positional;
     std::vector<std::string> options;
     for (const argument &one : asked.row->arguments)
         if (const argument_value *given = asked.given.find(one.name); given && !is_default(one, *given))
             std::ranges::move(words_of(one, *given), std::back_inserter(one.is_option() ? options : positional));
-    std::vector<std::string> line = {std::string(asked.row->name)};
+    std::istringstream name{std::string(asked.row->name)};
+    std::vector<std::string> line{std::istream_iterator<std::string>(name), {}};
     if (asked.raw)
         line.emplace_back("--raw");
     if (std::ranges::none_of(positional, [](const std::string &word) { return word.starts_with("--"); }))
@@ -89,7 +91,14 @@ std::string text_of(const invocation &asked)
         positional.insert(positional.begin(), "--");
     std::ranges::move(options, std::back_inserter(line));
     std::ranges::move(positional, std::back_inserter(line)); // empty, unless one of them looks like an option
-    return joined(line, " ");
+    return line;
+}
+
+std::string text_of(const invocation &asked)
+{
+    std::vector<std::string> words = words_of(asked);
+    std::ranges::transform(words, words.begin(), quoted);
+    return joined(words, " ");
 }
 
 } // namespace kelctl

@@ -5,6 +5,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kelctl
 {
@@ -12,6 +13,9 @@ namespace kelctl
 // "ebcom path add 02:00:00:02:00:01 --port RLU1P --rate "100 Mbit/s" --burst "64 KiB"". Defaults, and options of how
 // results are shown, are left out.
 std::string text_of(const invocation &asked);
+
+// The same word by word, without quotes.
+std::vector<std::string> words_of(const invocation &asked);
 
 // A command as it is typed there: the program's begins with "kelctl".
 std::string typed(std::string_view command, source where);

@@ -25,6 +25,10 @@ constexpr meaning statuses[] = {
     {"2", "the command line, a script or the node file is wrong; nothing was started"},
 };
 
+constexpr meaning node_options[] = {
+    {"--node NAME", "let the process that holds this node carry the command out; see \"nodes\""},
+};
+
 constexpr meaning program_options[] = {
     {"--version", "print the version"},
 };
@@ -32,6 +36,7 @@ constexpr meaning program_options[] = {
 constexpr meaning variables[] = {
     {"MPID", "own MP id, unless the node file gives one"},
     {"NO_COLOR", "if not empty: no colours on a terminal"},
+    {"XDG_RUNTIME_DIR", "where the sockets of nodes are, unless root holds them: those are in /run/kelctl"},
     {"XDG_STATE_HOME", "where the shell keeps its history"},
     {"KEL_SOFTNODE_FAULTS", "fault rules of the software accelerator, such as "
                             "\"ork_ebcom_pcep_path_create:3=-4\", or \"@FILE\" for a file of rules"},
@@ -154,6 +159,11 @@ std::span<const meaning> exit_statuses()
     return statuses;
 }
 
+std::span<const meaning> options_before_command()
+{
+    return node_options;
+}
+
 std::span<const meaning> options_without_command()
 {
     return program_options;
@@ -218,7 +228,8 @@ std::string help_of_words(const command_table &table, std::string_view words, so
         return section(heading, rows_of(meanings), width);
     };
     if (words.empty() && where == source::program)
-        return wrapped("", about, width) + "\nUsage: kelctl COMMAND ...\n" + overview(table, where, width) +
+        return wrapped("", about, width) + "\nUsage: kelctl [--node NAME] COMMAND ...\n" +
+               overview(table, where, width) + listed("Before a command", node_options) +
                listed("Instead of a command", program_options) + listed("Exit status", statuses) +
                listed("Environment", variables) + "\n" +
                wrapped("", "\"kelctl help COMMAND\" shows the arguments of a command.", width);

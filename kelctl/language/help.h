@@ -19,6 +19,7 @@ struct meaning {
 };
 
 std::span<const meaning> exit_statuses();
+std::span<const meaning> options_before_command();  // which node it is for
 std::span<const meaning> options_without_command(); // given alone
 std::span<const meaning> environment_variables();   // that change what the program does
 

@@ -1,10 +1,9 @@
 // Sorting trace records by the thread that fired them.
 #include "kelctl/library/trace_log.h"
 
-#include "kelctl/terminal/terminal.h"
-
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace kelctl
 {
@@ -20,7 +19,7 @@ bool tells_failure(const trace_entry &entry)
 
 } // namespace
 
-trace_log::trace_log(std::FILE *live) : live_(live)
+trace_log::trace_log()
 {
     installed_ = trace::listen([this](const trace::record &record) { take(record); });
 }
@@ -31,11 +30,10 @@ trace_log::~trace_log()
         trace::stop_listening();
 }
 
-void trace_log::print_to(std::FILE *live, std::string (*layout)(const trace_entry &))
+void trace_log::pass_to(std::function<void(const trace_entry &)> live)
 {
     const std::lock_guard lock(mutex_);
-    live_ = live;
-    layout_ = layout;
+    live_ = std::move(live);
 }
 
 bool trace_log::installed() const
@@ -81,7 +79,7 @@ void trace_log::take(const trace::record &record)
     entry.message = record.message;
     entry.location = record.location;
     if (live_)
-        write(live_, layout_(entry));
+        live_(entry);
     if (!of_operation && tells_failure(entry) && background_.size() < most_background_failures)
         background_.push_back(entry);
 }

@@ -1,5 +1,5 @@
 // The library's trace records, received in this process without a tracing daemon: kept for each operation, for the
-// report of its failure, and printed as they are fired (--trace).
+// report of its failure, and passed on as they are fired (--trace).
 //
 //     log.start_operation();
 //     if (kel_core_ic_ebcom_stop() != 0)
@@ -10,7 +10,7 @@
 #include "trace/tap.h"
 
 #include <cstddef>
-#include <cstdio>
+#include <functional>
 #include <mutex>
 #include <thread>
 #include <vector>
@@ -23,14 +23,13 @@ namespace kelctl
 class trace_log
 {
 public:
-    // `live`: the stream on which each record is printed as it is fired, not owned; null: none.
-    explicit trace_log(std::FILE *live);
+    trace_log();
     ~trace_log();
     trace_log(const trace_log &) = delete;
     trace_log &operator=(const trace_log &) = delete;
 
-    // From here on each record is printed there, in this layout; null: nowhere.
-    void print_to(std::FILE *live, std::string (*layout)(const trace_entry &));
+    // From here on each record is passed to it as it is fired, one at a time; null: to nobody. It must not use this log.
+    void pass_to(std::function<void(const trace_entry &)> live);
 
     // True when the tracer is installed on this machine. Without it there are no records.
     bool installed() const;
@@ -51,9 +50,8 @@ private:
     void take(const trace::record &record);
     trace_entry &next_of_operation();
 
-    std::mutex mutex_; // guards what follows, and the order of lines on live_
-    std::FILE *live_;
-    std::string (*layout_)(const trace_entry &) = text_line;
+    std::mutex mutex_; // guards what follows, and the order of records for live_
+    std::function<void(const trace_entry &)> live_;
     std::thread::id operation_thread_ = std::this_thread::get_id();
     std::vector<trace_entry> operation_; // never shrinks: the next operation uses the memory of its texts again
     std::ptrdiff_t operation_count_ = 0; // entries that belong to the operation

@@ -5,10 +5,23 @@
 
 #include <fmt/core.h>
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace kelctl
 {
+
+void add_part(result &whole, result part)
+{
+    whole.shown_already = true;
+    whole.status = std::max(whole.status, part.status);
+    for (auto &[name, value] : part.shown.members())
+        whole.shown[name] = std::move(value);
+    std::ranges::move(part.failures, std::back_inserter(whole.failures));
+    std::ranges::move(part.errors, std::back_inserter(whole.errors));
+    std::ranges::move(part.warnings, std::back_inserter(whole.warnings));
+}
 
 result refused(std::string reason, std::string file)
 {

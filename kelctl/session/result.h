@@ -41,7 +41,7 @@ struct result {
     std::vector<input_error> warnings = {};   // what is allowed, and hardly meant
     std::vector<trace_entry> complaints = {}; // failures that the library's records report, though it succeeded
     bool shown_already = false;               // all of it was shown as it came up
-    std::string_view stage = {};              // of a longer command, whose failures these are: "take-down"
+    std::string stage = {};                   // of a longer command, whose failures these are: "take-down"
     std::string remark = {};                  // last for people, on standard error: "2 problems, nothing was started"
 };
 
@@ -59,6 +59,9 @@ template <typename Items, typename Function> fields list_of(const Items &items, 
         list.push_back(made_of(item));
     return list;
 }
+
+// Adds a part that was shown to the result of its command.
+void add_part(result &whole, result part);
 
 // Nothing was done, for a reason outside the words of the command, such as the platform.
 result refused(std::string reason, std::string file = {});

@@ -69,14 +69,15 @@ result session::carry_out(const invocation &asked, const std::string &file)
     const source here = where;
     show_as(asked.shown);
     result around = {.text = ""}; // warnings of what surrounds the program's command
-    if (here == source::program)
+    const bool program = here == source::program && !elsewhere;
+    if (program)
         show_part(around, {.text = "", .warnings = mp_id_warnings()}, {});
     result done = perform(asked);
     remember(asked);
     show_as(asked.shown); // the command may have carried out others meanwhile
     if (!shown_.json)
         show(done, {file, asked.line}, shown_, tracer_installed());
-    if (here == source::program && !asked.row->offline && done.status != exit_wrong_input)
+    if (program && !asked.row->offline && done.status != exit_wrong_input)
         show_part(around, {.text = "", .warnings = unmatched_faults()}, {});
     std::ranges::move(around.warnings, std::back_inserter(done.warnings));
     if (shown_.json && (!shown_.quiet || done.status != exit_done))
@@ -89,15 +90,11 @@ result session::carry_out(const invocation &asked, const std::string &file)
 
 void session::show_part(result &whole, result part, const origin &from)
 {
+    if (on_part)
+        on_part(part, from);
     if (!shown_.json)
         show(part, from, shown_, tracer_installed());
-    whole.shown_already = true;
-    whole.status = std::max(whole.status, part.status);
-    for (auto &[name, value] : part.shown.members())
-        whole.shown[name] = std::move(value);
-    std::ranges::move(part.failures, std::back_inserter(whole.failures));
-    std::ranges::move(part.errors, std::back_inserter(whole.errors));
-    std::ranges::move(part.warnings, std::back_inserter(whole.warnings));
+    add_part(whole, std::move(part));
 }
 
 result session::called(const std::function<std::string()> &text, const std::function<uint32_t()> &call)
@@ -142,19 +139,71 @@ std::string session::missing_service(const command &row) const
 
 result session::perform(const invocation &asked)
 {
-    if (!applies(asked))
-        return refused(fmt::format("\"{}\" requires the software accelerator", asked.row->name));
-    if (auto wrong = asked.row->offline ? std::nullopt : switch_on_accelerator())
-        return wrong_use(std::move(*wrong));
     try {
-        return asked.chosen->run(asked, *this);
+        return elsewhere && asked.row->carried_out != place::asking ? perform_elsewhere(asked) : perform_here(asked);
     } catch (const std::exception &error) {
         return refused(error.what());
     }
 }
 
+result session::perform_here(const invocation &asked)
+{
+    if (!applies(asked))
+        return refused(fmt::format("\"{}\" requires the software accelerator", asked.row->name));
+    if (auto wrong = asked.row->offline || elsewhere ? std::nullopt : switch_on_accelerator())
+        return wrong_use(std::move(*wrong));
+    return asked.chosen->run(asked, *this);
+}
+
+result session::perform_elsewhere(const invocation &asked)
+{
+    if (asked.row->carried_out == place::nowhere)
+        return refused(fmt::format("\"{}\" cannot be asked of the node of another process", asked.row->name));
+    answer answered = elsewhere->carry_out(asked, {output_page(), shown_.trace});
+    tracer_elsewhere_ = answered.tracer_installed;
+    if (shown_.trace)
+        report_missing_tracer();
+    for (const trace_entry &entry : answered.trace)
+        show_record(entry);
+    for (const auto &[part, from] : answered.parts)
+        if (!shown_.json)
+            show(part, from, shown_, tracer_installed());
+    return std::move(answered.done);
+}
+
+// As JSON, no part is shown by itself; quiet, nothing is drawn meanwhile either.
+answer session::answer_to(const invocation &asked, const asker &whom)
+{
+    const manner own = std::exchange(shown_, {.json = true, .quiet = true});
+    const source here = std::exchange(where, source::shell);
+    std::vector<trace_entry> trace;
+    page_of_asker_ = whom.shown_on;
+    log().pass_to(whom.traces ? [&trace](const trace_entry &entry) { trace.push_back(entry); }
+                              : std::function<void(const trace_entry &)>());
+    answer given = observed([&] { return perform(asked); });
+    remember(asked);
+    page_of_asker_.reset();
+    where = here;
+    shown_ = own;
+    direct_trace();
+    given.trace = std::move(trace);
+    return given;
+}
+
+answer session::observed(const std::function<result()> &work)
+{
+    answer given;
+    on_part = [&given](const result &part, const origin &from) { given.parts.push_back({part, from}); };
+    given.done = work();
+    on_part = nullptr;
+    given.tracer_installed = tracer_installed();
+    return given;
+}
+
 page session::output_page() const
 {
+    if (page_of_asker_)
+        return *page_of_asker_;
     page page = page_for(stdout);
     if (shown_.all)
         page.most_rows.reset();
@@ -163,13 +212,13 @@ page session::output_page() const
 
 bool session::tracer_installed() const
 {
-    return log_ && log_->installed();
+    return elsewhere ? tracer_elsewhere_ : log_ && log_->installed();
 }
 
 trace_log &session::log()
 {
     if (!log_) {
-        log_ = std::make_unique<trace_log>(nullptr);
+        log_ = std::make_unique<trace_log>();
         direct_trace();
     }
     return *log_;
@@ -196,8 +245,20 @@ void session::show_as(const manner &asked)
 
 void session::direct_trace()
 {
-    log_->print_to(shown_.trace ? stderr : nullptr, shown_.json ? json_line : line_on_terminal);
-    if (shown_.trace && !tracer_installed() && !std::exchange(missing_tracer_told_, true))
+    if (!shown_.trace)
+        return log_->pass_to(nullptr);
+    log_->pass_to([this](const trace_entry &entry) { show_record(entry); });
+    report_missing_tracer();
+}
+
+void session::show_record(const trace_entry &entry) const
+{
+    write(stderr, shown_.json ? json_line(entry) : line_on_terminal(entry));
+}
+
+void session::report_missing_tracer()
+{
+    if (!tracer_installed() && !std::exchange(missing_tracer_told_, true))
         write(stderr, line_on(page_for(stderr), "no trace: the tracer is not installed on this machine"));
 }
 

@@ -10,12 +10,14 @@
 #include "kelctl/language/known_words.h"
 #include "kelctl/library/library_call.h"
 #include "kelctl/session/fields_view.h"
+#include "kelctl/session/other_process.h"
 #include "kelctl/session/result.h"
 #include "kelctl/session/undo.h"
 
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -39,6 +41,12 @@ public:
     // The same without showing the result, for jobs that show it themselves.
     result perform(const invocation &asked);
 
+    // The same for another process, which shows the result. Shows nothing here.
+    answer answer_to(const invocation &asked, const asker &whom);
+
+    // What the work shows, for another process as well.
+    answer observed(const std::function<result()> &work);
+
     // Shows a part of what a command does, as it comes up, and adds it to the command's result. Where results are JSON
     // the whole is one document, shown at the end. `from` is put in front of what went wrong.
     void show_part(result &whole, result part, const origin &from);
@@ -61,7 +69,7 @@ public:
                       [&] { return call_with(function, parameters...); });
     }
 
-    // Where text is shown on standard output, with as many rows of a list as were asked for.
+    // Where text is shown, with as many rows of a list as were asked for: standard output, or that of who asks.
     page output_page() const;
 
     // Writes a document at once, as a line of its own, where results are JSON. Does nothing elsewhere.
@@ -72,9 +80,10 @@ public:
 
     bool tracer_installed() const;
 
+    // Results become documents: here, or maybe where they are shown.
     bool json() const
     {
-        return shown_.json;
+        return shown_.json || on_part;
     }
 
     bool tracing() const
@@ -96,12 +105,19 @@ public:
     std::vector<kel_ebcom_path_config> paths;
     traffic_player traffic;        // what passes as virtual time does
     std::function<void()> on_made; // called after each call that succeeded; null: not at all
-    bool timed = false;            // a timestamp thread was started, whose first offset may have to be waited for
-    bool finished = false;         // no further command is wanted
+    // Gets each part of a result as it is shown, and before it becomes part of the whole; null: nobody does.
+    std::function<void(const result &part, const origin &from)> on_part;
+    other_process *elsewhere = nullptr; // carries out what needs a node; not owned; null: this process does
+    bool timed = false;                 // a timestamp thread was started, whose first offset may have to be waited for
+    bool finished = false;              // no further command is wanted
 
 private:
     result called(const std::function<std::string()> &text, const std::function<uint32_t()> &call);
     void note(const invocation &asked, result &done);
+    result perform_elsewhere(const invocation &asked);
+    result perform_here(const invocation &asked);
+    void show_record(const trace_entry &entry) const;
+    void report_missing_tracer();
     void show_as(const manner &asked);
     std::string missing_service(const command &row) const;
     void direct_trace();
@@ -110,6 +126,8 @@ private:
     std::unique_ptr<trace_log> log_;
     const manner shown_by_default_;
     manner shown_;
+    std::optional<page> page_of_asker_; // while a command of another process is carried out
+    bool tracer_elsewhere_ = false;
     bool missing_tracer_told_ = false;
 };
 

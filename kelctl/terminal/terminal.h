@@ -23,6 +23,11 @@ public:
     {
     }
 
+    bool colours() const
+    {
+        return colours_;
+    }
+
     std::string operator()(colour role, std::string_view text) const;
 
 private:

@@ -1,8 +1,10 @@
-// Whole files: read with a limit of size, and written so that a failure leaves the old file unchanged.
+// Whole files: read with a limit of size, and written so that a failure leaves the old file unchanged. A process that
+// carries out a command for another one opens none: see sent_files.
 #pragma once
 
 #include "kelctl/values/problem.h"
 
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -22,5 +24,25 @@ void note_input(const std::string &file);
 // file that this run has read, and its standard input. Returns the error, "cannot be written: No such file or
 // directory"; none on success.
 std::optional<std::string> write_file(const std::string &file, std::string_view text);
+
+// A file of another process: its text as text_of_file() returns it there, or the problem that it adds.
+struct sent_file {
+    std::string text;
+    std::string problem = {};
+};
+
+// While it exists, the functions above open no file: text_of_file() returns what was sent, and write_file() adds to what
+// is sent back. One at a time.
+class sent_files
+{
+public:
+    explicit sent_files(std::map<std::string, sent_file> read);
+    ~sent_files();
+    sent_files(const sent_files &) = delete;
+    sent_files &operator=(const sent_files &) = delete;
+
+    const std::map<std::string, sent_file> read;
+    std::map<std::string, std::string> written = {};
+};
 
 } // namespace kelctl

@@ -106,6 +106,37 @@ TEST(Interruption, TerminalMayGoAwayMoreThanOnce)
     EXPECT_TRUE(terminated());
 }
 
+TEST(Interruption, HangupThatAsksForAReloadIsTakenOnceAndEndsNothing)
+{
+    const interruption_watch watch(hangup::asks_for_reload);
+    EXPECT_FALSE(take_reload());
+    std::raise(SIGHUP);
+    std::raise(SIGHUP);
+    EXPECT_FALSE(unwanted_within(std::chrono::hours(1)));
+    EXPECT_TRUE(take_reload());
+    EXPECT_FALSE(take_reload());
+    EXPECT_FALSE(unwanted_within(std::chrono::milliseconds(0)));
+    std::raise(SIGHUP);
+    std::raise(SIGTERM);
+    EXPECT_TRUE(take_reload());
+    EXPECT_TRUE(unwanted_within(std::chrono::hours(1)));
+}
+
+TEST(Interruption, HangupEndsWithoutThat)
+{
+    const interruption_watch watch;
+    std::raise(SIGHUP);
+    EXPECT_TRUE(terminated());
+    EXPECT_FALSE(take_reload());
+}
+
+TEST(Interruption, WaitEndsWhenADescriptorCanBeRead)
+{
+    const interruption_watch watch;
+    const pipe_with line("line");
+    EXPECT_FALSE(unwanted_within(std::chrono::hours(1), line.descriptor()));
+}
+
 TEST(Interruption, IgnoredSignalStaysIgnored)
 {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {

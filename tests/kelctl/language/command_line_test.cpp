@@ -164,6 +164,24 @@ TEST_P(WrongCommand, IsToldWithItsColumn)
 INSTANTIATE_TEST_SUITE_P(Kinds, WrongCommand, testing::ValuesIn(wrong_commands),
                          [](const auto &tested) { return std::string(tested.param.name); });
 
+TEST(OptionBeforeACommand, IsTakenOutOfTheWords)
+{
+    const auto taken = [](const std::string &line) {
+        std::vector<word> words = words_of(line);
+        std::string text = take_option_before_command(words, "--node").value_or("none");
+        for (const word &one : words)
+            text += " " + one.text;
+        return text;
+    };
+    EXPECT_EQ(taken("--node edge lamp add"), "edge lamp add");
+    EXPECT_EQ(taken("--json --node=edge lamp add"), "edge --json lamp add");
+    EXPECT_EQ(taken("--node --json lamp"), "--json lamp");
+    EXPECT_EQ(taken("lamp --node edge"), "none lamp --node edge");
+    EXPECT_EQ(taken("--nodes edge"), "none --nodes edge");
+    EXPECT_EQ(taken(""), "none");
+    EXPECT_THROW(taken("--json --node"), wrong_line);
+}
+
 TEST(CommandLine, WordsOfNoLineHaveNoColumn)
 {
     try {

@@ -58,6 +58,17 @@ TEST(CommandTable, SeveralVariantsMakeAnOption)
     EXPECT_EQ(table.find("lamp add")->find_argument("--variant"), nullptr);
 }
 
+TEST(CommandTable, WhatUsesNoNodeIsCarriedOutWhereItIsAsked)
+{
+    const command_table rows({{.name = "ports", .variants = {{}}, .help = "", .offline = true},
+                              {.name = "time", .variants = {{}}, .help = ""},
+                              {.name = "up", .variants = {{}}, .help = "", .carried_out = place::nowhere}},
+                             {});
+    EXPECT_EQ(rows.find("ports")->carried_out, place::asking);
+    EXPECT_EQ(rows.find("time")->carried_out, place::node);
+    EXPECT_EQ(rows.find("up")->carried_out, place::nowhere);
+}
+
 TEST(Command, ArgumentsAreFoundByNameOrPlace)
 {
     const command &join = *table.find("lamp group join");

@@ -47,6 +47,12 @@ TEST(CommandText, RawValuesComeBehindTheOptionThatAllowsThem)
     EXPECT_THROW(asked("ebcom path add 02:00:00:02:00:01 --port -1"), wrong_line);
 }
 
+TEST(CommandText, WordByWordThereAreNoQuotes)
+{
+    EXPECT_EQ(words_of(asked(R"(trace message 'a "b"' --prefix "")")),
+              (std::vector<std::string>{"trace", "message", "a \"b\"", "--prefix", ""}));
+}
+
 // What parse() reads is what it was made from, for every example of the table.
 TEST(CommandText, IsReadAsTheSameCommand)
 {

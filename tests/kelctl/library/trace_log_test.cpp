@@ -3,6 +3,7 @@
 
 #include "captured_stream.h"
 #include "kel/kel_core_ic_ebcom.h"
+#include "kelctl/terminal/terminal.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -30,14 +31,14 @@ class TraceLog : public testing::Test
 protected:
     void SetUp() override
     {
-        if (!trace_log(nullptr).installed())
+        if (!trace_log().installed())
             GTEST_SKIP() << "there is no tracer on this machine";
     }
 };
 
 TEST_F(TraceLog, KeepsTheRecordsOfTheLatestOperation)
 {
-    trace_log log(nullptr);
+    trace_log log;
     refused_port();
     log.start_operation();
     EXPECT_THAT(log.operation_records(), IsEmpty());
@@ -52,7 +53,7 @@ TEST_F(TraceLog, KeepsTheRecordsOfTheLatestOperation)
 
 TEST_F(TraceLog, OtherThreadsRecordsAreNoneOfTheOperations)
 {
-    trace_log log(nullptr);
+    trace_log log;
     log.start_operation();
     std::thread(refused_port).join();
     EXPECT_THAT(log.operation_records(), IsEmpty());
@@ -62,7 +63,7 @@ TEST_F(TraceLog, OtherThreadsRecordsAreNoneOfTheOperations)
 
 TEST_F(TraceLog, KeepsABoundedNumberOfBackgroundFailures)
 {
-    trace_log log(nullptr);
+    trace_log log;
     std::thread([] {
         for (int i = 0; i < 100; ++i)
             refused_port();
@@ -73,7 +74,8 @@ TEST_F(TraceLog, KeepsABoundedNumberOfBackgroundFailures)
 TEST_F(TraceLog, PrintsEveryRecordOfEveryThreadOnALineOfItsOwn)
 {
     captured_stream out;
-    trace_log log(out.stream());
+    trace_log log;
+    log.pass_to([&out](const trace_entry &entry) { write(out.stream(), text_line(entry)); });
     std::thread other([] {
         for (int i = 0; i < 100; ++i)
             refused_port();
@@ -94,7 +96,7 @@ TEST_F(TraceLog, PrintsEveryRecordOfEveryThreadOnALineOfItsOwn)
 TEST_F(TraceLog, HearsNothingBeforeAndAfterItsLife)
 {
     refused_port();
-    trace_log log(nullptr);
+    trace_log log;
     EXPECT_THAT(log.operation_records(), IsEmpty());
 }
 

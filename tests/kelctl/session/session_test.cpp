@@ -3,7 +3,9 @@
 
 #include "kelctl/commands/commands.h"
 #include "kelctl/language/command_line.h"
+#include "kelctl/language/command_text.h"
 #include "kelctl/library/trace_log.h"
+#include "kelctl/session/result_document.h"
 #include "notation/json.h"
 
 #include <gmock/gmock.h>
@@ -201,6 +203,100 @@ TEST_F(Session, ExitFinishesIt)
     EXPECT_FALSE(session.finished);
     carry_out(session, "exit");
     EXPECT_TRUE(session.finished);
+}
+
+// ---- Between two processes ----
+
+// Answers with what it was made with, and remembers who asked.
+struct made_up_process : other_process {
+    explicit made_up_process(answer its_answer) : given(std::move(its_answer))
+    {
+    }
+
+    answer carry_out(const invocation &asked, const asker &whom) override
+    {
+        lines.push_back(text_of(asked));
+        pages.push_back(whom.shown_on);
+        return given;
+    }
+
+    fields ask(const fields &) override
+    {
+        throw std::runtime_error("there is no answer");
+    }
+
+    answer given;
+    std::vector<std::string> lines = {};
+    std::vector<page> pages = {};
+};
+
+const trace_entry record = {"FN_ENTER", "EBCOM", "f()", "f.cpp:1"};
+
+TEST_F(Session, CommandCarriedOutElsewhereIsShownHere)
+{
+    made_up_process other({.done = {.shown = {{"location", "elsewhere"}}, .code = 0}});
+    session session(commands(), source::shell, {});
+    session.elsewhere = &other;
+    EXPECT_EQ(carry_out(session, "pcep locate 02:00:00:02:00:01 --all").shown.at("location"), "elsewhere");
+    EXPECT_EQ(out, "location  elsewhere\n");
+    EXPECT_EQ(err, "");
+    EXPECT_THAT(other.lines, ElementsAre("pcep locate 02:00:00:02:00:01"));
+    EXPECT_EQ(other.pages.front().most_rows, std::nullopt);
+
+    other.given.trace = {record};
+    carry_out(session, "pcep locate 02:00:00:02:00:01 --trace --json");
+    EXPECT_EQ(err, "no trace: the tracer is not installed on this machine\n" + json_line(record));
+    EXPECT_THAT(out, HasSubstr("\"result\":{\"location\":\"elsewhere\"}"));
+}
+
+TEST_F(Session, PartsOfACommandElsewhereAreShownHere)
+{
+    result whole = {.status = exit_operation_failed, .shown_already = true, .remark = "is not shown again"};
+    made_up_process other(
+        {.done = whole, .parts = {{{.text = "first"}, {}}, {{.text = "", .remark = "second"}, {"node.toml", 7}}}});
+    session session(commands(), source::shell, {});
+    session.elsewhere = &other;
+    EXPECT_EQ(carry_out(session, "time show").status, exit_operation_failed);
+    EXPECT_EQ(out, "first\n");
+    EXPECT_EQ(err, "node.toml:7: second\n");
+}
+
+TEST_F(Session, WhatNeedsNoNodeAndWhatHasOneStayHere)
+{
+    made_up_process other({});
+    session session(commands(), source::program, {});
+    session.elsewhere = &other;
+    EXPECT_EQ(carry_out(session, "limits").status, exit_done);
+    EXPECT_EQ(carry_out(session, "mpid 5").status, exit_operation_failed);
+    EXPECT_EQ(err, "kelctl: \"mpid\" cannot be asked of the node of another process\n");
+    EXPECT_THAT(other.lines, testing::IsEmpty());
+}
+
+TEST_F(Session, AnswersAnotherProcessAndShowsNothing)
+{
+    const command row = {.name = "long", .variants = {{.run = [](const invocation &, session &session) -> result {
+                                             result whole;
+                                             session.show_part(whole, {.shown = {{"a", 1}}, .text = "part"}, {"f", 2});
+                                             whole.text = fmt::format("{}", *session.output_page().width);
+                                             kel_ic_ebcom_port_to_mac_chan(0, nullptr);
+                                             return whole;
+                                         }}}};
+    const invocation asked = {.row = &row, .chosen = &row.variants.front(), .given = {}};
+    session session(commands(), source::program, {});
+    CaptureStdout();
+    CaptureStderr();
+    const answer given = session.answer_to(asked, {{.paint = painter(false), .width = 33}, true});
+    EXPECT_EQ(GetCapturedStdout() + GetCapturedStderr(), "");
+    EXPECT_EQ(given.done.shown.at("a"), 1);
+    EXPECT_EQ(*given.done.text, "33");
+    EXPECT_TRUE(given.done.shown_already);
+    ASSERT_EQ(given.parts.size(), 1u);
+    EXPECT_EQ(*given.parts[0].part.text, "part");
+    EXPECT_EQ(given.parts[0].from.line, 2u);
+    EXPECT_EQ(given.tracer_installed, session.tracer_installed());
+    EXPECT_EQ(given.trace.empty(), !given.tracer_installed);
+    EXPECT_FALSE(session.json());
+    EXPECT_EQ(session.where, source::program);
 }
 
 } // namespace

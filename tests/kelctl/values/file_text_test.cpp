@@ -36,6 +36,30 @@ std::set<std::string> names_in(const temporary_folder &folder)
     return names;
 }
 
+// Another process's files stand for this one's, under the same names.
+TEST(SentFiles, AreAllThatIsReadAndWritten)
+{
+    const temporary_folder folder;
+    const std::string own = folder.file_with("own");
+    {
+        sent_files sent({{own, {"sent"}}, {"gone", {"", "cannot be read: it is gone"}}});
+        problem_list problems;
+        EXPECT_EQ(text_of_file(own, problems), "sent");
+        EXPECT_THAT(problems, IsEmpty());
+        EXPECT_EQ(text_of_file("gone", problems), "");
+        EXPECT_EQ(text_of_file("/etc/passwd", problems), "");
+        ASSERT_THAT(problems, SizeIs(2));
+        EXPECT_EQ(problems[0].message, "cannot be read: it is gone");
+        EXPECT_EQ(problems[1].message, "cannot be read: it was not sent along");
+        EXPECT_EQ(write_file(own, "written"), std::nullopt);
+        EXPECT_EQ(write_file("/nowhere/file", "too"), std::nullopt);
+        EXPECT_EQ(sent.written, (std::map<std::string, std::string>{{own, "written"}, {"/nowhere/file", "too"}}));
+    }
+    problem_list problems;
+    EXPECT_EQ(text_of_file(own, problems), "own");
+    EXPECT_THAT(problems, IsEmpty());
+}
+
 TEST(FileText, IsAllOfIt)
 {
     const temporary_folder folder;

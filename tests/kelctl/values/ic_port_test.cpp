@@ -70,7 +70,7 @@ std::vector<std::string> registry(trace_log &log)
 
 TEST(IcPort, QosRowIsWhereTheLibraryKeepsThePortsQueue)
 {
-    trace_log log(nullptr);
+    trace_log log;
     if (!log.installed())
         GTEST_SKIP() << "there is no tracer on this machine";
     ASSERT_EQ(kel_ic_ebcom_init_qos(), 0u);
