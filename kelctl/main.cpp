@@ -3,6 +3,9 @@
 #include "kelctl/language/command_line.h"
 #include "kelctl/language/completion.h"
 #include "kelctl/language/help.h"
+#include "kelctl/remote/messages.h"
+#include "kelctl/remote/node_names.h"
+#include "kelctl/remote/remote_node.h"
 #include "kelctl/session/fields_view.h"
 #include "kelctl/session/result_view.h"
 #include "kelctl/session/session.h"
@@ -11,10 +14,12 @@
 
 #include <fmt/core.h>
 
+#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <exception>
 #include <fcntl.h>
+#include <stdexcept>
 #include <unistd.h>
 #include <vector>
 
@@ -31,13 +36,43 @@ std::vector<word> words_of_arguments(int argc, char **argv)
     return words;
 }
 
+constexpr std::string_view node_option = "--node";
+
+completion node_names(const std::string &begun)
+{
+    completion names;
+    for (const node_socket &one : node_sockets())
+        if (one.name.starts_with(begun))
+            names.candidates.push_back({one.name, ""});
+    return names;
+}
+
+// A person waits for these.
+known_words words_of_node(const std::string &name)
+{
+    try {
+        return known_of(remote_node(name, std::chrono::seconds(1)).ask({{"ask", "words"}}));
+    } catch (const std::runtime_error &) {
+        return {};
+    }
+}
+
 // Asked by the completion scripts: with the words before the one that is being typed, and that one.
 int offer(std::vector<word> words)
 {
     const std::string begun = words.empty() ? "" : words.back().text;
     if (!words.empty())
         words.pop_back();
-    write(stdout, lines_of(complete(commands(), words, begun, {}, source::program)));
+    if (!words.empty() && words.back().text == node_option) {
+        write(stdout, lines_of(node_names(begun)));
+        return exit_done;
+    }
+    const auto node = take_option_before_command(words, node_option);
+    const known_words known = node ? words_of_node(*node) : known_words{};
+    completion found = complete(commands(), words, begun, known, source::program);
+    if (words.empty() && !node && begun.starts_with("-") && node_option.starts_with(begun))
+        found.candidates.push_back({std::string(node_option), "name of a node that another process holds"});
+    write(stdout, lines_of(found));
     return exit_done;
 }
 
@@ -59,13 +94,16 @@ void write_error(std::string_view what)
     write(stderr, line_on(page_for(stderr), fmt::format("kelctl: {}", what)));
 }
 
-int run(const std::vector<word> &words)
+int run(std::vector<word> words)
 {
     if (!words.empty() && words.front().text == "--complete")
         return offer({words.begin() + 1, words.end()});
     try {
+        const auto name = take_option_before_command(words, node_option);
         const invocation asked = parse(commands(), words, source::program);
+        remote_node node(name.value_or(""));
         session session(commands(), source::program, asked.shown);
+        session.elsewhere = name ? &node : nullptr;
         return session.carry_out(asked).status;
     } catch (const wrong_line &wrong) {
         const line_parts parts = parts_of(commands(), words, source::program);

@@ -128,6 +128,11 @@ size_t server::clients() const
     return connections_.size();
 }
 
+bool server::sending() const
+{
+    return std::ranges::any_of(connections_, &connection::waits_for_reader);
+}
+
 void server::leave_to_parent()
 {
     listening_.leave_to_parent();

@@ -57,6 +57,7 @@ public:
 
     const std::string &path() const;
     size_t clients() const;
+    bool sending() const; // an answer is not taken yet
 
     // For a child process of fork(): closes all that the server has open. The socket and the clients are its parent's.
     void leave_to_parent();

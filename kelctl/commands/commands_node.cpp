@@ -1,9 +1,11 @@
 // Rows that work on a whole node file: up, check, plan. Running up is in kelctl/jobs, reading the file in kelctl/nodefile.
 #include "kelctl/commands/commands.h"
 #include "kelctl/commands/watch_arguments.h"
+#include "kelctl/jobs/hold.h"
 #include "kelctl/jobs/up.h"
 #include "kelctl/language/command_text.h"
 #include "kelctl/node/load_node_file.h"
+#include "kelctl/remote/node_names.h"
 #include "kelctl/session/session.h"
 #include "kelctl/session/undo.h"
 
@@ -31,14 +33,25 @@ error: event, domain, message, location.
 --watch is the command "watch" while the node is up: on the software accelerator
 it plays the traffic of the file's [[traffic]] tables in virtual time.
 
+A node that is held carries out commands of other processes, one after the
+other: "kelctl --node NAME COMMAND". Only its owner and root reach it, and the
+group of --group.
+
 Ctrl-C takes the node down; a second one ends kelctl at once. --hold and --watch
-also end when the reader of standard output closes it.)";
+also end when the reader of standard output closes it. SIGHUP takes the node
+down as well, except without a terminal: then a node that is held applies its
+file again.)";
 
 std::vector<argument> arguments_of_up()
 {
     std::vector<argument> all = {
         node_file_argument,
         {.name = "--hold", .kind = kind::flag(), .help = "keep the node up until Ctrl-C or SIGTERM"},
+        {.name = "--name",
+         .kind = kind::text(),
+         .help = "by which others reach the node; the file's without its ending unless given",
+         .needs = "--hold"},
+        {.name = "--group", .kind = kind::text(), .help = "let this group of users reach it, too", .needs = "--hold"},
         {.name = "--watch", .kind = kind::flag(), .help = "play the file's traffic and show counters and rates"},
         {.name = "--keep", .kind = kind::flag(), .help = "skip the take-down when a step fails"}};
     for (argument &option : watch_arguments()) {
@@ -46,6 +59,15 @@ std::vector<argument> arguments_of_up()
         all.push_back(std::move(option));
     }
     return all;
+}
+
+// A file may have a name that no node can have.
+std::optional<objection> check_name(const arguments &given)
+{
+    auto wrong = given.has("--hold") ? wrong_node_name(name_of_node(given)) : std::nullopt;
+    if (!wrong)
+        return std::nullopt;
+    return given.has("--name") ? objection{"--name", *wrong} : objection{"FILE", *wrong + "; --name gives another"};
 }
 
 result check(const invocation &asked, session &session)
@@ -101,8 +123,10 @@ std::vector<command> node_commands()
          .help = "Bring a node up, show it, take it down again",
          .details = up_details,
          .arguments = arguments_of_up(),
+         .check = check_name,
          .example = "up examples/node.toml --hold",
-         .sources = {source::program}},
+         .sources = {source::program},
+         .carried_out = place::nowhere},
         {.name = "check",
          .variants = {{.run = check}},
          .help = "Check a node file and start nothing",

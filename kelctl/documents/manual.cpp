@@ -34,6 +34,8 @@ constexpr meaning files[] = {
     {"/usr/share/doc/kelctl/examples/node.kel", "A script that brings a small node up and down."},
     {"/usr/share/doc/kelctl/examples/whole-node.kel",
      "A script with every operation that changes something, for sweep."},
+    {"/run/kelctl/NAME.sock, $XDG_RUNTIME_DIR/kelctl/NAME.sock",
+     "Where commands reach the node that a process holds under this name: the first is root's."},
     {"~/.local/state/kelctl/history", "The lines of the shell; in $XDG_STATE_HOME/kelctl if that variable is set."},
     {"~/.editrc", "The keys of the shell, as editrc(5) describes them; lines that begin with \"kelctl:\" apply to "
                   "kelctl only. It takes "
@@ -95,12 +97,14 @@ std::string program_manual(const command_table &table, std::string_view version)
 {
     roff_page page("kelctl", 1, "kelctl", version, "control process of a node's packet accelerator");
     page.section("SYNOPSIS");
-    page.text("kelctl COMMAND [ARGUMENT]...");
+    page.text("kelctl [--node NAME] COMMAND [ARGUMENT]...");
     page.section("DESCRIPTION");
     page.text(description);
     page.section("OPTIONS");
     page.text("Every command takes these options:");
     add_arguments(page, shared_options());
+    page.text("\nBefore a command:");
+    add_meanings(page, options_before_command());
     page.text("\nInstead of a command:");
     add_meanings(page, options_without_command());
     page.section("COMMANDS");

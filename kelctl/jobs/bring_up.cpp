@@ -141,6 +141,13 @@ bool bring_up::show(result part)
 
 bool bring_up::down()
 {
+    if (!clean_)
+        clean_ = !kept_ && take_all_down();
+    return *clean_;
+}
+
+bool bring_up::take_all_down()
+{
     show_background_failures();
     const std::vector<undone_command> commands = take_down(session_);
     session_.paths.clear();
@@ -194,6 +201,7 @@ bool bring_up::keep()
         part.remark += "The node contains:\n" + leftover_view(*held, error_width());
     part.shown = {{"kept", std::move(commands)}, {"kept_objects", objects_in(held)}};
     show(std::move(part));
+    kept_ = true;
     return true;
 }
 

@@ -14,6 +14,7 @@
 #include "kelctl/session/session.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -32,12 +33,17 @@ public:
     // Carries the lines out, up to the first one that fails or an interruption. True when all of them succeeded.
     bool up();
 
-    // Takes down all that the session made. True when every command succeeded and nothing is left.
+    // Takes down all that the session made, if that was not done yet. True when every command succeeded and nothing is
+    // left. What is kept stays: false.
     bool down();
 
     // `up --keep`: after a line that failed, leaves what was made on the node, and shows it. False, with nothing
     // changed, when no line has failed.
     bool keep();
+    bool kept() const
+    {
+        return kept_;
+    }
 
     // Shows another part of the result. True when all went well.
     bool show(result part);
@@ -46,6 +52,7 @@ public:
     result take_result(bool succeeded);
 
 private:
+    bool take_all_down();
     void show_stop(uint32_t line, result last);
     void show_background_failures();
 
@@ -54,6 +61,8 @@ private:
     session &session_;
     bool stood_ = false; // every line succeeded
     bool line_failed_ = false;
+    bool kept_ = false;
+    std::optional<bool> clean_; // none before the take-down
     result result_;
 };
 

@@ -1,7 +1,6 @@
 // The loop over lines, and the node around it.
 #include "kelctl/jobs/shell.h"
 
-#include "kelctl/accelerator/snapshot.h"
 #include "kelctl/input/history_file.h"
 #include "kelctl/input/interruption.h"
 #include "kelctl/input/line_editor.h"
@@ -10,8 +9,9 @@
 #include "kelctl/language/command_line.h"
 #include "kelctl/language/completion.h"
 #include "kelctl/language/help.h"
+#include "kelctl/node/known_on_node.h"
 #include "kelctl/node/load_node_file.h"
-#include "kelctl/node/standing.h"
+#include "kelctl/remote/messages.h"
 #include "kelctl/session/result_view.h"
 #include "kelctl/terminal/terminal.h"
 
@@ -47,28 +47,21 @@ exit_status run_line(const std::string &line, const origin &at, session &session
     return exit_wrong_input;
 }
 
-void add_words_of(const snapshot &node, known_words &known)
+// A node elsewhere knows what was used of it. One that does not answer offers nothing: the next command says why.
+known_words words_known_to(const session &session)
 {
-    for (const snapshot::path &path : node.paths)
-        known.macs.insert(path.mac);
-    for (const snapshot::pcep &pcep : node.pceps) {
-        known.pceps.insert(pcep.id);
-        known.macs.insert({pcep.local_mac, pcep.remote_mac});
+    if (!session.elsewhere)
+        return known_on_node(session);
+    try {
+        return known_of(session.elsewhere->ask({{"ask", "words"}}));
+    } catch (const std::runtime_error &) {
+        return {};
     }
-    for (const snapshot::group &group : node.groups)
-        known.groups.insert(group.id);
-    for (const snapshot::scheduler &scheduler : node.schedulers)
-        known.schedulers.insert(scheduler.self);
-    for (const snapshot::queue &queue : node.queues)
-        known.queues.insert(queue.self);
 }
 
 replacements words_for(std::string_view line, const session &session)
 {
-    known_words known = session.known;
-    if (const auto node = current_snapshot())
-        add_words_of(*node, known);
-    const completion found = complete(session.table, line, known, source::shell);
+    const completion found = complete(session.table, line, words_known_to(session), source::shell);
     replacements offered = {.words = {}, .files = found.files};
     for (const candidate &one : found.candidates)
         offered.words.push_back(one.word);
@@ -146,6 +139,8 @@ result shell(const invocation &asked, session &session)
         const interruption_watch watch;
         return run_lines(session);
     }
+    if (session.elsewhere)
+        return wrong_use("the node of --node is up: the shell brings up no other one");
     const std::string &file = asked.given.text("FILE");
     loaded_lines loaded = load_node_file(file, session.table);
     if (!loaded.errors.empty())

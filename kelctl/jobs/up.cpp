@@ -1,8 +1,9 @@
-// What happens between bring-up and take-down: objects, live view, counters, `--hold`.
+// What happens between bring-up and take-down: objects, live view, counters; holding the node is hold.cpp.
 #include "kelctl/jobs/up.h"
 
 #include "kelctl/input/interruption.h"
 #include "kelctl/jobs/bring_up.h"
+#include "kelctl/jobs/hold.h"
 #include "kelctl/jobs/watch.h"
 #include "kelctl/node/load_node_file.h"
 #include "kelctl/node/standing.h"
@@ -17,8 +18,6 @@ namespace kelctl
 {
 namespace
 {
-
-constexpr std::chrono::hours longest_wait(1); // at a time: poll() takes milliseconds as an int
 
 result objects(std::optional<fields> document, const std::optional<snapshot> &node, const port_knowledge &ports,
                const session &session)
@@ -54,16 +53,6 @@ bool show_node(bring_up &node, const arguments &given, session &session)
     return node.show(counters(ports, session)) && watched;
 }
 
-void hold(bring_up &node, session &session)
-{
-    if (session.json())
-        session.stream({{"holding", {{"paths_added", session.paths.size()}}}});
-    else
-        node.show({.text = "The node is up until Ctrl-C."});
-    while (!unwanted_within(longest_wait))
-        ;
-}
-
 } // namespace
 
 result up(const invocation &asked, session &session)
@@ -75,17 +64,22 @@ result up(const invocation &asked, session &session)
     if (!errors.empty())
         return wrong_input(name, std::move(errors), "nothing was started");
 
-    const interruption_watch interruptions;
+    const bool held = asked.given.has("--hold");
+    const interruption_watch interruptions(held && !has_controlling_terminal() ? hangup::asks_for_reload
+                                                                               : hangup::ends);
     bring_up node(std::move(lines), name, session);
+    std::optional<held_node> holder;
+    if (held)
+        holder.emplace(asked.given, node, session);
     node.show({.text = "", .warnings = std::move(warnings)});
     const bool stands = node.up();
     const bool kept = !stands && asked.given.has("--keep") && node.keep();
     const bool shown = stands && show_node(node, asked.given, session);
-    if ((stands || kept) && asked.given.has("--hold"))
-        hold(node, session);
-    if (kept)
-        return node.take_result(false);
+    if (holder && (stands || kept))
+        holder->hold();
     const bool clean = node.down();
+    if (holder)
+        holder->finish();
     return node.take_result(shown && clean);
 }
 

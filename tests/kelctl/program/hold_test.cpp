@@ -1,5 +1,5 @@
 // A node that is held, and what Ctrl-C and SIGTERM do at different moments.
-#include "program.h"
+#include "held_node.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -23,42 +23,37 @@ class Hold : public testing::TestWithParam<int>
 
 TEST_P(Hold, EndsWithTheSignalAndTakesTheNodeDown)
 {
-    const file_in_folder file("node.toml", many_paths(2));
-    running_kelctl kelctl({.arguments = {"up", "node.toml", "--hold"}, .environment = {}, .folder = file.folder()});
-    ASSERT_TRUE(kelctl.shows("The node is up until Ctrl-C.\n"));
-    kelctl.signal(GetParam());
-    const auto outcome = kelctl.finish();
+    held_node node(many_paths(2));
+    const auto outcome = node.end(GetParam());
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.err, "");
-    EXPECT_THAT(outcome.out, EndsWith("The node is up until Ctrl-C.\n" + empty_again));
+    EXPECT_THAT(outcome.out, EndsWith("\nThe node is up until Ctrl-C.\n" + empty_again));
 }
 
 INSTANTIATE_TEST_SUITE_P(Signals, Hold, testing::Values(SIGINT, SIGTERM));
 
 TEST(HoldInJson, LineTellsThatTheNodeIsHeldAndTheDocumentFollows)
 {
-    const file_in_folder file("node.toml", many_paths(2));
-    running_kelctl kelctl(
-        {.arguments = {"up", "node.toml", "--hold", "--json"}, .environment = {}, .folder = file.folder()});
-    ASSERT_TRUE(kelctl.shows("{\"holding\":{\"paths_added\":2}}\n"));
-    kelctl.signal(SIGINT);
-    const auto outcome = kelctl.finish();
+    held_node node(many_paths(2), {"--json"});
+    ASSERT_TRUE(node.program().shows("{\"holding\":{\"paths_added\":2,\"name\":\"" + node.name() + "\"}}\n"));
+    const auto outcome = node.end(SIGINT);
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.err, "");
-    EXPECT_THAT(outcome.out,
-                HasSubstr("}}\n{\"command\":\"up\",\"arguments\":{\"file\":\"node.toml\",\"hold\":true},"));
+    EXPECT_THAT(outcome.out, HasSubstr("}}\n{\"command\":\"up\",\"arguments\":{\"file\":\"node.toml\",\"hold\":true,"));
 }
 
 TEST(HoldAfterAFailure, HoldsOnlyWhatIsKept)
 {
     const file_in_folder file("node.toml", many_paths(2));
     const std::map<std::string, std::string> fault = {{"KEL_SOFTNODE_FAULTS", "ork_ebcom_pcep_path_create:2=-4"}};
-    const auto undone =
-        run_kelctl({.arguments = {"up", "node.toml", "--hold"}, .environment = fault, .folder = file.folder()});
+    const auto undone = run_kelctl({.arguments = {"up", "node.toml", "--hold", "--name", file.node_name()},
+                                    .environment = fault,
+                                    .folder = file.folder()});
     EXPECT_EQ(undone.status, 1);
 
-    running_kelctl kelctl(
-        {.arguments = {"up", "node.toml", "--hold", "--keep"}, .environment = fault, .folder = file.folder()});
+    running_kelctl kelctl({.arguments = {"up", "node.toml", "--hold", "--keep", "--name", file.node_name()},
+                           .environment = fault,
+                           .folder = file.folder()});
     ASSERT_TRUE(kelctl.shows("The node is up until Ctrl-C.\n"));
     kelctl.signal(SIGINT);
     const auto kept = kelctl.finish();

@@ -21,11 +21,12 @@ class OutputOfUp : public testing::TestWithParam<const char *>
 protected:
     program_run up(const std::map<std::string, std::string> &environment = {}) const
     {
-        return {.arguments = {"up", "node.toml", GetParam()}, .environment = environment, .folder = file_.folder()};
+        return {.arguments = {"up", name_, GetParam()}, .environment = environment, .folder = file_.folder()};
     }
 
 private:
-    file_in_folder file_{"node.toml", one_path};
+    const std::string name_ = "output-" + std::to_string(getpid()) + ".toml"; // also of the node that is held
+    file_in_folder file_{name_, one_path};
 };
 
 TEST_P(OutputOfUp, ReaderThatGoesAwayEndsItQuietlyOnceTheNodeIsDown)

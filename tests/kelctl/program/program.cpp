@@ -27,7 +27,8 @@ using clock_type = std::chrono::steady_clock;
 constexpr std::chrono::seconds time_limit(120);
 
 // What a test's result must not depend on.
-constexpr const char *forgotten[] = {"MPID", "NO_COLOR", "KEL_SOFTNODE_FAULTS", "XDG_STATE_HOME", "HOME"};
+constexpr const char *forgotten[] = {"MPID",           "NO_COLOR", "KEL_SOFTNODE_FAULTS", "XDG_RUNTIME_DIR",
+                                     "XDG_STATE_HOME", "HOME"};
 
 std::vector<std::string> environment_with(const std::map<std::string, std::string> &more)
 {
@@ -39,6 +40,8 @@ std::vector<std::string> environment_with(const std::map<std::string, std::strin
         if (!forget && !more.contains(name))
             settings.push_back(setting);
     }
+    if (!more.contains("XDG_RUNTIME_DIR"))
+        settings.push_back("XDG_RUNTIME_DIR=" + runtime_folder());
     for (const auto &[name, value] : more)
         settings.push_back(name + "=" + value);
     return settings;
@@ -227,6 +230,16 @@ file_in_folder::file_in_folder(const std::string &name, const std::string &text)
     EXPECT_NE(mkdtemp(pattern.data()), nullptr);
     folder_ = pattern;
     std::ofstream(folder_ + "/" + name, std::ios::binary) << text;
+}
+
+std::string runtime_folder()
+{
+    return std::filesystem::path(testing::TempDir() + ".").parent_path();
+}
+
+std::string file_in_folder::node_name() const
+{
+    return std::filesystem::path(folder_).filename();
 }
 
 file_in_folder::~file_in_folder()

@@ -26,6 +26,9 @@ struct program_run {
 // `not_its_own`. Gives the process id.
 pid_t spawn_on_terminal(const program_run &run, const char *terminal, int not_its_own);
 
+// Where every child has the sockets of its nodes, unless root holds them.
+std::string runtime_folder();
+
 // Waits until the program ends. One that has not after two minutes is ended.
 program_outcome run_kelctl(const program_run &run);
 
@@ -42,6 +45,11 @@ public:
     bool shows(const std::string &text);
 
     void signal(int number) const;
+
+    pid_t process() const
+    {
+        return child_;
+    }
 
     // Closes the reading end of its standard output.
     void leave_output();
@@ -71,6 +79,9 @@ public:
     {
         return folder_;
     }
+
+    // The folder's: all nodes of a user are in one place, and no other test has this one.
+    std::string node_name() const;
 
 private:
     std::string folder_;

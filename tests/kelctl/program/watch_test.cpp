@@ -108,9 +108,10 @@ TEST(Watch, CtrlCEndsItAndTakesTheNodeDown)
 TEST(Watch, WithHoldTheNodeStandsOnAfterItsTime)
 {
     const file_in_folder file("node.toml", crowded);
-    running_kelctl kelctl({.arguments = {"up", "node.toml", "--watch", "--for", "1ms", "--hold"},
-                           .environment = {},
-                           .folder = file.folder()});
+    running_kelctl kelctl(
+        {.arguments = {"up", "node.toml", "--watch", "--for", "1ms", "--hold", "--name", file.node_name()},
+         .environment = {},
+         .folder = file.folder()});
     ASSERT_TRUE(kelctl.shows("The node is up until Ctrl-C.\n"));
     kelctl.signal(SIGTERM);
     const auto outcome = kelctl.finish();

@@ -1,0 +1,80 @@
+// Waiting for signals and for other processes.
+#include "kelctl/jobs/hold.h"
+
+#include "kelctl/input/interruption.h"
+#include "kelctl/remote/node_names.h"
+#include "kelctl/session/result_document.h"
+#include "kelctl/terminal/text.h"
+
+#include <fmt/core.h>
+
+#include <chrono>
+#include <optional>
+#include <utility>
+
+namespace kelctl
+{
+namespace
+{
+
+constexpr std::chrono::hours longest_wait(1); // at a time: poll() takes milliseconds as an int
+
+std::optional<std::string> group_in(const arguments &given)
+{
+    return given.has("--group") ? std::optional(given.text("--group")) : std::nullopt;
+}
+
+} // namespace
+
+std::string name_of_node(const arguments &given)
+{
+    return given.has("--name") ? given.text("--name") : node_name_for(given.text("FILE"));
+}
+
+held_node::held_node(const arguments &given, bring_up &node, session &session)
+    : name_(name_of_node(given)), file_(given.text("FILE")), node_(node), session_(session),
+      served_(place_for(name_, group_in(given)), file_, session, [this] { return take_down(); })
+{
+}
+
+void held_node::hold()
+{
+    if (session_.json())
+        session_.stream({{"holding", {{"paths_added", session_.paths.size()}, {"name", name_}}}});
+    else
+        node_.show({.text = fmt::format("Others reach the node with kelctl --node {}\n"
+                                        "The node is up until Ctrl-C.",
+                                        without_controls(name_))});
+    while (!session_.finished && !unwanted_within(longest_wait, served_.number())) {
+        served_.serve();
+        if (take_reload())
+            reload();
+    }
+}
+
+void held_node::finish()
+{
+    served_.finish();
+}
+
+result held_node::take_down()
+{
+    if (node_.kept())
+        return refused("the node is kept as it is: nothing takes down what was made before the failure");
+    const bool clean = node_.down();
+    return {.status = clean ? exit_done : exit_operation_failed, .shown_already = true};
+}
+
+// The node's own file as it is now. Whatever comes of it, the node goes on.
+void held_node::reload()
+{
+    const command *row = session_.table.find("apply");
+    invocation apply = invocation_of(*row);
+    apply.given.set("FILE", file_);
+    set_defaults(*row, apply.given);
+    result done = session_.perform(apply);
+    session_.stream(document_of(done, apply, {}, session_.tracer_installed()));
+    node_.show(std::move(done));
+}
+
+} // namespace kelctl

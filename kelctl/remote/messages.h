@@ -1,0 +1,45 @@
+// What is said to a standing node and what it answers, line by line (docs/protocol.md):
+//
+//     {"command": ["ebcom", "path", "add", "02:00:02:02:00:01", "--port", "RLU1P"]}     {"result": {"status": 0, ...}}
+//     {"ask": "words"}                                                                  {"macs": [...], ...}
+#pragma once
+
+#include "kelctl/language/known_words.h"
+#include "kelctl/session/other_process.h"
+#include "kelctl/values/file_text.h"
+#include "socket/protocol.h"
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace kelctl
+{
+
+inline constexpr sockets::protocol node_protocol = {.name = "kelctl", .version = 1};
+
+// A command as words, which the node reads again: it trusts nobody's reading but its own.
+struct command_request {
+    std::vector<std::string> words;
+    asker whom = {.shown_on = {.paint = painter(false)}};
+    std::map<std::string, sent_file> files = {}; // that the command reads, by the names in its words
+};
+
+fields message_of(const command_request &asked);
+command_request request_of(const fields &message); // throws notation::document_error, as all that read a message
+
+struct command_answer {
+    answer given;
+    std::map<std::string, std::string> written = {}; // files that the command writes, for the asker to write
+};
+
+fields message_of(const command_answer &answered);
+command_answer answer_of(const fields &message);
+
+// {"error": "why"}: why nothing was done. Empty: it is an answer.
+std::string error_in(const fields &message);
+
+fields message_of(const known_words &known);
+known_words known_of(const fields &message);
+
+} // namespace kelctl

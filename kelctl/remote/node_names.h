@@ -1,0 +1,30 @@
+// Names of standing nodes, and where their sockets are: $XDG_RUNTIME_DIR/kelctl/NAME.sock, or /run/kelctl/NAME.sock for
+// root and without that variable.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kelctl
+{
+
+// "examples/node.toml" names the node "node".
+std::string node_name_for(const std::string &file);
+
+// Why no node can have this name; none: one can.
+std::optional<std::string> wrong_node_name(const std::string &name);
+
+// Where a node of this name is served by this process.
+std::string socket_path(const std::string &name);
+
+struct node_socket {
+    std::string name;
+    std::string path;
+};
+
+// All that there are in both places, also those that nobody serves any more, by their names; of two with the same name
+// the one that this process would serve comes first. Without a name: of all nodes.
+std::vector<node_socket> node_sockets(const std::string &name = "");
+
+} // namespace kelctl
