@@ -19,6 +19,7 @@ std::vector<command> ebcom_commands();       // the service: interface, start, t
 std::vector<command> path_commands();        // paths, shapers, schedulers, handles
 std::vector<command> pcep_commands();        // PCEPs
 std::vector<command> group_commands();       // multicast groups of them
+std::vector<command> list_commands();        // what exists of each kind
 std::vector<command> statistics_commands();  // counters of everything
 std::vector<command> watch_commands();       // counters as they change
 std::vector<command> traffic_commands();     // traffic of the software accelerator

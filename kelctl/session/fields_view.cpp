@@ -218,4 +218,17 @@ std::string fields_text(const fields &shown, const page &page)
     return text;
 }
 
+std::string list_text(std::string_view name, const fields &rows, const page &page)
+{
+    const size_t most = std::min(rows.size(), page.most_rows.value_or(rows.size()));
+    fields shown = fields::object();
+    shown[name] = fields::array();
+    for (size_t i = 0; i < most; ++i)
+        shown[name].push_back(rows[i]);
+    std::string text = fields_text(shown, page);
+    if (most < rows.size())
+        text += line_on(page, fmt::format("{} more rows; --all shows them", with_separators(rows.size() - most)));
+    return text;
+}
+
 } // namespace kelctl

@@ -42,4 +42,7 @@ std::string lines_on(const page &page, std::string_view text);
 // first column. Every line ends with a line end. Without fields the text is empty; a text alone is returned unchanged.
 std::string fields_text(const fields &shown, const page &page);
 
+// A list of rows as a table of at most as many as the page has, and how many more there are.
+std::string list_text(std::string_view name, const fields &rows, const page &page);
+
 } // namespace kelctl

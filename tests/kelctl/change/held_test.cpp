@@ -1,0 +1,125 @@
+// What the accelerator holds beside what this process set up: changed behind its back.
+#include "kelctl/change/held.h"
+
+#include "kelctl/jobs/take_down.h"
+#include "platform/kel_init.h"
+#include "platform/ork.h"
+#include "script_session.h"
+#include "softnode/softnode.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace kelctl
+{
+namespace
+{
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class Held : public testing::Test
+{
+protected:
+    Held()
+    {
+        softnode_reset();
+        for (const char *line :
+             {"ebcom params set --mtu 1500 --ether-type 0x88b5 --settings 1,2", "ebcom interface create", "ebcom start",
+              "ebcom path add 02:00:00:02:00:01 --port 6 --rate 1000 --burst 2000",
+              "ebcom path add 02:00:00:02:00:01 --port 42", "ebcom shaper add 02:00:00:02:00:05 --port 12",
+              "pcep start", "pcep add 7 --remote-id 9 --local 02:00:00:03:00:01 --remote 02:00:00:02:00:01 --vlan 100",
+              "pcep add 8 --remote-id 9 --local 02:00:00:02:00:07 --remote 02:00:00:02:00:01 --vlan 100",
+              "group add 300", "group member add 300 7", "group member add 300 8"})
+            EXPECT_EQ(here.run(line).status, exit_done) << line;
+        kel_init_attach(&attach);
+    }
+
+    ~Held() override
+    {
+        softnode_faults_clear();
+        take_down(here);
+    }
+
+    std::vector<std::string> found()
+    {
+        std::vector<std::string> texts;
+        const auto all = discrepancies(model_of(here), here);
+        for (const discrepancy &one : *all)
+            texts.push_back(text_of(one));
+        return texts;
+    }
+
+    script_session here;
+    kel_attach_info attach{};
+};
+
+TEST_F(Held, IsWhatThisProcessSetUp)
+{
+    EXPECT_THAT(found(), IsEmpty());
+}
+
+TEST_F(Held, NothingOfItIsLeftAfterTheAcceleratorWasSwitchedOff)
+{
+    softnode_reset();
+    EXPECT_THAT(found(),
+                ElementsAre("parameters: the accelerator holds other ones",
+                            "interface: the accelerator does not hold it",
+                            "scheduler tree: the accelerator does not hold it",
+                            "queue of RLU1P (6): the accelerator does not hold it",
+                            "queue of RLU4P (12): the accelerator does not hold it",
+                            "queue of RLU4W (42): the accelerator does not hold it",
+                            "path to 02:00:00:02:00:01 on RLU4W (42): the accelerator does not hold it",
+                            "PCEP 7: the accelerator does not hold it", "PCEP 8: the accelerator does not hold it",
+                            "group 300: the accelerator does not hold it"));
+}
+
+TEST_F(Held, ShowsParametersThatSomebodyElseSet)
+{
+    const ork_ebcom_global_config other = {.icPortMTU = 1500, .etherType = 0x88b5, .nibbles = 0x11, .reserved = 0};
+    ASSERT_EQ(ork_ebcom_global_config_set(attach.ork_handle, &other), 0);
+    EXPECT_THAT(found(), ElementsAre("parameters: the accelerator holds other ones"));
+}
+
+TEST_F(Held, ShowsAMemberThatSomebodyElseRemoved)
+{
+    const auto group = here.run("pcep handles dump").shown.at("dump").text();
+    const auto at = group.find("300  0x");
+    ASSERT_NE(at, std::string::npos);
+    const auto handle = std::stoull(group.substr(at + 5), nullptr, 16);
+    ASSERT_EQ(ork_ebcom_multicast_member_rem(attach.ork_handle, handle, 7), 0);
+    EXPECT_THAT(found(), ElementsAre("group 300: the accelerator holds the members 8"));
+    ASSERT_EQ(ork_ebcom_multicast_member_add(attach.ork_handle, handle, 7), 0);
+    EXPECT_THAT(found(), IsEmpty());
+}
+
+// The accelerator's path keeps to the queue that was added last.
+TEST_F(Held, ShowsThatTheLastQueueOfADestinationIsGone)
+{
+    ASSERT_EQ(here.run("ebcom path remove 02:00:00:02:00:01 --port 42").status, exit_done);
+    EXPECT_THAT(found(), ElementsAre("path to 02:00:00:02:00:01 on RLU1P (6): its queue is gone"));
+}
+
+TEST_F(Held, ShowsAThresholdThatALaterPathCouldNotChange)
+{
+    ASSERT_EQ(here.run("ebcom path add 02:00:00:02:00:02 --port 6 --rate 1000 --burst 2000 --threshold 512").status,
+              exit_done);
+    EXPECT_THAT(found(), IsEmpty());
+    ASSERT_EQ(here.run("ebcom path remove 02:00:00:02:00:01 --port 6").status, exit_done);
+    EXPECT_THAT(found(),
+                Contains("queue of RLU1P (6): the accelerator holds 1 Mbit/s, burst 2000 octets, threshold "
+                         "5000 KiB, this process asked for 1 Mbit/s, burst 2000 octets, threshold 512 octets"));
+}
+
+TEST_F(Held, ShowsAPcepThatARemovalForgot)
+{
+    ASSERT_EQ(here.run("group member remove 300 8").status, exit_done);
+    ASSERT_EQ(softnode_faults_add("ork_ebcom_pcep_delete=-4"), nullptr);
+    ASSERT_EQ(here.run("pcep remove 8").status, exit_operation_failed);
+    here.made.note(asked("pcep remove 8"));
+    EXPECT_THAT(found(), ElementsAre("PCEP 8: the accelerator holds it, but this process knows of no such one"));
+}
+
+} // namespace
+} // namespace kelctl
