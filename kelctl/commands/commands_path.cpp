@@ -3,6 +3,7 @@
 #include "kel/kel_core_ic_ebcom.h"
 #include "kelctl/commands/commands.h"
 #include "kelctl/input/interruption.h"
+#include "kelctl/session/path_config.h"
 #include "kelctl/session/session.h"
 #include "kelctl/values/ic_port.h"
 #include "kelctl/values/limits.h"
@@ -56,21 +57,6 @@ constexpr std::string_view shaping_details =
     R"(Without --rate and --burst the queue is not shaped. All paths of a port share one
 queue and require the same shaping.)";
 
-kel_ebcom_path_config path_of(const arguments &given)
-{
-    kel_ebcom_path_config path{};
-    std::ranges::copy(given.mac("MAC").octets, path.dst_mac);
-    path.iell_port = given.number<int32_t>("--port");
-    if (!given.has("--rate"))
-        return path;
-    path.shaping_enabled = given.has("--shaping") ? given.number<uint8_t>("--shaping") : uint8_t{1};
-    path.shaping_rate = given.number<uint32_t>("--rate");
-    path.burst_size = given.number<uint32_t>("--burst");
-    // The library counts the threshold in blocks, the command line in octets.
-    path.buffer_threshold = given.number<uint32_t>("--threshold") / threshold_block;
-    return path;
-}
-
 std::optional<objection> check_count(const arguments &given)
 {
     const mac_address &first = given.mac("MAC");
@@ -88,14 +74,22 @@ void added(std::vector<kel_ebcom_path_config> &paths, const kel_ebcom_path_confi
     paths.push_back(path);
 }
 
-// Removes the newest path to this destination through this port; nothing if the session added none.
+// Removes the newest path to this destination through this port; nothing if the session added none. The first path of a
+// port keeps its place, as that of the queue among the queues: the next one of the port takes it.
 void removed(std::vector<kel_ebcom_path_config> &paths, const kel_ebcom_path_config &path)
 {
     const auto last = std::find_if(paths.rbegin(), paths.rend(), [&path](const kel_ebcom_path_config &one) {
         return one.iell_port == path.iell_port && std::ranges::equal(one.dst_mac, path.dst_mac);
     });
-    if (last != paths.rend())
-        paths.erase(std::next(last).base());
+    if (last == paths.rend())
+        return;
+    const auto gone = std::prev(last.base());
+    const auto on_port = [&path](const kel_ebcom_path_config &one) { return one.iell_port == path.iell_port; };
+    const auto next = std::find_if(std::next(gone), paths.end(), on_port);
+    const bool first = next != paths.end() && std::find_if(paths.begin(), gone, on_port) == gone;
+    if (first)
+        *gone = *next;
+    paths.erase(first ? next : gone);
 }
 
 // One invocation per path, so that each can be undone and a failure names its address.

@@ -35,6 +35,21 @@ std::string quoted(const std::string &word)
     return text + "\"";
 }
 
+// The words of an argument: its name if it is an option, then its values.
+std::vector<std::string> words_of(const argument &one, const argument_value &value)
+{
+    std::vector<std::string> words;
+    if (const auto *texts = std::get_if<std::vector<std::string>>(&value))
+        words = *texts;
+    else if (!one.is_flag())
+        words.push_back(word_of(one.kind, value));
+    if (one.is_option())
+        words.insert(words.begin(), one.name);
+    return words;
+}
+
+} // namespace
+
 std::string word_of(const argument_kind &kind, const argument_value &value)
 {
     const auto write = overloaded{
@@ -53,21 +68,6 @@ bool is_default(const argument &one, const argument_value &value)
 {
     return !one.otherwise.empty() && one.kind.read(one.otherwise) == value;
 }
-
-// The words of an argument: its name if it is an option, then its values.
-std::vector<std::string> words_of(const argument &one, const argument_value &value)
-{
-    std::vector<std::string> words;
-    if (const auto *texts = std::get_if<std::vector<std::string>>(&value))
-        words = *texts;
-    else if (!one.is_flag())
-        words.push_back(word_of(one.kind, value));
-    if (one.is_option())
-        words.insert(words.begin(), one.name);
-    return words;
-}
-
-} // namespace
 
 std::string typed(std::string_view command, source where)
 {

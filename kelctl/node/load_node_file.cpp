@@ -13,24 +13,32 @@ namespace kelctl
 namespace
 {
 
-// The accelerator has one path for each destination, from however many ports: its number of paths limits destinations.
-std::optional<size_t> room_for_destinations()
+loaded_lines checked(node_file_read read, const std::string &file)
 {
-    const auto limits = accelerator_limits();
-    return limits ? std::optional(limits->at("paths").number<size_t>()) : std::nullopt;
-}
-
-} // namespace
-
-loaded_lines load_node_file(const std::string &file, const command_table &rows)
-{
-    node_file_read read = read_node_file(file, rows);
     check_rules(read, {.mp_id = own_mp_id(), .most_destinations = room_for_destinations()});
     loaded_lines loaded = {{}, errors_of(file, std::move(read.problems)), errors_of(file, std::move(read.warnings))};
     loaded.lines.reserve(read.lines.size());
     for (placed_line &line : read.lines)
         loaded.lines.push_back(std::move(line.asked));
     return loaded;
+}
+
+} // namespace
+
+std::optional<size_t> room_for_destinations()
+{
+    const auto limits = accelerator_limits();
+    return limits ? std::optional(limits->at("paths").number<size_t>()) : std::nullopt;
+}
+
+loaded_lines load_node_file(const std::string &file, const command_table &rows)
+{
+    return checked(read_node_file(file, rows), file);
+}
+
+loaded_lines load_node_text(const std::string &name, std::string_view text, const command_table &rows)
+{
+    return checked(parse_node_file(text, rows), name);
 }
 
 node_size size_of(const std::vector<invocation> &lines)

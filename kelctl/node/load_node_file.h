@@ -7,7 +7,9 @@
 #include "kelctl/values/problem.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace kelctl
@@ -23,6 +25,12 @@ struct loaded_lines {
 // The lines bring the node up. Changes nothing in the process, so that several files can be compared. `rows` must outlive
 // the lines.
 loaded_lines load_node_file(const std::string &file, const command_table &rows);
+
+// The same of a text; `name`: that of its file in errors.
+loaded_lines load_node_text(const std::string &name, std::string_view text, const command_table &rows);
+
+// How many destinations the platform takes: one path for each, from however many ports. None: not known.
+std::optional<size_t> room_for_destinations();
 
 // What the lines of a node make, without carrying them out.
 struct node_size {

@@ -69,6 +69,7 @@ constexpr std::string_view life_of_a_node[] = {
     "ebcom qos init",
     "ebcom qos deinit",
     "ebcom interface delete",
+    "export",
     "trace message",
     "trace point",
     "abort",

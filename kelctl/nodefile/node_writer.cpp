@@ -1,0 +1,80 @@
+// The words of values, as TOML.
+#include "kelctl/nodefile/node_writer.h"
+
+#include "kelctl/language/command_text.h"
+#include "kelctl/nodefile/node_keys.h"
+#include "kelctl/terminal/text.h"
+#include "kelctl/values/whole_number.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+
+namespace kelctl
+{
+namespace
+{
+
+std::string in_toml_quotes(const std::string &word)
+{
+    std::string text = "\"";
+    for (const char c : word)
+        text += c == '"' || c == '\\' ? fmt::format("\\{}", c) : std::string(1, c);
+    return text + "\"";
+}
+
+std::string toml_of(const argument_kind &kind, const argument_value &value)
+{
+    if (const auto *numbers = std::get_if<std::vector<uint32_t>>(&value))
+        return fmt::format("[{}]", joined(*numbers, ", "));
+    const std::string word = word_of(kind, value);
+    return parse_whole_number(word) ? word : in_toml_quotes(word);
+}
+
+// The element shares with the table's line what both have: the group's id.
+bool belongs_to(const invocation &element, const invocation &line)
+{
+    return std::ranges::all_of(line.row->arguments, [&](const argument &one) {
+        const argument_value *value = element.given.find(one.name);
+        return !value || *value == *line.given.find(one.name);
+    });
+}
+
+std::string elements_of(const node_key &key, const invocation &line, const std::vector<invocation> &lines)
+{
+    std::vector<std::string> elements;
+    for (const invocation &one : lines)
+        if (one.row->name == key.each && belongs_to(one, line))
+            elements.push_back(toml_of(one.row->find_argument(key.argument)->kind, *one.given.find(key.argument)));
+    return fmt::format("[{}]", joined(elements, ", "));
+}
+
+// "vlan = 100" with its line end; empty for a default.
+std::string line_of(const node_key &key, const invocation &line, const std::vector<invocation> &lines)
+{
+    if (!key.each.empty())
+        return fmt::format("{} = {}\n", key.name, elements_of(key, line, lines));
+    const argument &meant = *line.row->find_argument(key.argument);
+    const argument_value *value = line.given.find(key.argument);
+    if (!value || is_default(meant, *value))
+        return "";
+    return fmt::format("{} = {}\n", key.name, toml_of(meant.kind, *value));
+}
+
+} // namespace
+
+std::string node_file_of(const std::vector<invocation> &lines)
+{
+    std::string text;
+    for (const node_table &table : node_tables())
+        for (const invocation &line : lines) {
+            if (line.row->name != table.row)
+                continue;
+            text += fmt::format("{}{}\n", text.empty() ? "" : "\n", table.heading());
+            for (const node_key &key : table.keys)
+                text += line_of(key, line, lines);
+        }
+    return text;
+}
+
+} // namespace kelctl
