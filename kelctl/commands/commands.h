@@ -12,7 +12,7 @@ const command_table &commands();
 
 std::vector<command> node_commands();        // up, check, plan
 std::vector<command> nodes_commands();       // nodes of other processes
-std::vector<command> change_commands();      // export
+std::vector<command> change_commands();      // export, diff, apply
 std::vector<command> table_commands();       // ports, codes, limits
 std::vector<command> session_commands();     // run, shell, help, exit, quit
 std::vector<command> parameter_commands();   // MP id, parameters, limits of the EBCOM service

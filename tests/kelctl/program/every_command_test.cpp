@@ -91,8 +91,9 @@ TEST(EveryCommand, HasADocumentWithTheSameKeys)
             continue; // a step of the live view, before the document
         for (const char *key : {"command", "arguments", "ok", "code", "text", "result"})
             EXPECT_TRUE(document.contains(key)) << key << " in " << line.substr(0, 100);
-        // What failed in a script is shown by its lines.
-        const bool shown = document.contains("failure") || document.contains("error") || document["command"] == "run";
+        // What failed in a script is shown by its lines, and a difference is no failure.
+        const bool shown = document.contains("failure") || document.contains("error") || document["command"] == "run" ||
+                           (document["command"] == "diff" && !document["result"]["differences"].empty());
         EXPECT_EQ(document["ok"] == json(false), shown) << line.substr(0, 100);
     }
 }

@@ -69,6 +69,8 @@ constexpr std::string_view life_of_a_node[] = {
     "ebcom qos init",
     "ebcom qos deinit",
     "ebcom interface delete",
+    "apply",
+    "diff",
     "export",
     "trace message",
     "trace point",

@@ -1,0 +1,214 @@
+// From two models to a plan, and from a plan that failed back to the old model.
+#include "kelctl/change/apply.h"
+
+#include "kelctl/change/change_plan.h"
+#include "kelctl/change/difference.h"
+#include "kelctl/change/held.h"
+#include "kelctl/change/node_model.h"
+#include "kelctl/change/repair.h"
+#include "kelctl/input/interruption.h"
+#include "kelctl/language/command_text.h"
+#include "kelctl/node/load_node_file.h"
+#include "kelctl/terminal/text.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <iterator>
+#include <set>
+#include <utility>
+
+namespace kelctl
+{
+namespace
+{
+
+// A file that does not name an MP id leaves the one that there is.
+node_model wanted_model(const std::vector<invocation> &lines, const node_model &now)
+{
+    node_model wanted = model_of(lines);
+    const auto has_mp_id = [](const node_model &model) {
+        return !model.empty() && model.front().key.kind == object_kind::mp_id;
+    };
+    if (has_mp_id(now) && !has_mp_id(wanted))
+        wanted.insert(wanted.begin(), now.front());
+    return wanted;
+}
+
+fields fields_of(const interruption &one)
+{
+    return {{"object", name_of(one.object)},
+            {"destinations", list_of(one.destinations, [](const mac_address &mac) { return fields(to_text(mac)); })}};
+}
+
+// "interrupted: queue of RLU1P (6) with 3 destinations, PCEP 7"
+std::string interruptions_text(const std::vector<interruption> &interrupted)
+{
+    std::vector<std::string> parts;
+    for (const interruption &one : interrupted) {
+        const size_t count = one.destinations.size();
+        parts.push_back(name_of(one.object));
+        if (one.object.kind == object_kind::queue)
+            parts.back() += fmt::format(" with {} destination{}", with_separators(count), count == 1 ? "" : "s");
+        parts.back() += ",";
+    }
+    if (parts.empty())
+        return "";
+    parts.back().pop_back();
+    return wrapped("interrupted: ", parts);
+}
+
+void warn_of(const std::vector<discrepancy> &found, result &done)
+{
+    for (const discrepancy &one : found)
+        done.warnings.push_back({text_of(one)});
+}
+
+// A change of a running node, step by step.
+class change
+{
+public:
+    change(const std::vector<invocation> &lines, session &session)
+        : session_(session), before_(model_of(session)), wanted_(wanted_model(lines, before_)),
+          differences_(differences(before_, wanted_)), room_(room_for_destinations()),
+          held_before_(discrepancies(before_, session)), plan_(plan_between(before_, wanted_, session.table, room_))
+    {
+        done_.shown = {
+            {"differences", fields_of(differences_)},
+            {"read_back", held_before_.has_value()},
+            {"steps", list_of(plan_.steps, [](const invocation &one) { return fields(text_of(one)); })},
+            {"interrupted", list_of(plan_.interrupted, [](const interruption &one) { return fields_of(one); })}};
+        if (held_before_)
+            warn_of(*held_before_, done_);
+        else
+            done_.warnings.push_back({std::string(not_read_back)});
+    }
+
+    result show_plan()
+    {
+        refuse();
+        for (const fields &step : done_.shown.at("steps"))
+            text_ += step.text() + "\n";
+        text_ += interruptions_text(plan_.interrupted);
+        return take_result();
+    }
+
+    result carry_out()
+    {
+        if (refuse())
+            return take_result();
+        text_ = text_of(differences_, session_.output_page()) + interruptions_text(plan_.interrupted);
+        const bool applied = perform_until_failure();
+        done_.shown["applied"] = applied;
+        if (!applied)
+            restore();
+        return take_result();
+    }
+
+private:
+    bool refuse()
+    {
+        for (const std::string &one : plan_.refusals)
+            done_.errors.push_back({one});
+        if (!plan_.refusals.empty())
+            done_.status = exit_operation_failed;
+        return !plan_.refusals.empty();
+    }
+
+    // What fails leaves what it left: true when nothing did.
+    bool perform(const invocation &step)
+    {
+        result made = session_.perform(step);
+        if (made.status == exit_done)
+            return true;
+        done_.status = exit_operation_failed;
+        std::ranges::move(made.failures, std::back_inserter(done_.failures));
+        std::ranges::move(made.errors, std::back_inserter(done_.errors));
+        repair(step, made.code.value_or(0), session_);
+        return false;
+    }
+
+    bool perform_until_failure()
+    {
+        size_t count = 0;
+        for (const invocation &step : plan_.steps) {
+            if (interrupted()) {
+                done_.status = exit_operation_failed;
+                done_.remark = fmt::format("interrupted after {} of {} steps; ", count, plan_.steps.size());
+                return false;
+            }
+            if (!perform(step))
+                return false;
+            ++count;
+        }
+        return true;
+    }
+
+    // From what there is now, not back step by step: the order in which paths were added counts.
+    void restore()
+    {
+        for (const invocation &step : plan_between(model_of(session_), before_, session_.table, room_).steps)
+            perform(step);
+        const node_model after = model_of(session_);
+        fields left = fields::array();
+        for (const node_change &one : differences(before_, after))
+            left.push_back({{"object", name_of(one.object)}, {"what", what_became_of(one)}});
+        if (const auto held = discrepancies(after, session_))
+            for (const discrepancy &one : *held)
+                if (std::ranges::find(*held_before_, one) == held_before_->end())
+                    left.push_back({{"object", one.object}, {"what", one.what}});
+        done_.remark += left.empty() ? "the old node is restored" : "the old node is restored, but for:\n";
+        for (const fields &one : left)
+            done_.remark += fmt::format("  {}: {}\n", one.at("object").text(), one.at("what").text());
+        done_.shown["left"] = std::move(left);
+    }
+
+    static std::string what_became_of(const node_change &one)
+    {
+        return one.was.empty() && one.becomes.empty()
+                   ? std::string(one.change)
+                   : fmt::format("{}, {} became {}", one.change, one.was, one.becomes);
+    }
+
+    result take_result()
+    {
+        done_.text = text_.empty() && done_.status == exit_done ? "nothing differs" : text_;
+        return std::move(done_);
+    }
+
+    session &session_;
+    const node_model before_;
+    const node_model wanted_;
+    const std::vector<node_change> differences_;
+    const std::optional<size_t> room_;
+    const std::optional<std::vector<discrepancy>> held_before_;
+    const change_plan plan_;
+    result done_;
+    std::string text_;
+};
+
+} // namespace
+
+result difference_from(const std::vector<invocation> &wanted, session &session)
+{
+    const node_model now = model_of(session);
+    const auto changes = differences(now, wanted_model(wanted, now));
+    const auto held = discrepancies(now, session);
+    result done;
+    done.status = changes.empty() && (!held || held->empty()) ? exit_done : exit_operation_failed;
+    done.text = changes.empty() ? "nothing differs" : text_of(changes, session.output_page());
+    done.shown = {{"differences", fields_of(changes)}, {"read_back", held.has_value()}};
+    if (held)
+        warn_of(*held, done);
+    else
+        done.warnings.push_back({std::string(not_read_back)});
+    return done;
+}
+
+result apply(const std::vector<invocation> &wanted, bool dry_run, session &session)
+{
+    change change(wanted, session);
+    return dry_run ? change.show_plan() : change.carry_out();
+}
+
+} // namespace kelctl

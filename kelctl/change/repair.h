@@ -1,0 +1,16 @@
+// Brings the library, the session and the accelerator together again after a step of a change failed: what operations
+// leave behind is docs/limits-and-sharp-edges.md.
+#pragma once
+
+#include "kelctl/language/command.h"
+#include "kelctl/session/session.h"
+
+#include <cstdint>
+
+namespace kelctl
+{
+
+// `step`, which made or removed an object, failed with this code.
+void repair(const invocation &step, uint32_t code, session &session);
+
+} // namespace kelctl
