@@ -60,7 +60,7 @@ std::vector<command> watch_commands()
          .help = "Show rates, drops and backlogs as they change",
          .details = watch_details,
          .arguments = watch_arguments(),
-         .example = "watch --sort rate"},
+         .example = "watch --sort rate --for 1s"},
     };
 }
 

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <regex>
 #include <set>
 #include <sstream>
 
@@ -57,6 +58,7 @@ constexpr std::string_view life_of_a_node[] = {
     "traffic offer",
     "traffic send",
     "traffic stream add",
+    "watch",
     "time advance",
     "time show",
     "group member remove",
@@ -128,7 +130,8 @@ TEST(Operations, EveryCommandAndVariantHasOneDocument)
     const std::string script = script_of_all();
     const auto outcome = run_script(script, {"--json"});
     std::istringstream asked(script);
-    std::istringstream printed(outcome.out);
+    const std::regex step_of_a_watch("\\{\"watch\":.*\n");
+    std::istringstream printed(std::regex_replace(outcome.out, step_of_a_watch, ""));
     size_t count = 0;
     for (std::string line, document; std::getline(asked, line) && std::getline(printed, document); ++count) {
         const auto parsed = nlohmann::json::parse(document, nullptr, false);
