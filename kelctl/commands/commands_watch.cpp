@@ -20,7 +20,8 @@ On the software accelerator, virtual time passes as fast as real time, unless
 another platform, rates are over real time, and values that only the software
 accelerator counts are shown as unknown.
 
-With only --queue or --pcep, reads only that queue or PCEP.)";
+With only --queue or --pcep, reads only that queue or PCEP. With --node, watches
+the node of another process, whose virtual time passes.)";
 
 constexpr range interval_range = {0, 3'600'000'000'000, "0 s to 3600 s"};
 
@@ -47,7 +48,7 @@ std::vector<argument> watch_arguments()
              .help = "stop after this much time, virtual on the software accelerator",
              .required = false},
             {.name = "--plot",
-             .kind = kind::file(),
+             .kind = kind::new_file(),
              .help = "at the end, plot rate, backlog and delay of the queues to this file (SVG); requires gnuplot",
              .required = false}};
 }
@@ -60,7 +61,8 @@ std::vector<command> watch_commands()
          .help = "Show rates, drops and backlogs as they change",
          .details = watch_details,
          .arguments = watch_arguments(),
-         .example = "watch --sort rate --for 1s"},
+         .example = "watch --sort rate --for 1s",
+         .carried_out = place::asking},
     };
 }
 

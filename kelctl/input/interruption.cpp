@@ -138,7 +138,10 @@ void leave_interruptions_to_parent()
 bool unwanted_within(std::chrono::milliseconds longest, int descriptor)
 {
     std::array<pollfd, 3> ends = {{{wake_up, POLLIN, 0}, {STDOUT_FILENO, 0, 0}, {descriptor, POLLIN, 0}}};
-    if (!output_lost() && !interrupted() && !reload_noted)
+    const bool reloads = descriptor >= 0;
+    if (!reloads)
+        sleep_again(); // a reload that nobody takes here would wake it again and again
+    if (!output_lost() && !interrupted() && !(reloads && reload_noted))
         poll(ends.data(), ends.size(), static_cast<int>(longest.count()));
     return interrupted() || output_lost();
 }

@@ -54,7 +54,7 @@ bool has_controlling_terminal();
 void leave_interruptions_to_parent();
 
 // Waits for a signal, or for standard output to lose its reader (terminal.h), but no longer than `longest`. True when
-// one of the two has happened. Returns early when a request for a reload has come, or the descriptor can be read; -1: none.
+// one of the two has happened. With a descriptor, returns early when it can be read, or when a reload is asked for.
 bool unwanted_within(std::chrono::milliseconds longest, int descriptor = -1);
 
 // Waits until the descriptor can be read or is at its end, and returns true. False when a signal is recorded first.

@@ -5,6 +5,8 @@
 #include "kelctl/input/interruption.h"
 #include "kelctl/node/rates.h"
 #include "kelctl/node/standing.h"
+#include "kelctl/remote/messages.h"
+#include "kelctl/remote/result_message.h"
 #include "kelctl/session/fields_view.h"
 #include "kelctl/terminal/redrawn_block.h"
 #include "kelctl/terminal/terminal.h"
@@ -121,6 +123,20 @@ watched_node node_here(const port_knowledge &ports, const counted &which, sessio
     return here;
 }
 
+watched_node node_elsewhere(const counted &which, session &session)
+{
+    watched_node there = {
+        .sample = [which, &session] { return result_of(session.elsewhere->ask(question_of(which)).at("result")); }};
+    const result first = there.sample();
+    if (const fields *time = first.shown.find("virtual"); time && !time->is_null())
+        there.pass = [&session](uint64_t time) {
+            invocation advance = invocation_of(*session.table.find("time advance"));
+            advance.given.set("TIME", static_cast<int64_t>(time));
+            return session.perform(advance).status == exit_done;
+        };
+    return there;
+}
+
 watch_options watch_options_in(const arguments &given)
 {
     watch_options options;
@@ -170,6 +186,8 @@ result watch_session(const invocation &asked, session &session)
 {
     if (auto wrong = wrong_watch(asked.given))
         return refused(*std::move(wrong));
+    if (session.elsewhere)
+        return watch(node_elsewhere(counted_in(asked.given), session), watch_options_in(asked.given), session);
     const port_knowledge ports = ports_now(session.paths);
     return watch(node_here(ports, counted_in(asked.given), session), watch_options_in(asked.given), session);
 }

@@ -27,6 +27,9 @@ struct watched_node {
 // `ports` and `session` must outlive it.
 watched_node node_here(const port_knowledge &ports, const counted &which, session &session);
 
+// Of another process: this one asks it for each sample, and for letting time pass. `session` must outlive it.
+watched_node node_elsewhere(const counted &which, session &session);
+
 // Nanoseconds. `interval` is real time between two samples; `step` virtual time, where the watch lets it pass; `end` time
 // of that kind which passes.
 struct watch_options {

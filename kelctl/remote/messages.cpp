@@ -141,6 +141,26 @@ std::string error_in(const fields &message)
     return why ? octets_of(*why) : "";
 }
 
+fields question_of(const counted &which)
+{
+    fields question = {{"ask", "sample"}};
+    if (which.port)
+        question["queue"] = *which.port;
+    if (which.pcep)
+        question["pcep"] = *which.pcep;
+    return question;
+}
+
+counted counted_of(const fields &question)
+{
+    counted which;
+    if (const fields *port = question.find("queue"))
+        which.port = port->number<int32_t>();
+    if (const fields *pcep = question.find("pcep"))
+        which.pcep = pcep->number<uint32_t>();
+    return which;
+}
+
 fields message_of(const known_words &known)
 {
     return {{"macs", list_of(known.macs, [](const mac_address &mac) { return fields(to_text(mac)); })},

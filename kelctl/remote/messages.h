@@ -5,6 +5,7 @@
 #pragma once
 
 #include "kelctl/language/known_words.h"
+#include "kelctl/node/statistics.h"
 #include "kelctl/session/other_process.h"
 #include "kelctl/values/file_text.h"
 #include "socket/protocol.h"
@@ -38,6 +39,10 @@ command_answer answer_of(const fields &message);
 
 // {"error": "why"}: why nothing was done. Empty: it is an answer.
 std::string error_in(const fields &message);
+
+// {"ask": "sample"}, whose answer is {"result": ...} of take_sample().
+fields question_of(const counted &which);
+counted counted_of(const fields &question);
 
 fields message_of(const known_words &known);
 known_words known_of(const fields &message);

@@ -3,9 +3,12 @@
 
 #include "kelctl/language/command_line.h"
 #include "kelctl/node/known_on_node.h"
+#include "kelctl/node/sample.h"
+#include "kelctl/node/standing.h"
 #include "kelctl/remote/messages.h"
 #include "kelctl/remote/node_names.h"
 #include "kelctl/remote/octets.h"
+#include "kelctl/remote/result_message.h"
 #include "kelctl/terminal/text.h"
 #include "kelctl/values/file_text.h"
 #include "notation/json.h"
@@ -98,6 +101,8 @@ fields standing_node::answer_to(const fields &request)
     const std::string &question = request.at("ask").text();
     if (question == "words")
         return message_of(known_on_node(session_));
+    if (question == "sample")
+        return {{"result", message_of(take_sample(ports_now(session_.paths), counted_of(request), session_))}};
     throw std::runtime_error(fmt::format("there is no question {}", in_quotes(question)));
 }
 

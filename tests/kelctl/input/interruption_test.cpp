@@ -109,17 +109,30 @@ TEST(Interruption, TerminalMayGoAwayMoreThanOnce)
 TEST(Interruption, HangupThatAsksForAReloadIsTakenOnceAndEndsNothing)
 {
     const interruption_watch watch(hangup::asks_for_reload);
+    const pipe_with silent("");
     EXPECT_FALSE(take_reload());
     std::raise(SIGHUP);
     std::raise(SIGHUP);
-    EXPECT_FALSE(unwanted_within(std::chrono::hours(1)));
+    EXPECT_FALSE(unwanted_within(std::chrono::hours(1), silent.descriptor()));
     EXPECT_TRUE(take_reload());
     EXPECT_FALSE(take_reload());
-    EXPECT_FALSE(unwanted_within(std::chrono::milliseconds(0)));
+    EXPECT_FALSE(unwanted_within(std::chrono::milliseconds(0), silent.descriptor()));
     std::raise(SIGHUP);
     std::raise(SIGTERM);
     EXPECT_TRUE(take_reload());
     EXPECT_TRUE(unwanted_within(std::chrono::hours(1)));
+}
+
+TEST(Interruption, HangupThatNobodyTakesYetWakesNobodyTwice)
+{
+    using std::chrono::steady_clock;
+    constexpr std::chrono::milliseconds wait(50);
+    const interruption_watch watch(hangup::asks_for_reload);
+    std::raise(SIGHUP);
+    const auto begin = steady_clock::now();
+    EXPECT_FALSE(unwanted_within(wait));
+    EXPECT_GE(steady_clock::now() - begin, wait);
+    EXPECT_TRUE(take_reload());
 }
 
 TEST(Interruption, HangupEndsWithoutThat)

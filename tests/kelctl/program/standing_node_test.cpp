@@ -154,6 +154,31 @@ TEST(StandingNode, TextIsLaidOutForTheTerminalThatShowsIt)
     EXPECT_THAT(node.ask({"snapshot"}).out, Not(HasSubstr("\x1b[1m")));
 }
 
+TEST(StandingNode, IsWatchedFromElsewhere)
+{
+    const held_node node(small_node);
+    EXPECT_EQ(
+        node.ask({"traffic", "stream", "add", "--to", "02:00:00:02:00:01", "--octets", "1000", "--rate", "8Mbit/s"})
+            .status,
+        0);
+    const auto watched = node.ask({"watch", "--interval", "1ms", "--step", "10ms", "--for", "30ms", "--json"});
+    EXPECT_EQ(watched.status, 0);
+    std::istringstream lines(watched.out);
+    std::vector<document> seen;
+    for (std::string line; std::getline(lines, line);)
+        seen.push_back(notation::read_json(line));
+    ASSERT_EQ(seen.size(), 4u); // three steps, and the document
+    const document &queue = seen[2].at("watch").at("queues")[0];
+    EXPECT_EQ(queue.at("name"), "RLU1P");
+    EXPECT_EQ(queue.at("sent").at("kbit_per_second"), 8000);
+    EXPECT_EQ(seen[3].at("result").at("watched").at("nanoseconds"), 30'000'000);
+    EXPECT_THAT(node.ask({"time", "show"}).out, HasSubstr("30 ms"));
+    EXPECT_THAT(node.ask({"watch", "--queue", "RLU1P", "--for", "10ms", "--interval", "1ms"}).out,
+                Not(HasSubstr("PCEP")));
+    EXPECT_EQ(node.ask({"watch", "--queue", "RLU3P", "--for", "10ms"}).err,
+              "kelctl: nothing to watch: no such queue or PCEP\n");
+}
+
 // ---- What a client adds, and the end ----
 
 TEST(StandingNode, TakesDownWhatOthersAdded)

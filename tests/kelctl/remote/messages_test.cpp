@@ -89,6 +89,16 @@ TEST(KnownWords, ArriveWhole)
     EXPECT_EQ(arrived.schedulers, known.schedulers);
 }
 
+TEST(QuestionForASample, NamesTheCountersThatAreWanted)
+{
+    EXPECT_EQ(notation::to_json(question_of({})), R"({"ask":"sample"})");
+    EXPECT_EQ(notation::to_json(question_of({.port = 6, .pcep = 7})), R"({"ask":"sample","queue":6,"pcep":7})");
+    const counted which = counted_of(question_of({.port = 6, .pcep = 7}));
+    EXPECT_EQ(which.port, 6);
+    EXPECT_EQ(which.pcep, 7u);
+    EXPECT_EQ(counted_of(question_of({})).port, std::nullopt);
+}
+
 TEST(ErrorInAMessage, IsItsReason)
 {
     EXPECT_EQ(error_in({{"error", "why"}}), "why");
