@@ -106,7 +106,7 @@ std::vector<command> change_commands()
          .help = "Write what exists as a node file or a script",
          .details = export_details,
          .arguments = {{.name = "--script", .kind = kind::flag(), .help = "a script, which run carries out"},
-                       {.name = "--output", .kind = kind::file(), .help = "write it there", .required = false}},
+                       {.name = "--output", .kind = kind::new_file(), .help = "write it there", .required = false}},
          .example = "export --script --output node.kel"},
         {.name = "diff",
          .variants = {{.run = compare}},
