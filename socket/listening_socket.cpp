@@ -136,6 +136,11 @@ listening_socket::listening_socket(std::string path, std::optional<gid_t> group)
 
 listening_socket::~listening_socket()
 {
+    remove();
+}
+
+void listening_socket::remove() const
+{
     struct stat found = {};
     if (getpid() == maker_ && lstat(path_.c_str(), &found) == 0 && found.st_dev == device_ && found.st_ino == inode_)
         unlink(path_.c_str());

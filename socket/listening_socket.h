@@ -25,13 +25,17 @@ public:
     // Throws socket_error, also when a process serves this path.
     listening_socket(std::string path, std::optional<gid_t> group);
 
-    // Removes the socket, unless another one is in its place, or this is a child of the process that made it.
+    // As remove().
     ~listening_socket();
     listening_socket(const listening_socket &) = delete;
     listening_socket &operator=(const listening_socket &) = delete;
 
     int number() const;
     const std::string &path() const;
+
+    // Removes the socket, unless another one is in its place, or this is a child of the process that made it. From any
+    // thread.
+    void remove() const;
 
     // For a child process: stops listening there. The socket is its parent's.
     void leave_to_parent();

@@ -133,6 +133,11 @@ bool server::sending() const
     return std::ranges::any_of(connections_, &connection::waits_for_reader);
 }
 
+void server::withdraw() const
+{
+    listening_.remove();
+}
+
 void server::leave_to_parent()
 {
     listening_.leave_to_parent();

@@ -52,12 +52,15 @@ public:
     // Can be read when there is something to serve.
     int number() const;
 
-    // Does what can be done now. Throws nothing but what is no std::exception.
+    // Does what can be done now. Throws std::bad_alloc only, and what the handler throws that is no std::exception.
     void serve(const handler &answer);
 
     const std::string &path() const;
     size_t clients() const;
     bool sending() const; // an answer is not taken yet
+
+    // Removes the socket, so that nobody finds it any more. From any thread.
+    void withdraw() const;
 
     // For a child process of fork(): closes all that the server has open. The socket and the clients are its parent's.
     void leave_to_parent();

@@ -4,6 +4,7 @@
 #include "softnode/instance/instance.h"
 
 #include "softnode/faults/fault_text.h"
+#include "softnode/serving/serving.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -48,6 +49,8 @@ Instance *first_instance()
 {
     auto fresh = std::make_unique<Instance>();
     take_faults_from_environment(*fresh);
+    if (fresh->wrong_faults.empty())
+        serve_from_environment();
     return fresh.release();
 }
 
