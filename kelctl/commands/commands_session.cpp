@@ -6,6 +6,7 @@
 #include "kelctl/session/session.h"
 #include "kelctl/terminal/terminal.h"
 #include "kelctl/terminal/text.h"
+#include "kelctl/values/limits.h"
 
 #include <fmt/core.h>
 
@@ -30,6 +31,11 @@ With a node file, brings the node up first and takes it down at the end.
 
 If standard input is not a terminal, runs each line as it is read; the exit
 status is the worst of all commands.)";
+
+constexpr std::string_view expect_details =
+    R"(Succeeds if COMMAND returns this code, also that of a failure. Fails with both
+codes if it returns another. So a script can show that something is refused.
+COMMAND has to call a function of the library.)";
 
 const argument words_of_a_command = {.name = "COMMAND",
                                      .kind = kind::command_words(),
@@ -84,6 +90,18 @@ std::vector<command> session_commands()
          .example = "shell examples/node.toml",
          .sources = {source::program},
          .carried_out = place::asking},
+        {.name = expect_name,
+         .variants = {{}},
+         .help = "Run a command and compare the code that it returns",
+         .details = expect_details,
+         .arguments = {{.name = "CODE", .kind = kind::number(dword_range), .help = "of the library; 0 is success"},
+                       {.name = "COMMAND",
+                        .kind = kind::command_words(),
+                        .help = "a command with its arguments",
+                        .repeated = true}},
+         .example = "expect 4 pcep remove 7",
+         .sources = {source::script, source::shell},
+         .offline = true},
         {.name = "help",
          .variants = {{.run = show_help}},
          .help = "List the commands, or describe one",

@@ -25,7 +25,8 @@ Each process has its own node, which ends with the process. To run several comma
 constexpr std::string_view scripts =
     R"(A script has one command per line, without the word kelctl. Blanks separate words. Single or double quotes keep blanks
 and # in a word; so does a backslash for the next character, except within single quotes. # begins a comment. Options can
-be anywhere after the command, their values in the next word or after "="; "--" ends the options.
+be anywhere after the command, their values in the next word or after "="; "--" ends the options. "expect CODE" before a
+command makes it fail unless it returns this code.
 
 )";
 

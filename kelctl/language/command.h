@@ -105,6 +105,10 @@ struct command {
     const argument *argument_at(size_t index) const;                     // among those that are no options
 };
 
+// The command that stands before another one, with the code that this is to return: "expect 4 pcep remove 7". Its row is
+// for help and completion; the line becomes an invocation of the other command, which expects that code.
+inline constexpr std::string_view expect_name = "expect";
+
 // A first word that several commands share.
 struct command_group {
     std::string_view name;
@@ -165,7 +169,8 @@ struct invocation {
     arguments given;
     uint32_t line = 0; // in its script or node file, from 1; 0: it is in no file
     manner shown = {};
-    bool raw = false; // values are read without their limits
+    bool raw = false;                      // values are read without their limits
+    std::optional<uint32_t> expected = {}; // the code of the library that the line expects; none: 0, or nothing at all
 };
 
 // The row with its first variant, and no arguments yet.

@@ -56,6 +56,7 @@ public:
 
     invocation parse()
     {
+        take_expected_code();
         if (parts_.unknown)
             refuse_word(*parts_.unknown);
         if (has_flag(parts_, "--help"))
@@ -68,6 +69,7 @@ public:
         for (const argument_word &one : parts_.arguments)
             one.option.empty() ? take_positional(one) : take_option(one);
         complete();
+        check_expected_code();
         return std::move(parsed_);
     }
 
@@ -161,9 +163,14 @@ private:
 
     void take_value(const argument &argument, const word &word)
     {
+        parsed_.given.set(argument.name, value_of(argument, word));
+    }
+
+    argument_value value_of(const argument &argument, const word &word) const
+    {
         try {
             const bool raw = argument.kind.read_raw && parsed_.raw;
-            parsed_.given.set(argument.name, (raw ? argument.kind.read_raw : argument.kind.read)(word.text));
+            return (raw ? argument.kind.read_raw : argument.kind.read)(word.text);
         } catch (const wrong_value &wrong) {
             throw wrong_line(fmt::format("{}: {}", argument.name, wrong.what()), word.column);
         }
@@ -186,6 +193,22 @@ private:
             check_variant(one);
         if (const auto wrong = row.check ? row.check(parsed_.given) : std::nullopt)
             throw wrong_line(fmt::format("{}: {}", wrong->argument, wrong->what), column_of(wrong->argument));
+    }
+
+    void take_expected_code()
+    {
+        if (!parts_.expected)
+            return;
+        const argument &code = table_.find(expect_name)->arguments.front();
+        parsed_.expected = static_cast<uint32_t>(std::get<int64_t>(value_of(code, *parts_.expected)));
+    }
+
+    void check_expected_code() const
+    {
+        if (parsed_.expected && parsed_.chosen->function.empty())
+            throw wrong_line(
+                fmt::format("\"{}\" calls no function of the library, and has no code to expect", parts_.name),
+                parts_.expected->column);
     }
 
     uint32_t column_of(std::string_view name) const

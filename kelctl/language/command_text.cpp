@@ -83,6 +83,8 @@ std::vector<std::string> words_of(const invocation &asked)
             std::ranges::move(words_of(one, *given), std::back_inserter(one.is_option() ? options : positional));
     std::istringstream name{std::string(asked.row->name)};
     std::vector<std::string> line{std::istream_iterator<std::string>(name), {}};
+    if (asked.expected)
+        line.insert(line.begin(), {std::string(expect_name), std::to_string(*asked.expected)});
     if (asked.raw)
         line.emplace_back("--raw");
     if (std::ranges::none_of(positional, [](const std::string &word) { return word.starts_with("--"); }))

@@ -38,6 +38,7 @@ public:
 
     line_parts walk()
     {
+        take_expected_code();
         take_command_words();
         const command *row = table_.find(parts_.name);
         if (row && row->allowed_in(where_))
@@ -51,6 +52,17 @@ private:
     bool more() const
     {
         return next_ < words_.size();
+    }
+
+    // Without a word after it, "expect" is a command as any other: help and completion know it from its row.
+    void take_expected_code()
+    {
+        const command *row = table_.find(expect_name);
+        if (!row || !row->allowed_in(where_) || words_.size() < 2 || words_.front().text != expect_name ||
+            is_option(words_[1].text))
+            return;
+        parts_.expected = words_[1];
+        next_ = 2;
     }
 
     // Options that every command has may be before and between these words.

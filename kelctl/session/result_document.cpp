@@ -91,6 +91,8 @@ fields document_of(const result &done, const invocation &asked, const origin &fr
     document["ok"] = done.status == exit_done;
     document["code"] = done.code ? fields(*done.code) : fields(nullptr);
     document["text"] = done.code ? fields(kei_util_init_rc_str_get(*done.code)) : fields(nullptr);
+    if (asked.expected)
+        document["expected"] = *asked.expected;
     document["result"] = done.shown;
 
     const auto failure_with_records = [&](const failure &failed) {

@@ -9,6 +9,7 @@
 #include "kelctl/terminal/terminal.h"
 #include "kelctl/values/mp_id.h"
 #include "notation/json.h"
+#include "platform/kei_util.h"
 
 #include <fmt/core.h>
 
@@ -48,6 +49,25 @@ std::string line_on_terminal(const trace_entry &entry)
     return line_on(page_for(stderr), to_text(entry));
 }
 
+std::string code_told(uint32_t code)
+{
+    return fmt::format("{} ({})", code, kei_util_init_rc_str_get(code));
+}
+
+// A line that expects a code is done when that code comes, that of a failure as well.
+void compare(const invocation &asked, result &done)
+{
+    if (!asked.expected || !done.code)
+        return;
+    if (*done.code == *asked.expected) {
+        done.status = exit_done;
+        done.failures.clear();
+        return;
+    }
+    done.status = exit_operation_failed;
+    done.errors.push_back({fmt::format("expected code {}, got {}", code_told(*asked.expected), code_told(*done.code))});
+}
+
 // Words of the command that do not go together: of a file, its own place says more than the command's help.
 bool is_wrong_use(const result &done)
 {
@@ -73,6 +93,7 @@ result session::carry_out(const invocation &asked, const std::string &file)
     if (program)
         show_part(around, {.text = "", .warnings = mp_id_warnings()}, {});
     result done = perform(asked);
+    compare(asked, done);
     remember(asked);
     show_as(asked.shown); // the command may have carried out others meanwhile
     if (!shown_.json)

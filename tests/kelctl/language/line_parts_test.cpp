@@ -1,6 +1,7 @@
 // What each word of a line is.
 #include "kelctl/language/line_parts.h"
 
+#include "kelctl/commands/commands.h"
 #include "kelctl/language/command_line.h"
 #include "made_up_commands.h"
 
@@ -57,6 +58,31 @@ TEST(LineParts, TwoDashesEndTheOptions)
     const line_parts line = parts("say -- --json");
     EXPECT_TRUE(line.options_ended);
     EXPECT_THAT(arguments(line), ElementsAre("TEXT=--json"));
+}
+
+line_parts of_the_program(std::string_view line, source where = source::script)
+{
+    return parts_of(commands(), words_of(line), where);
+}
+
+TEST(LineParts, CodeToExpectStandsBeforeTheCommand)
+{
+    const line_parts line = of_the_program("expect 4 pcep remove x");
+    EXPECT_EQ(line.expected->text, "4");
+    EXPECT_EQ(line.name, "pcep remove");
+    EXPECT_THAT(arguments(line), ElementsAre("ID=x"));
+}
+
+TEST(LineParts, ExpectIsACommandUntilItsCodeComes)
+{
+    EXPECT_EQ(of_the_program("expect").name, "expect");
+    EXPECT_EQ(of_the_program("expect --help").name, "expect");
+    EXPECT_EQ(of_the_program("expect 4 pcep stop", source::program).unknown->text, "expect");
+}
+
+TEST(LineParts, WithoutARowExpectIsAnUnknownWord)
+{
+    EXPECT_EQ(parts("expect 4 lamp add x").unknown->text, "expect");
 }
 
 TEST(LineParts, WhatBelongsToNoCommandIsUnknown)

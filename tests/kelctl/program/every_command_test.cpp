@@ -50,8 +50,11 @@ TEST(EveryCommand, IsInTheScript)
     std::set<std::string_view> run;
     const kelctl::script parsed =
         kelctl::parse_script(kelctl::commands(), text_of(std::string(KELCTL_SOURCE_DIR "/") + script));
-    for (const kelctl::invocation &line : parsed.lines)
+    for (const kelctl::invocation &line : parsed.lines) {
         run.insert(line.row->name);
+        if (line.expected)
+            run.insert(kelctl::expect_name);
+    }
     for (const kelctl::command &row : kelctl::commands().rows())
         EXPECT_EQ(run.contains(row.name), row.allowed_in(kelctl::source::script)) << row.name;
 }

@@ -65,6 +65,48 @@ TEST(Run, KeepGoingRunsTheRestAndStillTells)
     EXPECT_THAT(outcome.err, Not(HasSubstr("stopped")));
 }
 
+TEST(Run, LineThatExpectsAFailureIsDoneWhenItComes)
+{
+    const auto outcome = run_file("expect 0 pcep start\nexpect 4 pcep remove 7\ntrace message still\n");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.out, "still\n");
+    EXPECT_EQ(outcome.err, "");
+}
+
+TEST(Run, StopsAtTheFirstLineWithAnotherCodeThanExpected)
+{
+    const auto outcome = run_file("pcep start\nexpect 13 pcep remove 7\ntrace message never\n");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_THAT(outcome.err, HasSubstr("setup.kel:2: expected code 13 (operation failed), got 4 (not found)\n"));
+    EXPECT_THAT(outcome.err, HasSubstr("setup.kel:2: failed: kel_core_ic_pcep_rem(pcep_id=7)\n  code 4: "));
+    EXPECT_THAT(outcome.err, testing::EndsWith("\nsetup.kel: stopped, 2 of 3 commands were run\n"));
+}
+
+TEST(Run, SuccessIsWrongWhereAFailureIsExpected)
+{
+    EXPECT_EQ(run_file("expect 13 pcep start\n").err,
+              "setup.kel:1: expected code 13 (operation failed), got 0 (success)\n");
+}
+
+TEST(Run, CodesToExpectAreCheckedBeforeAnythingIsRun)
+{
+    const auto outcome = run_file("trace message first\n"
+                                  "expect pcep start\n"
+                                  "expect 0\n"
+                                  "expect 0 snapshot\n"
+                                  "expect 4294967296 pcep start\n"
+                                  "expect 0 pcep remve 7\n");
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_EQ(outcome.err, "setup.kel:2:8: CODE: \"pcep\" is not a whole number\n"
+                           "setup.kel:3:9: A command is required\n"
+                           "setup.kel:4:8: \"snapshot\" calls no function of the library, and has no code to expect\n"
+                           "setup.kel:5:8: CODE: 4294967296 is not in 0 to 4294967295\n"
+                           "setup.kel:6:15: there is no command \"pcep remve\"; did you mean \"pcep remove\"?\n"
+                           "setup.kel: 5 problems, nothing was run\n");
+}
+
 TEST(Run, NothingIsRunWhenAnyLineIsWrong)
 {
     const auto outcome = run_file("trace message first\n"
