@@ -32,6 +32,17 @@ const argument path_count = {.name = "--count",
                              .help = "number of paths, to consecutive addresses from MAC on (default 1)",
                              .required = false};
 
+const argument handle_name = {.name = "--as",
+                              .kind = kind::handle_name(),
+                              .help = "how later commands name the handle: as it is on another node",
+                              .required = false};
+
+// A removal passes the whole configuration on, of which the library only traces this.
+const argument traced_configuration = {.name = "--configured",
+                                       .kind = kind::numbers(4, dword_range),
+                                       .help = "shaping, rate, threshold and burst, which are only traced",
+                                       .required = false};
+
 // The arguments of a path or a shaper; `last` are those of a path only.
 std::vector<argument> shaped(std::vector<argument> last = {})
 {
@@ -122,6 +133,12 @@ result change_path(const invocation &asked, session &session)
     return done;
 }
 
+void name_handle(const arguments &given, void *handle, session &session)
+{
+    if (given.has("--as"))
+        session.handles[given.get<uint64_t>("--as")] = reinterpret_cast<uint64_t>(handle);
+}
+
 template <uint32_t (*Function)(const kel_ebcom_path_config *, ork_ebcom_pcep_path *), change Change>
 result change_shaper(const invocation &asked, session &session)
 {
@@ -130,8 +147,10 @@ result change_shaper(const invocation &asked, session &session)
     result done = session.call(asked, Function, parameter::input("config", config), parameter::output(path));
     if (done.code == 0)
         Change(session.paths, config);
-    if (path.queue_hdl)
+    if (path.queue_hdl) {
         done.shown = fields{{"queue_handle", fmt::format("{}", path.queue_hdl)}};
+        name_handle(asked.given, path.queue_hdl, session);
+    }
     return done;
 }
 
@@ -145,6 +164,7 @@ result look_up_handle(const invocation &asked, session &session)
     if (done.code == 0) {
         done.shown = fields{{"handle", fmt::format("{}", handle)}};
         (session.known.*Handles).insert(reinterpret_cast<uint64_t>(handle));
+        name_handle(asked.given, handle, session);
     }
     return done;
 }
@@ -186,7 +206,7 @@ std::vector<command> path_commands()
         {.name = "ebcom path remove",
          .variants = {{"kel_core_ic_ebcom_path_rem", change_path<kel_core_ic_ebcom_path_rem, removed>}},
          .help = "Remove one path to a destination",
-         .arguments = {destination, through_port, path_count},
+         .arguments = {destination, through_port, path_count, traced_configuration},
          .check = check_count,
          .example = "ebcom path remove 02:00:02:02:00:01 --port RLU1P",
          .service = "EBCOM service"},
@@ -194,7 +214,7 @@ std::vector<command> path_commands()
          .variants = {{"kel_ic_ebcom_add_shaper", change_shaper<kel_ic_ebcom_add_shaper, added>}},
          .help = "Take a reference on a port's queue (one step of path add)",
          .details = shaping_details,
-         .arguments = shaped(),
+         .arguments = shaped({handle_name}),
          .example = "ebcom shaper add 02:00:02:02:00:02 --port RLU1Q",
          .undo = "ebcom shaper remove",
          .makes = {"shaper", "shapers", "removed"},
@@ -202,21 +222,21 @@ std::vector<command> path_commands()
         {.name = "ebcom shaper remove",
          .variants = {{"kel_ic_ebcom_remove_shaper", change_shaper<kel_ic_ebcom_remove_shaper, removed>}},
          .help = "Drop a reference on a port's queue",
-         .arguments = {destination, through_port},
+         .arguments = {destination, through_port, traced_configuration},
          .example = "ebcom shaper remove 02:00:02:02:00:02 --port RLU1Q",
          .service = "EBCOM service"},
         {.name = "ebcom queue handle",
          .variants = {{"kel_ic_ebcom_queue_handle_get",
                        look_up_handle<kel_ic_ebcom_queue_handle_get, &known_words::queues>}},
          .help = "Show the queue that carries a destination",
-         .arguments = {destination},
+         .arguments = {destination, handle_name},
          .example = "ebcom queue handle 02:00:02:02:00:01",
          .service = "EBCOM service"},
         {.name = "ebcom scheduler handle",
          .variants = {{"kel_ic_ebcom_scheduler_handle_get",
                        look_up_handle<kel_ic_ebcom_scheduler_handle_get, &known_words::schedulers>}},
          .help = "Show the scheduler above that queue",
-         .arguments = {destination},
+         .arguments = {destination, handle_name},
          .example = "ebcom scheduler handle 02:00:02:02:00:01",
          .service = "EBCOM service"},
         {.name = "ebcom port channel",

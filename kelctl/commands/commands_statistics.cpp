@@ -5,11 +5,13 @@
 #include "kelctl/commands/commands.h"
 #include "kelctl/node/statistics.h"
 #include "kelctl/session/session.h"
+#include "kelctl/values/limits.h"
 #include "notation/json.h"
 
 #include <fmt/format.h>
 
-#include <array>
+#include <algorithm>
+#include <memory>
 #include <span>
 
 namespace kelctl
@@ -17,20 +19,28 @@ namespace kelctl
 namespace
 {
 
-constexpr uint32_t longest_text = 4096; // octets; one that is longer fails with the formatting library's code
+constexpr uint32_t usual_length = 4096; // octets; a text that is longer fails with the formatting library's code
 
 constexpr uint8_t text_table = 0; // the format
 
 const argument destination = {.name = "MAC", .kind = kind::mac(), .help = "destination that the queue carries"};
 const argument pcep = {.name = "ID", .kind = kind::pcep_id(), .help = "id of the PCEP"};
 
-argument text_format()
+// What the variants that lay out a text have, behind the object that is asked for.
+std::vector<argument> of_a_text(std::vector<argument> arguments = {})
 {
-    return {.name = "--format",
-            .kind = kind::format(),
-            .help = "layout of the text (default text)",
-            .required = false,
-            .only_for = {"text", "text-second-name", "text-2"}};
+    const std::vector<std::string_view> texts = {"text", "text-second-name", "text-2"};
+    arguments.push_back({.name = "--format",
+                         .kind = kind::format(),
+                         .help = "layout of the text (default text)",
+                         .required = false,
+                         .only_for = texts});
+    arguments.push_back({.name = "--length",
+                         .kind = kind::number(text_length_range, dword_range),
+                         .help = "size of the buffer for the text (default 4096)",
+                         .required = false,
+                         .only_for = texts});
+    return arguments;
 }
 
 // The text that a function lays out in a buffer; `keys` are its parameters before that. A document of counters is taken
@@ -38,7 +48,9 @@ argument text_format()
 template <typename Function, typename... Keys>
 result laid_out(const invocation &asked, session &session, Function function, const Keys &...keys)
 {
-    std::array<char, longest_text> buffer{};
+    const auto length = asked.given.has("--length") ? asked.given.number<uint32_t>("--length") : usual_length;
+    const std::unique_ptr<char[]> memory(new char[std::max(length, 1U)]); // not cleared: it may be large
+    const std::span buffer(memory.get(), length);
     const uint8_t format = asked.given.has("--format") ? asked.given.number<uint8_t>("--format") : text_table;
     result done =
         session.call(asked, function, keys..., parameter::text_output(buffer), parameter::value("format", format));
@@ -93,8 +105,8 @@ template <auto Function> result queue_text(const invocation &asked, session &ses
 
 result burst_record(const invocation &asked, session &session)
 {
-    const auto handle = [&asked](const char *name) {
-        return asked.given.has(name) ? asked.given.get<uint64_t>(name) : 0;
+    const auto handle = [&](const char *name) {
+        return asked.given.has(name) ? session.handle_called(asked.given.get<uint64_t>(name)) : 0;
     };
     ebcom_queue_stats stats{};
     result done =
@@ -156,7 +168,7 @@ std::vector<command> statistics_commands()
                        "text-second-name"},
                       {"kel_ic_ebcom_get_global_stats", global_record, "record"}},
          .help = "Show the service's global counters",
-         .arguments = {text_format()}},
+         .arguments = of_a_text()},
         {.name = "ebcom queue stats",
          .variants = {{"kel_core_ic_ebcom_queue_fmt_stats_get", queue_text<kel_core_ic_ebcom_queue_fmt_stats_get>,
                        "text"},
@@ -166,7 +178,7 @@ std::vector<command> statistics_commands()
                        "text-2"},
                       {"kel_core_ic_ebcom_queue_stats_get", queue_record, "record"}},
          .help = "Show the counters of the queue that carries a destination",
-         .arguments = {destination, text_format()},
+         .arguments = of_a_text({destination}),
          .example = "ebcom queue stats 02:00:02:02:00:01",
          .service = "EBCOM service"},
         {.name = "ebcom burst stats",
@@ -185,7 +197,7 @@ std::vector<command> statistics_commands()
                       {"kel_core_ic_pcep_get_stats", pcep_record<kel_core_ic_pcep_get_stats>, "record-second-name"},
                       {"kel_ic_pcep_get_stats", pcep_driver_kit_record, "driver-kit-record"}},
          .help = "Show the counters of a unicast PCEP",
-         .arguments = {pcep, text_format()},
+         .arguments = of_a_text({pcep}),
          .example = "pcep stats 7",
          .service = "PCEP service"},
     };

@@ -27,11 +27,12 @@ constexpr const char *prefix_format = "%s(): ";
 template <char *(*Function)(const char *, const char *, const char *, ...)>
 result format_message(const invocation &asked, session &session)
 {
-    const std::string &body = asked.given.text("TEXT");
+    const char *body = asked.given.has("TEXT") ? asked.given.text("TEXT").c_str() : nullptr;
+    const char *body_format = body ? "%s" : nullptr;
     const char *prefix = asked.given.has("--prefix") ? asked.given.text("--prefix").c_str() : nullptr;
     std::string message;
     result done = session.call(asked, [&] {
-        message = Function(prefix_format, prefix, "%s", body.c_str());
+        message = Function(prefix_format, prefix, body_format, body);
         return 0u;
     });
     done.text = message;
@@ -68,7 +69,7 @@ std::vector<command> trace_commands()
                       {"kel_trace_internal_vformat_str", format_message<format_list>, "list"}},
          .help = "Format a message like those of trace records",
          .arguments =
-             {{.name = "TEXT", .kind = kind::text(), .help = "text of the message; cut at 1023 characters"},
+             {{.name = "TEXT", .kind = kind::text(), .help = "text of the message; cut at 1023 characters", .required = false},
               {.name = "--prefix", .kind = kind::text(), .help = "function name to put in front", .required = false}},
          .example = "trace message 'port=6' --prefix bring_up"},
         {.name = "trace point",

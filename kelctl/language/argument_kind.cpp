@@ -125,6 +125,22 @@ argument_value read_text(std::string_view text)
     return std::string(text);
 }
 
+// Octets that a line cannot have are written as \xHH, a backslash among them.
+argument_value read_escaped_text(std::string_view text)
+{
+    std::string read;
+    for (size_t at; (at = text.find('\\')) != std::string_view::npos; text.remove_prefix(at + 4)) {
+        const std::string_view digits = text.substr(at).starts_with("\\x") ? text.substr(at + 2, 2) : "";
+        unsigned octet = 0;
+        const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), octet, 16);
+        if (error != std::errc{} || end != digits.data() + 2)
+            throw wrong_value(fmt::format("{}: a backslash is followed by x and two hexadecimal digits",
+                                          in_quotes(text.substr(at, 4))));
+        read.append(text.substr(0, at)) += static_cast<char>(octet);
+    }
+    return read.append(text);
+}
+
 // The system takes a file's name as a C string: it cannot hold a null character.
 argument_value read_file(std::string_view text)
 {
@@ -193,6 +209,14 @@ argument_kind handle_among(std::set<uint64_t> known_words::*handles)
             }};
 }
 
+argument_kind list_of_numbers(size_t count, const range &allowed, const range &raw)
+{
+    const auto read = [count](std::string_view text, const range &each) { return read_numbers(text, count, each); };
+    argument_kind kind = ranged("N,N" + (count > 2 ? std::string(",...") : ""), read, allowed, raw);
+    kind.allowed = fmt::format("{} numbers, {}", count, allowed.text);
+    return kind;
+}
+
 argument_kind offering_none(argument_kind kind)
 {
     kind.complete = nullptr;
@@ -221,7 +245,10 @@ argument_kind port_among(bool (*offered)(int32_t port))
                     return found;
                 },
             .write = port_word,
-            .read_raw = [](std::string_view text) -> argument_value { return read_number(text, raw_port_range); }};
+            .read_raw = [](std::string_view text) -> argument_value {
+                const auto port = port_by_name(text);
+                return port ? int64_t{*port} : read_number(text, raw_port_range);
+            }};
 }
 
 argument_kind named_file(file_use use)
@@ -337,10 +364,12 @@ argument_kind only_raw(const range &allowed)
 
 argument_kind octets(size_t count, const range &allowed)
 {
-    const auto read = [count](std::string_view text, const range &each) { return read_numbers(text, count, each); };
-    argument_kind kind = ranged("N,N", read, allowed, octet_range);
-    kind.allowed = fmt::format("{} numbers, {}", count, allowed.text);
-    return kind;
+    return list_of_numbers(count, allowed, octet_range);
+}
+
+argument_kind numbers(size_t count, const range &allowed)
+{
+    return list_of_numbers(count, allowed, allowed);
 }
 
 argument_kind queue_handle()
@@ -351,6 +380,11 @@ argument_kind queue_handle()
 argument_kind scheduler_handle()
 {
     return handle_among(&known_words::schedulers);
+}
+
+argument_kind handle_name()
+{
+    return {.placeholder = "HANDLE", .read = read_handle};
 }
 
 argument_kind format()
@@ -384,7 +418,7 @@ argument_kind new_file()
 
 argument_kind text()
 {
-    return {.placeholder = "TEXT", .read = read_text};
+    return {.placeholder = "TEXT", .read = read_text, .read_raw = read_escaped_text};
 }
 
 argument_kind command_words()

@@ -75,15 +75,17 @@ argument_kind threshold();
 argument_kind duration(const range &allowed); // with a unit; in nanoseconds, int64_t
 argument_kind number(const range &allowed);
 argument_kind number(const range &allowed, const range &raw);
-argument_kind only_raw(const range &allowed);             // a number that is read with --raw only
-argument_kind octets(size_t count, const range &allowed); // "1,2"
-argument_kind queue_handle();                             // hexadecimal; uint64_t
+argument_kind only_raw(const range &allowed);              // a number that is read with --raw only
+argument_kind octets(size_t count, const range &allowed);  // "1,2"
+argument_kind numbers(size_t count, const range &allowed); // the same, of any size
+argument_kind queue_handle();                              // hexadecimal; uint64_t
 argument_kind scheduler_handle();
-argument_kind format(); // text, csv, json or the formatting library's number
+argument_kind handle_name(); // a handle of another node, which is offered to nobody
+argument_kind format();      // text, csv, json or the formatting library's number
 argument_kind choice(std::vector<std::string> words);
 argument_kind file();     // that the command reads
 argument_kind new_file(); // that it writes
-argument_kind text();
+argument_kind text();     // with --raw any octets, as \xHH
 argument_kind command_words(); // of the table; completed by it
 
 } // namespace kind

@@ -13,6 +13,13 @@ kel_ebcom_path_config path_of(const arguments &given)
     kel_ebcom_path_config path{};
     std::ranges::copy(given.mac("MAC").octets, path.dst_mac);
     path.iell_port = given.number<int32_t>("--port");
+    if (given.has("--configured")) {
+        const auto &numbers = given.get<std::vector<uint32_t>>("--configured");
+        path.shaping_enabled = static_cast<uint8_t>(numbers[0]);
+        path.shaping_rate = numbers[1];
+        path.buffer_threshold = numbers[2];
+        path.burst_size = numbers[3];
+    }
     if (!given.has("--rate"))
         return path;
     path.shaping_enabled = given.has("--shaping") ? given.number<uint8_t>("--shaping") : uint8_t{1};

@@ -16,6 +16,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -75,6 +76,13 @@ public:
     // Writes a document at once, as a line of its own, where results are JSON. Does nothing elsewhere.
     void stream(const fields &document) const;
 
+    // The handle that a command gave this name, which is a handle of another node; without one, the name itself.
+    uint64_t handle_called(uint64_t name) const
+    {
+        const auto named = handles.find(name);
+        return named == handles.end() ? name : named->second;
+    }
+
     // Created by its first use: before the first call into the library there are no records.
     trace_log &log();
 
@@ -103,6 +111,7 @@ public:
     // The paths and shapers that were added and still exist, the oldest first. The accelerator knows queues by handles
     // only, so this is what shows which port a queue belongs to (node/standing.h).
     std::vector<kel_ebcom_path_config> paths;
+    std::map<uint64_t, uint64_t> handles; // by the names that commands gave them
     traffic_player traffic;        // what passes as virtual time does
     std::function<void()> on_made; // called after each call that succeeded; null: not at all
     // Gets each part of a result as it is shown, and before it becomes part of the whole; null: nobody does.

@@ -26,6 +26,7 @@ inline constexpr range period_range = {1, 1'000'000'000'000'000, "1 ns to 100000
 inline constexpr range path_count_range = {1, 100'000, "1 to 100000"};
 inline constexpr range frames_per_second_range = {1, 4'294'967'295, "1 to 4294967295"};
 inline constexpr range burst_frames_range = {1, 1'000'000, "1 to 1000000 frames"};
+inline constexpr range text_length_range = {1, 1'048'576, "1 to 1048576 octets"};
 inline constexpr range octet_range = {0, 0xFF, "0 to 255"};
 inline constexpr range word_range = {0, 0xFFFF, "0 to 65535"};
 

@@ -56,5 +56,26 @@ TEST_F(AskedPaths, RemovingTakesTheLastOfTheSameDestinationAndPort)
     EXPECT_EQ(remembered(), "6:1 7:2 ");
 }
 
+TEST_F(AskedPaths, HandleHasTheNameThatItsCommandGaveIt)
+{
+    constexpr uint64_t name = 0x77;
+    EXPECT_EQ(here.handle_called(name), name);
+    for (const char *line :
+         {"ebcom queue handle 02:00:00:02:00:02 --as 0x77", "ebcom scheduler handle 02:00:00:02:00:02 --as 0x78",
+          "ebcom shaper add 02:00:00:02:00:02 --port 7 --as 0x79"})
+        EXPECT_EQ(here.run(line).status, exit_done) << line;
+    EXPECT_NE(here.handle_called(name), name);
+    EXPECT_EQ(here.handle_called(name), here.handle_called(0x79));
+    EXPECT_NE(here.handle_called(0x78), here.handle_called(0x79));
+    EXPECT_EQ(here.run("ebcom burst stats --queue 0x77 --scheduler 0x78").status, exit_done);
+}
+
+TEST_F(AskedPaths, TextThatItsBufferIsTooSmallForIsRefused)
+{
+    EXPECT_EQ(here.run("ebcom stats --length 20").code, 10U);
+    EXPECT_EQ(here.run("ebcom stats --length 1000000").code, 0U);
+    EXPECT_EQ(here.run("ebcom stats --length 0 --raw").code, 10U);
+}
+
 } // namespace
 } // namespace kelctl

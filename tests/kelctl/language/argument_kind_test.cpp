@@ -138,6 +138,22 @@ TEST(ArgumentKind, OthersReadWhatTheyAreNamedFor)
     EXPECT_EQ(read<std::string>(kind::text(), ""), "");
 }
 
+TEST(ArgumentKind, RawTextsHaveOctetsInHexadecimal)
+{
+    const auto raw = [](std::string_view text) { return std::get<std::string>(kind::text().read_raw(text)); };
+    EXPECT_EQ(raw("a\\x0ab\\x5C"), "a\nb\\");
+    EXPECT_EQ(raw("plain"), "plain");
+    for (const char *wrong : {"\\", "\\n", "\\x0", "a\\x0g", "\\y41"})
+        EXPECT_THROW(raw(wrong), wrong_value) << wrong;
+    EXPECT_EQ(read<std::string>(kind::text(), "\\x41"), "\\x41");
+}
+
+TEST(ArgumentKind, RawPortsHaveNamesToo)
+{
+    EXPECT_EQ(std::get<int64_t>(kind::port().read_raw("RLU1P")), 6);
+    EXPECT_EQ(std::get<int64_t>(kind::port().read_raw("-1")), -1);
+}
+
 TEST(ArgumentKind, OffersWhatFits)
 {
     const known_words known = {.macs = {*parse_mac_address("02:00:00:02:00:01")},
