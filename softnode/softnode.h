@@ -153,6 +153,7 @@ uint64_t softnode_time(void);
  *     "ork_bind=latency:250us"                   every call takes 250 microseconds of virtual time
  *     "ork_bind:1=latency:2ms,-4"                the first call takes 2 milliseconds and then returns -4
  *     "vorn_tu_get_nputimeoffset:2=block"        the second call blocks until softnode_faults_release()
+ *     "kel_init_attach:5=10,own-thread"          the fifth call of the thread that adds the rule returns 10
  *
  * `function` is any closed function that returns a code. `call` counts its calls from 1, starting when the rule is
  * added. A rule has at most one result, one latency and one block. A call that matches takes the latency, then blocks,
@@ -162,6 +163,7 @@ uint64_t softnode_time(void);
  *     result     decimal, fits 32 bits. 0 makes a call that reports success and does nothing: its outputs stay
  *                unwritten, and a caller that reads them may crash.
  *     latency    1 to 4294967295, with the unit ns, us, ms or s
+ *     own-thread beside an effect: only calls of the thread that adds the rule are counted and matched
  *     block      for functions of the timing unit (vorn_tu_...). The call waits until it is released, and does not
  *                lock the node meanwhile. softnode_timing_settle() counts its thread as at rest.
  *

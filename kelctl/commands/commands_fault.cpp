@@ -17,7 +17,8 @@ namespace
 constexpr std::string_view add_details =
     R"(A rule is FUNCTION[:CALL[*TIMES]]=EFFECT[,EFFECT]. CALL counts the function's
 calls from now on. EFFECT is a code to return, "latency:250us" of virtual time,
-or "block" (timing unit only) until "fault release". If several rules match a
+or "block" (timing unit only) until "fault release". With "own-thread" beside an
+effect, calls of the library's own thread do not count. If several rules match a
 call, the first one added applies.
 
 A file has one rule per line; # begins a comment. If one rule is wrong, none is

@@ -5,6 +5,7 @@
 
 #include "softnode/faults/fault_text.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace softnode
@@ -23,22 +24,32 @@ void FaultBook::clear()
 {
     entries_.clear();
     watches_.fill({});
+    thread_watches_.clear();
 }
 
 FaultEffects FaultBook::begin_call(std::size_t function)
 {
-    const std::uint64_t call = ++calls_[function];
-    auto &[coming, begun] = watches_[function];
+    ++calls_[function];
+    std::size_t first = due(watches_[function]);
+    if (!thread_watches_.empty())
+        if (const auto own = thread_watches_.find({std::this_thread::get_id(), function}); own != thread_watches_.end())
+            first = std::min(first, due(own->second));
+    if (first == entries_.size())
+        return {};
+    ++entries_[first].hits;
+    return entries_[first].rule.effects;
+}
+
+std::size_t FaultBook::due(Watch &watch)
+{
+    const std::uint64_t call = ++watch.calls;
+    auto &[calls, coming, begun] = watch;
     for (; !coming.empty() && coming.begin()->first <= call; coming.erase(coming.begin()))
         begun.insert(coming.begin()->second);
-    for (; !begun.empty(); begun.erase(begun.begin())) {
-        Entry &entry = entries_[*begun.begin()];
-        if (!entry.rule.hits(call - entry.calls_before))
-            continue;
-        ++entry.hits;
-        return entry.rule.effects;
-    }
-    return {};
+    for (; !begun.empty(); begun.erase(begun.begin()))
+        if (const Entry &entry = entries_[*begun.begin()]; entry.rule.hits(call - entry.calls_before))
+            return *begun.begin();
+    return entries_.size();
 }
 
 const std::array<std::uint64_t, closed_functions.size()> &FaultBook::calls() const
@@ -59,9 +70,10 @@ void FaultBook::reset()
 void FaultBook::add(std::vector<FaultRule> rules)
 {
     for (FaultRule &rule : rules) {
-        const std::uint64_t calls_before = calls_[rule.function];
-        watches_[rule.function].coming.emplace(calls_before + rule.first, entries_.size());
-        entries_.push_back({std::move(rule), calls_before});
+        Watch &watch =
+            rule.own_thread ? thread_watches_[{std::this_thread::get_id(), rule.function}] : watches_[rule.function];
+        watch.coming.emplace(watch.calls + rule.first, entries_.size());
+        entries_.push_back({std::move(rule), watch.calls});
     }
 }
 

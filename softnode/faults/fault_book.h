@@ -10,9 +10,11 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <set>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -24,7 +26,7 @@ class FaultBook
 public:
     struct Entry {
         FaultRule rule;
-        std::uint64_t calls_before = 0; /* the function's calls when the rule was added: the rule does not count them */
+        std::uint64_t calls_before = 0; /* what its watch had counted when the rule was added */
         std::uint64_t hits = 0;
     };
 
@@ -47,15 +49,25 @@ public:
     void reset();
 
 private:
-    /* Rules for one function, by their places among the entries. A rule is in one of the two until it is over. */
+    /*
+     * Rules for one function, by their places among the entries, and the calls that they count. A rule is in one of the
+     * two sets until it is over.
+     */
     struct Watch {
+        std::uint64_t calls = 0;
         std::set<std::pair<std::uint64_t, std::size_t>> coming; /* by the call that they begin with */
         std::set<std::size_t> begun;                            /* one that is over stays until it is the first */
     };
 
+    using OfThread = std::pair<std::thread::id, std::size_t>; /* a function */
+
+    /* The place of the rule that is due for the next call of the watch; that behind all when there is none. */
+    std::size_t due(Watch &watch);
+
     std::array<std::uint64_t, closed_functions.size()> calls_{};
     std::vector<Entry> entries_;
     std::array<Watch, closed_functions.size()> watches_{};
+    std::map<OfThread, Watch> thread_watches_; /* of rules that count the calls of one thread */
 };
 
 } // namespace softnode

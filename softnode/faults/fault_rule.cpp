@@ -24,6 +24,7 @@ constexpr std::int64_t highest_result = std::numeric_limits<std::uint32_t>::max(
 
 constexpr std::string_view latency_word = "latency:";
 constexpr std::string_view block_word = "block";
+constexpr std::string_view own_thread_word = "own-thread";
 constexpr std::string_view timing_unit_prefix = "vorn_tu_";
 
 bool read_number(std::string_view digits, std::int64_t lowest, std::int64_t highest, std::int64_t &number)
@@ -104,7 +105,9 @@ private:
         if (!function)
             return problem(name, unknown_function(name));
 
-        rule_ = {std::string(text_), *function, 1, call ? 1U : std::numeric_limits<std::uint64_t>::max(), {}};
+        rule_ = {.text = std::string(text_),
+                 .function = *function,
+                 .times = call ? 1U : std::numeric_limits<std::uint64_t>::max()};
         if (call && !read_count(*call, rule_.first))
             return problem(*call, "the call is not a number from 1 to 4294967295");
         if (times && !read_count(*times, rule_.times))
@@ -120,6 +123,8 @@ private:
             if (MaybeProblem wrong = read_effect(effect))
                 return wrong;
         }
+        if (effects == own_thread_word)
+            return problem(effects, "own-thread needs an effect beside it");
         return std::nullopt;
     }
 
@@ -127,6 +132,8 @@ private:
     {
         if (effect == block_word)
             return read_block(effect);
+        if (effect == own_thread_word)
+            return read_own_thread(effect);
         if (effect.starts_with(latency_word))
             return read_latency(effect);
         return read_result(effect);
@@ -149,6 +156,14 @@ private:
             return problem(effect, "the latency is given twice");
         if (!read_time(effect.substr(latency_word.size()), rule_.effects.latency))
             return problem(effect, "the latency is not a number from 1 to 4294967295 with a unit: ns, us, ms or s");
+        return std::nullopt;
+    }
+
+    MaybeProblem read_own_thread(std::string_view effect)
+    {
+        if (rule_.own_thread)
+            return problem(effect, "own-thread is given twice");
+        rule_.own_thread = true;
         return std::nullopt;
     }
 

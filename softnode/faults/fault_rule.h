@@ -11,6 +11,7 @@
  *                           call that claims to have succeeded and did nothing.
  *         latency:NUMBER    and its unit ns, us, ms or s; 1 to 4294967295
  *         block             for functions of the timing unit
+ *         own-thread        beside others: the rule counts, and is for, calls of the thread that adds it
  *
  * No blanks inside a rule.
  */
@@ -38,6 +39,7 @@ struct FaultRule {
     std::size_t function = 0; /* index in closed_functions */
     std::uint64_t first = 1;  /* the first call it is for, counted from 1 */
     std::uint64_t times = 0;  /* for how many calls from there on */
+    bool own_thread = false;  /* of those of the thread that adds the rule */
     FaultEffects effects;
 
     bool hits(std::uint64_t call) const;

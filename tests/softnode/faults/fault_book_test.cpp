@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <thread>
 
 using namespace softnode;
 
@@ -56,6 +57,28 @@ TEST(FaultBook, ARuleCountsFromWhenItWasAdded)
     EXPECT_EQ(book.begin_call(attach).result, 10);
     EXPECT_FALSE(book.begin_call(attach).result);
     EXPECT_EQ(book.entries().front().hits, 1U);
+}
+
+TEST(FaultBook, ARuleOfItsOwnThreadCountsNoOtherCalls)
+{
+    FaultBook book;
+    book.begin_call(attach);
+    ASSERT_EQ(book.add("kel_init_attach:2=10,own-thread"), "");
+    EXPECT_FALSE(book.begin_call(attach).result);
+    std::thread([&book] { EXPECT_FALSE(book.begin_call(attach).result); }).join();
+    EXPECT_EQ(book.begin_call(attach).result, 10);
+    EXPECT_FALSE(book.begin_call(attach).result);
+    EXPECT_EQ(book.calls()[attach], 5U);
+}
+
+TEST(FaultBook, OfARuleForAllThreadsAndOneOfItsOwnTheOneAddedFirstDecides)
+{
+    FaultBook book;
+    ASSERT_EQ(book.add("kel_init_attach:1*2=10,own-thread;kel_init_attach:2*2=3;kel_init_attach:3=4,own-thread"), "");
+    EXPECT_EQ(book.begin_call(attach).result, 10);
+    EXPECT_EQ(book.begin_call(attach).result, 10);
+    EXPECT_EQ(book.begin_call(attach).result, 3);
+    EXPECT_EQ(book.entries()[1].hits, 1U);
 }
 
 TEST(FaultBook, OfSeveralRulesTheOneAddedFirstDecides)

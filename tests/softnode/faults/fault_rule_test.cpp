@@ -192,5 +192,7 @@ TEST(FaultRule, HasEveryEffectOnceAtMost)
 {
     expect_problem("vorn_tu_init=1,2", 15, "the result is given twice");
     expect_problem("vorn_tu_init=block,block", 19, "block is given twice");
+    expect_problem("vorn_tu_init=own-thread,-1,own-thread", 27, "own-thread is given twice");
+    expect_problem("vorn_tu_init=own-thread", 13, "own-thread needs an effect beside it");
     expect_problem("vorn_tu_init=latency:1s,latency:1s", 24, "the latency is given twice");
 }
