@@ -1,5 +1,5 @@
 # What is installed and where: the two libraries, for each its headers, a pkg-config file and a CMake package; the trace
-# probes; kelctl; kel-trace. The components are those of the Debian packages (debian/rules): who installs a file names its package.
+# probes; kelctl; kel-trace; kel-record. The components are those of the Debian packages (debian/rules): who installs a file names its package.
 #
 # All headers lie below include/kel. Both kinds of package put that folder itself on the search path as well, for
 # <platform/...> and <softnode/...>.
@@ -17,6 +17,8 @@ endfunction()
 
 kel_search_path(kelctl $ORIGIN/../${CMAKE_INSTALL_LIBDIR})
 kel_search_path(kel-trace)
+kel_search_path(kel-record)
+kel_search_path(kel-record-preload)
 kel_search_path(kel-core-ic $ORIGIN)
 foreach(target kel-softnode kel-trace-ic kel-trace-init kel-trace-ic-probes kel-trace-init-probes)
     kel_search_path(${target})
@@ -62,12 +64,15 @@ kel_package(kel-core-ic ${PROJECT_DESCRIPTION} "${platform_package}")
 
 install(TARGETS kelctl RUNTIME COMPONENT kelctl)
 install(TARGETS kel-trace RUNTIME COMPONENT kel-trace)
+install(TARGETS kel-record RUNTIME COMPONENT kel-record)
+install(TARGETS kel-record-preload
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/${KEL_RECORD_FOLDER} COMPONENT kel-record)
 
 # Manual pages are made from the programs' tables, in the build folders of their rooms `documents`.
 function(install_text program file destination name)
     install(FILES ${file} DESTINATION ${destination} RENAME ${name} COMPONENT ${program})
 endfunction()
-foreach(program kelctl kel-trace)
+foreach(program kelctl kel-trace kel-record)
     set(scripts ${PROJECT_SOURCE_DIR}/${program}/documents)
     string(REPLACE - _ function _${program})
     install_text(${program} ${PROJECT_BINARY_DIR}/${program}/documents/${program}.1 ${CMAKE_INSTALL_MANDIR}/man1 ${program}.1)

@@ -1,0 +1,109 @@
+// kel-record: from the program's arguments to the recorded program, which takes this process over: its signals, its
+// terminal and its exit status are what they are without a recording.
+#include "kel-record/language/request.h"
+
+#include <fmt/core.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <exception>
+#include <fcntl.h>
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+namespace
+{
+
+using namespace kel_record;
+namespace fs = std::filesystem;
+
+enum exit_status { exit_done = 0, exit_wrong_input = 2, exit_cannot_run = 126, exit_not_found = 127 };
+
+// A file that was there is emptied: the first process that calls the library takes an empty one for its own. A pipe or a
+// device is left alone, as its reader would see an end.
+void prepare(const std::string &file)
+{
+    const bool special = fs::exists(file) && !fs::is_regular_file(file) && !fs::is_directory(file);
+    const int opened = special ? -1 : open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+    if (special ? access(file.c_str(), W_OK) != 0 : opened < 0)
+        throw std::runtime_error(fmt::format("{}: cannot be written: {}", file, std::strerror(errno)));
+    if (!special)
+        close(opened);
+}
+
+// Beside the program, in the build tree and where it is installed.
+fs::path preloaded_library()
+{
+    const fs::path library = fs::read_symlink("/proc/self/exe").parent_path().parent_path() / KEL_RECORD_LIBRARY;
+    if (!fs::exists(library))
+        throw std::runtime_error(fmt::format("{} is missing", library.string()));
+    return library;
+}
+
+// In front of what is preloaded already. The loader parts names at blanks and colons.
+void preload(const fs::path &library)
+{
+    const std::string name = library.string();
+    if (name.find_first_of(" :") != std::string::npos)
+        throw std::runtime_error(
+            fmt::format("{}: a library with a blank or a colon in its path cannot be preloaded", name));
+    const char *others = std::getenv("LD_PRELOAD");
+    setenv("LD_PRELOAD", (others ? fmt::format("{}:{}", name, others) : name).c_str(), 1);
+}
+
+// Returns only when the program cannot be run.
+int run(const request &asked)
+{
+    const std::string output =
+        asked.output.empty() ? fs::path(asked.program.front()).filename().string() + ".kel" : asked.output;
+    preload(preloaded_library());
+    prepare(output);
+    setenv("KEL_RECORD_FILE", fs::absolute(output).c_str(), 1); // wherever the program goes
+
+    std::vector<std::string> words = asked.program;
+    std::vector<char *> arguments;
+    for (std::string &word : words)
+        arguments.push_back(word.data());
+    arguments.push_back(nullptr);
+    execvp(arguments.front(), arguments.data());
+    const int error = errno;
+    fmt::print(stderr, "kel-record: {}: {}\n", words.front(), std::strerror(error));
+    return error == ENOENT ? exit_not_found : exit_cannot_run;
+}
+
+int answer(const std::string &text)
+{
+    const bool written = std::fputs(text.c_str(), stdout) >= 0 && std::fflush(stdout) == 0;
+    return written ? exit_done : exit_wrong_input;
+}
+
+int carry_out(const std::vector<std::string> &words)
+{
+    if (!words.empty() && words.front() == "--complete")
+        return answer(completion_text(std::span(words).subspan(1)));
+    const request asked = parse_request(words);
+    if (asked.help)
+        return answer(help_text());
+    if (asked.version)
+        return answer("kel-record " KEL_RECORD_VERSION "\n");
+    return run(asked);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    try {
+        return carry_out({argv + 1, argv + argc});
+    } catch (const wrong_request &wrong) {
+        fmt::print(stderr, "kel-record: {}\nkel-record --help shows the options\n", wrong.what());
+    } catch (const std::exception &error) {
+        fmt::print(stderr, "kel-record: {}\n", error.what());
+    }
+    return exit_wrong_input;
+}

@@ -1,0 +1,47 @@
+// How a function of another library gets one of ours in front of it. The program, and each library, reaches the first
+// function of a name: here a jump to a wrapper, which the compiler makes from the function's own declaration.
+//
+//     STANDS_BEFORE(ork_bind, &wrapper<row_of_ork_bind, decltype(::ork_bind)>::call)
+#pragma once
+
+#include <atomic>
+#include <dlfcn.h>
+
+#define STANDS_BEFORE(function, ...)                                                                                   \
+    extern "C" {                                                                                                       \
+    extern const decltype(&::function) kel_record_before_##function;                                                   \
+    [[gnu::used]] constinit const decltype(&::function) kel_record_before_##function = __VA_ARGS__;                    \
+    }                                                                                                                  \
+    asm(".pushsection .text\n"                                                                                         \
+        ".globl " #function "\n"                                                                                       \
+        ".type " #function ", @function\n" #function ":\n"                                                             \
+        "endbr64\n"                                                                                                    \
+        "jmp *kel_record_before_" #function "(%rip)\n"                                                                 \
+        ".size " #function ", . - " #function "\n"                                                                     \
+        ".popsection")
+
+namespace kel_record
+{
+
+// The function of this name that stands behind ours: the real one. Looked up by the first call; threads that look it up
+// at the same time find the same.
+template <typename Function> class next_function
+{
+public:
+    explicit constexpr next_function(const char *name) : name_(name)
+    {
+    }
+
+    Function *get()
+    {
+        if (!found_)
+            found_ = reinterpret_cast<Function *>(dlsym(RTLD_NEXT, name_));
+        return found_;
+    }
+
+private:
+    const char *name_;
+    std::atomic<Function *> found_ = nullptr;
+};
+
+} // namespace kel_record
