@@ -35,7 +35,9 @@ status is the worst of all commands.)";
 constexpr std::string_view expect_details =
     R"(Succeeds if COMMAND returns this code, also that of a failure. Fails with both
 codes if it returns another. So a script can show that something is refused.
-COMMAND has to call a function of the library.)";
+COMMAND has to call a function of the library.
+
+kel-record(1) writes the calls of a control process as such lines.)";
 
 const argument words_of_a_command = {.name = "COMMAND",
                                      .kind = kind::command_words(),

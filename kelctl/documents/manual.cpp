@@ -124,7 +124,7 @@ std::string program_manual(const command_table &table, std::string_view version)
         if (row.sources == std::vector{source::program})
             page.example(fmt::format("kelctl {}", on_an_installed_machine(std::string(row.example))));
     page.section("SEE ALSO");
-    page.text("node.toml(5), kel-trace(1), kel_core_ic_ebcom(3), kel_core_ic_pcep(3)");
+    page.text("node.toml(5), kel-trace(1), kel-record(1), kel_core_ic_ebcom(3), kel_core_ic_pcep(3)");
     return page.written();
 }
 
