@@ -15,7 +15,8 @@
 
 #include <algorithm>
 #include <iterator>
-#include <set>
+#include <optional>
+#include <string>
 #include <utility>
 
 namespace kelctl
@@ -97,11 +98,14 @@ public:
     {
         if (refuse())
             return take_result();
-        text_ = text_of(differences_, session_.output_page()) + interruptions_text(plan_.interrupted);
         const bool applied = perform_until_failure();
         done_.shown["applied"] = applied;
-        if (!applied)
+        if (!applied) {
             restore();
+            return take_result();
+        }
+        text_ = text_of(differences_, session_.output_page()) + interruptions_text(plan_.interrupted);
+        warn_of(new_discrepancies(model_of(session_)), done_);
         return take_result();
     }
 
@@ -119,6 +123,7 @@ private:
     bool perform(const invocation &step)
     {
         result made = session_.perform(step);
+        std::ranges::move(made.complaints, std::back_inserter(done_.complaints));
         if (made.status == exit_done)
             return true;
         done_.status = exit_operation_failed;
@@ -153,14 +158,22 @@ private:
         fields left = fields::array();
         for (const node_change &one : differences(before_, after))
             left.push_back({{"object", name_of(one.object)}, {"what", what_became_of(one)}});
-        if (const auto held = discrepancies(after, session_))
-            for (const discrepancy &one : *held)
-                if (std::ranges::find(*held_before_, one) == held_before_->end())
-                    left.push_back({{"object", one.object}, {"what", one.what}});
+        for (const discrepancy &one : new_discrepancies(after))
+            left.push_back({{"object", one.object}, {"what", one.what}});
         done_.remark += left.empty() ? "the old node is restored" : "the old node is restored, but for:\n";
         for (const fields &one : left)
             done_.remark += fmt::format("  {}: {}\n", one.at("object").text(), one.at("what").text());
         done_.shown["left"] = std::move(left);
+    }
+
+    // Those that were not there before; none where the platform cannot be read back.
+    std::vector<discrepancy> new_discrepancies(const node_model &after) const
+    {
+        auto held = discrepancies(after, session_).value_or(std::vector<discrepancy>());
+        std::erase_if(held, [this](const discrepancy &one) {
+            return std::ranges::find(*held_before_, one) != held_before_->end();
+        });
+        return held;
     }
 
     static std::string what_became_of(const node_change &one)

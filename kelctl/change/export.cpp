@@ -58,7 +58,7 @@ std::vector<input_error> objections_to(const std::string &text, const node_model
     if (!read.errors.empty())
         return std::move(read.errors);
     for (const node_change &one : differences(model, model_of(read.lines)))
-        if (one.object.kind != object_kind::pcep_service) // which a file has with its PCEPs, and does not need without
+        if (one.object.kind != object_kind::pcep_service) // see below
             read.errors.push_back({fmt::format("a node file cannot say this: {}{}", name_of(one.object),
                                                one.was.empty() ? "" : ": " + one.was)});
     return std::move(read.errors);
@@ -83,6 +83,8 @@ exported exported_node(bool as_script, const session &session)
     made.errors = objections_to(made.text, model, session);
     if (!made.errors.empty())
         made.text.clear();
+    else if (!model.empty() && model.back().key.kind == object_kind::pcep_service)
+        made.warnings.push_back({"a node file starts the PCEP service for PCEPs and groups only"});
     return made;
 }
 

@@ -41,6 +41,7 @@ const lines old_node = {"ebcom params set --mtu 1500 --ether-type 0x88b5 --setti
                         "ebcom path add 02:00:00:02:00:02 --port RLU1P --rate 8000 --burst 4096",
                         "ebcom path add 02:00:00:02:00:04 --port RLU1Q",
                         "ebcom path add 02:00:00:02:00:05 --port RLU2P",
+                        "ebcom shaper add 02:00:00:02:00:05 --port RLU4R",
                         "ebcom path add 02:00:00:02:00:06 --port RLU3P",
                         "ebcom path add 02:00:00:02:00:06 --port RLU4P",
                         "pcep start",

@@ -20,9 +20,9 @@ namespace
 {
 
 using testing::ElementsAre;
-using testing::Field;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 
 class Export : public testing::Test
 {
@@ -149,6 +149,16 @@ TEST_F(Export, WhatANodeFileCannotSayIsNotLeftOutInSilence)
                 ElementsAre("a node file cannot say this: shaper for 02:00:00:02:00:05 on RLU4P (12)",
                             "a node file cannot say this: PCEP 7: word20 3"));
     EXPECT_EQ(made_again(parse_script(here.table, exported_node(true, here).text).lines), bare_now());
+}
+
+TEST_F(Export, ServiceWithoutPcepsIsLeftOutWithAWarning)
+{
+    run({std::begin(service), std::end(service)});
+    run({"pcep start"});
+    const exported file = exported_node(false, here);
+    EXPECT_THAT(file.text, Not(HasSubstr("pcep")));
+    EXPECT_THAT(messages_of(file.warnings),
+                ElementsAre("a node file starts the PCEP service for PCEPs and groups only"));
 }
 
 TEST_F(Export, ServiceWithoutInterfaceAndParametersIsNoNodeFile)
