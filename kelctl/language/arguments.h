@@ -6,6 +6,7 @@
 
 #include "kelctl/language/argument_kind.h"
 
+#include <compare>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -58,14 +59,14 @@ public:
         return get<std::string>(name);
     }
 
-    bool operator==(const arguments &) const = default;
+    auto operator<=>(const arguments &) const = default;
 
 private:
     struct given_argument {
         std::string_view name;
         argument_value value;
 
-        bool operator==(const given_argument &) const = default;
+        auto operator<=>(const given_argument &) const = default;
     };
 
     const argument_value &value(std::string_view name) const;

@@ -1,8 +1,8 @@
 // Matching a command with the one that it undoes.
 #include "kelctl/session/undo.h"
 
-#include <algorithm>
 #include <iterator>
+#include <tuple>
 #include <utility>
 
 namespace kelctl
@@ -10,9 +10,9 @@ namespace kelctl
 namespace
 {
 
-bool same(const invocation &one, const invocation &other)
+bool comes_before(const invocation &one, const invocation &other)
 {
-    return one.row == other.row && one.given == other.given;
+    return std::tie(one.row, one.given) < std::tie(other.row, other.given);
 }
 
 } // namespace
@@ -29,36 +29,58 @@ std::optional<invocation> undo_of(const invocation &asked, const command_table &
     return undo;
 }
 
-// Searches from the newest: most commands that undo another undo the newest.
+bool undo_stack::by_undo::operator()(const entry &one, const entry &other) const
+{
+    return comes_before(one->undo, other->undo);
+}
+
+bool undo_stack::by_undo::operator()(const entry &one, const invocation &undo) const
+{
+    return comes_before(one->undo, undo);
+}
+
+bool undo_stack::by_undo::operator()(const invocation &undo, const entry &one) const
+{
+    return comes_before(undo, one->undo);
+}
+
+void undo_stack::push(made_command made)
+{
+    undone_by_.insert(made_.insert(made_.end(), std::move(made)));
+}
+
+// Of equal commands the newest one is undone.
 void undo_stack::note(const invocation &asked)
 {
-    if (auto undo = undo_of(asked, table_)) {
-        made_.push_back({asked, std::move(*undo)});
+    if (auto undo = undo_of(asked, table_))
+        return push({asked, std::move(*undo)});
+    if (!asked.row->makes.one.empty())
+        return push({asked, {}});
+    const auto [first, end] = undone_by_.equal_range(asked);
+    if (first == end)
         return;
-    }
-    if (!asked.row->makes.one.empty()) {
-        made_.push_back({asked, {}});
-        return;
-    }
-    const auto undone =
-        std::find_if(made_.rbegin(), made_.rend(), [&](const made_command &made) { return same(made.undo, asked); });
-    if (undone != made_.rend())
-        made_.erase(std::next(undone).base());
+    const entry newest = *std::prev(end);
+    undone_by_.erase(std::prev(end));
+    made_.erase(newest);
 }
 
 void undo_stack::note_failed(const invocation &asked)
 {
     if (auto undo = undo_of(asked, table_))
-        made_.push_back({asked, std::move(*undo), true});
+        push({asked, std::move(*undo), true});
 }
 
+// It is the newest of all, and so of its equals.
 void undo_stack::drop_last()
 {
-    made_.pop_back();
+    const entry last = std::prev(made_.end());
+    undone_by_.erase(std::prev(undone_by_.upper_bound(last)));
+    made_.erase(last);
 }
 
-std::vector<made_command> undo_stack::take_all()
+std::list<made_command> undo_stack::take_all()
 {
+    undone_by_.clear();
     return std::exchange(made_, {});
 }
 

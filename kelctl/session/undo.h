@@ -4,9 +4,9 @@
 
 #include "kelctl/language/command.h"
 
-#include <cstddef>
+#include <list>
 #include <optional>
-#include <vector>
+#include <set>
 
 namespace kelctl
 {
@@ -34,7 +34,7 @@ public:
     void note_failed(const invocation &asked);
 
     // The oldest first.
-    const std::vector<made_command> &all() const
+    const std::list<made_command> &all() const
     {
         return made_;
     }
@@ -42,11 +42,23 @@ public:
     void drop_last();
 
     // Empties the stack without undoing anything: what was made stays on the node.
-    std::vector<made_command> take_all();
+    std::list<made_command> take_all();
 
 private:
+    using entry = std::list<made_command>::iterator;
+
+    struct by_undo {
+        bool operator()(const entry &one, const entry &other) const;
+        bool operator()(const entry &one, const invocation &undo) const;
+        bool operator()(const invocation &undo, const entry &one) const;
+        using is_transparent = void;
+    };
+
+    void push(made_command made);
+
     const command_table &table_;
-    std::vector<made_command> made_;
+    std::list<made_command> made_;
+    std::multiset<entry, by_undo> undone_by_; // equal ones in the order of their making
 };
 
 } // namespace kelctl
