@@ -16,6 +16,7 @@
 #include <algorithm>
 #include <iterator>
 #include <optional>
+#include <span>
 #include <string>
 #include <utility>
 
@@ -42,21 +43,25 @@ fields fields_of(const interruption &one)
             {"destinations", list_of(one.destinations, [](const mac_address &mac) { return fields(to_text(mac)); })}};
 }
 
-// "interrupted: queue of RLU1P (6) with 3 destinations, PCEP 7"
-std::string interruptions_text(const std::vector<interruption> &interrupted)
+std::string text_of(const interruption &one)
 {
-    std::vector<std::string> parts;
-    for (const interruption &one : interrupted) {
-        const size_t count = one.destinations.size();
-        parts.push_back(name_of(one.object));
-        if (one.object.kind == object_kind::queue)
-            parts.back() += fmt::format(" with {} destination{}", with_separators(count), count == 1 ? "" : "s");
-        parts.back() += ",";
-    }
-    if (parts.empty())
-        return "";
-    parts.back().pop_back();
-    return wrapped("interrupted: ", parts);
+    if (one.object.kind != object_kind::queue)
+        return fmt::format("interrupts {}", name_of(one.object));
+    const size_t count = one.destinations.size();
+    return fmt::format("interrupts {}: {} destination{}", name_of(one.object), with_separators(count),
+                       count == 1 ? "" : "s");
+}
+
+std::string text_of(const std::vector<interruption> &interrupted, const page &page)
+{
+    const size_t most = std::min(interrupted.size(), page.most_rows.value_or(interrupted.size()));
+    std::string text;
+    for (const interruption &one : std::span(interrupted).first(most))
+        text += line_on(page, text_of(one));
+    if (most < interrupted.size())
+        text += line_on(
+            page, fmt::format("interrupts {} more; --all shows them", with_separators(interrupted.size() - most)));
+    return text;
 }
 
 void warn_of(const std::vector<discrepancy> &found, result &done)
@@ -90,7 +95,7 @@ public:
         refuse();
         for (const fields &step : done_.shown.at("steps"))
             text_ += step.text() + "\n";
-        text_ += interruptions_text(plan_.interrupted);
+        text_ += text_of(plan_.interrupted, session_.output_page());
         return take_result();
     }
 
@@ -104,7 +109,7 @@ public:
             restore();
             return take_result();
         }
-        text_ = text_of(differences_, session_.output_page()) + interruptions_text(plan_.interrupted);
+        text_ = text_of(differences_, session_.output_page()) + text_of(plan_.interrupted, session_.output_page());
         warn_of(new_discrepancies(model_of(session_)), done_);
         return take_result();
     }

@@ -4,13 +4,10 @@
 #include "kelctl/change/node_model.h"
 #include "kelctl/commands/commands.h"
 #include "kelctl/session/session.h"
-#include "kelctl/terminal/text.h"
 #include "kelctl/values/ic_port.h"
 #include "kelctl/values/limits.h"
 #include "kelctl/values/mp_id.h"
 #include "kelctl/values/quantity.h"
-
-#include <fmt/core.h>
 
 #include <algorithm>
 #include <map>

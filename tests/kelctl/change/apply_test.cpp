@@ -133,7 +133,7 @@ TEST_F(Apply, DryRunShowsTheStepsAndDoesNothing)
     EXPECT_EQ(done.status, exit_done);
     EXPECT_EQ(done.text->text(), "ebcom path remove 02:00:00:02:00:01 --port RLU1P\n"
                                  "ebcom path add 02:00:00:02:00:01 --port RLU1P --rate \"9 Mbit/s\" --burst \"4 KiB\"\n"
-                                 "interrupted: queue of RLU1P (6) with 1 destination\n");
+                                 "interrupts queue of RLU1P (6): 1 destination\n");
     EXPECT_EQ(bare_now(), before);
     EXPECT_EQ(done.shown.find("applied"), nullptr);
 }

@@ -65,7 +65,7 @@ TEST_F(Change, ShellOfANodeFileComparesAndAppliesAndGoesDownClean)
                                        "changed  queue of RLU1P (6)\n"
                                        "         from rate 100 Mbit/s\n"
                                        "         to   rate 200 Mbit/s\n"
-                                       "interrupted: queue of RLU1P (6) with 1 destination\n"
+                                       "interrupts queue of RLU1P (6): 1 destination\n"
                                        "nothing differs\n"
                                        "port  name   rate        burst   threshold  paths  shapers\n"
                                        "   6  RLU1P  200 Mbit/s  64 KiB  5000 KiB       1        0\n"));
