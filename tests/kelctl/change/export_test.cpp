@@ -175,7 +175,7 @@ TEST_F(Export, ValuesBeyondTheLimitsNeedAScript)
     run({"pcep start",
          "pcep add 7 --raw --remote-id 9 --local 02:00:00:03:00:01 --remote 02:00:00:02:00:01 --vlan 5000"});
     EXPECT_THAT(messages_of(exported_node(false, here).errors),
-                ElementsAre("a node file cannot say this: vlan: 5000 is not in 0 to 4095"));
+                ElementsAre("a node file cannot say this: vlan: 5000 is not in the range 0 to 4095"));
     EXPECT_THAT(exported_node(true, here).text, HasSubstr("pcep add --raw 7 "));
 }
 
