@@ -13,9 +13,11 @@
 class held_node
 {
 public:
-    explicit held_node(const std::string &text, const std::vector<std::string> &options = {}) : file_("node.toml", text)
+    explicit held_node(const std::string &text, const std::vector<std::string> &options = {},
+                       const std::vector<std::string> &through = {})
+        : file_("node.toml", text)
     {
-        start(options);
+        start(options, through);
     }
 
     void start(const std::vector<std::string> &options = {}, const std::vector<std::string> &through = {})
@@ -23,7 +25,7 @@ public:
         program_.emplace(program_run{.arguments = with({"up", "node.toml", "--hold", "--name", name()}, options),
                                      .folder = folder(),
                                      .through = through});
-        EXPECT_TRUE(program_->shows("olding")) << "the node is not held"; // in a text or in JSON
+        EXPECT_TRUE(program_->shows(name())) << "the node is not held"; // as a text or as JSON
     }
 
     const std::string &folder() const

@@ -257,6 +257,72 @@ TEST(StandingNode, WhatAFailureLeftIsKeptByDownAsWell)
     EXPECT_EQ(kelctl.finish().status, 1);
 }
 
+// ---- The file again ----
+
+// Without a terminal, as a service.
+class Reload : public testing::Test
+{
+protected:
+    std::string paths()
+    {
+        return node.ask({"ebcom", "path", "list"}).out;
+    }
+
+    void change_file(const std::string &text)
+    {
+        std::ofstream(node.folder() + "/node.toml") << text;
+        node.program().signal(SIGHUP);
+    }
+
+    held_node node{small_node, {}, {"setsid"}};
+};
+
+TEST_F(Reload, HangupWithoutATerminalAppliesTheFile)
+{
+    EXPECT_EQ(node.ask({"group", "add", "301"}).status, 0);
+    change_file(small_node + "[[path]]\ndst_mac = \"02:00:00:02:00:42\"\nport = \"RLU2P\"\n");
+    ASSERT_TRUE(node.program().shows("02:00:00:02:00:42"));
+    EXPECT_THAT(paths(), HasSubstr("02:00:00:02:00:42"));
+    EXPECT_EQ(node.ask({"diff", "node.toml"}).status, 0);
+    const auto outcome = node.end(SIGTERM);
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_THAT(outcome.out, EndsWith(empty_again));
+}
+
+TEST_F(Reload, WrongFileChangesNothingAndSaysWhy)
+{
+    const std::string before = paths();
+    change_file(small_node + "[[path]]\ndst_mac = \"02:00:00:02:00:42\"\nport = \"nowhere\"\n");
+    ASSERT_TRUE(node.program().shows("nothing was changed"));
+    EXPECT_EQ(paths(), before);
+    const auto outcome = node.end(SIGTERM);
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(outcome.err, HasSubstr("node.toml:22:8: port: unknown port"));
+    EXPECT_THAT(outcome.out, EndsWith(empty_again));
+}
+
+TEST_F(Reload, StepThatFailsLeavesTheOldNode)
+{
+    const std::string before = paths();
+    EXPECT_EQ(node.ask({"fault", "add", "ork_ebcom_pcep_path_create=-4"}).status, 0);
+    change_file(small_node + "[[path]]\ndst_mac = \"02:00:00:02:00:42\"\nport = \"RLU2P\"\n");
+    ASSERT_TRUE(node.program().shows("failed:"));
+    EXPECT_EQ(paths(), before);
+    EXPECT_EQ(node.end(SIGTERM).status, 0);
+}
+
+TEST(StandingNode, HangupOfItsTerminalTakesItDown)
+{
+    const file_in_folder file("node.toml", small_node);
+    terminal_session up(
+        {.arguments = {"up", "node.toml", "--hold", "--name", file.node_name()}, .folder = file.folder()});
+    up.wait_for("until Ctrl-C.");
+    up.send(SIGHUP);
+    up.wait_for("Taken down.");
+    EXPECT_EQ(up.wait_for_end(), 0);
+}
+
 // ---- Files ----
 
 // The file of the same name beside the node is another one.
@@ -331,8 +397,9 @@ TEST(StandingNode, ReadsTheWordsItself)
 {
     const held_node node(small_node);
     sockets::client client(node.socket(), {"kelctl", 1});
-    EXPECT_EQ(client.ask(R"({"command":["pcep","stats","900"]})"), R"({"error":"ID: 900 is not in 1 to 511"})");
-    EXPECT_THAT(client.ask(R"({"command":["nothing"]})"), HasSubstr(R"({"error":"there is no command)"));
+    EXPECT_EQ(client.ask(R"({"command":["pcep","stats","900"]})"),
+              R"({"error":"ID: 900 is not in the range 1 to 511"})");
+    EXPECT_THAT(client.ask(R"({"command":["nothing"]})"), HasSubstr(R"({"error":"unknown command)"));
     EXPECT_THAT(client.ask(R"({"command":[]})"), HasSubstr(R"({"error":)"));
     EXPECT_THAT(client.ask(R"({"ask":"more"})"), HasSubstr(R"({"error":"there is no question)"));
     EXPECT_THAT(client.ask(R"([])"), HasSubstr(R"({"error":)"));
@@ -416,7 +483,7 @@ TEST(StandingNode, NameThatIsNoneIsRefused)
     };
     EXPECT_THAT(refused({"up", ".toml", "--hold", "--name", "a/b"}), StartsWith("kelctl: --name: \"a/b\" cannot be"));
     EXPECT_THAT(refused({"up", ".toml", "--hold"}), HasSubstr("; --name gives another"));
-    EXPECT_THAT(refused({"up", ".toml", "--name", "a"}), HasSubstr("--name needs --hold as well"));
+    EXPECT_THAT(refused({"up", ".toml", "--name", "a"}), HasSubstr("--name requires --hold"));
     const auto group = run_kelctl(
         {.arguments = {"up", ".toml", "--hold", "--name", "a", "--group", "no-such-group"}, .folder = file.folder()});
     EXPECT_EQ(group.err, "kelctl: there is no group \"no-such-group\"\n");
