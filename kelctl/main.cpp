@@ -1,4 +1,5 @@
 // kelctl: from the program's arguments to a command, and from its result to the exit status.
+#include "kelctl/accelerator/software_accelerator.h"
 #include "kelctl/commands/commands.h"
 #include "kelctl/language/command_line.h"
 #include "kelctl/language/completion.h"
@@ -37,6 +38,7 @@ std::vector<word> words_of_arguments(int argc, char **argv)
 }
 
 constexpr std::string_view node_option = "--node";
+constexpr std::string_view softnode_option = "--softnode";
 
 completion node_names(const std::string &begun)
 {
@@ -57,6 +59,13 @@ known_words words_of_node(const std::string &name)
     }
 }
 
+void offer_options_before_command(const std::string &begun, completion &found)
+{
+    for (const auto &[option, means] : options_before_command())
+        if (option.starts_with(begun))
+            found.candidates.push_back({std::string(option.substr(0, option.find(' '))), std::string(means)});
+}
+
 // Asked by the completion scripts: with the words before the one that is being typed, and that one.
 int offer(std::vector<word> words)
 {
@@ -67,11 +76,17 @@ int offer(std::vector<word> words)
         write(stdout, lines_of(node_names(begun)));
         return exit_done;
     }
+    if (!words.empty() && words.back().text == softnode_option) {
+        write(stdout, lines_of({.files = true}));
+        return exit_done;
+    }
+    const bool first = words.empty();
     const auto node = take_option_before_command(words, node_option);
+    take_option_before_command(words, softnode_option);
     const known_words known = node ? words_of_node(*node) : known_words{};
     completion found = complete(commands(), words, begun, known, source::program);
-    if (words.empty() && !node && begun.starts_with("-") && node_option.starts_with(begun))
-        found.candidates.push_back({std::string(node_option), "name of a node that another process holds"});
+    if (first && begun.starts_with("-"))
+        offer_options_before_command(begun, found);
     write(stdout, lines_of(found));
     return exit_done;
 }
@@ -100,6 +115,11 @@ int run(std::vector<word> words)
         return offer({words.begin() + 1, words.end()});
     try {
         const auto name = take_option_before_command(words, node_option);
+        const auto path = take_option_before_command(words, softnode_option);
+        if (name && path)
+            throw wrong_line("--node and --softnode name different processes; one of them is enough", 0);
+        if (path)
+            ask_accelerator_at(*path);
         const invocation asked = parse(commands(), words, source::program);
         remote_node node(name.value_or(""));
         session session(commands(), source::program, asked.shown);

@@ -1,6 +1,7 @@
-// The weak references to the software accelerator's control functions.
+// The software accelerator's control functions: of this process through weak references, or of another one over its socket.
 #include "kelctl/accelerator/software_accelerator.h"
 
+#include "kelctl/accelerator/remote_accelerator.h"
 #include "notation/json.h"
 #include "softnode/softnode.h"
 
@@ -39,6 +40,9 @@ namespace kelctl
 namespace
 {
 
+// In another process; none: in this one.
+std::optional<remote_accelerator> elsewhere;
+
 // Takes a text of the accelerator's; none when it has none.
 std::optional<std::string> taken(char *text)
 {
@@ -51,6 +55,24 @@ std::optional<notation::document> taken_document(char *text)
 {
     const auto json = taken(text);
     return json ? std::optional(notation::read_json(*json)) : std::nullopt;
+}
+
+// What a function without arguments returns, a document. None where there is no such function.
+std::optional<notation::document> document_of(std::string_view function, char *(*here)())
+{
+    if (elsewhere)
+        return elsewhere->call(function);
+    return here ? taken_document(here()) : std::nullopt;
+}
+
+std::optional<std::string> text_unless_null(const notation::document &value)
+{
+    return value.is_null() ? std::nullopt : std::optional(value.text());
+}
+
+offered met(int32_t code)
+{
+    return code == 0 ? offered::taken : offered::unknown;
 }
 
 // What the accelerator hands through itself: the scenario, and the last note, which it only borrows.
@@ -71,44 +93,61 @@ static_assert(SOFTNODE_DROP_TOO_LONG == 0 && SOFTNODE_DROP_NO_QUEUE == std::size
 
 } // namespace
 
+void ask_accelerator_at(const std::string &path)
+{
+    elsewhere.emplace(path);
+}
+
+bool accelerator_elsewhere()
+{
+    return elsewhere.has_value();
+}
+
 bool on_software_accelerator()
 {
-    return softnode_reset != nullptr;
+    return elsewhere || softnode_reset;
 }
 
 std::optional<std::string> switch_on_accelerator()
 {
-    return softnode_switch_on ? taken(softnode_switch_on()) : std::nullopt;
+    return softnode_switch_on && !elsewhere ? taken(softnode_switch_on()) : std::nullopt;
 }
 
 std::optional<notation::document> accelerator_limits()
 {
-    return softnode_limits_json ? taken_document(softnode_limits_json()) : std::nullopt;
+    return document_of("limits", softnode_limits_json);
 }
 
 std::optional<notation::document> accelerator_snapshot()
 {
-    return softnode_snapshot_json ? taken_document(softnode_snapshot_json()) : std::nullopt;
+    return document_of("snapshot", softnode_snapshot_json);
 }
 
 std::optional<notation::document> accelerator_queues()
 {
-    return softnode_queues_json ? taken_document(softnode_queues_json()) : std::nullopt;
+    return document_of("queues", softnode_queues_json);
 }
 
 offered offer_frames(const mac_address &to, uint64_t frames, uint32_t octets)
 {
-    return softnode_traffic_offer(to.octets.data(), frames, octets) == 0 ? offered::taken : offered::unknown;
+    if (!elsewhere)
+        return met(softnode_traffic_offer(to.octets.data(), frames, octets));
+    return met(
+        elsewhere->call("traffic_offer", {{"mac", to_text(to)}, {"frames", frames}, {"octets_per_frame", octets}})
+            .number<int32_t>());
 }
 
 offered send_frames(uint32_t from, uint64_t frames, uint32_t octets)
 {
-    return softnode_traffic_send(from, frames, octets) == 0 ? offered::taken : offered::unknown;
+    if (!elsewhere)
+        return met(softnode_traffic_send(from, frames, octets));
+    return met(elsewhere->call("traffic_send", {{"id", from}, {"frames", frames}, {"octets_per_frame", octets}})
+                   .number<int32_t>());
 }
 
 offered offer_frame(const mac_address &to, uint32_t octets, uint64_t identity)
 {
-    return softnode_traffic_offer_one(to.octets.data(), octets, identity) == 0 ? offered::taken : offered::unknown;
+    return met(softnode_traffic_offer_one(to.octets.data(), octets, identity));
 }
 
 frame_watch::frame_watch(frame_watcher watcher) : watcher_(std::move(watcher))
@@ -132,59 +171,80 @@ frame_watch::~frame_watch()
 
 void advance_virtual_time(uint64_t by)
 {
-    softnode_time_advance(by);
+    if (elsewhere)
+        elsewhere->call("time_advance", {{"nanoseconds", by}});
+    else
+        softnode_time_advance(by);
 }
 
 uint64_t virtual_time()
 {
-    return softnode_time();
+    return elsewhere ? elsewhere->call("time").number<uint64_t>() : softnode_time();
 }
 
 bool timing_settled(uint32_t milliseconds)
 {
+    if (elsewhere)
+        return elsewhere->call("timing_settle", {{"milliseconds", milliseconds}}).number<int>() == 1;
     return softnode_timing_settle && softnode_timing_settle(milliseconds) == 1;
 }
 
 std::optional<std::string> add_accelerator_faults(const std::string &rules)
 {
-    return taken(softnode_faults_add(rules.c_str()));
+    return elsewhere ? text_unless_null(elsewhere->call("faults_add", {{"rules", rules}}))
+                     : taken(softnode_faults_add(rules.c_str()));
 }
 
 std::optional<problem> add_accelerator_faults_of(const std::string &text)
 {
     position at;
-    auto wrong = taken(softnode_faults_add_text(text.data(), text.size(), &at.line, &at.column));
-    return wrong ? std::optional<problem>({at, std::move(*wrong)}) : std::nullopt;
+    if (!elsewhere) {
+        auto wrong = taken(softnode_faults_add_text(text.data(), text.size(), &at.line, &at.column));
+        return wrong ? std::optional<problem>({at, std::move(*wrong)}) : std::nullopt;
+    }
+    const notation::document wrong = elsewhere->call("faults_add_text", {{"text", text}});
+    if (wrong.is_null())
+        return std::nullopt;
+    at = {wrong.at("line").number<uint32_t>(), wrong.at("column").number<uint32_t>()};
+    return problem{at, wrong.at("problem").text()};
 }
 
 notation::document accelerator_faults()
 {
-    return taken_document(softnode_faults_json()).value_or(notation::document::array());
+    return document_of("faults", softnode_faults_json).value_or(notation::document::array());
 }
 
 notation::document accelerator_fault_functions()
 {
-    return taken_document(softnode_fault_functions_json()).value_or(notation::document::array());
+    return document_of("fault_functions", softnode_fault_functions_json).value_or(notation::document::array());
 }
 
 void clear_accelerator_faults()
 {
-    softnode_faults_clear();
+    if (elsewhere)
+        elsewhere->call("faults_clear");
+    else
+        softnode_faults_clear();
 }
 
 uint32_t release_accelerator_faults()
 {
-    return softnode_faults_release();
+    return elsewhere ? elsewhere->call("faults_release").number<uint32_t>() : softnode_faults_release();
 }
 
 std::optional<std::string> accelerator_graph()
 {
+    if (elsewhere)
+        return elsewhere->call("graph").text();
     return softnode_graph_dot ? taken(softnode_graph_dot()) : std::nullopt;
 }
 
 void reset_accelerator()
 {
-    softnode_reset();
+    if (elsewhere)
+        elsewhere->call("reset");
+    else
+        softnode_reset();
 }
 
 std::optional<notation::document> sweep_accelerator(const sweep_scenario &scenario, const sweep_watcher &go_on)

@@ -1,5 +1,5 @@
-// The software accelerator's own services, where the process runs on it. The only place that knows softnode.h, and that its
-// documents come as JSON.
+// The software accelerator's own services, where the process runs on it, or those of another process that runs on it. The
+// only place that knows softnode.h, and that its documents come as JSON.
 //
 // On a vendor's platform there are none of them. Commands that need them say so in their row of the table, and are not
 // carried out there; whatever else asks gets nothing.
@@ -18,7 +18,12 @@
 namespace kelctl
 {
 
-// Whether the process runs on it.
+// From now on everything here is asked of the process that serves this socket, and throws std::runtime_error when it does
+// not answer. Frames with an identity, what becomes of them, and sweeps stay with this process.
+void ask_accelerator_at(const std::string &path);
+bool accelerator_elsewhere();
+
+// Whether the process that is asked runs on it.
 bool on_software_accelerator();
 
 // What is wrong with the fault rules of the environment: the accelerator ends the process when it is used.

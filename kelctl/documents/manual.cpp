@@ -98,7 +98,7 @@ std::string program_manual(const command_table &table, std::string_view version)
 {
     roff_page page("kelctl", 1, "kelctl", version, "control process of a node's packet accelerator");
     page.section("SYNOPSIS");
-    page.text("kelctl [--node NAME] COMMAND [ARGUMENT]...");
+    page.text("kelctl [--node NAME | --softnode PATH] COMMAND [ARGUMENT]...");
     page.section("DESCRIPTION");
     page.text(description);
     page.section("OPTIONS");

@@ -99,6 +99,7 @@ struct command {
     bool needs_accelerator = false;        // the software one: on a vendor's platform it does not apply
     bool offline = false;                  // uses no node, and so does not care whether there can be one
     place carried_out = place::node;       // with --node; filled in as `asking` for one that uses no node
+    bool carries_out_others = false;       // commands, each of which counts by itself
 
     bool allowed_in(source where) const;
     const argument *find_argument(std::string_view argument_name) const; // options that every command has included

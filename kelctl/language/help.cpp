@@ -27,6 +27,7 @@ constexpr meaning statuses[] = {
 
 constexpr meaning node_options[] = {
     {"--node NAME", "let the process that holds this node carry the command out; see \"nodes\""},
+    {"--softnode PATH", "ask the process on the software accelerator that serves this socket"},
 };
 
 constexpr meaning program_options[] = {
@@ -40,6 +41,7 @@ constexpr meaning variables[] = {
     {"XDG_STATE_HOME", "where the shell keeps its history"},
     {"KEL_SOFTNODE_FAULTS", "fault rules of the software accelerator, such as "
                             "\"ork_ebcom_pcep_path_create:3=-4\", or \"@FILE\" for a file of rules"},
+    {"KEL_SOFTNODE_SOCKET", "socket at which a process on the software accelerator can be asked, with --softnode"},
 };
 
 std::string in_usage(const argument &argument)
@@ -228,7 +230,7 @@ std::string help_of_words(const command_table &table, std::string_view words, so
         return section(heading, rows_of(meanings), width);
     };
     if (words.empty() && where == source::program)
-        return wrapped("", about, width) + "\nUsage: kelctl [--node NAME] COMMAND ...\n" +
+        return wrapped("", about, width) + "\nUsage: kelctl [--node NAME | --softnode PATH] COMMAND ...\n" +
                overview(table, where, width) + listed("Before a command", node_options) +
                listed("Instead of a command", program_options) + listed("Exit status", statuses) +
                listed("Environment", variables) + "\n" +

@@ -23,9 +23,19 @@ namespace kelctl
 namespace
 {
 
-bool applies(const invocation &asked)
+bool uses_accelerator_only(const command &row)
 {
-    return !asked.row->needs_accelerator || on_software_accelerator();
+    return row.offline || row.carries_out_others || (row.needs_accelerator && row.carried_out == place::node);
+}
+
+// Why the command cannot be carried out; empty: it can.
+std::string obstacle_to(const command &row)
+{
+    if (row.needs_accelerator && !on_software_accelerator())
+        return fmt::format("\"{}\" requires the software accelerator", row.name);
+    if (accelerator_elsewhere() && !uses_accelerator_only(row))
+        return fmt::format("\"{}\" requires more than the software accelerator of another process", row.name);
+    return "";
 }
 
 std::vector<input_error> mp_id_warnings()
@@ -89,7 +99,7 @@ result session::carry_out(const invocation &asked, const std::string &file)
     const source here = where;
     show_as(asked.shown);
     result around = {.text = ""}; // warnings of what surrounds the program's command
-    const bool program = here == source::program && !elsewhere;
+    const bool program = here == source::program && !elsewhere && !accelerator_elsewhere();
     if (program)
         show_part(around, {.text = "", .warnings = mp_id_warnings()}, {});
     result done = perform(asked);
@@ -169,8 +179,8 @@ result session::perform(const invocation &asked)
 
 result session::perform_here(const invocation &asked)
 {
-    if (!applies(asked))
-        return refused(fmt::format("\"{}\" requires the software accelerator", asked.row->name));
+    if (std::string why = obstacle_to(*asked.row); !why.empty())
+        return refused(std::move(why));
     if (auto wrong = asked.row->offline || elsewhere ? std::nullopt : switch_on_accelerator())
         return wrong_use(std::move(*wrong));
     return asked.chosen->run(asked, *this);
