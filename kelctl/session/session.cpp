@@ -190,7 +190,9 @@ result session::perform_elsewhere(const invocation &asked)
 {
     if (asked.row->carried_out == place::nowhere)
         return refused(fmt::format("\"{}\" cannot be asked of the node of another process", asked.row->name));
-    answer answered = elsewhere->carry_out(asked, {output_page(), shown_.trace});
+    invocation sent = asked;
+    sent.expected.reset(); // the code is compared here
+    answer answered = elsewhere->carry_out(sent, {output_page(), shown_.trace});
     tracer_elsewhere_ = answered.tracer_installed;
     if (shown_.trace)
         report_missing_tracer();

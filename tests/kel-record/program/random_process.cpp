@@ -251,7 +251,8 @@ int main(int argc, char **argv)
 {
     if (argc != 3)
         return 2;
-    kelctl::trace_log log(stderr);
+    kelctl::trace_log log;
+    log.pass_to([](const kelctl::trace_entry &entry) { fmt::print(stderr, "{}", kelctl::text_line(entry)); });
     generator.seed(static_cast<uint32_t>(std::atoi(argv[1])));
     bool started = false;
     for (int i = 0; i < std::atoi(argv[2]); ++i) {
