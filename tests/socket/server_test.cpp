@@ -189,7 +189,7 @@ TEST(Server, AnswersWhatItsOwnerThrowsAsAnError)
     raw_client client(node);
     client.send(std::string("\0\xff garbage\n", 11));
     EXPECT_EQ(client.line(), hello);
-    EXPECT_EQ(client.line(), R"({"error":"no JSON"})");
+    EXPECT_EQ(client.line(), R"({"error":"not JSON"})");
     client.send("{}\n");
     EXPECT_EQ(client.line(), "{}");
 }

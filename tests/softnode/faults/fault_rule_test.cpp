@@ -183,7 +183,7 @@ TEST(FaultRule, MayBlockFunctionsOfTheTimingUnitOnly)
             EXPECT_TRUE(good(rule).effects.block);
         else
             expect_problem(rule, name.size() + 1,
-                           "only functions of the timing unit, vorn_tu_..., can block: the other libraries answer at "
+                           "only functions of the timing unit, vorn_tu_..., can block: the other libraries return at "
                            "once");
     }
 }

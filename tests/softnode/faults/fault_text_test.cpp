@@ -112,7 +112,7 @@ TEST(FaultFile, ProblemsComeWithLineAndColumn)
 {
     EXPECT_EQ(problem_of_file("kel_init_attach:0=10"), std::string(":1:17: ") + call_problem);
     EXPECT_EQ(problem_of_file("# a\n\n  ork_bind=-1; kel_init_attach:0=10\n"), std::string(":3:32: ") + call_problem);
-    EXPECT_EQ(problem_of_file("\nork_bind=latency:1us,\n").find(":2:22: the effect is neither "), 0U);
+    EXPECT_EQ(problem_of_file("\nork_bind=latency:1us,\n").find(":2:22: the effect is not "), 0U);
 }
 
 TEST(FaultFile, ThatCannotBeReadIsToldWithTheReason)

@@ -49,9 +49,8 @@ TEST(FaultsFromTheEnvironment, MayBeEmpty)
 TEST(FaultsFromTheEnvironment, EndTheProcessWhenTheyCannotBeRead)
 {
     const Outcome outcome = run_with_faults("kel_init_attach:2=10;kel_init_attach=ten");
-    EXPECT_EQ(outcome.output, "libkel-softnode: KEL_SOFTNODE_FAULTS: \"kel_init_attach=ten\": the effect is neither "
-                              "a result, a number from -2147483648 to 4294967295, nor latency:NUMBER with its unit, "
-                              "nor block\n");
+    EXPECT_EQ(outcome.output, "libkel-softnode: KEL_SOFTNODE_FAULTS: \"kel_init_attach=ten\": the effect is not a "
+                              "result (-2147483648 to 4294967295), latency:NUMBER with a unit, or block\n");
     EXPECT_EQ(outcome.status, 2);
 }
 

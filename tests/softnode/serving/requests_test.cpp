@@ -130,7 +130,7 @@ TEST_F(Requests, SwitchTheNodeOffAndOn)
 
 TEST_F(Requests, SayWhatIsWrong)
 {
-    EXPECT_EQ(refusal_of("time"), "no JSON");
+    EXPECT_EQ(refusal_of("time"), "not JSON");
     EXPECT_EQ(refusal_of("[]"), "a request is an object with \"function\", a text");
     EXPECT_EQ(refusal_of(R"({"function":1})"), "a request is an object with \"function\", a text");
     EXPECT_EQ(refusal_of(R"({"function":"tide"})").substr(0, 59),
