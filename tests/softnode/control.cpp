@@ -12,14 +12,9 @@ std::string taken(char *text)
     return owner ? owner.get() : "";
 }
 
-nlohmann::json json_of(std::string_view text)
+notation::document look_into_node()
 {
-    return nlohmann::json::parse(text);
-}
-
-nlohmann::json look_into_node()
-{
-    return json_of(taken(softnode_snapshot_json()));
+    return notation::read_json(taken(softnode_snapshot_json()));
 }
 
 std::string add_faults(const char *rules)
@@ -32,9 +27,9 @@ std::string add_fault_file(const char *file)
     return taken(softnode_faults_add_file(file));
 }
 
-nlohmann::json fault_rules()
+notation::document fault_rules()
 {
-    return json_of(taken(softnode_faults_json()));
+    return notation::read_json(taken(softnode_faults_json()));
 }
 
 ControlledNode::ControlledNode()
@@ -50,11 +45,10 @@ void ControlledNode::switch_on_afresh()
     ork = attach.ork_handle;
 }
 
-nlohmann::json ControlledNode::held()
+notation::document ControlledNode::held()
 {
-    nlohmann::json document = look_into_node();
-    document.erase("calls");
-    document.erase("faults");
+    notation::document document = look_into_node();
+    std::erase_if(document.members(), [](const auto &one) { return one.name == "calls" || one.name == "faults"; });
     return document;
 }
 

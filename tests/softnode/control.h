@@ -4,31 +4,29 @@
 #ifndef TESTS_SOFTNODE_CONTROL_H
 #define TESTS_SOFTNODE_CONTROL_H
 
+#include "notation/json.h"
 #include "platform/kel_init.h"
 #include "platform/ork.h"
 #include "softnode/softnode.h"
+#include "tests/notation/print.h"
 
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <cstdint>
 #include <string>
-#include <string_view>
 
 /* Takes over a text that the control interface made; empty for null. */
 std::string taken(char *text);
 
-nlohmann::json json_of(std::string_view text);
-
 /* The node's snapshot. */
-nlohmann::json look_into_node();
+notation::document look_into_node();
 
 /* What is wrong with the rules; empty when they were added. */
 std::string add_faults(const char *rules);
 std::string add_fault_file(const char *file);
 
 /* The rules, and how many calls met each. */
-nlohmann::json fault_rules();
+notation::document fault_rules();
 
 class ControlledNode : public testing::Test
 {
@@ -38,7 +36,7 @@ protected:
     void switch_on_afresh();
 
     /* What no refused call may change: everything but the counts of calls and of faults. */
-    static nlohmann::json held();
+    static notation::document held();
 
     ork_qos_scheduler_params scheduler_params(void *parent = nullptr) const;
     void *create_scheduler(void *parent = nullptr);

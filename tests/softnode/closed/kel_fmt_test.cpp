@@ -15,6 +15,8 @@
 namespace
 {
 
+using notation::read_json;
+
 /* A caller's buffer, empty, and a document written into it. */
 class KelFmt : public ControlledNode
 {
@@ -133,7 +135,7 @@ TEST_F(KelFmt, PcepCountersAsCsv)
 
 TEST_F(KelFmt, PcepCountersAsJson)
 {
-    EXPECT_EQ(json_of(pcep_text(2)), json_of(R"({
+    EXPECT_EQ(read_json(pcep_text(2)), read_json(R"({
         "PCEP inbound statistics": {"frames_received": 1, "octets_received": 18446744073709551615,
                                     "frames_dropped": 3, "octets_dropped": 4},
         "PCEP outbound statistics": {"frames_sent": 5, "octets_sent": 6}
@@ -163,7 +165,7 @@ TEST_F(KelFmt, GlobalCountersAsCsv)
 
 TEST_F(KelFmt, GlobalCountersAsJson)
 {
-    EXPECT_EQ(json_of(global_text(2)), json_of(R"({
+    EXPECT_EQ(read_json(global_text(2)), read_json(R"({
         "EBCOM global statistics": {"frames_received": 1, "octets_received": 2, "frames_sent": 3, "octets_sent": 4,
                                     "frames_dropped": 5, "octets_dropped": 6, "paths": 7, "pceps": 8, "groups": 9}
     })"));
@@ -223,8 +225,8 @@ TEST_F(KelFmt, AServicesRecordIsPrintedAsRead)
     ebcom_global_stats stats{};
     ASSERT_EQ(ork_ebcom_global_statistics_get(ork, &stats), ORK_OK);
     ASSERT_EQ(kel_fmt_ebcom_global_stats(buffer, sizeof buffer, 2, &stats), 0U);
-    const auto counters = json_of(buffer)["EBCOM global statistics"];
-    EXPECT_EQ(counters["pceps"], 1);
-    EXPECT_EQ(counters["groups"], 1);
-    EXPECT_EQ(counters["paths"], 0);
+    const auto counters = read_json(buffer).at("EBCOM global statistics");
+    EXPECT_EQ(counters.at("pceps"), 1);
+    EXPECT_EQ(counters.at("groups"), 1);
+    EXPECT_EQ(counters.at("paths"), 0);
 }

@@ -116,7 +116,7 @@ TEST_F(KelInit, VsiIsThatOfTheEventDevice)
     kel_vsi_t vsi = 0;
     ASSERT_EQ(kel_init_eventdev_vsi_ebcom_get(&vsi), 0U);
     ASSERT_EQ(ork_ebcom_interface_create(ork, device), ORK_OK);
-    EXPECT_EQ(look_into_node()["interface"]["vsi"], vsi);
+    EXPECT_EQ(look_into_node().at("interface").at("vsi"), vsi);
     EXPECT_NE(vsi, 0);
 }
 
@@ -125,12 +125,12 @@ TEST_F(KelInit, AQueueHangsUnderItsScheduler)
     params = {1, 1000, 25'600, 64};
     ASSERT_EQ(add(create_scheduler()), 0U);
     const auto document = look_into_node();
-    const auto &queue = document["queues"][0];
-    EXPECT_EQ(queue["scheduler"], document["schedulers"][0]["handle"]);
-    EXPECT_EQ(queue["rate"], 1000);
-    EXPECT_EQ(queue["threshold"], 25'600);
-    EXPECT_EQ(queue["bucket_size"], 64);
-    EXPECT_EQ(queue["shaped"], true);
+    const auto &queue = document.at("queues")[0];
+    EXPECT_EQ(queue.at("scheduler"), document.at("schedulers")[0].at("handle"));
+    EXPECT_EQ(queue.at("rate"), 1000);
+    EXPECT_EQ(queue.at("threshold"), 25'600);
+    EXPECT_EQ(queue.at("bucket_size"), 64);
+    EXPECT_EQ(queue.at("shaped"), true);
 }
 
 TEST_F(KelInit, AddingAQueueRefusesNull)
@@ -138,7 +138,7 @@ TEST_F(KelInit, AddingAQueueRefusesNull)
     void *scheduler = create_scheduler();
     EXPECT_EQ(kel_init_qos_queue_add(nullptr, 5, scheduler, device, &untouched), 3U);
     EXPECT_EQ(kel_init_qos_queue_add(&params, 5, scheduler, device, nullptr), 3U);
-    EXPECT_TRUE(look_into_node()["queues"].empty());
+    EXPECT_TRUE(look_into_node().at("queues").empty());
 }
 
 TEST_F(KelInit, AddingAQueueRefusesAnotherModeKindOrDevice)
@@ -149,7 +149,7 @@ TEST_F(KelInit, AddingAQueueRefusesAnotherModeKindOrDevice)
     params.mode = 0;
     EXPECT_EQ(add(scheduler), 3U);
     EXPECT_EQ(untouched, &on_the_stack);
-    EXPECT_TRUE(look_into_node()["queues"].empty());
+    EXPECT_TRUE(look_into_node().at("queues").empty());
 }
 
 TEST_F(KelInit, AddingAQueueRefusesAWrongScheduler)
@@ -181,7 +181,7 @@ TEST_F(KelInit, RemovingAQueueRefusesWrongHandles)
         EXPECT_EQ(kel_init_qos_queue_rem(wrong), 3U);
     ASSERT_EQ(kel_init_qos_queue_rem(queue), 0U);
     EXPECT_EQ(kel_init_qos_queue_rem(queue), 4U);
-    EXPECT_TRUE(look_into_node()["queues"].empty());
+    EXPECT_TRUE(look_into_node().at("queues").empty());
 }
 
 TEST_F(KelInit, AQueueCanBeRemovedUnderItsPaths)
@@ -190,9 +190,9 @@ TEST_F(KelInit, AQueueCanBeRemovedUnderItsPaths)
     const ork_ebcom_pcep_path path{{2, 0, 2, 2, 0, 1}, 2, 0, queue};
     ASSERT_EQ(ork_ebcom_pcep_path_create(ork, &path), ORK_OK);
     ASSERT_EQ(kel_init_qos_queue_rem(queue), 0U);
-    const auto paths = look_into_node()["paths"];
+    const auto paths = look_into_node().at("paths");
     ASSERT_EQ(paths.size(), 1U);
-    EXPECT_TRUE(paths[0]["queue"].is_null());
+    EXPECT_TRUE(paths[0].at("queue").is_null());
 }
 
 TEST_F(KelInit, StatisticsOfAnIdleQueueAreZero)

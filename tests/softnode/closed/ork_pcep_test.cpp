@@ -54,14 +54,14 @@ TEST_F(OrkPcep, APcepReachesTheNode)
     std::uint64_t handle = 0;
     ASSERT_EQ(ork_ebcom_pcep_create(ork, &params, &handle), ORK_OK);
     EXPECT_NE(handle, 0U);
-    const auto pcep = look_into_node()["pceps"][0];
-    EXPECT_EQ(pcep["id"], 511);
-    EXPECT_EQ(pcep["remote_id"], 0xabcdef);
-    EXPECT_EQ(pcep["local_mac"], "02:00:02:03:00:01");
-    EXPECT_EQ(pcep["remote_mac"], "02:00:02:02:00:02");
-    EXPECT_EQ(pcep["vlan"], 0x123);
-    EXPECT_EQ(pcep["priority"], 5);
-    EXPECT_TRUE(pcep["target"].is_null());
+    const auto pcep = look_into_node().at("pceps")[0];
+    EXPECT_EQ(pcep.at("id"), 511);
+    EXPECT_EQ(pcep.at("remote_id"), 0xabcdef);
+    EXPECT_EQ(pcep.at("local_mac"), "02:00:02:03:00:01");
+    EXPECT_EQ(pcep.at("remote_mac"), "02:00:02:02:00:02");
+    EXPECT_EQ(pcep.at("vlan"), 0x123);
+    EXPECT_EQ(pcep.at("priority"), 5);
+    EXPECT_TRUE(pcep.at("target").is_null());
 }
 
 TEST_F(OrkPcep, CreatingRefusesNull)
@@ -70,7 +70,7 @@ TEST_F(OrkPcep, CreatingRefusesNull)
     EXPECT_EQ(ork_ebcom_pcep_create(ork, nullptr, &untouched), ORK_INVAL);
     EXPECT_EQ(ork_ebcom_pcep_create(ork, &params, nullptr), ORK_INVAL);
     EXPECT_EQ(untouched, 11U);
-    EXPECT_TRUE(look_into_node()["pceps"].empty());
+    EXPECT_TRUE(look_into_node().at("pceps").empty());
 }
 
 TEST_F(OrkPcep, CreatingRefusesImpossibleIdsAndReservedBits)
@@ -101,7 +101,7 @@ TEST_F(OrkPcep, AnIdInUseIsRefused)
 TEST_F(OrkPcep, DeletingFreesTheId)
 {
     ASSERT_EQ(ork_ebcom_pcep_delete(ork, create_pcep(1)), ORK_OK);
-    EXPECT_TRUE(look_into_node()["pceps"].empty());
+    EXPECT_TRUE(look_into_node().at("pceps").empty());
     create_group(1);
 }
 
@@ -143,12 +143,12 @@ TEST_F(OrkBind, ABindingReachesTheNode)
     const std::uint64_t pcep = create_pcep(17);
     const ork_bind_params params = binding_of(17);
     ASSERT_EQ(ork_bind(attach.sys_handle, &params), ORK_OK);
-    const auto bindings = look_into_node()["bindings"];
+    const auto bindings = look_into_node().at("bindings");
     ASSERT_EQ(bindings.size(), 1U);
-    EXPECT_EQ(bindings[0]["pcep"], 17);
+    EXPECT_EQ(bindings[0].at("pcep"), 17);
     EXPECT_EQ(ork_ebcom_pcep_delete(ork, pcep), ORK_AGAIN);
     ASSERT_EQ(ork_unbind(attach.sys_handle, &params), ORK_OK);
-    EXPECT_TRUE(look_into_node()["bindings"].empty());
+    EXPECT_TRUE(look_into_node().at("bindings").empty());
     EXPECT_EQ(ork_ebcom_pcep_delete(ork, pcep), ORK_OK);
 }
 
@@ -175,7 +175,7 @@ TEST_F(OrkBind, TheFirstArgumentIsTheSystemHandle)
     const ork_bind_params fresh = binding_of(17);
     EXPECT_EQ(ork_bind(stale, &fresh), ORK_NOTAVAIL);
     EXPECT_EQ(ork_unbind(stale, &fresh), ORK_NOTAVAIL);
-    EXPECT_TRUE(look_into_node()["bindings"].empty());
+    EXPECT_TRUE(look_into_node().at("bindings").empty());
 }
 
 TEST_F(OrkBind, RefusesNullAndAnythingReserved)
@@ -228,15 +228,15 @@ TEST_F(OrkMulticast, AGroupReachesTheNodeWithItsMembers)
     const std::uint64_t group = create_group(100);
     create_pcep(1);
     ASSERT_EQ(ork_ebcom_multicast_member_add(ork, group, 1), ORK_OK);
-    const auto groups = look_into_node()["groups"];
+    const auto groups = look_into_node().at("groups");
     ASSERT_EQ(groups.size(), 1U);
-    EXPECT_EQ(groups[0]["id"], 100);
-    EXPECT_TRUE(groups[0]["scheduler"].is_null());
-    EXPECT_EQ(groups[0]["members"], nlohmann::json{1});
+    EXPECT_EQ(groups[0].at("id"), 100);
+    EXPECT_TRUE(groups[0].at("scheduler").is_null());
+    EXPECT_EQ(groups[0].at("members"), notation::document::array({1}));
     EXPECT_EQ(ork_ebcom_multicast_group_delete(ork, group), ORK_AGAIN);
     ASSERT_EQ(ork_ebcom_multicast_member_rem(ork, group, 1), ORK_OK);
     EXPECT_EQ(ork_ebcom_multicast_group_delete(ork, group), ORK_OK);
-    EXPECT_TRUE(look_into_node()["groups"].empty());
+    EXPECT_TRUE(look_into_node().at("groups").empty());
 }
 
 TEST_F(OrkMulticast, CreatingRefusesNullImpossibleIdsAndReservedOctets)
@@ -251,7 +251,7 @@ TEST_F(OrkMulticast, CreatingRefusesNullImpossibleIdsAndReservedOctets)
     params = {100, {1}};
     EXPECT_EQ(ork_ebcom_multicast_group_create(ork, &params, &untouched, 0), ORK_INVAL);
     EXPECT_EQ(untouched, 11U);
-    EXPECT_TRUE(look_into_node()["groups"].empty());
+    EXPECT_TRUE(look_into_node().at("groups").empty());
 }
 
 TEST_F(OrkMulticast, AGroupCanHaveASchedulerWhichThenStays)
@@ -259,7 +259,7 @@ TEST_F(OrkMulticast, AGroupCanHaveASchedulerWhichThenStays)
     void *scheduler = create_scheduler();
     ASSERT_EQ(create_group_through(number_of(scheduler)), ORK_OK);
     const auto document = look_into_node();
-    EXPECT_EQ(document["groups"][0]["scheduler"], document["schedulers"][0]["handle"]);
+    EXPECT_EQ(document.at("groups")[0].at("scheduler"), document.at("schedulers")[0].at("handle"));
     EXPECT_EQ(ork_qos_scheduler_delete(ork, scheduler), ORK_AGAIN);
     ASSERT_EQ(ork_ebcom_multicast_group_delete(ork, untouched), ORK_OK);
     EXPECT_EQ(ork_qos_scheduler_delete(ork, scheduler), ORK_OK);
@@ -338,7 +338,7 @@ TEST_F(OrkMulticast, APcepCanBeDeletedAsAMemberAndItsIdRemovedAfterwards)
     const std::uint64_t pcep = create_pcep(1);
     ASSERT_EQ(ork_ebcom_multicast_member_add(ork, group, 1), ORK_OK);
     ASSERT_EQ(ork_ebcom_pcep_delete(ork, pcep), ORK_OK);
-    EXPECT_EQ(look_into_node()["groups"][0]["members"], nlohmann::json{1});
+    EXPECT_EQ(look_into_node().at("groups")[0].at("members"), notation::document::array({1}));
     EXPECT_EQ(ork_ebcom_multicast_member_rem(ork, group, 1), ORK_OK);
     EXPECT_EQ(ork_ebcom_multicast_group_delete(ork, group), ORK_OK);
 }

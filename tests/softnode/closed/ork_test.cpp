@@ -140,10 +140,10 @@ TEST_F(Ork, GlobalConfigReachesTheNode)
 {
     const ork_ebcom_global_config config{1500, 0x88b5, 0x3a, 0};
     ASSERT_EQ(ork_ebcom_global_config_set(ork, &config), ORK_OK);
-    const auto globals = look_into_node()["globals"];
-    EXPECT_EQ(globals["mtu"], 1500);
-    EXPECT_EQ(globals["ether_type"], 0x88b5);
-    EXPECT_EQ(globals["settings"], (nlohmann::json{0xa, 0x3}));
+    const auto globals = look_into_node().at("globals");
+    EXPECT_EQ(globals.at("mtu"), 1500);
+    EXPECT_EQ(globals.at("ether_type"), 0x88b5);
+    EXPECT_EQ(globals.at("settings"), notation::document::array({0xa, 0x3}));
 }
 
 TEST_F(Ork, GlobalConfigRefusesNullAndAReservedOctet)
@@ -151,17 +151,17 @@ TEST_F(Ork, GlobalConfigRefusesNullAndAReservedOctet)
     const ork_ebcom_global_config reserved{1500, 0x88b5, 0, 1};
     EXPECT_EQ(ork_ebcom_global_config_set(ork, nullptr), ORK_INVAL);
     EXPECT_EQ(ork_ebcom_global_config_set(ork, &reserved), ORK_INVAL);
-    EXPECT_TRUE(look_into_node()["globals"].is_null());
+    EXPECT_TRUE(look_into_node().at("globals").is_null());
 }
 
 TEST_F(Ork, ThereIsOneInterface)
 {
     EXPECT_EQ(ork_ebcom_interface_delete(ork, device), ORK_NOTAVAIL);
     EXPECT_EQ(ork_ebcom_interface_create(ork, device), ORK_OK);
-    EXPECT_EQ(look_into_node()["interface"]["eth_dev_id"], device);
+    EXPECT_EQ(look_into_node().at("interface").at("eth_dev_id"), device);
     EXPECT_EQ(ork_ebcom_interface_create(ork, device), ORK_AGAIN);
     EXPECT_EQ(ork_ebcom_interface_delete(ork, device), ORK_OK);
-    EXPECT_TRUE(look_into_node()["interface"].is_null());
+    EXPECT_TRUE(look_into_node().at("interface").is_null());
 }
 
 TEST_F(Ork, AnInterfaceNeedsTheEventDevice)
@@ -191,7 +191,7 @@ TEST_F(Ork, GlobalStatisticsOverwriteTheWholeRecord)
 TEST_F(Ork, TimestampOffsetReachesTheNode)
 {
     EXPECT_EQ(ork_ebcom_timestamp_offset_set(ork, INT64_MIN), ORK_OK);
-    EXPECT_EQ(look_into_node()["timestamp_offset"], INT64_MIN);
+    EXPECT_EQ(look_into_node().at("timestamp_offset"), INT64_MIN);
 }
 
 TEST_F(Ork, CreatingAPathAgainChangesIt)
@@ -203,9 +203,9 @@ TEST_F(Ork, CreatingAPathAgainChangesIt)
     path.queue_hdl = add_queue(scheduler);
     ASSERT_EQ(ork_ebcom_pcep_path_create(ork, &path), ORK_OK);
     const auto document = look_into_node();
-    ASSERT_EQ(document["paths"].size(), 1U);
-    EXPECT_EQ(document["paths"][0]["type"], 1);
-    EXPECT_EQ(document["paths"][0]["queue"], document["queues"][1]["handle"]);
+    ASSERT_EQ(document.at("paths").size(), 1U);
+    EXPECT_EQ(document.at("paths")[0].at("type"), 1);
+    EXPECT_EQ(document.at("paths")[0].at("queue"), document.at("queues")[1].at("handle"));
 }
 
 TEST_F(Ork, APathRefusesNullAndImpossibleTypes)
@@ -216,7 +216,7 @@ TEST_F(Ork, APathRefusesNullAndImpossibleTypes)
         path.pcepType = type;
         EXPECT_EQ(ork_ebcom_pcep_path_create(ork, &path), ORK_INVAL);
     }
-    EXPECT_TRUE(look_into_node()["paths"].empty());
+    EXPECT_TRUE(look_into_node().at("paths").empty());
 }
 
 TEST_F(Ork, APathRefusesAWrongQueue)
@@ -239,7 +239,7 @@ TEST_F(Ork, APathIsDeletedByItsAddressWhateverElseTheRecordHolds)
     path.pcepType = 99;
     path.queue_hdl = nullptr;
     EXPECT_EQ(ork_ebcom_pcep_path_delete(ork, &path), ORK_OK);
-    EXPECT_TRUE(look_into_node()["paths"].empty());
+    EXPECT_TRUE(look_into_node().at("paths").empty());
 }
 
 TEST_F(Ork, DeletingAPathThatIsNotThereIsRefused)
@@ -253,9 +253,9 @@ TEST_F(Ork, SchedulersFormATree)
 {
     void *top = create_scheduler();
     create_scheduler(top);
-    const auto schedulers = look_into_node()["schedulers"];
-    EXPECT_TRUE(schedulers[0]["parent"].is_null());
-    EXPECT_EQ(schedulers[1]["parent"], schedulers[0]["handle"]);
+    const auto schedulers = look_into_node().at("schedulers");
+    EXPECT_TRUE(schedulers[0].at("parent").is_null());
+    EXPECT_EQ(schedulers[1].at("parent"), schedulers[0].at("handle"));
     EXPECT_EQ(ork_qos_scheduler_delete(ork, top), ORK_AGAIN);
 }
 
@@ -270,7 +270,7 @@ TEST_F(Ork, CreatingASchedulerRefusesNullAnotherDeviceAndOtherModes)
     ++params.schedulingMode;
     EXPECT_EQ(ork_qos_scheduler_create(ork, &params, 0, &untouched), ORK_INVAL);
     EXPECT_EQ(untouched, &on_the_stack);
-    EXPECT_TRUE(look_into_node()["schedulers"].empty());
+    EXPECT_TRUE(look_into_node().at("schedulers").empty());
 }
 
 TEST_F(Ork, CreatingASchedulerRefusesAWrongParent)

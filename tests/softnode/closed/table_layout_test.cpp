@@ -3,8 +3,9 @@
  */
 #include "softnode/closed/table_layout.h"
 
+#include "tests/notation/print.h"
+
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <cstdint>
@@ -98,7 +99,7 @@ TEST(TableLayout, CsvQuotesWhatItsReadersWouldSplit)
 TEST(TableLayout, JsonTakesAnyLetters)
 {
     const std::string table = json.with_row("", "quote \" line \n cut \xc3", 1);
-    EXPECT_EQ(nlohmann::json::parse(table), (nlohmann::json{{"quote \" line \n cut \xef\xbf\xbd", 1}}));
+    EXPECT_EQ(notation::read_json(table), (notation::document{{"quote \" line \n cut \xef\xbf\xbd", 1}}));
     EXPECT_TRUE(json.is_table(table));
 }
 
@@ -106,8 +107,8 @@ TEST(TableLayout, ARepeatedTitleOrLabelReplacesTheEarlierOneInJson)
 {
     std::string table = json.with_row(example(json), "current_burst_size", 1);
     table = json.with_row(json.with_title(table, "Ports"), "up", 2);
-    EXPECT_EQ(nlohmann::json::parse(table),
-              (nlohmann::json{{"Errors", {{"current_burst_size", 1}}}, {"Ports", {{"up", 2}}}}));
+    EXPECT_EQ(notation::read_json(table),
+              (notation::document{{"Errors", {{"current_burst_size", 1}}}, {"Ports", {{"up", 2}}}}));
 }
 
 TEST(TableLayout, OnlyAJsonObjectIsGoneOnWithAsJson)

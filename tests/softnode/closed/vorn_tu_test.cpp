@@ -75,7 +75,7 @@ TEST_F(VornTu, OnlyDomainZeroCanBeSubscribed)
 {
     void *connection = open();
     EXPECT_EQ(vorn_tu_subscribe_adjnpuoffs(connection, 1), ORK_NODOMAIN);
-    EXPECT_EQ(look_into_node()["timing_unit"]["connections"][0]["subscribed"], false);
+    EXPECT_EQ(look_into_node().at("timing_unit").at("connections")[0].at("subscribed"), false);
 }
 
 TEST_F(VornTu, ReadingIsWhatTheControlInterfaceSet)
@@ -107,10 +107,10 @@ TEST_F(VornTu, AnEventIsTakenAndHandedBack)
     ASSERT_NE(event, nullptr);
     EXPECT_EQ(event->type, 6U);
     EXPECT_EQ(event->domain, 3);
-    EXPECT_EQ(look_into_node()["timing_unit"]["connections"][0]["events_outstanding"], 1);
+    EXPECT_EQ(look_into_node().at("timing_unit").at("connections")[0].at("events_outstanding"), 1);
     EXPECT_EQ(vorn_tu_free_event(connection, &event), ORK_OK);
     EXPECT_EQ(event, nullptr);
-    EXPECT_EQ(look_into_node()["timing_unit"]["connections"][0]["events_outstanding"], 0);
+    EXPECT_EQ(look_into_node().at("timing_unit").at("connections")[0].at("events_outstanding"), 0);
 }
 
 TEST_F(VornTu, OnlyAnEventThatIsOutCanBeHandedBack)
@@ -146,7 +146,7 @@ TEST_F(VornTu, EveryFollowerGetsEveryEvent)
     Follower first;
     ASSERT_EQ(softnode_timing_settle(generous), 1);
     Follower second;
-    while (look_into_node()["timing_unit"]["connections"].size() < 2)
+    while (look_into_node().at("timing_unit").at("connections").size() < 2)
         std::this_thread::yield();
     ASSERT_EQ(softnode_timing_settle(generous), 1);
     for (int count = 0; count < 100; ++count)
@@ -167,7 +167,7 @@ TEST_F(TimingSettle, IsGoodRightAfterAThreadWasStarted)
     for (int count = 0; count < 50; ++count) {
         Follower follower;
         ASSERT_EQ(softnode_timing_settle(generous), 1);
-        EXPECT_EQ(look_into_node()["timing_unit"]["connections"][0]["state"], "waiting");
+        EXPECT_EQ(look_into_node().at("timing_unit").at("connections")[0].at("state"), "waiting");
     }
 }
 
@@ -175,7 +175,7 @@ TEST_F(TimingSettle, DoesNotTakeAnIdleConnectionForAWaitingOne)
 {
     subscribed();
     EXPECT_EQ(softnode_timing_settle(1), 0);
-    EXPECT_EQ(look_into_node()["timing_unit"]["connections"][0]["state"], "working");
+    EXPECT_EQ(look_into_node().at("timing_unit").at("connections")[0].at("state"), "working");
 }
 
 TEST_F(TimingSettle, WaitsForAThreadThatFailedToEnd)
@@ -183,7 +183,7 @@ TEST_F(TimingSettle, WaitsForAThreadThatFailedToEnd)
     ASSERT_EQ(add_faults("vorn_tu_wait_event=-7"), "");
     Follower follower;
     ASSERT_EQ(softnode_timing_settle(generous), 1);
-    EXPECT_EQ(look_into_node()["timing_unit"]["connections"][0]["state"], "ended");
+    EXPECT_EQ(look_into_node().at("timing_unit").at("connections")[0].at("state"), "ended");
     follower.join();
     EXPECT_EQ(follower.ended_with(), ORK_INTERNAL);
     EXPECT_EQ(softnode_timing_settle(0), 1);
@@ -209,7 +209,7 @@ TEST_F(TimingSettle, TakesAThreadThatNeverGotAConnectionForSettledOnceItEnded)
     ASSERT_EQ(softnode_timing_settle(generous), 1);
     follower.join();
     EXPECT_EQ(follower.ended_with(), ORK_NOTAVAIL);
-    EXPECT_TRUE(look_into_node()["timing_unit"]["connections"].empty());
+    EXPECT_TRUE(look_into_node().at("timing_unit").at("connections").empty());
 }
 
 TEST_F(TimingReset, EndsAWaitWithShutdown)

@@ -80,7 +80,7 @@ protected:
     static void expect_blocked(const char *function)
     {
         ASSERT_EQ(softnode_timing_settle(generous), 1);
-        EXPECT_EQ(look_into_node()["timing_unit"]["blocked"], nlohmann::json{function});
+        EXPECT_EQ(look_into_node().at("timing_unit").at("blocked"), notation::document::array({function}));
     }
 };
 
@@ -105,7 +105,7 @@ TEST_F(Faults, EveryFunctionIsCountedUnderItsName)
         softnode_reset();
         call();
         call();
-        EXPECT_EQ(look_into_node()["calls"], (nlohmann::json{{std::string(name), 2}}));
+        EXPECT_EQ(look_into_node().at("calls"), (notation::document{{std::string(name), 2}}));
     }
 }
 
@@ -175,8 +175,8 @@ TEST_F(Faults, ClearForgetsEveryRuleAndKeepsTheCounts)
     ASSERT_EQ(kel_init_attach(&attach), 10U);
     softnode_faults_clear();
     EXPECT_EQ(kel_init_attach(&attach), 0U);
-    EXPECT_TRUE(look_into_node()["faults"].empty());
-    EXPECT_EQ(look_into_node()["calls"]["kel_init_attach"], 3);
+    EXPECT_TRUE(look_into_node().at("faults").empty());
+    EXPECT_EQ(look_into_node().at("calls").at("kel_init_attach"), 3);
 }
 
 TEST_F(Faults, AFileOfRulesIsAddedWhole)
@@ -247,19 +247,19 @@ TEST_F(Faults, AFileThatTakesLongToReadHoldsNobodyUp)
 
 TEST_F(Faults, AreListedAsTheSnapshotHasThem)
 {
-    EXPECT_EQ(fault_rules(), nlohmann::json::array());
+    EXPECT_EQ(fault_rules(), notation::document::array());
     ASSERT_EQ(add_faults("kel_init_attach:1=10;ork_bind=latency:250us"), "");
     kel_init_attach(&attach);
-    EXPECT_EQ(fault_rules(), json_of(R"([{"rule": "kel_init_attach:1=10", "hits": 1},
+    EXPECT_EQ(fault_rules(), notation::read_json(R"([{"rule": "kel_init_attach:1=10", "hits": 1},
                                          {"rule": "ork_bind=latency:250us", "hits": 0}])"));
-    EXPECT_EQ(fault_rules(), look_into_node()["faults"]);
+    EXPECT_EQ(fault_rules(), look_into_node().at("faults"));
 }
 
 TEST_F(Faults, ACallThatOnlyTakesTimeDoesItsWork)
 {
     ASSERT_EQ(add_faults("ork_qos_scheduler_create=latency:250us"), "");
     EXPECT_NE(create_scheduler(), nullptr);
-    EXPECT_EQ(fault_rules()[0]["hits"], 1);
+    EXPECT_EQ(fault_rules()[0].at("hits"), 1);
 }
 
 TEST_F(Faults, ACallTakesTheTimeThatItsRuleSays)
@@ -277,13 +277,13 @@ TEST_F(BlockedCalls, WaitUntilTheyAreReleasedAndThenDoTheirWork)
     ASSERT_EQ(add_faults("vorn_tu_wait_event:1=block"), "");
     Follower follower;
     expect_blocked("vorn_tu_wait_event");
-    EXPECT_EQ(look_into_node()["timing_unit"]["connections"][0]["state"], "blocked");
+    EXPECT_EQ(look_into_node().at("timing_unit").at("connections")[0].at("state"), "blocked");
     softnode_timing_event_post(6, 0);
     EXPECT_EQ(softnode_timing_settle(generous), 1) << "a blocked thread is at rest, with an event left for it";
     EXPECT_EQ(softnode_faults_release(), 1U);
     ASSERT_EQ(softnode_timing_settle(generous), 1);
     EXPECT_EQ(follower.events(), (std::vector<std::uint32_t>{6}));
-    EXPECT_EQ(look_into_node()["timing_unit"]["blocked"], nlohmann::json::array());
+    EXPECT_EQ(look_into_node().at("timing_unit").at("blocked"), notation::document::array());
 }
 
 TEST_F(BlockedCalls, ReturnTheResultOfTheirRuleOnceTheyAreReleased)
@@ -311,7 +311,7 @@ TEST_F(BlockedCalls, GoOnWhenTheRulesAreCleared)
     expect_blocked("vorn_tu_wait_event");
     softnode_faults_clear();
     ASSERT_EQ(softnode_timing_settle(generous), 1);
-    EXPECT_EQ(look_into_node()["timing_unit"]["connections"][0]["state"], "waiting");
+    EXPECT_EQ(look_into_node().at("timing_unit").at("connections")[0].at("state"), "waiting");
 }
 
 TEST_F(BlockedCalls, AreShutDownByAReset)
@@ -329,10 +329,10 @@ TEST_F(BlockedCalls, OfSeveralThreadsAreReleasedTogether)
     ASSERT_EQ(add_faults("vorn_tu_init=block"), "");
     Follower first;
     Follower second;
-    while (look_into_node()["timing_unit"]["blocked"].size() < 2)
+    while (look_into_node().at("timing_unit").at("blocked").size() < 2)
         std::this_thread::yield();
     EXPECT_EQ(softnode_faults_release(), 2U);
-    while (look_into_node()["timing_unit"]["connections"].size() < 2)
+    while (look_into_node().at("timing_unit").at("connections").size() < 2)
         std::this_thread::yield();
     EXPECT_EQ(softnode_timing_settle(generous), 1);
     EXPECT_EQ(softnode_faults_release(), 0U);

@@ -31,25 +31,25 @@ TEST_F(Snapshot, CountsRuleHits)
     ASSERT_EQ(add_faults("kel_init_attach:1*2=10"), "");
     for (int count = 0; count < 3; ++count)
         kel_init_attach(&attach);
-    EXPECT_EQ(look_into_node()["faults"], json_of(R"([{"rule": "kel_init_attach:1*2=10", "hits": 2}])"));
-    EXPECT_EQ(look_into_node()["calls"]["kel_init_attach"], 4);
+    EXPECT_EQ(look_into_node().at("faults"), notation::read_json(R"([{"rule": "kel_init_attach:1*2=10", "hits": 2}])"));
+    EXPECT_EQ(look_into_node().at("calls").at("kel_init_attach"), 4);
 }
 
 TEST_F(Snapshot, LimitsAreTheSizesOfTheTables)
 {
     const std::unique_ptr<char, decltype(&std::free)> limits(softnode_limits_json(), std::free);
-    EXPECT_EQ(json_of(limits.get()), (nlohmann::json{{"schedulers", facts::most_schedulers},
-                                                     {"queues", facts::most_queues},
-                                                     {"paths", facts::most_paths},
-                                                     {"groups", facts::most_groups},
-                                                     {"members", facts::most_members}}));
+    EXPECT_EQ(notation::read_json(limits.get()), (notation::document{{"schedulers", facts::most_schedulers},
+                                                                     {"queues", facts::most_queues},
+                                                                     {"paths", facts::most_paths},
+                                                                     {"groups", facts::most_groups},
+                                                                     {"members", facts::most_members}}));
 }
 
 TEST_F(Snapshot, HandlesPrintAsTheCallerPrintsThem)
 {
     char printed[32];
     std::snprintf(printed, sizeof printed, "%p", create_scheduler());
-    EXPECT_EQ(look_into_node()["schedulers"][0]["handle"], printed);
+    EXPECT_EQ(look_into_node().at("schedulers")[0].at("handle"), printed);
 }
 
 TEST_F(Snapshot, HasAPictureBesideIt)

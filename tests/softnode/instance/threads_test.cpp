@@ -18,7 +18,7 @@
 namespace
 {
 
-using nlohmann::json;
+using json = notation::document;
 
 constexpr std::uint32_t generous = 60'000; /* milliseconds; never reached when all is well */
 constexpr std::array<std::uint8_t, 6> destination{2, 0, 0, 2, 0, 1};
@@ -26,18 +26,18 @@ constexpr std::array<std::uint8_t, 6> destination{2, 0, 0, 2, 0, 1};
 std::uint64_t waiting_in_queues(const json &node, const char *what)
 {
     std::uint64_t waiting = 0;
-    for (const json &queue : node["queues"])
-        waiting += queue["waiting"][what].get<std::uint64_t>();
+    for (const json &queue : node.at("queues"))
+        waiting += queue.at("waiting").at(what).number<std::uint64_t>();
     return waiting;
 }
 
 void expect_to_add_up(const json &node)
 {
-    const json &counted = node["statistics"];
+    const json &counted = node.at("statistics");
     for (const char *what : {"frames", "octets"})
-        EXPECT_EQ(counted["received"][what].get<std::uint64_t>(), counted["sent"][what].get<std::uint64_t>() +
-                                                                      counted["dropped"][what].get<std::uint64_t>() +
-                                                                      waiting_in_queues(node, what));
+        EXPECT_EQ(counted.at("received").at(what).number<std::uint64_t>(),
+                  counted.at("sent").at(what).number<std::uint64_t>() +
+                      counted.at("dropped").at(what).number<std::uint64_t>() + waiting_in_queues(node, what));
 }
 
 class Threads : public ControlledNode

@@ -8,14 +8,15 @@
 #include <stdexcept>
 #include <string>
 
-using nlohmann::json;
+using json = notation::document;
+using notation::read_json;
 
 namespace
 {
 
 json asked(const json &request)
 {
-    return json::parse(softnode::answer_to(request.dump())).at("result");
+    return read_json(softnode::answer_to(to_json(request))).at("result");
 }
 
 std::string refusal_of(const std::string &request)
@@ -38,9 +39,9 @@ TEST_F(Requests, ReturnTheDocumentsOfTheNode)
 {
     create_scheduler();
     EXPECT_EQ(asked({{"function", "snapshot"}}), look_into_node());
-    EXPECT_EQ(asked({{"function", "queues"}}), json_of(taken(softnode_queues_json())));
-    EXPECT_EQ(asked({{"function", "limits"}}), json_of(taken(softnode_limits_json())));
-    EXPECT_EQ(asked({{"function", "fault_functions"}}), json_of(taken(softnode_fault_functions_json())));
+    EXPECT_EQ(asked({{"function", "queues"}}), read_json(taken(softnode_queues_json())));
+    EXPECT_EQ(asked({{"function", "limits"}}), read_json(taken(softnode_limits_json())));
+    EXPECT_EQ(asked({{"function", "fault_functions"}}), read_json(taken(softnode_fault_functions_json())));
     EXPECT_EQ(asked({{"function", "graph"}}), taken(softnode_graph_dot()));
 }
 
@@ -60,23 +61,23 @@ TEST_F(Requests, AdvanceTime)
 TEST_F(Requests, OfferTraffic)
 {
     create_pcep(7);
-    const std::string mac = look_into_node()["pceps"][0]["local_mac"];
+    const std::string mac = look_into_node().at("pceps")[0].at("local_mac").text();
     const json offer = {{"function", "traffic_offer"}, {"mac", mac}, {"frames", 3}, {"octets_per_frame", 100}};
-    EXPECT_EQ(asked(offer), ORK_OK);
-    EXPECT_EQ(look_into_node()["statistics"]["received"]["frames"], 3);
+    EXPECT_EQ(asked(offer).number<ork_rc>(), ORK_OK);
+    EXPECT_EQ(look_into_node().at("statistics").at("received").at("frames"), 3);
     json elsewhere = offer;
     elsewhere["mac"] = "0a:0b:0c:0d:0e:0f";
-    EXPECT_EQ(asked(elsewhere), ORK_NOTAVAIL);
+    EXPECT_EQ(asked(elsewhere).number<ork_rc>(), ORK_NOTAVAIL);
 }
 
 TEST_F(Requests, SendTraffic)
 {
     json sent = {{"function", "traffic_send"}, {"id", 7}, {"frames", 2}, {"octets_per_frame", 100}};
-    EXPECT_EQ(asked(sent), ORK_NOTAVAIL);
+    EXPECT_EQ(asked(sent).number<ork_rc>(), ORK_NOTAVAIL);
     create_pcep(7);
-    EXPECT_EQ(asked(sent), ORK_OK);
+    EXPECT_EQ(asked(sent).number<ork_rc>(), ORK_OK);
     sent["octets_per_frame"] = 0;
-    EXPECT_EQ(asked(sent), ORK_INVAL);
+    EXPECT_EQ(asked(sent).number<ork_rc>(), ORK_INVAL);
 }
 
 TEST_F(Requests, CountDroppedFrames)
@@ -96,7 +97,7 @@ TEST_F(Requests, MakeCallsFail)
 {
     EXPECT_EQ(asked({{"function", "faults_add"}, {"rules", "kel_init_attach:1=10"}}), nullptr);
     EXPECT_EQ(kel_init_attach(&attach), 10U);
-    EXPECT_EQ(asked({{"function", "faults"}}), (json{{{"rule", "kel_init_attach:1=10"}, {"hits", 1}}}));
+    EXPECT_EQ(asked({{"function", "faults"}}), json::array({{{"rule", "kel_init_attach:1=10"}, {"hits", 1}}}));
     EXPECT_EQ(asked({{"function", "faults_release"}}), 0);
     EXPECT_EQ(asked({{"function", "faults_clear"}}), nullptr);
     EXPECT_EQ(fault_rules(), json::array());
@@ -116,7 +117,7 @@ TEST_F(Requests, ControlTheTimingUnit)
 {
     EXPECT_EQ(asked({{"function", "timing_settle"}, {"milliseconds", 0}}), 0);
     EXPECT_EQ(asked({{"function", "timing_reading_set"}, {"cycles", -40}, {"frequency", 250'000}}), nullptr);
-    EXPECT_EQ(look_into_node()["timing_unit"]["reading"]["cycles"], -40);
+    EXPECT_EQ(look_into_node().at("timing_unit").at("reading").at("cycles"), -40);
     EXPECT_EQ(asked({{"function", "timing_event_post"}, {"type", 6}, {"domain", -1}}), nullptr);
     EXPECT_EQ(refusal_of(R"({"function":"timing_settle","milliseconds":10001})"), "milliseconds: more than 10000");
 }
@@ -125,7 +126,7 @@ TEST_F(Requests, SwitchTheNodeOffAndOn)
 {
     create_scheduler();
     EXPECT_EQ(asked({{"function", "reset"}}), nullptr);
-    EXPECT_EQ(look_into_node()["schedulers"], json::array());
+    EXPECT_EQ(look_into_node().at("schedulers"), json::array());
 }
 
 TEST_F(Requests, SayWhatIsWrong)
@@ -143,7 +144,7 @@ TEST_F(Requests, SayWhatIsWrong)
               "nanoseconds: the document does not hold a whole number of that range");
     for (const char *mac :
          {"", "02:00:00:02:00:1", "02:00:00:02:00:0g", "02-00-00-02-00-01", "02:00:00:02:00:01:", "+2:00:00:02:00:01"})
-        EXPECT_EQ(refusal_of(json{{"function", "traffic_offer"}, {"mac", mac}}.dump()),
+        EXPECT_EQ(refusal_of(notation::to_json({{"function", "traffic_offer"}, {"mac", mac}})),
                   "mac: this is no address such as 02:00:00:02:00:01")
             << mac;
 }

@@ -5,11 +5,11 @@
 
 #include "socket/client.h"
 #include "socket/socket_error.h"
+#include "tests/notation/print.h"
 #include "tests/socket/folder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <atomic>
 #include <chrono>
@@ -23,7 +23,8 @@
 namespace
 {
 
-using nlohmann::json;
+using json = notation::document;
+using notation::read_json;
 using testing::HasSubstr;
 
 constexpr sockets::protocol spoken{"softnode", 1};
@@ -39,7 +40,7 @@ protected:
 
     json asked(const json &request) const
     {
-        return json::parse(sockets::client(path, spoken, generous).ask(request.dump())).at("result");
+        return read_json(sockets::client(path, spoken, generous).ask(to_json(request))).at("result");
     }
 
     const sockets::folder here;
@@ -132,7 +133,7 @@ TEST_F(Served, FromTheFirstCallToTheExit)
     ControlProcess process(SERVING_VICTIM, variables());
     EXPECT_EQ(process.ask("attach"), "0");
     EXPECT_TRUE(has_serving_thread(process));
-    EXPECT_EQ(asked({{"function", "snapshot"}})["calls"]["kel_init_attach"], 1);
+    EXPECT_EQ(asked({{"function", "snapshot"}}).at("calls").at("kel_init_attach"), 1);
     EXPECT_EQ(process.end(), 0);
     EXPECT_FALSE(std::filesystem::exists(path));
 }
@@ -179,7 +180,7 @@ TEST_F(Served, NotWhereAnotherProcessIs)
     EXPECT_EQ(second.ask("attach"), "libkel-softnode: KEL_SOFTNODE_SOCKET: " + path + ": another process serves it");
     EXPECT_EQ(second.line(), "0");
     EXPECT_EQ(second.end(), 0);
-    EXPECT_EQ(asked({{"function", "snapshot"}})["calls"]["kel_init_attach"], 1);
+    EXPECT_EQ(asked({{"function", "snapshot"}}).at("calls").at("kel_init_attach"), 1);
 }
 
 TEST_F(Served, AfterAProcessThatWasKilled)
@@ -203,7 +204,7 @@ TEST_F(Served, WhileItForksAndIsAsked)
     const Crowd second(path);
     for (int i = 0; i < forks; ++i)
         ASSERT_EQ(process.ask("fork"), "0") << i;
-    EXPECT_EQ(asked({{"function", "snapshot"}})["calls"]["kel_init_attach"], 1);
+    EXPECT_EQ(asked({{"function", "snapshot"}}).at("calls").at("kel_init_attach"), 1);
 }
 
 TEST_F(Served, NotByAChildOfAProcessThatEnded)

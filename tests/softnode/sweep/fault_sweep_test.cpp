@@ -20,7 +20,8 @@
 namespace
 {
 
-using nlohmann::json;
+using json = notation::document;
+using notation::read_json;
 
 /* A scenario made of closures. */
 struct Drive {
@@ -45,16 +46,16 @@ std::string sweep_text(const Drive &drive, std::uint32_t time_limit = 60'000)
 
 json sweep(const Drive &drive, std::uint32_t time_limit = 60'000)
 {
-    return json_of(sweep_text(drive, time_limit));
+    return read_json(sweep_text(drive, time_limit));
 }
 
 /* The one run with this fault. */
 json run_with(const json &report, const char *function, int call, int code, bool persistent, int thread = 0)
 {
     json found;
-    for (const json &run : report["runs"])
-        if (run["function"] == function && run["call"] == call && run["code"] == code &&
-            run["persistent"] == persistent && run["thread"] == thread)
+    for (const json &run : report.at("runs"))
+        if (run.at("function") == function && run.at("call") == call && run.at("code") == code &&
+            run.at("persistent") == persistent && run.at("thread") == thread)
             found.push_back(run);
     EXPECT_EQ(found.size(), 1U) << function << ":" << call << "=" << code;
     return found.size() == 1 ? found[0] : json();
@@ -146,7 +147,7 @@ TEST_F(FaultSweep, NeedsNothingButRun)
     const softnode_scenario scenario{[](void *) { return std::uint32_t{5}; }, nullptr, nullptr, nullptr, 0};
     const std::unique_ptr<char, void (*)(void *)> text(softnode_fault_sweep(&scenario), std::free);
     ASSERT_NE(text, nullptr);
-    EXPECT_EQ(json_of(text.get()), json_of(R"({
+    EXPECT_EQ(read_json(text.get()), read_json(R"({
         "calls": [],
         "undisturbed": {"thread": null, "function": null, "call": null, "code": null, "persistent": null,
                         "outcome": "returned", "result": 5, "note": null, "left": [], "missing": []},
@@ -173,16 +174,16 @@ TEST_F(FaultSweep, TellsHowFarItIsAndEndsWhenItShall)
         return done < 3 ? 1 : 0;
     };
     const std::unique_ptr<char, void (*)(void *)> text(softnode_fault_sweep_watched(&scenario, watch), std::free);
-    const json report = json_of(text.get());
-    EXPECT_EQ(report["planned"], 6); /* three codes, once and for good */
-    EXPECT_EQ(report["runs"].size(), 3U);
+    const json report = read_json(text.get());
+    EXPECT_EQ(report.at("planned"), 6); /* three codes, once and for good */
+    EXPECT_EQ(report.at("runs").size(), 3U);
     EXPECT_EQ(watched.seen, (decltype(watched.seen){{0, 6}, {1, 6}, {2, 6}, {3, 6}}));
     EXPECT_EQ(softnode_fault_sweep_watched(nullptr, watch), nullptr);
 }
 
 TEST_F(FaultSweep, ListsTheCallsOfTheScenarioInTheirOrder)
 {
-    EXPECT_EQ(sweep(careful)["calls"], json_of(R"([
+    EXPECT_EQ(sweep(careful).at("calls"), read_json(R"([
         {"thread": 0, "function": "kel_init_attach", "call": 1},
         {"thread": 0, "function": "ork_qos_scheduler_create", "call": 1},
         {"thread": 0, "function": "ork_qos_scheduler_create", "call": 2}
@@ -193,8 +194,9 @@ TEST_F(FaultSweep, RunsEveryCallWithEveryCodeOnceAndForGood)
 {
     const json report = sweep(careful);
     std::vector<std::tuple<std::string, int, int, bool>> faults;
-    for (const json &run : report["runs"])
-        faults.emplace_back(run["function"], run["call"], run["code"], run["persistent"]);
+    for (const json &run : report.at("runs"))
+        faults.emplace_back(run.at("function").text(), run.at("call").number<int>(), run.at("code").number<int>(),
+                            run.at("persistent").boolean());
 
     std::vector<std::tuple<std::string, int, int, bool>> expected;
     for (const int code : {3, 10, 13})
@@ -210,19 +212,19 @@ TEST_F(FaultSweep, RunsEveryCallWithEveryCodeOnceAndForGood)
 TEST_F(FaultSweep, ReportsTheScenariosResult)
 {
     const json report = sweep(careful);
-    EXPECT_EQ(report["undisturbed"]["result"], 0);
-    EXPECT_EQ(run_with(report, "kel_init_attach", 1, 10, false)["result"], 10);
-    EXPECT_EQ(run_with(report, "ork_qos_scheduler_create", 2, -9, true)["result"], 1);
+    EXPECT_EQ(report.at("undisturbed").at("result"), 0);
+    EXPECT_EQ(run_with(report, "kel_init_attach", 1, 10, false).at("result"), 10);
+    EXPECT_EQ(run_with(report, "ork_qos_scheduler_create", 2, -9, true).at("result"), 1);
 }
 
 TEST_F(FaultSweep, FindsNothingLeftWhenTheCallerCleansUp)
 {
     const json report = sweep(careful);
-    ASSERT_EQ(report["runs"].size(), 18U);
-    for (const json &run : report["runs"]) {
-        EXPECT_EQ(run["outcome"], "returned");
-        EXPECT_EQ(run["left"], json::array());
-        EXPECT_EQ(run["missing"], json::array());
+    ASSERT_EQ(report.at("runs").size(), 18U);
+    for (const json &run : report.at("runs")) {
+        EXPECT_EQ(run.at("outcome"), "returned");
+        EXPECT_EQ(run.at("left"), json::array());
+        EXPECT_EQ(run.at("missing"), json::array());
     }
 }
 
@@ -232,16 +234,16 @@ TEST_F(FaultSweep, TheFaultIsOverWhenTheCallerCleansUp)
         [this] { return two.create() + static_cast<std::uint32_t>(ork_qos_scheduler_delete(nullptr, nullptr)); },
         [this] { two.remove(); }};
     const json run = run_with(sweep(leaving), "ork_qos_scheduler_delete", 1, -4, true);
-    EXPECT_EQ(run["left"], json::array());
+    EXPECT_EQ(run.at("left"), json::array());
 }
 
 TEST_F(FaultSweep, FindsWhatIsMissing)
 {
     const json report = sweep(careless);
-    EXPECT_EQ(report["undisturbed"]["left"], json::array({item("scheduler", "1"), item("scheduler", "2")}));
+    EXPECT_EQ(report.at("undisturbed").at("left"), json::array({item("scheduler", "1"), item("scheduler", "2")}));
     const json run = run_with(report, "ork_qos_scheduler_create", 2, -1, false);
-    EXPECT_EQ(run["left"], json::array());
-    EXPECT_EQ(run["missing"], json::array({item("scheduler", "2")}));
+    EXPECT_EQ(run.at("left"), json::array());
+    EXPECT_EQ(run.at("missing"), json::array({item("scheduler", "2")}));
 }
 
 TEST_F(FaultSweep, FindsWhatIsLeft)
@@ -255,9 +257,9 @@ TEST_F(FaultSweep, FindsWhatIsLeft)
                           },
                           [this] { two.remove(); }};
     const json report = sweep(forgetful);
-    EXPECT_EQ(report["undisturbed"]["left"], json::array());
-    EXPECT_EQ(run_with(report, "ork_qos_scheduler_create", 1, -1, false)["left"], json::array());
-    EXPECT_EQ(run_with(report, "ork_qos_scheduler_create", 2, -1, false)["left"],
+    EXPECT_EQ(report.at("undisturbed").at("left"), json::array());
+    EXPECT_EQ(run_with(report, "ork_qos_scheduler_create", 1, -1, false).at("left"), json::array());
+    EXPECT_EQ(run_with(report, "ork_qos_scheduler_create", 2, -1, false).at("left"),
               json::array({item("scheduler", "1")}));
 }
 
@@ -265,8 +267,8 @@ TEST_F(FaultSweep, TellsASingleFailureFromALastingOne)
 {
     const Drive stubborn{[this] { return kel_init_attach(&attach) == 0 ? 0 : kel_init_attach(&attach); }};
     const json report = sweep(stubborn);
-    EXPECT_EQ(run_with(report, "kel_init_attach", 1, 13, false)["result"], 0);
-    EXPECT_EQ(run_with(report, "kel_init_attach", 1, 13, true)["result"], 13);
+    EXPECT_EQ(run_with(report, "kel_init_attach", 1, 13, false).at("result"), 0);
+    EXPECT_EQ(run_with(report, "kel_init_attach", 1, 13, true).at("result"), 13);
 }
 
 TEST_F(FaultSweep, GoesOnAfterACrashAndAfterAHang)
@@ -281,20 +283,20 @@ TEST_F(FaultSweep, GoesOnAfterACrashAndAfterAHang)
     }};
     const json report = sweep(fragile, 2'000);
     const json crashed = run_with(report, "kel_init_attach", 1, 3, false);
-    EXPECT_EQ(crashed["outcome"], "crashed");
-    EXPECT_TRUE(crashed["result"].is_null());
-    EXPECT_TRUE(crashed["left"].is_null());
-    EXPECT_TRUE(crashed["missing"].is_null());
-    EXPECT_EQ(run_with(report, "kel_init_attach", 1, 10, true)["outcome"], "hung");
-    EXPECT_EQ(run_with(report, "kel_init_attach", 1, 13, true)["outcome"], "returned");
+    EXPECT_EQ(crashed.at("outcome"), "crashed");
+    EXPECT_TRUE(crashed.at("result").is_null());
+    EXPECT_TRUE(crashed.at("left").is_null());
+    EXPECT_TRUE(crashed.at("missing").is_null());
+    EXPECT_EQ(run_with(report, "kel_init_attach", 1, 10, true).at("outcome"), "hung");
+    EXPECT_EQ(run_with(report, "kel_init_attach", 1, 13, true).at("outcome"), "returned");
 }
 
 TEST_F(FaultSweep, EndsWhenEvenTheUndisturbedRunCrashes)
 {
     const json report = sweep({[]() -> std::uint32_t { std::abort(); }});
-    EXPECT_EQ(report["undisturbed"]["outcome"], "crashed");
-    EXPECT_EQ(report["calls"], json::array());
-    EXPECT_EQ(report["runs"], json::array());
+    EXPECT_EQ(report.at("undisturbed").at("outcome"), "crashed");
+    EXPECT_EQ(report.at("calls"), json::array());
+    EXPECT_EQ(report.at("runs"), json::array());
 }
 
 TEST_F(FaultSweep, AsksTheScenarioForANoteLast)
@@ -306,16 +308,16 @@ TEST_F(FaultSweep, AsksTheScenarioForANoteLast)
                         },
                         [] {}, [&] { return note; }};
     const json report = sweep(talking);
-    EXPECT_EQ(report["undisturbed"]["note"], "attached");
-    EXPECT_EQ(run_with(report, "kel_init_attach", 1, 3, false)["note"], "gave up \xef\xbf\xbd");
+    EXPECT_EQ(report.at("undisturbed").at("note"), "attached");
+    EXPECT_EQ(run_with(report, "kel_init_attach", 1, 3, false).at("note"), "gave up \xef\xbf\xbd");
 }
 
 TEST_F(FaultSweep, ANoteThatIsAnObjectIsPartOfTheReport)
 {
     const auto reported = [](const char *note) {
-        return sweep({[] { return std::uint32_t{0}; }, [] {}, [note] { return note; }})["undisturbed"]["note"];
+        return sweep({[] { return std::uint32_t{0}; }, [] {}, [note] { return note; }}).at("undisturbed").at("note");
     };
-    EXPECT_EQ(reported(R"({"line": 3, "codes": [13]})"), json_of(R"({"line": 3, "codes": [13]})"));
+    EXPECT_EQ(reported(R"({"line": 3, "codes": [13]})"), read_json(R"({"line": 3, "codes": [13]})"));
     for (const char *text : {"3", "[13]", "null", R"("line")", R"({"line": )", ""})
         EXPECT_EQ(reported(text), text);
 }
@@ -325,8 +327,8 @@ TEST_F(FaultSweep, EveryRunHasANodeJustSwitchedOnWithoutFaultRules)
     create_scheduler();
     ASSERT_EQ(add_faults("kel_init_attach=77"), "");
     const json report = sweep(careless);
-    EXPECT_EQ(report["undisturbed"]["result"], 0);
-    EXPECT_EQ(report["undisturbed"]["left"], json::array({item("scheduler", "1"), item("scheduler", "2")}));
+    EXPECT_EQ(report.at("undisturbed").at("result"), 0);
+    EXPECT_EQ(report.at("undisturbed").at("left"), json::array({item("scheduler", "1"), item("scheduler", "2")}));
 }
 
 /* In a process that starts with this, as one that has a node has read the variable before. */
@@ -337,7 +339,7 @@ TEST(FaultSweepOfAFreshProcess, HasNoPartOfTheEnvironment)
         setenv("KEL_SOFTNODE_FAULTS", "nope", 1);
         kel_attach_info attach{};
         const json report = sweep({[&] { return kel_init_attach(&attach); }});
-        std::exit(report["undisturbed"]["outcome"] == "returned" && report["runs"].size() == 6 ? 0 : 1);
+        std::exit(report.at("undisturbed").at("outcome") == "returned" && report.at("runs").size() == 6 ? 0 : 1);
     };
     EXPECT_EXIT(sweep_with_unreadable_faults(), testing::ExitedWithCode(0), "");
 }
@@ -362,7 +364,7 @@ TEST_F(FaultSweep, ReportsTheSameAgain)
 
 TEST_F(FaultSweepThreads, CountEachForItself)
 {
-    EXPECT_EQ(sweep(with_a_thread())["calls"], json_of(R"([
+    EXPECT_EQ(sweep(with_a_thread()).at("calls"), read_json(R"([
         {"thread": 0, "function": "kel_init_attach", "call": 1},
         {"thread": 1, "function": "kel_init_attach", "call": 1},
         {"thread": 1, "function": "vorn_tu_init", "call": 1},
@@ -376,13 +378,13 @@ TEST_F(FaultSweepThreads, AreWaitedForUntilTheyRestOrEnd)
     const json report = sweep(with_a_thread());
     const json waiting = item("timing connection", "waiting");
     const json ended = item("timing connection", "ended");
-    EXPECT_EQ(report["undisturbed"]["left"], json::array({waiting}));
-    EXPECT_EQ(run_with(report, "kel_init_attach", 1, 3, false, 0)["missing"], json::array());
-    EXPECT_EQ(run_with(report, "kel_init_attach", 1, 3, false, 1)["missing"], json::array({waiting}));
-    EXPECT_EQ(run_with(report, "kel_init_attach", 1, 3, false, 1)["left"], json::array());
+    EXPECT_EQ(report.at("undisturbed").at("left"), json::array({waiting}));
+    EXPECT_EQ(run_with(report, "kel_init_attach", 1, 3, false, 0).at("missing"), json::array());
+    EXPECT_EQ(run_with(report, "kel_init_attach", 1, 3, false, 1).at("missing"), json::array({waiting}));
+    EXPECT_EQ(run_with(report, "kel_init_attach", 1, 3, false, 1).at("left"), json::array());
     const json run = run_with(report, "vorn_tu_wait_event", 1, -5, false, 1);
-    EXPECT_EQ(run["left"], json::array({ended}));
-    EXPECT_EQ(run["missing"], json::array({waiting}));
+    EXPECT_EQ(run.at("left"), json::array({ended}));
+    EXPECT_EQ(run.at("missing"), json::array({waiting}));
 }
 
 TEST_F(FaultSweepThreads, ReportTheSameAgain)
@@ -401,5 +403,5 @@ TEST_F(FaultSweepThreads, ThatNeverRestDelayARunAndNoMore)
         }).detach();
         return std::uint32_t{0};
     }};
-    EXPECT_EQ(sweep(busy, 2'000)["undisturbed"]["outcome"], "returned");
+    EXPECT_EQ(sweep(busy, 2'000).at("undisturbed").at("outcome"), "returned");
 }

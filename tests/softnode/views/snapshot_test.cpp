@@ -4,9 +4,9 @@
 #include "softnode/views/snapshot.h"
 
 #include "softnode/common/facts.h"
+#include "tests/notation/print.h"
 
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <fstream>
 #include <sstream>
@@ -14,15 +14,15 @@
 #include <vector>
 
 using namespace softnode;
-using nlohmann::json;
-using nlohmann::ordered_json;
+using json = notation::document;
+using notation::read_json;
 
 namespace
 {
 
 json look_into(const Node &node, const FaultBook &faults = {})
 {
-    return json::parse(snapshot(node, faults));
+    return read_json(snapshot(node, faults));
 }
 
 Handle add_scheduler(Node &node, Handle parent)
@@ -76,19 +76,19 @@ void hold_one_of_everything(Node &node)
 using Keys = std::vector<std::string>;
 
 /* "Frames and octets", and the counters made of these, are told of once for the whole document. */
-bool told_of_elsewhere(const ordered_json &value)
+bool told_of_elsewhere(const json &value)
 {
-    return value.contains("octets") ? value.size() == 2 && value.contains("frames") : value.contains("received");
+    return value.find("received") || (value.size() == 2 && value.find("frames") && value.find("octets"));
 }
 
 /* The keys within a value, in their order. Of objects in an array those of the first. */
-void append_keys(const ordered_json &value, Keys &keys)
+void append_keys(const json &value, Keys &keys)
 {
     if (value.is_array() && !value.empty())
-        append_keys(value.front(), keys);
+        append_keys(value[0], keys);
     if (!value.is_object() || told_of_elsewhere(value))
         return;
-    for (const auto &[key, inner] : value.items()) {
+    for (const auto &[key, inner] : value.members()) {
         keys.push_back(key);
         append_keys(inner, keys);
     }
@@ -122,7 +122,7 @@ std::vector<Keys> documented_keys()
 
 TEST(Snapshot, OfAFreshNodeHasEveryKeyAndNothingBehindIt)
 {
-    EXPECT_EQ(look_into(Node{}), json::parse(R"({
+    EXPECT_EQ(look_into(Node{}), read_json(R"({
         "time": 0, "schedulers": [], "queues": [], "paths": [], "pceps": [], "bindings": [], "groups": [],
         "interface": null, "globals": null,
         "statistics": {"received": {"frames": 0, "octets": 0}, "sent": {"frames": 0, "octets": 0},
@@ -142,9 +142,9 @@ TEST(Snapshot, KeysComeInTheDocumentedOrder)
     hold_one_of_everything(node);
     FaultBook faults;
     ASSERT_EQ(faults.add("vorn_tu_init=-1"), "");
-    const auto document = ordered_json::parse(snapshot(node, faults));
+    const auto document = read_json(snapshot(node, faults));
     std::vector<Keys> keys;
-    for (const auto &[key, value] : document.items()) {
+    for (const auto &[key, value] : document.members()) {
         keys.push_back({key});
         append_keys(value, keys.back());
     }
@@ -158,17 +158,17 @@ TEST(Snapshot, ShowsSchedulersWithWhatHangsBelow)
     add_scheduler(node, top);
     add_scheduler(node, top);
     add_queue(node, top);
-    const json schedulers = look_into(node)["schedulers"];
+    const json schedulers = look_into(node).at("schedulers");
     ASSERT_EQ(schedulers.size(), 3U);
-    EXPECT_EQ(schedulers[0], json::parse(R"({
+    EXPECT_EQ(schedulers[0], read_json(R"({
         "handle": "0x5c00000001", "parent": null,
         "children": ["0x5c00000002", "0x5c00000003"], "queues": ["0x5d00000001"],
         "peak_rate": 9000000, "peak_burst": 1600, "sustain_rate": 8000000, "sustain_burst": 65536,
         "length_correction": -4,
         "shaping_mode": 3, "scheduling_mode": 11, "arbitration_mode": 7, "service_quantum": 3036, "root_id": 20
     })"));
-    EXPECT_EQ(schedulers[1]["parent"], "0x5c00000001");
-    EXPECT_EQ(schedulers[1]["children"], json::array());
+    EXPECT_EQ(schedulers[1].at("parent"), "0x5c00000001");
+    EXPECT_EQ(schedulers[1].at("children"), json::array());
 }
 
 TEST(Snapshot, ShowsQueues)
@@ -178,7 +178,7 @@ TEST(Snapshot, ShowsQueues)
     ASSERT_EQ(node.create_path({{2, 0, 2, 2, 0, 2}, 1, 9, pointer_of(queue)}), Refusal::granted);
     ASSERT_EQ(node.offer({2, 0, 2, 2, 0, 2}, {10, 300}), Refusal::granted);
     node.advance(1000);
-    EXPECT_EQ(look_into(node)["queues"], json::parse(R"([{
+    EXPECT_EQ(look_into(node).at("queues"), read_json(R"([{
         "handle": "0x5d00000001", "scheduler": "0x5c00000001",
         "rate": 1000, "threshold": 3584, "bucket_size": 1200, "shaped": true,
         "counters": {"received": {"frames": 10, "octets": 3000}, "sent": {"frames": 4, "octets": 1200},
@@ -196,13 +196,13 @@ TEST(Snapshot, ShowsTheFrameOnTheLine)
               Refusal::granted);
     node.advance(5);
     ASSERT_EQ(node.offer({2, 0, 2, 2, 0, 2}, {1, 300}), Refusal::granted);
-    EXPECT_EQ(look_into(node)["on_the_line"],
-              json::parse(R"({"mac": "02:00:02:02:00:02", "octets": 300, "arrives": 252})"));
+    EXPECT_EQ(look_into(node).at("on_the_line"),
+              read_json(R"({"mac": "02:00:02:02:00:02", "octets": 300, "arrives": 252})"));
     node.advance(247);
-    EXPECT_EQ(look_into(node)["on_the_line"], nullptr);
+    EXPECT_TRUE(look_into(node).at("on_the_line").is_null());
     node.advance(end_of_time);
     ASSERT_EQ(node.offer({2, 0, 2, 2, 0, 2}, {1, 300}), Refusal::granted);
-    EXPECT_EQ(look_into(node)["on_the_line"]["arrives"], nullptr);
+    EXPECT_TRUE(look_into(node).at("on_the_line").at("arrives").is_null());
 }
 
 TEST(Snapshot, ShowsWhatWasDroppedByReason)
@@ -212,7 +212,7 @@ TEST(Snapshot, ShowsWhatWasDroppedByReason)
     node.ebcom.drop(Drop::no_room, {2, 20});
     node.ebcom.drop(Drop::no_way, {3, 30});
     node.ebcom.drop(Drop::no_queue, {4, 40});
-    EXPECT_EQ(look_into(node)["drops"], json::parse(R"({
+    EXPECT_EQ(look_into(node).at("drops"), read_json(R"({
         "too_long": {"frames": 1, "octets": 10}, "no_room": {"frames": 2, "octets": 20},
         "no_way": {"frames": 3, "octets": 30}, "no_queue": {"frames": 4, "octets": 40}
     })"));
@@ -226,7 +226,7 @@ TEST(Snapshot, ShowsPathsWithAndWithoutQueue)
     ASSERT_EQ(node.create_path({{2, 0, 2, 2, 0, 2}, 1, 9, pointer_of(queue)}), Refusal::granted);
     ASSERT_EQ(node.create_path({{2, 0, 2, 2, 0, 1}, 2, 0, pointer_of(removed)}), Refusal::granted);
     ASSERT_EQ(node.remove_queue(removed), Refusal::granted);
-    EXPECT_EQ(look_into(node)["paths"], json::parse(R"([
+    EXPECT_EQ(look_into(node).at("paths"), read_json(R"([
         {"mac": "02:00:02:02:00:01", "type": 2, "eioa_port": 0, "queue": null},
         {"mac": "02:00:02:02:00:02", "type": 1, "eioa_port": 9, "queue": "0x5d00000001"}
     ])"));
@@ -242,17 +242,17 @@ TEST(Snapshot, ShowsPcepsAndTheirBindings)
     ASSERT_EQ(node.pceps.account(bound, Fate::sent, {3, 100}), Refusal::granted);
     ASSERT_EQ(node.pceps.account(bound, Fate::dropped, {1, 50}), Refusal::granted);
     const json document = look_into(node);
-    ASSERT_EQ(document["pceps"].size(), 2U);
-    EXPECT_EQ(document["pceps"][0], json::parse(R"({
+    ASSERT_EQ(document.at("pceps").size(), 2U);
+    EXPECT_EQ(document.at("pceps")[0], read_json(R"({
         "handle": "0x5400000001", "id": 17, "remote_id": 11259375,
         "local_mac": "02:00:02:03:00:01", "remote_mac": "02:00:02:02:00:02", "vlan": 291, "priority": 5,
         "target": "0x5200000001",
         "counters": {"received": {"frames": 2, "octets": 200}, "sent": {"frames": 3, "octets": 300},
                      "dropped": {"frames": 1, "octets": 50}}
     })"));
-    EXPECT_EQ(document["pceps"][1]["handle"], text_of(unbound));
-    EXPECT_TRUE(document["pceps"][1]["target"].is_null());
-    EXPECT_EQ(document["bindings"], json::parse(R"([{"pcep": 17, "target": "0x5200000001"}])"));
+    EXPECT_EQ(document.at("pceps")[1].at("handle"), text_of(unbound));
+    EXPECT_TRUE(document.at("pceps")[1].at("target").is_null());
+    EXPECT_EQ(document.at("bindings"), read_json(R"([{"pcep": 17, "target": "0x5200000001"}])"));
 }
 
 TEST(Snapshot, ShowsGroupsWithTheirMembers)
@@ -268,7 +268,7 @@ TEST(Snapshot, ShowsGroupsWithTheirMembers)
         ASSERT_EQ(node.pceps.add_member(through_paths, member), Refusal::granted);
     }
     node.pceps.account_replication(through_paths, {3, 100}, 1);
-    EXPECT_EQ(look_into(node)["groups"], json::parse(R"([
+    EXPECT_EQ(look_into(node).at("groups"), read_json(R"([
         {"handle": "0x5500000001", "id": 100, "scheduler": null, "members": [9, 4],
          "counters": {"offered": {"frames": 3, "octets": 300}, "copies": {"frames": 6, "octets": 600},
                       "dropped": {"frames": 3, "octets": 300}}},
@@ -282,7 +282,7 @@ TEST(Snapshot, ShowsTheTime)
 {
     Node node;
     node.advance(18'000'000'000'000'000'000U);
-    EXPECT_EQ(look_into(node)["time"], 18'000'000'000'000'000'000U);
+    EXPECT_EQ(look_into(node).at("time"), 18'000'000'000'000'000'000U);
 }
 
 TEST(Snapshot, ShowsTheServicesCounters)
@@ -291,7 +291,7 @@ TEST(Snapshot, ShowsTheServicesCounters)
     node.ebcom.account(Fate::received, {1, 64});
     node.ebcom.account(Fate::sent, {2, 64});
     node.ebcom.account(Fate::dropped, {3, 64});
-    EXPECT_EQ(look_into(node)["statistics"], json::parse(R"({
+    EXPECT_EQ(look_into(node).at("statistics"), read_json(R"({
         "received": {"frames": 1, "octets": 64}, "sent": {"frames": 2, "octets": 128},
         "dropped": {"frames": 3, "octets": 192}
     })"));
@@ -304,9 +304,9 @@ TEST(Snapshot, ShowsTheServicesSettings)
     ASSERT_EQ(node.ebcom.set_globals({1500, 0x88b5, 0x3a, 0}), Refusal::granted);
     node.ebcom.set_timestamp_offset(-160);
     const json document = look_into(node);
-    EXPECT_EQ(document["interface"], json::parse(R"({"eth_dev_id": 7, "vsi": 258})"));
-    EXPECT_EQ(document["globals"], json::parse(R"({"mtu": 1500, "ether_type": 34997, "settings": [10, 3]})"));
-    EXPECT_EQ(document["timestamp_offset"], -160);
+    EXPECT_EQ(document.at("interface"), read_json(R"({"eth_dev_id": 7, "vsi": 258})"));
+    EXPECT_EQ(document.at("globals"), read_json(R"({"mtu": 1500, "ether_type": 34997, "settings": [10, 3]})"));
+    EXPECT_EQ(document.at("timestamp_offset"), -160);
 }
 
 TEST(Snapshot, ShowsTheTimingUnit)
@@ -322,7 +322,7 @@ TEST(Snapshot, ShowsTheTimingUnit)
     vorn_tu_event *event = nullptr;
     ASSERT_EQ(node.timing.take_event(connection, 1, event), Refusal::granted);
     node.timing.open(2);
-    EXPECT_EQ(look_into(node)["timing_unit"], json::parse(R"({
+    EXPECT_EQ(look_into(node).at("timing_unit"), read_json(R"({
         "reading": {"cycles": -5, "frequency": 300000},
         "connections": [
             {"handle": "0x6000000001", "subscribed": true, "state": "working", "events_left": 2,
@@ -340,7 +340,7 @@ TEST(Snapshot, ShowsAWaitingConnection)
     const Handle connection = node.timing.open(1);
     vorn_tu_event *event = nullptr;
     ASSERT_EQ(node.timing.take_event(connection, 1, event), Refusal::granted);
-    EXPECT_EQ(look_into(node)["timing_unit"]["connections"][0]["state"], "waiting");
+    EXPECT_EQ(look_into(node).at("timing_unit").at("connections")[0].at("state"), "waiting");
 }
 
 TEST(Snapshot, ShowsABlockedCallAndItsConnection)
@@ -349,24 +349,24 @@ TEST(Snapshot, ShowsABlockedCallAndItsConnection)
     node.timing.open(3);
     node.timing.hold(3, *closed_function("vorn_tu_get_nputimeoffset"));
     node.timing.hold(1, *closed_function("vorn_tu_init"));
-    const json timing_unit = look_into(node)["timing_unit"];
-    EXPECT_EQ(timing_unit["connections"][0]["state"], "blocked");
-    EXPECT_EQ(timing_unit["blocked"], json::parse(R"(["vorn_tu_init", "vorn_tu_get_nputimeoffset"])"));
+    const json timing_unit = look_into(node).at("timing_unit");
+    EXPECT_EQ(timing_unit.at("connections")[0].at("state"), "blocked");
+    EXPECT_EQ(timing_unit.at("blocked"), read_json(R"(["vorn_tu_init", "vorn_tu_get_nputimeoffset"])"));
 }
 
 TEST(Snapshot, ShowsRestartRequests)
 {
     Node node;
     node.restarts.push_back({42, "main.cpp", "out of patience"});
-    EXPECT_EQ(look_into(node)["restarts"],
-              json::parse(R"([{"line": 42, "file": "main.cpp", "reason": "out of patience"}])"));
+    EXPECT_EQ(look_into(node).at("restarts"),
+              read_json(R"([{"line": 42, "file": "main.cpp", "reason": "out of patience"}])"));
 }
 
 TEST(Snapshot, StandsARestartReasonThatIsNoUtf8)
 {
     Node node;
     node.restarts.push_back({42, "main.cpp", "cut \xc3"});
-    EXPECT_EQ(look_into(node)["restarts"][0]["reason"], "cut \xef\xbf\xbd");
+    EXPECT_EQ(look_into(node).at("restarts")[0].at("reason"), "cut \xef\xbf\xbd");
 }
 
 TEST(Snapshot, ShowsCallsAndFaults)
@@ -376,8 +376,8 @@ TEST(Snapshot, ShowsCallsAndFaults)
     faults.begin_call(*closed_function("kel_init_attach"));
     faults.begin_call(*closed_function("kel_init_attach"));
     const json document = look_into({}, faults);
-    EXPECT_EQ(document["calls"], json::parse(R"({"kel_init_attach": 2})"));
-    EXPECT_EQ(document["faults"], json::parse(R"([{"rule": "kel_init_attach:2=10", "hits": 1},
+    EXPECT_EQ(document.at("calls"), read_json(R"({"kel_init_attach": 2})"));
+    EXPECT_EQ(document.at("faults"), read_json(R"([{"rule": "kel_init_attach:2=10", "hits": 1},
                                                   {"rule": "vorn_tu_init=-1", "hits": 0}])"));
 }
 
@@ -385,12 +385,12 @@ TEST(QueueList, IsTheSnapshotsPart)
 {
     Node node;
     add_queue(node, add_scheduler(node, Handle::null));
-    EXPECT_EQ(json::parse(queue_list(node)), look_into(node)["queues"]);
+    EXPECT_EQ(read_json(queue_list(node)), look_into(node).at("queues"));
 }
 
 TEST(FaultList, IsTheSnapshotsPart)
 {
     FaultBook faults;
     ASSERT_EQ(faults.add("kel_init_attach:2=10"), "");
-    EXPECT_EQ(json::parse(fault_list(faults)), look_into({}, faults)["faults"]);
+    EXPECT_EQ(read_json(fault_list(faults)), look_into({}, faults).at("faults"));
 }
