@@ -40,7 +40,7 @@ void show_text(std::string_view text)
     while (!text.empty()) {
         const std::string_view line = text.substr(0, text.find('\n'));
         text.remove_prefix(std::min(line.size() + 1, text.size()));
-        kelctl::write(stdout, (width ? kelctl::folded(line, *width) : std::string(line)) + "\n");
+        kelctl::write(stdout, width ? kelctl::folded(line, *width) : fmt::format("{}\n", line));
     }
 }
 
