@@ -102,8 +102,8 @@ TEST(Run, CodesToExpectAreCheckedBeforeAnythingIsRun)
     EXPECT_EQ(outcome.err, "setup.kel:2:8: CODE: \"pcep\" is not a whole number\n"
                            "setup.kel:3:9: A command is required\n"
                            "setup.kel:4:8: \"snapshot\" calls no function of the library, and has no code to expect\n"
-                           "setup.kel:5:8: CODE: 4294967296 is not in 0 to 4294967295\n"
-                           "setup.kel:6:15: there is no command \"pcep remve\"; did you mean \"pcep remove\"?\n"
+                           "setup.kel:5:8: CODE: 4294967296 is not in the range 0 to 4294967295\n"
+                           "setup.kel:6:15: unknown command \"pcep remve\"; did you mean \"pcep remove\"?\n"
                            "setup.kel: 5 problems, nothing was run\n");
 }
 
