@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <optional>
 #include <string>
 #include <unistd.h>
@@ -19,6 +20,15 @@ public:
     {
         start(options, through);
     }
+
+    // A program that is ended like this leaves its socket.
+    ~held_node()
+    {
+        program_.reset();
+        std::remove(socket().c_str());
+    }
+    held_node(const held_node &) = delete;
+    held_node &operator=(const held_node &) = delete;
 
     void start(const std::vector<std::string> &options = {}, const std::vector<std::string> &through = {})
     {

@@ -470,6 +470,8 @@ TEST(StandingNode, NameIsTheFilesUnlessGiven)
     running_kelctl kelctl({.arguments = {"up", own, "--hold"}, .environment = {{"XDG_RUNTIME_DIR", file.folder()}}});
     const std::string name = std::filesystem::path(own).stem();
     EXPECT_TRUE(kelctl.shows("Others reach the node with kelctl --node " + name + "\n"));
+    kelctl.signal(SIGTERM);
+    EXPECT_EQ(kelctl.finish().status, 0);
 }
 
 TEST(StandingNode, NameThatIsNoneIsRefused)
