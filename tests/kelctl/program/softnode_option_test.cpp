@@ -24,7 +24,7 @@ class SoftnodeOption : public testing::Test
 protected:
     SoftnodeOption()
     {
-        EXPECT_TRUE(held_.shows("Holding the node until Ctrl-C.\n"));
+        EXPECT_TRUE(held_.shows("The node is up until Ctrl-C.\n"));
     }
 
     std::string path() const
