@@ -68,15 +68,15 @@ install(TARGETS kel-record RUNTIME COMPONENT kel-record)
 install(TARGETS kel-record-preload
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/${KEL_RECORD_FOLDER} COMPONENT kel-record)
 
-# Manual pages are made from the programs' tables, in the build folders of their rooms `documents`.
+# Manual pages and completion scripts are made in the build folders of the programs' rooms `documents`.
 function(install_text program file destination name)
     install(FILES ${file} DESTINATION ${destination} RENAME ${name} COMPONENT ${program})
 endfunction()
 foreach(program kelctl kel-trace kel-record)
-    set(scripts ${PROJECT_SOURCE_DIR}/${program}/documents)
+    set(made ${PROJECT_BINARY_DIR}/${program}/documents)
     string(REPLACE - _ function _${program})
-    install_text(${program} ${PROJECT_BINARY_DIR}/${program}/documents/${program}.1 ${CMAKE_INSTALL_MANDIR}/man1 ${program}.1)
-    install_text(${program} ${scripts}/${program}.bash ${CMAKE_INSTALL_DATADIR}/bash-completion/completions ${program})
-    install_text(${program} ${scripts}/${program}.zsh ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions ${function})
+    install_text(${program} ${made}/${program}.1 ${CMAKE_INSTALL_MANDIR}/man1 ${program}.1)
+    install_text(${program} ${made}/${program}.bash ${CMAKE_INSTALL_DATADIR}/bash-completion/completions ${program})
+    install_text(${program} ${made}/${program}.zsh ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions ${function})
 endforeach()
 install_text(kelctl ${PROJECT_BINARY_DIR}/kelctl/documents/node.toml.5 ${CMAKE_INSTALL_MANDIR}/man5 node.toml.5)

@@ -76,22 +76,13 @@ int run(const request &asked)
     return error == ENOENT ? exit_not_found : exit_cannot_run;
 }
 
-int answer(const std::string &text)
-{
-    const bool written = std::fputs(text.c_str(), stdout) >= 0 && std::fflush(stdout) == 0;
-    return written ? exit_done : exit_wrong_input;
-}
-
 int carry_out(const std::vector<std::string> &words)
 {
-    if (!words.empty() && words.front() == "--complete")
-        return answer(completion_text(std::span(words).subspan(1)));
     const request asked = parse_request(words);
-    if (asked.help)
-        return answer(help_text());
-    if (asked.version)
-        return answer("kel-record " KEL_RECORD_VERSION "\n");
-    return run(asked);
+    if (!asked.answer)
+        return run(asked);
+    const bool written = std::fputs(asked.answer->c_str(), stdout) >= 0 && std::fflush(stdout) == 0;
+    return written ? exit_done : exit_wrong_input;
 }
 
 } // namespace
@@ -100,7 +91,7 @@ int main(int argc, char **argv)
 {
     try {
         return carry_out({argv + 1, argv + argc});
-    } catch (const wrong_request &wrong) {
+    } catch (const options::wrong_request &wrong) {
         fmt::print(stderr, "kel-record: {}\nkel-record --help shows the options\n", wrong.what());
     } catch (const std::exception &error) {
         fmt::print(stderr, "kel-record: {}\n", error.what());

@@ -84,8 +84,8 @@ private:
             return otherwise;
         if (const auto instant = parse_instant(written, found_.first))
             return *instant;
-        throw wrong_request(fmt::format("{}: {} is not a time such as \"2026-11-22 05:01:55\" or 05:01:55.5", option,
-                                        kelctl::in_quotes(written)));
+        throw options::wrong_request(fmt::format("{}: {} is not a time such as \"2026-11-22 05:01:55\" or 05:01:55.5",
+                                                 option, kelctl::in_quotes(written)));
     }
 
     bool is_asked(const thread_key &of) const
@@ -176,17 +176,10 @@ constexpr int (*views[])(const request &) = {explain, report, check};
 
 int run(const std::vector<std::string> &words)
 {
-    if (!words.empty() && words.front() == "--complete") {
-        kelctl::write(stdout, completion_text(std::span(words).subspan(1)));
-        return exit_done;
-    }
     const request asked = parse_request(words);
-    if (asked.help)
-        kelctl::write(stdout, help_text());
-    else if (asked.version)
-        kelctl::write(stdout, "kel-trace " KEL_TRACE_VERSION "\n");
-    else
+    if (!asked.answer)
         return views[static_cast<size_t>(*asked.view)](asked);
+    kelctl::write(stdout, *asked.answer);
     return exit_done;
 }
 
@@ -202,7 +195,7 @@ int main(int argc, char **argv)
             return status;
         kelctl::write(stderr, fmt::format("kel-trace: standard output cannot be written: {}\n", *failure));
         return exit_found;
-    } catch (const wrong_request &wrong) {
+    } catch (const options::wrong_request &wrong) {
         kelctl::write(stderr,
                       fmt::format("kel-trace: {}\nkel-trace --help shows commands and options\n", wrong.what()));
     } catch (const unreadable &problem) {

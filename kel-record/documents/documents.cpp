@@ -1,15 +1,9 @@
 // kel-record-documents: prints the manual page, which is made from the program's table. For the build.
 #include "kel-record/language/request.h"
-#include "kelctl/documents/roff.h"
-
-#include <fmt/core.h>
-
-#include <cstdio>
+#include "options/documents/manual.h"
 
 namespace
 {
-
-using namespace kel_record;
 
 constexpr std::string_view description =
     R"(kel-record runs a control process and writes each of its calls into libkel-core-ic to a file, as the commands of kelctl
@@ -29,29 +23,20 @@ the file is its affair alone: when it cannot be written any more, standard error
 A further process that makes calls, such as a child, writes FILE.PID. A program that is linked statically, that opens the
 library with dlopen(3), or that changes its user id when it is executed is not recorded.)";
 
+constexpr options::meaning environment[] = {
+    {"LD_PRELOAD", "kel-record puts its library before those that are named there"},
+    {"KEL_RECORD_FILE", "set for the program: the file"},
+};
+
 } // namespace
 
 int main()
 {
-    kelctl::roff_page page("kel-record", 1, "kel-record", KEL_RECORD_VERSION,
-                           "writes the calls of a control process as a script");
-    page.section("SYNOPSIS");
-    page.text("kel-record [OPTION]... [--] PROGRAM [ARGUMENT]...");
-    page.section("DESCRIPTION");
-    page.text(description);
-    page.section("OPTIONS");
-    for (const option_row &row : option_rows())
-        page.item(row.value.empty() ? std::string(row.name) : fmt::format("{} {}", row.name, row.value),
-                  fmt::format("{}.", row.help));
-    page.section("EXIT STATUS");
-    for (const auto &[status, means] : exit_statuses())
-        page.item(status, means);
-    page.section("ENVIRONMENT");
-    page.item("LD_PRELOAD", "kel-record puts its library before those that are named there");
-    page.item("KEL_RECORD_FILE", "set for the program: the file");
-    page.section("EXAMPLES");
-    page.example("kel-record --output field.kel -- ./control-process --node 5\nkelctl run field.kel");
-    page.section("SEE ALSO");
-    page.text("kelctl(1), kel-trace(1), ld.so(8)");
-    return std::fputs(page.written().c_str(), stdout) < 0 || std::fflush(stdout) != 0;
+    return options::print_manual(
+        kel_record::program,
+        {.about = "writes the calls of a control process as a script",
+         .description = description,
+         .environment = environment,
+         .example = "kel-record --output field.kel -- ./control-process --node 5\nkelctl run field.kel",
+         .see_also = "kelctl(1), kel-trace(1), ld.so(8)"});
 }

@@ -1,15 +1,9 @@
 // kel-trace-documents: prints the manual page from the program's table. The build runs it; it is not installed.
 #include "kel-trace/language/request.h"
-#include "kelctl/documents/roff.h"
-
-#include <fmt/core.h>
-
-#include <cstdio>
+#include "options/documents/manual.h"
 
 namespace
 {
-
-using namespace kel_trace;
 
 constexpr std::string_view description =
     R"(kel-trace reads recordings that the LTTng tools made of the events of libkel-core-ic, and shows why operations failed and
@@ -41,40 +35,19 @@ lttng destroy
 kel-trace explain field
 kel-trace report --chrome chart.json field)";
 
-void add_options(kelctl::roff_page &page, std::optional<view> only)
-{
-    for (const option_row &row : option_rows())
-        if (row.only == only)
-            page.item(row.value.empty() ? std::string(row.name) : fmt::format("{} {}", row.name, row.value),
-                      fmt::format("{}.", row.help));
-}
+constexpr options::meaning environment[] = {
+    {"TZ", "the zone of the times that are shown and read"},
+    {"NO_COLOR", "if not empty: no colours on a terminal"},
+};
 
 } // namespace
 
 int main()
 {
-    kelctl::roff_page page("kel-trace", 1, "kel-trace", KEL_TRACE_VERSION, "explains recordings of libkel-core-ic");
-    page.section("SYNOPSIS");
-    page.text("kel-trace COMMAND [OPTION]... RECORDING...");
-    page.section("DESCRIPTION");
-    page.text(description);
-    page.section("COMMANDS");
-    for (const command_row &row : command_rows()) {
-        page.subsection(row.name);
-        page.text(fmt::format("kel-trace {}: {}.\n\n{}", row.name, row.help, notes[static_cast<size_t>(row.view)]));
-        add_options(page, row.view);
-    }
-    page.section("OPTIONS");
-    add_options(page, {});
-    page.section("EXIT STATUS");
-    for (const auto &[status, means] : exit_statuses())
-        page.item(status, means);
-    page.section("ENVIRONMENT");
-    page.item("TZ", "the zone of the times that are shown and read");
-    page.item("NO_COLOR", "if not empty: no colours on a terminal");
-    page.section("EXAMPLES");
-    page.example(example);
-    page.section("SEE ALSO");
-    page.text("kelctl(1), lttng(1), babeltrace2(1)");
-    return std::fputs(page.written().c_str(), stdout) < 0 || std::fflush(stdout) != 0;
+    return options::print_manual(kel_trace::program, {.about = "explains recordings of libkel-core-ic",
+                                                      .description = description,
+                                                      .notes = notes,
+                                                      .environment = environment,
+                                                      .example = example,
+                                                      .see_also = "kelctl(1), lttng(1), babeltrace2(1)"});
 }
