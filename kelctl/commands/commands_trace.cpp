@@ -69,7 +69,10 @@ std::vector<command> trace_commands()
                       {"kel_trace_internal_vformat_str", format_message<format_list>, "list"}},
          .help = "Format a message like those of trace records",
          .arguments =
-             {{.name = "TEXT", .kind = kind::text(), .help = "text of the message; cut at 1023 characters", .required = false},
+             {{.name = "TEXT",
+               .kind = kind::text(),
+               .help = "text of the message; cut at 1023 characters",
+               .required = false},
               {.name = "--prefix", .kind = kind::text(), .help = "function name to put in front", .required = false}},
          .example = "trace message 'port=6' --prefix bring_up"},
         {.name = "trace point",

@@ -112,8 +112,8 @@ public:
     // only, so this is what shows which port a queue belongs to (node/standing.h).
     std::vector<kel_ebcom_path_config> paths;
     std::map<uint64_t, uint64_t> handles; // by the names that commands gave them
-    traffic_player traffic;        // what passes as virtual time does
-    std::function<void()> on_made; // called after each call that succeeded; null: not at all
+    traffic_player traffic;               // what passes as virtual time does
+    std::function<void()> on_made;        // called after each call that succeeded; null: not at all
     // Gets each part of a result as it is shown, and before it becomes part of the whole; null: nobody does.
     std::function<void(const result &part, const origin &from)> on_part;
     other_process *elsewhere = nullptr; // carries out what needs a node; not owned; null: this process does

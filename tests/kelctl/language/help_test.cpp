@@ -127,8 +127,9 @@ TEST(Help, WholeOfTheProgramTellsStatusesAndEnvironment)
 {
     const std::string help = overview(source::program);
     EXPECT_THAT(help, StartsWith("Control process of a node"));
-    for (const char *part : {"Usage: kelctl [--node NAME | --softnode PATH] COMMAND ...\n", "\n  load  ", "\n  lamp ...  ",
-                             "\nInstead of a command:\n  --version  ", "\nExit status:\n", "\n  NO_COLOR  "})
+    for (const char *part :
+         {"Usage: kelctl [--node NAME | --softnode PATH] COMMAND ...\n", "\n  load  ", "\n  lamp ...  ",
+          "\nInstead of a command:\n  --version  ", "\nExit status:\n", "\n  NO_COLOR  "})
         EXPECT_THAT(help, HasSubstr(part));
     EXPECT_THAT(help, Not(HasSubstr("\n  leave  ")));
 }
