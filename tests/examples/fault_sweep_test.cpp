@@ -1,6 +1,7 @@
 // examples/fault_sweep.c finds what it is there to find.
+#include "tests/notation/print.h"
+
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <cstdio>
 #include <set>
@@ -24,15 +25,15 @@ std::string output_of(const char *program)
 
 TEST(FaultSweepExample, OnlyAFailedBindingLeavesSomething)
 {
-    const auto report = nlohmann::json::parse(output_of(FAULT_SWEEP_EXAMPLE));
-    ASSERT_EQ(report["runs"].size(), 18U);
+    const auto report = notation::read_json(output_of(FAULT_SWEEP_EXAMPLE));
+    ASSERT_EQ(report.at("runs").size(), 18U);
     std::set<std::string> leaving;
-    for (const auto &run : report["runs"]) {
-        EXPECT_EQ(run["outcome"], "returned");
-        EXPECT_NE(run["result"], 0);
-        EXPECT_TRUE(run["missing"].empty());
-        if (!run["left"].empty())
-            leaving.insert(run["function"]);
+    for (const auto &run : report.at("runs")) {
+        EXPECT_EQ(run.at("outcome"), "returned");
+        EXPECT_NE(run.at("result"), 0);
+        EXPECT_TRUE(run.at("missing").empty());
+        if (!run.at("left").empty())
+            leaving.insert(run.at("function").text());
     }
     EXPECT_EQ(leaving, std::set<std::string>{"ork_bind"});
 }

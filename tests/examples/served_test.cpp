@@ -1,11 +1,11 @@
 // The examples, looked into and loaded with traffic from outside while they are what they are for users: programs that
 // know nothing of the software accelerator.
 #include "socket/client.h"
+#include "tests/notation/print.h"
 #include "tests/socket/folder.h"
 #include "tests/softnode/serving/control_process.h"
 
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <chrono>
 #include <filesystem>
@@ -14,14 +14,14 @@
 namespace
 {
 
-using nlohmann::json;
+using json = notation::document;
 
 class ServedExample : public testing::TestWithParam<const char *>
 {
 protected:
     json asked(const json &request)
     {
-        return json::parse(client_.ask(request.dump())).at("result");
+        return notation::read_json(client_.ask(to_json(request))).at("result");
     }
 
     const sockets::folder here_;
@@ -36,7 +36,7 @@ protected:
 TEST_P(ServedExample, PassesTrafficAndEndsAsEver)
 {
     ASSERT_TRUE(up_);
-    EXPECT_EQ(asked({{"function", "snapshot"}})["pceps"].size(), 1U);
+    EXPECT_EQ(asked({{"function", "snapshot"}}).at("pceps").size(), 1U);
     EXPECT_EQ(asked({{"function", "traffic_offer"},
                      {"mac", "02:00:00:02:00:01"},
                      {"frames", 1000},
@@ -46,10 +46,10 @@ TEST_P(ServedExample, PassesTrafficAndEndsAsEver)
     const json queues = asked({{"function", "queues"}});
     ASSERT_EQ(queues.size(), 1U);
     // The burst, and 60 ms of 100 Mbit/s.
-    const auto sent = queues[0]["counters"]["sent"]["octets"].get<uint64_t>();
+    const auto sent = queues[0].at("counters").at("sent").at("octets").number<uint64_t>();
     EXPECT_GE(sent, 65'536U + 750'000U - 1500U);
     EXPECT_LE(sent, 65'536U + 750'000U + 1500U);
-    EXPECT_EQ(asked({{"function", "graph"}}).get<std::string>().substr(0, 7), "digraph");
+    EXPECT_EQ(asked({{"function", "graph"}}).text().substr(0, 7), "digraph");
     EXPECT_EQ(process_.end(), 0);
     EXPECT_FALSE(std::filesystem::exists(path_));
 }

@@ -1,8 +1,8 @@
 // examples/whole_node.c, with each of its calls failing once: what it leaves is only what no operation can remove.
 #include "softnode/softnode.h"
+#include "tests/notation/print.h"
 
 #include <gmock/gmock.h>
-#include <nlohmann/json.hpp>
 
 #include <cstdio>
 #include <cstdlib>
@@ -15,7 +15,7 @@ extern "C" int whole_node_main(void);
 namespace
 {
 
-using json = nlohmann::json;
+using json = notation::document;
 
 uint32_t run_quietly(void * /*context*/)
 {
@@ -28,7 +28,7 @@ json sweep_report()
     scenario.run = run_quietly;
     scenario.time_limit = 4000; // a timestamp thread that ends before it uses the timing unit is waited for in vain
     char *const text = softnode_fault_sweep(&scenario);
-    const json report = json::parse(text);
+    const json report = notation::read_json(text);
     std::free(text);
     return report;
 }
@@ -37,9 +37,9 @@ json sweep_report()
 std::set<std::string> kinds_left(const json &run)
 {
     std::set<std::string> kinds;
-    for (const json &object : run["left"])
-        if (object["kind"] != "timing connection")
-            kinds.insert(object["kind"].get<std::string>());
+    for (const json &object : run.at("left"))
+        if (object.at("kind") != "timing connection")
+            kinds.insert(object.at("kind").text());
     return kinds;
 }
 
@@ -47,19 +47,20 @@ std::set<std::string> kinds_left(const json &run)
 std::set<std::string> leaving(const json &report, bool down)
 {
     std::map<std::string, uint32_t> calls_up; // of each function
-    for (const json &call : report["calls"]) {
-        if (call["thread"] == 0)
-            ++calls_up[call["function"]];
-        if (call["function"] == "ork_ebcom_multicast_member_add")
+    for (const json &call : report.at("calls")) {
+        if (call.at("thread") == 0)
+            ++calls_up[call.at("function").text()];
+        if (call.at("function") == "ork_ebcom_multicast_member_add")
             break;
     }
     std::set<std::string> found;
-    for (const json &run : report["runs"]) {
-        const bool on_the_way_down = run["thread"] == 0 && run["call"] > calls_up[run["function"]];
-        if (run["persistent"] || on_the_way_down != down)
+    for (const json &run : report.at("runs")) {
+        const bool on_the_way_down =
+            run.at("thread") == 0 && run.at("call").number<uint32_t>() > calls_up[run.at("function").text()];
+        if (run.at("persistent").boolean() || on_the_way_down != down)
             continue;
         for (const std::string &kind : kinds_left(run))
-            found.insert(run["function"].get<std::string>() + ": " + kind);
+            found.insert(run.at("function").text() + ": " + kind);
     }
     return found;
 }
@@ -69,10 +70,10 @@ std::set<std::string> leaving(const json &report, bool down)
 TEST(WholeNodeExample, LeavesOnlyWhatNoOperationCanRemove)
 {
     const json report = sweep_report();
-    ASSERT_EQ(report["undisturbed"]["result"], 0);
-    ASSERT_THAT(kinds_left(report["undisturbed"]), testing::IsEmpty());
-    for (const json &run : report["runs"])
-        EXPECT_EQ(run["outcome"], "returned") << run;
+    ASSERT_EQ(report.at("undisturbed").at("result"), 0);
+    ASSERT_THAT(kinds_left(report.at("undisturbed")), testing::IsEmpty());
+    for (const json &run : report.at("runs"))
+        EXPECT_EQ(run.at("outcome"), "returned") << to_json(run);
 
     EXPECT_THAT(leaving(report, false), testing::UnorderedElementsAre("ork_bind: pcep"));
     EXPECT_THAT(leaving(report, true),

@@ -3,11 +3,11 @@
  */
 #include "caller.h"
 
+#include "notation/json.h"
 #include "softnode/softnode.h"
 
-#include <nlohmann/json.hpp>
-
 #include <array>
+#include <cstdlib>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -49,7 +49,7 @@ void add_fault_file(Caller &caller)
 void list_faults(Caller &)
 {
     const Text rules(softnode_faults_json(), std::free);
-    require(nlohmann::json::accept(rules.get()));
+    require(notation::try_read_json(rules.get()).has_value());
 }
 
 void clear_faults(Caller &)
@@ -65,7 +65,7 @@ void release(Caller &)
 void list_functions(Caller &)
 {
     const Text functions(softnode_fault_functions_json(), std::free);
-    require(nlohmann::json::accept(functions.get()));
+    require(notation::try_read_json(functions.get()).has_value());
 }
 
 /* So few that a step stays fast: each frame that leaves takes its time. */
@@ -129,7 +129,7 @@ void sweep(Caller &caller)
     };
     const softnode_scenario scenario{run, nullptr, nullptr, nullptr, 0};
     const Text report(softnode_fault_sweep(caller.maybe(scenario)), std::free);
-    require(!report || nlohmann::json::accept(report.get()));
+    require(!report || notation::try_read_json(report.get()).has_value());
 }
 
 void set_reading(Caller &caller)
@@ -150,7 +150,7 @@ void settle(Caller &)
 void look_in(Caller &)
 {
     const Text document(softnode_snapshot_json(), std::free);
-    require(nlohmann::json::accept(document.get()));
+    require(notation::try_read_json(document.get()).has_value());
 }
 
 void draw(Caller &)

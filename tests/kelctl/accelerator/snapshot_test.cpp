@@ -5,25 +5,25 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 namespace kelctl
 {
 namespace
 {
 
+using notation::document;
 using testing::ElementsAre;
 using testing::SizeIs;
 
-nlohmann::json empty_document()
+document empty_document()
 {
-    return nlohmann::json::parse(R"({"schedulers": [], "queues": [], "paths": [], "pceps": [], "bindings": [],
-                                     "groups": [], "interface": null, "globals": null, "timestamp_offset": null})");
+    return notation::read_json(R"({"schedulers": [], "queues": [], "paths": [], "pceps": [], "bindings": [],
+                                   "groups": [], "interface": null, "globals": null, "timestamp_offset": null})");
 }
 
 TEST(Snapshot, NodeJustSwitchedOnIsEmpty)
 {
-    const snapshot node = read_snapshot(notation::read_json(empty_document().dump()));
+    const snapshot node = read_snapshot(empty_document());
     EXPECT_TRUE(node.empty());
     EXPECT_FALSE(node.globals);
     EXPECT_FALSE(node.timestamp_offset);
@@ -31,22 +31,22 @@ TEST(Snapshot, NodeJustSwitchedOnIsEmpty)
 
 TEST(Snapshot, EveryKindOfObjectIsRead)
 {
-    auto document = empty_document();
-    document["schedulers"] = {{{"handle", "0x5c00000001"}, {"parent", nullptr}},
-                              {{"handle", "0x5c00000002"}, {"parent", "0x5c00000001"}}};
-    document["queues"] = {{{"handle", "0x5d00000001"},
-                           {"scheduler", "0x5c00000002"},
-                           {"rate", 4'000'000'000u},
-                           {"threshold", 512},
-                           {"bucket_size", 9},
-                           {"shaped", true}}};
-    document["paths"] = {{{"mac", "02:00:00:02:00:01"}, {"queue", "0x5d00000001"}},
-                         {{"mac", "02:00:00:02:00:02"}, {"queue", nullptr}}};
-    document["interface"] = {{"eth_dev_id", 7}, {"vsi", 258}};
-    document["globals"] = {{"mtu", 1500}, {"ether_type", 0x88B5}, {"settings", {3, 4}}};
-    document["timestamp_offset"] = -160;
+    document shown = empty_document();
+    shown["schedulers"] = document::array(
+        {{{"handle", "0x5c00000001"}, {"parent", nullptr}}, {{"handle", "0x5c00000002"}, {"parent", "0x5c00000001"}}});
+    shown["queues"] = document::array({{{"handle", "0x5d00000001"},
+                                        {"scheduler", "0x5c00000002"},
+                                        {"rate", 4'000'000'000u},
+                                        {"threshold", 512},
+                                        {"bucket_size", 9},
+                                        {"shaped", true}}});
+    shown["paths"] = document::array({{{"mac", "02:00:00:02:00:01"}, {"queue", "0x5d00000001"}},
+                                      {{"mac", "02:00:00:02:00:02"}, {"queue", nullptr}}});
+    shown["interface"] = {{"eth_dev_id", 7}, {"vsi", 258}};
+    shown["globals"] = {{"mtu", 1500}, {"ether_type", 0x88B5}, {"settings", document::array({3, 4})}};
+    shown["timestamp_offset"] = -160;
 
-    const snapshot node = read_snapshot(notation::read_json(document.dump()));
+    const snapshot node = read_snapshot(shown);
     ASSERT_THAT(node.schedulers, SizeIs(2));
     EXPECT_EQ(node.schedulers[0].parent, 0u);
     EXPECT_EQ(node.schedulers[1].parent, 0x5c00000001u);
@@ -71,23 +71,24 @@ TEST(Snapshot, EveryKindOfObjectIsRead)
 
 TEST(Snapshot, PcepsBindingsAndGroupsAreRead)
 {
-    auto document = empty_document();
-    document["pceps"] = {{{"id", 7},
-                          {"remote_id", 0xFFFFFF},
-                          {"local_mac", "02:00:00:03:00:01"},
-                          {"remote_mac", "02:00:00:02:00:01"},
-                          {"vlan", 4095},
-                          {"priority", 7}},
-                         {{"id", 511},
-                          {"remote_id", 0},
-                          {"local_mac", "02:00:00:03:00:02"},
-                          {"remote_mac", "02:00:00:02:00:02"},
-                          {"vlan", 0},
-                          {"priority", 0}}};
-    document["bindings"] = {{{"pcep", 511}, {"target", "0x5e00000001"}}};
-    document["groups"] = {{{"id", 300}, {"members", {511, 7}}}, {{"id", 1}, {"members", nlohmann::json::array()}}};
+    document shown = empty_document();
+    shown["pceps"] = document::array({{{"id", 7},
+                                       {"remote_id", 0xFFFFFF},
+                                       {"local_mac", "02:00:00:03:00:01"},
+                                       {"remote_mac", "02:00:00:02:00:01"},
+                                       {"vlan", 4095},
+                                       {"priority", 7}},
+                                      {{"id", 511},
+                                       {"remote_id", 0},
+                                       {"local_mac", "02:00:00:03:00:02"},
+                                       {"remote_mac", "02:00:00:02:00:02"},
+                                       {"vlan", 0},
+                                       {"priority", 0}}});
+    shown["bindings"] = document::array({{{"pcep", 511}, {"target", "0x5e00000001"}}});
+    shown["groups"] = document::array(
+        {{{"id", 300}, {"members", document::array({511, 7})}}, {{"id", 1}, {"members", document::array()}}});
 
-    const snapshot node = read_snapshot(notation::read_json(document.dump()));
+    const snapshot node = read_snapshot(shown);
     ASSERT_THAT(node.pceps, SizeIs(2));
     EXPECT_EQ(node.pceps[0].id, 7u);
     EXPECT_EQ(node.pceps[0].remote_id, 0xFFFFFFu);
@@ -127,8 +128,8 @@ TEST(Snapshot, AnyObjectMakesItNotEmpty)
 TEST(Snapshot, OtherDocumentsAreRefused)
 {
     EXPECT_THROW(read_snapshot(nullptr), notation::document_error);
-    EXPECT_THROW(read_snapshot(notation::document::object()), notation::document_error);
-    EXPECT_THROW(read_snapshot(notation::document::array()), notation::document_error);
+    EXPECT_THROW(read_snapshot(document::object()), notation::document_error);
+    EXPECT_THROW(read_snapshot(document::array()), notation::document_error);
 }
 
 } // namespace

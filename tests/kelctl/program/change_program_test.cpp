@@ -1,9 +1,9 @@
 // `export`, `diff`, `apply` and the lists in the program: in scripts, in the shell and after `up`.
 #include "program.h"
+#include "tests/notation/print.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 namespace
 {
@@ -90,14 +90,14 @@ TEST_F(Change, JsonHasTheStepsAndWhatIsLeft)
     std::string line;
     for (int i = 0; i < 3; ++i)
         std::getline(lines, line);
-    const auto told = nlohmann::json::parse(line);
-    EXPECT_EQ(told["ok"], false);
-    const auto &result = told["result"];
-    EXPECT_EQ(result["applied"], false);
-    EXPECT_EQ(result["steps"].size(), 2u);
-    EXPECT_EQ(result["interrupted"].dump(),
-              R"json([{"destinations":["02:00:00:02:00:01"],"object":"queue of RLU1P (6)"}])json");
-    EXPECT_EQ(result["left"].dump(),
+    const auto told = notation::read_json(line);
+    EXPECT_EQ(told.at("ok"), false);
+    const auto &result = told.at("result");
+    EXPECT_EQ(result.at("applied"), false);
+    EXPECT_EQ(result.at("steps").size(), 2u);
+    EXPECT_EQ(to_json(result.at("interrupted")),
+              R"json([{"object":"queue of RLU1P (6)","destinations":["02:00:00:02:00:01"]}])json");
+    EXPECT_EQ(to_json(result.at("left")),
               R"json([{"object":"path to 02:00:00:02:00:01 on RLU1P (6)","what":"removed"}])json");
 }
 

@@ -1,9 +1,9 @@
 // What the program makes of its arguments, before there is a command.
 #include "program.h"
+#include "tests/notation/print.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <sstream>
@@ -174,9 +174,9 @@ TEST(WrongEnvironment, IsADocumentWhereJsonIsAskedFor)
         EXPECT_EQ(outcome.status, 2) << arguments[0];
         EXPECT_EQ(outcome.err, "") << arguments[0];
         EXPECT_EQ(std::count(outcome.out.begin(), outcome.out.end(), '\n'), 1) << arguments[0];
-        const auto printed = nlohmann::json::parse(outcome.out, nullptr, false);
-        EXPECT_EQ(printed["ok"], false) << arguments[0];
-        EXPECT_THAT(printed["error"]["message"].get<std::string>(), testing::StartsWith(what_is_wrong)) << arguments[0];
+        const auto printed = notation::read_json(outcome.out);
+        EXPECT_EQ(printed.at("ok"), false) << arguments[0];
+        EXPECT_THAT(printed.at("error").at("message").text(), testing::StartsWith(what_is_wrong)) << arguments[0];
     }
 }
 

@@ -2,17 +2,17 @@
 #include "kelctl/commands/commands.h"
 #include "kelctl/jobs/script.h"
 #include "program.h"
+#include "tests/notation/print.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <sstream>
 
 namespace
 {
 
-using nlohmann::ordered_json;
+using json = notation::document;
 using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
@@ -23,9 +23,9 @@ program_outcome kelctl_with(const std::vector<std::string> &arguments,
     return run_kelctl({.arguments = arguments, .environment = environment, .folder = KELCTL_SOURCE_DIR});
 }
 
-ordered_json document(const program_outcome &outcome)
+json document(const program_outcome &outcome)
 {
-    return ordered_json::parse(outcome.out, nullptr, false);
+    return notation::read_json(outcome.out);
 }
 
 TEST(Check, SoundFileIsCountedAndNothingIsStarted)
@@ -54,10 +54,10 @@ TEST(Check, JsonHasEveryProblem)
     EXPECT_EQ(outcome.status, 2);
     EXPECT_EQ(outcome.err, "");
     const auto printed = document(outcome);
-    EXPECT_EQ(printed["ok"], false);
-    EXPECT_EQ(printed["error"]["file"], "node.toml");
-    EXPECT_EQ(printed["error"]["line"], 1);
-    EXPECT_EQ(printed["further_errors"].size(), 3u);
+    EXPECT_EQ(printed.at("ok"), false);
+    EXPECT_EQ(printed.at("error").at("file"), "node.toml");
+    EXPECT_EQ(printed.at("error").at("line"), 1);
+    EXPECT_EQ(printed.at("further_errors").size(), 3u);
 }
 
 TEST(Check, NodeFileMayComeThroughStandardInput)
@@ -114,7 +114,8 @@ std::string paths(const std::string &first, const std::string &port, size_t coun
 
 TEST(Check, WhatThePlatformHasNoRoomForIsAProblem)
 {
-    const size_t room = document(kelctl_with({"limits", "--json"}))["result"]["platform"]["paths"];
+    const size_t room =
+        document(kelctl_with({"limits", "--json"})).at("result").at("platform").at("paths").number<size_t>();
     const auto check_paths = [](size_t on_one_port, size_t on_another) {
         return run_kelctl({.arguments = {"check", "-"},
                            .in = ebcom_table + paths("02:00:00:02:00:00", "RLU1P", on_one_port) +
@@ -151,60 +152,58 @@ TEST(Plan, ListsTheCallsUpAndDownAndMakesNone)
                            "ebcom interface delete\n");
 }
 
-std::string script_of(const ordered_json &lines)
+std::string script_of(const json &lines)
 {
     std::string script;
-    for (const std::string line : lines)
-        script += line + "\n";
+    for (const json &line : lines)
+        script += line.text() + "\n";
     return script;
 }
 
 // What a script's last line shows, but for when and how it was asked.
-ordered_json snapshot_after(const std::string &script)
+json snapshot_after(const std::string &script)
 {
     const auto run = run_kelctl({.arguments = {"run", "-", "--json"}, .in = script + "snapshot\n"});
     EXPECT_EQ(run.status, 0);
     std::istringstream documents(run.out);
-    ordered_json shown;
+    json shown;
     for (std::string line; std::getline(documents, line);)
-        if (const auto one = ordered_json::parse(line); one["command"] == "snapshot")
-            shown = one["result"];
+        if (const auto one = notation::read_json(line); one.at("command") == "snapshot")
+            shown = one.at("result");
     return shown;
 }
 
 TEST(Plan, RunAsAScriptMakesTheNodeThatUpShows)
 {
-    const auto planned = document(kelctl_with({"plan", "examples/node.toml", "--json"}))["result"];
-    auto made = snapshot_after(script_of(planned["up"]) + "time advance 0s\n");
-    auto up = document(kelctl_with({"up", "examples/node.toml", "--json"}))["result"]["node"];
-    EXPECT_FALSE(up["paths"].empty());
-    for (const char *passing : {"time", "calls"}) {
-        made.erase(passing);
-        up.erase(passing);
-    }
-    EXPECT_EQ(made.dump(), up.dump());
+    const auto planned = document(kelctl_with({"plan", "examples/node.toml", "--json"})).at("result");
+    auto made = snapshot_after(script_of(planned.at("up")) + "time advance 0s\n");
+    auto up = document(kelctl_with({"up", "examples/node.toml", "--json"})).at("result").at("node");
+    EXPECT_FALSE(up.at("paths").empty());
+    for (json *node : {&made, &up})
+        std::erase_if(node->members(), [](const auto &one) { return one.name == "time" || one.name == "calls"; });
+    EXPECT_EQ(made, up);
 }
 
 TEST(Plan, RunAsAWholeLeavesTheNodeEmpty)
 {
     const auto left = snapshot_after(kelctl_with({"plan", "examples/node.toml"}).out);
     for (const char *kind : {"schedulers", "queues", "paths", "pceps", "groups"})
-        EXPECT_EQ(left[kind].size(), 0u) << kind;
+        EXPECT_EQ(left.at(kind).size(), 0u) << kind;
 }
 
 TEST(Plan, IsWhatUpDoes)
 {
-    const auto planned = document(kelctl_with({"plan", "examples/node.toml", "--json"}))["result"];
-    EXPECT_EQ(planned["up"].size(), 1u + 3 + 14 + 1 + 4 + 2 + 5 + 7);
+    const auto planned = document(kelctl_with({"plan", "examples/node.toml", "--json"})).at("result");
+    EXPECT_EQ(planned.at("up").size(), 1u + 3 + 14 + 1 + 4 + 2 + 5 + 7);
     // Neither the MP id nor parameters can be taken back, and nothing needs to be of traffic.
-    EXPECT_EQ(planned["down"].size(), planned["up"].size() - 1 - 1 - 7);
+    EXPECT_EQ(planned.at("down").size(), planned.at("up").size() - 1 - 1 - 7);
     const auto trace = kelctl_with({"up", "examples/node.toml", "--trace"}).err;
     if (trace.find("the tracer is not installed") != std::string::npos)
         GTEST_SKIP() << "there is no tracer on this machine";
     size_t from = 0;
     for (const char *list : {"up", "down"})
         for (const kelctl::invocation &line :
-             kelctl::parse_script(kelctl::commands(), script_of(planned[list])).lines) {
+             kelctl::parse_script(kelctl::commands(), script_of(planned.at(list))).lines) {
             if (line.chosen->function.empty())
                 continue;
             from = trace.find(std::string(line.chosen->function) + "()  (", from);
@@ -219,16 +218,16 @@ TEST(UpJson, TellsWhatStoodAndThatNothingIsLeft)
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.err, "");
     const auto printed = document(outcome);
-    EXPECT_EQ(printed["command"], "up");
-    EXPECT_EQ(printed["ok"], true);
-    const auto &result = printed["result"];
-    EXPECT_EQ(result["stood"], true);
-    EXPECT_EQ(result["paths_added"], 17);
-    EXPECT_EQ(result["node"]["paths"].size(), 16u);
-    EXPECT_EQ(result["statistics"]["queues"].size(), 10u);
-    EXPECT_EQ(result["statistics"]["pceps"].size(), 4u);
-    EXPECT_EQ(result["timestamp_thread"].size(), 0u);
-    EXPECT_EQ(result["left_behind"], "");
+    EXPECT_EQ(printed.at("command"), "up");
+    EXPECT_EQ(printed.at("ok"), true);
+    const auto &result = printed.at("result");
+    EXPECT_EQ(result.at("stood"), true);
+    EXPECT_EQ(result.at("paths_added"), 17);
+    EXPECT_EQ(result.at("node").at("paths").size(), 16u);
+    EXPECT_EQ(result.at("statistics").at("queues").size(), 10u);
+    EXPECT_EQ(result.at("statistics").at("pceps").size(), 4u);
+    EXPECT_EQ(result.at("timestamp_thread").size(), 0u);
+    EXPECT_EQ(result.at("left_behind"), "");
 }
 
 TEST(UpJson, ExplainsTheFailureAndTellsWhatIsLeft)
@@ -238,27 +237,29 @@ TEST(UpJson, ExplainsTheFailureAndTellsWhatIsLeft)
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.err, "");
     const auto printed = document(outcome);
-    EXPECT_EQ(printed["ok"], false);
-    EXPECT_EQ(printed["result"]["stood"], false);
-    EXPECT_EQ(printed["result"]["left_behind"], "1 path, 1 PCEP");
-    EXPECT_EQ(printed["failure"]["function"], "kel_core_ic_pcep_add");
-    EXPECT_EQ(printed["failure"]["code"], 13);
-    EXPECT_EQ(printed["further_failures"][0]["function"], "kel_core_ic_ebcom_path_rem");
-    if (printed["failure"]["records"].is_null())
+    EXPECT_EQ(printed.at("ok"), false);
+    EXPECT_EQ(printed.at("result").at("stood"), false);
+    EXPECT_EQ(printed.at("result").at("left_behind"), "1 path, 1 PCEP");
+    EXPECT_EQ(printed.at("failure").at("function"), "kel_core_ic_pcep_add");
+    EXPECT_EQ(printed.at("failure").at("code"), 13);
+    EXPECT_EQ(printed.at("further_failures")[0].at("function"), "kel_core_ic_ebcom_path_rem");
+    if (printed.at("failure").at("records").is_null())
         GTEST_SKIP() << "there is no tracer on this machine";
-    EXPECT_EQ(printed["failure"]["refusal"]["by"], "driver kit");
-    EXPECT_EQ(printed["failure"]["refusal"]["what"], "ork_bind");
-    EXPECT_EQ(printed["failure"]["refusal"]["code"], -8);
-    EXPECT_EQ(printed["failure"]["records"][0]["event"], "FN_ENTER");
+    EXPECT_EQ(printed.at("failure").at("refusal").at("by"), "driver kit");
+    EXPECT_EQ(printed.at("failure").at("refusal").at("what"), "ork_bind");
+    EXPECT_EQ(printed.at("failure").at("refusal").at("code"), -8);
+    EXPECT_EQ(printed.at("failure").at("records")[0].at("event"), "FN_ENTER");
 }
 
 TEST(Tables, PortsHaveNamesAndQosRows)
 {
-    const auto printed = document(kelctl_with({"ports", "--json"}))["result"];
-    EXPECT_EQ(printed["ports"].size(), 51u);
-    EXPECT_EQ(printed["ports"][19].dump(), R"({"port":19,"name":"RLU1R","ebcom":true,"scheduler":0,"queue":2})");
-    EXPECT_EQ(printed["ports"][14].dump(), R"({"port":14,"name":"DEBUG","ebcom":false,"scheduler":null,"queue":null})");
-    EXPECT_EQ(printed["locations"][1].dump(), R"({"location":"HSFP","code":3,"mac_byte_3":"3","mac_byte_2":"any"})");
+    const auto printed = document(kelctl_with({"ports", "--json"})).at("result");
+    EXPECT_EQ(printed.at("ports").size(), 51u);
+    EXPECT_EQ(to_json(printed.at("ports")[19]), R"({"port":19,"name":"RLU1R","ebcom":true,"scheduler":0,"queue":2})");
+    EXPECT_EQ(to_json(printed.at("ports")[14]),
+              R"({"port":14,"name":"DEBUG","ebcom":false,"scheduler":null,"queue":null})");
+    EXPECT_EQ(to_json(printed.at("locations")[1]),
+              R"({"location":"HSFP","code":3,"mac_byte_3":"3","mac_byte_2":"any"})");
     const auto text = kelctl_with({"ports"}).out;
     EXPECT_THAT(text,
                 HasSubstr("port  name       ebcom  scheduler  queue\n   0  NONE       yes            4      0\n"));

@@ -4,10 +4,10 @@
 #include "plan_line.h"
 #include "program.h"
 #include "temporary_folder.h"
+#include "tests/notation/print.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <regex>
 #include <set>
@@ -134,11 +134,11 @@ TEST(Operations, EveryCommandAndVariantHasOneDocument)
     std::istringstream printed(std::regex_replace(outcome.out, step_of_a_watch, ""));
     size_t count = 0;
     for (std::string line, document; std::getline(asked, line) && std::getline(printed, document); ++count) {
-        const auto parsed = nlohmann::json::parse(document, nullptr, false);
-        ASSERT_TRUE(parsed.is_object()) << document;
-        EXPECT_TRUE(line.starts_with(parsed.at("command").get<std::string>())) << line;
-        EXPECT_EQ(parsed.at("ok"), true) << line;
-        EXPECT_TRUE(parsed.at("result").is_object()) << line;
+        const auto parsed = notation::try_read_json(document);
+        ASSERT_TRUE(parsed && parsed->is_object()) << document;
+        EXPECT_TRUE(line.starts_with(parsed->at("command").text())) << line;
+        EXPECT_EQ(parsed->at("ok"), true) << line;
+        EXPECT_TRUE(parsed->at("result").is_object()) << line;
     }
     EXPECT_GT(count, 50u);
     EXPECT_EQ(outcome.err, "");

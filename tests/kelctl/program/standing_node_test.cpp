@@ -12,6 +12,7 @@
 #include <array>
 #include <chrono>
 #include <csignal>
+#include <filesystem>
 #include <fstream>
 #include <grp.h>
 #include <iterator>

@@ -1,14 +1,14 @@
 // `kelctl sweep`: the real sweep over real scripts.
 #include "terminal_session.h"
+#include "tests/notation/print.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 namespace
 {
 
-using nlohmann::json;
+using json = notation::document;
 using testing::HasSubstr;
 using testing::StartsWith;
 
@@ -19,7 +19,7 @@ program_outcome sweep_text(const std::string &script, const std::vector<std::str
 
 json sweep_json(const std::string &script)
 {
-    return json::parse(sweep_text(script, {"--json"}).out);
+    return notation::read_json(sweep_text(script, {"--json"}).out);
 }
 
 TEST(Sweep, WholeNodeIsCleanButForWhatIsDocumented)
@@ -27,12 +27,12 @@ TEST(Sweep, WholeNodeIsCleanButForWhatIsDocumented)
     const auto outcome =
         run_kelctl({.arguments = {"sweep", "examples/whole-node.kel", "--json"}, .folder = KELCTL_SOURCE_DIR});
     EXPECT_EQ(outcome.status, 0) << outcome.out.substr(0, 4000);
-    const json printed = json::parse(outcome.out)["result"];
-    EXPECT_EQ(printed["tally"]["crashed"], 0);
-    EXPECT_EQ(printed["tally"]["hung"], 0);
-    EXPECT_EQ(printed["tally"]["left"], 0);
-    EXPECT_GT(printed["tally"]["clean"], 200);
-    EXPECT_GT(printed["tally"]["documented"], 10);
+    const json printed = notation::read_json(outcome.out).at("result");
+    EXPECT_EQ(printed.at("tally").at("crashed"), 0);
+    EXPECT_EQ(printed.at("tally").at("hung"), 0);
+    EXPECT_EQ(printed.at("tally").at("left"), 0);
+    EXPECT_GT(printed.at("tally").at("clean").number<int>(), 200);
+    EXPECT_GT(printed.at("tally").at("documented").number<int>(), 10);
 }
 
 TEST(Sweep, ShowsARowForEachCallAndWhyThingsAreLeft)
@@ -84,8 +84,8 @@ TEST(Sweep, CtrlCShowsWhatWasFoundUntilThen)
 
 TEST(Sweep, TakesDownWhatTheScriptLeaves)
 {
-    const json printed = sweep_json("ebcom interface create\n")["result"];
-    EXPECT_EQ(printed["left_undisturbed"], json::array());
+    const json printed = sweep_json("ebcom interface create\n").at("result");
+    EXPECT_EQ(printed.at("left_undisturbed"), json::array());
 }
 
 } // namespace
