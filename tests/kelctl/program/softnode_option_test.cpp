@@ -1,9 +1,9 @@
 // `kelctl --softnode`: rows of the software accelerator on the node of another process, which is kelctl here.
+#include "notation/json.h"
 #include "program.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <csignal>
 #include <fstream>
@@ -12,7 +12,7 @@
 namespace
 {
 
-using nlohmann::json;
+using json = notation::document;
 using testing::HasSubstr;
 using testing::StartsWith;
 
@@ -54,9 +54,8 @@ json snapshot_in(const std::string &output)
 {
     std::istringstream lines(output);
     for (std::string line; std::getline(lines, line);)
-        if (json document = json::parse(line, nullptr, false);
-            document.is_object() && document["command"] == "snapshot")
-            return document["result"];
+        if (auto document = notation::try_read_json(line); document && (*document)["command"] == "snapshot")
+            return (*document)["result"];
     return nullptr;
 }
 
@@ -95,8 +94,7 @@ TEST_F(SoftnodeOption, SnapshotIsTheProcesss)
         run_kelctl({.arguments = {"shell", "node.toml", "--json"}, .folder = file_.folder(), .in = "snapshot\n"});
     json here = snapshot_in(shell.out);
     json elsewhere = snapshot_in(there({"snapshot", "--json"}).out);
-    here.erase("calls"); // a shell shows no statistics of the node
-    elsewhere.erase("calls");
+    here["calls"] = elsewhere["calls"] = nullptr; // a shell shows no statistics of the node
     EXPECT_EQ(elsewhere, here);
     EXPECT_EQ(elsewhere["paths"][0]["mac"], "02:00:00:02:00:01");
 }
@@ -106,7 +104,8 @@ TEST_F(SoftnodeOption, TrafficPassesThroughTheProcesssNode)
     EXPECT_EQ(there({"traffic", "offer", "02:00:00:02:00:01", "--frames", "3", "--octets", "1000"}).status, 0);
     EXPECT_EQ(there({"time", "advance", "1s"}).status, 0);
     EXPECT_EQ(there({"time", "show"}).out, "1 s\n");
-    EXPECT_EQ(json::parse(there({"snapshot", "--json"}).out)["result"]["queues"][0]["counters"]["sent"]["frames"], 3);
+    EXPECT_EQ(
+        notation::read_json(there({"snapshot", "--json"}).out)["result"]["queues"][0]["counters"]["sent"]["frames"], 3);
 }
 
 TEST_F(SoftnodeOption, FaultsHitTheProcesssCalls)
@@ -156,7 +155,8 @@ TEST_F(SoftnodeOption, SaysThatTheProcessIsGone)
     EXPECT_EQ(text.err, "kelctl: " + path() + ": no connection: No such file or directory\n");
     const auto document = there({"time", "show", "--json"});
     EXPECT_EQ(document.status, 1);
-    EXPECT_EQ(json::parse(document.out)["error"]["message"], path() + ": no connection: No such file or directory");
+    EXPECT_EQ(notation::read_json(document.out)["error"]["message"],
+              path() + ": no connection: No such file or directory");
 }
 
 TEST(SoftnodeOptionAlone, NeedsAValue)
