@@ -230,7 +230,8 @@ std::string help_of_words(const command_table &table, std::string_view words, so
         return section(heading, rows_of(meanings), width);
     };
     if (words.empty() && where == source::program)
-        return wrapped("", about, width) + "\nUsage: kelctl [--node NAME | --softnode PATH] COMMAND ...\n" +
+        return wrapped("", about, width) + "\n" +
+               wrapped("Usage: ", "kelctl [--node NAME | --softnode PATH] COMMAND ...", width) +
                overview(table, where, width) + listed("Before a command", node_options) +
                listed("Instead of a command", program_options) + listed("Exit status", statuses) +
                listed("Environment", variables) + "\n" +

@@ -109,7 +109,8 @@ TEST(Main, ValueOfAnOptionIsNoOption)
 TEST(Main, CompletionScriptsAreToldWordsOrThatFilesAreMeant)
 {
     EXPECT_EQ(kelctl({"--complete", "ebcom", "path", ""}).out,
-              "add\tAdd a path from an IC port to a destination\nremove\tRemove one path to a destination\n");
+              "add\tAdd a path from an IC port to a destination\nremove\tRemove one path to a destination\n"
+              "list\tList the paths that exist\n");
     EXPECT_EQ(kelctl({"--complete", "check", "no"}).out, "@files\n");
     EXPECT_THAT(kelctl({"--complete"}).out, testing::StartsWith("up\tBring a node up"));
     EXPECT_EQ(kelctl({"--complete", "nothing", ""}).out, "");

@@ -64,6 +64,7 @@ constexpr std::string_view life_of_a_node[] = {
     "group member remove",
     "group remove",
     "pcep remove",
+    "expect",
     "pcep stop",
     "ebcom shaper remove",
     "ebcom path remove",
@@ -136,7 +137,9 @@ TEST(Operations, EveryCommandAndVariantHasOneDocument)
     for (std::string line, document; std::getline(asked, line) && std::getline(printed, document); ++count) {
         const auto parsed = notation::try_read_json(document);
         ASSERT_TRUE(parsed && parsed->is_object()) << document;
-        EXPECT_TRUE(line.starts_with(parsed->at("command").text())) << line;
+        const std::string expecting =
+            parsed->find("expected") ? "expect " + std::to_string(parsed->at("expected").number<uint32_t>()) + " " : "";
+        EXPECT_TRUE(line.starts_with(expecting + parsed->at("command").text())) << line;
         EXPECT_EQ(parsed->at("ok"), true) << line;
         EXPECT_TRUE(parsed->at("result").is_object()) << line;
     }

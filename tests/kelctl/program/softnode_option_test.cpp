@@ -44,7 +44,7 @@ protected:
     }
 
     const file_in_folder file_{"node.toml", node_text};
-    running_kelctl held_{{.arguments = {"up", "node.toml", "--hold"},
+    running_kelctl held_{{.arguments = {"up", "node.toml", "--hold", "--name", file_.node_name()},
                           .environment = {{"KEL_SOFTNODE_SOCKET", path()}},
                           .folder = file_.folder()}};
 };
