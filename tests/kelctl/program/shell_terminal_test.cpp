@@ -118,7 +118,7 @@ TEST_F(ShellOnTerminal, TabListsWhatIsPossibleWhereNothingIsCommon)
     terminal_session shell(run());
     shell.wait_for(prompt);
     shell.type("ebcom path " + tab);
-    shell.wait_for(line_end + "add     remove  " + line_end);
+    shell.wait_for(line_end + "add     remove  list    " + line_end);
     shell.wait_for(prompt + "ebcom path ");
 }
 
