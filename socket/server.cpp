@@ -169,7 +169,7 @@ void server::accept_waiting()
         break;
     }
     if (accepting != std::exchange(accepting_, accepting))
-        watch_events(events_.number(), EPOLL_CTL_MOD, listening_.number(), accepting ? EPOLLIN : 0);
+        watch_events(events_.number(), EPOLL_CTL_MOD, listening_.number(), accepting ? uint32_t{EPOLLIN} : 0);
 }
 
 void server::welcome(descriptor peer)

@@ -67,7 +67,7 @@ std::string text_of(const std::vector<interruption> &interrupted, const page &pa
 void warn_of(const std::vector<discrepancy> &found, result &done)
 {
     for (const discrepancy &one : found)
-        done.warnings.push_back({text_of(one)});
+        done.warnings.push_back(without_place(text_of(one)));
 }
 
 // A change of a running node, step by step.
@@ -87,7 +87,7 @@ public:
         if (held_before_)
             warn_of(*held_before_, done_);
         else
-            done_.warnings.push_back({std::string(not_read_back)});
+            done_.warnings.push_back(without_place(std::string(not_read_back)));
     }
 
     result show_plan()
@@ -219,7 +219,7 @@ result difference_from(const std::vector<invocation> &wanted, session &session)
     if (held)
         warn_of(*held, done);
     else
-        done.warnings.push_back({std::string(not_read_back)});
+        done.warnings.push_back(without_place(std::string(not_read_back)));
     return done;
 }
 

@@ -52,7 +52,7 @@ result listed(std::string_view name, fields rows, object_kind kind, const node_m
     for (const discrepancy &one : *found)
         if (one.kind == kind) {
             told.push_back({{"object", one.object}, {"what", one.what}});
-            done.warnings.push_back({text_of(one)});
+            done.warnings.push_back(without_place(text_of(one)));
         }
     done.shown["discrepancies"] = std::move(told);
     return done;

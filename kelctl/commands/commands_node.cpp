@@ -49,7 +49,7 @@ std::vector<argument> arguments_of_up()
         {.name = "--hold", .kind = kind::flag(), .help = "keep the node up until Ctrl-C or SIGTERM"},
         {.name = "--name",
          .kind = kind::text(),
-         .help = "by which others reach the node; the file's without its ending unless given",
+         .help = "name of the node for other processes (default: the file name without its ending)",
          .needs = "--hold"},
         {.name = "--group", .kind = kind::text(), .help = "let this group of users reach it, too", .needs = "--hold"},
         {.name = "--watch", .kind = kind::flag(), .help = "play the file's traffic and show counters and rates"},

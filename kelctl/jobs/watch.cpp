@@ -128,7 +128,7 @@ watched_node node_elsewhere(const counted &which, session &session)
     watched_node there = {
         .sample = [which, &session] { return result_of(session.elsewhere->ask(question_of(which)).at("result")); }};
     const result first = there.sample();
-    if (const fields *time = first.shown.find("virtual"); time && !time->is_null())
+    if (const fields *passed = first.shown.find("virtual"); passed && !passed->is_null())
         there.pass = [&session](uint64_t time) {
             invocation advance = invocation_of(*session.table.find("time advance"));
             advance.given.set("TIME", static_cast<int64_t>(time));

@@ -24,8 +24,8 @@ struct candidate {
 };
 
 struct completion {
-    std::vector<candidate> candidates; // in the table's order; of numbers, in theirs
-    bool files = false;                // also names of files, which the shell finds itself
+    std::vector<candidate> candidates = {}; // in the table's order; of numbers, in theirs
+    bool files = false;                     // also names of files, which the shell finds itself
 };
 
 // The words that start with `begun`, in upper or lower case. The words before it decide whether a word of a command, an

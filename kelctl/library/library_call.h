@@ -27,8 +27,8 @@ namespace kelctl
 struct failure {
     std::string operation; // the call with its arguments
     uint32_t code = 0;
-    std::vector<trace_entry> records; // that it fired
-    std::string hint = {};            // what to do about it; empty: nothing is known
+    std::vector<trace_entry> records = {}; // that it fired
+    std::string hint = {};                 // what to do about it; empty: nothing is known
 };
 
 // Parameters of a call. passed() returns the C arguments, text() what a report shows of them; outputs have no text.

@@ -33,6 +33,11 @@ result wrong_use(std::string reason)
     return {.status = exit_wrong_input, .errors = {{std::move(reason)}}};
 }
 
+input_error without_place(std::string message)
+{
+    return {.message = std::move(message)};
+}
+
 result wrong_input(const std::string &file, std::vector<input_error> errors, std::string_view consequence)
 {
     result wrong;

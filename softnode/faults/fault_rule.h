@@ -40,7 +40,7 @@ struct FaultRule {
     std::uint64_t first = 1;  /* the first call it is for, counted from 1 */
     std::uint64_t times = 0;  /* for how many calls from there on */
     bool own_thread = false;  /* of those of the thread that adds the rule */
-    FaultEffects effects;
+    FaultEffects effects = {};
 
     bool hits(std::uint64_t call) const;
 };

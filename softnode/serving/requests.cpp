@@ -130,7 +130,9 @@ document add_fault_text(const Given &given)
     std::uint32_t line = 0;
     std::uint32_t column = 0;
     const document wrong = text_of(softnode_faults_add_text(text.data(), text.size(), &line, &column));
-    return wrong.is_null() ? wrong : document{{"problem", wrong}, {"line", line}, {"column", column}};
+    if (wrong.is_null())
+        return nullptr;
+    return {{"problem", wrong}, {"line", line}, {"column", column}};
 }
 
 document clear_faults(const Given &)
