@@ -69,6 +69,18 @@ result leave(const invocation &, session &session)
     return {};
 }
 
+const command expectation = {
+    .name = expect_name,
+    .variants = {{}},
+    .help = "Run a command and compare the code that it returns",
+    .details = expect_details,
+    .arguments =
+        {{.name = "CODE", .kind = kind::number(dword_range), .help = "of the library; 0 is success"},
+         {.name = "COMMAND", .kind = kind::command_words(), .help = "a command with its arguments", .repeated = true}},
+    .example = "expect 4 pcep remove 7",
+    .sources = {source::script, source::shell},
+    .offline = true};
+
 } // namespace
 
 std::vector<command> session_commands()
@@ -94,18 +106,7 @@ std::vector<command> session_commands()
          .sources = {source::program},
          .carried_out = place::asking,
          .carries_out_others = true},
-        {.name = expect_name,
-         .variants = {{}},
-         .help = "Run a command and compare the code that it returns",
-         .details = expect_details,
-         .arguments = {{.name = "CODE", .kind = kind::number(dword_range), .help = "of the library; 0 is success"},
-                       {.name = "COMMAND",
-                        .kind = kind::command_words(),
-                        .help = "a command with its arguments",
-                        .repeated = true}},
-         .example = "expect 4 pcep remove 7",
-         .sources = {source::script, source::shell},
-         .offline = true},
+        expectation,
         {.name = "help",
          .variants = {{.run = show_help}},
          .help = "List the commands, or describe one",
