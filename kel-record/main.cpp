@@ -13,6 +13,7 @@
 #include <filesystem>
 #include <stdexcept>
 #include <string>
+#include <sys/auxv.h>
 #include <unistd.h>
 #include <vector>
 
@@ -36,10 +37,13 @@ void prepare(const std::string &file)
         close(opened);
 }
 
-// Beside the program, in the build tree and where it is installed.
+// Beside the program, in the build tree and where it is installed. The kernel passes the program's path; /proc, which shows
+// it as well, need not be mounted.
 fs::path preloaded_library()
 {
-    const fs::path library = fs::read_symlink("/proc/self/exe").parent_path().parent_path() / KEL_RECORD_LIBRARY;
+    const fs::path library =
+        fs::canonical(reinterpret_cast<const char *>(getauxval(AT_EXECFN))).parent_path().parent_path() /
+        KEL_RECORD_LIBRARY;
     if (!fs::exists(library))
         throw std::runtime_error(fmt::format("{} is missing", library.string()));
     return library;
