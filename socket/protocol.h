@@ -1,6 +1,6 @@
 // What is said over a socket: lines of JSON. The server speaks first:
 //
-//     {"protocol":"kel-softnode","version":1}
+//     {"protocol":"softnode","version":1}
 //
 // After that each line of the client is a request, and each gets one line as its answer, in the same order. A server that
 // refuses a request or the client answers {"error":"why"}.

@@ -8,7 +8,7 @@
  * With KEL_SOFTNODE_SOCKET=PATH in its environment, a control process offers these functions to other processes of its
  * user, over a socket that it makes when the node is switched on (docs/protocol.md). A thread of the accelerator's own
  * calls them there. Without the variable, and in a process with raised rights, nothing is opened and no thread started. A
- * child of fork() serves nothing; exit() removes the socket. What keeps it from serving is told on standard error.
+ * child of fork() serves nothing; exit() removes the socket. It reports on standard error why it cannot serve.
  *
  * Units are the same everywhere: rates are kbit/s (1,000 bits per second), bursts and thresholds octets, virtual time
  * nanoseconds since the node was switched on. A function that refuses returns a code of the driver kit, given here with

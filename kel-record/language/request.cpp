@@ -7,7 +7,7 @@ namespace
 {
 
 constexpr options::option rows[] = {
-    {"--output", "FILE", "where the calls are written to; PROGRAM.kel in the current folder unless given",
+    {"--output", "FILE", "write the calls to FILE (default: PROGRAM.kel in the current folder)",
      options::into<&request::output>},
     options::help_option,
     options::version_option,
@@ -37,7 +37,7 @@ request parse_request(std::span<const std::string> words)
     request asked;
     asked.program = options::parse(program, words, asked);
     if (!asked.answer && asked.program.empty())
-        throw options::wrong_request("a program to run is needed");
+        throw options::wrong_request("a program to run is required");
     return asked;
 }
 

@@ -11,20 +11,14 @@ namespace kel_trace
 namespace
 {
 
-using kelctl::with_separators;
-
-std::string counted(uint64_t count, std::string_view one, std::string_view many)
-{
-    return fmt::format("{} {}", with_separators(count), count == 1 ? one : many);
-}
+using kelctl::count_of;
 
 std::string losses_text(const recording &found)
 {
     std::string text;
     if (found.discarded_records > 0 || found.discarded_packets > 0)
         text += fmt::format("The tracer discarded {} and {}: record again with larger buffers.\n",
-                            counted(found.discarded_records, "record", "records"),
-                            counted(found.discarded_packets, "packet", "packets"));
+                            count_of(found.discarded_records, "record"), count_of(found.discarded_packets, "packet"));
     if (found.unknown_discarded)
         text += "The tracer discarded records that it did not count: record again with larger buffers.\n";
     for (const damaged_file &one : found.damaged)
@@ -46,8 +40,8 @@ std::string preface_text(const recording &found, const cut_operations *cut)
     std::string text = losses_text(found);
     if (found.records == 0)
         return text + "No record of the library.\n";
-    text += fmt::format("{} of {}{}, from {} to {}.\n", counted(found.records, "record", "records"),
-                        counted(found.processes.size(), "process", "processes"),
+    text += fmt::format("{} of {}{}, from {} to {}.\n", count_of(found.records, "record"),
+                        count_of(found.processes.size(), "process", "processes"),
                         found.hosts.size() > 1 ? fmt::format(" on {} hosts", found.hosts.size()) : "",
                         instant_text(found.first), instant_text(found.last));
     if (found.processes.size() == 1 && found.processes.begin()->second == 0)

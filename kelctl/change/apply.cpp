@@ -47,9 +47,7 @@ std::string text_of(const interruption &one)
 {
     if (one.object.kind != object_kind::queue)
         return fmt::format("interrupts {}", name_of(one.object));
-    const size_t count = one.destinations.size();
-    return fmt::format("interrupts {}: {} destination{}", name_of(one.object), with_separators(count),
-                       count == 1 ? "" : "s");
+    return fmt::format("interrupts {}: {}", name_of(one.object), count_of(one.destinations.size(), "destination"));
 }
 
 std::string text_of(const std::vector<interruption> &interrupted, const page &page)
@@ -70,6 +68,16 @@ void warn_of(const std::vector<discrepancy> &found, result &done)
         done.warnings.push_back(without_place(text_of(one)));
 }
 
+// Whether the platform was read back, and what it holds otherwise. `held`: the discrepancies, if it was.
+void show_read_back(const std::optional<std::vector<discrepancy>> &held, result &done)
+{
+    done.shown["read_back"] = held.has_value();
+    if (held)
+        warn_of(*held, done);
+    else
+        done.warnings.push_back(without_place(std::string(not_read_back)));
+}
+
 // A change of a running node, step by step.
 class change
 {
@@ -79,15 +87,10 @@ public:
           differences_(differences(before_, wanted_)), room_(room_for_destinations()),
           held_before_(discrepancies(before_, session)), plan_(plan_between(before_, wanted_, session.table, room_))
     {
-        done_.shown = {
-            {"differences", fields_of(differences_)},
-            {"read_back", held_before_.has_value()},
-            {"steps", list_of(plan_.steps, [](const invocation &one) { return fields(text_of(one)); })},
-            {"interrupted", list_of(plan_.interrupted, [](const interruption &one) { return fields_of(one); })}};
-        if (held_before_)
-            warn_of(*held_before_, done_);
-        else
-            done_.warnings.push_back(without_place(std::string(not_read_back)));
+        done_.shown = {{"differences", fields_of(differences_)}};
+        show_read_back(held_before_, done_);
+        done_.shown["steps"] = list_of(plan_.steps, [](const invocation &one) { return fields(text_of(one)); });
+        done_.shown["interrupted"] = list_of(plan_.interrupted, [](const interruption &one) { return fields_of(one); });
     }
 
     result show_plan()
@@ -215,11 +218,8 @@ result difference_from(const std::vector<invocation> &wanted, session &session)
     result done;
     done.status = changes.empty() && (!held || held->empty()) ? exit_done : exit_operation_failed;
     done.text = changes.empty() ? "nothing differs" : text_of(changes, session.output_page());
-    done.shown = {{"differences", fields_of(changes)}, {"read_back", held.has_value()}};
-    if (held)
-        warn_of(*held, done);
-    else
-        done.warnings.push_back(without_place(std::string(not_read_back)));
+    done.shown = {{"differences", fields_of(changes)}};
+    show_read_back(held, done);
     return done;
 }
 

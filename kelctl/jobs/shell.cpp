@@ -14,6 +14,7 @@
 #include "kelctl/remote/messages.h"
 #include "kelctl/session/result_view.h"
 #include "kelctl/terminal/terminal.h"
+#include "kelctl/terminal/text.h"
 
 #include <fmt/core.h>
 
@@ -120,9 +121,10 @@ result run_lines_on(loaded_lines loaded, const std::string &file, session &sessi
     node.show({.text = "", .warnings = std::move(loaded.warnings)});
     const bool stood = node.up();
     if (stood)
-        node.show({.text = line_on(session.output_page(),
-                                   fmt::format("The node is up: {} paths, {} PCEPs, {} multicast groups", size.paths,
-                                               size.pceps, size.groups))});
+        node.show(
+            {.text = line_on(session.output_page(),
+                             fmt::format("The node is up: {}, {}, {}", count_of(size.paths, "path"),
+                                         count_of(size.pceps, "PCEP"), count_of(size.groups, "multicast group")))});
     result lines = stood ? run_lines(session) : result{};
     const bool clean = node.down();
     result done = node.take_result(stood && clean);

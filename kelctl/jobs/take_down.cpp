@@ -38,7 +38,7 @@ std::string name_of(const tally &counted)
     const auto &[kind, count] = counted;
     if (kind.several.empty())
         return std::string(kind.one);
-    return fmt::format("{} {}", with_separators(count), count == 1 ? kind.one : kind.several);
+    return count_of(count, kind.one, kind.several);
 }
 
 // Lines break after commas.

@@ -42,8 +42,7 @@ result wrong_input(const std::string &file, std::vector<input_error> errors, std
 {
     result wrong;
     wrong.status = exit_wrong_input;
-    wrong.remark = fmt::format("{}: {} problem{}, {}", without_controls(file), with_separators(errors.size()),
-                               errors.size() == 1 ? "" : "s", consequence);
+    wrong.remark = fmt::format("{}: {}, {}", without_controls(file), count_of(errors.size(), "problem"), consequence);
     wrong.errors = std::move(errors);
     return wrong;
 }

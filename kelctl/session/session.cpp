@@ -59,7 +59,7 @@ std::string line_on_terminal(const trace_entry &entry)
     return line_on(page_for(stderr), to_text(entry));
 }
 
-std::string code_told(uint32_t code)
+std::string code_text(uint32_t code)
 {
     return fmt::format("{} ({})", code, kei_util_init_rc_str_get(code));
 }
@@ -75,7 +75,7 @@ void compare(const invocation &asked, result &done)
         return;
     }
     done.status = exit_operation_failed;
-    done.errors.push_back({fmt::format("expected code {}, got {}", code_told(*asked.expected), code_told(*done.code))});
+    done.errors.push_back({fmt::format("expected code {}, got {}", code_text(*asked.expected), code_text(*done.code))});
 }
 
 // Words of the command that do not go together: of a file, its own place says more than the command's help.

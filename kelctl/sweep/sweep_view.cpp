@@ -37,7 +37,7 @@ std::string items_text(const fields &items)
     std::vector<std::string> parts;
     parts.reserve(counts.size());
     for (const auto &[kind, count] : counts)
-        parts.push_back(fmt::format("{} {}{}", count, kind, count == 1 ? "" : "s"));
+        parts.push_back(count_of(count, kind));
     return joined(parts, ", ");
 }
 

@@ -169,4 +169,10 @@ std::string folded(std::string_view line, size_t width)
     return lines + last + "\n";
 }
 
+std::string count_of(uint64_t count, std::string_view one, std::string_view several)
+{
+    const std::string_view word = count == 1 || several.empty() ? one : several;
+    return fmt::format("{} {}{}", with_separators(count), word, count != 1 && several.empty() ? "s" : "");
+}
+
 } // namespace kelctl

@@ -5,6 +5,7 @@
 #include "text/quantity.h"
 
 #include <concepts>
+#include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
@@ -37,6 +38,9 @@ std::string_view nearest(std::string_view word, std::span<const std::string_view
 std::string did_you_mean(std::string_view word, std::span<const std::string_view> known);
 
 using text::with_separators;
+
+// "1 path", "3,500 paths". `several`: the plural; one with an s where it is empty.
+std::string count_of(uint64_t count, std::string_view one, std::string_view several = "");
 
 // Of what is no terminal's.
 inline constexpr size_t usual_width = 80;

@@ -64,8 +64,7 @@ std::vector<kind> kinds_in(const snapshot &node)
 
 std::string amount_of(const kind &shown)
 {
-    const size_t count = shown.names.size();
-    return fmt::format("{} {}", with_separators(count), count == 1 ? shown.one : shown.several);
+    return count_of(shown.names.size(), shown.one, shown.several);
 }
 
 std::string row(const kind &shown, size_t width)

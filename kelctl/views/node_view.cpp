@@ -157,9 +157,6 @@ fields service_fields(const snapshot &node, std::optional<size_t> added_paths)
 {
     kel_ebcom_capabilities capabilities{};
     kel_core_ic_ebcom_capabilities_get(&capabilities);
-    const auto counted = [](size_t count, std::string_view one) {
-        return fmt::format("{} {}{}", count, one, count == 1 ? "" : "s");
-    };
     return {
         {"interface", interface_text(node)},
         {"parameters", parameters_text(node)},
@@ -168,8 +165,9 @@ fields service_fields(const snapshot &node, std::optional<size_t> added_paths)
         {"multicast", fmt::format("up to {} groups of up to {} members", capabilities.max_multicast_groups,
                                   capabilities.max_multicast_members)},
         {"timestamp", node.timestamp_offset ? fmt::format("offset {}", *node.timestamp_offset) : "no offset"},
-        {"paths", fmt::format("{}to {} through {}", added_paths ? fmt::format("{} added, ", *added_paths) : "",
-                              counted(node.paths.size(), "destination"), counted(node.queues.size(), "queue"))}};
+        {"paths",
+         fmt::format("{}to {} through {}", added_paths ? fmt::format("{} added, ", with_separators(*added_paths)) : "",
+                     count_of(node.paths.size(), "destination"), count_of(node.queues.size(), "queue"))}};
 }
 
 std::string placed(const mac_address &mac)

@@ -1,4 +1,4 @@
-// What samples of a node (node/sample.h) tell of its queues over time, to be drawn.
+// The queues of a node over time, from samples (node/sample.h), to be drawn.
 #pragma once
 
 #include "kelctl/session/result.h"

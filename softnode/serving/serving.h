@@ -9,7 +9,7 @@ namespace softnode
 
 /**
  * Starts to serve the socket that the variable names; without it, and in a process that has more rights than who started
- * it, opens nothing and starts no thread. What keeps it from serving is told on standard error, and the process goes on.
+ * it, opens nothing and starts no thread. It reports on standard error why it cannot serve, and the process goes on.
  * Called once, when the node is switched on.
  *
  * The thread takes no signals. A child of fork() serves nothing and leaves its parent's socket alone. At exit the socket

@@ -1,4 +1,4 @@
-// Starts, stops, adds, removes, reads and dumps for as long as it is told. Every round must succeed and be refused as
+// Starts, stops, adds, removes, reads and dumps for the given time. Every round must succeed and be refused as
 // often as the first one, and the memory in use must stay where it was after the first rounds.
 //
 //     soak [SECONDS]

@@ -1,4 +1,4 @@
-// Adding unicast PCEPs: what the driver kit is told, the binding of those on the HSFP, and every way to fail.
+// Adding unicast PCEPs: what the driver kit gets, the binding of those on the HSFP, and every way to fail.
 #include "expected.h"
 #include "kel/kel_core_ic_pcep.h"
 #include "pcep_requests.h"

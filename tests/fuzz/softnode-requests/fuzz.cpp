@@ -32,7 +32,7 @@ void check(const std::string &answer)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *octets, std::size_t count)
 {
     const std::string_view request(reinterpret_cast<const char *>(octets), count);
-    if (request.find("timing_settle") != std::string_view::npos) // waits as long as it is told
+    if (request.find("timing_settle") != std::string_view::npos) // waits as long as the request says
         return 0;
     softnode_reset();
     try {

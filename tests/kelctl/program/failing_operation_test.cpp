@@ -79,7 +79,7 @@ const failing_operation going_up[] = {
      13, "EXCEPTION GENERAL kel_core_ic_pcep_mc_member_add(): 0xfffffffc - ", empty_again, "node.toml:29: "},
 };
 
-// What stands is shown as far as it can be, and taken down.
+// What exists is shown as far as possible, and taken down.
 const failing_operation showing[] = {
     {"GlobalStatistics", "ork_ebcom_global_statistics_get=-1", "kel_core_ic_ebcom_global_fmt_stats_get(format=2)", 13,
      "EXCEPTION GENERAL kel_ic_ebcom_get_global_stats(): 0xffffffff - ", ""},

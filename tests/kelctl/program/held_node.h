@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <map>
 #include <optional>
 #include <string>
 #include <unistd.h>
@@ -15,10 +16,11 @@ class held_node
 {
 public:
     explicit held_node(const std::string &text, const std::vector<std::string> &options = {},
-                       const std::vector<std::string> &through = {})
+                       const std::vector<std::string> &through = {},
+                       const std::map<std::string, std::string> &environment = {})
         : file_("node.toml", text)
     {
-        start(options, through);
+        start(options, through, environment);
     }
 
     // A program that is ended like this leaves its socket.
@@ -30,9 +32,11 @@ public:
     held_node(const held_node &) = delete;
     held_node &operator=(const held_node &) = delete;
 
-    void start(const std::vector<std::string> &options = {}, const std::vector<std::string> &through = {})
+    void start(const std::vector<std::string> &options = {}, const std::vector<std::string> &through = {},
+               const std::map<std::string, std::string> &environment = {})
     {
         program_.emplace(program_run{.arguments = with({"up", "node.toml", "--hold", "--name", name()}, options),
+                                     .environment = environment,
                                      .folder = folder(),
                                      .through = through});
         EXPECT_TRUE(program_->shows(name())) << "the node is not held"; // as a text or as JSON

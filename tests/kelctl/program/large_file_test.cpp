@@ -48,7 +48,7 @@ TEST(LargeFile, UpShowsASummary)
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.err, "");
     EXPECT_LT(lines_in(outcome.out), 150);
-    EXPECT_THAT(outcome.out, HasSubstr("10000 added, to 10000 destinations through 4 queues\n"));
+    EXPECT_THAT(outcome.out, HasSubstr("10,000 added, to 10,000 destinations through 4 queues\n"));
     EXPECT_THAT(outcome.out, HasSubstr("      2,480 more rows; --all shows them\n"));
 }
 

@@ -126,7 +126,7 @@ TEST_F(ShellOnTerminal, TabCompletesWhatWasUsedAndWhatStands)
 {
     terminal_session shell(run({"shell", "node.toml"}));
     EXPECT_THAT(shell.wait_for(prompt),
-                testing::EndsWith("The node is up: 1 paths, 0 PCEPs, 1 multicast groups" + line_end));
+                testing::EndsWith("The node is up: 1 path, 0 PCEPs, 1 multicast group" + line_end));
     shell.type("ebcom queue handle 0" + tab);
     shell.wait_for("02:00:00:02:0a:0b ");
     shell.type(enter);

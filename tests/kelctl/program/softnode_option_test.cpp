@@ -1,4 +1,5 @@
 // `kelctl --softnode`: rows of the software accelerator on the node of another process, which is kelctl here.
+#include "held_node.h"
 #include "notation/json.h"
 #include "program.h"
 
@@ -22,31 +23,22 @@ const std::string node_text = ebcom_table + "[[path]]\ndst_mac = \"02:00:00:02:0
 class SoftnodeOption : public testing::Test
 {
 protected:
-    SoftnodeOption()
-    {
-        EXPECT_TRUE(held_.shows("The node is up until Ctrl-C.\n"));
-    }
-
     std::string path() const
     {
-        return file_.folder() + "/node.sock";
+        return node_.folder() + "/softnode.sock";
     }
 
     program_outcome there(const std::vector<std::string> &command, const std::string &in = "") const
     {
-        return run_kelctl({.arguments = with({"--softnode", path()}, command), .folder = file_.folder(), .in = in});
+        return run_kelctl({.arguments = with({"--softnode", path()}, command), .folder = node_.folder(), .in = in});
     }
 
     void end_process()
     {
-        held_.signal(SIGTERM);
-        EXPECT_EQ(held_.finish().status, 0);
+        EXPECT_EQ(node_.end(SIGTERM).status, 0);
     }
 
-    const file_in_folder file_{"node.toml", node_text};
-    running_kelctl held_{{.arguments = {"up", "node.toml", "--hold", "--name", file_.node_name()},
-                          .environment = {{"KEL_SOFTNODE_SOCKET", path()}},
-                          .folder = file_.folder()}};
+    held_node node_{node_text, {}, {}, {{"KEL_SOFTNODE_SOCKET", "softnode.sock"}}};
 };
 
 // The result of a snapshot, among the documents of other commands.
@@ -72,10 +64,10 @@ const std::string every_row = "node reset\n"
 
 TEST_F(SoftnodeOption, RowsShowWhatTheyShowInTheProcessItself)
 {
-    std::ofstream(file_.folder() + "/bad.txt") << "ork_bind=-4\n  ork_bind:0=-1\n";
+    std::ofstream(node_.folder() + "/bad.txt") << "ork_bind=-4\n  ork_bind:0=-1\n";
     for (const std::vector<std::string> &run :
          {std::vector<std::string>{"run", "-", "--keep-going"}, {"run", "-", "--keep-going", "--json"}}) {
-        const auto here = run_kelctl({.arguments = run, .folder = file_.folder(), .in = every_row});
+        const auto here = run_kelctl({.arguments = run, .folder = node_.folder(), .in = every_row});
         const auto elsewhere = there(run, every_row);
         EXPECT_EQ(elsewhere.out, here.out);
         EXPECT_EQ(elsewhere.err, here.err);
@@ -91,7 +83,7 @@ TEST_F(SoftnodeOption, SnapshotIsTheProcesss)
     EXPECT_EQ(text.err, "");
     EXPECT_THAT(text.out, HasSubstr("paths         to 1 destination through 1 queue\n"));
     const auto shell =
-        run_kelctl({.arguments = {"shell", "node.toml", "--json"}, .folder = file_.folder(), .in = "snapshot\n"});
+        run_kelctl({.arguments = {"shell", "node.toml", "--json"}, .folder = node_.folder(), .in = "snapshot\n"});
     json here = snapshot_in(shell.out);
     json elsewhere = snapshot_in(there({"snapshot", "--json"}).out);
     here["calls"] = elsewhere["calls"] = nullptr; // a shell shows no statistics of the node
@@ -111,8 +103,7 @@ TEST_F(SoftnodeOption, TrafficPassesThroughTheProcesssNode)
 TEST_F(SoftnodeOption, FaultsHitTheProcesssCalls)
 {
     EXPECT_EQ(there({"fault", "add", "ork_ebcom_pcep_path_delete=-4"}).out, "");
-    held_.signal(SIGTERM);
-    const auto outcome = held_.finish();
+    const auto outcome = node_.end(SIGTERM);
     EXPECT_EQ(outcome.status, 1);
     EXPECT_THAT(outcome.err, HasSubstr("refused by the driver kit: ork_ebcom_pcep_path_delete, code -4"));
 }

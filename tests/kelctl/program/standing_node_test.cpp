@@ -82,7 +82,7 @@ TEST(StandingNode, ShowsTextAsTheProcessItselfDoes)
     const auto own =
         run_kelctl({.arguments = {"shell", "node.toml"}, .folder = node.folder(), .in = lines_for_a_node()});
     const auto other = node.ask({"shell"}, lines_for_a_node());
-    EXPECT_EQ(other.out, between(own.out, "1 PCEPs, 1 multicast groups\n", "Taken down."));
+    EXPECT_EQ(other.out, between(own.out, "1 PCEP, 1 multicast group\n", "Taken down."));
     EXPECT_THAT(other.out, HasSubstr("schedulers and queues\n"));
     EXPECT_EQ(other.err, own.err.substr(0, own.err.find("the timestamp thread reported:"))); // in its take-down
     EXPECT_THAT(other.err, HasSubstr("trace records of"));

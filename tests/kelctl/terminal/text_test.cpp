@@ -113,6 +113,15 @@ TEST(Text, CallsThatAreTooLongAreBrokenBeforeTheirArguments)
     EXPECT_EQ(folded("(file.cpp:12)", 10), "(file.cpp:12)\n");
 }
 
+TEST(Text, CountsAreInTheSingularForOneOnly)
+{
+    EXPECT_EQ(count_of(0, "path"), "0 paths");
+    EXPECT_EQ(count_of(1, "path"), "1 path");
+    EXPECT_EQ(count_of(3500, "path"), "3,500 paths");
+    EXPECT_EQ(count_of(1, "entry", "entries"), "1 entry");
+    EXPECT_EQ(count_of(2, "entry", "entries"), "2 entries");
+}
+
 TEST(Text, ColumnsAreCountedNotOctets)
 {
     EXPECT_EQ(folded("\x1b[1;31mfailed:\x1b[0m why", 11), "\x1b[1;31mfailed:\x1b[0m why\n");

@@ -1,4 +1,4 @@
-// What gnuplot is told to draw of given queues.
+// The gnuplot script for given queues.
 #include "kelctl/views/queue_plot.h"
 
 #include <gmock/gmock.h>

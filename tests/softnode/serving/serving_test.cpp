@@ -47,7 +47,7 @@ protected:
     const std::string path = here.file("served/node.sock");
 };
 
-/* What stands behind a heading in a thread's status file. */
+/* The text after a heading in a thread's status file. */
 std::string status_of(const std::filesystem::path &thread, const std::string &heading)
 {
     std::ifstream status(thread / "status");
