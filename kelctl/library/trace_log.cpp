@@ -69,6 +69,12 @@ std::vector<trace_entry> trace_log::background_failures()
     return background_;
 }
 
+std::optional<std::chrono::steady_clock::time_point> trace_log::timestamp_written()
+{
+    const std::lock_guard lock(mutex_);
+    return timestamp_written_;
+}
+
 void trace_log::take(const trace::record &record)
 {
     const std::lock_guard lock(mutex_);
@@ -80,8 +86,21 @@ void trace_log::take(const trace::record &record)
     entry.location = record.location;
     if (live_)
         live_(entry);
+    if (!of_operation)
+        follow_timestamp_thread(entry);
     if (!of_operation && tells_failure(entry) && background_.size() < most_background_failures)
         background_.push_back(entry);
+}
+
+// The thread announces that it writes, and after a success what it does next; a failure is a record of another event.
+// There may be several such threads.
+void trace_log::follow_timestamp_thread(const trace_entry &entry)
+{
+    thread_local bool writes = false;
+    const bool announced = entry.event == "API_CALL";
+    if (writes && announced)
+        timestamp_written_ = std::chrono::steady_clock::now();
+    writes = announced && entry.message.find("ork_ebcom_timestamp_offset_set(") != std::string::npos;
 }
 
 trace_entry &trace_log::next_of_operation()

@@ -9,9 +9,11 @@
 #include "kelctl/library/trace_entry.h"
 #include "trace/tap.h"
 
+#include <chrono>
 #include <cstddef>
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <thread>
 #include <vector>
 
@@ -43,12 +45,17 @@ public:
     // Those among them that report a failure: ERROR and EXCEPTION.
     std::vector<trace_entry> operation_failures();
 
+    // When the library's timestamp thread last wrote an offset that the accelerator took; none: not since the construction,
+    // or the tracer is not installed.
+    std::optional<std::chrono::steady_clock::time_point> timestamp_written();
+
     // The failures that other threads have reported since the construction, the first 100 of them.
     std::vector<trace_entry> background_failures();
 
 private:
     void take(const trace::record &record);
     trace_entry &next_of_operation();
+    void follow_timestamp_thread(const trace_entry &entry);
 
     std::mutex mutex_; // guards what follows, and the order of records for live_
     std::function<void(const trace_entry &)> live_;
@@ -57,6 +64,7 @@ private:
     std::ptrdiff_t operation_count_ = 0; // entries that belong to the operation
     trace_entry other_; // the last record of any other thread; a member so that its memory is used again
     std::vector<trace_entry> background_;
+    std::optional<std::chrono::steady_clock::time_point> timestamp_written_;
     bool installed_ = false;
 };
 

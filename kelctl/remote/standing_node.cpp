@@ -5,6 +5,7 @@
 #include "kelctl/node/known_on_node.h"
 #include "kelctl/node/sample.h"
 #include "kelctl/node/standing.h"
+#include "kelctl/node/state.h"
 #include "kelctl/remote/messages.h"
 #include "kelctl/remote/node_names.h"
 #include "kelctl/remote/octets.h"
@@ -101,6 +102,8 @@ fields standing_node::answer_to(const fields &request)
     const std::string &question = request.at("ask").text();
     if (question == "words")
         return message_of(known_on_node(session_));
+    if (question == "state")
+        return {{"result", message_of(take_state(session_))}};
     if (question == "sample")
         return {{"result", message_of(take_sample(ports_now(session_.paths), counted_of(request), session_))}};
     throw std::runtime_error(fmt::format("there is no question {}", in_quotes(question)));

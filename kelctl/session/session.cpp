@@ -128,11 +128,13 @@ void session::show_part(result &whole, result part, const origin &from)
     add_part(whole, std::move(part));
 }
 
-result session::called(const std::function<std::string()> &text, const std::function<uint32_t()> &call)
+result session::called(std::string_view name, const std::function<std::string()> &text,
+                       const std::function<uint32_t()> &call)
 {
     log().start_operation();
     result done;
     done.code = call();
+    ++operations[{name, *done.code}];
     keep_mp_id(); // the library may have read it now
     if (done.code == 0) {
         done.complaints = log().operation_failures();

@@ -14,6 +14,7 @@
 #include "kelctl/session/result.h"
 #include "kelctl/session/undo.h"
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -21,6 +22,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace kelctl
@@ -62,12 +64,13 @@ public:
         return done;
     }
 
-    // Calls a function that changes nothing on the node: the result is not noted as made.
+    // Calls a function that changes nothing on the node: the result is not noted as made. The name must be a literal.
     template <typename Function, typename... Parameters>
     result ask(std::string_view name, Function function, const Parameters &...parameters)
     {
-        return called([&] { return text_of_call(name, parameters...); },
-                      [&] { return call_with(function, parameters...); });
+        return called(
+            name, [&] { return text_of_call(name, parameters...); },
+            [&] { return call_with(function, parameters...); });
     }
 
     // Where text is shown, with as many rows of a list as were asked for: standard output, or that of who asks.
@@ -112,16 +115,20 @@ public:
     // only, so this is what shows which port a queue belongs to (node/standing.h).
     std::vector<kel_ebcom_path_config> paths;
     std::map<uint64_t, uint64_t> handles; // by the names that commands gave them
-    traffic_player traffic;               // what passes as virtual time does
-    std::function<void()> on_made;        // called after each call that succeeded; null: not at all
+    // How many calls of each function of the library returned each code.
+    std::map<std::pair<std::string_view, uint32_t>, uint64_t> operations;
+    traffic_player traffic;        // what passes as virtual time does
+    std::function<void()> on_made; // called after each call that succeeded; null: not at all
     // Gets each part of a result as it is shown, and before it becomes part of the whole; null: nobody does.
     std::function<void(const result &part, const origin &from)> on_part;
     other_process *elsewhere = nullptr; // carries out what needs a node; not owned; null: this process does
     bool timed = false;                 // a timestamp thread was started, whose first offset may have to be waited for
     bool finished = false;              // no further command is wanted
+    const std::chrono::steady_clock::time_point since = std::chrono::steady_clock::now();
 
 private:
-    result called(const std::function<std::string()> &text, const std::function<uint32_t()> &call);
+    result called(std::string_view name, const std::function<std::string()> &text,
+                  const std::function<uint32_t()> &call);
     void note(const invocation &asked, result &done);
     result perform_elsewhere(const invocation &asked);
     result perform_here(const invocation &asked);

@@ -46,6 +46,7 @@ bool undo_stack::by_undo::operator()(const invocation &undo, const entry &one) c
 
 void undo_stack::push(made_command made)
 {
+    made.number = ++pushed_;
     undone_by_.insert(made_.insert(made_.end(), std::move(made)));
 }
 

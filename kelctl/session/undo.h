@@ -4,6 +4,7 @@
 
 #include "kelctl/language/command.h"
 
+#include <cstdint>
 #include <list>
 #include <optional>
 #include <set>
@@ -18,6 +19,7 @@ struct made_command {
     invocation asked;
     invocation undo;     // without a row: nothing undoes it
     bool failed = false; // the command failed, and may have left something
+    uint64_t number = 0; // no other one of the stack had it
 };
 
 class undo_stack
@@ -58,6 +60,7 @@ private:
 
     const command_table &table_;
     std::list<made_command> made_;
+    uint64_t pushed_ = 0;
     std::multiset<entry, by_undo> undone_by_; // equal ones in the order of their making
 };
 

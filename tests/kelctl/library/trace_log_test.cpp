@@ -4,6 +4,7 @@
 #include "captured_stream.h"
 #include "kel/kel_core_ic_ebcom.h"
 #include "kelctl/terminal/terminal.h"
+#include "softnode/softnode.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -91,6 +92,37 @@ TEST_F(TraceLog, PrintsEveryRecordOfEveryThreadOnALineOfItsOwn)
                     testing::MatchesRegex("(FN_ENTER |FN_EXIT  |ERROR    |EXCEPTION) (EBCOM  |GENERAL) "
                                           "kel_ic_ebcom_port_to_mac_chan\\(\\).*  \\(kel_ic_ebcom.cpp:[0-9]+\\)"));
     EXPECT_EQ(count, 800u);
+}
+
+// The thread of the library itself.
+TEST_F(TraceLog, KnowsWhenTheLatestOffsetWasWritten)
+{
+    constexpr uint32_t adjustment = 6;
+    constexpr uint32_t longest = 10'000; // milliseconds
+    softnode_reset();
+    trace_log log;
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_EQ(log.timestamp_written(), std::nullopt);
+    EXPECT_EQ(kel_core_ic_ebcom_start(), 0u);
+    ASSERT_EQ(softnode_timing_settle(longest), 1);
+    const auto first = log.timestamp_written();
+    ASSERT_TRUE(first);
+    EXPECT_GT(*first, begin);
+    softnode_timing_event_post(adjustment + 1, 0); // which no offset is written for
+    ASSERT_EQ(softnode_timing_settle(longest), 1);
+    EXPECT_EQ(log.timestamp_written(), first);
+    softnode_timing_event_post(adjustment, 0);
+    ASSERT_EQ(softnode_timing_settle(longest), 1);
+    const auto second = log.timestamp_written();
+    EXPECT_GT(*second, *first);
+
+    const std::string fault = "ork_ebcom_timestamp_offset_set=-7";
+    EXPECT_EQ(softnode_faults_add_text(fault.data(), fault.size(), nullptr, nullptr), nullptr);
+    softnode_timing_event_post(adjustment, 0);
+    ASSERT_EQ(softnode_timing_settle(longest), 1);
+    EXPECT_EQ(log.timestamp_written(), second);
+    EXPECT_EQ(kel_core_ic_ebcom_stop(), 0u);
+    softnode_reset();
 }
 
 TEST_F(TraceLog, HearsNothingBeforeAndAfterItsLife)

@@ -43,6 +43,15 @@ protected:
     std::string err;
 };
 
+TEST_F(Session, CountsCallsByFunctionAndCode)
+{
+    session session(commands(), source::shell, {.json = true});
+    for (const char *line : {"ebcom port channel 6", "ebcom port channel 6", "ebcom port channel 0", "ports"})
+        carry_out(session, line);
+    EXPECT_THAT(session.operations, ElementsAre(std::pair(std::pair("kel_ic_ebcom_port_to_mac_chan", 0u), 2u),
+                                                std::pair(std::pair("kel_ic_ebcom_port_to_mac_chan", 3u), 1u)));
+}
+
 TEST_F(Session, ResultIsShownAndGivenBack)
 {
     session session(commands(), source::shell, {});

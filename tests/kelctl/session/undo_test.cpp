@@ -53,6 +53,15 @@ TEST(Undo, ReadingHasNone)
     EXPECT_FALSE(undo_of(asked("ebcom stats"), commands()));
 }
 
+TEST_F(UndoStack, NeverUsesANumberAgain)
+{
+    note("group add 300");
+    const uint64_t first = made.all().back().number;
+    note("group remove 300");
+    note("group add 300");
+    EXPECT_GT(made.all().back().number, first);
+}
+
 TEST_F(UndoStack, HoldsWhatMakesSomethingInItsOrder)
 {
     note("pcep start");

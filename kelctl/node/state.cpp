@@ -1,0 +1,116 @@
+// What the session knows besides the counters.
+#include "kelctl/node/state.h"
+
+#include "kel/kel_node_names.h"
+#include "kelctl/accelerator/software_accelerator.h"
+#include "kelctl/library/trace_log.h"
+#include "kelctl/node/standing.h"
+#include "kelctl/node/statistics.h"
+#include "kelctl/values/ic_port.h"
+#include "kelctl/values/limits.h"
+#include "kelctl/values/mp_id.h"
+
+#include <algorithm>
+#include <chrono>
+#include <map>
+#include <utility>
+
+namespace kelctl
+{
+namespace
+{
+
+constexpr const char *line = "line"; // above the schedulers of the units
+
+int64_t nanoseconds_of(std::chrono::steady_clock::time_point time)
+{
+    return std::chrono::nanoseconds(time.time_since_epoch()).count();
+}
+
+// The library makes one for each unit, and more between these and the line, through which all traffic passes.
+fields schedulers()
+{
+    std::map<int32_t, std::string> units;
+    for (int32_t port = 0; port < KEL_IELL_PORT_COUNT; ++port)
+        if (const auto row = qos_row(port))
+            units.try_emplace(row->scheduler, port_group(port));
+    fields all = {fields::array({{{"name", line}, {"above", nullptr}}})};
+    for (const auto &[place, unit] : units)
+        all.push_back({{"name", unit}, {"above", line}});
+    return all;
+}
+
+fields operations_of(const session &session)
+{
+    return list_of(session.operations, [](const auto &counted) {
+        const auto &[operation, code] = counted.first;
+        return fields{{"operation", operation}, {"code", code}, {"count", counted.second}};
+    });
+}
+
+// All paths of a port have the shaping of its queue.
+void describe_queues(const port_knowledge &ports, const session &session, fields &queues)
+{
+    std::map<int32_t, handle> handles;
+    for (const auto &[queue, port] : ports.port_of_queue)
+        handles[port] = queue;
+    for (size_t i = 0; i < queues.size(); ++i) {
+        fields &queue = queues[i];
+        const auto port = queue.at("port").number<int32_t>();
+        const auto path = std::ranges::find(session.paths, port, &kel_ebcom_path_config::iell_port);
+        const bool shaped = path != session.paths.end() && path->shaping_enabled != 0;
+        queue["scheduler"] = port_group(port);
+        queue["rate"] = shaped ? fields(path->shaping_rate) : fields(nullptr);
+        queue["burst"] = shaped ? fields(path->burst_size) : fields(nullptr);
+        queue["threshold"] = shaped ? fields(uint64_t{path->buffer_threshold} * threshold_block) : fields(nullptr);
+        queue["made"] = handles[port];
+    }
+}
+
+void describe_pceps(const session &session, fields &all)
+{
+    std::map<uint32_t, fields> pceps;
+    std::map<uint32_t, fields> groups;
+    for (const auto &[asked, undo, failed, number] : session.made.all()) {
+        if (failed)
+            continue;
+        const arguments &given = asked.given;
+        if (asked.row->name == "pcep add")
+            pceps[given.id("ID")] = {{"location", kel_location_name(location_of(given.mac("--local"), own_mp_id()))},
+                                     {"made", number}};
+        else if (asked.row->name == "group add")
+            groups[given.id("GROUP")] = fields::array();
+        else if (asked.row->name == "group member add")
+            groups[given.id("GROUP")].push_back(given.id("ID"));
+    }
+    for (size_t i = 0; i < all.at("pceps").size(); ++i) {
+        fields &pcep = all["pceps"][i];
+        for (const auto &[name, value] : pceps[pcep.at("id").number<uint32_t>()].members())
+            pcep[name] = value;
+    }
+    all["groups"] = list_of(groups, [](const auto &one) { return fields{{"id", one.first}, {"members", one.second}}; });
+}
+
+} // namespace
+
+result take_state(session &session)
+{
+    const port_knowledge ports = ports_now(session.paths);
+    const auto written = session.log().timestamp_written();
+    result taken = {.shown = {{"real", nanoseconds_of(std::chrono::steady_clock::now())},
+                              {"virtual", on_software_accelerator() ? fields(virtual_time()) : fields(nullptr)},
+                              {"since", nanoseconds_of(session.since)},
+                              {"operations", operations_of(session)},
+                              {"timestamp", written ? fields(nanoseconds_of(*written)) : fields(nullptr)},
+                              {"schedulers", schedulers()}}};
+    result counters = read_statistics(ports, session);
+    for (auto &[name, value] : counters.shown.members())
+        taken.shown[name] = std::move(value);
+    taken.failures = std::move(counters.failures);
+    taken.status = counters.status;
+    describe_queues(ports, session, taken.shown["queues"]);
+    describe_pceps(session, taken.shown);
+    return taken;
+}
+
+} // namespace kelctl
