@@ -25,14 +25,15 @@ constexpr milliseconds pause_before_full_server(10);
 
 } // namespace
 
-client::client(const std::string &path, const protocol &spoken, const client_limits &granted)
+client::client(const std::string &path, const protocol &spoken, const client_limits &granted, const waiter &wait)
     : path_(path), granted_(granted), socket_(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0)),
       received_(granted.longest_answer)
 {
     if (!socket_.open())
         throw socket_error(path_, "no socket can be made", errno);
     connect();
-    auto first = notation::try_read_json(receive([this](int number) { return within_patience(number, POLLIN); }));
+    const waiter patiently = [this](int number) { return within_patience(number, POLLIN); };
+    auto first = notation::try_read_json(receive(wait ? wait : patiently));
     if (!first)
         throw socket_error(path_, "the server does not greet in JSON");
     if (const auto objection = objection_to(*first, spoken))

@@ -21,8 +21,13 @@ namespace sockets
 class client
 {
 public:
-    // Connects, and checks that the server speaks this version of the protocol.
-    client(const std::string &path, const protocol &spoken, const client_limits &granted = {});
+    // `wait` returns true when the descriptor can be read, false when what it would bring is not wanted any more.
+    using waiter = std::function<bool(int descriptor)>;
+
+    // Connects, and checks that the server speaks this version of the protocol. `wait`: for its greeting; null: as long as
+    // the client is patient.
+    client(const std::string &path, const protocol &spoken, const client_limits &granted = {},
+           const waiter &wait = nullptr);
 
     // The server's first line.
     const notation::document &greeting() const
@@ -33,9 +38,7 @@ public:
     // Sends a line, without its end, and returns the one that answers it, whatever it says.
     std::string ask(std::string_view request);
 
-    // The same for a request that takes its time. `wait` returns true when the descriptor can be read, false when the
-    // answer is not wanted any more.
-    using waiter = std::function<bool(int descriptor)>;
+    // The same for a request that takes its time.
     std::string ask(std::string_view request, const waiter &wait);
 
 private:

@@ -8,7 +8,6 @@
 #include "kelctl/node/statistics.h"
 #include "kelctl/session/other_process.h"
 #include "kelctl/values/file_text.h"
-#include "socket/protocol.h"
 
 #include <map>
 #include <string>
@@ -16,8 +15,6 @@
 
 namespace kelctl
 {
-
-inline constexpr sockets::protocol node_protocol = {.name = "kelctl", .version = 1};
 
 // A command as words, which the node reads again: it trusts nobody's reading but its own.
 struct command_request {

@@ -1,6 +1,8 @@
-// Names of standing nodes, and where their sockets are: $XDG_RUNTIME_DIR/kelctl/NAME.sock, or /run/kelctl/NAME.sock for
-// root and without that variable.
+// Names of standing nodes, what is spoken with them, and where their sockets are: $XDG_RUNTIME_DIR/kelctl/NAME.sock, or
+// /run/kelctl/NAME.sock for root and without that variable.
 #pragma once
+
+#include "socket/protocol.h"
 
 #include <optional>
 #include <string>
@@ -8,6 +10,8 @@
 
 namespace kelctl
 {
+
+inline constexpr sockets::protocol node_protocol = {.name = "kelctl", .version = 1};
 
 // "examples/node.toml" names the node "node".
 std::string node_name_for(const std::string &file);
