@@ -48,6 +48,12 @@ public:
     // Shows another part of the result. True when all went well.
     bool show(result part);
 
+    // What has been shown up to now.
+    const result &shown() const
+    {
+        return result_;
+    }
+
     // All parts as one result, for the caller to return.
     result take_result(bool succeeded);
 

@@ -3,7 +3,9 @@
 
 #include "kelctl/input/interruption.h"
 #include "kelctl/remote/node_names.h"
+#include "kelctl/session/failure_report.h"
 #include "kelctl/session/result_document.h"
+#include "kelctl/session/result_view.h"
 #include "kelctl/terminal/text.h"
 
 #include <fmt/core.h>
@@ -24,6 +26,16 @@ std::optional<std::string> group_in(const arguments &given)
     return given.has("--group") ? std::optional(given.text("--group")) : std::nullopt;
 }
 
+// The first thing that went wrong, and what came of it.
+std::string problem_of(const result &done)
+{
+    if (!done.errors.empty())
+        return fmt::format("{}\n{}", text_of(done.errors.front()), done.remark);
+    if (!done.failures.empty())
+        return fmt::format("{}{}", report_of(done.failures.front(), {.paint = painter(false)}), done.remark);
+    return done.remark;
+}
+
 } // namespace
 
 std::string name_of_node(const arguments &given)
@@ -37,19 +49,28 @@ held_node::held_node(const arguments &given, bring_up &node, session &session)
 {
 }
 
+void held_node::give_up()
+{
+    manager_.status(problem_of(node_.shown()));
+}
+
 void held_node::hold()
 {
+    session_.on_made = [this] { manager_.alive(); };
+    manager_.ready(node_.kept() ? problem_of(node_.shown()) : "the node is up");
     if (session_.json())
         session_.stream({{"holding", {{"paths_added", session_.paths.size()}, {"name", name_}}}});
     else
         node_.show({.text = fmt::format("Others reach the node with kelctl --node {}\n"
                                         "The node is up until Ctrl-C.",
                                         without_controls(name_))});
-    while (!session_.finished && !unwanted_within(longest_wait, served_.number())) {
+    while (!session_.finished && !unwanted_within(manager_.rest_within(longest_wait), served_.number())) {
+        manager_.alive();
         served_.serve();
         if (take_reload())
             reload();
     }
+    manager_.stopping();
 }
 
 void held_node::finish()
@@ -68,12 +89,15 @@ result held_node::take_down()
 // The node's own file as it is now. Whatever comes of it, the node goes on.
 void held_node::reload()
 {
+    manager_.reloading(fmt::format("applying {}", file_));
     const command *row = session_.table.find("apply");
     invocation apply = invocation_of(*row);
     apply.given.set("FILE", file_);
     set_defaults(*row, apply.given);
     result done = session_.perform(apply);
     session_.stream(document_of(done, apply, {}, session_.tracer_installed()));
+    manager_.ready(done.status == exit_done ? fmt::format("the node is that of {}", file_)
+                                            : fmt::format("not applied: {}", problem_of(done)));
     node_.show(std::move(done));
 }
 

@@ -1,16 +1,21 @@
 // `up --hold`: a node that stays until a signal, and that other processes may ask meanwhile (remote/standing_node.h).
 //
 //     held_node held(asked.given, node, session);
-//     node.up();
-//     held.hold();
+//     if (node.up())
+//         held.hold();
+//     else
+//         held.give_up();
 //     node.down();
 //     held.finish();
+//
+// A service manager that started the process is told how the node is (socket/service_manager.h).
 #pragma once
 
 #include "kelctl/jobs/bring_up.h"
 #include "kelctl/language/arguments.h"
 #include "kelctl/remote/standing_node.h"
 #include "kelctl/session/session.h"
+#include "socket/service_manager.h"
 
 #include <string>
 
@@ -27,6 +32,9 @@ public:
     // the node cannot be served. `node` and the session must outlive this.
     held_node(const arguments &given, bring_up &node, session &session);
 
+    // The node did not come up.
+    void give_up();
+
     // Until a signal, the loss of standard output's reader, or until another process has taken the node down. SIGHUP
     // without a terminal applies the node's file again (input/interruption.h).
     void hold();
@@ -42,6 +50,7 @@ private:
     const std::string file_;
     bring_up &node_;
     session &session_;
+    sockets::service_manager manager_;
     standing_node served_;
 };
 

@@ -77,6 +77,8 @@ result up(const invocation &asked, session &session)
     const bool shown = stands && show_node(node, asked.given, session);
     if (holder && (stands || kept))
         holder->hold();
+    else if (holder)
+        holder->give_up();
     const bool clean = node.down();
     if (holder)
         holder->finish();
