@@ -1,7 +1,11 @@
-// Writing and reading through the JSON library, which takes the compiler longer than all else here.
+// Written directly; reading, letters that have to be escaped, and real numbers are the JSON library's, which takes the
+// compiler longer than all else here.
 #include "notation/json.h"
 
 #include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <utility>
 
 namespace notation
 {
@@ -12,47 +16,94 @@ using json = nlohmann::ordered_json;
 
 constexpr size_t deepest = 500;
 
-json json_of(const document &from);
-
-json array_of(const document &from)
+bool is_plain(char letter)
 {
-    json array = json::array();
-    for (const document &item : from)
-        array.push_back(json_of(item));
-    return array;
+    return letter >= ' ' && letter <= '~' && letter != '"' && letter != '\\';
 }
 
-json object_of(const document &from)
+// Writes as it comes upon values.
+class writer
 {
-    json::object_t object;
-    object.reserve(from.size());
-    for (const auto &[name, value] : from.members())
-        object.push_back({name, json_of(value)}); // no name comes twice
-    return object;
-}
-
-json json_of(const document &from)
-{
-    switch (from.holds()) {
-    case kind::null:
-        return nullptr;
-    case kind::boolean:
-        return from.boolean();
-    case kind::natural:
-        return from.number<uint64_t>();
-    case kind::negative:
-        return from.number<int64_t>();
-    case kind::real:
-        return from.real();
-    case kind::text:
-        return from.text();
-    case kind::array:
-        return array_of(from);
-    case kind::object:
-        return object_of(from);
+public:
+    explicit writer(int indent) : indent_(indent)
+    {
     }
-    return nullptr;
-}
+
+    std::string take()
+    {
+        return std::move(text_);
+    }
+
+    void write(const document &value)
+    {
+        switch (value.holds()) {
+        case kind::null:
+            text_ += "null";
+            break;
+        case kind::boolean:
+            text_ += value.boolean() ? "true" : "false";
+            break;
+        case kind::natural:
+            text_ += std::to_string(value.number<uint64_t>());
+            break;
+        case kind::negative:
+            text_ += std::to_string(value.number<int64_t>());
+            break;
+        case kind::real:
+            text_ += json(value.real()).dump();
+            break;
+        case kind::text:
+            write_text(value.text());
+            break;
+        case kind::array:
+            write_list('[', value, ']', [this](const document &item) { write(item); });
+            break;
+        case kind::object:
+            write_list('{', value.members(), '}', [this](const document::member &one) {
+                write_text(one.name);
+                text_ += indent_ < 0 ? ":" : ": ";
+                write(one.value);
+            });
+            break;
+        }
+    }
+
+private:
+    void write_text(const std::string &text)
+    {
+        if (std::ranges::all_of(text, is_plain))
+            text_.append(1, '"').append(text).append(1, '"');
+        else
+            text_ += json(text).dump(-1, ' ', false, json::error_handler_t::replace);
+    }
+
+    template <typename List, typename Write> void write_list(char open, const List &list, char close, Write write_one)
+    {
+        text_ += open;
+        ++depth_;
+        bool first = true;
+        for (const auto &one : list) {
+            if (!std::exchange(first, false))
+                text_ += ',';
+            start_line();
+            write_one(one);
+        }
+        --depth_;
+        if (!first)
+            start_line();
+        text_ += close;
+    }
+
+    void start_line()
+    {
+        if (indent_ >= 0)
+            text_.append(1, '\n').append(depth_ * static_cast<size_t>(indent_), ' ');
+    }
+
+    const int indent_; // negative: all on one line
+    size_t depth_ = 0;
+    std::string text_;
+};
 
 // Puts together what the parser comes upon.
 class builder
@@ -101,12 +152,13 @@ public:
     }
     bool end_object()
     {
-        open_.pop_back();
-        return true;
+        unite_namesakes(open_.back()->members());
+        return end_array();
     }
     bool end_array()
     {
-        return end_object();
+        open_.pop_back();
+        return true;
     }
     bool key(std::string &name)
     {
@@ -130,7 +182,7 @@ private:
         if (open_.empty())
             return root_ = std::move(value);
         if (open_.back()->is_object())
-            return (*open_.back())[name_] = std::move(value);
+            return open_.back()->members().emplace_back(document::member{std::move(name_), std::move(value)}).value;
         return open_.back()->push_back(std::move(value));
     }
 
@@ -138,6 +190,23 @@ private:
     {
         open_.push_back(&place(std::move(value)));
         return open_.size() <= deepest;
+    }
+
+    // The last one counts, in the place of the first. Not found out member by member: a text may have a million of them.
+    static void unite_namesakes(std::vector<document::member> &members)
+    {
+        std::vector<document::member *> sorted;
+        sorted.reserve(members.size());
+        for (document::member &one : members)
+            sorted.push_back(&one);
+        std::ranges::sort(sorted, {}, [](auto *one) { return std::pair(std::string_view(one->name), one); });
+        std::vector<bool> gone(members.size());
+        for (size_t i = sorted.size(); i-- > 1;)
+            if (sorted[i]->name == sorted[i - 1]->name) {
+                sorted[i - 1]->value = std::move(sorted[i]->value);
+                gone[static_cast<size_t>(sorted[i] - members.data())] = true;
+            }
+        std::erase_if(members, [&](auto &one) { return gone[static_cast<size_t>(&one - members.data())]; });
     }
 
     document root_;
@@ -154,7 +223,9 @@ std::string to_json(const document &document)
 
 std::string to_json(const document &document, int indent)
 {
-    return json_of(document).dump(indent, ' ', false, json::error_handler_t::replace);
+    writer made(indent);
+    made.write(document);
+    return made.take();
 }
 
 document read_json(std::string_view text)

@@ -1,5 +1,5 @@
 /*
- * table_layout.cpp - text and CSV, which are lines, and JSON, which is read and written anew at every step.
+ * table_layout.cpp - text and CSV, which are lines, and JSON, which is read and written anew for all lines that are added at once.
  */
 #include "softnode/closed/table_layout.h"
 
@@ -34,11 +34,6 @@ std::string on_one_line(std::string_view words)
     return line;
 }
 
-bool is_lines(std::string_view)
-{
-    return true;
-}
-
 /* Where the last line begins. */
 std::size_t end_of_previous_line(std::string_view text)
 {
@@ -51,17 +46,25 @@ std::string without_last_line(std::string_view text)
     return std::string(text.substr(0, end_of_previous_line(text)));
 }
 
-std::string text_title(std::string_view text, std::string_view title)
+using LineText = std::string (*)(const TableLine &line);
+
+template <LineText text_of>
+std::optional<std::string> with_lines(std::string_view text, std::span<const TableLine> lines)
 {
-    return std::string(text) + on_one_line(title) + ":\n";
+    std::string grown(text);
+    for (const TableLine &line : lines)
+        grown += text_of(line);
+    return grown;
 }
 
-std::string text_row(std::string_view text, std::string_view label, std::uint64_t value)
+std::string text_line(const TableLine &line)
 {
-    std::string name = on_one_line(label);
-    name.resize(std::max(name.size(), label_width), ' ');
-    const std::string digits = std::to_string(value);
-    return std::string(text) + "  " + name + " " + std::string(value_width - digits.size(), ' ') + digits + "\n";
+    std::string words = on_one_line(line.words);
+    if (!line.value)
+        return words + ":\n";
+    words.resize(std::max(words.size(), label_width), ' ');
+    const std::string digits = std::to_string(*line.value);
+    return "  " + words + " " + std::string(value_width - digits.size(), ' ') + digits + "\n";
 }
 
 std::string text_with_mark(std::string_view text)
@@ -81,14 +84,10 @@ std::string csv_field(std::string_view words)
     return field + "\"";
 }
 
-std::string csv_title(std::string_view text, std::string_view title)
+std::string csv_line(const TableLine &line)
 {
-    return std::string(text) + "title," + csv_field(title) + "\n";
-}
-
-std::string csv_row(std::string_view text, std::string_view label, std::uint64_t value)
-{
-    return std::string(text) + csv_field(label) + "," + std::to_string(value) + "\n";
+    const std::string field = csv_field(line.words);
+    return (line.value ? field + "," + std::to_string(*line.value) : "title," + field) + "\n";
 }
 
 std::string csv_with_mark(std::string_view text)
@@ -118,22 +117,16 @@ Json &open_part(Json &document)
                                                                             : document;
 }
 
-bool is_json(std::string_view text)
-{
-    return read_json(text).is_object();
-}
-
-std::string json_title(std::string_view text, std::string_view title)
+std::optional<std::string> json_with(std::string_view text, std::span<const TableLine> lines)
 {
     Json document = read_json(text);
-    put_last(document, title, Json::object());
-    return written(document);
-}
-
-std::string json_row(std::string_view text, std::string_view label, std::uint64_t value)
-{
-    Json document = read_json(text);
-    put_last(open_part(document), label, value);
+    if (!document.is_object())
+        return std::nullopt;
+    for (const TableLine &line : lines)
+        if (line.value)
+            put_last(open_part(document), line.words, *line.value);
+        else
+            put_last(document, line.words, Json::object());
     return written(document);
 }
 
@@ -155,9 +148,9 @@ std::string json_with_mark(std::string_view text)
 
 /* Indexed by format. */
 constexpr std::array<TableLayout, 3> layouts{{
-    {is_lines, text_title, text_row, without_last_line, text_with_mark},
-    {is_lines, csv_title, csv_row, without_last_line, csv_with_mark},
-    {is_json, json_title, json_row, json_without_last, json_with_mark},
+    {with_lines<text_line>, without_last_line, text_with_mark},
+    {with_lines<csv_line>, without_last_line, csv_with_mark},
+    {json_with, json_without_last, json_with_mark},
 }};
 
 } // namespace

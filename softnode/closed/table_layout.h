@@ -1,9 +1,9 @@
 /*
  * table_layout.h - the three layouts of a table: titles, each followed by rows of a label and a number.
  *
- * A table is a complete text of its layout after every step: each function takes the text so far, empty at first, and
- * yields the text with one thing changed. So a table can be left at any time, and all that is known of it is read from
- * the text itself.
+ * A table is a complete text of its layout at all times: each function takes the text so far, empty at first, and yields
+ * the text with something added or taken away. So a table can be left at any time, and all that is known of it is read
+ * from the text itself.
  *
  *     format                  0, text                  1, CSV              2, JSON
  *     empty text              ""                       ""                  "" and "{}"
@@ -20,18 +20,23 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
 namespace softnode
 {
 
-struct TableLayout {
-    /** Whether the text can be continued. */
-    bool (*is_table)(std::string_view text);
+/** A title, which has no value, or a row. */
+struct TableLine {
+    std::string_view words;
+    std::optional<std::uint64_t> value = {};
+};
 
-    std::string (*with_title)(std::string_view text, std::string_view title);
-    std::string (*with_row)(std::string_view text, std::string_view label, std::uint64_t value);
+struct TableLayout {
+    /** None where the text is no table of this layout. */
+    std::optional<std::string> (*with)(std::string_view text, std::span<const TableLine> lines);
 
     /** Takes away the last row, or a title that has none. */
     std::string (*without_last)(std::string_view text);

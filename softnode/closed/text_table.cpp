@@ -4,6 +4,10 @@
 #include "softnode/closed/text_table.h"
 
 #include <cstring>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace softnode
 {
@@ -29,6 +33,14 @@ Refusal check_text(const char *buffer, std::uint32_t length)
     return is_marked(text) ? Refusal::full : Refusal::granted;
 }
 
+/* As many first lines as fit together with the mark. */
+std::string cut(std::string table, std::uint32_t length, const TableLayout &layout)
+{
+    while (layout.with_mark(table).size() >= length)
+        table = layout.without_last(table);
+    return layout.with_mark(table);
+}
+
 } // namespace
 
 TextTable::TextTable(char *buffer, std::uint32_t length, std::uint8_t format)
@@ -38,59 +50,43 @@ TextTable::TextTable(char *buffer, std::uint32_t length, std::uint8_t format)
 
 Refusal TextTable::add_title(std::string_view title)
 {
-    if (const Refusal refusal = check())
-        return refusal;
-    return take(layout_.with_title(text(), title));
+    const TableLine line{title};
+    return add({&line, 1});
 }
 
 Refusal TextTable::add_row(std::string_view label, std::uint64_t value)
 {
-    if (const Refusal refusal = check())
-        return refusal;
-    return take(layout_.with_row(text(), label, value));
+    const TableLine line{label, value};
+    return add({&line, 1});
 }
 
 Refusal TextTable::add_block(const Block &block, const void *record)
 {
-    if (const Refusal refusal = add_title(block.title))
-        return refusal;
+    std::vector<TableLine> lines{{block.title}};
     for (const Field &field : block.fields)
-        if (const Refusal refusal = add_row(field.name, field.in(record)))
-            return refusal;
-    return Refusal::granted;
+        lines.push_back({field.name, field.in(record)});
+    return add(lines);
 }
 
-Refusal TextTable::check() const
+Refusal TextTable::add(std::span<const TableLine> lines)
 {
     if (const Refusal refusal = check_text(buffer_, length_))
         return refusal;
     if (length_ < longest_mark)
         return Refusal::full;
-    return layout_.is_table(text()) ? Refusal::granted : Refusal::invalid;
+    std::optional<std::string> grown = layout_.with(text(), lines);
+    if (!grown)
+        return Refusal::invalid;
+    const bool whole = grown->size() < length_;
+    if (!whole)
+        *grown = cut(*std::move(grown), length_, layout_);
+    std::memcpy(buffer_, grown->c_str(), grown->size() + 1);
+    return whole ? Refusal::granted : Refusal::full;
 }
 
 std::string_view TextTable::text() const
 {
     return text_in(buffer_, length_);
-}
-
-Refusal TextTable::take(const std::string &grown)
-{
-    if (grown.size() < length_) {
-        put(grown);
-        return Refusal::granted;
-    }
-
-    std::string kept(text());
-    while (layout_.with_mark(kept).size() >= length_)
-        kept = layout_.without_last(kept);
-    put(layout_.with_mark(kept));
-    return Refusal::full;
-}
-
-void TextTable::put(const std::string &text)
-{
-    std::memcpy(buffer_, text.c_str(), text.size() + 1);
 }
 
 Refusal check_whole(const char *buffer, std::uint32_t length)

@@ -1,7 +1,7 @@
 /*
  * text_table.h - a table in a caller's buffer, bounded by its length.
  *
- * Everything that is added is in the text whole or not at all. What no longer fits cuts the table: the mark of the layout
+ * Every line that is added is in the text whole or not at all. What no longer fits cuts the table: the mark of the layout
  * takes the place of it, and of as many last rows as it needs to fit itself; nothing is added any more after that. So
  * the text is always terminated, always complete in its layout, and shows whether it was cut. Nothing is kept
  * outside of it.
@@ -16,7 +16,7 @@
 #include "softnode/common/refusal.h"
 
 #include <cstdint>
-#include <string>
+#include <span>
 #include <string_view>
 
 namespace softnode
@@ -38,12 +38,9 @@ public:
     Refusal add_block(const Block &block, const void *record);
 
 private:
-    Refusal check() const;
+    /* All of the lines, or those that fit together with the mark. */
+    Refusal add(std::span<const TableLine> lines);
     std::string_view text() const;
-
-    /* Takes the grown table, or cuts the one there is. */
-    Refusal take(const std::string &grown);
-    void put(const std::string &text);
 
     char *buffer_;
     std::uint32_t length_;

@@ -54,6 +54,11 @@ TEST(Json, LaterMemberOfANameTakesThePlaceOfTheEarlier)
     EXPECT_EQ(to_json(read_json(R"({"a":1,"b":2,"a":3})")), R"({"a":3,"b":2})");
 }
 
+TEST(Json, OfManyMembersOfANameTheLastOneCounts)
+{
+    EXPECT_EQ(to_json(read_json(R"({"b":1,"a":[2],"b":3,"c":4,"a":5,"b":6})")), R"({"b":6,"a":5,"c":4})");
+}
+
 TEST(Json, WhatIsNoJsonIsRefused)
 {
     for (const char *text : {"", "{", "{}x", "[1,]", "nil", "\"\xff\""}) {

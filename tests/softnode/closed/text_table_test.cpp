@@ -170,6 +170,17 @@ TEST_P(TextTableFormats, ABlockIsATitleAndARowPerCounter)
     ASSERT_EQ(in_steps.table(GetParam()).add_row("one", 1), Refusal::granted);
     ASSERT_EQ(in_steps.table(GetParam()).add_row("two", 2), Refusal::granted);
     EXPECT_EQ(in_one.text(), in_steps.text());
+    for (std::uint32_t length = 0; length <= in_steps.text().size() + 1; ++length) {
+        SCOPED_TRACE(length);
+        Buffer short_one(length);
+        Buffer short_steps(length);
+        const Refusal of_one = short_one.table(GetParam()).add_block({"Numbers", fields}, nullptr);
+        short_steps.table(GetParam()).add_title("Numbers");
+        short_steps.table(GetParam()).add_row("one", 1);
+        EXPECT_EQ(of_one, short_steps.table(GetParam()).add_row("two", 2));
+        EXPECT_TRUE(length == 0 || short_one.text() == short_steps.text());
+        EXPECT_FALSE(short_one.overrun());
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(All, TextTableFormats, testing::Values(0, 1, 2, 255));
