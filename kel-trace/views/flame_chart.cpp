@@ -6,8 +6,11 @@
 
 #include <fmt/core.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <sys/stat.h>
 #include <system_error>
+#include <unistd.h>
 
 namespace kel_trace
 {
@@ -22,9 +25,18 @@ std::string microseconds(int64_t nanoseconds)
     return fmt::format("{}.{:03}", nanoseconds / 1000, nanoseconds % 1000);
 }
 
+// What is no regular file is written as it is: a device, a pipe, a link to whatever.
+bool is_replaced(const std::string &path)
+{
+    struct stat there = {};
+    return lstat(path.c_str(), &there) != 0 || S_ISREG(there.st_mode);
+}
+
 } // namespace
 
-flame_chart::flame_chart(const std::string &path) : path_(path), file_(std::fopen(path.c_str(), "we"))
+flame_chart::flame_chart(const std::string &path)
+    : path_(path), written_(is_replaced(path) ? fmt::format("{}.{}", path, getpid()) : path),
+      file_(std::fopen(written_.c_str(), "we"))
 {
     if (!file_)
         throw std::system_error(errno, std::generic_category(), path_);
@@ -35,6 +47,8 @@ flame_chart::~flame_chart()
 {
     if (file_)
         std::fclose(file_);
+    if (file_ && written_ != path_)
+        std::remove(written_.c_str());
 }
 
 void flame_chart::add(const span &one, int64_t origin)
@@ -53,10 +67,11 @@ void flame_chart::finish()
 {
     std::fputs("\n]\n", file_);
     const bool sound = std::ferror(file_) == 0;
-    const bool closed = std::fclose(file_) == 0;
-    file_ = nullptr;
-    if (!sound || !closed)
+    const bool flushed = std::fflush(file_) == 0;
+    if (!sound || !flushed || (written_ != path_ && std::rename(written_.c_str(), path_.c_str()) != 0))
         throw std::system_error(errno, std::generic_category(), path_);
+    std::fclose(file_);
+    file_ = nullptr;
 }
 
 } // namespace kel_trace

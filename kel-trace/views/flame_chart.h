@@ -12,7 +12,7 @@ namespace kel_trace
 class flame_chart
 {
 public:
-    // Throws std::system_error when the file cannot be written.
+    // Writes a file beside it, unless it is a device, a pipe or a link. Throws std::system_error when that cannot be done.
     explicit flame_chart(const std::string &path);
     ~flame_chart();
     flame_chart(const flame_chart &) = delete;
@@ -21,11 +21,13 @@ public:
     // Times count from `origin`: of a number since 1970, viewers would lose the nanoseconds.
     void add(const span &one, int64_t origin);
 
-    // Throws std::system_error when not all could be written.
+    // Puts the new file in the place of the old one. Throws std::system_error when not all could be written: the old
+    // file is unchanged then, as it is without this.
     void finish();
 
 private:
     std::string path_;
+    std::string written_; // the file beside it, or itself
     std::FILE *file_;
     bool first_ = true;
 };

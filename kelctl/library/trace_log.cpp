@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <new>
 #include <utility>
 
 namespace kelctl
@@ -21,7 +22,13 @@ bool tells_failure(const trace_entry &entry)
 
 trace_log::trace_log()
 {
-    installed_ = trace::listen([this](const trace::record &record) { take(record); });
+    // No exception may leave through the tracer, which is locked: a record that there is no memory for is lost.
+    installed_ = trace::listen([this](const trace::record &record) {
+        try {
+            take(record);
+        } catch (const std::bad_alloc &) {
+        }
+    });
 }
 
 trace_log::~trace_log()
@@ -84,6 +91,7 @@ void trace_log::take(const trace::record &record)
     entry.domain = record.domain;
     entry.message = record.message;
     entry.location = record.location;
+    operation_count_ += of_operation;
     if (live_)
         live_(entry);
     if (!of_operation)
@@ -107,7 +115,7 @@ trace_entry &trace_log::next_of_operation()
 {
     if (operation_count_ == std::ssize(operation_))
         operation_.emplace_back();
-    return operation_[static_cast<size_t>(operation_count_++)];
+    return operation_[static_cast<size_t>(operation_count_)];
 }
 
 } // namespace kelctl

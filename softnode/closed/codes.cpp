@@ -3,6 +3,8 @@
  */
 #include "softnode/closed/codes.h"
 
+#include "softnode/instance/closed_call.h"
+
 #include <array>
 
 namespace softnode
@@ -39,6 +41,16 @@ ork_rc driver_kit_code(Refusal refusal)
 std::uint32_t companion_code(Refusal refusal)
 {
     return codes[refusal].companion;
+}
+
+template <> std::int32_t no_memory_code()
+{
+    return driver_kit_code(full);
+}
+
+template <> std::uint32_t no_memory_code()
+{
+    return companion_code(full);
 }
 
 } // namespace softnode

@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <new>
 #include <optional>
 #include <string_view>
 
@@ -21,6 +22,11 @@ namespace softnode
  */
 std::optional<std::int64_t> begin_call(std::size_t function);
 
+/** What a call returns that there is no memory for: the code of Refusal::full (closed/codes.h). */
+template <class Code> Code no_memory_code();
+template <> std::int32_t no_memory_code();
+template <> std::uint32_t no_memory_code();
+
 /**
  * A call: alone, counted, and slowed, blocked or made to fail when a rule says so. Otherwise `work` does what the
  * function is for and yields its code.
@@ -30,7 +36,11 @@ template <class Code, class Work> Code closed_call(std::string_view function, Wo
     return with_node([&](Node &node) -> Code {
         if (const auto result = begin_call(closed_function(function).value()))
             return static_cast<Code>(*result);
-        return work(node);
+        try {
+            return work(node);
+        } catch (const std::bad_alloc &) {
+            return no_memory_code<Code>();
+        }
     });
 }
 
