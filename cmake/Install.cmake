@@ -1,5 +1,5 @@
 # What is installed and where: the two libraries, for each its headers, a pkg-config file and a CMake package; the trace
-# probes; kelctl; kel-trace; kel-record. The components are those of the Debian packages (debian/rules): who installs a file names its package.
+# probes; kelctl, and its service; kel-trace; kel-record. The components are those of the Debian packages (debian/rules): who installs a file names its package.
 #
 # All headers lie below include/kel. Both kinds of package put that folder itself on the search path as well, for
 # <platform/...> and <softnode/...>.
@@ -80,3 +80,17 @@ foreach(program kelctl kel-trace kel-record)
     install_text(${program} ${made}/${program}.zsh ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions ${function})
 endforeach()
 install_text(kelctl ${PROJECT_BINARY_DIR}/kelctl/documents/node.toml.5 ${CMAKE_INSTALL_MANDIR}/man5 node.toml.5)
+
+# What systemd starts. It names the program by the prefix that is known when it is installed.
+set(KEL_UNIT_FOLDER lib/systemd/system CACHE STRING "Where units of systemd are installed")
+function(install_unit program unit)
+    install(CODE "
+        set(KEL_BINDIR \${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR})
+        set(unit ${KEL_UNIT_FOLDER}/${unit})
+        cmake_path(ABSOLUTE_PATH unit BASE_DIRECTORY \${CMAKE_INSTALL_PREFIX})
+        message(STATUS \"Installing: \$ENV{DESTDIR}\${unit}\")
+        configure_file(${PROJECT_SOURCE_DIR}/${program}/${unit}.in \$ENV{DESTDIR}\${unit} @ONLY)"
+        COMPONENT ${program})
+endfunction()
+install_unit(kelctl kelctl@.service)
+install_text(kelctl kelctl/kelctl.sysusers lib/sysusers.d kelctl.conf)

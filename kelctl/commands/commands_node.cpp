@@ -40,7 +40,9 @@ group of --group.
 Ctrl-C takes the node down; a second one ends kelctl at once. --hold and --watch
 also end when the reader of standard output closes it. SIGHUP takes the node
 down as well, except without a terminal: then a node that is held applies its
-file again.)";
+file again.
+
+systemd holds the node of /etc/kelctl/NAME.toml as the service kelctl@NAME.)";
 
 std::vector<argument> arguments_of_up()
 {

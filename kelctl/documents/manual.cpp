@@ -36,7 +36,8 @@ constexpr meaning files[] = {
     {"/usr/share/doc/kelctl/examples/whole-node.kel",
      "A script with every operation that changes something, for sweep."},
     {"/run/kelctl/NAME.sock, $XDG_RUNTIME_DIR/kelctl/NAME.sock",
-     "Where commands reach the node that a process holds under this name: the first is root's."},
+     "Where commands reach the node that a process holds under this name: the first is that of root and of services."},
+    {"/etc/kelctl/NAME.toml", "The node file of the service kelctl@NAME."},
     {"~/.local/state/kelctl/history", "The lines of the shell; in $XDG_STATE_HOME/kelctl if that variable is set."},
     {"~/.editrc", "The keys of the shell, as editrc(5) describes them; lines that begin with \"kelctl:\" apply to "
                   "kelctl only. It takes "
