@@ -1,5 +1,6 @@
 # What is installed and where: the two libraries, for each its headers, a pkg-config file and a CMake package; the trace
-# probes; kelctl, and its service; kel-trace; kel-record. The components are those of the Debian packages (debian/rules): who installs a file names its package.
+# probes; kelctl, and its service; kel-trace; kel-record; kel-exporter, and its service. The components are those of the Debian
+# packages (debian/rules): who installs a file names its package.
 #
 # All headers lie below include/kel. Both kinds of package put that folder itself on the search path as well, for
 # <platform/...> and <softnode/...>.
@@ -18,6 +19,7 @@ endfunction()
 kel_search_path(kelctl $ORIGIN/../${CMAKE_INSTALL_LIBDIR})
 kel_search_path(kel-trace)
 kel_search_path(kel-record)
+kel_search_path(kel-exporter)
 kel_search_path(kel-record-preload)
 kel_search_path(kel-core-ic $ORIGIN)
 foreach(target kel-softnode kel-trace-ic kel-trace-init kel-trace-ic-probes kel-trace-init-probes)
@@ -64,6 +66,7 @@ kel_package(kel-core-ic ${PROJECT_DESCRIPTION} "${platform_package}")
 
 install(TARGETS kelctl RUNTIME COMPONENT kelctl)
 install(TARGETS kel-trace RUNTIME COMPONENT kel-trace)
+install(TARGETS kel-exporter RUNTIME COMPONENT kel-exporter)
 install(TARGETS kel-record RUNTIME COMPONENT kel-record)
 install(TARGETS kel-record-preload
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/${KEL_RECORD_FOLDER} COMPONENT kel-record)
@@ -72,7 +75,7 @@ install(TARGETS kel-record-preload
 function(install_text program file destination name)
     install(FILES ${file} DESTINATION ${destination} RENAME ${name} COMPONENT ${program})
 endfunction()
-foreach(program kelctl kel-trace kel-record)
+foreach(program kelctl kel-trace kel-record kel-exporter)
     set(made ${PROJECT_BINARY_DIR}/${program}/documents)
     string(REPLACE - _ function _${program})
     install_text(${program} ${made}/${program}.1 ${CMAKE_INSTALL_MANDIR}/man1 ${program}.1)
@@ -93,4 +96,7 @@ function(install_unit program unit)
         COMPONENT ${program})
 endfunction()
 install_unit(kelctl kelctl@.service)
-install_text(kelctl kelctl/kelctl.sysusers lib/sysusers.d kelctl.conf)
+install_unit(kel-exporter kel-exporter.service)
+foreach(program kelctl kel-exporter)
+    install_text(${program} ${program}/${program}.sysusers lib/sysusers.d ${program}.conf)
+endforeach()

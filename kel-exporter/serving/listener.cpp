@@ -7,6 +7,8 @@
 
 #include <array>
 #include <cerrno>
+#include <charconv>
+#include <cstdint>
 #include <netdb.h>
 #include <optional>
 #include <stdexcept>
@@ -24,6 +26,14 @@ constexpr int backlog = 128;
 
 using address_list = std::unique_ptr<addrinfo, void (*)(addrinfo *)>;
 
+// getaddrinfo() takes the low 16 bits of any number.
+bool is_port(std::string_view text)
+{
+    uint16_t number = 0;
+    const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return error == std::errc{} && stop == text.data() + text.size();
+}
+
 // "HOST:PORT", an IPv6 host in brackets.
 address_list addresses(const std::string &written)
 {
@@ -34,7 +44,7 @@ address_list addresses(const std::string &written)
     const std::string port = colon == written.npos ? "" : written.substr(colon + 1);
     const addrinfo hints = {.ai_flags = AI_NUMERICHOST | AI_NUMERICSERV, .ai_socktype = SOCK_STREAM};
     addrinfo *found = nullptr;
-    if (host.empty() || port.empty() || getaddrinfo(host.c_str(), port.c_str(), &hints, &found) != 0)
+    if (host.empty() || !is_port(port) || getaddrinfo(host.c_str(), port.c_str(), &hints, &found) != 0)
         throw std::runtime_error(fmt::format(
             "{} is no address to listen on, such as 127.0.0.1:9477, [::1]:9477 or unix:/run/kel-exporter/http.sock",
             kelctl::in_quotes(written)));
