@@ -14,9 +14,9 @@ using time_point = watch_clock::time_point;
 constexpr uint64_t memory_block = 256;   // octets
 constexpr uint64_t kbit_in_octets = 125; // of rates
 
-std::string seconds_text(std::chrono::nanoseconds time)
+std::string seconds_text(std::chrono::duration<double> time)
 {
-    return fmt::format("{}", std::chrono::duration<double>(time).count());
+    return fmt::format("{}", time.count());
 }
 
 // The counter of this name, in the object itself, in its counters or in a block of them; null: there is none.
@@ -60,9 +60,10 @@ void timestamp_age(const family &, const known_node &node, time_point now, const
 {
     if (!node.up || node.state->at("timestamp").is_null())
         return;
-    const std::chrono::nanoseconds before(node.state->at("real").number<int64_t>() -
-                                          node.state->at("timestamp").number<int64_t>());
-    add({{"node", node.name}}, seconds_text(before + (now - node.read)));
+    const auto then = [&node](const char *name) {
+        return std::chrono::duration<double, std::nano>(node.state->at(name).number<uint64_t>());
+    };
+    add({{"node", node.name}}, seconds_text(then("real") - then("timestamp") + (now - node.read)));
 }
 
 void operations(const family &, const known_node &node, time_point, const sample_sink &add)

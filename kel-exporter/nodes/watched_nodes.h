@@ -17,14 +17,15 @@
 namespace kel_exporter
 {
 
-// Once it was asked for, a node is looked at once a second, or ten times a second when it is asked for as often as once a
-// second; no more when nobody has asked for a while.
+// A node is looked at four times for each time that it is asked for, but not more and not less often than this; and not at
+// all when nobody has asked for a while.
 struct pace {
-    std::chrono::milliseconds usual{1'000};
-    std::chrono::milliseconds fast{100};
-    std::chrono::milliseconds until{300'000};       // after it was asked for last
-    std::chrono::milliseconds first{500};           // most that the first answer waits for the first looks
-    std::chrono::milliseconds remembered{3600'000}; // a node that is gone, and was not asked for by name
+    std::chrono::milliseconds shortest = std::chrono::milliseconds(100);
+    std::chrono::milliseconds longest = std::chrono::seconds(1);
+    std::chrono::milliseconds until = std::chrono::minutes(5);        // after it was asked for last
+    std::chrono::milliseconds first = std::chrono::milliseconds(500); // at most, that an answer waits for first looks
+    std::chrono::milliseconds remembered =
+        std::chrono::hours(1); // a node that is gone; one that --node names, for ever
 };
 
 class watched_nodes
@@ -36,8 +37,8 @@ public:
     watched_nodes(const watched_nodes &) = delete;
     watched_nodes &operator=(const watched_nodes &) = delete;
 
-    // What is known of them, by their names. Does not wait for a node, but when nobody has asked for a while: then for the
-    // first looks, no longer than `first`.
+    // What is known of them, in the order of their names. Waits for no node, but when nobody has asked for a while: then for
+    // the first looks, no longer than `first`.
     std::vector<known_node> known();
 
 private:

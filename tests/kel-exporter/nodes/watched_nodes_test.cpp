@@ -112,7 +112,8 @@ protected:
         }
     }
 
-    const pace quick = {.usual = std::chrono::milliseconds(1), .fast = std::chrono::milliseconds(1), .first = longest};
+    const pace quick = {
+        .shortest = std::chrono::milliseconds(1), .longest = std::chrono::milliseconds(1), .first = longest};
     const runtime_folder folder;
 };
 
@@ -247,13 +248,13 @@ TEST_F(WatchedNodes, ThatRefuseTheQuestionAreNotUp)
 TEST_F(WatchedNodes, AreNotAskedMoreOftenThanTheirPaceAllows)
 {
     standing_in node(folder, "edge");
-    const pace kept = {.fast = std::chrono::milliseconds(50), .first = longest};
+    const pace kept = {.shortest = std::chrono::milliseconds(50), .first = longest};
     const auto begin = watch_clock::now();
     watched_nodes nodes({"edge"}, kept);
     for (int i = 0; i < 2000; ++i)
         nodes.known();
     node.wait_until_asked(3);
-    EXPECT_LE(node.asked(), static_cast<size_t>((watch_clock::now() - begin) / kept.fast) + 1);
+    EXPECT_LE(node.asked(), static_cast<size_t>((watch_clock::now() - begin) / kept.shortest) + 1);
 }
 
 TEST_F(WatchedNodes, AreNotAskedUntilSomebodyWantsToKnow)
