@@ -56,7 +56,7 @@ std::string one_line(std::string_view text)
 
 std::string status_line(std::string_view status)
 {
-    return "STATUS=" + one_line(status);
+    return "STATUS=" + one_line(status) + '\n';
 }
 
 std::string monotonic_microseconds()
@@ -99,7 +99,7 @@ void service_manager::reloading(std::string_view status)
 
 void service_manager::stopping()
 {
-    send("STOPPING=1");
+    send("STOPPING=1\n");
 }
 
 void service_manager::status(std::string_view status)
@@ -120,7 +120,7 @@ void service_manager::alive()
     const clock::time_point now = clock::now();
     if (!interval_ || now < due_)
         return;
-    send("WATCHDOG=1");
+    send("WATCHDOG=1\n");
     due_ = now + *interval_;
 }
 

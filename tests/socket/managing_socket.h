@@ -9,6 +9,7 @@
 #include <cstring>
 #include <poll.h>
 #include <string>
+#include <string_view>
 #include <sys/socket.h>
 #include <sys/un.h>
 
@@ -35,7 +36,7 @@ public:
         return open_;
     }
 
-    // The next message; empty when none comes in that time.
+    // The next message, without the end of its last line; empty when none comes in that time.
     std::string hear(std::chrono::milliseconds longest = std::chrono::minutes(1)) const
     {
         pollfd waited = {socket_.number(), POLLIN, 0};
@@ -43,7 +44,8 @@ public:
         if (poll(&waited, 1, static_cast<int>(longest.count())) != 1)
             return "";
         const ssize_t octets = recv(socket_.number(), message.data(), message.size(), 0);
-        return {message.data(), octets < 0 ? 0 : static_cast<size_t>(octets)};
+        const std::string_view lines(message.data(), octets < 0 ? 0 : static_cast<size_t>(octets));
+        return std::string(lines.substr(0, lines.rfind('\n')));
     }
 
     // Messages that have come, without the one that the watchdog wants.
