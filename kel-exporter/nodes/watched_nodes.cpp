@@ -128,7 +128,8 @@ void watched_nodes::watch(const std::stop_token &over, watched &node)
 bool watched_nodes::wait_until_due(std::unique_lock<std::mutex> &lock, const std::stop_token &over, const watched &node)
 {
     while (!over.stop_requested()) {
-        const auto next = node.begun + std::clamp<watch_clock::duration>(gap_ / 4, kept_.shortest, kept_.longest);
+        const auto gap = std::max(gap_, node.begun - asked_at_); // it grows while nobody asks
+        const auto next = node.begun + std::clamp<watch_clock::duration>(gap / 4, kept_.shortest, kept_.longest);
         if (!wanted())
             asked_.wait(lock, over, [this] { return wanted(); });
         else if (watch_clock::now() >= next)
