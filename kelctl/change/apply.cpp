@@ -137,7 +137,8 @@ private:
         done_.status = exit_operation_failed;
         std::ranges::move(made.failures, std::back_inserter(done_.failures));
         std::ranges::move(made.errors, std::back_inserter(done_.errors));
-        repair(step, made.code.value_or(0), session_);
+        if (auto left = repair(step, made.code.value_or(0), session_))
+            perhaps_left_.push_back(*std::move(left));
         return false;
     }
 
@@ -166,8 +167,9 @@ private:
         fields left = fields::array();
         for (const node_change &one : differences(before_, after))
             left.push_back({{"object", name_of(one.object)}, {"what", what_became_of(one)}});
-        for (const discrepancy &one : new_discrepancies(after))
-            left.push_back({{"object", one.object}, {"what", one.what}});
+        for (const auto &found : {new_discrepancies(after), perhaps_left_})
+            for (const discrepancy &one : found)
+                left.push_back({{"object", one.object}, {"what", one.what}});
         done_.remark += left.empty() ? "the old node is restored" : "the old node is restored, but for:\n";
         for (const fields &one : left)
             done_.remark += fmt::format("  {}: {}\n", one.at("object").text(), one.at("what").text());
@@ -204,6 +206,7 @@ private:
     const std::optional<size_t> room_;
     const std::optional<std::vector<discrepancy>> held_before_;
     const change_plan plan_;
+    std::vector<discrepancy> perhaps_left_; // by failed steps
     result done_;
     std::string text_;
 };

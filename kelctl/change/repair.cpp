@@ -67,16 +67,21 @@ bool has_reference(const mac_address &mac, session &session)
 
 // A path that the driver kit refused leaves its reference on the queue. With another one for the destination on this
 // port it is not known whether there are two, and that one must stay.
-void after_path_add(const failed_step &step)
+std::optional<discrepancy> after_path_add(const failed_step &step)
 {
     const node_model references = references_of(step);
-    if (std::ranges::none_of(references, [&](const node_object &one) { return is_on_its_port(step, one); }))
-        give_reference_back(step.asked.given, step.run_by);
+    const auto other =
+        std::ranges::find_if(references, [&](const node_object &one) { return is_on_its_port(step, one); });
+    if (other != references.end())
+        return discrepancy{other->key.kind, name_of(other->key),
+                           "the one more that was refused may have left its reference on the queue"};
+    give_reference_back(step.asked.given, step.run_by);
+    return std::nullopt;
 }
 
 // The path stays with its count, and may have lost its reference and even its queue. Where it is the only one, adding it
 // once more leads it through the queue that there is now, and removing that one only counts down.
-void after_path_removal(const failed_step &step)
+std::optional<discrepancy> after_path_removal(const failed_step &step)
 {
     const node_model references = references_of(step);
     const auto path = std::find_if(references.rbegin(), references.rend(), [&](const node_object &one) {
@@ -85,43 +90,47 @@ void after_path_removal(const failed_step &step)
     if (references.size() > 1) {
         if (step.run_by.perform(step.asked).code == KEL_RC_NOT_FOUND)
             take_reference(path->asked.given, step.run_by);
-        return;
+        return std::nullopt;
     }
     if (has_reference(path->key.mac, step.run_by) || !take_reference(path->asked.given, step.run_by))
-        return;
+        return std::nullopt;
     if (step.run_by.perform(path->asked).status == exit_done)
         step.run_by.perform(step.asked);
+    return std::nullopt;
 }
 
 // The queue stays, without the reference.
-void after_shaper_removal(const failed_step &step)
+std::optional<discrepancy> after_shaper_removal(const failed_step &step)
 {
     const node_model references = references_of(step);
     const auto shaper = std::ranges::find_if(references, [&](const node_object &one) {
         return one.key.kind == object_kind::shaper && is_on_its_port(step, one);
     });
     take_reference(shaper->asked.given, step.run_by);
+    return std::nullopt;
 }
 
 // The library forgets it whatever the result.
-void after_forgetting(const failed_step &step)
+std::optional<discrepancy> after_forgetting(const failed_step &step)
 {
     if (step.code != KEL_RC_NOT_EMPTY)
         step.run_by.made.note(step.asked);
+    return std::nullopt;
 }
 
 // What a failure of these leaves is removed as what their success makes is.
-void after_partial_making(const failed_step &step)
+std::optional<discrepancy> after_partial_making(const failed_step &step)
 {
     const size_t noted = step.run_by.made.all().size();
     step.run_by.perform(*undo_of(step.asked, step.run_by.table));
     if (step.run_by.made.all().size() == noted)
         step.run_by.made.drop_last();
+    return std::nullopt;
 }
 
 constexpr struct {
     std::string_view row;
-    void (*repair)(const failed_step &step);
+    std::optional<discrepancy> (*repair)(const failed_step &step);
 } repairs[] = {
     {"ebcom path add", after_path_add},
     {"ebcom path remove", after_path_removal},
@@ -134,11 +143,12 @@ constexpr struct {
 
 } // namespace
 
-void repair(const invocation &step, uint32_t code, session &session)
+std::optional<discrepancy> repair(const invocation &step, uint32_t code, session &session)
 {
     for (const auto &one : repairs)
         if (one.row == step.row->name)
-            one.repair({step, code, session});
+            return one.repair({step, code, session});
+    return std::nullopt;
 }
 
 } // namespace kelctl

@@ -2,15 +2,18 @@
 // leave behind is docs/limits-and-sharp-edges.md.
 #pragma once
 
+#include "kelctl/change/held.h"
 #include "kelctl/language/command.h"
 #include "kelctl/session/session.h"
 
 #include <cstdint>
+#include <optional>
 
 namespace kelctl
 {
 
-// `step`, which made or removed an object, failed with this code.
-void repair(const invocation &step, uint32_t code, session &session);
+// `step`, which made or removed an object, failed with this code. Returns what it may have left that nobody can tell, and
+// that stays.
+std::optional<discrepancy> repair(const invocation &step, uint32_t code, session &session);
 
 } // namespace kelctl

@@ -78,30 +78,7 @@ std::optional<objection> check_count(const arguments &given)
 }
 
 // How a successful call changes the paths that the session remembers, which name the queues in its output.
-using change = void (*)(std::vector<kel_ebcom_path_config> &paths, const kel_ebcom_path_config &path);
-
-void added(std::vector<kel_ebcom_path_config> &paths, const kel_ebcom_path_config &path)
-{
-    paths.push_back(path);
-}
-
-// Removes the newest path to this destination through this port; nothing if the session added none. The first path of a
-// port keeps its place, as that of the queue among the queues: the next one of the port takes it.
-void removed(std::vector<kel_ebcom_path_config> &paths, const kel_ebcom_path_config &path)
-{
-    const auto last = std::find_if(paths.rbegin(), paths.rend(), [&path](const kel_ebcom_path_config &one) {
-        return one.iell_port == path.iell_port && std::ranges::equal(one.dst_mac, path.dst_mac);
-    });
-    if (last == paths.rend())
-        return;
-    const auto gone = std::prev(last.base());
-    const auto on_port = [&path](const kel_ebcom_path_config &one) { return one.iell_port == path.iell_port; };
-    const auto next = std::find_if(std::next(gone), paths.end(), on_port);
-    const bool first = next != paths.end() && std::find_if(paths.begin(), gone, on_port) == gone;
-    if (first)
-        *gone = *next;
-    paths.erase(first ? next : gone);
-}
+using change = void (added_paths::*)(const mac_address &destination, int32_t port);
 
 // One invocation per path, so that each can be undone and a failure names its address.
 result change_paths(const invocation &asked, session &session)
@@ -129,7 +106,7 @@ result change_path(const invocation &asked, session &session)
     const kel_ebcom_path_config path = path_of(asked.given);
     result done = session.call(asked, Function, parameter::input("config", path));
     if (done.code == 0)
-        Change(session.paths, path);
+        (session.paths.*Change)(mac_address_at(path.dst_mac), path.iell_port);
     return done;
 }
 
@@ -146,7 +123,7 @@ result change_shaper(const invocation &asked, session &session)
     ork_ebcom_pcep_path path{};
     result done = session.call(asked, Function, parameter::input("config", config), parameter::output(path));
     if (done.code == 0)
-        Change(session.paths, config);
+        (session.paths.*Change)(mac_address_at(config.dst_mac), config.iell_port);
     if (path.queue_hdl) {
         done.shown = fields{{"queue_handle", fmt::format("{}", path.queue_hdl)}};
         name_handle(asked.given, path.queue_hdl, session);
@@ -194,7 +171,7 @@ std::vector<command> path_commands()
 {
     return {
         {.name = "ebcom path add",
-         .variants = {{"kel_core_ic_ebcom_path_add", change_path<kel_core_ic_ebcom_path_add, added>}},
+         .variants = {{"kel_core_ic_ebcom_path_add", change_path<kel_core_ic_ebcom_path_add, &added_paths::add>}},
          .help = "Add a path from an IC port to a destination",
          .details = shaping_details,
          .arguments = shaped({path_count}),
@@ -204,14 +181,14 @@ std::vector<command> path_commands()
          .makes = {"path", "paths", "removed"},
          .service = "EBCOM service"},
         {.name = "ebcom path remove",
-         .variants = {{"kel_core_ic_ebcom_path_rem", change_path<kel_core_ic_ebcom_path_rem, removed>}},
+         .variants = {{"kel_core_ic_ebcom_path_rem", change_path<kel_core_ic_ebcom_path_rem, &added_paths::remove>}},
          .help = "Remove one path to a destination",
          .arguments = {destination, through_port, path_count, traced_configuration},
          .check = check_count,
          .example = "ebcom path remove 02:00:02:02:00:01 --port RLU1P",
          .service = "EBCOM service"},
         {.name = "ebcom shaper add",
-         .variants = {{"kel_ic_ebcom_add_shaper", change_shaper<kel_ic_ebcom_add_shaper, added>}},
+         .variants = {{"kel_ic_ebcom_add_shaper", change_shaper<kel_ic_ebcom_add_shaper, &added_paths::add>}},
          .help = "Take a reference on a port's queue (one step of path add)",
          .details = shaping_details,
          .arguments = shaped({handle_name}),
@@ -220,7 +197,7 @@ std::vector<command> path_commands()
          .makes = {"shaper", "shapers", "removed"},
          .service = "EBCOM service"},
         {.name = "ebcom shaper remove",
-         .variants = {{"kel_ic_ebcom_remove_shaper", change_shaper<kel_ic_ebcom_remove_shaper, removed>}},
+         .variants = {{"kel_ic_ebcom_remove_shaper", change_shaper<kel_ic_ebcom_remove_shaper, &added_paths::remove>}},
          .help = "Drop a reference on a port's queue",
          .arguments = {destination, through_port, traced_configuration},
          .example = "ebcom shaper remove 02:00:02:02:00:02 --port RLU1Q",

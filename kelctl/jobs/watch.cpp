@@ -117,7 +117,8 @@ private:
 
 watched_node node_here(const port_knowledge &ports, const counted &which, session &session)
 {
-    watched_node here = {.sample = [&ports, which, &session] { return take_sample(ports, which, session); }};
+    watched_node here = {
+        .sample = [&ports, which, &session] { return take_sample(queues_now(), ports, which, session); }};
     if (on_software_accelerator())
         here.pass = [&session](uint64_t time) { return session.traffic.pass(time) != 0; };
     return here;
@@ -188,7 +189,7 @@ result watch_session(const invocation &asked, session &session)
         return refused(*std::move(wrong));
     if (session.elsewhere)
         return watch(node_elsewhere(counted_in(asked.given), session), watch_options_in(asked.given), session);
-    const port_knowledge ports = ports_now(session.paths);
+    const port_knowledge ports = ports_of(queues_now(), session.paths);
     return watch(node_here(ports, counted_in(asked.given), session), watch_options_in(asked.given), session);
 }
 

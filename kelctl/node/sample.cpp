@@ -10,10 +10,10 @@
 namespace kelctl
 {
 
-result take_sample(const port_knowledge &ports, const counted &which, session &session)
+result take_sample(const fields &held, const port_knowledge &ports, const counted &which, session &session)
 {
     const std::chrono::nanoseconds now = std::chrono::steady_clock::now().time_since_epoch();
-    result taken = read_counters(ports, which, session);
+    result taken = read_counters(held, ports, which, session);
     fields sample = {{"real", now.count()},
                      {"virtual", on_software_accelerator() ? fields(virtual_time()) : fields(nullptr)}};
     for (auto &[name, value] : taken.shown.members())

@@ -14,7 +14,7 @@ namespace kelctl
 
 // What read_counters() shows, after the times at which it was read, in nanoseconds: `real`, of this machine's monotonic
 // clock, and `virtual`, null on a vendor's platform. Lets no time pass.
-result take_sample(const port_knowledge &ports, const counted &which, session &session);
+result take_sample(const fields &held, const port_knowledge &ports, const counted &which, session &session);
 
 enum class time_base : uint8_t { real_time, virtual_time };
 

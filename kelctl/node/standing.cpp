@@ -1,6 +1,7 @@
 // Matching queues with ports: first by the library's look-ups, then, for the rest, by the order of creation.
 #include "kelctl/node/standing.h"
 
+#include "kel/kel_core_ic_ebcom.h"
 #include "kel/kel_node_names.h"
 #include "kelctl/accelerator/software_accelerator.h"
 #include "kelctl/values/ic_port.h"
@@ -22,25 +23,28 @@ handle queue_of(const mac_address &destination)
     return reinterpret_cast<handle>(queue);
 }
 
-// Destinations on the same set of ports are all found on the same port: one look-up for each set is enough.
-void look_up(const std::map<mac_address, std::set<int32_t>> &ports_of_mac, port_knowledge &ports)
+// Destinations on the same ports are all found on the same one: one look-up for each of these groups is enough.
+void look_up(const added_paths &added, port_knowledge &ports)
 {
-    std::set<std::set<int32_t>> asked;
-    for (const auto &[mac, on] : ports_of_mac) {
-        const handle queue = asked.insert(on).second ? queue_of(mac) : 0;
+    std::map<mac_address, const std::set<int32_t> *> firsts;
+    for (const auto &[on, macs] : added.destinations())
+        firsts.emplace(*macs.begin(), &on);
+    for (const auto &[mac, on] : firsts) {
+        const handle queue = queue_of(mac);
         if (queue == 0)
             continue;
         ports.found_by.try_emplace(queue, mac);
-        if (on.size() == 1)
-            ports.port_of_queue[queue] = *on.begin();
+        if (on->size() == 1)
+            ports.port_of_queue[queue] = *on->begin();
     }
 }
 
 // A port's queue is created with its first path, so the queues of the snapshot and the ports left have the same order.
-void match_in_order(const snapshot &node, const std::vector<int32_t> &ports_left, port_knowledge &ports)
+void match_in_order(const std::vector<snapshot::queue> &queues, const std::vector<int32_t> &ports_left,
+                    port_knowledge &ports)
 {
     auto port = ports_left.begin();
-    for (const snapshot::queue &queue : node.queues)
+    for (const snapshot::queue &queue : queues)
         if (port != ports_left.end() && ports.port_of_queue.try_emplace(queue.self, *port).second)
             ++port;
 }
@@ -57,6 +61,17 @@ void name_units(const snapshot &node, port_knowledge &ports)
     for (int32_t port = 0; port < KEL_IELL_PORT_COUNT; ++port)
         if (const auto row = qos_row(port))
             ports.unit_of_scheduler.try_emplace(above_queues[static_cast<size_t>(row->scheduler)], port_group(port));
+}
+
+port_knowledge match(const std::vector<snapshot::queue> &queues, const added_paths &added)
+{
+    port_knowledge ports;
+    look_up(added, ports);
+    std::vector<int32_t> left = added.ports();
+    for (const auto &[queue, port] : ports.port_of_queue)
+        std::erase(left, port);
+    match_in_order(queues, left, ports);
+    return ports;
 }
 
 } // namespace
@@ -78,33 +93,24 @@ std::optional<notation::document> settled_document()
     return accelerator_snapshot();
 }
 
-port_knowledge ports_of(const snapshot &node, const std::vector<kel_ebcom_path_config> &added)
+notation::document queues_now()
 {
-    port_knowledge ports;
-    std::vector<int32_t> left;
-    std::map<mac_address, std::set<int32_t>> ports_of_mac;
-    for (const kel_ebcom_path_config &path : added) {
-        const mac_address mac = mac_address_at(path.dst_mac);
-        ports_of_mac[mac].insert(path.iell_port);
-        auto &destinations = ports.destinations[path.iell_port];
-        if (destinations.empty())
-            left.push_back(path.iell_port);
-        destinations.insert(mac);
-    }
-    look_up(ports_of_mac, ports);
-    for (const auto &[queue, port] : ports.port_of_queue)
-        std::erase(left, port);
-    match_in_order(node, left, ports);
+    return accelerator_queues().value_or(notation::document::array());
+}
+
+port_knowledge ports_of(const snapshot &node, const added_paths &added)
+{
+    port_knowledge ports = match(node.queues, added);
+    for (const auto &[on, macs] : added.destinations())
+        for (const int32_t port : on)
+            ports.destinations[port].insert(macs.begin(), macs.end());
     name_units(node, ports);
     return ports;
 }
 
-port_knowledge ports_now(const std::vector<kel_ebcom_path_config> &added)
+port_knowledge ports_of(const notation::document &queues, const added_paths &added)
 {
-    snapshot node;
-    if (const auto queues = accelerator_queues())
-        node.queues = read_queues(*queues);
-    return ports_of(node, added);
+    return match(read_queues(queues), added);
 }
 
 } // namespace kelctl

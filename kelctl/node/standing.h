@@ -2,12 +2,11 @@
 // views/.
 #pragma once
 
-#include "kel/kel_core_ic_ebcom.h"
 #include "kelctl/accelerator/snapshot.h"
 #include "kelctl/node/port_knowledge.h"
+#include "kelctl/session/added_paths.h"
 
 #include <optional>
-#include <vector>
 
 namespace kelctl
 {
@@ -22,10 +21,13 @@ void settle();
 // What the accelerator holds then, as its own document.
 std::optional<notation::document> settled_document();
 
-// The port of each queue, from the paths that were added. All of them must still exist on `node`; the oldest is first.
-port_knowledge ports_of(const snapshot &node, const std::vector<kel_ebcom_path_config> &added);
+// The accelerator's document of its queues; an empty list on a vendor's platform.
+notation::document queues_now();
 
-// The same of the queues that exist now, without the schedulers, whose snapshot would be as large as the node.
-port_knowledge ports_now(const std::vector<kel_ebcom_path_config> &added);
+// The port of each queue, from the paths that were added. All of them must still exist on `node`.
+port_knowledge ports_of(const snapshot &node, const added_paths &added);
+
+// The same of queues_now() alone, without schedulers and destinations, which are as many as the node is large.
+port_knowledge ports_of(const notation::document &queues, const added_paths &added);
 
 } // namespace kelctl

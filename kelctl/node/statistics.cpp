@@ -4,8 +4,8 @@
 #include "kel/kel_core_ic_pcep.h"
 #include "kel/kel_node_names.h"
 #include "kelctl/accelerator/snapshot.h"
-#include "kelctl/accelerator/software_accelerator.h"
 #include "kelctl/library/library_call.h"
+#include "kelctl/node/standing.h"
 #include "notation/json.h"
 
 #include <algorithm>
@@ -68,13 +68,10 @@ void read_pcep(uint32_t id, session &session, result &all)
 }
 
 // What the software accelerator counts of the queues, by their ports.
-fields delays_of(const port_knowledge &ports, const counted &which)
+fields delays_of(const fields &held, const port_knowledge &ports, const counted &which)
 {
     fields all = fields::array();
-    const auto queues = accelerator_queues();
-    if (!queues)
-        return all;
-    for (const fields &queue : *queues) {
+    for (const fields &queue : held) {
         const auto port = ports.port_of_queue.find(handle_in(queue.at("handle")));
         if (port == ports.port_of_queue.end() || !which.has_queue(port->second))
             continue;
@@ -105,7 +102,7 @@ fields counters_of(const ebcom_queue_stats &stats)
             {"current_burst_size", stats.current_burst_size}};
 }
 
-result read_counters(const port_knowledge &ports, const counted &which, session &session)
+result read_counters(const fields &held, const port_knowledge &ports, const counted &which, session &session)
 {
     result all = {.shown = {{"queues", fields::array()}, {"pceps", fields::array()}}};
     for (const auto &[queue, port] : ports.port_of_queue) {
@@ -113,10 +110,10 @@ result read_counters(const port_knowledge &ports, const counted &which, session 
         if (which.has_queue(port))
             read_queue(port, found_by == ports.found_by.end() ? nullptr : &found_by->second, session, all);
     }
-    for (const made_command &made : session.made.all())
-        if (made.asked.row->name == "pcep add" && which.has_pcep(made.asked.given.id("ID")))
-            read_pcep(made.asked.given.id("ID"), session, all);
-    all.shown["delays"] = delays_of(ports, which);
+    for (const made_command *made : session.made.made_by("pcep add"))
+        if (const uint32_t id = made->asked.given.id("ID"); which.has_pcep(id))
+            read_pcep(id, session, all);
+    all.shown["delays"] = delays_of(held, ports, which);
     return all;
 }
 
@@ -124,7 +121,7 @@ result read_statistics(const port_knowledge &ports, session &session)
 {
     result all = {.shown = {{"ebcom", nullptr}}};
     read_ebcom(session, all);
-    result counters = read_counters(ports, {}, session);
+    result counters = read_counters(queues_now(), ports, {}, session);
     for (auto &[name, value] : counters.shown.members())
         all.shown[name] = std::move(value);
     succeeds(std::move(counters), all);

@@ -92,11 +92,11 @@ exit_status status_of(const fields &message)
 
 } // namespace
 
-fields message_of(const result &done)
+fields message_of(result done)
 {
     fields message = {{"status", static_cast<int>(done.status)}};
     if (done.shown != fields::object())
-        message["shown"] = done.shown;
+        message["shown"] = std::move(done.shown);
     if (done.text)
         message["text"] = done.text->holds() == notation::kind::text ? document_of_octets(done.text->text())
                                                                      : fields::array({*done.text});

@@ -8,7 +8,7 @@ namespace kelctl
 {
 
 // Members that hold nothing are left out.
-fields message_of(const result &done);
+fields message_of(result done);
 
 // Throws notation::document_error for what is no such message.
 result result_of(const fields &message);

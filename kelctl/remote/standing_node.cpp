@@ -105,8 +105,14 @@ fields standing_node::answer_to(const fields &request)
     if (question == "state")
         return {{"result", message_of(take_state(session_))}};
     if (question == "sample")
-        return {{"result", message_of(take_sample(ports_now(session_.paths), counted_of(request), session_))}};
+        return sample(counted_of(request));
     throw std::runtime_error(fmt::format("there is no question {}", in_quotes(question)));
+}
+
+fields standing_node::sample(const counted &which)
+{
+    const fields queues = queues_now();
+    return {{"result", message_of(take_sample(queues, ports_of(queues, session_.paths), which, session_))}};
 }
 
 fields standing_node::carry_out(const fields &request)

@@ -6,6 +6,7 @@
 //         served.serve();
 #pragma once
 
+#include "kelctl/node/statistics.h"
 #include "kelctl/session/result.h"
 #include "kelctl/session/session.h"
 #include "socket/server.h"
@@ -42,6 +43,7 @@ public:
 private:
     std::string answer_to(std::string_view request);
     fields answer_to(const fields &request);
+    fields sample(const counted &which);
     fields carry_out(const fields &request);
     answer take_down();
 

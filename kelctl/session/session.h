@@ -4,11 +4,11 @@
 //     const result done = session.carry_out(parse(session.table, words, session.where));
 #pragma once
 
-#include "kel/kel_core_ic_ebcom.h"
 #include "kelctl/accelerator/traffic_player.h"
 #include "kelctl/language/command.h"
 #include "kelctl/language/known_words.h"
 #include "kelctl/library/library_call.h"
+#include "kelctl/session/added_paths.h"
 #include "kelctl/session/fields_view.h"
 #include "kelctl/session/other_process.h"
 #include "kelctl/session/result.h"
@@ -111,9 +111,7 @@ public:
     source where; // commands come from
     known_words known;
     undo_stack made{table}; // what the commands so far made
-    // The paths and shapers that were added and still exist, the oldest first. The accelerator knows queues by handles
-    // only, so this is what shows which port a queue belongs to (node/standing.h).
-    std::vector<kel_ebcom_path_config> paths;
+    added_paths paths;
     std::map<uint64_t, uint64_t> handles; // by the names that commands gave them
     // How many calls of each function of the library returned each code.
     std::map<std::pair<std::string_view, uint32_t>, uint64_t> operations;

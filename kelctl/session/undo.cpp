@@ -1,6 +1,8 @@
 // Matching a command with the one that it undoes.
 #include "kelctl/session/undo.h"
 
+#include <algorithm>
+#include <functional>
 #include <iterator>
 #include <tuple>
 #include <utility>
@@ -44,9 +46,31 @@ bool undo_stack::by_undo::operator()(const invocation &undo, const entry &one) c
     return comes_before(undo, one->undo);
 }
 
+bool undo_stack::by_undo::operator()(const entry &one, const command *undo) const
+{
+    return std::less()(one->undo.row, undo);
+}
+
+bool undo_stack::by_undo::operator()(const command *undo, const entry &one) const
+{
+    return std::less()(undo, one->undo.row);
+}
+
+std::vector<const made_command *> undo_stack::made_by(std::string_view row) const
+{
+    const command *const maker = table_.find(row);
+    const auto [first, end] = undone_by_.equal_range(table_.find(maker->undo));
+    std::vector<const made_command *> made;
+    for (auto one = first; one != end; ++one)
+        if ((*one)->asked.row == maker)
+            made.push_back(&**one);
+    std::ranges::sort(made, {}, &made_command::number);
+    return made;
+}
+
 void undo_stack::push(made_command made)
 {
-    made.number = ++pushed_;
+    made.number = next_number_++;
     undone_by_.insert(made_.insert(made_.end(), std::move(made)));
 }
 

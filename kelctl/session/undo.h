@@ -8,6 +8,8 @@
 #include <list>
 #include <optional>
 #include <set>
+#include <string_view>
+#include <vector>
 
 namespace kelctl
 {
@@ -19,7 +21,7 @@ struct made_command {
     invocation asked;
     invocation undo;     // without a row: nothing undoes it
     bool failed = false; // the command failed, and may have left something
-    uint64_t number = 0; // no other one of the stack had it
+    uint64_t number = 0; // counts up: no other one of the stack had it
 };
 
 class undo_stack
@@ -41,6 +43,9 @@ public:
         return made_;
     }
 
+    // What this command made, the oldest first: found without a look at all.
+    std::vector<const made_command *> made_by(std::string_view row) const;
+
     void drop_last();
 
     // Empties the stack without undoing anything: what was made stays on the node.
@@ -53,6 +58,8 @@ private:
         bool operator()(const entry &one, const entry &other) const;
         bool operator()(const entry &one, const invocation &undo) const;
         bool operator()(const invocation &undo, const entry &one) const;
+        bool operator()(const entry &one, const command *undo) const;
+        bool operator()(const command *undo, const entry &one) const;
         using is_transparent = void;
     };
 
@@ -60,7 +67,7 @@ private:
 
     const command_table &table_;
     std::list<made_command> made_;
-    uint64_t pushed_ = 0;
+    uint64_t next_number_ = 0;
     std::multiset<entry, by_undo> undone_by_; // equal ones in the order of their making
 };
 

@@ -248,6 +248,18 @@ TEST_F(Apply, InterruptionRestoresTheOldNode)
     EXPECT_EQ(bare_now(), before);
 }
 
+TEST_F(Apply, ReportsTheReferenceThatARefusedPathMayLeaveBesideAnEqualOne)
+{
+    up(with_service({to_1_on_p}));
+    EXPECT_EQ(softnode_faults_add("ork_ebcom_pcep_path_create=-4"), nullptr);
+    const result done = apply(node_of(with_service({to_1_on_p, to_1_on_p})), false, here);
+    EXPECT_EQ(done.status, exit_operation_failed);
+    const fields &left = done.shown.at("left");
+    ASSERT_EQ(left.size(), 1u) << notation::to_json(left);
+    EXPECT_EQ(left[0].at("object").text(), "path to 02:00:00:02:00:01 on RLU1P (6)");
+    EXPECT_THAT(left[0].at("what").text(), HasSubstr("may have left its reference"));
+}
+
 TEST_F(Apply, DifferenceIsTroubleWhenTheAcceleratorHoldsSomethingElse)
 {
     const lines node = with_service({to_1_on_p});

@@ -1,14 +1,18 @@
 // What the session remembers of paths that come and go.
+#include "kelctl/jobs/take_down.h"
 #include "kelctl/session/session.h"
 #include "script_session.h"
 #include "softnode/softnode.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace kelctl
 {
 namespace
 {
+
+using testing::ElementsAre;
 
 class AskedPaths : public testing::Test
 {
@@ -25,35 +29,19 @@ protected:
 
     ~AskedPaths() override
     {
-        for (const auto &path : std::vector(here.paths))
-            here.run("ebcom path remove " + to_text(mac_address_at(path.dst_mac)) + " --port " +
-                     std::to_string(path.iell_port));
-        here.run("ebcom stop");
-    }
-
-    // "6:1" for each: the port and the last octet of the destination.
-    std::string remembered() const
-    {
-        std::string all;
-        for (const kel_ebcom_path_config &path : here.paths)
-            all += std::to_string(path.iell_port) + ":" + std::to_string(path.dst_mac[5]) + " ";
-        return all;
+        take_down(here);
     }
 
     script_session here;
 };
 
-TEST_F(AskedPaths, AreInTheOrderOfTheirAdding)
+TEST_F(AskedPaths, AreThoseThatWereAddedAndNotRemoved)
 {
-    EXPECT_EQ(remembered(), "6:1 7:1 7:2 6:1 ");
-}
-
-TEST_F(AskedPaths, RemovingTakesTheLastOfTheSameDestinationAndPort)
-{
+    EXPECT_EQ(here.paths.size(), 4u);
     EXPECT_EQ(here.run("ebcom path remove 02:00:00:02:00:01 --port 6").status, exit_done);
-    EXPECT_EQ(remembered(), "6:1 7:1 7:2 ");
-    EXPECT_EQ(here.run("ebcom path remove 02:00:00:02:00:01 --port 7").status, exit_done);
-    EXPECT_EQ(remembered(), "6:1 7:2 ");
+    EXPECT_EQ(here.run("ebcom path remove 02:00:00:02:00:01 --port 42").status, exit_operation_failed);
+    EXPECT_EQ(here.paths.size(), 3u);
+    EXPECT_THAT(here.paths.ports(), ElementsAre(6, 7));
 }
 
 TEST_F(AskedPaths, HandleHasTheNameThatItsCommandGaveIt)

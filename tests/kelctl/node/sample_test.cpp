@@ -33,10 +33,16 @@ protected:
         take_down(here);
     }
 
+    result sample(const counted &which)
+    {
+        const fields queues = queues_now();
+        return take_sample(queues, ports_of(queues, here.paths), which, here);
+    }
+
     // "6 42, 9": the ports of its queues and the ids of its PCEPs.
     std::string objects(const counted &which)
     {
-        const result taken = take_sample(ports_now(here.paths), which, here);
+        const result taken = sample(which);
         EXPECT_EQ(taken.status, exit_done);
         EXPECT_EQ(taken.shown.at("delays").size(), taken.shown.at("queues").size());
         std::string found;
@@ -53,8 +59,8 @@ protected:
 TEST_F(Sample, HasBothTimesAndLetsNonePass)
 {
     softnode_time_advance(1234);
-    const fields before = take_sample(ports_now(here.paths), {}, here).shown;
-    const fields now = take_sample(ports_now(here.paths), {}, here).shown;
+    const fields before = sample({}).shown;
+    const fields now = sample({}).shown;
     EXPECT_EQ(now.at("virtual"), 1234);
     EXPECT_EQ(time_between(before, now, time_base::virtual_time), 0u);
     EXPECT_GT(time_between(before, now, time_base::real_time), 0u);
@@ -73,7 +79,7 @@ TEST_F(Sample, HasWhatIsAskedFor)
 
 TEST_F(Sample, IsAPlainDocument)
 {
-    const fields taken = take_sample(ports_now(here.paths), {}, here).shown;
+    const fields taken = sample({}).shown;
     EXPECT_EQ(notation::read_json(notation::to_json(taken)), taken);
 }
 

@@ -12,6 +12,7 @@ namespace
 {
 
 using testing::ElementsAre;
+using testing::IsEmpty;
 
 std::vector<uint32_t> lines_of(const undo_stack &made)
 {
@@ -60,6 +61,18 @@ TEST_F(UndoStack, NeverUsesANumberAgain)
     note("group remove 300");
     note("group add 300");
     EXPECT_GT(made.all().back().number, first);
+}
+
+TEST_F(UndoStack, KnowsWhatOneCommandMadeInItsOrder)
+{
+    for (const char *line : {"pcep start", "group add 300", "group member add 300 9", "group add 30", "group add 301",
+                             "group remove 30", "group add 29"})
+        note(line);
+    std::vector<uint32_t> lines;
+    for (const made_command *one : made.made_by("group add"))
+        lines.push_back(one->asked.line);
+    EXPECT_THAT(lines, ElementsAre(2, 5, 7));
+    EXPECT_THAT(made.made_by("pcep add"), IsEmpty());
 }
 
 TEST_F(UndoStack, HoldsWhatMakesSomethingInItsOrder)

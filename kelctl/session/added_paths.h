@@ -1,0 +1,46 @@
+// The paths and shapers that the session added and that still exist. The accelerator knows queues by handles only, so this
+// is what shows which port a queue belongs to (node/standing.h). What it keeps grows and shrinks with each path: nothing here
+// takes longer the more of them there are, up to logarithms.
+#pragma once
+
+#include "kelctl/values/mac_address.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <set>
+#include <vector>
+
+namespace kelctl
+{
+
+class added_paths
+{
+public:
+    void add(const mac_address &destination, int32_t port);
+
+    // Removes one to this destination through this port; nothing if the session added none.
+    void remove(const mac_address &destination, int32_t port);
+
+    void clear();
+    size_t size() const;
+
+    // Those with paths, in the order in which they got their first, with which the library makes a port's queue.
+    const std::vector<int32_t> &ports() const;
+
+    // The destinations that lie on the same ports, by these ports.
+    const std::map<std::set<int32_t>, std::set<mac_address>> &destinations() const;
+
+private:
+    using counts = std::map<int32_t, size_t>; // of paths, by ports
+
+    void regroup(const mac_address &destination, const counts &before, const counts &now);
+
+    size_t size_ = 0;
+    counts on_port_;
+    std::map<mac_address, counts> to_;
+    std::vector<int32_t> ports_;
+    std::map<std::set<int32_t>, std::set<mac_address>> destinations_;
+};
+
+} // namespace kelctl
