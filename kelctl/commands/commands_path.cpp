@@ -78,7 +78,7 @@ std::optional<objection> check_count(const arguments &given)
 }
 
 // How a successful call changes the paths that the session remembers, which name the queues in its output.
-using change = void (added_paths::*)(const mac_address &destination, int32_t port);
+using change = void (added_paths::*)(const kel_ebcom_path_config &path);
 
 // One invocation per path, so that each can be undone and a failure names its address.
 result change_paths(const invocation &asked, session &session)
@@ -106,7 +106,7 @@ result change_path(const invocation &asked, session &session)
     const kel_ebcom_path_config path = path_of(asked.given);
     result done = session.call(asked, Function, parameter::input("config", path));
     if (done.code == 0)
-        (session.paths.*Change)(mac_address_at(path.dst_mac), path.iell_port);
+        (session.paths.*Change)(path);
     return done;
 }
 
@@ -123,7 +123,7 @@ result change_shaper(const invocation &asked, session &session)
     ork_ebcom_pcep_path path{};
     result done = session.call(asked, Function, parameter::input("config", config), parameter::output(path));
     if (done.code == 0)
-        (session.paths.*Change)(mac_address_at(config.dst_mac), config.iell_port);
+        (session.paths.*Change)(config);
     if (path.queue_hdl) {
         done.shown = fields{{"queue_handle", fmt::format("{}", path.queue_hdl)}};
         name_handle(asked.given, path.queue_hdl, session);

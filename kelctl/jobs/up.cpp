@@ -34,7 +34,7 @@ result objects(std::optional<fields> document, const std::optional<snapshot> &no
 
 result counters(const port_knowledge &ports, session &session)
 {
-    result shown = read_statistics(ports, session);
+    result shown = read_statistics(queues_now(), ports, session);
     shown.text = fields_text(statistics_tables(shown.shown), session.output_page()) + "\n";
     shown.shown = fields{{"statistics", std::move(shown.shown)}};
     shown.stage = "reading of counters";

@@ -48,7 +48,6 @@ fields operations_of(const session &session)
     });
 }
 
-// All paths of a port have the shaping of its queue.
 void describe_queues(const port_knowledge &ports, const session &session, fields &queues)
 {
     std::map<int32_t, handle> handles;
@@ -57,45 +56,45 @@ void describe_queues(const port_knowledge &ports, const session &session, fields
     for (size_t i = 0; i < queues.size(); ++i) {
         fields &queue = queues[i];
         const auto port = queue.at("port").number<int32_t>();
-        const auto path = std::ranges::find(session.paths, port, &kel_ebcom_path_config::iell_port);
-        const bool shaped = path != session.paths.end() && path->shaping_enabled != 0;
+        const kel_ebcom_path_config &path = session.paths.first_on(port);
+        const bool shaped = path.shaping_enabled != 0;
         queue["scheduler"] = port_group(port);
-        queue["rate"] = shaped ? fields(path->shaping_rate) : fields(nullptr);
-        queue["burst"] = shaped ? fields(path->burst_size) : fields(nullptr);
-        queue["threshold"] = shaped ? fields(uint64_t{path->buffer_threshold} * threshold_block) : fields(nullptr);
+        queue["rate"] = shaped ? fields(path.shaping_rate) : fields(nullptr);
+        queue["burst"] = shaped ? fields(path.burst_size) : fields(nullptr);
+        queue["threshold"] = shaped ? fields(uint64_t{path.buffer_threshold} * threshold_block) : fields(nullptr);
         queue["made"] = handles[port];
     }
 }
 
-void describe_pceps(const session &session, fields &all)
+void describe_pceps(const session &session, fields &pceps)
 {
-    std::map<uint32_t, fields> pceps;
-    std::map<uint32_t, fields> groups;
-    for (const auto &[asked, undo, failed, number] : session.made.all()) {
-        if (failed)
-            continue;
-        const arguments &given = asked.given;
-        if (asked.row->name == "pcep add")
-            pceps[given.id("ID")] = {{"location", kel_location_name(location_of(given.mac("--local"), own_mp_id()))},
-                                     {"made", number}};
-        else if (asked.row->name == "group add")
-            groups[given.id("GROUP")] = fields::array();
-        else if (asked.row->name == "group member add")
-            groups[given.id("GROUP")].push_back(given.id("ID"));
+    std::map<uint32_t, const made_command *> made_by_id;
+    for (const made_command *made : session.made.made_by("pcep add"))
+        made_by_id[made->asked.given.id("ID")] = made;
+    for (size_t i = 0; i < pceps.size(); ++i) {
+        const made_command &made = *made_by_id.at(pceps[i].at("id").number<uint32_t>());
+        const kel_location location = location_of(made.asked.given.mac("--local"), own_mp_id());
+        pceps[i]["location"] = kel_location_name(location);
+        pceps[i]["made"] = made.number;
     }
-    for (size_t i = 0; i < all.at("pceps").size(); ++i) {
-        fields &pcep = all["pceps"][i];
-        for (const auto &[name, value] : pceps[pcep.at("id").number<uint32_t>()].members())
-            pcep[name] = value;
-    }
-    all["groups"] = list_of(groups, [](const auto &one) { return fields{{"id", one.first}, {"members", one.second}}; });
+}
+
+fields groups_of(const session &session)
+{
+    std::map<uint32_t, fields> members;
+    for (const made_command *made : session.made.made_by("group add"))
+        members[made->asked.given.id("GROUP")] = fields::array();
+    for (const made_command *made : session.made.made_by("group member add"))
+        members[made->asked.given.id("GROUP")].push_back(made->asked.given.id("ID"));
+    return list_of(members, [](const auto &one) { return fields{{"id", one.first}, {"members", one.second}}; });
 }
 
 } // namespace
 
 result take_state(session &session)
 {
-    const port_knowledge ports = ports_now(session.paths);
+    const fields held = queues_now();
+    const port_knowledge ports = ports_of(held, session.paths);
     const auto written = session.log().timestamp_written();
     result taken = {.shown = {{"real", nanoseconds_of(std::chrono::steady_clock::now())},
                               {"virtual", on_software_accelerator() ? fields(virtual_time()) : fields(nullptr)},
@@ -103,13 +102,14 @@ result take_state(session &session)
                               {"operations", operations_of(session)},
                               {"timestamp", written ? fields(nanoseconds_of(*written)) : fields(nullptr)},
                               {"schedulers", schedulers()}}};
-    result counters = read_statistics(ports, session);
+    result counters = read_statistics(held, ports, session);
     for (auto &[name, value] : counters.shown.members())
         taken.shown[name] = std::move(value);
     taken.failures = std::move(counters.failures);
     taken.status = counters.status;
     describe_queues(ports, session, taken.shown["queues"]);
-    describe_pceps(session, taken.shown);
+    describe_pceps(session, taken.shown["pceps"]);
+    taken.shown["groups"] = groups_of(session);
     return taken;
 }
 

@@ -117,11 +117,11 @@ result read_counters(const fields &held, const port_knowledge &ports, const coun
     return all;
 }
 
-result read_statistics(const port_knowledge &ports, session &session)
+result read_statistics(const fields &held, const port_knowledge &ports, session &session)
 {
     result all = {.shown = {{"ebcom", nullptr}}};
     read_ebcom(session, all);
-    result counters = read_counters(queues_now(), ports, {}, session);
+    result counters = read_counters(held, ports, {}, session);
     for (auto &[name, value] : counters.shown.members())
         all.shown[name] = std::move(value);
     succeeds(std::move(counters), all);

@@ -36,6 +36,6 @@ struct counted {
 result read_counters(const fields &held, const port_knowledge &ports, const counted &which, session &session);
 
 // The same of everything, and before it the counters of the service (`ebcom`).
-result read_statistics(const port_knowledge &ports, session &session);
+result read_statistics(const fields &held, const port_knowledge &ports, session &session);
 
 } // namespace kelctl

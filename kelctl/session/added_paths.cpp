@@ -26,25 +26,33 @@ std::set<int32_t> ports_in(const std::map<int32_t, size_t> &counts)
 
 } // namespace
 
-void added_paths::add(const mac_address &destination, int32_t port)
+void added_paths::add(const kel_ebcom_path_config &path)
 {
+    const mac_address destination = mac_address_at(path.dst_mac);
+    const int32_t port = path.iell_port;
     ++size_;
-    if (on_port_[port]++ == 0)
+    if (on_port_[port]++ == 0) {
         ports_.push_back(port);
+        first_on_[port] = path;
+    }
     counts &to = to_[destination];
     const counts before = to;
     if (to[port]++ == 0)
         regroup(destination, before, to);
 }
 
-void added_paths::remove(const mac_address &destination, int32_t port)
+void added_paths::remove(const kel_ebcom_path_config &path)
 {
+    const mac_address destination = mac_address_at(path.dst_mac);
+    const int32_t port = path.iell_port;
     const auto to = to_.find(destination);
     if (to == to_.end() || !to->second.contains(port))
         return;
     --size_;
-    if (drop_one(on_port_, port))
+    if (drop_one(on_port_, port)) {
         std::erase(ports_, port);
+        first_on_.erase(port);
+    }
     const counts before = to->second;
     if (drop_one(to->second, port))
         regroup(destination, before, to->second);
@@ -70,6 +78,11 @@ const std::vector<int32_t> &added_paths::ports() const
 const std::map<std::set<int32_t>, std::set<mac_address>> &added_paths::destinations() const
 {
     return destinations_;
+}
+
+const kel_ebcom_path_config &added_paths::first_on(int32_t port) const
+{
+    return first_on_.at(port);
 }
 
 void added_paths::regroup(const mac_address &destination, const counts &before, const counts &now)

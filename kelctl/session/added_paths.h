@@ -3,6 +3,7 @@
 // takes longer the more of them there are, up to logarithms.
 #pragma once
 
+#include "kel/kel_core_ic_ebcom.h"
 #include "kelctl/values/mac_address.h"
 
 #include <cstddef>
@@ -17,16 +18,19 @@ namespace kelctl
 class added_paths
 {
 public:
-    void add(const mac_address &destination, int32_t port);
+    void add(const kel_ebcom_path_config &path);
 
     // Removes one to this destination through this port; nothing if the session added none.
-    void remove(const mac_address &destination, int32_t port);
+    void remove(const kel_ebcom_path_config &path);
 
     void clear();
     size_t size() const;
 
     // Those with paths, in the order in which they got their first, with which the library makes a port's queue.
     const std::vector<int32_t> &ports() const;
+
+    // The first path of a port that has some, whose shaping is that of the queue. It may be removed meanwhile.
+    const kel_ebcom_path_config &first_on(int32_t port) const;
 
     // The destinations that lie on the same ports, by these ports.
     const std::map<std::set<int32_t>, std::set<mac_address>> &destinations() const;
@@ -38,6 +42,7 @@ private:
 
     size_t size_ = 0;
     counts on_port_;
+    std::map<int32_t, kel_ebcom_path_config> first_on_;
     std::map<mac_address, counts> to_;
     std::vector<int32_t> ports_;
     std::map<std::set<int32_t>, std::set<mac_address>> destinations_;

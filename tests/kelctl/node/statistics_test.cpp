@@ -50,7 +50,9 @@ protected:
     result read_with(const char *faults)
     {
         EXPECT_EQ(softnode_faults_add(faults), nullptr);
-        result read = read_statistics(ports_of(read_snapshot(settled_document().value()), here.paths), here);
+        settle();
+        const fields held = queues_now();
+        result read = read_statistics(held, ports_of(held, here.paths), here);
         softnode_faults_clear();
         return read;
     }
