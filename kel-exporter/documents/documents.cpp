@@ -13,7 +13,7 @@ It only reads. It needs no privilege but that of connecting to the nodes: their 
 /metrics is for Prometheus, in OpenMetrics where the client accepts it and in the classic text format elsewhere;
 docs/metrics.md lists the metrics. / is a page for people, /nodes.json what that page shows.
 
-No request waits for a node. Each node is asked four times as often as it is asked for, but at most ten times a second
+No request waits for a node. Each node is asked four times as often as it is asked for, but at most five times a second
 and at least once, and not at all when nobody has asked for five minutes. Only a request after that waits for the nodes,
 half a second at most. A node that answers later, as one that carries out a long command, is shown with the
 values that it had, and their age.

@@ -20,7 +20,7 @@ namespace kel_exporter
 // A node is looked at four times for each time that it is asked for, but not more and not less often than this; and not at
 // all when nobody has asked for a while.
 struct pace {
-    std::chrono::milliseconds shortest = std::chrono::milliseconds(100);
+    std::chrono::milliseconds shortest = std::chrono::milliseconds(200);
     std::chrono::milliseconds longest = std::chrono::seconds(1);
     std::chrono::milliseconds until = std::chrono::minutes(5);        // after it was asked for last
     std::chrono::milliseconds first = std::chrono::milliseconds(500); // at most, that an answer waits for first looks
