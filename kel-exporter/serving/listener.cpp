@@ -42,7 +42,9 @@ address_list addresses(const std::string &written)
     if (host.starts_with('[') && host.ends_with(']'))
         host = host.substr(1, host.size() - 2);
     const std::string port = colon == written.npos ? "" : written.substr(colon + 1);
-    const addrinfo hints = {.ai_flags = AI_NUMERICHOST | AI_NUMERICSERV, .ai_socktype = SOCK_STREAM};
+    addrinfo hints = {};
+    hints.ai_flags = AI_NUMERICHOST | AI_NUMERICSERV;
+    hints.ai_socktype = SOCK_STREAM;
     addrinfo *found = nullptr;
     if (host.empty() || !is_port(port) || getaddrinfo(host.c_str(), port.c_str(), &hints, &found) != 0)
         throw std::runtime_error(fmt::format(
