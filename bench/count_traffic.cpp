@@ -1,5 +1,5 @@
 // Sends frames through the software accelerator under callgrind, through one queue and through 64. Callgrind writes a
-// file of counts for each, named "LOAD | 20,000 frames | QUEUES". Ends with status 1 when memory is allocated more often
+// file of counts for each, named "LOAD | 8,000 frames | QUEUES". Ends with status 1 when memory is allocated more often
 // than now and then. To be run by bench/check_growth.
 #include "softnode/common/facts.h"
 #include "softnode/node/node.h"
@@ -43,7 +43,7 @@ void operator delete(void *memory, std::size_t) noexcept
 namespace
 {
 
-constexpr std::uint32_t frames = 20'000;
+constexpr std::uint32_t frames = 8'000;
 constexpr std::uint32_t octets = 1500;
 constexpr std::uint32_t room = 40'000'000;       // octets of memory
 constexpr std::uint64_t time_on_the_line = 1216; // nanoseconds
@@ -127,9 +127,9 @@ bool count(const load &what, std::uint32_t queues)
     what.carry(node, queues);
     CALLGRIND_STOP_INSTRUMENTATION;
     const std::uint64_t allocated = allocations - before;
-    const std::string name = std::string(what.name) + " | 20,000 frames | " + std::to_string(queues);
+    const std::string name = std::string(what.name) + " | 8,000 frames | " + std::to_string(queues);
     CALLGRIND_DUMP_STATS_AT(name.c_str());
-    if (allocated <= frames / 20)
+    if (allocated <= frames / 8)
         return true;
     std::fprintf(stderr, "%s: %u frames allocate memory %lu times\n", name.c_str(), frames, allocated);
     return false;
