@@ -25,11 +25,7 @@ public:
 
     ~Follower()
     {
-        while (!ended_) {
-            softnode_reset(); /* once is not enough for a thread that has not opened its connection yet */
-            std::this_thread::yield();
-        }
-        join();
+        end();
     }
 
     Follower(const Follower &) = delete;
@@ -39,6 +35,16 @@ public:
     {
         if (thread_.joinable())
             thread_.join();
+    }
+
+    /* Resets the node until the thread ends: once is not enough for one that has not opened its connection yet. */
+    void end()
+    {
+        while (!ended_) {
+            softnode_reset();
+            std::this_thread::yield();
+        }
+        join();
     }
 
     /* Both may be read while the follower is at rest, or after join(). */

@@ -126,54 +126,20 @@ TEST(InterfaceDelete, AsksForTheDeviceAgainAndNeedsNoCreate)
     )");
 }
 
-TEST(InterfaceDelete, FailedAttachmentMakesNoDriverKitCall)
+TEST(InterfaceDelete, EndsAtTheFirstCallThatFails)
 {
-    scripted::fail("kel_init_attach", 13);
-    EXPECT_EQ(kel_core_ic_ebcom_interface_delete(), 13U);
-    transcript::expect(R"(
-        kel_core_ic_ebcom_interface_delete:
-          FN_ENTER EBCOM
-          API_CALL EBCOM kel_init_attach()
-          > kel_init_attach() = 13
-          ~ kei_util_init_rc_str_get(13)
-          init:EXCEPTION GENERAL code 13, kel_init_attach
-          FN_EXIT EBCOM
-    )");
-}
-
-TEST(InterfaceDelete, WithoutADeviceIdentifierNothingIsDeleted)
-{
-    scripted::fail("kel_init_eventdev_dev_id_ebcom_get", 3);
-    EXPECT_EQ(kel_core_ic_ebcom_interface_delete(), 3U);
-    transcript::expect(R"(
-        kel_core_ic_ebcom_interface_delete:
-          FN_ENTER EBCOM
-          API_CALL EBCOM kel_init_attach()
-          > kel_init_attach()
-          API_CALL EBCOM kel_init_eventdev_dev_id_ebcom_get()
-          > kel_init_eventdev_dev_id_ebcom_get(0) = 3
-          ~ kei_util_init_rc_str_get(3)
-          init:EXCEPTION GENERAL code 3, kel_init_eventdev_dev_id_ebcom_get
-          FN_EXIT EBCOM
-    )");
-}
-
-TEST(InterfaceDelete, DriverKitRefusalIs13WhateverItsCode)
-{
-    scripted::fail("ork_ebcom_interface_delete", 3);
-    EXPECT_EQ(kel_core_ic_ebcom_interface_delete(), 13U);
-    transcript::expect(R"(
-        kel_core_ic_ebcom_interface_delete:
-          FN_ENTER EBCOM
-          API_CALL EBCOM kel_init_attach()
-          > kel_init_attach()
-          API_CALL EBCOM kel_init_eventdev_dev_id_ebcom_get()
-          > kel_init_eventdev_dev_id_ebcom_get(0)
-          API_CALL EBCOM ork_ebcom_interface_delete(eth_dev_id=7)
-          > ork_ebcom_interface_delete(ork, 7) = 3
-          > ork_syshandle_get(0, 1)
-          ~ ork_sys_status_get(3)
-          init:EXCEPTION GENERAL 0x3 - status 3, ork_ebcom_interface_delete
-          FN_EXIT EBCOM
-    )");
+    const struct {
+        const char *call;
+        int64_t result;
+        uint32_t code;
+        uint32_t deletions;
+    } failures[] = {{"kel_init_attach", 13, 13, 0},
+                    {"kel_init_eventdev_dev_id_ebcom_get", 3, 3, 0},
+                    {"ork_ebcom_interface_delete", 3, 13, 1}};
+    for (const auto &[call, result, code, deletions] : failures) {
+        scripted::renew();
+        scripted::fail(call, result);
+        EXPECT_EQ(kel_core_ic_ebcom_interface_delete(), code) << call;
+        EXPECT_EQ(scripted::calls_of("ork_ebcom_interface_delete"), deletions) << call;
+    }
 }

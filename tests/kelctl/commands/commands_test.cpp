@@ -182,9 +182,9 @@ void expect_narrow(const std::string &help)
 
 TEST(Commands, HelpFitsEightyColumns)
 {
-    for (const command &row : commands().rows())
-        expect_narrow(help_of(row, source::program, 80));
     for (const source where : {source::program, source::script, source::shell}) {
+        for (const command &row : commands().rows())
+            expect_narrow(help_of(row, where, 80));
         expect_narrow(help_of_words(commands(), "", where, 80));
         for (const command_group &group : commands().groups())
             expect_narrow(help_of_words(commands(), group.name, where, 80));

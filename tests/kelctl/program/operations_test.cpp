@@ -1,7 +1,6 @@
 // Every command of the table, with the arguments of its example, in the life of one node on the software accelerator.
 #include "dump_file.h"
 #include "kelctl/commands/commands.h"
-#include "plan_line.h"
 #include "program.h"
 #include "temporary_folder.h"
 #include "tests/notation/print.h"
@@ -145,27 +144,6 @@ TEST(Operations, EveryCommandAndVariantHasOneDocument)
     }
     EXPECT_GT(count, 50u);
     EXPECT_EQ(outcome.err, "");
-}
-
-TEST(Operations, TextFitsEightyColumns)
-{
-    std::istringstream lines(run_script(script_of_all()).out);
-    for (std::string line; std::getline(lines, line);)
-        if (!is_command(line))
-            EXPECT_LE(line.size(), 80u) << line;
-}
-
-TEST(Operations, HelpOfEveryCommandFitsEightyColumns)
-{
-    std::string script;
-    for (const command &row : commands().rows())
-        if (row.allowed_in(source::script))
-            script += "help " + std::string(row.name) + "\n";
-    std::istringstream lines(run_script(script).out);
-    size_t count = 0;
-    for (std::string line; std::getline(lines, line); ++count)
-        EXPECT_LE(line.size(), 80u) << line;
-    EXPECT_GT(count, 500u);
 }
 
 TEST(Operations, ExampleScriptShowsWhatIsExpected)

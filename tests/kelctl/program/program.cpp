@@ -16,6 +16,7 @@
 #include <poll.h>
 #include <pty.h>
 #include <spawn.h>
+#include <sstream>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <utility>
@@ -266,6 +267,15 @@ program_outcome kelctl_up(const std::string &text, const std::map<std::string, s
     const file_in_folder file("node.toml", text);
     return run_kelctl(
         {.arguments = with({"up", "node.toml"}, options), .environment = environment, .folder = file.folder()});
+}
+
+size_t widest_line(const std::string &text)
+{
+    size_t widest = 0;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);)
+        widest = std::max(widest, line.size());
+    return widest;
 }
 
 std::string text_of(const std::string &file)

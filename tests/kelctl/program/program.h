@@ -104,5 +104,8 @@ inline const std::string ebcom_table = "[ebcom]\nic_port_mtu = 1500\nether_type 
 // What a take-down says last.
 inline const std::string empty_again = "Taken down. The node is empty again.\n";
 
+// The octets of its longest line.
+size_t widest_line(const std::string &text);
+
 // What a file holds; nothing for one that is not there.
 std::string text_of(const std::string &file);

@@ -6,6 +6,7 @@
 
 #include <csignal>
 #include <filesystem>
+#include <fstream>
 
 namespace
 {
@@ -277,6 +278,25 @@ TEST_F(ShellOnTerminal, HistoryLastsFromOneShellToTheNext)
     second.wait_for("one"); // a line that is the same as before was kept once
     second.type(enter);
     EXPECT_THAT(second.wait_for(prompt), testing::EndsWith(line_end + "one" + line_end));
+}
+
+TEST_F(ShellOnTerminal, HistoryForgetsTheOldestOfAThousandLines)
+{
+    constexpr int kept = 1000;
+    std::filesystem::create_directories(std::filesystem::path(history()).parent_path());
+    {
+        std::ofstream lines(history());
+        for (int line = 1; line <= kept; ++line)
+            lines << "trace message line-" << line << "-of-old\n";
+    }
+    terminal_session shell(run());
+    shell.wait_for(prompt);
+    shell.type("trace message 'new'" + enter);
+    shell.wait_for(prompt);
+    for (int up = 0; up < kept + 1; ++up)
+        shell.type(arrow_up);
+    shell.type(enter);
+    EXPECT_THAT(shell.wait_for(line_end + prompt), testing::EndsWith(line_end + "line-2-of-old"));
 }
 
 TEST_F(ShellOnTerminal, HistoryThatIsNoFileIsToldOnce)

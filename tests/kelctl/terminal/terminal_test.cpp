@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <memory>
 #include <pty.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace kelctl
@@ -61,7 +62,16 @@ TEST_F(Terminal, FilesAreNone)
 {
     const std::unique_ptr<std::FILE, int (*)(std::FILE *)> file(std::tmpfile(), std::fclose);
     EXPECT_FALSE(is_terminal(file.get()));
+    EXPECT_EQ(line_width(file.get()), std::nullopt);
     EXPECT_EQ(painted_for(file.get()), "x");
+}
+
+TEST_F(Terminal, WithoutAWidthHasNone)
+{
+    EXPECT_EQ(line_width(stream.get()), std::nullopt) << "as those of serial lines";
+    const winsize size = {.ws_row = 0, .ws_col = 72, .ws_xpixel = 0, .ws_ypixel = 0};
+    ASSERT_EQ(ioctl(fileno(stream.get()), TIOCSWINSZ, &size), 0);
+    EXPECT_EQ(line_width(stream.get()), 72u);
 }
 
 TEST(Write, TextGoesOutAsItIs)

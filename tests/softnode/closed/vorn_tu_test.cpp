@@ -6,6 +6,8 @@
 
 #include "platform/vorn_tu.h"
 
+#include <gmock/gmock.h>
+
 namespace
 {
 
@@ -225,10 +227,14 @@ TEST_F(TimingReset, EndsAWaitWithShutdown)
 TEST_F(TimingReset, StrandsNoThreadWhereverItIs)
 {
     for (int count = 0; count < 50; ++count) {
-        const Follower first;
-        const Follower second;
+        Follower first;
+        Follower second;
         for (int event = 0; event < count; ++event)
             softnode_timing_event_post(6, 0);
+        for (Follower *one : {&first, &second}) {
+            one->end();
+            EXPECT_THAT(one->ended_with(), testing::AnyOf(ORK_SHUTDOWN, ORK_NOTAVAIL));
+        }
     }
 }
 

@@ -157,6 +157,18 @@ TEST_F(TimingUnit, ARecordThatCameBackIsUsedAgain)
     EXPECT_EQ(event->domain, 2);
 }
 
+TEST_F(TimingUnit, ARecordIsHandedOutOnceUntilItComesBack)
+{
+    const Handle connection = subscribed(alice);
+    for (const std::uint32_t type : {5U, 6U, 7U})
+        timing.post({type, 0, 0});
+    event = take(connection);
+    ASSERT_EQ(timing.give_back(connection, event), Refusal::granted);
+    const vorn_tu_event *second = take(connection);
+    EXPECT_NE(take(connection), second);
+    EXPECT_EQ(second->type, 6U);
+}
+
 TEST_F(TimingUnit, ARecordThatIsOutAtAResetIsLeftAlone)
 {
     const Handle connection = subscribed(alice);
