@@ -25,7 +25,7 @@ bool follows(const invocation &path, const invocation &last, uint32_t count)
     if (count > addresses_after(first))
         return false;
     next.given.set("MAC", counted_up(first, count));
-    return path.row == last.row && path.raw == last.raw && path.given == next.given;
+    return path.raw == last.raw && path.given == next.given;
 }
 
 // Paths to consecutive addresses become one line with a count.

@@ -45,7 +45,7 @@ std::optional<mistake> mistake_with(const argument &one, const command &row,
     if (there && needed && !written(*needed))
         return mistake{&one, fmt::format("{} requires {}", name_of(one), name_of(*needed))};
     if (!instead) {
-        const bool may_lack = !one.required || !one.otherwise.empty() || one.is_flag();
+        const bool may_lack = !one.required || one.is_flag();
         return there || may_lack ? std::nullopt
                                  : std::optional(mistake{nullptr, fmt::format("{} is required", name_of(one))});
     }

@@ -100,7 +100,7 @@ private:
             throw wrong_line(fmt::format("{} is one word; write the words of a command without quotation marks: {}",
                                          in_quotes(word.text), typed(asked, where_)),
                              word.column);
-        if (const command *elsewhere = table_.find(asked); elsewhere && !elsewhere->allowed_in(where_))
+        if (table_.find(asked))
             throw wrong_line(fmt::format("{} cannot be used here", in_quotes(asked)), word.column);
         const std::string_view meant = nearest(word.text, table_.next_words(parts_.name, where_));
         const std::string hint =

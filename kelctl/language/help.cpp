@@ -46,7 +46,7 @@ constexpr meaning variables[] = {
 
 std::string in_usage(const argument &argument)
 {
-    const bool needed = argument.required && argument.otherwise.empty() && !argument.is_flag();
+    const bool needed = argument.required && !argument.is_flag();
     return needed ? with_value(argument) : fmt::format("[{}]", with_value(argument));
 }
 

@@ -15,20 +15,12 @@ namespace kelctl
 namespace
 {
 
-std::string in_toml_quotes(const std::string &word)
-{
-    std::string text = "\"";
-    for (const char c : word)
-        text += c == '"' || c == '\\' ? fmt::format("\\{}", c) : std::string(1, c);
-    return text + "\"";
-}
-
 std::string toml_of(const argument_kind &kind, const argument_value &value)
 {
     if (const auto *numbers = std::get_if<std::vector<uint32_t>>(&value))
         return fmt::format("[{}]", joined(*numbers, ", "));
     const std::string word = word_of(kind, value);
-    return parse_whole_number(word) ? word : in_toml_quotes(word);
+    return parse_whole_number(word) ? word : fmt::format("\"{}\"", word); // addresses, ports, quantities
 }
 
 // The element shares with the table's line what both have: the group's id.

@@ -106,8 +106,7 @@ std::string queue_plot(const std::vector<plotted_queue> &queues, const plot_titl
     uint64_t end = 1;
     std::vector<const plotted_queue *> shown;
     for (const plotted_queue &queue : queues) {
-        if (!queue.steps.empty())
-            end = std::max(end, queue.steps.back().end);
+        end = std::max(end, queue.steps.back().end);
         if (has_frames(queue))
             shown.push_back(&queue);
     }

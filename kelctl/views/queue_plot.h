@@ -24,7 +24,7 @@ struct plotted_step {
 
 struct plotted_queue {
     std::string name = {};
-    std::vector<plotted_step> steps = {}; // in the order of their times
+    std::vector<plotted_step> steps = {}; // at least one, in the order of their times
 };
 
 // What the axes are called.

@@ -7,6 +7,7 @@
 #include "softnode/faults/closed_functions.h"
 #include "softnode/platform.h"
 
+#include <algorithm>
 #include <array>
 #include <string_view>
 #include <vector>
@@ -40,10 +41,9 @@ constexpr std::array<Library, 5> libraries{{
 
 std::span<const std::int64_t> fault_codes(std::size_t function)
 {
-    for (const Library &library : libraries)
-        if (closed_functions[function].starts_with(library.prefix))
-            return library.codes;
-    return {};
+    return std::find_if(libraries.begin(), libraries.end(),
+                        [&](const Library &one) { return closed_functions[function].starts_with(one.prefix); })
+        ->codes;
 }
 
 std::string fault_function_list()

@@ -92,14 +92,13 @@ bool complete(const std::string &text)
     return !text.empty() && text.back() == end_mark;
 }
 
-/* Appends what the child writes. False once there is no more to come. */
+/* Appends what the child has written. False once there is no more to come. */
 bool read_piece(int descriptor, std::string &text)
 {
     std::array<char, 65'536> piece;
     const ssize_t octets = read(descriptor, piece.data(), piece.size());
-    if (octets < 0)
-        return errno == EINTR;
-    text.append(piece.data(), static_cast<std::size_t>(octets));
+    if (octets > 0)
+        text.append(piece.data(), static_cast<std::size_t>(octets));
     return octets > 0 && !complete(text);
 }
 

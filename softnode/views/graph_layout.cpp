@@ -22,7 +22,7 @@ template <class Object> auto count_of(const Registry<Object> &objects, Handle Ob
 bool continues_its_parent(const Node &node, const TreeScheduler &scheduler)
 {
     const Handle parent = scheduler.parent;
-    return parent != Handle::null && count_of(node.qos.schedulers(), &TreeScheduler::parent, parent) == 1 &&
+    return count_of(node.qos.schedulers(), &TreeScheduler::parent, parent) == 1 &&
            count_of(node.qos.queues(), &Queue::scheduler, parent) == 0 &&
            count_of(node.pceps.groups(), &Group::scheduler, parent) == 0;
 }

@@ -149,6 +149,9 @@ TEST(Completion, OffersWhatMayFollow)
         {{"--to", "read", "w"}, "write\twrite it\n"},
         {{"write", "--times", ""}, ""},
         {{"write", "--", "--l"}, "@files\n"},
+        {{"write", "--", "place", "--l"}, "@files\n"},
+        {{"write", "place", "--lo"}, "--loud\tsay so\n"},
+        {{"--loud", "re"}, "read\tread it\n"},
     };
     for (const auto &[typed, offered] : lines) {
         words asking = typed;
@@ -159,6 +162,7 @@ TEST(Completion, OffersWhatMayFollow)
 
 TEST(Completion, OfAProgramsWordsIsItsOwn)
 {
+    EXPECT_EQ(options::completion_text(runner, words{}), "@files\n");
     EXPECT_EQ(options::completion_text(runner, words{""}), "@files\n");
     EXPECT_EQ(options::completion_text(runner, words{"--to", "x", "--lo"}), "--loud\tsay so\n");
     EXPECT_EQ(options::completion_text(runner, words{"sh", "--lo"}), "@files\n");

@@ -57,6 +57,16 @@ TEST(Refusal, SystemTellsItsResultAndErrno)
     EXPECT_EQ(why->text, "Try again(11)");
 }
 
+TEST(Refusal, WhatIsNotAsTheLibraryWordsItHasNoCode)
+{
+    EXPECT_EQ(refusal_in("fprintf => rc=some")->code, 0);
+    EXPECT_EQ(refusal_in("fprintf => rc=-1")->text, "");
+    EXPECT_EQ(refusal_in("vorn_tu_wait_event returned UNK_RET_VAL(x)")->code, std::nullopt);
+    for (const char *detail :
+         {"0xfffffffc, ork_bind", "0xfffffffc0 - no, ork_bind", "0xfg - no, ork_bind", "0x - no, ork_bind"})
+        EXPECT_EQ(refusal_in(detail)->code, std::nullopt) << detail;
+}
+
 TEST(Refusal, OtherMessagesRefuseNothing)
 {
     EXPECT_FALSE(refusal_in("kel_init_attach()"));

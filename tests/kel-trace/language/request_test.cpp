@@ -35,8 +35,13 @@ TEST(Request, AfterTwoDashesThereAreNoOptions)
 
 TEST(Request, WrongOnesAreRefused)
 {
-    for (const std::vector<std::string> &words : std::vector<std::vector<std::string>>{
-             {}, {"explain"}, {"expl", "x"}, {"check", "--last", "1", "x"}, {"explain", "--last", "0", "x"}})
+    for (const std::vector<std::string> &words :
+         std::vector<std::vector<std::string>>{{},
+                                               {"explain"},
+                                               {"expl", "x"},
+                                               {"check", "--last", "1", "x"},
+                                               {"explain", "--last", "0", "x"},
+                                               {"explain", "--last", "1x", "x"}})
         EXPECT_THROW(parse_request(words), options::wrong_request);
 }
 

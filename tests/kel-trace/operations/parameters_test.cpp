@@ -30,6 +30,14 @@ TEST(Parameters, OfAPathAreThoseOfItsConfiguration)
     EXPECT_THAT(objects_of(add), ElementsAre("path 02:00:00:02:00:01"));
 }
 
+TEST(Parameters, AreNoneWhereAMessageIsWordedOtherwise)
+{
+    EXPECT_THAT(parameters_of(with({{event::api_call, "f(): ork_ebcom_pcep_create"},
+                                    {event::api_call, "f(): ork_ebcom_pcep_create)"},
+                                    {event::fn_param, "f(): words alone, vlan=1, vlan=2"}})),
+                ElementsAre(parameter{"vlan", "1"}));
+}
+
 TEST(Parameters, OfAPcepAreThoseOfItsAnnouncedCalls)
 {
     const operation add =

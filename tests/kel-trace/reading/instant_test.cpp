@@ -43,7 +43,8 @@ TEST_F(Instant, WithoutADateIsOfTheGivenDay)
 
 TEST_F(Instant, AnythingElseIsNone)
 {
-    for (const char *text : {"", "noon", "22", "22:13:20.", "22:13:20.x", "22:13:20.0000000001", "2023-11-14"})
+    for (const char *text :
+         {"", "noon", "22", "22:13:20.", "22:13:20.x", "22:13:20.-1", "22:13:20.0000000001", "2023-11-14"})
         EXPECT_FALSE(parse_instant(text, start)) << text;
 }
 

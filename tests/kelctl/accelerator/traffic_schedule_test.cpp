@@ -209,6 +209,9 @@ TEST(TrafficSchedule, PeriodsBelongToOnOffArrivals)
 {
     traffic_entry entry = frames(10);
     EXPECT_TRUE(periods_fit(entry));
+    entry.off = 5;
+    EXPECT_FALSE(periods_fit(entry));
+    entry.off = 0;
     entry.on = 5;
     EXPECT_FALSE(periods_fit(entry));
     entry.spread = arrivals::on_off;

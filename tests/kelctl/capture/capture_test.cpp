@@ -78,6 +78,7 @@ TEST_F(Capture, AForeignFileIsWrong)
 {
     EXPECT_THAT(wrong("not a capture at all, whatever it is"), HasSubstr("unknown file format"));
     EXPECT_EQ(wrong(pcap_of(two, 1, 113)), "is a capture of LINUX_SLL, not of Ethernet");
+    EXPECT_EQ(wrong(pcap_of(two, 1, 9999)), "is a capture of link type 9999, not of Ethernet");
     EXPECT_EQ(read_capture(folder.path() + "/none").wrong, "cannot be read: No such file or directory");
 }
 

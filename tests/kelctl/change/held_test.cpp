@@ -77,9 +77,15 @@ TEST_F(Held, NothingOfItIsLeftAfterTheAcceleratorWasSwitchedOff)
 
 TEST_F(Held, ShowsParametersThatSomebodyElseSet)
 {
-    const ork_ebcom_global_config other = {.icPortMTU = 1500, .etherType = 0x88b5, .nibbles = 0x11, .reserved = 0};
-    ASSERT_EQ(ork_ebcom_global_config_set(attach.ork_handle, &other), 0);
-    EXPECT_THAT(found(), ElementsAre("parameters: the accelerator holds other ones"));
+    const ork_ebcom_global_config others[] = {
+        {.icPortMTU = 1500, .etherType = 0x88b5, .nibbles = 0x11, .reserved = 0},
+        {.icPortMTU = 1500, .etherType = 0x88b6, .nibbles = 0x12, .reserved = 0},
+        {.icPortMTU = 1400, .etherType = 0x88b5, .nibbles = 0x12, .reserved = 0},
+    };
+    for (const ork_ebcom_global_config &other : others) {
+        ASSERT_EQ(ork_ebcom_global_config_set(attach.ork_handle, &other), 0);
+        EXPECT_THAT(found(), ElementsAre("parameters: the accelerator holds other ones"));
+    }
 }
 
 TEST_F(Held, ShowsAMemberThatSomebodyElseRemoved)
@@ -90,7 +96,10 @@ TEST_F(Held, ShowsAMemberThatSomebodyElseRemoved)
     const auto handle = std::stoull(group.substr(at + 5), nullptr, 16);
     ASSERT_EQ(ork_ebcom_multicast_member_rem(attach.ork_handle, handle, 7), 0);
     EXPECT_THAT(found(), ElementsAre("group 300: the accelerator holds the members 8"));
-    ASSERT_EQ(ork_ebcom_multicast_member_add(attach.ork_handle, handle, 7), 0);
+    ASSERT_EQ(ork_ebcom_multicast_member_rem(attach.ork_handle, handle, 8), 0);
+    EXPECT_THAT(found(), ElementsAre("group 300: the accelerator holds the members none"));
+    for (const uint32_t member : {7u, 8u})
+        ASSERT_EQ(ork_ebcom_multicast_member_add(attach.ork_handle, handle, member), 0);
     EXPECT_THAT(found(), IsEmpty());
 }
 

@@ -128,7 +128,8 @@ TEST(ArgumentKind, OthersReadWhatTheyAreNamedFor)
     EXPECT_EQ(read<int64_t>(kind::number(percent), "0x64"), 100);
     EXPECT_THAT(read<std::vector<uint32_t>>(kind::octets(3, percent), "1,2,0x3"), ElementsAre(1, 2, 3));
     EXPECT_EQ(read<uint64_t>(kind::queue_handle(), "0xffffffffffffffff"), 0xFFFF'FFFF'FFFF'FFFFu);
-    EXPECT_EQ(read<uint64_t>(kind::queue_handle(), "5c00000001"), 0x5C'0000'0001u);
+    for (const char *text : {"5c00000001", "0x5c00000001", "0X5C00000001"})
+        EXPECT_EQ(read<uint64_t>(kind::queue_handle(), text), 0x5C'0000'0001u) << text;
     EXPECT_EQ(read<int64_t>(kind::format(), "text"), 0);
     EXPECT_EQ(read<int64_t>(kind::format(), "csv"), 1);
     EXPECT_EQ(read<int64_t>(kind::format(), "json"), 2);

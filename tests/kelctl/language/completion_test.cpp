@@ -143,6 +143,24 @@ TEST(Completion, OpenQuotesHaveNone)
     EXPECT_THAT(words("lamp 'ad"), IsEmpty());
 }
 
+TEST(Completion, ATabSeparatesAsABlankDoes)
+{
+    EXPECT_THAT(words("lamp group\t"), ElementsAre("make", "drop", "join"));
+}
+
+TEST(Completion, OptionsAreNoWordsOfACommand)
+{
+    EXPECT_THAT(words("help --json lamp g"), ElementsAre("group"));
+}
+
+TEST(Completion, AValueBehindEqualsIsOfAnOptionThatThereIsAndNoFile)
+{
+    EXPECT_THAT(words("lamp show --nothing="), IsEmpty());
+    const completion found = complete(commands(), "graph --output=x", known, source::shell);
+    EXPECT_FALSE(found.files);
+    EXPECT_THAT(found.candidates, IsEmpty());
+}
+
 TEST(Completion, WordsMayComeApart)
 {
     const completion found =

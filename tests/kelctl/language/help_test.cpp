@@ -134,6 +134,15 @@ TEST(Help, WholeOfTheProgramTellsStatusesAndEnvironment)
     EXPECT_THAT(help, Not(HasSubstr("\n  leave  ")));
 }
 
+TEST(Help, GroupsWithoutACommandThereAreLeftOut)
+{
+    const command_table table(
+        {{.name = "lamp add", .variants = {{.run = done_at_once}}, .help = "Add a lamp", .sources = {source::program}}},
+        {{"lamp", "lamps"}});
+    EXPECT_THAT(help_of_words(table, "", source::program, 80), HasSubstr("\n  lamp ...  "));
+    EXPECT_THAT(help_of_words(table, "", source::shell, 80), Not(HasSubstr("lamp")));
+}
+
 TEST(Help, WholeOfTheShellHasItsCommandsOnly)
 {
     const std::string help = overview(source::shell);

@@ -146,6 +146,15 @@ TEST(Operations, EveryCommandAndVariantHasOneDocument)
     EXPECT_EQ(outcome.err, "");
 }
 
+TEST(Operations, HelpOnWhatIsNoCommandHereIsAMistake)
+{
+    for (const std::string words : {"nothing", "up"}) {
+        const auto outcome = run_text("help " + words + "\n");
+        EXPECT_EQ(outcome.status, 2);
+        EXPECT_THAT(outcome.err, testing::HasSubstr("unknown command \"" + words + "\""));
+    }
+}
+
 TEST(Operations, ExampleScriptShowsWhatIsExpected)
 {
     const auto outcome =

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <map>
 #include <sstream>
 
 namespace
@@ -25,13 +26,14 @@ const std::string node = ebcom_table + "[[path]]\ndst_mac = \"02:00:00:02:00:01\
 class Replay : public testing::Test
 {
 protected:
-    program_outcome replay(const std::string &capture, std::vector<std::string> options = {})
+    program_outcome replay(const std::string &capture, std::vector<std::string> options = {},
+                           const std::map<std::string, std::string> &environment = {})
     {
         write("node.toml", node_file);
         write("in.pcap", capture);
         std::vector<std::string> arguments = {"traffic", "replay", "node.toml", "in.pcap", "--out", "out.pcap"};
         arguments.insert(arguments.end(), options.begin(), options.end());
-        return run_kelctl({.arguments = arguments, .folder = folder.path()});
+        return run_kelctl({.arguments = arguments, .environment = environment, .folder = folder.path()});
     }
 
     void write(const std::string &name, const std::string &text) const
@@ -212,6 +214,41 @@ TEST_F(Replay, NoOtherCommandLoadsTheLibraryOfCaptures)
                             .folder = folder.path()})
                     .err,
                 HasSubstr("libpcap"));
+}
+
+TEST_F(Replay, IsRefusedWithANodeFileThatHasMistakes)
+{
+    node_file = "[nothing]\n";
+    const auto outcome = replay(pcap_of({{morning, frame_to(1, 96)}}));
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_THAT(outcome.err, HasSubstr("node.toml:1:"));
+}
+
+TEST_F(Replay, WritesNothingWhereTheNodeDoesNotComeUp)
+{
+    const auto outcome =
+        replay(pcap_of({{morning, frame_to(1, 96)}}), {}, {{"KEL_SOFTNODE_FAULTS", "ork_ebcom_pcep_path_create=-4"}});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(read("out.pcap"), "");
+}
+
+TEST_F(Replay, AFailedTakeDownIsAFailureOfItAll)
+{
+    const std::vector<made_frame> in = {{morning, frame_to(1, 96)}};
+    const auto outcome = replay(pcap_of(in), {}, {{"KEL_SOFTNODE_FAULTS", "ork_ebcom_pcep_path_delete=-4"}});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(read("out.pcap"), pcap_of(in));
+}
+
+TEST_F(Replay, DrawsFramesThatNoPathTakesAndNothingAfterAFileThatCannotBeWritten)
+{
+    const std::string capture = pcap_of({{morning, frame_to(1, 96)}, {morning, frame_to(9, 96)}});
+    EXPECT_EQ(replay(capture, {"--plot", "plot.svg"}).status, 0);
+    EXPECT_THAT(read("plot.svg"), HasSubstr(">no path drops<"));
+    const auto outcome = replay(capture, {"--dropped", "nowhere/dropped.pcap", "--plot", "other.svg"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(read("other.svg"), "");
 }
 
 } // namespace

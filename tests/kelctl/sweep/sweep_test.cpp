@@ -30,6 +30,11 @@ result hang(const invocation &, session &)
         pause();
 }
 
+result refuse(const invocation &, session &)
+{
+    return refused("not today");
+}
+
 // Makes one call of the accelerator.
 result crash_where_attaching_fails(const invocation &, session &)
 {
@@ -44,6 +49,7 @@ const command_table &bad_commands()
     static const command_table table(
         {{.name = "crash", .variants = {{.run = crash}}, .help = "Crash"},
          {.name = "hang", .variants = {{.run = hang}}, .help = "Hang"},
+         {.name = "refuse", .variants = {{.run = refuse}}, .help = "Refuse"},
          {.name = "attach", .variants = {{.run = crash_where_attaching_fails}}, .help = "Attach, or crash"}},
         {});
     return table;
@@ -84,6 +90,7 @@ TEST(Sweep, GoesOnAfterACrash)
         EXPECT_EQ(run.function, "kel_init_attach");
         EXPECT_EQ(run.came_out, verdict::crashed);
     }
+    EXPECT_EQ(of_command("attach", long_time).status, exit_operation_failed);
 }
 
 TEST(Sweep, RefusesAScriptThatComesToNoEndByItself)
@@ -92,6 +99,7 @@ TEST(Sweep, RefusesAScriptThatComesToNoEndByItself)
     EXPECT_EQ(crashed.status, exit_operation_failed);
     EXPECT_EQ(crashed.errors.at(0).message, "the script crashed without any fault");
     EXPECT_EQ(of_command("hang", short_time).errors.at(0).message, "the script hung without any fault");
+    EXPECT_EQ(of_command("refuse", long_time).errors.at(0).message, "line 1 fails without any fault");
 }
 
 } // namespace

@@ -5,6 +5,14 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cstdint>
+#include <cstdio>
+#include <memory>
+#include <pty.h>
+#include <string_view>
+#include <unistd.h>
+
 namespace kelctl
 {
 namespace
@@ -29,6 +37,22 @@ TEST(RedrawnBlock, OnATerminalEachIsDrawnOverTheOneBefore)
     EXPECT_EQ(stream.text(), "\x1b[?7l\x1b[Ka\n\x1b[Kb\n\x1b[J\x1b[?7h"
                              "\x1b[?7l\x1b[2A\x1b[Kc\n\x1b[J\x1b[?7h"
                              "\x1b[?7l\x1b[1A\x1b[Kd\n\x1b[J\x1b[?7h");
+}
+
+TEST(RedrawnBlock, OnATerminalWithoutRoomForTwoLinesNothingIsCut)
+{
+    for (const uint16_t rows : {uint16_t{0}, uint16_t{1}}) {
+        const winsize size = {.ws_row = rows, .ws_col = 80, .ws_xpixel = 0, .ws_ypixel = 0};
+        int terminal = -1;
+        int programs_end = -1;
+        ASSERT_EQ(openpty(&terminal, &programs_end, nullptr, nullptr, &size), 0);
+        const std::unique_ptr<std::FILE, int (*)(std::FILE *)> stream(fdopen(programs_end, "w"), std::fclose);
+        redrawn_block(stream.get(), true).draw("a\nb\nc\n");
+        std::array<char, 100> shown{};
+        const ssize_t octets = read(terminal, shown.data(), shown.size());
+        EXPECT_NE(std::string_view(shown.data(), static_cast<size_t>(octets)).find("c\r\n"), std::string_view::npos);
+        close(terminal);
+    }
 }
 
 TEST(RedrawnBlock, IsLeftWithAnEmptyLineOnATerminalOnly)

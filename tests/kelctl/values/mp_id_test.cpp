@@ -4,6 +4,7 @@
 #include "kel/kel_core_ic_pcep.h"
 #include "kelctl/values/mac_address.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -67,6 +68,15 @@ TEST(MpId, TextsAreReadAsTheLibraryReadsThem)
     for (const char *text : {"", "x", " 7", "+7", "7x", "007", "0x10", "256", "263", "-1", "-249", "4294967301",
                              "99999999999999999999", "-99999999999999999999"})
         EXPECT_TRUE(agree_with(text, 2)) << text;
+}
+
+TEST(MpId, TextThatTheLibraryReadsOtherwiseIsWrong)
+{
+    setenv("MPID", "16", 1);
+    EXPECT_EQ(wrong_mp_id(), "");
+    setenv("MPID", "0x10", 1);
+    EXPECT_THAT(wrong_mp_id(), testing::EndsWith("; the library reads it as 0"));
+    unsetenv("MPID");
 }
 
 TEST(MpId, FirstOneIsAdoptedForGood)

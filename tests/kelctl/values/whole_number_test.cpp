@@ -53,6 +53,7 @@ TEST(WholeNumber, RangeIsToldInTheBaseOfTheValue)
     EXPECT_EQ(outside("0X5", {68, 65535, "68 to 65535 octets"}), "0X5 is not in the range 0x44 to 0xFFFF octets");
     EXPECT_EQ(outside("5", {0x600, 0xFFFF, "0x0600 to 0xFFFF"}), "5 is not in the range 1536 to 65535");
     EXPECT_EQ(outside("0x5", {0x600, 0xFFFF, "0x0600 to 0xFFFF"}), "0x5 is not in the range 0x0600 to 0xFFFF");
+    EXPECT_EQ(outside("0x200", {7, 7, "7"}), "0x200 is not in the range 7");
     EXPECT_EQ(outside("0x80", {-16, 15, "-16 to 15"}), "0x80 is not in the range -0x10 to 0xF");
 }
 

@@ -93,6 +93,15 @@ TEST(NodeView, ThousandsOfDestinationsAreSummarisedUnlessAskedFor)
     EXPECT_THAT(all, testing::Not(HasSubstr("more rows")));
 }
 
+TEST(NodeView, ASchedulerWithQueuesOfItsOwnIsInNoChain)
+{
+    snapshot node;
+    node.schedulers = {{0x10, 0}, {0x11, 0x10}};
+    EXPECT_THAT(plain(node), HasSubstr("0x10 - 0x11, a chain of 2 levels"));
+    node.queues = {{.self = 0x20, .scheduler = 0x10, .rate = 0, .burst = 0, .threshold = 512, .shaped = false}};
+    EXPECT_THAT(plain(node), testing::Not(HasSubstr("chain")));
+}
+
 TEST(NodeView, FitsItsPage)
 {
     snapshot node = small_node();

@@ -47,6 +47,19 @@ TEST(QueueHistory, AStepHasWhatChangedAndTheBacklogAtItsEnd)
     EXPECT_EQ(second.delay, std::nullopt) << "no frame left";
 }
 
+TEST(QueueHistory, AQueueBeginsAtItsSecondSample)
+{
+    queue_history history;
+    history.add(0, {{"queues", fields::array()}, {"delays", fields::array()}});
+    history.add(50, sample(100, 1, fields::array()));
+    history.add(90, sample(400, 1, fields::array()));
+    const auto queues = history.steps();
+    ASSERT_EQ(queues.size(), 1u);
+    ASSERT_EQ(queues[0].steps.size(), 1u);
+    EXPECT_EQ(queues[0].steps[0].begin, 50u);
+    EXPECT_EQ(queues[0].steps[0].octets_sent, 300u);
+}
+
 TEST(QueueHistory, WhereNothingTellsOfDelaysTheyAreNotKnown)
 {
     queue_history history;

@@ -38,7 +38,9 @@ TEST(QueuePlot, QueuesWithoutFramesHaveNoLine)
     const plotted_queue idle = {"RLU1P", {{0, ms, 0, 0, std::nullopt, 0}}};
     const plotted_queue unknown = {"RLU1Q", {{0, ms, 0, std::nullopt, std::nullopt, 0}}};
     const plotted_queue dropping = {"RLU1R", {{0, ms, 0, std::nullopt, std::nullopt, 1}}};
-    const std::string plot = queue_plot({idle, unknown, dropping}, titles);
+    const plotted_queue stuck = {"RLU2P", {{0, ms, 0, 1'024, std::nullopt, 0}}};
+    const std::string plot = queue_plot({idle, unknown, dropping, stuck}, titles);
+    EXPECT_THAT(plot, HasSubstr("title \"RLU2P\""));
     EXPECT_THAT(plot, Not(HasSubstr("RLU1P")));
     EXPECT_THAT(plot, Not(HasSubstr("RLU1Q")));
     EXPECT_THAT(plot, HasSubstr("0 0 NaN NaN 0\n")) << "drops are marked although the backlog is not known";

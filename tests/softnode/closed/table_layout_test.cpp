@@ -82,6 +82,7 @@ TEST(TableLayout, RowsNeedNoTitle)
     EXPECT_EQ(with_row(csv, "", "up", 1), "up,1\n");
     EXPECT_EQ(with_row(json, "", "up", 1), "{\n  \"up\": 1\n}");
     EXPECT_EQ(with_row(json, "{}", "up", 1), "{\n  \"up\": 1\n}");
+    EXPECT_EQ(with_row(json, with_row(json, "", "up", 1), "down", 2), "{\n  \"up\": 1,\n  \"down\": 2\n}");
 }
 
 TEST(TableLayout, ATitleNeedsNoRows)

@@ -222,4 +222,5 @@ TEST(TextTable, AnEmptyTextIsWholeWhereATableCouldBe)
     Buffer buffer(longest_mark);
     EXPECT_EQ(check_whole(buffer.data(), buffer.length()), Refusal::granted);
     EXPECT_EQ(check_whole(buffer.data(), longest_mark - 1), Refusal::full);
+    EXPECT_EQ(check_whole("a", 2), Refusal::granted) << "no table, and shorter than one";
 }

@@ -207,6 +207,14 @@ TEST_F(Served, WhileItForksAndIsAsked)
     EXPECT_EQ(asked({{"function", "snapshot"}}).at("calls").at("kel_init_attach"), 1);
 }
 
+TEST_F(Served, NotByAChildsChild)
+{
+    ControlProcess process(SERVING_VICTIM, variables());
+    process.ask("attach");
+    EXPECT_EQ(process.ask("descend"), "0");
+    EXPECT_EQ(asked({{"function", "snapshot"}}).at("calls").at("kel_init_attach"), 1);
+}
+
 TEST_F(Served, NotByAChildOfAProcessThatEnded)
 {
     ControlProcess process(SERVING_VICTIM, variables());

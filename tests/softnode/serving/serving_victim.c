@@ -4,6 +4,7 @@
  *
  *     attach      the code of an attachment
  *     fork        the exit status of a child, which attaches and exits with the code
+ *     descend     the same of a child's child
  *     linger      the process id of a child that stays until it is killed
  */
 #include "platform/kel_init.h"
@@ -20,14 +21,19 @@ static int attach(void)
     return (int)kel_init_attach(&info);
 }
 
-static int exit_status_of_child(void)
+static int exit_status_of_child(int (*work)(void))
 {
     int status = -1;
     const pid_t child = fork();
     if (child == 0)
-        exit(attach());
+        exit(work());
     waitpid(child, &status, 0);
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+static int fork_and_attach(void)
+{
+    return exit_status_of_child(attach);
 }
 
 static int lingering_child(void)
@@ -46,7 +52,9 @@ int main(void)
         if (strcmp(line, "attach\n") == 0)
             printf("%d\n", attach());
         else if (strcmp(line, "fork\n") == 0)
-            printf("%d\n", exit_status_of_child());
+            printf("%d\n", fork_and_attach());
+        else if (strcmp(line, "descend\n") == 0)
+            printf("%d\n", exit_status_of_child(fork_and_attach));
         else
             printf("%d\n", lingering_child());
         fflush(stdout);

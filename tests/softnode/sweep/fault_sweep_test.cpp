@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <thread>
 #include <tuple>
@@ -179,6 +180,41 @@ TEST_F(FaultSweep, TellsHowFarItIsAndEndsWhenItShall)
     EXPECT_EQ(report.at("runs").size(), 3U);
     EXPECT_EQ(watched.seen, (decltype(watched.seen){{0, 6}, {1, 6}, {2, 6}, {3, 6}}));
     EXPECT_EQ(softnode_fault_sweep_watched(nullptr, watch), nullptr);
+}
+
+/* No descriptor, and so no child process, once so many runs are complete. */
+struct Starved {
+    std::size_t from = 0;
+
+    static void starve()
+    {
+        rlimit limit{};
+        getrlimit(RLIMIT_NOFILE, &limit);
+        limit.rlim_cur = 0;
+        EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &limit), 0);
+    }
+
+    static int watch(void *context, std::size_t done, std::size_t)
+    {
+        if (done == static_cast<Starved *>(context)->from)
+            starve();
+        return 1;
+    }
+};
+
+TEST_F(FaultSweep, IsNoneWhereAChildProcessCannotBeCreated)
+{
+    rlimit before{};
+    getrlimit(RLIMIT_NOFILE, &before);
+    Starved starved{2};
+    const softnode_scenario scenario{[](void *) {
+                                         kel_attach_info attach{};
+                                         return kel_init_attach(&attach);
+                                     },
+                                     nullptr, nullptr, &starved, 0};
+    EXPECT_EQ(softnode_fault_sweep_watched(&scenario, Starved::watch), nullptr) << "after two runs";
+    EXPECT_EQ(softnode_fault_sweep(&scenario), nullptr) << "before the first";
+    setrlimit(RLIMIT_NOFILE, &before);
 }
 
 TEST_F(FaultSweep, ListsTheCallsOfTheScenarioInTheirOrder)

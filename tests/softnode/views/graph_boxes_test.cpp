@@ -90,6 +90,17 @@ TEST(GraphBoxes, AQueueShowsCountersOnceFramesCame)
     EXPECT_EQ(lines_of(queue_box(some_handle, queue, {})).back(), "1,200 sent, 800 waiting, 3 dropped");
 }
 
+TEST(GraphBoxes, AQueueThatHasSentNothingShowsWhatWaitsAndWhatWasDropped)
+{
+    const std::vector<Mac> one{Mac{2, 0, 0, 2, 0, 1}};
+    Queue queue = queue_of(0, facts::block_octets, 0);
+    EXPECT_EQ(queue.enter(one, {1, 64}, 0, false), 0U);
+    EXPECT_EQ(lines_of(queue_box(some_handle, queue, {})).back(), "0 sent, 1 waiting");
+    Queue full = queue_of(0, 0, 0);
+    EXPECT_EQ(full.enter(one, {1, 64}, 0, false), 1U);
+    EXPECT_EQ(lines_of(queue_box(some_handle, full, {})).back(), "0 sent, 0 waiting, 1 dropped");
+}
+
 TEST(GraphBoxes, PathsWithoutQueueAreShownAsSuch)
 {
     EXPECT_EQ(lines_of(stranded_box(destinations_of_count(1))), (Lines{"without a queue", "02:00:00:02:00:01"}));
