@@ -82,17 +82,6 @@ TEST(Sweep, CtrlCShowsWhatWasFoundUntilThen)
     EXPECT_EQ(sweep.wait_for_end(), 1);
 }
 
-TEST(Sweep, ShowsItsProgressToPeopleOnly)
-{
-    const std::string script = "ebcom interface create\nebcom start\npcep start\n"; // over 200 runs
-    const auto on_terminal = [&](const std::vector<std::string> &options) {
-        return run_kelctl({.arguments = with({"sweep", "-"}, options), .in = script, .on_terminal = true}).out;
-    };
-    EXPECT_THAT(on_terminal({}), HasSubstr("sweeping"));
-    EXPECT_THAT(on_terminal({"--json"}), testing::Not(HasSubstr("sweeping")));
-    EXPECT_THAT(on_terminal({"--quiet"}), testing::Not(HasSubstr("sweeping")));
-}
-
 TEST(Sweep, ScriptEndsAtItsExit)
 {
     EXPECT_EQ(sweep_json("exit\nebcom start\n").at("result").at("planned"), 0);
