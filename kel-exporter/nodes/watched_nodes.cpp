@@ -87,7 +87,12 @@ void watched_nodes::find_nodes()
             watched &node = nodes_[name];
             node.seen = {.name = name, .why = "it has not answered yet"};
             node.there = now;
-            node.thread = std::jthread([this, &node](const std::stop_token &over) { watch(over, node); });
+            try {
+                node.thread = std::jthread([this, &node](const std::stop_token &over) { watch(over, node); });
+            } catch (const std::exception &) {
+                nodes_.erase(name); // found again by the next question
+                throw;
+            }
         }
     }
 }

@@ -1,12 +1,17 @@
 // The HTTP library's callbacks, and who takes too long.
 #include "kel-exporter/serving/http_server.h"
 
+#include <fmt/core.h>
+
 #include <algorithm>
+#include <cerrno>
 #include <climits>
+#include <exception>
 #include <fcntl.h>
 #include <microhttpd.h>
 #include <stdexcept>
 #include <sys/socket.h>
+#include <system_error>
 #include <utility>
 
 namespace kel_exporter
@@ -71,7 +76,12 @@ struct http_server::callbacks {
         if (*octets != 0)
             return MHD_NO;
         const http_request asked = {path, header(connection, MHD_HTTP_HEADER_ACCEPT)};
-        return send(connection, static_cast<http_server *>(self)->answer_(asked));
+        try {
+            return send(connection, static_cast<http_server *>(self)->answer_(asked));
+        } catch (const std::exception &error) { // none may leave through the library
+            return send(connection,
+                        {.status = MHD_HTTP_INTERNAL_SERVER_ERROR, .body = fmt::format("{}\n", error.what())});
+        }
     }
 
     static void follow(void *self, MHD_Connection *connection, void **of_connection,
@@ -98,6 +108,8 @@ http_server::http_server(int listening, handler answer, std::chrono::millisecond
     : answer_(std::move(answer)), patience_(patience), daemon_(nullptr, MHD_stop_daemon)
 {
     const int own = fcntl(listening, F_DUPFD_CLOEXEC, 0); // the library closes it
+    if (own < 0)
+        throw std::system_error(errno, std::generic_category(), "HTTP cannot be served");
     daemon_.reset(MHD_start_daemon(MHD_USE_EPOLL, 0, nullptr, nullptr, callbacks::answer, this,
                                    MHD_OPTION_LISTEN_SOCKET, own, MHD_OPTION_CONNECTION_LIMIT, most_clients,
                                    MHD_OPTION_CONNECTION_MEMORY_LIMIT, memory_of_a_client, MHD_OPTION_NOTIFY_CONNECTION,
