@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstring>
 #include <exception>
 #include <sys/epoll.h>
 #include <sys/socket.h>
@@ -24,10 +25,11 @@ using std::chrono::nanoseconds;
 
 constexpr milliseconds pause_without_descriptors(100); // before the next client is accepted
 
-void watch_events(int events, int operation, int descriptor, uint32_t wanted)
+// False, with errno set, when the system refuses: what is not watched would wait for ever.
+bool watch_events(int events, int operation, int descriptor, uint32_t wanted)
 {
     epoll_event event = {.events = wanted, .data = {.fd = descriptor}};
-    epoll_ctl(events, operation, descriptor, &event);
+    return epoll_ctl(events, operation, descriptor, &event) == 0;
 }
 
 bool would_wait()
@@ -105,10 +107,10 @@ server::server(const place &where, const protocol &spoken, const notation::docum
     : greeting_(greeting(spoken, who)), group_(where.group), granted_(granted), listening_(where.path, where.group),
       events_(epoll_create1(EPOLL_CLOEXEC)), alarm_(timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK))
 {
-    if (!events_.open() || !alarm_.open())
+    if (!events_.open() || !alarm_.open() ||
+        !watch_events(events_.number(), EPOLL_CTL_ADD, listening_.number(), EPOLLIN) ||
+        !watch_events(events_.number(), EPOLL_CTL_ADD, alarm_.number(), EPOLLIN))
         throw socket_error(where.path, "it cannot be served", errno);
-    watch_events(events_.number(), EPOLL_CTL_ADD, listening_.number(), EPOLLIN);
-    watch_events(events_.number(), EPOLL_CTL_ADD, alarm_.number(), EPOLLIN);
 }
 
 server::~server() = default;
@@ -168,8 +170,9 @@ void server::accept_waiting()
         accepting = would_wait() || errno == ECONNABORTED;
         break;
     }
-    if (accepting != std::exchange(accepting_, accepting))
-        watch_events(events_.number(), EPOLL_CTL_MOD, listening_.number(), accepting ? uint32_t{EPOLLIN} : 0);
+    if (accepting != accepting_ &&
+        watch_events(events_.number(), EPOLL_CTL_MOD, listening_.number(), accepting ? uint32_t{EPOLLIN} : 0))
+        accepting_ = accepting;
 }
 
 void server::welcome(descriptor peer)
@@ -179,8 +182,9 @@ void server::welcome(descriptor peer)
         return refuse(fresh, "this socket is for its owner" + std::string(group_ ? " and its group" : "") + " only");
     if (connections_.size() >= granted_.most_clients)
         return refuse(fresh, "too many clients: the limit is " + std::to_string(granted_.most_clients));
+    if (!watch_events(events_.number(), EPOLL_CTL_ADD, fresh.peer.number(), fresh.watched))
+        return refuse(fresh, std::strerror(errno));
     fresh.say(greeting_);
-    watch_events(events_.number(), EPOLL_CTL_ADD, fresh.peer.number(), fresh.watched);
     connections_.push_back(std::move(fresh));
 }
 
@@ -240,7 +244,7 @@ void server::watch(connection &one)
     const bool reads = !one.waits_for_reader() && !one.due() && !one.at_end;
     const uint32_t wanted = one.waits_for_reader() ? uint32_t{EPOLLOUT} : reads ? uint32_t{EPOLLIN} : 0;
     if (wanted != std::exchange(one.watched, wanted))
-        watch_events(events_.number(), EPOLL_CTL_MOD, one.peer.number(), wanted);
+        one.ended = !watch_events(events_.number(), EPOLL_CTL_MOD, one.peer.number(), wanted);
 }
 
 // Also makes the timer unreadable until then.

@@ -80,7 +80,6 @@ static bool is_due(struct entry *of, const void *caller)
     CALL(int, eventfd, (unsigned a, int b), (a, b), -1, EMFILE)                                                        \
     CALL(int, fchmod, (int a, unsigned b), (a, b), -1, EROFS)                                                          \
     CALL(int, fcntl, (int a, int b, void *c), (a, b, c), -1, EINVAL)                                                   \
-    CALL(FILE *, fdopen, (int a, const char *b), (a, b), NULL, ENOMEM)                                                 \
     CALL(int, fflush, (FILE * a), (a), EOF, ENOSPC)                                                                    \
     CALL(int, flock, (int a, int b), (a, b), -1, ENOLCK)                                                               \
     CALL(FILE *, fopen, (const char *a, const char *b), (a, b), NULL, EMFILE)                                          \

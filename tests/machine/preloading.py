@@ -1,7 +1,7 @@
 """Programs over failing_calls.c."""
 import os
 
-LIMIT = 30  # seconds that anything may take
+LIMIT = 15  # seconds that anything may take
 ALLOCATIONS = 12  # of thousands, so many are tried
 
 
