@@ -1,4 +1,4 @@
-// Which counters have 32 bits, and how an object that was made anew is told from one whose counters wrapped around.
+// Which counters have 32 bits, and how an object that was made anew differs from one whose counters wrapped around.
 #include "kel-exporter/nodes/counter_sums.h"
 
 #include <algorithm>

@@ -17,7 +17,7 @@ public:
     explicit node_link(std::string name);
 
     // Asks it, connecting first where that is due. It answers when it has nothing else to do: `wait`, as that of a client,
-    // returns false to give up. Whatever fails is told in what it returns.
+    // returns false to give up. What it returns says what failed.
     known_node look(const sockets::client::waiter &wait);
 
 private:

@@ -8,7 +8,7 @@
 //     node.down();
 //     held.finish();
 //
-// A service manager that started the process is told how the node is (socket/service_manager.h).
+// Reports the state of the node to the service manager that started the process (socket/service_manager.h).
 #pragma once
 
 #include "kelctl/jobs/bring_up.h"
