@@ -1,6 +1,6 @@
 // A control process that does what a recording could come in the way of.
 //
-//     odd-process many|close|child|crash|threads|errno
+//     odd-process many|wait|close|child|crash|threads|errno
 #include "kel/kel_core_ic_ebcom.h"
 #include "kel/kel_core_ic_pcep.h"
 
@@ -21,9 +21,17 @@ namespace
 int call_many_times()
 {
     kel_ebcom_capabilities capabilities;
-    for (int i = 0; i < 1000; ++i)
+    for (int i = 0; i < 2000; ++i)
         kel_core_ic_ebcom_capabilities_get(&capabilities);
     return puts("done") < 0;
+}
+
+int wait_between_calls()
+{
+    kel_core_ic_pcep_start();
+    while (getchar() != EOF)
+        ;
+    return call_many_times();
 }
 
 // As a daemon does. The descriptors that it gets then are those that it would get without a recording.
@@ -78,8 +86,13 @@ int keep_errno()
 }
 
 const std::map<std::string, int (*)()> modes = {
-    {"many", call_many_times}, {"close", close_every_descriptor}, {"child", call_in_a_child},
-    {"crash", crash},          {"threads", call_on_threads},      {"errno", keep_errno},
+    {"many", call_many_times},
+    {"wait", wait_between_calls},
+    {"close", close_every_descriptor},
+    {"child", call_in_a_child},
+    {"crash", crash},
+    {"threads", call_on_threads},
+    {"errno", keep_errno},
 };
 
 } // namespace
