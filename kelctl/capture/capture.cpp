@@ -1,4 +1,4 @@
-// From libpcap's records to frames, and back.
+// From libpcap's records to frames, and back. What the frames are replayed against is replay/.
 #include "kelctl/capture/capture.h"
 
 #include "kelctl/capture/pcap_library.h"
@@ -25,7 +25,7 @@ constexpr int longest_record = 262'144; // octets, as programs that capture have
 
 using capture_file = std::unique_ptr<pcap_t, decltype(&pcap_close)>;
 
-// The octet that is read next. A pipe has none.
+// The octet that is read next. A pipe has none. ftello() fails there; read_capture() refuses pipes first.
 std::string place_in(std::FILE *stream)
 {
     return fmt::format("at octet {}", ftello(stream));
@@ -52,6 +52,7 @@ capture_file opened(std::FILE *stream, std::string &why)
     return file;
 }
 
+// The offset is taken in front of each record: behind a failure it would say where the reader gave up.
 capture read_frames(pcap_t *file, std::FILE *stream)
 {
     capture read;
@@ -92,6 +93,7 @@ void write_frame(pcap_dumper_t *out, const timed_frame &one)
 
 } // namespace
 
+// pcap_close() closes the stream; so does opened() when libpcap does not take it.
 capture read_capture(const std::string &file)
 {
     note_input(file);
@@ -111,6 +113,7 @@ capture read_capture(const std::string &file)
     return read_frames(opened_file.get(), stream);
 }
 
+// Made in memory first, so that write_file() decides how files are replaced here, too.
 std::optional<std::string> write_capture(const std::string &file, std::span<const timed_frame> frames)
 {
     if (!std::all_of(frames.begin(), frames.end(), fits))

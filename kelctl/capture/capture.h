@@ -1,4 +1,5 @@
-// Captured frames and the files that hold them: pcap and pcapng are read, pcap with nanoseconds is written.
+// Captured frames and the files that hold them: pcap and pcapng are read, pcap with nanoseconds is written. Only those
+// of Ethernet.
 #pragma once
 
 #include <cstdint>
@@ -16,6 +17,7 @@ struct captured_frame {
     std::vector<uint8_t> octets; // those that were captured: the first ones of them
 };
 
+// The frames in front of what is wrong are there.
 struct capture {
     std::vector<captured_frame> frames = {}; // in the order of the file
     std::optional<std::string> wrong = {}; // why the file cannot be read, with the offset: "at octet 24: truncated ..."

@@ -1,4 +1,5 @@
-// Loading libpcap by its soname, Debian's or its makers'.
+// Loading libpcap by its soname, Debian's or its makers'. A program that is linked to it could not start where it is
+// missing.
 #include "kelctl/capture/pcap_library.h"
 
 #include <fmt/core.h>
@@ -26,6 +27,7 @@ template <typename Function> void look_up(void *library, const char *name, Funct
         throw std::runtime_error(fmt::format("captures need libpcap: {}", dlerror()));
 }
 
+// All are looked up at once: a library that lacks one is refused before anything is read.
 pcap_library functions_of(void *library)
 {
     pcap_library all{};

@@ -29,6 +29,7 @@ std::filesystem::path path_in(const char *variable)
     return path.is_absolute() ? path : std::filesystem::path();
 }
 
+// Where a user's programs keep their state. Empty when neither variable says.
 std::filesystem::path state_folder()
 {
     if (auto state = path_in("XDG_STATE_HOME"); !state.empty())
@@ -46,6 +47,7 @@ bool is_own_regular_file(int descriptor)
 } // namespace
 
 // O_NONBLOCK: opening a FIFO does not wait for its other end. O_NOCTTY: a terminal does not become this process's own.
+// Where there can be no folder, nothing is reported.
 history_file::history_file()
 {
     const auto state = state_folder();
@@ -64,6 +66,7 @@ history_file::history_file()
     close(descriptor);
 }
 
+// Shortens the file in place, as it is open: another shell may have it open, too, and appends go on to the same file.
 void history_file::read_lines()
 {
     char *line = nullptr;

@@ -38,6 +38,7 @@ constexpr struct {
 } watched[] = {{SIGINT, handled_once}, {SIGTERM, handled_once}, {SIGHUP, handled_always}};
 std::array<struct sigaction, std::size(watched)> before; // what the watch restores, in the order of `watched`
 
+// The handler: nothing here but what a signal may interrupt anywhere.
 void note(int signal)
 {
     const int error = errno;
@@ -66,6 +67,7 @@ void sleep_again()
 
 } // namespace
 
+// The eventfd is first, so that no handler runs without it; what a watch before this one recorded is forgotten.
 interruption_watch::interruption_watch(hangup meaning)
 {
     wake_up = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
@@ -101,6 +103,7 @@ bool terminated()
     return termination_noted;
 }
 
+// SA_RESETHAND has put back the default action: the handler is set again, so that the next Ctrl-C is recorded, too.
 void take_interruption()
 {
     sleep_again();
@@ -127,6 +130,7 @@ bool has_controlling_terminal()
     return true;
 }
 
+// Signals that are ignored stay so in whatever this process executes.
 void leave_interruptions_to_parent()
 {
     for (const auto &one : watched)
@@ -135,6 +139,7 @@ void leave_interruptions_to_parent()
     termination_noted = false;
 }
 
+// poll() leaves out descriptors below 0, and reports the loss of standard output's reader though no event is asked for.
 bool unwanted_within(std::chrono::milliseconds longest, int descriptor)
 {
     std::array<pollfd, 3> ends = {{{wake_up, POLLIN, 0}, {STDOUT_FILENO, 0, 0}, {descriptor, POLLIN, 0}}};

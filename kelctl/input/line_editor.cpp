@@ -20,6 +20,7 @@ namespace kelctl
 namespace
 {
 
+// What separates words, for completion.
 constexpr const char *blanks = " \t";
 constexpr size_t most_listed = 200; // words; more would scroll away what the person typed
 
@@ -83,6 +84,7 @@ EditLine *editor_of_terminal()
     return el_init("kelctl", stdin, stdout, stderr);
 }
 
+// libedit takes a text that may be written to.
 char *prompt_text(EditLine *)
 {
     static char text[] = "kelctl> ";
@@ -91,6 +93,7 @@ char *prompt_text(EditLine *)
 
 } // namespace
 
+// The user's ~/.editrc is read last: it may change any key.
 line_editor::line_editor(history_file &history, completer complete)
     : history_(history), complete_(std::move(complete)), lines_(history_init(), history_end),
       editor_(editor_of_terminal(), el_end)

@@ -13,6 +13,7 @@
 namespace kelctl
 {
 
+// The last line may lack its end. An interruption discards what was read but not returned.
 std::optional<std::string> line_input::next()
 {
     while (buffer_.find('\n') == std::string::npos && read_more())

@@ -3,6 +3,7 @@
 //     line_input input(STDIN_FILENO);
 //     while (const auto line = input.next())
 //         run(*line);
+// Not for whole files: those are values/file_text.h.
 #pragma once
 
 #include <optional>
@@ -19,8 +20,8 @@ public:
     {
     }
 
-    // The next line without its end, and of the first one without a byte-order mark. None at the end of the input, after
-    // a read error, and once a signal is recorded (interruption.h).
+    // The next line without its end, and of the first one without a byte-order mark. None at the end of the input,
+    // after a read error, and once a signal is recorded (interruption.h).
     std::optional<std::string> next();
 
     // The errno of the read that failed; 0: none has.

@@ -1,5 +1,6 @@
 // Following the EXCEPTION records of an operation to the first of the chain. Each names its function, and what failed
-// underneath: a function of the library itself, whose own record came before, or a call to the outside.
+// underneath: a function of the library itself, whose own record came before, or a call to the outside. The records are
+// read from the last to the first: the operation's own is the last one.
 #include "kelctl/library/explanation.h"
 
 #include "platform/kei_util.h"

@@ -2,7 +2,8 @@
 // of the call in a failure report. session::call() (session/session.h) makes the call and collects its trace records.
 //
 //     session.call(asked, kel_core_ic_pcep_mc_group_add, parameter::value("mc_pcep_id", group));
-//     session.call(asked, kel_core_ic_ebcom_queue_stats_get, parameter::input("dst_mac", mac), parameter::output(stats));
+//     session.call(asked, kel_core_ic_ebcom_queue_stats_get, parameter::input("dst_mac", mac),
+//                  parameter::output(stats));
 //
 // A parameter refers to what it was made from, and must not outlive it.
 #pragma once
@@ -35,6 +36,7 @@ struct failure {
 namespace parameter
 {
 
+// A number that is passed as it is.
 template <typename Number> struct value {
     std::string_view name;
     Number number;
@@ -135,11 +137,13 @@ struct stream_value {
 
 } // namespace parameter
 
+// Calls the function with what the parameters pass, in their order. Returns what it returns.
 template <typename Function, typename... Parameters> auto call_with(Function function, const Parameters &...parameters)
 {
     return std::apply(function, std::tuple_cat(parameters.passed()...));
 }
 
+// Adds nothing for a parameter without a text: what the library writes is not yet known when a call fails.
 template <typename Parameter> void add_text(std::string &list, const Parameter &parameter)
 {
     if constexpr (requires { parameter.text(); })

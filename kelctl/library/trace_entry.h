@@ -1,4 +1,5 @@
-// One trace record of the library, as text.
+// One trace record of the library, as text. Where records come from is trace_log.h; those of a recording are read by
+// kel-trace.
 #pragma once
 
 #include <string>
@@ -6,6 +7,7 @@
 namespace kelctl
 {
 
+// Texts of its own: the tracer's record is gone when the callback returns.
 struct trace_entry {
     std::string event;    // "EXCEPTION"
     std::string domain;   // "EBCOM"

@@ -11,6 +11,7 @@ namespace kelctl
 namespace
 {
 
+// The timestamp thread may fail every second for days: the first failures say what is wrong, and memory stays bounded.
 constexpr size_t most_background_failures = 100;
 
 bool tells_failure(const trace_entry &entry)
@@ -48,6 +49,7 @@ bool trace_log::installed() const
     return installed_;
 }
 
+// Entries are kept and written over: a bring-up with 10,000 paths would otherwise allocate four texts for each record.
 void trace_log::start_operation()
 {
     const std::lock_guard lock(mutex_);
@@ -82,6 +84,7 @@ std::optional<std::chrono::steady_clock::time_point> trace_log::timestamp_writte
     return timestamp_written_;
 }
 
+// Runs inside of the library's call. The members of an entry are assigned to, so that their memory is used again.
 void trace_log::take(const trace::record &record)
 {
     const std::lock_guard lock(mutex_);

@@ -25,12 +25,14 @@ namespace kelctl
 class trace_log
 {
 public:
+    // Where the tracer is not installed, nothing is received: see installed().
     trace_log();
     ~trace_log();
     trace_log(const trace_log &) = delete;
     trace_log &operator=(const trace_log &) = delete;
 
-    // From here on each record is passed to it as it is fired, one at a time; null: to nobody. It must not use this log.
+    // From here on each record is passed to it as it is fired, one at a time; null: to nobody. It must not use this
+    // log.
     void pass_to(std::function<void(const trace_entry &)> live);
 
     // True when the tracer is installed on this machine. Without it there are no records.
@@ -45,8 +47,8 @@ public:
     // Those among them that report a failure: ERROR and EXCEPTION.
     std::vector<trace_entry> operation_failures();
 
-    // When the library's timestamp thread last wrote an offset that the accelerator took; none: not since the construction,
-    // or the tracer is not installed.
+    // When the library's timestamp thread last wrote an offset that the accelerator took; none: not since the
+    // construction, or the tracer is not installed.
     std::optional<std::chrono::steady_clock::time_point> timestamp_written();
 
     // The failures that other threads have reported since the construction, the first 100 of them.

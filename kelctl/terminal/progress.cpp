@@ -15,6 +15,7 @@ namespace
 constexpr size_t shortest_shown = 200; // steps; fewer are done before anyone can read the line
 constexpr size_t redraws = 100;        // over the whole job: a draw for each step would slow it down
 
+// Whether this step completes a hundredth of the job. The last one does, so the line ends with the total.
 bool completes_part(size_t done, size_t total)
 {
     return done * redraws / total != (done - 1) * redraws / total;

@@ -39,6 +39,8 @@ redrawn_block::redrawn_block(std::FILE *stream, bool redrawn) : stream_(stream),
 {
 }
 
+// One write for the whole drawing: between two, the terminal would show it half erased. The height is asked for each
+// time, because a window changes its size while a view runs.
 void redrawn_block::draw(std::string_view text)
 {
     if (!redrawn_) {

@@ -23,6 +23,8 @@ constexpr std::string_view end_sequence = "\x1b[0m";
 // lock: only the thread that carries commands out writes there.
 int output_error = 0;
 
+// Asks without waiting. poll() reports both conditions without being asked for them: POLLERR for a pipe that has no
+// reader, POLLHUP for a terminal that was closed.
 bool reader_is_gone()
 {
     pollfd output = {STDOUT_FILENO, 0, 0};
@@ -62,6 +64,7 @@ painter painter_for(std::FILE *stream)
     return painter(is_terminal(stream) && (refused == nullptr || *refused == '\0'));
 }
 
+// Asks whether the reader is gone instead of comparing errno with EPIPE: a write to a closed terminal fails with EIO.
 void write(std::FILE *stream, std::string_view text)
 {
     if (stream == stdout && output_error != 0)

@@ -11,6 +11,7 @@
 namespace kelctl
 {
 
+// What a part of the text is. The escape sequence of each role is in terminal.cpp.
 enum class colour { heading, faint, failure };
 
 // Puts text in the colour of its role, or returns it unchanged:
@@ -34,6 +35,7 @@ private:
     bool colours_;
 };
 
+// True when the stream is a terminal: then lines may be redrawn and a person sees them at once.
 bool is_terminal(std::FILE *stream);
 
 // The columns of the terminal. None when the stream is not a terminal: then lines are not folded.

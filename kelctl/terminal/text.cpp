@@ -36,7 +36,8 @@ size_t cut_before(std::string_view text, size_t at)
     return at;
 }
 
-// That a terminal needs: none for an escape sequence, one for a UTF-8 sequence.
+// How many columns a terminal needs: none for an escape sequence, one for a UTF-8 sequence, also for that of a wide
+// character. The escape sequences are those of terminal.cpp, colours only: each ends with m.
 size_t columns_of(std::string_view text)
 {
     size_t columns = 0;
@@ -49,6 +50,7 @@ size_t columns_of(std::string_view text)
     return columns;
 }
 
+// Of a name in C: what stands before the parenthesis of a call.
 bool is_of_a_name(char c)
 {
     return (text::lower(c) >= 'a' && text::lower(c) <= 'z') || (c >= '0' && c <= '9') || c == '_';
@@ -91,6 +93,7 @@ bool same_word(std::string_view a, std::string_view b)
                       [](char x, char y) { return text::lower(x) == text::lower(y); });
 }
 
+// A third wrong letter would make a guess of most short words.
 std::string_view nearest(std::string_view word, std::span<const std::string_view> known)
 {
     return text::nearest(word, known, most_wrong_letters);
@@ -113,6 +116,7 @@ std::string wrapped(std::string_view lead, std::string_view text, size_t width)
     return wrapped(lead, words, width);
 }
 
+// Counts octets, not columns: what is wrapped are the program's own texts, in ASCII and without colours.
 std::string wrapped(std::string_view lead, std::span<const std::string> parts, size_t width)
 {
     std::string lines;

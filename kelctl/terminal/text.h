@@ -56,9 +56,9 @@ std::string wrapped(std::string_view lead, std::span<const std::string> parts, s
 std::string filled(std::string_view text, size_t width);
 
 // A line folded into lines of at most `width` columns of a terminal, each with its line end. It breaks at blanks, and
-// in front of the arguments of a call that is longer than a line; other words stay whole. Where fewer blanks between two
-// columns, but two at least, save a break, they become fewer. Continued lines are indented by four more than the first,
-// or by less where that makes a word fit.
+// in front of the arguments of a call that is longer than a line; other words stay whole. Where fewer blanks between
+// two columns, but two at least, save a break, they become fewer. Continued lines are indented by four more than the
+// first, or by less where that makes a word fit.
 std::string folded(std::string_view line, size_t width);
 
 // "a, b, c". The parts are strings, string views or whole numbers.

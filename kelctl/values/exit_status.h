@@ -1,4 +1,5 @@
-// The program's exit status. A higher one is worse, so the status of several commands is their std::max().
+// The program's exit status. A higher one is worse, so the status of several commands is their std::max(). Scripts rely
+// on the numbers.
 #pragma once
 
 namespace kelctl

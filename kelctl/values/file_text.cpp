@@ -1,4 +1,5 @@
-// The system calls behind reading and replacing a file.
+// The system calls behind reading and replacing a file. Whose files they are (this process's, or those another one
+// sent) is decided here alone.
 #include "kelctl/values/file_text.h"
 
 #include "kelctl/terminal/text.h"
@@ -35,6 +36,8 @@ bool same_file(const struct stat &one, const struct stat &other)
     return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
 }
 
+// Compares files and not names: one file has several through links, and through different folders. Standard input
+// counts: `kelctl run - <script --report script` would truncate what it still reads.
 bool is_input(const struct stat &file)
 {
     struct stat input = {};
@@ -82,6 +85,8 @@ bool write_all(int descriptor, std::string_view text)
     return true;
 }
 
+// Some file systems report a full disk only when the file is closed, so its failure counts. The first failure is the
+// one in errno.
 bool close_after(int descriptor, bool written)
 {
     const int error = errno;
@@ -91,6 +96,7 @@ bool close_after(int descriptor, bool written)
     return written && closed;
 }
 
+// Without O_TRUNC and O_CREAT: it exists, and there is nothing to shorten.
 bool write_into(const std::string &device, std::string_view text)
 {
     const int descriptor = open(device.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY);
@@ -105,7 +111,9 @@ std::string resolved(const std::string &file)
     return error ? file : path.string();
 }
 
-// `there`: the file that is replaced, whose permissions the new one gets; null: there is none.
+// `there`: the file that is replaced, whose permissions the new one gets; null: there is none. Renaming needs write
+// permission for the folder only; so the file is asked first, or a write-protected one would be replaced. The process
+// id in the name keeps two processes from writing into one file.
 bool replace(const std::string &file, std::string_view text, const struct stat *there)
 {
     if (there && access(file.c_str(), W_OK) != 0)
@@ -124,6 +132,7 @@ bool replace(const std::string &file, std::string_view text, const struct stat *
     return false;
 }
 
+// A file that the sender could not read has its problem here as there, so that the message is the same.
 std::string text_of_sent(const std::string &file, problem_list &problems)
 {
     const auto found = sent->read.find(file);
@@ -153,6 +162,7 @@ void note_input(const std::string &file)
     inputs.insert(file);
 }
 
+// Reads one octet more than it takes, to notice a file that is too large without asking for its size: a pipe has none.
 std::string text_of_file(const std::string &file, problem_list &problems)
 {
     if (sent)
@@ -169,6 +179,7 @@ std::string text_of_file(const std::string &file, problem_list &problems)
     return plain(std::move(text));
 }
 
+// What is no regular file is written into: renaming would put a file in the place of /dev/stdout.
 std::optional<std::string> write_file(const std::string &file, std::string_view text)
 {
     if (sent) {

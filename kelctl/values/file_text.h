@@ -1,5 +1,10 @@
 // Whole files: read with a limit of size, and written so that a failure leaves the old file unchanged. A process that
 // carries out a command for another one opens none: see sent_files.
+//
+//     problem_list problems;
+//     const std::string text = text_of_file("node.toml", problems);
+//     if (const auto why = write_file("node.svg", picture))
+//         report("node.svg", *why);
 #pragma once
 
 #include "kelctl/values/problem.h"
@@ -31,11 +36,12 @@ struct sent_file {
     std::string problem = {};
 };
 
-// While it exists, the functions above open no file: text_of_file() returns what was sent, and write_file() adds to what
-// is sent back. One at a time.
+// While it exists, the functions above open no file: text_of_file() returns what was sent, and write_file() adds to
+// what is sent back. One at a time.
 class sent_files
 {
 public:
+    // `read`: by the names in the words of the command.
     explicit sent_files(std::map<std::string, sent_file> read);
     ~sent_files();
     sent_files(const sent_files &) = delete;

@@ -16,7 +16,8 @@ namespace kelctl
 namespace
 {
 
-// The library's table of ports by scheduler and queue. tests/kelctl/values/ic_port_test.cpp compares the two.
+// The library's table of ports by scheduler and queue. tests/kelctl/values/ic_port_test.cpp compares the two. No
+// exported function returns it.
 constexpr int32_t queues_of_a_scheduler = 8;
 constexpr std::array<std::array<int32_t, queues_of_a_scheduler>, qos_schedulers - 1> ports_of_schedulers = {{
     {6, 7, 19, 20, 21, 22, 23, 24},
@@ -38,6 +39,7 @@ std::vector<std::string_view> branch_names()
 
 } // namespace
 
+// A walk over 51 names: a line has one port.
 std::optional<int32_t> port_by_name(std::string_view name)
 {
     for (int32_t port = 0; port < KEL_IELL_PORT_COUNT; ++port)
@@ -46,6 +48,7 @@ std::optional<int32_t> port_by_name(std::string_view name)
     return std::nullopt;
 }
 
+// A number is not compared with names: every short number is near some name.
 std::string no_such_port(std::string_view written)
 {
     if (parse_whole_number(written))

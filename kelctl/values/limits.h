@@ -1,5 +1,6 @@
 // The range of each value, for node files and commands alike. The unit is in its text. Rows of commands name a range in
-// the kind of their argument: kind::number(vlan_range).
+// the kind of their argument: kind::number(vlan_range). A range here may be narrower than the library's: it accepts
+// values that cannot work on a node.
 #pragma once
 
 #include "kelctl/values/whole_number.h"
@@ -30,7 +31,7 @@ inline constexpr range text_length_range = {1, 1'048'576, "1 to 1048576 octets"}
 inline constexpr range octet_range = {0, 0xFF, "0 to 255"};
 inline constexpr range word_range = {0, 0xFFFF, "0 to 65535"};
 
-// For --raw: all that the types of the C interface can hold.
+// For --raw: all that the types of the C interface can hold. The library decides then, and its refusal is reported.
 inline constexpr range dword_range = {0, 0xFFFF'FFFF, "0 to 4294967295"};
 inline constexpr range raw_port_range = {-0x8000'0000LL, 0x7FFF'FFFF, "-2147483648 to 2147483647"};
 inline constexpr range raw_threshold_range = {0, 0xFFFF'FFFFLL * 256, "0 to 1099511627520 octets"};

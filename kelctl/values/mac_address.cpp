@@ -39,6 +39,7 @@ int digit_value(char c)
     return -1;
 }
 
+// The size is checked first, so every group has all of its digits.
 std::optional<mac_address> parse_as(std::string_view text, notation form)
 {
     if (text.size() != all_digits + all_digits / form.digits - 1)

@@ -1,4 +1,7 @@
-// MAC addresses: their notations, ranges of consecutive ones, and their location in the node.
+// MAC addresses: their notations, ranges of consecutive ones, and their location in the node. Their text is text/mac.h.
+//
+//     const auto mac = parse_mac_address("0200.0002.0001");
+//     to_text(counted_up(*mac, 2))    // 02:00:00:02:00:03
 #pragma once
 
 #include "kel/kel_node_names.h"
@@ -13,6 +16,7 @@
 namespace kelctl
 {
 
+// Ordered as numbers are: by the first octet, then the second.
 struct mac_address {
     std::array<uint8_t, 6> octets{}; // wire order
 

@@ -19,6 +19,7 @@ uint8_t kept = 0; // 0: none yet, and the library reads MPID again on its next u
 
 } // namespace
 
+// strtol() and the cut to 8 bits are the library's: kelctl must show the id that is used, not the one that was meant.
 uint8_t own_mp_id()
 {
     const char *text = std::getenv("MPID");
@@ -35,6 +36,8 @@ std::string wrong_mp_id()
                        own_mp_id());
 }
 
+// Leaves an MPID that already means this id as it is, also where it is written in another way: the environment belongs
+// to the user.
 bool adopt_mp_id(uint8_t id)
 {
     if (kept != 0 && kept != id)

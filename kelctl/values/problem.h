@@ -1,5 +1,6 @@
-// What is wrong with a file, and at which line and column: "node.toml:3:8: port: unknown port 99". The file's name
-// is added when problems become errors of a result (node/load_node_file.h).
+// What is wrong with a file, and at which line and column: "node.toml:3:8: port: unknown port 99". The file's name is
+// added when problems become errors of a result (node/load_node_file.h). Problems are collected, not thrown: a file is
+// checked to its end, and all that is wrong with it is shown at once.
 #pragma once
 
 #include <compare>

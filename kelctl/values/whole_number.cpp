@@ -27,6 +27,7 @@ std::string number_text(int64_t value, bool hexadecimal)
     return hexadecimal ? fmt::format("{}0x{:X}", value < 0 ? "-" : "", std::abs(value)) : std::to_string(value);
 }
 
+// The number, or the nearest that 64 bits hold.
 int64_t with_sign(uint64_t magnitude, bool negative)
 {
     if (magnitude > static_cast<uint64_t>(largest))
@@ -36,6 +37,8 @@ int64_t with_sign(uint64_t magnitude, bool negative)
 
 } // namespace
 
+// from_chars() reads the magnitude: for a number that does not fit it still finds the end, so it is known to be a
+// number.
 std::optional<int64_t> parse_whole_number(std::string_view text)
 {
     const bool negative = text.starts_with('-');
@@ -52,6 +55,8 @@ std::optional<int64_t> parse_whole_number(std::string_view text)
     return with_sign(magnitude, negative);
 }
 
+// The ends of the range are shown in the notation of the value, so that they can be compared by eye. What follows them
+// in the range's text, its unit, is kept.
 std::string outside(std::string_view shown, const range &allowed)
 {
     const bool hexadecimal = is_hexadecimal(shown);
