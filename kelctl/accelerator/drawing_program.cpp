@@ -58,6 +58,8 @@ std::optional<std::string> missing(const drawing_program &program)
     return found ? std::nullopt : std::optional(not_installed(program));
 }
 
+// The program is looked for by being run: one that was there a moment ago may be gone. A picture counts only from a
+// program that succeeded, as a half one is a file that opens.
 drawing drawn_by(const drawing_program &program, const std::string &argument, const std::string &input)
 {
     const int text = file_in_memory(input);

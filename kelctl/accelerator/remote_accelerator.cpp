@@ -21,6 +21,7 @@ remote_accelerator::remote_accelerator(std::string path) : path_(std::move(path)
 {
 }
 
+// The arguments are members of the request itself, beside the function's name.
 document remote_accelerator::call(std::string_view function, const document &arguments)
 {
     document request = {{"function", function}};
@@ -32,6 +33,7 @@ document remote_accelerator::call(std::string_view function, const document &arg
     return answer.at("result");
 }
 
+// After a failure an answer may still come, which the next request would take for its own: the connection is given up.
 std::string remote_accelerator::ask(const std::string &request)
 {
     if (!client_)

@@ -2,6 +2,8 @@
 //
 //     remote_accelerator there("/run/user/1000/node.sock");
 //     const uint64_t time = there.call("time").number<uint64_t>();
+//
+// Everything else asks through software_accelerator.h, which chooses between this and the own process.
 #pragma once
 
 #include "notation/document.h"
@@ -20,8 +22,8 @@ public:
     // Connects when it is asked first.
     explicit remote_accelerator(std::string path);
 
-    // Calls a function with its arguments, an object, and returns its result. Throws std::runtime_error when there is no
-    // answer, or when the other process refuses the request.
+    // Calls a function with its arguments, an object, and returns its result. Throws std::runtime_error when there is
+    // no answer, or when the other process refuses the request.
     notation::document call(std::string_view function,
                             const notation::document &arguments = notation::document::object());
 

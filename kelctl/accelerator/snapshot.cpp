@@ -1,4 +1,5 @@
-// Reading the software accelerator's document, one function for each kind of object.
+// Reading the software accelerator's document, one function for each kind of object. Keys that kelctl does not use are
+// left out.
 #include "kelctl/accelerator/snapshot.h"
 
 #include <charconv>
@@ -82,6 +83,7 @@ template <typename Element> std::vector<Element> list_in(const document &list, E
 
 } // namespace
 
+// from_chars() takes no "0x".
 handle handle_in(const document &value)
 {
     handle read = 0;
@@ -102,6 +104,7 @@ std::vector<snapshot::queue> read_queues(const document &list)
     return list_in(list, queue_in);
 }
 
+// Only parts that a node may lack are null; any other member that is missing throws.
 snapshot read_snapshot(const document &all)
 {
     snapshot read;

@@ -1,4 +1,10 @@
-// What the accelerator holds, read from the software accelerator's document.
+// What the accelerator holds, read from the software accelerator's document. The document itself comes from
+// software_accelerator.h; its layout is decided in softnode/views/snapshot.cpp. Handles connect the objects: a queue
+// names its scheduler, a path its queue.
+//
+//     const snapshot node = read_snapshot(*accelerator_snapshot());
+//     for (const snapshot::queue &queue : node.queues)
+//         show(queue.self, queue.rate);
 #pragma once
 
 #include "kelctl/values/mac_address.h"

@@ -1,4 +1,5 @@
-// The software accelerator's control functions: of this process through weak references, or of another one over its socket.
+// The software accelerator's control functions: of this process through weak references, or of another one over its
+// socket.
 #include "kelctl/accelerator/software_accelerator.h"
 
 #include "kelctl/accelerator/remote_accelerator.h"
@@ -150,6 +151,7 @@ offered offer_frame(const mac_address &to, uint32_t octets, uint64_t identity)
     return met(softnode_traffic_offer_one(to.octets.data(), octets, identity));
 }
 
+// The accelerator is C: it gets a function and this object, which therefore can be neither copied nor moved.
 frame_watch::frame_watch(frame_watcher watcher) : watcher_(std::move(watcher))
 {
     softnode_traffic_watch(
@@ -247,6 +249,7 @@ void reset_accelerator()
         softnode_reset();
 }
 
+// Functions of C for those of the scenario. They run in child processes, which have copies of everything here.
 std::optional<notation::document> sweep_accelerator(const sweep_scenario &scenario, const sweep_watcher &go_on)
 {
     sweep_context context = {scenario, go_on};

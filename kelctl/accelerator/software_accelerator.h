@@ -1,5 +1,5 @@
-// The software accelerator's own services, where the process runs on it, or those of another process that runs on it. The
-// only place that knows softnode.h, and that its documents come as JSON.
+// The software accelerator's own services, where the process runs on it, or those of another process that runs on it.
+// The only place that knows softnode.h, and that its documents come as JSON.
 //
 // On a vendor's platform there are none of them. Commands that need them say so in their row of the table, and are not
 // carried out there; whatever else asks gets nothing.
@@ -18,8 +18,8 @@
 namespace kelctl
 {
 
-// From now on everything here is asked of the process that serves this socket, and throws std::runtime_error when it does
-// not answer. Frames with an identity, what becomes of them, and sweeps stay with this process.
+// From now on everything here is asked of the process that serves this socket, and throws std::runtime_error when it
+// does not answer. Frames with an identity, what becomes of them, and sweeps stay with this process.
 void ask_accelerator_at(const std::string &path);
 bool accelerator_elsewhere();
 
@@ -56,6 +56,8 @@ uint32_t release_accelerator_faults(); // how many calls were blocked
 // A picture of the node for Graphviz. None where the accelerator draws none.
 std::optional<std::string> accelerator_graph();
 
+// Removes every object and every fault rule, and sets the time to 0. What the library and the session know is theirs to
+// forget.
 void reset_accelerator();
 
 // Gets how many runs of a sweep are complete, and how many are planned.
@@ -74,7 +76,8 @@ struct sweep_scenario {
 // false ends the sweep.
 std::optional<notation::document> sweep_accelerator(const sweep_scenario &scenario, const sweep_watcher &go_on);
 
-// What an offering met: the accelerator knows the destination or sender, or it does not.
+// What an offering met: the accelerator knows the destination or sender, or it does not. Whether frames are dropped
+// later shows in the counters of their queue.
 enum class offered { taken, unknown };
 
 // Offers frames at this instant: for a destination, or of a PCEP or a multicast group.
@@ -95,7 +98,8 @@ struct frame_report {
 // Offers one frame at this instant, with an identity other than 0.
 offered offer_frame(const mac_address &to, uint32_t octets, uint64_t identity);
 
-// Gets a report of each frame with an identity that leaves or is dropped, in order of time. It must not call the accelerator.
+// Gets a report of each frame with an identity that leaves or is dropped, in order of time. It must not call the
+// accelerator.
 using frame_watcher = std::function<void(const frame_report &)>;
 
 // One at a time.

@@ -1,4 +1,4 @@
-// What one stream of traffic is.
+// What one stream of traffic is. When its frames come is decided in traffic_schedule.h.
 #pragma once
 
 #include "kelctl/values/mac_address.h"
@@ -11,15 +11,15 @@
 namespace kelctl
 {
 
-// How the moments at which frames come are spread: always equally far apart; independently of one another; or equally far
-// apart in periods between which none come. Those that depend on chance are the same for the same seed.
+// How the moments at which frames come are spread: always equally far apart; independently of one another; or equally
+// far apart in periods between which none come. Those that depend on chance are the same for the same seed.
 enum class arrivals : uint8_t { constant, poisson, on_off };
 
 // By arrivals, as they are written.
 inline constexpr std::array<std::string_view, 3> arrival_words = {"constant", "poisson", "on-off"};
 
-// A stream of frames, as many in a time as either of the rates says; with periods, while they last. Times count from when
-// it is added.
+// A stream of frames, as many in a time as either of the rates says; with periods, while they last. Times count from
+// when it is added.
 struct traffic_entry {
     std::optional<mac_address> to; // a destination; none: what a PCEP or a group sends
     uint32_t from = 0;             // its id

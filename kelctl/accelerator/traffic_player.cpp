@@ -1,4 +1,4 @@
-// From one offering to the next.
+// From one offering to the next. Between two offerings the accelerator's time is advanced in one step.
 #include "kelctl/accelerator/traffic_player.h"
 
 #include "kelctl/accelerator/software_accelerator.h"
@@ -9,7 +9,7 @@ namespace kelctl
 namespace
 {
 
-// A stream may outlive what it is for.
+// What the accelerator answers is ignored: a stream may outlive the path or PCEP that it is for.
 void offer(const traffic_entry &stream)
 {
     if (stream.to)
@@ -25,6 +25,7 @@ void traffic_player::add(const traffic_entry &stream)
     schedule_.add(stream, time_);
 }
 
+// An interruption is checked between offerings: a second of virtual time may have a million of them.
 uint64_t traffic_player::pass(uint64_t nanoseconds)
 {
     const uint64_t begin = time_;

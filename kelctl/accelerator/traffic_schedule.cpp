@@ -24,8 +24,9 @@ interval interval_of(const traffic_entry &entry)
     return {second * entry.burst, entry.frames_per_second};
 }
 
-// Exponentially distributed with a mean of 1, in parts of 2^32. By comparing uniform numbers alone, as von Neumann did: a
-// logarithm is not the same on every machine.
+// Exponentially distributed with a mean of 1, in parts of 2^32. By comparing uniform numbers alone, as von Neumann did:
+// a logarithm is not the same on every machine. The standard's distributions may differ from library to library; its
+// generator may not.
 uint64_t drawn(std::mt19937_64 &chance)
 {
     for (uint64_t whole = 0;; ++whole) {
@@ -50,6 +51,7 @@ uint64_t drawn(std::mt19937_64 &chance, uint64_t nanoseconds, uint64_t parts)
 
 } // namespace
 
+// Numbers are drawn for constant arrivals, too, and not used: nobody else draws from the stream's generator.
 void traffic_schedule::add(const traffic_entry &entry, uint64_t now)
 {
     const auto [nanoseconds, parts] = interval_of(entry);
@@ -69,6 +71,7 @@ void traffic_schedule::add(const traffic_entry &entry, uint64_t now)
     added.on_until = added.next + drawn(added.chance, entry.on, 1);
 }
 
+// A walk over all streams: there are as many as a person has written down.
 std::optional<offering> traffic_schedule::next_before(uint64_t end)
 {
     stream *first = nullptr;
@@ -84,6 +87,8 @@ std::optional<offering> traffic_schedule::next_before(uint64_t end)
     return due;
 }
 
+// Poisson arrivals are rounded one by one, as they are random anyway; of the others the fraction is carried on, or a
+// rate would drift by up to a nanosecond for each frame.
 void traffic_schedule::move_on(stream &stream)
 {
     if (stream.entry.spread == arrivals::poisson) {

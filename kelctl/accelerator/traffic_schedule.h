@@ -1,5 +1,9 @@
 // When the frames of streams are offered. Whole numbers only: the same streams give the same offerings at the same
-// nanoseconds, however the time is cut into steps, and on every machine.
+// nanoseconds, however the time is cut into steps, and on every machine. Nothing here is offered: see traffic_player.h.
+//
+//     schedule.add(stream, now);
+//     while (const auto due = schedule.next_before(end))
+//         offer(*due->stream, due->at);
 #pragma once
 
 #include "kelctl/accelerator/traffic_entry.h"

@@ -1,4 +1,5 @@
 // A reader for each kind, and the words that completion offers for it. Kinds that differ in their range share a reader.
+// What is checked between arguments is the row's (`.check`).
 #include "kelctl/language/argument_kind.h"
 
 #include "kel/kel_node_names.h"
@@ -32,6 +33,7 @@ int64_t read_number(std::string_view text, const range &allowed)
     return *value;
 }
 
+// The first comparison is made without a sign: a quantity may need 64 bits, and would become negative.
 template <const auto &Units> int64_t read_with_unit(std::string_view text, const range &allowed)
 {
     const auto value = parse_quantity(text, Units);
@@ -56,6 +58,7 @@ argument_value read_mac(std::string_view text)
     return *mac;
 }
 
+// A name first: no branch name is a number.
 argument_value read_port(std::string_view text)
 {
     if (const auto port = port_by_name(text))
@@ -74,6 +77,7 @@ int64_t read_threshold(std::string_view text, const range &allowed)
     return octets;
 }
 
+// Stops one beyond the count, however long the list is.
 std::vector<uint32_t> read_numbers(std::string_view text, size_t count, const range &allowed)
 {
     std::vector<uint32_t> values;
@@ -89,6 +93,7 @@ std::vector<uint32_t> read_numbers(std::string_view text, size_t count, const ra
     return values;
 }
 
+// Handles are numbers of 64 bits without a sign, which parse_whole_number() does not hold.
 argument_value read_handle(std::string_view text)
 {
     uint64_t value = 0;
@@ -125,7 +130,8 @@ argument_value read_text(std::string_view text)
     return std::string(text);
 }
 
-// Octets that a line cannot have are written as \xHH, a backslash among them.
+// Octets that a line cannot have are written as \xHH, a backslash among them. So any octets can be given to the
+// library, and a recorded call is repeated exactly.
 argument_value read_escaped_text(std::string_view text)
 {
     std::string read;
@@ -199,6 +205,7 @@ argument_kind id_among(std::set<uint32_t> known_words::*ids)
     return kind;
 }
 
+// Nothing is remembered: handles that exist are added by the shell, those that were typed may be gone.
 argument_kind handle_among(std::set<uint64_t> known_words::*handles)
 {
     return {.placeholder = "HANDLE", .read = read_handle, .complete = [handles](const known_words &known) {
@@ -217,6 +224,7 @@ argument_kind list_of_numbers(size_t count, const range &allowed, const range &r
     return kind;
 }
 
+// Read and remembered as before: once the object is made, other arguments offer it.
 argument_kind offering_none(argument_kind kind)
 {
     kind.complete = nullptr;
@@ -231,6 +239,7 @@ candidates known_macs(const known_words &known)
     return found;
 }
 
+// Every port is read, only some are offered: rules and the library say why another one does not do.
 argument_kind port_among(bool (*offered)(int32_t port))
 {
     return {.placeholder = "PORT",
@@ -355,6 +364,7 @@ argument_kind number(const range &allowed, const range &raw)
     return ranged("N", read_number, allowed, raw, allowed.text.starts_with("0x") ? hexadecimal : nullptr);
 }
 
+// `read_raw` stays that of a number.
 argument_kind only_raw(const range &allowed)
 {
     argument_kind kind = number(allowed);

@@ -5,6 +5,8 @@
 //
 // Words that completion offers: `complete` lists them. `remember` adds a used value to the known words (known_words.h),
 // from which `complete` offers it next time.
+//
+// Ranges are in values/limits.h, units in text/quantity.h.
 #pragma once
 
 #include "kelctl/language/known_words.h"
@@ -45,6 +47,7 @@ struct candidates {
 // read and written by the process that asks.
 enum class file_use : uint8_t { none, read, written };
 
+// What a row says of an argument's form. Readers throw wrong_value; `complete` and `remember` throw nothing.
 struct argument_kind {
     std::string placeholder = {}; // how help names a value: "RATE"; empty: an option that takes none
     std::string allowed = {};     // for help: "1 to 511"; empty: nothing to add

@@ -1,4 +1,4 @@
-// The sorted vector.
+// The sorted vector. Readers and kinds are argument_kind.h; a row's arguments, command.h.
 #include "kelctl/language/arguments.h"
 
 #include <fmt/core.h>
@@ -31,6 +31,7 @@ void arguments::erase(std::string_view name)
     std::erase_if(values_, [name](const given_argument &one) { return one.name == name; });
 }
 
+// Searched from the front, without the order: of so few names that is as fast.
 const argument_value *arguments::find(std::string_view name) const
 {
     const auto found = std::ranges::find(values_, name, &given_argument::name);

@@ -21,6 +21,7 @@ public:
     // Adds or replaces. The name is not copied: it is the row's, and the row must outlive this.
     void set(std::string_view name, argument_value value);
 
+    // Does nothing when it was not given.
     void erase(std::string_view name);
 
     bool has(std::string_view name) const

@@ -1,4 +1,4 @@
-// Look-ups in a table of commands.
+// Look-ups in a table of commands. The program's own rows are in commands/.
 #include "kelctl/language/command.h"
 
 #include <fmt/core.h>
@@ -11,6 +11,7 @@ namespace kelctl
 namespace
 {
 
+// The first variant is the default.
 argument variant_option(const std::vector<variant> &variants)
 {
     std::vector<std::string> words;
@@ -25,7 +26,8 @@ argument variant_option(const std::vector<variant> &variants)
             .otherwise = first};
 }
 
-// What follows the words in a command's name; empty when it does not begin with them, or has no more.
+// What follows the words in a command's name; empty when it does not begin with them, or has no more. "ebcom pa" is no
+// beginning of "ebcom path add": only whole words count.
 std::string_view rest_after(std::string_view words, std::string_view name)
 {
     if (words.empty())
@@ -34,7 +36,8 @@ std::string_view rest_after(std::string_view words, std::string_view name)
     return begins ? name.substr(words.size() + 1) : std::string_view{};
 }
 
-// Of two arguments that cannot be used together, what is wrong is said of the first.
+// Of two arguments that cannot be used together, what is wrong is said of the first. Arguments of a row are in one
+// vector, so their addresses show which of two comes first; each pair is looked at once.
 std::optional<mistake> mistake_with(const argument &one, const command &row,
                                     const std::function<bool(const argument &)> &written,
                                     const std::function<std::string_view(const argument &)> &name_of)
@@ -73,6 +76,7 @@ const argument *command::find_argument(std::string_view argument_name) const
     return nullptr;
 }
 
+// A repeated argument is the last one, and takes every word from its own on.
 const argument *command::argument_at(size_t index) const
 {
     for (const argument &one : arguments)
@@ -95,6 +99,7 @@ const std::vector<argument> &shared_options()
     return options;
 }
 
+// Rows say only what is special about them, so that they are short; whoever reads the table finds everything filled in.
 command_table::command_table(std::vector<command> rows, std::vector<command_group> groups)
     : rows_(std::move(rows)), groups_(std::move(groups))
 {
@@ -146,6 +151,7 @@ const command *command_table::find(std::string_view name) const
     return found == rows_.end() ? nullptr : &*found;
 }
 
+// A walk over the table for each question: it has fewer than a hundred rows, and a line has few words.
 std::vector<std::string_view> command_table::next_words(std::string_view words, source where) const
 {
     std::vector<std::string_view> found;

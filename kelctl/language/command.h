@@ -8,6 +8,8 @@
 //      .arguments = {{.name = "GROUP", .kind = kind::new_group_id(), .help = "id of the multicast group"}},
 //      .example = "group add 300",
 //      .undo = "group remove"}
+//
+// Nothing here carries a command out: that is session/session.h.
 #pragma once
 
 #include "kelctl/language/argument_kind.h"
@@ -38,6 +40,7 @@ struct variant {
     std::string_view word = {};
 };
 
+// What a row says of one argument. Those without dashes are in the order in which they are typed.
 struct argument {
     std::string name; // "MAC"; with two dashes, an option: "--port"
     argument_kind kind = {};
@@ -82,6 +85,7 @@ enum class source { program, script, shell };
 // at all, because it changes the process itself or has a node of its own.
 enum class place { node, asking, nowhere };
 
+// A row. Texts in a string_view must live as long as the program.
 struct command {
     std::string_view name; // words with one blank between
     std::vector<variant> variants;
@@ -106,8 +110,8 @@ struct command {
     const argument *argument_at(size_t index) const;                     // among those that are no options
 };
 
-// The command that stands before another one, with the code that this is to return: "expect 4 pcep remove 7". Its row is
-// for help and completion; the line becomes an invocation of the other command, which expects that code.
+// The command that stands before another one, with the code that this is to return: "expect 4 pcep remove 7". Its row
+// is for help and completion; the line becomes an invocation of the other command, which expects that code.
 inline constexpr std::string_view expect_name = "expect";
 
 // A first word that several commands share.

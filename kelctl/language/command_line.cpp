@@ -1,4 +1,5 @@
-// Finding the command, and reading its arguments by its row.
+// Finding the command, and reading its arguments by its row. Which word is what is decided in line_parts.cpp; here are
+// the messages for what does not fit.
 #include "kelctl/language/command_line.h"
 
 #include "kelctl/language/command_text.h"
@@ -22,6 +23,7 @@ constexpr struct {
     {"--quiet", &manner::quiet}, {"--all", &manner::all},
 };
 
+// Where something is missing: behind the last word.
 uint32_t column_after(const std::vector<word> &words)
 {
     return words.empty() ? 0 : words.back().end;
@@ -38,6 +40,8 @@ bool is_shared(const argument &option)
     return std::ranges::find(shared_options(), option.name, &argument::name) != shared_options().end();
 }
 
+// Reads one line and is done: members are the state between its steps. The first mistake ends it, in the order in which
+// a person reads the line.
 class line_parser
 {
 public:
@@ -91,6 +95,8 @@ private:
                          column_after(words_));
     }
 
+    // From the most likely mistake to the least: a misspelt option, quotation marks too many, a command of another
+    // place, a misspelt word.
     [[noreturn]] void refuse_word(const word &word) const
     {
         if (word.text.starts_with("-"))
@@ -120,6 +126,7 @@ private:
         return parts_.name.empty() ? std::string(last) : fmt::format("{} {}", parts_.name, last);
     }
 
+    // An option that every command has is already counted (manner_of), and may be given twice.
     void take_option(const argument_word &given)
     {
         if (!given.meant)
@@ -166,6 +173,7 @@ private:
         parsed_.given.set(argument.name, value_of(argument, word));
     }
 
+    // A kind's message says nothing of the argument's name, which it does not know.
     argument_value value_of(const argument &argument, const word &word) const
     {
         try {

@@ -5,6 +5,9 @@
 // Words are separated by blanks. Quotes of either kind keep blanks and # in a word; a backslash does so for the
 // character after it, but not within single quotes. Options may be anywhere after the command, their values in the next
 // word, whatever it is, or after a "="; after "--" there are none. Those that every command has may be before it, too.
+//
+//     const invocation asked = parse(table, words_of("group add 300"), source::shell);
+//     asked.given.id("GROUP")     // 300
 #pragma once
 
 #include "kelctl/language/line_parts.h"
@@ -42,8 +45,8 @@ std::vector<word> words_of(std::string_view line);
 // What of a line says how results are shown.
 manner manner_of(const line_parts &parts);
 
-// Takes an option with its value that is before the command, such as --node, out of the program's words. None when it is
-// not there. Throws wrong_line.
+// Takes an option with its value that is before the command, such as --node, out of the program's words. None when it
+// is not there. Throws wrong_line.
 std::optional<std::string> take_option_before_command(std::vector<word> &words, std::string_view name);
 
 // The command of the table that these words ask for, with its arguments read. Throws wrong_line.

@@ -1,4 +1,5 @@
-// Values as words, and the quotes that a word needs.
+// Values as words, and the quotes that a word needs. What is written here, parse() reads as the same invocation; tests
+// compare the two.
 #include "kelctl/language/command_text.h"
 
 #include "kelctl/terminal/text.h"
@@ -50,6 +51,7 @@ std::vector<std::string> words_of(const argument &one, const argument_value &val
 
 } // namespace
 
+// A flag has no word of its own; a list of texts is written word by word in words_of().
 std::string word_of(const argument_kind &kind, const argument_value &value)
 {
     const auto write = overloaded{
@@ -74,6 +76,8 @@ std::string typed(std::string_view command, source where)
     return fmt::format("{}{}", where == source::program ? "kelctl " : "", command);
 }
 
+// Positional arguments come before options, as people write them. If one of them looks like an option, all of them go
+// to the end, behind "--".
 std::vector<std::string> words_of(const invocation &asked)
 {
     std::vector<std::string> positional;

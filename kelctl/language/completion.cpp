@@ -1,4 +1,5 @@
-// What the grammar (line_parts.h) expects after the words before the cursor.
+// What the grammar (line_parts.h) expects after the words before the cursor. Values that exist on the node are
+// known_words.h.
 #include "kelctl/language/completion.h"
 
 #include "kelctl/language/command_line.h"
@@ -155,6 +156,7 @@ completion complete(const command_table &table, const std::vector<word> &before,
     return word_completer(table, before, begun, known, where).complete();
 }
 
+// The last word is being typed unless a blank follows it. Open quotes throw: the word's end is not known.
 completion complete(const command_table &table, std::string_view line, const known_words &known, source where)
 {
     try {

@@ -1,4 +1,5 @@
-// The layout of help.
+// The layout of help. Its words are the rows' own: `.help`, `.details`, `.example`. The manual page lays the same ones
+// out (documents/manual.cpp).
 #include "kelctl/language/help.h"
 
 #include "kelctl/language/command_line.h"
@@ -224,6 +225,7 @@ std::string help_of(const command &row, source where, size_t width)
            details + only + function_section(row, width) + "\nExample:\n" + example_text(row, where, width);
 }
 
+// Of the program alone it is also how it is used before and beside commands; the shell has none of that.
 std::string help_of_words(const command_table &table, std::string_view words, source where, size_t width)
 {
     const auto listed = [width](std::string_view heading, std::span<const meaning> meanings) {

@@ -18,6 +18,7 @@ struct meaning {
     std::string_view means;
 };
 
+// What help and the manual page have in common. All of it lives as long as the program.
 std::span<const meaning> exit_statuses();
 std::span<const meaning> options_before_command();  // which node it is for
 std::span<const meaning> options_without_command(); // given alone

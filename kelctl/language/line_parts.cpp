@@ -1,4 +1,5 @@
-// Walking along the words of a line.
+// Walking along the words of a line. Nothing is refused here: completion needs the parts of a line that is not
+// finished.
 #include "kelctl/language/line_parts.h"
 
 #include <algorithm>
@@ -20,6 +21,7 @@ std::string option_name(const std::string &text)
     return text == "-h" ? "--help" : text.substr(0, text.find('='));
 }
 
+// With a value it is none: no option that every command has takes one, and the command's own message says so.
 const argument *shared_option(const std::string &text)
 {
     for (const argument &one : shared_options())

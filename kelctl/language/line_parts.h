@@ -17,6 +17,7 @@
 namespace kelctl
 {
 
+// A word as the line has it, without its quotes.
 struct word {
     std::string text;
     // The columns of its first character and after its last one, counted from 1 in characters; 0: it is from no line,
@@ -48,6 +49,7 @@ struct line_parts {
     bool options_ended = false;           // a "--" came: what follows is positional
 };
 
+// Refuses nothing, and reads no value. What it returns refers to the table.
 line_parts parts_of(const command_table &table, const std::vector<word> &words, source where);
 
 } // namespace kelctl

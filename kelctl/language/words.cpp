@@ -1,4 +1,5 @@
-// Splitting a line into words: blanks, quotes, backslashes, comments.
+// Splitting a line into words: blanks, quotes, backslashes, comments. There are no variables, patterns or continued
+// lines as a shell has them.
 #include "kelctl/language/command_line.h"
 
 namespace kelctl
@@ -79,6 +80,7 @@ private:
         throw wrong_line("the closing quotation mark is missing", opened);
     }
 
+    // The character after a backslash, whatever it is.
     char escaped(uint32_t column)
     {
         if (at_end())

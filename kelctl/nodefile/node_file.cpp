@@ -1,5 +1,8 @@
 // From TOML to lines. A value is turned into the word that a person would type, and read by the argument's kind, so
 // that node files and the command line accept the same values with the same messages.
+//
+// Errors do not end the reading: a file's author sees all that is wrong with it at once. What is checked here concerns
+// one table; rules across tables are node_rules.cpp.
 #include "kelctl/nodefile/node_file.h"
 
 #include "kelctl/nodefile/toml.h"
@@ -62,6 +65,8 @@ std::optional<std::string> typed(const toml::node &value)
     return joined(words, ",");
 }
 
+// One walk over the tables that there can be, not over those of the file: so the lines come in the order of a bring-up
+// however the file is ordered.
 class document_reader
 {
 public:
@@ -115,6 +120,7 @@ private:
         return std::ranges::find(misspelt_, name) != misspelt_.end();
     }
 
+    // [path] instead of [[path]] is a mistake that TOML allows: it is reported with the notation that is meant.
     std::vector<const toml::table *> written_tables(const node_table &table, const toml::table &document)
     {
         std::vector<const toml::table *> written;
@@ -132,7 +138,7 @@ private:
         return written;
     }
 
-    // An optional table without keys is no command.
+    // An optional table without keys is no command. A required one is, with its missing keys among the problems.
     void add_table(const node_table &table, const toml::node &value, std::vector<const toml::table *> &written)
     {
         const toml::table *one = value.as_table();
@@ -154,6 +160,7 @@ private:
             add_once(name);
     }
 
+    // Several tables may need the same service, as [[pcep]] and [[multicast]] do.
     void add_once(std::string_view name)
     {
         const auto is_it = [name](const placed_line &line) { return line.asked.row->name == name; };
@@ -161,6 +168,8 @@ private:
             read_.lines.push_back({invocation_of(*rows_.find(name)), nullptr, {}});
     }
 
+    // Elements of arrays (a group's members) become lines of their own that also get the table's arguments (the group's
+    // id). They wait in elements_, because a group can have a member only once all PCEPs exist.
     void read_table(const node_table &table, const command &row, const toml::table &written)
     {
         placed_line line = {invocation_of(row), &table, position_of(written)};
@@ -204,6 +213,7 @@ private:
         refuse(key, name, value, fmt::format(" in {}", line.table->heading()), known);
     }
 
+    // The key is noted even when its value is wrong: it is then not reported as missing, too.
     void take(const node_key &key, const toml::node &value, placed_line &line)
     {
         line.keys.push_back({&key, position_of(value)});
@@ -307,6 +317,7 @@ node_file_read read_node_file(const std::string &file, const command_table &rows
                             : node_file_read{.lines = {}, .problems = std::move(problems)};
 }
 
+// The parser stops at its first error, so a text that is no TOML has one problem.
 node_file_read parse_node_file(std::string_view text, const command_table &rows)
 {
     node_file_read read;

@@ -1,5 +1,9 @@
 // Reads a node file into the commands that a person would type to bring the same node up. The mapping of tables and
 // keys to commands is node_keys.h; rules across several tables are node_rules.h.
+//
+//     const node_file_read read = read_node_file("node.toml", table);
+//     for (const problem &one : read.problems)
+//         report(one.at.line, one.at.column, one.message);
 #pragma once
 
 #include "kelctl/language/command.h"

@@ -1,4 +1,4 @@
-// The tables with their keys, in the order of a bring-up.
+// The tables with their keys, in the order of a bring-up. A table has no ranges and no units: they are the argument's.
 #include "kelctl/nodefile/node_keys.h"
 
 #include <fmt/core.h>
@@ -14,6 +14,7 @@ constexpr node_key node[] = {{"mpid", "MPID"}};
 
 constexpr node_key ebcom[] = {{"ic_port_mtu", "--mtu"}, {"ether_type", "--ether-type"}, {"settings", "--settings"}};
 
+// They have no arguments, and so no keys: a node file always has them.
 constexpr std::string_view ebcom_service[] = {"ebcom interface create", "ebcom start"};
 
 constexpr node_key path[] = {
@@ -49,6 +50,8 @@ constexpr node_key traffic[] = {
     {"stop", "--stop"},
 };
 
+// PCEPs come after paths, because their frames leave through queues that paths make; groups after the PCEPs that are
+// their members; traffic last, when there is somewhere to go.
 constexpr node_table tables[] = {
     {.name = "node",
      .row = "mpid",

@@ -1,5 +1,5 @@
-// The tables and keys of a node file, and the order in which a node comes up. A table is equivalent to a command, a key to
-// one of the command's arguments:
+// The tables and keys of a node file, and the order in which a node comes up. A table is equivalent to a command, a key
+// to one of the command's arguments:
 //
 //     [[path]]                              ebcom path add 02:00:02:02:00:01 --port RLU1P
 //     dst_mac = "02:00:02:02:00:01"
@@ -18,6 +18,7 @@
 namespace kelctl
 {
 
+// A key, and the argument that its value becomes.
 struct node_key {
     std::string_view name;      // "dst_mac"; "shaping.rate" for a key of a table in the table
     std::string_view argument;  // of the row: "MAC", "--rate"
@@ -27,6 +28,7 @@ struct node_key {
 // How often a table may be in a file.
 enum class occurrence { once, at_most_once, any };
 
+// A table, and the command that it stands for. All texts live as long as the program.
 struct node_table {
     std::string_view name; // "path"
     std::string_view row;  // the command that each table of this name is

@@ -1,4 +1,5 @@
 // One function for each rule. Rules look at sound lines only, where a wrong value would make their message misleading.
+// A rule reports at the later one of two lines that do not go together, as a reader comes to it.
 #include "kelctl/nodefile/node_rules.h"
 
 #include "kel/kel_node_names.h"
@@ -18,6 +19,7 @@ namespace kelctl
 namespace
 {
 
+// Limits that the library does not report before it is too late, or only in the midst of a bring-up.
 constexpr uint64_t most_paths = 100'000;
 constexpr uint64_t most_paths_on_a_port = 65'535; // the library counts a queue's paths in 16 bits
 constexpr int32_t port_without_mac_channel = 0;   // and so without a way to what is behind the EIOA
@@ -187,6 +189,7 @@ std::vector<end_point> end_points_of(const node_file_read &file)
 // The first one with each id: the one that members and streams refer to.
 using end_points = std::map<uint32_t, end_point>;
 
+// PCEPs and groups share the range of ids.
 end_points check_ids(const node_file_read &file, problem_list &problems)
 {
     end_points first_of_id;
@@ -235,6 +238,7 @@ void check_group_count(const node_file_read &file, problem_list &problems)
         problems.push_back({groups[most_groups]->at, fmt::format("[[multicast]]: more than {} groups", most_groups)});
 }
 
+// Addresses of one line differ in their last three octets only, so comparing them as a whole is comparing these.
 bool leads_to(const path_entry &path, const mac_address &mac)
 {
     return path.first <= mac && mac <= counted_up(path.first, path.count - 1);
@@ -271,7 +275,8 @@ void check_senders(const node_file_read &file, const end_points &all, problem_li
                                                     stream->asked.given.id("--from"))));
 }
 
-// PCEPs whose frames reach no destination, and groups and streams that use only those.
+// PCEPs whose frames reach no destination, and groups and streams that use only those. Frames between PCEPs of one node
+// need no path.
 void warn_of_lost_frames(node_file_read &file, const path_list &paths)
 {
     const lines pceps = lines_of(file, "pcep add");
@@ -301,6 +306,8 @@ uint8_t mp_id_of(const node_file_read &file, uint8_t otherwise)
 
 } // namespace
 
+// Problems are collected apart, so that check_destinations() sees whether reading the file found any. Warnings come
+// only for a file without problems: for another they would be guesses.
 void check_rules(node_file_read &file, const surroundings &around)
 {
     problem_list problems;

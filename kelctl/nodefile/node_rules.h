@@ -18,7 +18,8 @@ struct surroundings {
     std::optional<size_t> most_destinations = {}; // that the platform has room for; none: not known
 };
 
-// Adds a problem to the file for each rule that is broken, and a warning for each PCEP and stream that reaches no destination.
+// Adds a problem to the file for each rule that is broken, and a warning for each PCEP and stream that reaches no
+// destination.
 void check_rules(node_file_read &file, const surroundings &around);
 
 } // namespace kelctl

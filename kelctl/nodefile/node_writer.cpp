@@ -1,4 +1,4 @@
-// The words of values, as TOML.
+// The words of values, as TOML. In the order of the tables, whatever the order of the lines.
 #include "kelctl/nodefile/node_writer.h"
 
 #include "kelctl/language/command_text.h"
