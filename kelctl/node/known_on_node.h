@@ -1,4 +1,5 @@
-// What completion offers of the session's node: addresses, ids and handles that commands used, or that exist.
+// What completion offers of the session's node: addresses, ids and handles that commands used, or that exist. The
+// grammar asks for them through language/known_words.h.
 #pragma once
 
 #include "kelctl/language/known_words.h"

@@ -1,5 +1,9 @@
 // A node file, read and checked completely: its tables (nodefile/node_file.h) and the rules across them and the
-// platform.
+// platform. Carrying the lines out is jobs/bring_up.h.
+//
+//     auto [lines, errors, warnings] = load_node_file("node.toml", session.table);
+//     if (!errors.empty())
+//         return wrong_input("node.toml", std::move(errors), "nothing was started");
 #pragma once
 
 #include "kelctl/language/command.h"
@@ -22,8 +26,8 @@ struct loaded_lines {
     std::vector<input_error> warnings = {}; // by line and column: what is allowed but probably not meant
 };
 
-// The lines bring the node up. Changes nothing in the process, so that several files can be compared. `rows` must outlive
-// the lines.
+// The lines bring the node up. Changes nothing in the process, so that several files can be compared. `rows` must
+// outlive the lines.
 loaded_lines load_node_file(const std::string &file, const command_table &rows);
 
 // The same of a text; `name`: that of its file in errors.

@@ -15,7 +15,8 @@ struct count {
     uint64_t octets;
 };
 
-// Rounded down. A counter that is smaller than before was reset, and counts from 0.
+// Rounded down. A counter that is smaller than before was reset, and counts from 0. Floating point: a count times a
+// billion leaves 64 bits.
 uint64_t in_a_second(uint64_t before, uint64_t now, double scale, uint64_t passed)
 {
     const uint64_t grown = now >= before ? now - before : now;
@@ -122,6 +123,7 @@ constexpr struct {
 
 } // namespace
 
+// At least a nanosecond of real time, so that two samples of one moment divide by something.
 passed_time passed_between(const fields &before, const fields &now)
 {
     if (!before.at("virtual").is_null() && !now.at("virtual").is_null())

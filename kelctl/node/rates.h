@@ -1,4 +1,7 @@
 // Rates between two samples of the counters: what the live view shows. Its columns are views/counter_tables.cpp.
+//
+//     const fields rates = rates_between(first, before, now);
+//     rates.at("queues")[0].at("sent").at("frames_per_second")
 #pragma once
 
 #include "kelctl/node/sample.h"

@@ -10,6 +10,7 @@
 namespace kelctl
 {
 
+// The clock is read before the counters: reading many of them takes a while, and the first ones belong to this instant.
 result take_sample(const fields &held, const port_knowledge &ports, const counted &which, session &session)
 {
     const std::chrono::nanoseconds now = std::chrono::steady_clock::now().time_since_epoch();

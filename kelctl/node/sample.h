@@ -18,8 +18,8 @@ result take_sample(const fields &held, const port_knowledge &ports, const counte
 
 enum class time_base : uint8_t { real_time, virtual_time };
 
-// Nanoseconds between two samples; 0 after a clock that went back, as that of a node which was switched off and on. Samples
-// without virtual time are never asked for it.
+// Nanoseconds between two samples; 0 after a clock that went back, as that of a node which was switched off and on.
+// Samples without virtual time are never asked for it.
 uint64_t time_between(const fields &before, const fields &now, time_base base);
 
 } // namespace kelctl

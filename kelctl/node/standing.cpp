@@ -40,6 +40,7 @@ void look_up(const added_paths &added, port_knowledge &ports)
 }
 
 // A port's queue is created with its first path, so the queues of the snapshot and the ports left have the same order.
+// A guess where the look-ups say nothing: it is wrong only after failures that left a queue without a port.
 void match_in_order(const std::vector<snapshot::queue> &queues, const std::vector<int32_t> &ports_left,
                     port_knowledge &ports)
 {
@@ -49,7 +50,8 @@ void match_in_order(const std::vector<snapshot::queue> &queues, const std::vecto
             ++port;
 }
 
-// The library makes the schedulers above the queues in the order of its table of ports.
+// The library makes the schedulers above the queues in the order of its table of ports. A tree that is not whole, as
+// after a failed start, gets no names.
 void name_units(const snapshot &node, port_knowledge &ports)
 {
     std::vector<handle> above_queues;

@@ -1,4 +1,5 @@
-// What the session knows besides the counters.
+// What the session knows besides the counters. The document's reader is kel-exporter: what it needs is all that is
+// here.
 #include "kelctl/node/state.h"
 
 #include "kel/kel_node_names.h"
@@ -48,6 +49,8 @@ fields operations_of(const session &session)
     });
 }
 
+// What was asked for when the queue was made, not what the accelerator holds: on a vendor's platform nobody can ask
+// that.
 void describe_queues(const port_knowledge &ports, const session &session, fields &queues)
 {
     std::map<int32_t, handle> handles;
@@ -66,6 +69,7 @@ void describe_queues(const port_knowledge &ports, const session &session, fields
     }
 }
 
+// The PCEPs are those of the session, so each was made by a command.
 void describe_pceps(const session &session, fields &pceps)
 {
     std::map<uint32_t, const made_command *> made_by_id;
@@ -91,6 +95,7 @@ fields groups_of(const session &session)
 
 } // namespace
 
+// Clocks first, then the counters, as a sample has them (sample.h); after that, what the session knows of each object.
 result take_state(session &session)
 {
     const fields held = queues_now();

@@ -1,4 +1,5 @@
-// The operations that read counters.
+// The operations that read counters. Counters of both services come from the library alone; delays from the software
+// accelerator, where there is one.
 #include "kelctl/node/statistics.h"
 
 #include "kel/kel_core_ic_pcep.h"
@@ -30,6 +31,7 @@ fields counters_in(const text_buffer &text)
     return notation::try_read_json(text.data()).value_or(text.data());
 }
 
+// A read that fails does not end the others: counters of 40 queues are worth showing without the 41st.
 bool succeeds(result read, result &all)
 {
     std::ranges::move(read.failures, std::back_inserter(all.failures));
@@ -102,6 +104,8 @@ fields counters_of(const ebcom_queue_stats &stats)
             {"current_burst_size", stats.current_burst_size}};
 }
 
+// One call of the library for each queue and PCEP. Those of the session only: the library's ids of others are not
+// known.
 result read_counters(const fields &held, const port_knowledge &ports, const counted &which, session &session)
 {
     result all = {.shown = {{"queues", fields::array()}, {"pceps", fields::array()}}};

@@ -29,10 +29,11 @@ struct counted {
     }
 };
 
-// `held` are queues_now() (standing.h). Of the queues that are known (`queues`: `port`, `name`, and `counters`, null where the library finds the queue by no
-// destination), and of the PCEPs that the session made (`pceps`: `id`, `counters`). The formatting library's counters have
-// its names: what each of them counts, only the platform knows. `delays` are the software accelerator's, of each queue;
-// empty elsewhere. What could not be read is left out, and among the failures.
+// `held` are queues_now() (standing.h). Of the queues that are known (`queues`: `port`, `name`, and `counters`, null
+// where the library finds the queue by no destination), and of the PCEPs that the session made (`pceps`: `id`,
+// `counters`). The formatting library's counters have its names: what each of them counts, only the platform knows.
+// `delays` are the software accelerator's, of each queue; empty elsewhere. What could not be read is left out, and
+// among the failures.
 result read_counters(const fields &held, const port_knowledge &ports, const counted &which, session &session);
 
 // The same of everything, and before it the counters of the service (`ebcom`).

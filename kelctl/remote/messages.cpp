@@ -1,4 +1,5 @@
-// The members of requests and answers. Results are result_message.cpp.
+// The members of requests and answers. Results are result_message.cpp. Every message has its writer and its reader next
+// to each other: a member that only one of them knows is a mistake.
 #include "kelctl/remote/messages.h"
 
 #include "kelctl/remote/octets.h"
@@ -91,6 +92,7 @@ fields message_of(const command_request &asked)
     return message;
 }
 
+// Only the words are required, so that a request can be written by hand.
 command_request request_of(const fields &message)
 {
     command_request asked;

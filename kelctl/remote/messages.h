@@ -2,6 +2,8 @@
 //
 //     {"command": ["ebcom", "path", "add", "02:00:02:02:00:01", "--port", "RLU1P"]}     {"result": {"status": 0, ...}}
 //     {"ask": "words"}                                                                  {"macs": [...], ...}
+//
+// How lines get from one process to the other is socket/; both ends of a command are remote_node.h and standing_node.h.
 #pragma once
 
 #include "kelctl/language/known_words.h"
@@ -41,6 +43,7 @@ std::string error_in(const fields &message);
 fields question_of(const counted &which);
 counted counted_of(const fields &question);
 
+// The answer to {"ask": "words"}. Addresses that cannot be read are left out: they are only offered.
 fields message_of(const known_words &known);
 known_words known_of(const fields &message);
 

@@ -17,6 +17,7 @@ namespace
 {
 
 constexpr size_t longest_name = 64;
+// For all users of the machine: a node that root or a service holds.
 constexpr const char *everybody = "/run/kelctl";
 constexpr const char *ending = ".sock";
 
@@ -27,6 +28,7 @@ std::string session_folder()
     return folder && *folder == '/' ? fmt::format("{}/kelctl", folder) : "";
 }
 
+// Root serves for everybody even in a session of its own: others could not look into that session's folder.
 std::string serving_folder()
 {
     const std::string of_session = session_folder();
@@ -49,6 +51,7 @@ std::string node_name_for(const std::string &file)
     return std::filesystem::path(file).stem();
 }
 
+// The name becomes that of a file, and is shown on terminals.
 std::optional<std::string> wrong_node_name(const std::string &name)
 {
     if (name.empty())

@@ -1,5 +1,6 @@
 // Names of standing nodes, what is spoken with them, and where their sockets are: $XDG_RUNTIME_DIR/kelctl/NAME.sock, or
-// /run/kelctl/NAME.sock for root and without that variable.
+// /run/kelctl/NAME.sock for root and without that variable. Linked by kel-exporter, too, which knows nothing else of
+// kelctl.
 #pragma once
 
 #include "socket/protocol.h"
@@ -22,6 +23,7 @@ std::optional<std::string> wrong_node_name(const std::string &name);
 // Where a node of this name is served by this process.
 std::string socket_path(const std::string &name);
 
+// A socket that lies where nodes have theirs. Whether anybody serves it shows when it is connected to.
 struct node_socket {
     std::string name;
     std::string path;

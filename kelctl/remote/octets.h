@@ -8,6 +8,7 @@
 namespace kelctl
 {
 
+// Never fails: any octets have one of the two forms.
 notation::document document_of_octets(const std::string &octets);
 
 // Throws notation::document_error when it is neither.

@@ -20,6 +20,7 @@ namespace kelctl
 namespace
 {
 
+// A file that cannot be read is sent as its problem: the node decides what the command does without it.
 sent_file file_to_send(const std::string &name)
 {
     problem_list problems;
@@ -46,7 +47,8 @@ remote_node::remote_node(std::string name, std::chrono::milliseconds patience)
 {
 }
 
-// Two sockets may have the name: the first that answers counts, and of two that do not the first says why.
+// Two sockets may have the name: the first that answers counts, and of two that do not the first says why. A socket
+// that a killed process left behind answers nothing.
 void remote_node::connect()
 {
     std::string why = fmt::format("there is no node {}; \"kelctl nodes\" lists those that there are", in_quotes(name_));
@@ -61,6 +63,8 @@ void remote_node::connect()
     throw std::runtime_error(why);
 }
 
+// A file that cannot be written takes the place of the result: the command is carried out, but its caller has not got
+// what it asked for.
 answer remote_node::carry_out(const invocation &asked, const asker &whom)
 {
     command_request request = {words_of(asked), whom};
@@ -74,6 +78,7 @@ answer remote_node::carry_out(const invocation &asked, const asker &whom)
     return std::move(answered.given);
 }
 
+// The answer is waited for as long as it takes: a command may run for minutes, and a signal ends the wait.
 fields remote_node::ask(const fields &question)
 {
     if (!client_)

@@ -23,8 +23,8 @@ public:
     // Connects when it is asked first; throws std::runtime_error when no node of this name answers within the time.
     explicit remote_node(std::string name, std::chrono::milliseconds patience = usual_patience);
 
-    // Sends the texts of the files that the command reads, and writes those that it writes. Waits until the answer comes,
-    // or a signal that is recorded (input/interruption.h).
+    // Sends the texts of the files that the command reads, and writes those that it writes. Waits until the answer
+    // comes, or a signal that is recorded (input/interruption.h).
     answer carry_out(const invocation &asked, const asker &whom) override;
 
     fields ask(const fields &question) override;

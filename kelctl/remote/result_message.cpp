@@ -1,4 +1,5 @@
-// The members of a message, each written and read in one place.
+// The members of a message, each written and read in one place. Another version may add members: what is not known is
+// skipped.
 #include "kelctl/remote/result_message.h"
 
 #include "kelctl/remote/octets.h"
@@ -92,6 +93,7 @@ exit_status status_of(const fields &message)
 
 } // namespace
 
+// A text is a string, and values that people are shown instead are put into a list, so that the two can be told apart.
 fields message_of(result done)
 {
     fields message = {{"status", static_cast<int>(done.status)}};

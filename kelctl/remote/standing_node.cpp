@@ -35,6 +35,7 @@ constexpr sockets::server_limits limits = {.longest_request = size_t{24} << 20};
 
 constexpr std::string_view take_down_row = "down";
 
+// What the greeting of every connection says of the node.
 fields about(const sockets::place &where, const std::string &file)
 {
     return {{"name", document_of_octets(std::filesystem::path(where.path).stem())},
@@ -88,11 +89,13 @@ void standing_node::finish()
         poll(&waited, 1, -1);
 }
 
+// What is thrown here becomes the answer {"error": ...} in socket/server.cpp.
 std::string standing_node::answer_to(std::string_view request)
 {
     return notation::to_json(answer_to(notation::read_json(request)));
 }
 
+// A request with "command" is a command; any other is a question, which changes nothing on the node.
 fields standing_node::answer_to(const fields &request)
 {
     if (session_.finished)
@@ -115,6 +118,8 @@ fields standing_node::sample(const counted &which)
     return {{"result", message_of(take_sample(queues, ports_of(queues, session_.paths), which, session_))}};
 }
 
+// The row decides again whether the node may be asked: the asking process may be of another version, or no kelctl at
+// all.
 fields standing_node::carry_out(const fields &request)
 {
     command_request wanted = request_of(request);

@@ -26,6 +26,7 @@ std::set<int32_t> ports_in(const std::map<int32_t, size_t> &counts)
 
 } // namespace
 
+// A destination's group changes only with the first path on a port, and in remove() with the last.
 void added_paths::add(const kel_ebcom_path_config &path)
 {
     const mac_address destination = mac_address_at(path.dst_mac);
@@ -41,6 +42,7 @@ void added_paths::add(const kel_ebcom_path_config &path)
         regroup(destination, before, to);
 }
 
+// A path that the session did not add is none of its paths, though the library has removed it.
 void added_paths::remove(const kel_ebcom_path_config &path)
 {
     const mac_address destination = mac_address_at(path.dst_mac);

@@ -1,6 +1,10 @@
-// The paths and shapers that the session added and that still exist. The accelerator knows queues by handles only, so this
-// is what shows which port a queue belongs to (node/standing.h). What it keeps grows and shrinks with each path: nothing here
-// takes longer the more of them there are, up to logarithms.
+// The paths and shapers that the session added and that still exist. The accelerator knows queues by handles only, so
+// this is what shows which port a queue belongs to (node/standing.h). What it keeps grows and shrinks with each path:
+// nothing here takes longer the more of them there are, up to logarithms.
+//
+//     paths.add(config);          // after kel_core_ic_ebcom_path_add()
+//     for (const int32_t port : paths.ports())
+//         show(port, paths.first_on(port).shaping_rate);
 #pragma once
 
 #include "kel/kel_core_ic_ebcom.h"
@@ -18,11 +22,13 @@ namespace kelctl
 class added_paths
 {
 public:
+    // Call it after the library has added a path or a shaper.
     void add(const kel_ebcom_path_config &path);
 
     // Removes one to this destination through this port; nothing if the session added none.
     void remove(const kel_ebcom_path_config &path);
 
+    // Call it when the library has forgotten all of them.
     void clear();
     size_t size() const;
 

@@ -1,4 +1,4 @@
-// The wording of a failure report.
+// The wording of a failure report. As JSON the same facts are written by result_document.cpp.
 #include "kelctl/session/failure_report.h"
 
 #include "kelctl/library/explanation.h"

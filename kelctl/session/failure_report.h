@@ -15,8 +15,8 @@ namespace kelctl
 // What failed and why. Ends with a line end. `place` is put in front.
 std::string report_of(const failure &failure, const page &page, std::string_view place = "");
 
-// The records of the failure, to be shown before it, so that the answer stays on the screen. Without a tracer: that there
-// are none.
+// The records of the failure, to be shown before it, so that the answer stays on the screen. Without a tracer: that
+// there are none.
 std::string records_of(const failure &failure, bool tracer_installed, const page &page);
 
 // "it succeeded, but ...", and the records that report failures, which follow in lines further in.

@@ -1,4 +1,4 @@
-// Aligning names, values and columns.
+// Aligning names, values and columns. No command lays anything out by itself.
 #include "kelctl/session/fields_view.h"
 
 #include "kelctl/terminal/text.h"
@@ -17,6 +17,7 @@ namespace kelctl
 namespace
 {
 
+// Keys of documents have underscores; people read blanks.
 std::string title(std::string name)
 {
     std::replace(name.begin(), name.end(), '_', ' ');
@@ -28,6 +29,7 @@ bool is_table(const fields &value)
     return value.is_array() && !value.empty() && value[0].is_object();
 }
 
+// A value in one line. Documents within values do not occur in tables: they are shown as JSON.
 std::string cell(const fields &value)
 {
     switch (value.holds()) {
@@ -86,7 +88,8 @@ column column_of(const std::string &name, std::vector<std::string> title, const 
     return made;
 }
 
-// The same with its title broken into lines, as narrow as the values and the title's longest word allow.
+// The same with its title broken into lines, as narrow as the values and the title's longest word allow. Titles are
+// mostly longer than the numbers below them, so this saves most of the width.
 column narrowed(const column &wide, const fields &rows)
 {
     std::istringstream title(wide.title.front());
@@ -147,6 +150,8 @@ std::string part_of_table(const std::vector<column> &columns, const fields &rows
     return text;
 }
 
+// The first row says which columns there are: rows of a list have the same names. A part has two columns at least, even
+// if they are too wide: one alone would repeat forever.
 std::string table_text(const fields &rows, const page &page)
 {
     std::vector<column> columns;
@@ -198,6 +203,7 @@ std::string lines_on(const page &page, std::string_view text)
     return lines;
 }
 
+// Tables and values that have members are set apart by an empty line, and do not count for the width of the names.
 std::string fields_text(const fields &shown, const page &page)
 {
     if (shown.holds() == notation::kind::text)

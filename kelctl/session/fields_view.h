@@ -7,7 +7,7 @@
 //     port  name
 //        6  RLU1P
 //
-// Which columns a table of counters has is views/counter_tables.cpp.
+// Which columns a table of counters has is views/counter_tables.cpp. The same fields as JSON are result_document.h.
 #pragma once
 
 #include "kelctl/session/result.h"
@@ -29,6 +29,7 @@ struct page {
     std::optional<size_t> most_rows = {20}; // of a list; none: all
 };
 
+// With the width and the colours of a terminal, where the stream is one; 20 rows of a list.
 page page_for(std::FILE *stream);
 
 // A line with its end, folded where the page has a width.

@@ -3,6 +3,7 @@
 //
 //     the session that shows:   answer answered = elsewhere->carry_out(asked, {output_page(), tracing});
 //     the session of the node:  answer given = session.answer_to(asked, whom);
+// Here are only the types that both sides share, so that the session needs to know nothing of sockets.
 #pragma once
 
 #include "kelctl/language/command.h"
@@ -27,6 +28,7 @@ struct result_part {
     origin from;
 };
 
+// All that the process of the node says of one command.
 struct answer {
     result done;
     std::vector<result_part> parts = {}; // in their order; `done` has all of them

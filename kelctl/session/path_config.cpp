@@ -8,6 +8,8 @@
 namespace kelctl
 {
 
+// "--configured" is the shaping of a removal, which the library only traces. A path with a rate is shaped, unless
+// --shaping says otherwise.
 kel_ebcom_path_config path_of(const arguments &given)
 {
     kel_ebcom_path_config path{};

@@ -12,6 +12,7 @@
 namespace kelctl
 {
 
+// The worst status of the parts is that of the whole. A part's text is dropped: it has been shown.
 void add_part(result &whole, result part)
 {
     whole.shown_already = true;

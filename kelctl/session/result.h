@@ -31,6 +31,7 @@ struct input_error {
     position at = whole_file;
 };
 
+// What a command says of itself. `status` decides the exit status; the lists say why it is what it is.
 struct result {
     exit_status status = exit_done;
     fields shown = fields::object();

@@ -1,4 +1,5 @@
-// The keys of the document, in their order.
+// The keys of the document, in their order. Members that hold nothing are null, not left out, where programs ask for
+// them in every document.
 #include "kelctl/session/result_document.h"
 
 #include "kelctl/library/explanation.h"
@@ -81,6 +82,8 @@ void add_list(fields &document, const char *first_name, const char *others_name,
 
 } // namespace
 
+// The same keys for every command, whatever its result: a reader looks at "ok" first, and finds the rest where it
+// always is.
 fields document_of(const result &done, const invocation &asked, const origin &from, bool tracer_installed)
 {
     fields document = {{"command", asked.row->name}, {"arguments", arguments_of(asked)}};

@@ -1,5 +1,5 @@
 // A result as programs read it: one JSON document for each command. Its schema is docs/kelctl-json.md: keep the two
-// together.
+// together. As text it is result_view.h; for another process of kelctl, remote/result_message.h.
 #pragma once
 
 #include "kelctl/language/command.h"
@@ -10,6 +10,7 @@
 namespace kelctl
 {
 
+// The document of a command. Without a tracer `records` of a failure are null: there are none, whatever happened.
 fields document_of(const result &done, const invocation &asked, const origin &from, bool tracer_installed);
 
 // For a line that is no command.

@@ -1,4 +1,5 @@
-// The order of a result's parts, and the file and line in front of each.
+// The order of a result's parts, and the file and line in front of each. How values are laid out is fields_view.cpp,
+// what a failure's report says failure_report.cpp.
 #include "kelctl/session/result_view.h"
 
 #include "kelctl/session/failure_report.h"
@@ -65,6 +66,8 @@ std::string errors_text(const std::vector<input_error> &errors, std::string_view
 
 } // namespace
 
+// What a person needs next comes last, where the cursor is: values, warnings, errors, failures, and the remark. All of
+// standard error is written at once, so that nothing comes between.
 void show(const result &done, const origin &from, const manner &shown, bool tracer_installed)
 {
     if (done.shown_already)

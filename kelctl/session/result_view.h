@@ -10,6 +10,7 @@
 namespace kelctl
 {
 
+// Writes the result, unless its parts were shown already. `from` is put in front of what went wrong.
 void show(const result &done, const origin &from, const manner &shown, bool tracer_installed);
 
 // Of words that never became a command. `hint` follows, a line or nothing.

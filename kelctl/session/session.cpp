@@ -1,4 +1,5 @@
-// Carrying commands out, one after the other.
+// Carrying commands out, one after the other. What a command does is in its handler (commands/); here is what is done
+// around every one.
 #include "kelctl/session/session.h"
 
 #include "kelctl/accelerator/software_accelerator.h"
@@ -23,6 +24,8 @@ namespace kelctl
 namespace
 {
 
+// Whether the command can be carried out on the software accelerator of another process: the library is in that
+// process, and only what the accelerator itself offers is reached through its socket.
 bool uses_accelerator_only(const command &row)
 {
     return row.offline || row.carries_out_others || (row.needs_accelerator && row.carried_out == place::node);
@@ -94,6 +97,8 @@ session::session(const command_table &commands, source here, const manner &shown
 
 session::~session() = default;
 
+// Warnings about the surroundings (MPID, fault rules) come once for the program's own command, not for each line that
+// it carries out. The result as JSON is one document, so it is written after all of them.
 result session::carry_out(const invocation &asked, const std::string &file)
 {
     const source here = where;
@@ -128,6 +133,7 @@ void session::show_part(result &whole, result part, const origin &from)
     add_part(whole, std::move(part));
 }
 
+// The text of the call is made only when it fails: 10,000 paths are 10,000 calls.
 result session::called(std::string_view name, const std::function<std::string()> &text,
                        const std::function<uint32_t()> &call)
 {
@@ -170,6 +176,7 @@ std::string session::missing_service(const command &row) const
         where != source::program ? "" : "; run such commands in one process, with \"kelctl run\" or \"kelctl shell\"");
 }
 
+// The only place where an exception of a handler ends, so a command that throws is reported as any other that fails.
 result session::perform(const invocation &asked)
 {
     try {
@@ -206,7 +213,8 @@ result session::perform_elsewhere(const invocation &asked)
     return std::move(answered.done);
 }
 
-// As JSON, no part is shown by itself; quiet, nothing is drawn meanwhile either.
+// As JSON, no part is shown by itself; quiet, nothing is drawn meanwhile either. Commands come as from a shell: the
+// process goes on after them, so no hint suggests to run several of them in one process.
 answer session::answer_to(const invocation &asked, const asker &whom)
 {
     const manner own = std::exchange(shown_, {.json = true, .quiet = true});

@@ -2,6 +2,9 @@
 //
 //     session session(commands(), source::program, json, trace);
 //     const result done = session.carry_out(parse(session.table, words, session.where));
+//
+// What a job needs of its own (a script, a live view) is in jobs/; what is shown, in result_view.h. There is one
+// session in a process, used by the thread that configures.
 #pragma once
 
 #include "kelctl/accelerator/traffic_player.h"
@@ -30,6 +33,8 @@ namespace kelctl
 
 class trace_log;
 
+// Not for several threads. Everything that others need to keep between two commands is a public member, and has no rule
+// of its own.
 class session
 {
 public:
@@ -89,6 +94,7 @@ public:
     // Created by its first use: before the first call into the library there are no records.
     trace_log &log();
 
+    // Where the commands are carried out: here, or in the process of the node.
     bool tracer_installed() const;
 
     // Results become documents: here, or maybe where they are shown.

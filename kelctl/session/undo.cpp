@@ -1,4 +1,4 @@
-// Matching a command with the one that it undoes.
+// Matching a command with the one that it undoes. Carrying them out is jobs/take_down.cpp.
 #include "kelctl/session/undo.h"
 
 #include <algorithm>
@@ -12,6 +12,8 @@ namespace kelctl
 namespace
 {
 
+// Any order that is the same each time: equal undo commands have to come together. The rows' addresses decide first,
+// and arguments are compared only within one row.
 bool comes_before(const invocation &one, const invocation &other)
 {
     return std::tie(one.row, one.given) < std::tie(other.row, other.given);
@@ -56,6 +58,7 @@ bool undo_stack::by_undo::operator()(const command *undo, const entry &one) cons
     return std::less()(undo, one->undo.row);
 }
 
+// Sorted by their numbers: the set has them in the order of their arguments.
 std::vector<const made_command *> undo_stack::made_by(std::string_view row) const
 {
     const command *const maker = table_.find(row);
@@ -74,7 +77,8 @@ void undo_stack::push(made_command made)
     undone_by_.insert(made_.insert(made_.end(), std::move(made)));
 }
 
-// Of equal commands the newest one is undone.
+// Of equal commands the newest one is undone. What has no undo but makes something (the MP id) stays on the stack, for
+// the reports.
 void undo_stack::note(const invocation &asked)
 {
     if (auto undo = undo_of(asked, table_))

@@ -1,5 +1,8 @@
 // The stack of what this process has made and not undone: for each command that succeeded, the one that undoes it. Rows
 // name the command that undoes them (`.undo`); jobs/take_down.h carries these out.
+//
+//     stack.note(add_path);       // pushes it, with the command that removes the path
+//     stack.note(remove_path);    // of the same path: takes it off again
 #pragma once
 
 #include "kelctl/language/command.h"
@@ -17,6 +20,7 @@ namespace kelctl
 // The command that undoes this one, with the arguments that both have. None when its row names none.
 std::optional<invocation> undo_of(const invocation &asked, const command_table &table);
 
+// A command that was carried out, with the one that undoes it.
 struct made_command {
     invocation asked;
     invocation undo;     // without a row: nothing undoes it
@@ -24,6 +28,7 @@ struct made_command {
     uint64_t number = 0; // counts up: no other one of the stack had it
 };
 
+// A session's own. Looking up, pushing and removing take logarithms of its size.
 class undo_stack
 {
 public:
@@ -46,6 +51,7 @@ public:
     // What this command made, the oldest first: found without a look at all.
     std::vector<const made_command *> made_by(std::string_view row) const;
 
+    // Takes the newest one off without undoing it. There is one.
     void drop_last();
 
     // Empties the stack without undoing anything: what was made stays on the node.

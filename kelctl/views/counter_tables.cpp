@@ -1,4 +1,5 @@
-// The columns: which value of a document is under which title.
+// The columns: which value of a document is under which title. Titles say what a column counts and, where it has one,
+// its unit.
 #include "kelctl/views/counter_tables.h"
 
 #include "kelctl/values/quantity.h"
@@ -115,6 +116,7 @@ fields pcep_row(const fields &pcep)
 
 } // namespace
 
+// Blocks of the service go through under the platform's titles; queues get columns that are the same everywhere.
 fields statistics_tables(const fields &read)
 {
     fields shown = fields::object();

@@ -1,4 +1,5 @@
-// The objects that are left on the node, by kind: after a take-down, which should leave none, and after `up --keep`.
+// The objects that are left on the node, by kind: after a take-down, which should leave none, and after `up --keep`. A
+// node that is as it should be is shown by node_view.h.
 #pragma once
 
 #include "kelctl/accelerator/snapshot.h"

@@ -40,6 +40,8 @@ std::string note_for(handle used, handle queue, const port_knowledge &ports)
     return used == 0 ? "without a queue" : "sent through " + queue_name(ports, used);
 }
 
+// Those that the accelerator sends through this queue, and those that were added on its port but are sent through
+// another: the latter get a note.
 std::vector<destination> destinations_of(handle queue, const std::map<mac_address, handle> &queue_of,
                                          const port_knowledge &ports)
 {
@@ -60,6 +62,7 @@ std::vector<destination> destinations_of(handle queue, const std::map<mac_addres
     return found;
 }
 
+// Draws the tree from its roots. Look-ups by parent are made once, as a snapshot lists objects without their children.
 class tree_renderer
 {
 public:

@@ -1,4 +1,4 @@
-// The objects of a node as text: what `up` shows.
+// The objects of a node as text: what `up` shows. Counters are counter_tables.h.
 #pragma once
 
 #include "kelctl/accelerator/snapshot.h"

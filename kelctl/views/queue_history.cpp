@@ -19,6 +19,8 @@ uint64_t grown(uint64_t before, uint64_t now)
 
 } // namespace
 
+// The newest sample is always kept, as the end of the picture; it goes with the next one if it is not one of those that
+// are kept. When there are too many, every second one goes, and from then on half as many are kept.
 void queue_history::add(uint64_t time, const fields &sample)
 {
     if (samples_ > 0 && (samples_ - 1) % every_ != 0)
@@ -61,6 +63,7 @@ plotted_step queue_history::step_between(const reading &before, const reading &n
     return step;
 }
 
+// A queue may come and go: only two neighbouring samples that both have it make a step.
 std::vector<plotted_queue> queue_history::steps() const
 {
     std::map<int32_t, plotted_queue> queues;

@@ -1,4 +1,8 @@
 // The queues of a node over time, from samples (node/sample.h), to be drawn.
+//
+//     history.add(0, sample);
+//     history.add(200'000'000, next_sample);
+//     draw_plot("queues.svg", queue_plot(history.steps(), {"time", "mean delay"}));
 #pragma once
 
 #include "kelctl/session/result.h"
@@ -13,6 +17,7 @@
 namespace kelctl
 {
 
+// Room does not grow with time: a view may run for days.
 class queue_history
 {
 public:

@@ -1,4 +1,5 @@
-// Steps into gnuplot's data, and what it is to draw of them.
+// Steps into gnuplot's data, and what it is to draw of them. Which samples the steps are made from is
+// queue_history.cpp.
 #include "kelctl/views/queue_plot.h"
 
 #include "kelctl/accelerator/drawing_program.h"
@@ -70,6 +71,7 @@ std::string lines_of(const plotted_step &step, double unit_of_time)
                        number(step.end, unit_of_time), levels);
 }
 
+// The data is in the program itself, as a block for each queue: gnuplot reads one input.
 std::string data_of(std::span<const plotted_queue *const> queues, double unit_of_time)
 {
     std::string data;
@@ -101,6 +103,7 @@ std::string drawn(const diagram &shown, std::span<const plotted_queue *const> qu
 
 } // namespace
 
+// Three diagrams below one another: only the first explains the lines, and only the last has the times.
 std::string queue_plot(const std::vector<plotted_queue> &queues, const plot_titles &titles)
 {
     uint64_t end = 1;
