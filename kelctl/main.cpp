@@ -1,4 +1,7 @@
 // kelctl: from the program's arguments to a command, and from its result to the exit status.
+//
+// What a command does is in kelctl/commands, and how it is carried out in kelctl/session: here is only what comes
+// before and after.
 #include "kelctl/accelerator/software_accelerator.h"
 #include "kelctl/commands/commands.h"
 #include "kelctl/language/command_line.h"
@@ -49,7 +52,7 @@ completion node_names(const std::string &begun)
     return names;
 }
 
-// A person waits for these.
+// A person waits for these. A node that does not answer within a second offers nothing.
 known_words words_of_node(const std::string &name)
 {
     try {
@@ -109,6 +112,7 @@ void write_error(std::string_view what)
     write(stderr, line_on(page_for(stderr), fmt::format("kelctl: {}", what)));
 }
 
+// The node elsewhere is made in any case: it connects when it is asked first.
 int run(std::vector<word> words)
 {
     if (!words.empty() && words.front().text == "--complete")

@@ -1,4 +1,5 @@
-// From two models to a plan, and from a plan that failed back to the old model.
+// From two models to a plan, and from a plan that failed back to the old model. What is compared, planned and repaired
+// is in the files beside this one.
 #include "kelctl/change/apply.h"
 
 #include "kelctl/change/change_plan.h"
@@ -78,7 +79,8 @@ void show_read_back(const std::optional<std::vector<discrepancy>> &held, result 
         done.warnings.push_back(without_place(std::string(not_read_back)));
 }
 
-// A change of a running node, step by step.
+// A change of a running node, step by step. The constructor makes the plan and describes it; carrying it out changes
+// nothing of the description.
 class change
 {
 public:
@@ -102,6 +104,8 @@ public:
         return take_result();
     }
 
+    // New discrepancies are looked for after a success, too: the library may have succeeded while the accelerator did
+    // not.
     result carry_out()
     {
         if (refuse())
@@ -127,7 +131,8 @@ private:
         return !plan_.refusals.empty();
     }
 
-    // What fails leaves what it left: true when nothing did.
+    // What fails leaves what it left: true when nothing did. A repair may find that something is left which no command
+    // removes: that is told at the end.
     bool perform(const invocation &step)
     {
         result made = session_.perform(step);
@@ -142,6 +147,7 @@ private:
         return false;
     }
 
+    // Signals are looked at between steps: a step is a call of the library, which ends soon.
     bool perform_until_failure()
     {
         size_t count = 0;
@@ -213,6 +219,7 @@ private:
 
 } // namespace
 
+// A discrepancy alone makes the status 1 as well: what is compared is then not what there is.
 result difference_from(const std::vector<invocation> &wanted, session &session)
 {
     const node_model now = model_of(session);

@@ -1,4 +1,5 @@
-// What goes and what comes is marked first, then put into order.
+// What goes and what comes is marked first, then put into order. Marks are indexes into the two models, so objects are
+// neither copied nor looked for again.
 #include "kelctl/change/change_plan.h"
 
 #include "kelctl/change/difference.h"
@@ -68,6 +69,8 @@ public:
         crowded_ = room && destinations.size() > *room;
     }
 
+    // Each step of the marking relies on those before it: a PCEP's members follow the PCEP, and which path to a
+    // destination would be the last one follows from all paths that are added.
     change_plan plan() &&
     {
         mark_ports();
@@ -84,7 +87,8 @@ public:
     }
 
 private:
-    // Those whose queue has to be made anew, and those that could not hold the paths of both nodes for a moment.
+    // Those whose queue has to be made anew, and those that could not hold the paths of both nodes for a moment. Their
+    // paths are all removed first, so that the queue goes.
     void mark_ports()
     {
         for (const auto &[port, paths] : now_.on_port) {
@@ -112,6 +116,8 @@ private:
                 first_[i] = true;
     }
 
+    // For objects of which there is one of a key, other than paths and shapers. Parameters are set anew and never
+    // removed.
     void mark_object(const object_key &key)
     {
         const auto have = now_.all(key);
@@ -143,6 +149,7 @@ private:
         now_.touch(have);
     }
 
+    // A PCEP that is removed takes its memberships with it, so those that are wanted are made again.
     void mark_members_of_new_pceps()
     {
         for (const auto &[key, objects] : now_.by_key) {
@@ -155,7 +162,8 @@ private:
         }
     }
 
-    // The path through which the accelerator would send after the steps marked so far may be another than the wanted one.
+    // The path through which the accelerator would send after the steps marked so far may be another than the wanted
+    // one.
     void mark_last_paths()
     {
         for (const auto &[mac, paths] : now_.paths_to) {
@@ -181,6 +189,8 @@ private:
             first_[i] = true;
     }
 
+    // Members go before their groups and PCEPs, and come after them. Paths that have to go first do; the others are
+    // removed only after new ones were added, so that a queue that both use stays.
     void put_in_order()
     {
         using enum object_kind;
@@ -210,6 +220,7 @@ private:
                     plan_.steps.push_back(std::move(*undo));
     }
 
+    // In the order of the model, in which the node file has them.
     void make(std::initializer_list<object_kind> kinds)
     {
         for (size_t i = 0; i < wanted_.model.size(); ++i)

@@ -1,4 +1,4 @@
-// Objects of both models by their keys.
+// Objects of both models by their keys. Nothing is decided here about how one becomes the other: change_plan.cpp.
 #include "kelctl/change/difference.h"
 
 #include "kelctl/language/command_text.h"
@@ -93,6 +93,7 @@ private:
             found_.push_back({key, "changed", shaping_text(now, wanted), shaping_text(wanted, now)});
     }
 
+    // Objects with one key are alike but for their settings; of paths and shapers these are the queue's.
     void compare_objects(const object_key &key, const both &objects)
     {
         for (size_t i = objects.wanted.size(); i < objects.now.size(); ++i)

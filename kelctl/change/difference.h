@@ -1,4 +1,8 @@
-// The difference between what exists and what is wanted, object by object.
+// The difference between what exists and what is wanted, object by object. What the accelerator holds beside it is
+// held.h.
+//
+//     for (const node_change &one : differences(model_of(session), model_of(lines)))
+//         report(one.change, name_of(one.object));    // "removed", "path to 02:00:00:02:00:01 on RLU1P (6)"
 #pragma once
 
 #include "kelctl/change/node_model.h"
@@ -12,6 +16,7 @@
 namespace kelctl
 {
 
+// One object that is not the same in both. The texts are for people; what to do about it is change_plan.h.
 struct node_change {
     object_key object;
     std::string_view change; // "added", "removed", "changed"
@@ -19,8 +24,9 @@ struct node_change {
     std::string becomes = {};
 };
 
-// From `now` to `wanted`, in the order of the keys. A queue whose shaping differs is one change, however many paths lead
-// through it. A destination of several paths is sent through the one added last: another one is a change of that path.
+// From `now` to `wanted`, in the order of the keys. A queue whose shaping differs is one change, however many paths
+// lead through it. A destination of several paths is sent through the one added last: another one is a change of that
+// path.
 std::vector<node_change> differences(const node_model &now, const node_model &wanted);
 
 // Whether two paths ask for the same queue.

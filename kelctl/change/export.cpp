@@ -18,6 +18,7 @@ namespace kelctl
 namespace
 {
 
+// Whether the path is the next one of a line that makes `count` paths. Raw values and shaping must be the same, too.
 bool follows(const invocation &path, const invocation &last, uint32_t count)
 {
     invocation next = last;
@@ -49,7 +50,8 @@ std::vector<invocation> lines_of(const node_model &model)
     return lines;
 }
 
-// What the file would not make as it is.
+// What the file would not make as it is. The PCEP service without a PCEP is only warned of, in exported_node(): what is
+// lost is an empty service.
 std::vector<input_error> objections_to(const std::string &text, const node_model &model, const session &session)
 {
     loaded_lines read = load_node_text("", text, session.table);
@@ -66,6 +68,7 @@ std::vector<input_error> objections_to(const std::string &text, const node_model
 
 } // namespace
 
+// A script needs no reading back: its lines are those that were carried out.
 exported exported_node(bool as_script, const session &session)
 {
     const node_model model = model_of(session);

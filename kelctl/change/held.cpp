@@ -1,4 +1,5 @@
-// One function for each kind of object.
+// One function for each kind of object. The accelerator cuts some values to the bits that it has: what was asked is cut
+// in the same way before it is compared.
 #include "kelctl/change/held.h"
 
 #include "kelctl/node/standing.h"
@@ -169,6 +170,7 @@ private:
             report(key, fmt::format("the accelerator sends through {}", port_text(port->second)));
     }
 
+    // What was asked for and is found is taken out of the list; what is left over at the end is missing.
     void compare_pceps()
     {
         std::map<int64_t, const node_object *> asked;
@@ -185,6 +187,7 @@ private:
             report(object->key, missing);
     }
 
+    // The library binds a PCEP by its local address alone, so whether it should be bound follows from that.
     void compare_pcep(const node_object &object, const snapshot::pcep &held)
     {
         const arguments &asked = object.asked.given;
@@ -198,6 +201,7 @@ private:
             report(object.key, held.bound ? "it is bound" : "it is not bound to the EHSFP");
     }
 
+    // A PCEP may be a member more than once, so members are compared with their counts and without their order.
     void compare_groups()
     {
         std::map<int64_t, std::multiset<int64_t>> asked;

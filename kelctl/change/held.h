@@ -1,4 +1,5 @@
-// What the software accelerator really holds, compared with what this process set up.
+// What the software accelerator really holds, compared with what this process set up. Differences between this process
+// and a node file are difference.h.
 #pragma once
 
 #include "kelctl/change/node_model.h"
@@ -11,6 +12,7 @@
 namespace kelctl
 {
 
+// What is said of one object that the accelerator holds in another way, or not, or alone.
 struct discrepancy {
     object_kind kind;
     std::string object; // its name

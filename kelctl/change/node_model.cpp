@@ -16,6 +16,7 @@ namespace kelctl
 namespace
 {
 
+// A row that makes an object, and which of its arguments are the object's key.
 struct maker {
     std::string_view row;
     object_kind kind;
@@ -50,7 +51,8 @@ object_key key_of(const maker &made, const arguments &given)
     return key;
 }
 
-// Several paths of one line are as many objects.
+// Several paths of one line are as many objects. Where a line comes from and how its result is shown are left out, so
+// that equal commands compare as equal.
 void add_objects(invocation line, node_model &model)
 {
     const auto *const made = std::ranges::find(makers, line.row->name, &maker::row);
@@ -68,6 +70,7 @@ void add_objects(invocation line, node_model &model)
     model.push_back({key_of(*made, line.given), std::move(line)});
 }
 
+// Paths and shapers are not sorted apart: which of them came first on a port has made its queue.
 object_kind rank_of(const node_object &object)
 {
     return object.key.kind == object_kind::shaper ? object_kind::path : object.key.kind;
@@ -88,6 +91,7 @@ node_model in_order(node_model model)
 
 } // namespace
 
+// People see these names, and documents have them as `object`.
 std::string name_of(const object_key &key)
 {
     const auto port = [&] { return port_text(static_cast<int32_t>(key.number)); };

@@ -1,5 +1,8 @@
 // A node as the commands that make it: what this process set up, or what a node file wants. Both have the same form, so
 // that they can be compared object by object (difference.h) and one can become the other (change_plan.h).
+//
+//     ebcom path add 02:00:00:02:00:01 --port RLU1P --count 2     two objects: the paths to ...:01 and to ...:02
+//     traffic stream add ...                                      none
 #pragma once
 
 #include "kelctl/language/command.h"
@@ -58,7 +61,8 @@ using node_model = std::vector<node_object>;
 // Of the lines of a node file. Lines that make no object of the node, such as streams of traffic, are left out.
 node_model model_of(const std::vector<invocation> &lines);
 
-// Of what this process made and has not undone. What a stopped service has forgotten is left out, as nothing can undo it.
+// Of what this process made and has not undone. What a stopped service has forgotten is left out, as nothing can undo
+// it.
 node_model model_of(const session &session);
 
 } // namespace kelctl

@@ -1,4 +1,4 @@
-// A row for each step that leaves something.
+// A row for each step that leaves something. Steps that are not in the table leave nothing when they fail.
 #include "kelctl/change/repair.h"
 
 #include "kel/kel_core_ic_ebcom.h"
@@ -79,8 +79,8 @@ std::optional<discrepancy> after_path_add(const failed_step &step)
     return std::nullopt;
 }
 
-// The path stays with its count, and may have lost its reference and even its queue. Where it is the only one, adding it
-// once more leads it through the queue that there is now, and removing that one only counts down.
+// The path stays with its count, and may have lost its reference and even its queue. Where it is the only one, adding
+// it once more leads it through the queue that there is now, and removing that one only counts down.
 std::optional<discrepancy> after_path_removal(const failed_step &step)
 {
     const node_model references = references_of(step);

@@ -12,8 +12,8 @@
 namespace kelctl
 {
 
-// `step`, which made or removed an object, failed with this code. Returns what it may have left that nobody can tell, and
-// that stays.
+// `step`, which made or removed an object, failed with this code. Returns what it may have left that nobody can tell,
+// and that stays.
 std::optional<discrepancy> repair(const invocation &step, uint32_t code, session &session);
 
 } // namespace kelctl

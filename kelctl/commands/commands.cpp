@@ -1,5 +1,5 @@
-// The program's table as a whole: the groups, and the rows of all families in the order in which help lists them. The rows
-// themselves are in commands_*.cpp.
+// The program's table as a whole: the groups, and the rows of all families in the order in which help lists them. The
+// rows themselves are in commands_*.cpp.
 #include "kelctl/commands/commands.h"
 
 #include <algorithm>
@@ -21,6 +21,7 @@ constexpr command_group groups[] = {
     {"fault", "the software accelerator's faults"},
 };
 
+// Made once: rows refer to nothing that changes while the program runs.
 std::vector<command> all_rows()
 {
     std::vector<command> all;

@@ -1,4 +1,5 @@
-// The program's own commands: its families of rows, and the table that commands.cpp makes of them.
+// The program's own commands: its families of rows, and the table that commands.cpp makes of them. To add a command,
+// add a row to its family; to add a family, also its name here and in commands.cpp.
 #pragma once
 
 #include "kelctl/language/command.h"
@@ -8,6 +9,7 @@
 namespace kelctl
 {
 
+// Lives as long as the program, as invocations refer to it.
 const command_table &commands();
 
 std::vector<command> node_commands();        // up, check, plan

@@ -62,7 +62,8 @@ result written_picture(const std::string &format, const std::string &file, const
     return {.shown = {{"format", format}, {"file", file}}};
 }
 
-// The accelerator labels queues and schedulers with handles only; the session knows their ports and units.
+// The accelerator labels queues and schedulers with handles only; the session knows their ports and units. A handle is
+// a whole label in the graph, between the marks of Graphviz's own markup.
 void add_name(handle of, const std::string &name, std::string &graph)
 {
     const std::string shown = fmt::format(">0x{:x}<", of);
@@ -80,6 +81,7 @@ std::string with_names(std::string graph, const session &session)
     return graph;
 }
 
+// Options are checked first, and the timestamp thread is waited for: two pictures of one node are the same.
 result draw(const invocation &asked, session &session)
 {
     const std::string &format = asked.given.text("--format");

@@ -1,4 +1,5 @@
-// What exists beside what a node file wants.
+// What exists beside what a node file wants. What these commands do is in kelctl/change; here are their files and their
+// output.
 #include "kelctl/change/apply.h"
 #include "kelctl/change/export.h"
 #include "kelctl/commands/commands.h"
@@ -45,6 +46,7 @@ interrupts. So it does of a PCEP that changes.
 When a step fails, or after Ctrl-C, the old node is restored; what is not as it
 was is listed. The MP id cannot change while the process lives.)";
 
+// A file is written only if the node file says all that there is: half of a node would be taken for the whole.
 result export_node(const invocation &asked, session &session)
 {
     const bool as_script = asked.given.has("--script");

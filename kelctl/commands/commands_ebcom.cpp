@@ -1,5 +1,5 @@
-// Rows of the EBCOM service: its interface, start and stop, the timestamp offset, the scheduler tree. Its parameters are in
-// commands_parameters.cpp, its paths in commands_path.cpp, its counters in commands_statistics.cpp.
+// Rows of the EBCOM service: its interface, start and stop, the timestamp offset, the scheduler tree. Its parameters
+// are in commands_parameters.cpp, its paths in commands_path.cpp, its counters in commands_statistics.cpp.
 #include "kel/kel_core_ic_ebcom.h"
 #include "kelctl/commands/commands.h"
 #include "kelctl/session/session.h"

@@ -1,5 +1,5 @@
-// Rows of the fault group: rules that make closed calls fail, delay them or block them. The syntax of a rule belongs to the
-// software accelerator; this file passes rules on as text.
+// Rows of the fault group: rules that make closed calls fail, delay them or block them. The syntax of a rule belongs to
+// the software accelerator; this file passes rules on as text.
 #include "kelctl/accelerator/software_accelerator.h"
 #include "kelctl/commands/commands.h"
 #include "kelctl/node/load_node_file.h"
@@ -37,6 +37,7 @@ result add_file(const std::string &file)
     return {};
 }
 
+// Several rules are added as one text, so that all of them are added or none.
 result add_faults(const invocation &asked, session &)
 {
     const auto &rules = asked.given.get<std::vector<std::string>>("RULE");

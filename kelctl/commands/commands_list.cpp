@@ -1,4 +1,5 @@
-// What exists of each kind: what this process set up, on every platform.
+// What exists of each kind: what this process set up, on every platform. What the software accelerator holds is shown
+// by "snapshot" (commands_accelerator.cpp); how objects are found is change/node_model.h.
 #include "kel/kel_node_names.h"
 #include "kelctl/change/held.h"
 #include "kelctl/change/node_model.h"
@@ -25,7 +26,7 @@ compared with what the accelerator holds, and every difference is a warning.)";
 constexpr std::pair<std::string_view, std::span<const unit>> quantities[] = {
     {"rate", rate_units}, {"burst", size_units}, {"threshold", size_units}};
 
-// A row with its quantities in units, as people read it.
+// A row with its quantities in units, as people read it. Programs get plain numbers in kbit/s and octets.
 fields row_for_people(const fields &row)
 {
     fields shown = fields::object();
@@ -138,6 +139,7 @@ bool holds(const fields &list, int64_t number)
     return std::any_of(list.begin(), list.end(), [&](const fields &one) { return one.number<int64_t>() == number; });
 }
 
+// Members are collected first, as they come after all groups in the model.
 result list_groups(const invocation &asked, session &session)
 {
     const node_model model = model_of(session);
@@ -156,6 +158,7 @@ result list_groups(const invocation &asked, session &session)
     return listed("groups", std::move(rows), object_kind::group, model, session);
 }
 
+// An option that leaves out all other rows.
 argument only(std::string name, argument_kind kind, std::string help)
 {
     return {.name = std::move(name), .kind = std::move(kind), .help = std::move(help), .required = false};

@@ -1,4 +1,5 @@
-// Rows that work on a whole node file: up, check, plan. Running up is in kelctl/jobs, reading the file in kelctl/nodefile.
+// Rows that work on a whole node file: up, check, plan. Running up is in kelctl/jobs, reading the file in
+// kelctl/nodefile.
 #include "kelctl/commands/commands.h"
 #include "kelctl/commands/watch_arguments.h"
 #include "kelctl/jobs/hold.h"
@@ -44,6 +45,7 @@ file again.
 
 systemd holds the node of /etc/kelctl/NAME.toml as the service kelctl@NAME.)";
 
+// The options of the live view are those of `watch`, each of which requires --watch here.
 std::vector<argument> arguments_of_up()
 {
     std::vector<argument> all = {
@@ -63,7 +65,7 @@ std::vector<argument> arguments_of_up()
     return all;
 }
 
-// A file may have a name that no node can have.
+// A file may have a name that no node can have. It is refused before the node comes up, not when it is to be served.
 std::optional<objection> check_name(const arguments &given)
 {
     auto wrong = given.has("--hold") ? wrong_node_name(name_of_node(given)) : std::nullopt;

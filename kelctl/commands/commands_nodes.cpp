@@ -1,4 +1,4 @@
-// Nodes of other processes: which there are, and the end of one.
+// Nodes of other processes: which there are, and the end of one. Commands for such a node are the others, after --node.
 #include "kelctl/commands/commands.h"
 #include "kelctl/remote/messages.h"
 #include "kelctl/remote/node_names.h"
@@ -22,6 +22,7 @@ constexpr std::string_view down_details =
     R"(Which one is said before the command: "kelctl --node NAME down". The process that
 holds it shows the report as well, and ends.)";
 
+// For one node that does not answer; a list of several waits so long for each of them.
 constexpr std::chrono::seconds patience(1);
 
 fields row_of(const node_socket &one)
@@ -47,7 +48,8 @@ result list_nodes(const invocation &, session &)
     return {.shown = {{"nodes", rows}}};
 }
 
-// Where a node stands, remote/standing_node.cpp takes it down.
+// Where a node stands, remote/standing_node.cpp takes it down. Its row exists so that help, completion and --node know
+// the command.
 result take_down_nothing(const invocation &, session &)
 {
     return wrong_use("\"down\" is for a node that another process holds: name it with --node");

@@ -98,6 +98,7 @@ result change_paths(const invocation &asked, session &session)
     return {.code = 0};
 }
 
+// The session follows what succeeded only: what a failure leaves is not known.
 template <uint32_t (*Function)(const kel_ebcom_path_config *), change Change>
 result change_path(const invocation &asked, session &session)
 {
@@ -110,12 +111,14 @@ result change_path(const invocation &asked, session &session)
     return done;
 }
 
+// So a script that was recorded on another node runs with the handles of that one.
 void name_handle(const arguments &given, void *handle, session &session)
 {
     if (given.has("--as"))
         session.handles[given.get<uint64_t>("--as")] = reinterpret_cast<uint64_t>(handle);
 }
 
+// A refused call may return a queue as well, so the handle is shown whenever there is one.
 template <uint32_t (*Function)(const kel_ebcom_path_config *, ork_ebcom_pcep_path *), change Change>
 result change_shaper(const invocation &asked, session &session)
 {

@@ -45,6 +45,7 @@ const argument words_of_a_command = {.name = "COMMAND",
                                      .required = false,
                                      .repeated = true};
 
+// Words may be those of a command, or the beginning of several.
 result show_help(const invocation &asked, session &session)
 {
     const std::string words = joined(asked.given.get<std::vector<std::string>>("COMMAND"), " ");
@@ -69,6 +70,7 @@ result leave(const invocation &, session &session)
     return {};
 }
 
+// It is never carried out: the grammar takes "expect CODE" off a line that goes on (language/line_parts.h).
 const command expectation = {
     .name = expect_name,
     .variants = {{}},

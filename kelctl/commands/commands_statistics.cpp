@@ -1,5 +1,5 @@
-// Rows of counters: of the service, of queues, of PCEPs; as records and as the formatting library's text. A row of this file
-// has one variant per exported function, because several functions read the same counters.
+// Rows of counters: of the service, of queues, of PCEPs; as records and as the formatting library's text. A row of this
+// file has one variant per exported function, because several functions read the same counters.
 #include "kel/kel_core_ic_ebcom.h"
 #include "kel/kel_core_ic_pcep.h"
 #include "kelctl/commands/commands.h"
@@ -103,6 +103,7 @@ template <auto Function> result queue_text(const invocation &asked, session &ses
     return laid_out(asked, session, Function, parameter::input("dst_mac", asked.given.mac("MAC")));
 }
 
+// Handles may have names of another node (--as); 0 is passed where none is given.
 result burst_record(const invocation &asked, session &session)
 {
     const auto handle = [&](const char *name) {
@@ -118,6 +119,7 @@ result burst_record(const invocation &asked, session &session)
 
 // ---- PCEPs ----
 
+// Members have the names of the record's: only the driver kit knows what they count.
 result pcep_driver_kit_record(const invocation &asked, session &session)
 {
     ebcom_pcep_stats stats{};

@@ -63,6 +63,7 @@ std::optional<sweep_report> sweep_in_sight(const command_table &table, const std
     return report;
 }
 
+// An ended sweep fails: what it did not try may leave anything.
 result swept(const sweep_report &report, const std::string &file)
 {
     const bool ended = report.runs.size() < report.planned;
@@ -78,6 +79,7 @@ result swept(const sweep_report &report, const std::string &file)
     return done;
 }
 
+// The script is read and parsed once; its children repeat the lines.
 result sweep_script(const invocation &asked, session &session)
 {
     const std::string &file = asked.given.text("SCRIPT");

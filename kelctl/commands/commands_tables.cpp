@@ -89,6 +89,7 @@ constexpr struct {
     {ORK_OUTOFRANGE, "OUTOFRANGE"},
 };
 
+// Texts come from the closed libraries, as trace records have them, and not from tables of kelctl.
 result show_codes(const invocation &, session &)
 {
     result done;
@@ -121,6 +122,7 @@ constexpr struct {
     {"priority", priority_range},
 };
 
+// Limits of the library, of the platform where it says any, and of values where kelctl is stricter than both.
 result show_limits(const invocation &, session &)
 {
     kel_ebcom_capabilities capabilities{};

@@ -1,5 +1,5 @@
-// Rows of the exported tracing functions: the message formatter, the empty trace point, the restart request. Recordings are
-// kel-trace's.
+// Rows of the exported tracing functions: the message formatter, the empty trace point, the restart request. Recordings
+// are kel-trace's. These functions return no code, so each is called as one that returns 0.
 #include "kel/kel_trace.h"
 #include "kelctl/commands/commands.h"
 #include "kelctl/session/session.h"

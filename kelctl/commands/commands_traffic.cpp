@@ -1,5 +1,6 @@
 // Rows of virtual traffic: frames offered at once, and streams that pass with virtual time. Captures are in
-// commands_replay.cpp.
+// commands_replay.cpp. When the frames of a stream come is accelerator/traffic_schedule.cpp; a stream is no object of
+// the node, and nothing undoes it.
 #include "kelctl/accelerator/software_accelerator.h"
 #include "kelctl/commands/commands.h"
 #include "kelctl/session/session.h"

@@ -1,4 +1,4 @@
-// The live view of what the session made.
+// The live view of what the session made. The view itself is jobs/watch.h, and what it shows node/rates.h.
 #include "kelctl/commands/commands.h"
 #include "kelctl/commands/watch_arguments.h"
 #include "kelctl/jobs/watch.h"

@@ -1,5 +1,5 @@
-// The sections of kelctl(1). Texts about single commands are in their rows (kelctl/commands), so that help shows the same;
-// only what belongs to no command is written here.
+// The sections of kelctl(1). Texts about single commands are in their rows (kelctl/commands), so that help shows the
+// same; only what belongs to no command is written here.
 #include "kelctl/documents/manual.h"
 
 #include "kelctl/documents/roff.h"
@@ -95,6 +95,7 @@ void add_meanings(roff_page &page, std::span<const meaning> meanings)
 
 } // namespace
 
+// The sections in the order of man-pages(7).
 std::string program_manual(const command_table &table, std::string_view version)
 {
     roff_page page("kelctl", 1, "kelctl", version, "control process of a node's packet accelerator");

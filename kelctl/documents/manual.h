@@ -9,6 +9,7 @@
 namespace kelctl
 {
 
+// The page as roff, complete.
 std::string program_manual(const command_table &table, std::string_view version);
 
 } // namespace kelctl

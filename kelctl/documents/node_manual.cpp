@@ -1,4 +1,5 @@
-// The sections of node.toml(5). Texts about tables are in kelctl/nodefile/node_keys.cpp, about keys in the rows of commands.
+// The sections of node.toml(5). Texts about tables are in kelctl/nodefile/node_keys.cpp, about keys in the rows of
+// commands.
 #include "kelctl/documents/node_manual.h"
 
 #include "kelctl/documents/roff.h"

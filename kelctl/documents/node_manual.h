@@ -9,6 +9,7 @@
 namespace kelctl
 {
 
+// The page as roff, complete. `rows` has the commands that tables and keys stand for.
 std::string node_file_manual(const command_table &rows, std::string_view version);
 
 } // namespace kelctl

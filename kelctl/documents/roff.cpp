@@ -11,8 +11,8 @@ namespace kelctl
 namespace
 {
 
-// An unescaped hyphen prints as a typographic one, which cannot be pasted into a shell; backslashes and quotes would begin
-// requests.
+// An unescaped hyphen prints as a typographic one, which cannot be pasted into a shell; backslashes and quotes would
+// begin requests.
 std::string escaped(std::string_view text)
 {
     std::string made;

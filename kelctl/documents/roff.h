@@ -1,4 +1,5 @@
-// A manual page as it is built up: text in, requests of the man macros out.
+// A manual page as it is built up: text in, requests of the man macros out. Small programs make their pages with it,
+// too (options/documents).
 #pragma once
 
 #include <string>
@@ -14,6 +15,7 @@ public:
     roff_page(std::string_view name, int section, std::string_view program, std::string_view version,
               std::string_view about);
 
+    // Headings: .SH and .SS. What follows belongs to the latest one.
     void section(std::string_view heading);
     void subsection(std::string_view heading);
 

@@ -1,5 +1,5 @@
 // What is shown of a bring-up and of a take-down, and when each ends. The order of the commands is
-// nodefile/node_keys.cpp.
+// nodefile/node_keys.cpp. Whether a node is also held or watched is up.cpp.
 #include "kelctl/jobs/bring_up.h"
 
 #include "kelctl/input/interruption.h"
@@ -96,12 +96,14 @@ bring_up::bring_up(std::vector<invocation> lines, std::string file, session &ses
 {
 }
 
+// For an exception on the way: a node must not stay half up because a report could not be made.
 bring_up::~bring_up()
 {
     session_.on_made = nullptr;
     take_down(session_);
 }
 
+// Progress counts paths only: of anything else a node has a few hundred at most.
 bool bring_up::up()
 {
     const bool redrawn = is_terminal(stderr) && !session_.tracing();
@@ -121,7 +123,8 @@ bool bring_up::up()
     return stood_;
 }
 
-// After a line that failed, or a signal during a line or between two.
+// After a line that failed, or a signal during a line or between two. What the line would have shown is left out: the
+// report says what failed.
 void bring_up::show_stop(uint32_t line, result last)
 {
     line_failed_ = !last.failures.empty() || !last.errors.empty();
@@ -139,6 +142,7 @@ bool bring_up::show(result part)
     return well;
 }
 
+// The second call returns what the first one found: `up` and the "down" of another process may both ask for it.
 bool bring_up::down()
 {
     if (!clean_)
@@ -146,6 +150,7 @@ bool bring_up::down()
     return *clean_;
 }
 
+// What was undone is told in full only if something went wrong, or if the node never was up.
 bool bring_up::take_all_down()
 {
     show_background_failures();
@@ -181,6 +186,7 @@ bool bring_up::take_all_down()
     return clean;
 }
 
+// Commands that failed are left out of what is kept: what they left shows among the objects.
 bool bring_up::keep()
 {
     if (!line_failed_)
@@ -205,6 +211,7 @@ bool bring_up::keep()
     return true;
 }
 
+// What other threads reported, which is in no operation's report.
 void bring_up::show_background_failures()
 {
     const auto failures = session_.log().background_failures();

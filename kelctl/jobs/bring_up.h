@@ -21,6 +21,7 @@
 namespace kelctl
 {
 
+// Its parts are called in the order of the example; each shows what it does (session::show_part).
 class bring_up
 {
 public:

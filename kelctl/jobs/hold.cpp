@@ -1,4 +1,5 @@
-// Waiting for signals and for other processes.
+// Waiting for signals and for other processes. How requests are answered is remote/standing_node.cpp, what is written
+// to the service manager socket/service_manager.cpp.
 #include "kelctl/jobs/hold.h"
 
 #include "kelctl/input/interruption.h"
@@ -54,6 +55,8 @@ void held_node::give_up()
     manager_.status(problem_of(node_.shown()));
 }
 
+// The manager is told that the process is alive after each operation and after each wait, so that a long request does
+// not look like a hang.
 void held_node::hold()
 {
     session_.on_made = [this] { manager_.alive(); };
@@ -78,6 +81,8 @@ void held_node::finish()
     served_.finish();
 }
 
+// Asked by another process. Parts have been shown here and go to the asking process as well, so nothing is left to
+// show.
 result held_node::take_down()
 {
     if (node_.kept())
@@ -86,7 +91,8 @@ result held_node::take_down()
     return {.status = clean ? exit_done : exit_operation_failed, .shown_already = true};
 }
 
-// The node's own file as it is now. Whatever comes of it, the node goes on.
+// The node's own file as it is now. Whatever comes of it, the node goes on. "apply" puts the old node back when it
+// fails.
 void held_node::reload()
 {
     manager_.reloading(fmt::format("applying {}", file_));

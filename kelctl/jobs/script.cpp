@@ -47,6 +47,7 @@ result outcome(const tally &count, const std::vector<invocation> &lines, const s
 
 } // namespace
 
+// Goes on after a wrong line, to report all of them.
 script parse_script(const command_table &table, std::string_view text)
 {
     script parsed;
@@ -71,6 +72,7 @@ loaded_lines script_in(const std::string &file, const command_table &table)
     return {std::move(read.lines), errors_of(file, std::move(read.problems))};
 }
 
+// `where` is set for the lines; session::carry_out() has kept that of the command around them.
 result run_script(const invocation &asked, session &session)
 {
     const std::string &file = asked.given.text("SCRIPT");

@@ -1,5 +1,6 @@
 // Scripts: a command on each line. All lines are parsed before the first one is carried out, so that a misspelt last
-// line does not leave a node half configured.
+// line does not leave a node half configured. Lines that are typed or come through a pipe are shell.h: they are carried
+// out one by one.
 #pragma once
 
 #include "kelctl/language/command.h"
@@ -20,6 +21,7 @@ struct script {
     problem_list problems;         // one for each line that is no command
 };
 
+// Lines count from 1. `table` must outlive the lines.
 script parse_script(const command_table &table, std::string_view text);
 
 // The lines of a file. One that cannot be read is an error, too.

@@ -29,6 +29,7 @@ namespace kelctl
 namespace
 {
 
+// A wrong line ends neither the shell nor a pipe: what was made by earlier lines stays in use.
 exit_status run_line(const std::string &line, const origin &at, session &session)
 {
     std::vector<word> words;
@@ -85,6 +86,8 @@ result run_typed_lines(session &session)
     return lines;
 }
 
+// A file name of "-" and the line's number are put in front of each report: there is no prompt that would show the
+// line.
 result run_piped_lines(session &session)
 {
     result lines = {.shown_already = true};
@@ -106,6 +109,7 @@ result run_piped_lines(session &session)
     return lines;
 }
 
+// Both ends must be a terminal: editing draws on standard output.
 result run_lines(session &session)
 {
     session.where = source::shell;
@@ -135,6 +139,7 @@ result run_lines_on(loaded_lines loaded, const std::string &file, session &sessi
 
 } // namespace
 
+// The watch begins after the file was read: Ctrl-C while a pipe is read as the file ends the program.
 result shell(const invocation &asked, session &session)
 {
     if (!asked.given.has("FILE")) {

@@ -1,4 +1,4 @@
-// Undoing from the last to the first, and the wording.
+// Undoing from the last to the first, and the wording. What undoes what is in the rows, and kept by session/undo.h.
 #include "kelctl/jobs/take_down.h"
 
 #include "kelctl/language/command_text.h"
@@ -20,6 +20,7 @@ struct tally {
     size_t count;
 };
 
+// In the order in which the kinds first occur. A walk through a handful of kinds for each product.
 std::vector<tally> counted_by_kind(const std::vector<product> &products)
 {
     std::vector<tally> kinds;

@@ -1,4 +1,9 @@
-// Undoes what the session made (session/undo.h), from the newest to the oldest, and reports what was undone.
+// Undoes what the session made (session/undo.h), from the newest to the oldest, and reports what was undone. What is
+// left afterwards is views/leftover.h.
+//
+//     for (const undone_command &one : take_down(session))
+//         if (!one.failures.empty())
+//             report(one.command(), one.failures);
 #pragma once
 
 #include "kelctl/session/result.h"

@@ -41,7 +41,8 @@ result counters(const port_knowledge &ports, session &session)
     return shown;
 }
 
-// True when all of it could be read.
+// True when all of it could be read. The snapshot is settled first: the timestamp thread writes its offset at any time
+// after the start.
 bool show_node(bring_up &node, const arguments &given, session &session)
 {
     auto document = settled_document();
@@ -55,6 +56,9 @@ bool show_node(bring_up &node, const arguments &given, session &session)
 
 } // namespace
 
+// All that can be refused is refused before the first command: the options, the file, and a name that another process
+// serves. The holder is made before the node for this reason, and is finished after the take-down, so that whoever
+// asked for it gets the answer.
 result up(const invocation &asked, session &session)
 {
     if (auto wrong = wrong_watch(asked.given))

@@ -1,4 +1,5 @@
-// The loop: let time pass, take a sample, show the difference.
+// The loop: let time pass, take a sample, show the difference. Samples and rates are made in node/, so that this
+// process and another one are watched in the same way.
 #include "kelctl/jobs/watch.h"
 
 #include "kelctl/accelerator/software_accelerator.h"

@@ -1,5 +1,8 @@
 // The live view (`watch`, `up --watch`): samples of a node (node/sample.h), one after the other, and the rates between
 // them. Its columns are views/counter_tables.cpp.
+//
+//     const port_knowledge ports = ports_of(queues_now(), session.paths);
+//     return watch(node_here(ports, {}, session), {.end = 1'000'000'000}, session);
 #pragma once
 
 #include "kelctl/node/port_knowledge.h"
@@ -19,19 +22,20 @@ namespace kelctl
 // Where samples come from.
 struct watched_node {
     std::function<result()> sample; // what take_sample() returns
-    // Lets so many nanoseconds of virtual time pass; false: it was interrupted. Null: time passes by itself, and is real.
+    // Lets so many nanoseconds of virtual time pass; false: it was interrupted. Null: time passes by itself, and is
+    // real.
     std::function<bool(uint64_t)> pass = {};
 };
 
-// Of this process. On the software accelerator the watch lets virtual time pass, and with it the session's traffic. Both
-// `ports` and `session` must outlive it.
+// Of this process. On the software accelerator the watch lets virtual time pass, and with it the session's traffic.
+// Both `ports` and `session` must outlive it.
 watched_node node_here(const port_knowledge &ports, const counted &which, session &session);
 
 // Of another process: this one asks it for each sample, and for letting time pass. `session` must outlive it.
 watched_node node_elsewhere(const counted &which, session &session);
 
-// Nanoseconds. `interval` is real time between two samples; `step` virtual time, where the watch lets it pass; `end` time
-// of that kind which passes.
+// Nanoseconds. `interval` is real time between two samples; `step` virtual time, where the watch lets it pass; `end`
+// time of that kind which passes.
 struct watch_options {
     uint64_t interval = 200'000'000;
     uint64_t step = 200'000'000;

@@ -1,5 +1,5 @@
-// The order of a replay: check the capture, bring the node up, send, write the results, take the node down. Sending is in
-// replayed_frames.cpp, the figures are in replay_summary.cpp.
+// The order of a replay: check the capture, bring the node up, send, write the results, take the node down. Sending is
+// in replayed_frames.cpp, the figures are in replay_summary.cpp.
 #include "kelctl/replay/replay.h"
 
 #include "kelctl/input/interruption.h"
@@ -77,8 +77,8 @@ result written(const std::string &file, const std::vector<timed_frame> &frames)
     return {.text = fmt::format("{}: {} frames\n", file, frames.size())};
 }
 
-// True if every frame was sent and every output written. An interrupted replay writes nothing: half a capture would look
-// like a complete one.
+// True if every frame was sent and every output written. An interrupted replay writes nothing: half a capture would
+// look like a complete one.
 bool send(const std::vector<captured_frame> &frames, bring_up &node, const arguments &given, session &session)
 {
     settle();
@@ -98,6 +98,7 @@ bool send(const std::vector<captured_frame> &frames, bring_up &node, const argum
 
 } // namespace
 
+// The whole capture is checked before the node comes up: a wrong frame at its end is not found after minutes.
 result replay(const invocation &asked, session &session)
 {
     const std::string &name = asked.given.text("FILE");

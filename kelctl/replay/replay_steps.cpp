@@ -1,4 +1,4 @@
-// Frames into steps of time.
+// Frames into steps of time. Each queue is summed up by itself, as it is drawn.
 #include "kelctl/replay/replay_steps.h"
 
 #include "kel/kel_node_names.h"
@@ -48,6 +48,8 @@ void fill_backlog(queue_steps &queue)
     }
 }
 
+// A dropped frame never waited; one that never left waits to the end. One that left in the nanosecond in which it came
+// would count as backlog only because of the order of moves.
 void add_frame(const frame_report &frame, uint64_t octets, plotted_step &left, queue_steps &queue)
 {
     const bool sent = frame.fate == frame_fate::sent;
@@ -73,6 +75,7 @@ std::string name_of(handle queue, const port_knowledge &ports)
 
 } // namespace
 
+// A frame belongs to the step in which it left or was dropped; one that never left, to that in which it entered.
 std::vector<plotted_queue> replay_steps(const replayed &all, std::span<const captured_frame> frames,
                                         const port_knowledge &ports)
 {

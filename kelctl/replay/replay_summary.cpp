@@ -1,5 +1,5 @@
-// Counts the frames of each queue and their delays, as a document and as tables. Delays are exact: unlike the counters of a
-// live node, all frames are in memory.
+// Counts the frames of each queue and their delays, as a document and as tables. Delays are exact: unlike the counters
+// of a live node, all frames are in memory.
 #include "kelctl/replay/replay_summary.h"
 
 #include "kel/kel_node_names.h"
@@ -41,6 +41,7 @@ struct queue_tally {
     }
 };
 
+// Delays by departure: the last one gives the end of the time that a rate is measured over.
 std::map<handle, queue_tally> tallies(const replayed &all, std::span<const captured_frame> frames)
 {
     std::map<handle, queue_tally> queues;
@@ -62,7 +63,8 @@ std::map<handle, queue_tally> tallies(const replayed &all, std::span<const captu
     return queues;
 }
 
-// From the first offer to the last departure, whose own octets do not count: they leave after it. Null if that is no time.
+// From the first offer to the last departure, whose own octets do not count: they leave after it. Null if that is no
+// time.
 fields kbit_per_second(const queue_tally &queue)
 {
     const uint64_t octets = queue.of(frame_fate::sent).octets - queue.last_octets;
@@ -151,6 +153,7 @@ fields delays_row(const fields &queue)
 
 } // namespace
 
+// Ends with the last departure, or with the last offer where nothing left after it.
 fields replay_summary(const replayed &all, std::span<const captured_frame> frames, const snapshot &node,
                       const port_knowledge &ports)
 {

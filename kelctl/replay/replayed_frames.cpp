@@ -31,6 +31,8 @@ public:
     {
     }
 
+    // A frame longer than the accelerator's interface can say is not offered. One for an unknown destination gets no
+    // report, so it is written here.
     void offer(const captured_frame &frame, uint64_t at)
     {
         const mac_address to = mac_address_at(frame.octets.data());
@@ -79,6 +81,8 @@ uint64_t octets_of(const captured_frame &frame)
     return frame.length + check_sequence;
 }
 
+// After the last frame time goes on in steps that double, to the end of time if need be: how long a queue drains at its
+// rate is not known, and a frame may wait for ever.
 replayed replay_frames(std::span<const captured_frame> frames, const snapshot &node)
 {
     replayed all;

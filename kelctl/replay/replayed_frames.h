@@ -1,4 +1,8 @@
 // Frames of a capture, each offered at its time and followed until it leaves or is dropped.
+//
+//     const capture read = read_capture("in.pcap");
+//     const replayed all = replay_frames(read.frames, *current_snapshot());
+//     show(all.frames[0].left - all.frames[0].entered);
 #pragma once
 
 #include "kelctl/accelerator/snapshot.h"
@@ -16,6 +20,7 @@ namespace kelctl
 // Octets of a destination address: what has to be captured of each frame.
 inline constexpr size_t destination_octets = 6;
 
+// What became of the frames. Those that were not offered because of an interruption are missing at the end.
 struct replayed {
     std::vector<frame_report> frames; // by their number, from 0; nanoseconds since the first one was offered
     std::vector<size_t> departures;   // numbers of those that left, in their order

@@ -15,6 +15,7 @@ struct documented_leftover {
     std::string_view why;
 };
 
+// For tests, which try each of them.
 std::span<const documented_leftover> documented_leftovers();
 
 // Why an object of this kind may be left by one of these operations when `refused` failed. None when nothing documents

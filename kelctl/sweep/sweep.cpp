@@ -1,5 +1,5 @@
-// The scenario that the child processes run, and the reading of the accelerator's report. The accelerator chooses the faults
-// and makes the children; how the report looks is in sweep_view.cpp.
+// The scenario that the child processes run, and the reading of the accelerator's report. The accelerator chooses the
+// faults and makes the children; how the report looks is in sweep_view.cpp.
 #include "kelctl/sweep/sweep.h"
 
 #include "kelctl/accelerator/software_accelerator.h"
@@ -27,8 +27,8 @@ constexpr struct {
     {"hung", "hung"},
 };
 
-// What a control process would do: run the script up to the first line that fails, then take down what the lines before it
-// made. All of it runs in the child, including the session and its trace listener.
+// What a control process would do: run the script up to the first line that fails, then take down what the lines before
+// it made. All of it runs in the child, including the session and its trace listener.
 class scripted_run
 {
 public:
@@ -36,6 +36,7 @@ public:
     {
     }
 
+    // The trace listener comes with the session, so it is made in the child: a thread of the parent would not be there.
     uint32_t run()
     {
         leave_interruptions_to_parent();
@@ -94,8 +95,8 @@ void read_note(const fields &note, sweep_run &run)
                                                 notation::to_json(undo.at("code"))));
 }
 
-// The operations up to the line that failed; 0: all. Any of them may have left an object: an operation that only traces a
-// refusal succeeds, and a later one fails, or none.
+// The operations up to the line that failed; 0: all. Any of them may have left an object: an operation that only traces
+// a refusal succeeds, and a later one fails, or none.
 std::vector<std::string_view> operations_up_to(uint32_t line, const std::vector<invocation> &lines)
 {
     std::vector<std::string_view> operations;
@@ -105,6 +106,7 @@ std::vector<std::string_view> operations_up_to(uint32_t line, const std::vector<
     return operations;
 }
 
+// One object that nothing documents is enough: documented ones beside it do not excuse it.
 verdict judged(sweep_run &run, const std::vector<invocation> &lines)
 {
     if (run.left.empty())
@@ -120,6 +122,7 @@ verdict judged(sweep_run &run, const std::vector<invocation> &lines)
     return verdict::left_as_documented;
 }
 
+// A run that crashed or hung has no list of what it left.
 sweep_run read_run(const fields &written, const std::vector<invocation> &lines)
 {
     sweep_run run;
@@ -153,6 +156,7 @@ std::string_view key_of(verdict verdict)
     return verdict_words[static_cast<size_t>(verdict)].key;
 }
 
+// The scripted run is made once, here: every child starts with a copy of it that has not run.
 std::optional<sweep_report> sweep(const command_table &table, const std::vector<invocation> &lines, uint32_t time_limit,
                                   const sweep_watcher &go_on)
 {

@@ -1,4 +1,9 @@
 // The fault sweep of the software accelerator over a script, and the records of its report. sweep_view.h shows them.
+// What a failing operation may leave is documented_leftovers.h.
+//
+//     const auto report = sweep(table, lines, 10'000, [](size_t done, size_t planned) { return !interrupted(); });
+//     for (const sweep_run &run : report->runs)
+//         show(run.function, run.call, name_of(run.came_out));
 #pragma once
 
 #include "kelctl/accelerator/software_accelerator.h"
@@ -37,6 +42,7 @@ struct sweep_run {
     std::vector<std::string> undo_failures; // take-down commands that failed, with their codes
 };
 
+// `undisturbed` is the run without faults: the others say something only if it succeeded.
 struct sweep_report {
     sweep_run undisturbed;
     std::vector<sweep_run> runs;

@@ -88,6 +88,8 @@ struct row {
     verdict came_out = verdict::clean;
 };
 
+// Runs of one call come one after the other (each of its codes, once and from then on), so equal ones are looked for
+// among the last rows only.
 std::vector<row> rows_of(const sweep_report &report, reasons &reasons)
 {
     std::vector<row> rows;
@@ -156,6 +158,7 @@ fields fields_of(const sweep_run &run)
 
 } // namespace
 
+// Rows, reasons, tally: what decides the exit status is last, above the prompt.
 std::string sweep_view(const sweep_report &report, const page &page)
 {
     reasons reasons;

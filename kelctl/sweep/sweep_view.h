@@ -13,6 +13,7 @@ namespace kelctl
 // A row for each faulted call and what became of it, why what is left may be, and how many runs came out how.
 std::string sweep_view(const sweep_report &report, const page &page);
 
+// As docs/kelctl-json.md has it.
 fields sweep_fields(const sweep_report &report);
 
 } // namespace kelctl
