@@ -1,4 +1,5 @@
-// kel-trace: from the program's arguments to a view of recordings, and to the exit status.
+// kel-trace: from the program's arguments to a view of recordings, and to the exit status. Records are handed from the
+// reader to what adds them up, one at a time: a recording may be larger than memory.
 #include "kel-trace/language/request.h"
 #include "kel-trace/operations/causes.h"
 #include "kel-trace/operations/operation_builder.h"
@@ -31,6 +32,7 @@ namespace
 using namespace kel_trace;
 using notation::document;
 
+// Not kelctl's: 1 is also a finding of `check`.
 enum exit_status { exit_done = 0, exit_found = 1, exit_wrong_input = 2 };
 
 // Prints text that is to be read on a terminal, folded to its width.
@@ -49,6 +51,7 @@ void show_json(const document &document)
     kelctl::write(stdout, notation::to_json(document) + "\n");
 }
 
+// The preface comes first, so that a reader learns what is missing before the figures.
 document with_preface(const recording &found, const cut_operations *cut, const document &view)
 {
     document whole = {{"recording", preface_document(found, cut)}};
@@ -57,7 +60,8 @@ document with_preface(const recording &found, const cut_operations *cut, const d
     return whole;
 }
 
-// Whether a failure is one of those that were asked for. Times of a day are of the recording's first.
+// Whether a failure is one of those that were asked for. Times of a day are of the recording's first. Both limits can
+// be read only once the first record has come, as they may be times of its day; so they are read twice.
 class selection
 {
 public:
@@ -117,6 +121,8 @@ int explain(const request &asked)
     return exit_done;
 }
 
+// The chart is written while the recording is read, as it is too large to keep; its times count from the first record,
+// which has been read when the first span ends.
 int report(const request &asked)
 {
     recording found;
@@ -143,6 +149,8 @@ std::string finding_text(const finding &one)
                        one.location, kelctl::without_controls(one.what));
 }
 
+// Records that the tracer discarded or a damaged file would be reported as broken promises of the library: such a
+// recording is refused after the reading. Findings in text are shown at once, as there may be millions.
 int check(const request &asked)
 {
     recording found;
@@ -185,6 +193,7 @@ int run(const std::vector<std::string> &words)
 
 } // namespace
 
+// A recording that cannot be read is wrong input; a reader of standard output who went away is no failure.
 int main(int argc, char **argv)
 {
     std::signal(SIGPIPE, SIG_IGN);

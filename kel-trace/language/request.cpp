@@ -1,4 +1,5 @@
-// The table of commands and options, and what else a request needs.
+// The table of commands and options, and what else a request needs. How words are parsed and completed is
+// options/program.h. Times are read later, when the recording's first day is known.
 #include "kel-trace/language/request.h"
 
 #include "kelctl/terminal/text.h"
@@ -27,6 +28,7 @@ constexpr options::meaning statuses[] = {
     {"2", "the command line is wrong, or the recording cannot be read"},
 };
 
+// from_chars() takes neither a sign nor blanks.
 void set_last(options::request &asked, std::string_view value)
 {
     uint64_t number = 0;

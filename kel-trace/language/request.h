@@ -16,6 +16,7 @@ extern const options::program program;
 
 enum class view : uint8_t { explain, report, check }; // as in the table of commands
 
+// Options as they were written; texts are empty where an option was not given.
 struct request : options::request {
     std::optional<kel_trace::view> view; // none with an answer
     std::vector<std::string> folders;
@@ -29,6 +30,7 @@ struct request : options::request {
     std::string chrome;
 };
 
+// Throws options::wrong_request. With an answer (help, a version, completion) all else is empty.
 request parse_request(std::span<const std::string> words);
 
 } // namespace kel_trace

@@ -1,5 +1,5 @@
-// Which operation starts, creates and needs what, and from that which failure follows from which. Building operations from
-// records is in operation_builder.cpp.
+// Which operation starts, creates and needs what, and from that which failure follows from which. Building operations
+// from records is in operation_builder.cpp. How they are shown is views/explain_view.cpp.
 #include "kel-trace/operations/causes.h"
 
 #include "kel-trace/operations/parameters.h"
@@ -13,6 +13,7 @@ namespace kel_trace
 namespace
 {
 
+// Named for each cause, for people; the others are counted.
 constexpr size_t most_objects = 8;
 
 enum class role : uint8_t { start, stop, create };
@@ -39,6 +40,7 @@ std::optional<role> role_of(std::string_view operation)
     return std::nullopt;
 }
 
+// Names of functions are enough: all operations of PCEPs and groups have it in their names.
 std::string service_of(std::string_view operation)
 {
     return operation.find("_pcep_") == std::string_view::npos ? "EBCOM" : "PCEP";
@@ -49,6 +51,7 @@ bool belongs_to(std::string_view object, std::string_view service)
     return (object.starts_with("PCEP ") || object.starts_with("group ")) == (service == "PCEP");
 }
 
+// What makes two failures alike: the operation and its refusal, not the object.
 std::string key_of(std::string_view operation, const complaint &why)
 {
     return fmt::format("{}\n{}\n{}\n{}", operation, why.what, why.text, why.code ? std::to_string(*why.code) : "");
@@ -77,6 +80,7 @@ bool add_objects(std::vector<std::string> &known, const std::vector<std::string>
     return room;
 }
 
+// One that is only likely once stays so: a certain one later does not prove the first.
 void add_consequence(cause &of, const operation &done, const complaint &why, bool certain)
 {
     consequence &one = of.consequences[key_of(done.name, why)];
@@ -90,8 +94,8 @@ void add_consequence(cause &of, const operation &done, const complaint &why, boo
 
 } // namespace
 
-// A success ends what depended on an earlier failure: the object exists now. An operation that was recorded in part proves
-// nothing.
+// A success ends what depended on an earlier failure: the object exists now. An operation that was recorded in part
+// proves nothing.
 void causes::succeed(process_state &state, const operation &done)
 {
     if (!done.framed || !done.whole)
@@ -111,7 +115,8 @@ void causes::succeed(process_state &state, const operation &done)
 }
 
 // A failure is a consequence if its object or its service failed before. Without the object's name, the latest failed
-// creation of the same service is the likely cause.
+// creation of the same service is the likely cause. A start follows from nothing, and a cause is never its own
+// consequence.
 void causes::fail(process_state &state, const operation &done, const complaint &why)
 {
     const auto role = role_of(done.name);
@@ -151,6 +156,7 @@ void causes::fail(process_state &state, const operation &done, const complaint &
     }
 }
 
+// All complaints but the one that the operation failed of, and errors of an operation without any.
 void causes::put_aside(const operation &done)
 {
     const auto add = [&](const std::string &key, const complaint &what, const std::string &error, int64_t time) {
@@ -173,6 +179,7 @@ void causes::put_aside(const operation &done)
         add(done.name + "\n" + error, {}, error, done.records().back().time);
 }
 
+// Successes are followed even if they are not asked for: they end what later failures could follow from.
 void causes::take(const operation &done)
 {
     process_state &state = processes_[{done.of.host, done.of.process}];

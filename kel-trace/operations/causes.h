@@ -1,8 +1,17 @@
 // Why operations failed, equal causes together, and what followed from them.
 //
-// A failure is a consequence when its object's creation failed before, or when the latest start of its service did, in the
-// same process. It is likely one only when its records do not name the object, or when no successes are recorded, which
-// could have come in between.
+// A failure is a consequence when its object's creation failed before, or when the latest start of its service did, in
+// the same process. It is likely one only when its records do not name the object, or when no successes are recorded,
+// which could have come in between.
+//
+// Operations are taken in the order in which they ended. What is kept grows with the number of different causes, not
+// with the recording.
+//
+//     causes all([](const thread_key &, int64_t) { return true; });
+//     operation_builder builder([&](const operation &done) { all.take(done); });
+//     ...
+//     for (const cause *one : all.failures())
+//         show(one->newest.name, one->count);
 #pragma once
 
 #include "kel-trace/operations/operation.h"
@@ -60,10 +69,12 @@ public:
     {
     }
 
+    // Copies what it keeps of the operation.
     void take(const operation &done);
 
     // From the one that occurred last longest ago to the newest.
     std::vector<const cause *> failures() const;
+    // In the same order. Both lists are valid until the next operation is taken.
     std::vector<const aside *> asides() const;
 
 private:

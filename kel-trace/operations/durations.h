@@ -14,6 +14,7 @@ struct durations {
 
     // Clocks of a recording may step back: a negative duration counts as 0.
     void add(int64_t nanoseconds, int64_t begin);
+    // Those of another host: as if each had been added here.
     void add(const durations &other);
 };
 

@@ -1,5 +1,5 @@
-// The operations that a thread is in, outermost first. A recording may begin and end within some, and may lack
-// records: those operations are cut off.
+// The operations that a thread is in, outermost first. A recording may begin and end within some, and may lack records:
+// those operations are cut off. Who uses it decides what a frame holds.
 #pragma once
 
 #include <algorithm>
@@ -35,8 +35,8 @@ public:
         open_.push_back(std::move(frame));
     }
 
-    // Leaves the innermost operation of this name and those within it, and returns false when there is none. The frame is
-    // handed to `left`, after it was taken off.
+    // Leaves the innermost operation of this name and those within it, and returns false when there is none. The frame
+    // is handed to `left`, after it was taken off.
     template <typename Left> bool leave(std::string_view name, cut_operations &cut, Left left)
     {
         const auto found =

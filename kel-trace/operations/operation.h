@@ -1,4 +1,4 @@
-// An operation that reported something, as its records show it.
+// An operation that reported something, as its records show it. How it is built from records is operation_builder.h.
 #pragma once
 
 #include "kel-trace/reading/record.h"
@@ -44,6 +44,7 @@ struct complaint {
     }
 };
 
+// Its memory is used again for the next operation of the thread: a taker that wants to keep one copies it.
 struct operation {
     std::string name;
     thread_key of;

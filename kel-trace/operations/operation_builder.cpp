@@ -10,7 +10,8 @@ namespace kel_trace
 namespace
 {
 
-// Bounds on memory: of a longer operation the first 96 records are kept, and the newest ones.
+// Bounds on memory: of a longer operation the first 96 records are kept, and the newest ones. The beginning has the
+// parameters, the end the failure.
 constexpr size_t most_records = 192;
 constexpr size_t first_records = 96;
 constexpr size_t context_records = 12;
@@ -84,6 +85,7 @@ std::string_view speaker(const record &record)
 
 } // namespace
 
+// The oldest of the newer half makes room, and its memory is used for the new one.
 void operation_builder::keep(thread &of, const record &record)
 {
     auto &kept = of.operation.kept;
@@ -98,6 +100,7 @@ void operation_builder::keep(thread &of, const record &record)
     assign(kept[count++], record);
 }
 
+// The operation of the thread is used again with its memory: only the counts say what of it is valid.
 void operation_builder::begin(thread &of, const record &record)
 {
     of.busy = true;
@@ -111,7 +114,8 @@ void operation_builder::begin(thread &of, const record &record)
     of.operation.records_left_out = 0;
 }
 
-// An operation without an entry record, with the thread's latest records as its context.
+// An operation without an entry record, with the thread's latest records as its context. A function without an entry
+// may have announced its calls there.
 void operation_builder::begin_loose(thread &of, const record &record)
 {
     begin(of, record);
@@ -122,8 +126,8 @@ void operation_builder::begin_loose(thread &of, const record &record)
     of.context_next = 0;
 }
 
-// Whether a record after the outermost exit still belongs to that operation: it reports the operation's failure, or another
-// part of the same report.
+// Whether a record after the outermost exit still belongs to that operation: it reports the operation's failure, or
+// another part of the same report.
 bool operation_builder::continues(const thread &of, const record &record) const
 {
     const auto [function, detail] = text::parts_of(record.message);
@@ -137,6 +141,8 @@ bool operation_builder::continues(const thread &of, const record &record) const
     return !of.operation.framed && of.operation.complaints.empty() && function == of.operation.name;
 }
 
+// A chain goes from the inside out: each report names what failed underneath. One that names the function that reported
+// before it continues that chain; any other begins a new one, and shows that the operation went on after the last.
 void operation_builder::report(thread &of, const record &record)
 {
     const auto [function, detail] = text::parts_of(record.message);
@@ -162,8 +168,8 @@ void operation_builder::report(thread &of, const record &record)
         of.operation.name = function;
 }
 
-// Updates the operation from a record. Any record after a report, except the exit of the reporting function, shows that the
-// operation continued.
+// Updates the operation from a record. Any record after a report, except the exit of the reporting function, shows that
+// the operation continued.
 void operation_builder::note(thread &of, const record &record)
 {
     operation &operation = of.operation;
@@ -179,6 +185,7 @@ void operation_builder::note(thread &of, const record &record)
         operation.complaints.back().ignored = true;
 }
 
+// A report that did not reach the operation itself was dealt with underneath.
 void operation_builder::finish(thread &of)
 {
     if (!of.busy)
@@ -191,6 +198,7 @@ void operation_builder::finish(thread &of)
     finished_(done);
 }
 
+// Outside of operations a record either continues the one that has just ended, begins one, or is kept as context.
 void operation_builder::take(const record &record)
 {
     if (!newest_ || newest_key_ != record.of) {

@@ -1,9 +1,13 @@
-// Makes operations of the records of each thread. An operation is what is between an outermost entry and its exit, and what
-// is reported of it right after, by functions around it that have no entry of their own. Records outside of any operation,
-// of such functions alone or of a recording without entries, make one for each chain of reports.
+// Makes operations of the records of each thread. An operation is what is between an outermost entry and its exit, and
+// what is reported of it right after, by functions around it that have no entry of their own. Records outside of any
+// operation, of such functions alone or of a recording without entries, make one for each chain of reports.
 //
 // An exit carries no code: what an operation reported, and did not go on after, counts as its failure. What it keeps of
 // each thread is bounded.
+//
+//     operation_builder builder([](const operation &done) { show(done.name, done.failure()); });
+//     read(folders, {}, found, [&](const record &one) { builder.take(one); });
+//     builder.end();
 #pragma once
 
 #include "kel-trace/operations/frames.h"
@@ -27,7 +31,9 @@ public:
     {
     }
 
+    // Records in the order of their times, of any threads.
     void take(const record &record);
+    // After the last record: hands on the operations that are still open.
     void end();
 
     const cut_operations &cut() const

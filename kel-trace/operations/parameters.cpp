@@ -1,4 +1,5 @@
-// Splits texts like "localPcepId=7, sMac=02:00:00:03:00:01(HSFP)" into parameters, and finds the objects that they name.
+// Splits texts like "localPcepId=7, sMac=02:00:00:03:00:01(HSFP)" into parameters, and finds the objects that they
+// name.
 #include "kel-trace/operations/parameters.h"
 
 #include "text/refusal.h"
@@ -19,7 +20,8 @@ constexpr struct {
     {"uc_pcep_id", "PCEP"}, {"mc_pcep_id", "group"}, {"eth_dev_id", "interface"},
 };
 
-// Calls whose arguments come from the caller of the operation. The arguments of other calls are the library's own choice.
+// Calls whose arguments come from the caller of the operation. The arguments of other calls are the library's own
+// choice.
 constexpr std::string_view calls_with_parameters[] = {
     "ork_ebcom_global_config_set",
     "ork_ebcom_interface_create",

@@ -1,4 +1,6 @@
 // The parameters that an operation's records carry, and the objects that they name.
+//
+//     ork_ebcom_pcep_create(localPcepId=7, remotePcepId=9)      localPcepId=7, remotePcepId=9; the object is "PCEP 7"
 #pragma once
 
 #include "kel-trace/operations/operation.h"

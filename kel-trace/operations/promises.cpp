@@ -1,5 +1,5 @@
-// Checks the shape of each record: event, domain, location, message, and the nesting of entries and exits. Which failures mean
-// what is in causes.cpp.
+// Checks the shape of each record: event, domain, location, message, and the nesting of entries and exits. Which
+// failures mean what is in causes.cpp. Nothing is assumed of what the library does, only of how it writes.
 #include "kel-trace/operations/promises.h"
 
 #include <fmt/core.h>
@@ -77,6 +77,7 @@ void promises::find(const record &record, std::string what)
     found_({record.time, record.of, std::string(record.event_name), std::string(record.location), std::move(what)});
 }
 
+// Each promise by itself: a record may break several.
 void promises::check_fields(const record &record)
 {
     const auto &allowed = domains[static_cast<size_t>(record.event)];
@@ -90,6 +91,7 @@ void promises::check_fields(const record &record)
         find(record, "message was cut");
 }
 
+// Exits that do not match leave the entries as they are: one broken promise makes one finding.
 void promises::check_frame(const record &record)
 {
     if (!is_frame(record.message))

@@ -1,6 +1,11 @@
-// What the library promises about records: in each thread, every operation that was entered exits, innermost first; every
-// record has a known event, a domain that matches it, a location in the library's sources and a message of its shape; no
-// message is cut.
+// What the library promises about records: in each thread, every operation that was entered exits, innermost first;
+// every record has a known event, a domain that matches it, a location in the library's sources and a message of its
+// shape; no message is cut. Whether the documentation's promises about the library's behaviour hold is not checked
+// here.
+//
+//     promises kept(false, [](const finding &one) { show(one.time, one.what); });
+//     read(folders, {}, found, [&](const record &one) { kept.take(one); });
+//     kept.end();
 #pragma once
 
 #include "kel-trace/operations/frames.h"
@@ -14,6 +19,7 @@
 namespace kel_trace
 {
 
+// A record that breaks a promise.
 struct finding {
     int64_t time;
     thread_key of;
@@ -32,7 +38,9 @@ public:
     {
     }
 
+    // Records in the order of their times.
     void take(const record &record);
+    // After the last record: entries without an exit are findings, unless the recording may be partial.
     void end();
 
     uint64_t records() const

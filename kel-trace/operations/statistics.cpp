@@ -1,4 +1,5 @@
-// Counts and times operations and closed calls, record by record, in memory that does not grow with the recording.
+// Counts and times operations and closed calls, record by record, in memory that does not grow with the recording. How
+// durations spread is kept by counting/histogram.h.
 #include "kel-trace/operations/statistics.h"
 
 #include "kel-trace/operations/parameters.h"
@@ -14,6 +15,7 @@ constexpr int64_t second_length = 1'000'000'000;
 // The creation of a scheduler is announced by two records; the second one must not end the call.
 constexpr std::string_view announcement_goes_on = "ork_qos_scheduler_create(rootId=";
 
+// Names and timings stay where they are in a map, so frames refer to them without copies.
 template <typename Table> std::pair<std::string_view, timing *> entry(Table &table, std::string_view name)
 {
     auto found = table.find(name);
@@ -47,6 +49,7 @@ void host_statistics::add(const host_statistics &other)
     }
 }
 
+// Records come in order of time, so a second is over when the first record of another one comes.
 void statistics::count(const record &record, host_statistics &host)
 {
     ++host.events[static_cast<size_t>(record.event)];
@@ -60,6 +63,7 @@ void statistics::count(const record &record, host_statistics &host)
     }
 }
 
+// The next record of the thread ends a call, and reports its refusal if there was one.
 void statistics::end_call(thread &of, const record &next)
 {
     if (of.call.empty())
@@ -90,6 +94,7 @@ void statistics::announce(thread &of, const record &record, host_statistics &hos
     of.call_begin = record.time;
 }
 
+// What an operation took is passed to the one around it, whose own time is what is left.
 void statistics::leave(thread &of, const record &record, host_statistics &host)
 {
     of.open.leave(frame_name(record.message), host.cut, [&](const frame &left) {
@@ -104,6 +109,7 @@ void statistics::leave(thread &of, const record &record, host_statistics &host)
     });
 }
 
+// Any record of a thread ends its call, so that is first; what the record itself is comes after.
 void statistics::take(const record &record)
 {
     host_statistics &host = hosts_[record.of.host];

@@ -1,4 +1,5 @@
-// Owners of what libbabeltrace2 returns: each puts its reference when it is destroyed.
+// Owners of what libbabeltrace2 returns: each puts its reference when it is destroyed. Plain pointers of that library
+// are borrowed.
 #pragma once
 
 #include <babeltrace2/babeltrace.h>

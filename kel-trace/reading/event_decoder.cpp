@@ -1,4 +1,5 @@
-// Finds the library's events, their three strings, and the contexts that name thread and process. Merging is in reader.cpp.
+// Finds the library's events, their three strings, and the contexts that name thread and process. Merging is in
+// reader.cpp.
 #include "kel-trace/reading/event_decoder.h"
 
 #include <algorithm>
@@ -80,6 +81,8 @@ uint32_t event_decoder::host_of(const bt_trace *trace)
     return index;
 }
 
+// The contexts vtid, vpid and procname may be of all events of a stream or of one kind of event, by how they were
+// added. With buffers for each process a trace is of one process, whose id is in the trace's environment.
 event_decoder::event_kind event_decoder::look_up(const bt_event *event)
 {
     const bt_event_class *event_class = bt_event_borrow_class_const(event);
@@ -115,6 +118,7 @@ event_decoder::event_kind event_decoder::look_up(const bt_event *event)
     return kind;
 }
 
+// Events of one class often follow one another.
 const event_decoder::event_kind &event_decoder::kind_of(const bt_event *event)
 {
     const bt_event_class *event_class = bt_event_borrow_class_const(event);
@@ -147,6 +151,7 @@ void event_decoder::meet(const bt_event *event, const event_kind &kind, int64_t 
         found_.process_names[newest_process_] = name;
 }
 
+// Runs for every record: what can be looked up once for a class of events is in its kind.
 const record *event_decoder::decode(const bt_message *message, int64_t time)
 {
     const bt_event *event = bt_message_event_borrow_event_const(message);

@@ -1,5 +1,5 @@
-// A tracer's event as a record: which of the nine it is, whose, and its three texts. Where they are is looked up once for
-// each class of events.
+// A tracer's event as a record: which of the nine it is, whose, and its three texts. Where they are is looked up once
+// for each class of events.
 #pragma once
 
 #include "kel-trace/reading/recording.h"
@@ -14,6 +14,7 @@
 namespace kel_trace
 {
 
+// `options` and `found` must outlive it; it adds hosts and processes to `found` as it comes upon them.
 class event_decoder
 {
 public:

@@ -54,6 +54,8 @@ std::string instant_text(int64_t time)
     return fmt::format("{}.{:09}", std::string_view(text, length), nanoseconds);
 }
 
+// Forms without a date keep that of `near`. A form may fit the beginning of the text only: what is left has to be a
+// fraction, or the next form is tried.
 std::optional<int64_t> parse_instant(std::string_view text, int64_t near)
 {
     const std::string whole(text);

@@ -1,5 +1,6 @@
-// A graph of libbabeltrace2: one source for each trace, and a sink of our own that merges their streams by time: the library's
-// muxer ends at the first damaged stream, but here the other streams continue. The meaning of an event is event_decoder.cpp's.
+// A graph of libbabeltrace2: one source for each trace, and a sink of our own that merges their streams by time: the
+// library's muxer ends at the first damaged stream, but here the other streams continue. The meaning of an event is
+// event_decoder.cpp's.
 #include "kel-trace/reading/reader.h"
 
 #include "kel-trace/reading/bt_handle.h"
@@ -66,8 +67,9 @@ public:
         }
     }
 
-    // Reads all streams. An exception must not pass through libbabeltrace2, which is C: it is kept for the caller of the graph.
-    // A stream stays out of the heap as long as it has the earliest event, because records often come in runs.
+    // Reads all streams. An exception must not pass through libbabeltrace2, which is C: it is kept for the caller of
+    // the graph. A stream stays out of the heap as long as it has the earliest event, because records often come in
+    // runs.
     void run()
     try {
         std::vector<stream *> by_time;
@@ -125,6 +127,7 @@ private:
         bt_message_put_ref(one.batch[one.next++]);
     }
 
+    // A stream that fails is noted as damaged and ends; what was read of it counts.
     bool fill(stream &one)
     {
         if (one.ended)
@@ -154,6 +157,7 @@ private:
         take_(*taken);
     }
 
+    // Losses are messages between the events. Some tracers say that something was lost, but not how much.
     void note_loss(const bt_message *message)
     {
         uint64_t count = 0;
@@ -212,6 +216,7 @@ bt_component_class_sink_consume_method_status consume(bt_self_component_sink *se
 
 // ---- The graph ----
 
+// In every place where the library looks for plugins. One that does not load is passed over.
 bt_plugin_handle ctf_plugin()
 {
     const bt_plugin *plugin = nullptr;
@@ -270,10 +275,13 @@ public:
     fs::path path;
 };
 
-// The same trace without the files that keep it from opening: a folder of links to the others.
+// The same trace without the files that keep it from opening: a folder of links to the others. Files are added one by
+// one, and taken out again when the trace does not open with them: the library says that a trace is damaged, but not
+// always in which file.
 class mended_trace
 {
 public:
+    // Without its metadata a trace cannot be read at all.
     mended_trace(const bt_plugin *plugin, const fs::path &trace, recording &found) : trace_(trace.string())
     {
         link(trace / "metadata");
@@ -327,6 +335,8 @@ std::vector<fs::path> traces_of(const std::vector<std::string> &folders)
 
 } // namespace
 
+// Each trace is tried in a graph of its own first, so the graph that reads is built of traces that open. Its ports are
+// connected after all sources are there: the sink has as many ports as there are streams, from its beginning.
 void read(const std::vector<std::string> &folders, const reading_options &options, recording &found,
           const record_taker &take)
 {

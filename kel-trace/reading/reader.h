@@ -1,4 +1,10 @@
-// Recordings on disk: every trace below some folders, read as one, in order of time.
+// Recordings on disk: every trace below some folders, read as one, in order of time. What the records mean is
+// operations/.
+//
+//     recording found;
+//     read({"field"}, {}, found, [](const record &one) { show(one.time, one.message); });
+//     if (!found.complete())
+//         warn(found.discarded_records);
 #pragma once
 
 #include "kel-trace/reading/record.h"

@@ -1,4 +1,5 @@
-// A trace record as a reader hands it on. Texts are valid until the next one.
+// A trace record as a reader hands it on. Texts are valid until the next one. One that is to be kept is copied:
+// kept_record in operations/operation.h.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,5 @@
-// What is known of recordings beside their records.
+// What is known of recordings beside their records. Filled while the records are read: complete only after the last
+// one.
 #pragma once
 
 #include "kel-trace/reading/record.h"

@@ -8,6 +8,7 @@ namespace kel_trace
 {
 namespace fs = std::filesystem;
 
+// Errors leave folders out: a recording often lies beside what its reader may not see.
 std::vector<fs::path> trace_folders(const fs::path &folder)
 {
     std::vector<fs::path> traces;

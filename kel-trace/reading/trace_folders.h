@@ -1,5 +1,5 @@
-// The traces of a recording: a session's folder holds one for each user, process or snapshot, a relay daemon's one folder
-// of sessions for each host.
+// The traces of a recording: a session's folder holds one for each user, process or snapshot, a relay daemon's one
+// folder of sessions for each host.
 #pragma once
 
 #include <filesystem>

@@ -1,4 +1,5 @@
-// Failures as text, one block for each cause (who, what, why, the records), and as a document. Finding causes is causes.cpp's.
+// Failures as text, one block for each cause (who, what, why, the records), and as a document. Finding causes is
+// causes.cpp's.
 #include "kel-trace/views/explain_view.h"
 
 #include "kel-trace/operations/parameters.h"
@@ -51,6 +52,8 @@ std::string times_text(uint64_t count)
     return count == 1 ? "once" : fmt::format("{} times", kelctl::with_separators(count));
 }
 
+// Times count from the operation's first record. The refusal is found again by its time, which is exact enough to mark
+// it.
 std::string records_text(const operation &operation, const complaint &why, const kelctl::painter &paint)
 {
     std::string text;
@@ -73,6 +76,7 @@ std::string consequence_text(const consequence &one)
                        refusal_text(one.why), one.certain ? "" : " (likely: the records do not show it)");
 }
 
+// From the outside in: when and who, what failed and on what, why, how often, and then the records that show it.
 std::string cause_text(const cause &of, const recording &found, const kelctl::painter &paint)
 {
     const operation &newest = of.newest;
@@ -151,6 +155,7 @@ document records_document(std::span<const kept_record> records)
     return all;
 }
 
+// Times are nanoseconds since 1970: programs compare them with other recordings.
 document cause_document(const cause &of, const recording &found)
 {
     const operation &newest = of.newest;
@@ -183,6 +188,7 @@ document cause_document(const cause &of, const recording &found)
 
 } // namespace
 
+// What people look for is last, above the prompt: the newest cause.
 std::string explain_text(const causes &all, const recording &found, std::optional<uint64_t> last,
                          const kelctl::painter &paint)
 {

@@ -1,5 +1,5 @@
-// Writes an array of complete events, one by one, because a recording can have millions. Times are in microseconds, with the
-// nanoseconds as decimals.
+// Writes an array of complete events, one by one, because a recording can have millions. Times are in microseconds,
+// with the nanoseconds as decimals.
 #include "kel-trace/views/flame_chart.h"
 
 #include "notation/json.h"
@@ -43,6 +43,7 @@ flame_chart::flame_chart(const std::string &path)
     std::fputs("[", file_);
 }
 
+// Without finish() the file beside is removed: half a chart would open as if it were whole.
 flame_chart::~flame_chart()
 {
     if (file_)

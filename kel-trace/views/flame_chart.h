@@ -1,4 +1,8 @@
 // Operations and closed calls as a trace of Chromium's format, which its viewer and Perfetto's show as a flame chart.
+//
+//     flame_chart chart("chart.json");
+//     chart.add(span, found.first);
+//     chart.finish();
 #pragma once
 
 #include "kel-trace/operations/statistics.h"
@@ -12,7 +16,8 @@ namespace kel_trace
 class flame_chart
 {
 public:
-    // Writes a file beside it, unless it is a device, a pipe or a link. Throws std::system_error when that cannot be done.
+    // Writes a file beside it, unless it is a device, a pipe or a link. Throws std::system_error when that cannot be
+    // done.
     explicit flame_chart(const std::string &path);
     ~flame_chart();
     flame_chart(const flame_chart &) = delete;

@@ -47,6 +47,7 @@ std::vector<const table::value_type *> by_total(const table &all)
     return sorted;
 }
 
+// `own`: the column of the time without operations within, which closed calls do not have.
 std::string table_text(const table &all, std::string_view heading, std::string_view reported, bool own,
                        const kelctl::painter &paint)
 {
@@ -123,6 +124,7 @@ std::string report_text(const statistics &all, const recording &found, const kel
     return text + "\n==== all hosts ====\n" + host_report(all.sum(), paint);
 }
 
+// The sum is there for one host as well, so that programs need not distinguish.
 document report_document(const statistics &all, const recording &found)
 {
     document hosts = document::array();
