@@ -1,4 +1,5 @@
-// kel-exporter: from the program's arguments to served pages.
+// kel-exporter: from the program's arguments to served pages. The thread that starts serves HTTP and reads what is
+// known; each node has a thread that asks it (nodes/watched_nodes.h).
 #include "kel-exporter/language/request.h"
 #include "kel-exporter/metrics/metrics_text.h"
 #include "kel-exporter/metrics/nodes_json.h"
@@ -43,6 +44,7 @@ http_answer page_itself(const http_request &, watched_nodes &)
     return {.type = "text/html; charset=utf-8", .body = std::string(page()), .policy = content_policy(page())};
 }
 
+// Whole paths: there is nothing below any of them.
 constexpr struct {
     std::string_view path;
     http_answer (*answer)(const http_request &asked, watched_nodes &nodes);
@@ -60,7 +62,8 @@ http_answer answer_to(const http_request &asked, watched_nodes &nodes)
     return {.status = 404, .body = "there are /, /metrics and /nodes.json\n"};
 }
 
-// Readable when the program is asked to end. No thread gets these signals but through it.
+// Readable when the program is asked to end. No thread gets these signals but through it. Signals are blocked before
+// the first thread is made, so that all threads inherit that.
 sockets::descriptor ending_signals()
 {
     sigset_t ending;
@@ -72,6 +75,8 @@ sockets::descriptor ending_signals()
     return sockets::descriptor(signalfd(-1, &ending, SFD_CLOEXEC));
 }
 
+// It listens before it looks for nodes: a wrong address ends the program at once. The address is printed because the
+// kernel may have chosen the port.
 void serve(const request &asked)
 {
     const sockets::descriptor ending = ending_signals();

@@ -1,5 +1,7 @@
 // kel-record: from the program's arguments to the recorded program, which takes this process over: its signals, its
 // terminal and its exit status are what they are without a recording.
+//
+// Nothing of this program is left then: what is recorded, and where, is decided in preload/.
 #include "kel-record/language/request.h"
 
 #include <fmt/core.h>
@@ -23,10 +25,11 @@ namespace
 using namespace kel_record;
 namespace fs = std::filesystem;
 
+// As a shell's, where the program could not be run; else the status is the program's.
 enum exit_status { exit_done = 0, exit_wrong_input = 2, exit_cannot_run = 126, exit_not_found = 127 };
 
-// A file that was there is emptied: the first process that calls the library takes an empty one for its own. A pipe or a
-// device is left alone, as its reader would see an end.
+// A file that was there is emptied: the first process that calls the library takes an empty one for its own. A pipe or
+// a device is left alone, as its reader would see an end.
 void prepare(const std::string &file)
 {
     const bool special = fs::exists(file) && !fs::is_regular_file(file) && !fs::is_directory(file);
@@ -37,8 +40,8 @@ void prepare(const std::string &file)
         close(opened);
 }
 
-// Beside the program, in the build tree and where it is installed. The kernel passes the program's path; /proc, which shows
-// it as well, need not be mounted.
+// Beside the program, in the build tree and where it is installed. The kernel passes the program's path; /proc, which
+// shows it as well, need not be mounted.
 fs::path preloaded_library()
 {
     const fs::path library =
@@ -60,7 +63,8 @@ void preload(const fs::path &library)
     setenv("LD_PRELOAD", (others ? fmt::format("{}:{}", name, others) : name).c_str(), 1);
 }
 
-// Returns only when the program cannot be run.
+// Returns only when the program cannot be run. The file is prepared after the library was found: what cannot be
+// recorded empties no file.
 int run(const request &asked)
 {
     const std::string output =

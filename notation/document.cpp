@@ -1,4 +1,4 @@
-// The tree of values.
+// The tree of values. Constructors and copies are here, and not in the header, so that they are compiled once.
 #include "notation/document.h"
 
 namespace notation
@@ -135,6 +135,7 @@ std::vector<document::member> &document::members()
     return members_;
 }
 
+// A walk over the members: most objects have a handful, and their order is kept without a second list.
 const document *document::find(std::string_view name) const
 {
     for (const member &one : members_)

@@ -4,6 +4,9 @@
 //     port["members"] = document::array({1, 2});
 //
 // Nearly every file of a program sees this header, so it has little for a compiler to do: no variant, no inline copies.
+//
+// A document owns all below it; copies are deep. References to items and members are valid until one is added beside
+// them.
 #pragma once
 
 #include <bit>
@@ -51,6 +54,7 @@ public:
             push_back(item);
     }
 
+    // Empty ones, which braces alone do not make: a document without members is null.
     static document array(std::initializer_list<document> items = {});
     static document object();
 

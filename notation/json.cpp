@@ -14,6 +14,7 @@ namespace
 
 using json = nlohmann::ordered_json;
 
+// Levels of arrays and objects: documents are destroyed and compared by recursion.
 constexpr size_t deepest = 500;
 
 bool is_plain(char letter)
@@ -21,7 +22,7 @@ bool is_plain(char letter)
     return letter >= ' ' && letter <= '~' && letter != '"' && letter != '\\';
 }
 
-// Writes as it comes upon values.
+// Writes as it comes upon values. Numbers are written as they are held, so that 64 bits stay exact.
 class writer
 {
 public:
@@ -192,7 +193,8 @@ private:
         return open_.size() <= deepest;
     }
 
-    // The last one counts, in the place of the first. Not found out member by member: a text may have a million of them.
+    // The last one counts, in the place of the first. Not found out member by member: a text may have a million of
+    // them. Sorted by name and, within a name, by place.
     static void unite_namesakes(std::vector<document::member> &members)
     {
         std::vector<document::member *> sorted;

@@ -1,4 +1,4 @@
-// The table of options.
+// The table of options. What such a table can say is options/program.h.
 #include "kel-exporter/language/request.h"
 
 #include "kelctl/remote/node_names.h"
@@ -10,6 +10,7 @@ namespace kel_exporter
 namespace
 {
 
+// A wrong name is a wrong command line, and not a node that never answers.
 void add_node(options::request &asked, std::string_view name)
 {
     if (const auto wrong = kelctl::wrong_node_name(std::string(name)))

@@ -12,11 +12,13 @@ namespace kel_exporter
 
 extern const options::program program;
 
+// With the defaults of what is not given.
 struct request : options::request {
     std::string listen = "127.0.0.1:9477";
     std::vector<std::string> nodes; // none: all that there are
 };
 
+// Throws options::wrong_request.
 request parse_request(std::span<const std::string> words);
 
 } // namespace kel_exporter

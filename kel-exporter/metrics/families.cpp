@@ -1,4 +1,5 @@
-// The table, and a reader for each kind of object.
+// The table, and a reader for each kind of object. Where values come from is nodes/; how they are written,
+// metrics_text.cpp. Names are a promise to those who have alerts on them.
 #include "kel-exporter/metrics/families.h"
 
 #include <fmt/core.h>
@@ -19,7 +20,8 @@ std::string seconds_text(std::chrono::duration<double> time)
     return fmt::format("{}", time.count());
 }
 
-// The counter of this name, in the object itself, in its counters or in a block of them; null: there is none.
+// The counter of this name, in the object itself, in its counters or in a block of them; null: there is none. Each
+// platform has blocks of its own, so names are looked for at any depth.
 const document *found(const document &object, std::string_view name)
 {
     if (const document *here = object.find(name))
@@ -30,6 +32,7 @@ const document *found(const document &object, std::string_view name)
     return nullptr;
 }
 
+// Without the counter there is no sample: 0 would be a value.
 void add_counter(const family &of, const document &object, const std::vector<label> &labels, const sample_sink &add)
 {
     if (const document *value = found(object, of.source))
@@ -38,6 +41,7 @@ void add_counter(const family &of, const document &object, const std::vector<lab
 
 // ---- The node ----
 
+// Written for every node that is known, so that an alert can be made of its absence.
 void node_up(const family &, const known_node &node, time_point, const sample_sink &add)
 {
     add({{"node", node.name}}, node.up ? "1" : "0");

@@ -1,5 +1,5 @@
-// The metrics: what each is called and means, and where its values are in what is known of a node. docs/metrics.md lists
-// them; a test compares the two.
+// The metrics: what each is called and means, and where its values are in what is known of a node. docs/metrics.md
+// lists them; a test compares the two. To add one, add a row in families.cpp.
 #pragma once
 
 #include "kel-exporter/nodes/known_node.h"
@@ -22,6 +22,7 @@ using label = std::pair<std::string_view, std::string>;
 // Takes a value with its labels, which begin with the node's.
 using sample_sink = std::function<void(const std::vector<label> &labels, std::string value)>;
 
+// A metric and where its values come from. All texts live as long as the program.
 struct family {
     std::string_view name; // without the "_total" of a counter and the "_info" of an info
     metric_type type;
@@ -32,6 +33,7 @@ struct family {
     uint64_t scale = 1;           // of the unit
 };
 
+// In the order in which they are written.
 std::span<const family> families();
 
 } // namespace kel_exporter

@@ -1,4 +1,4 @@
-// Both formats, which differ in the names of families and in the end.
+// Both formats, which differ in the names of families and in the end. What there is to write is families.cpp.
 #include "kel-exporter/metrics/metrics_text.h"
 
 #include <fmt/core.h>
@@ -11,6 +11,7 @@ namespace kel_exporter
 namespace
 {
 
+// By metric_type. OpenMetrics names a family without the suffix, the classic format with it.
 constexpr struct {
     std::string_view suffix;  // of a sample's name
     std::string_view classic; // the name of the type
@@ -60,6 +61,7 @@ std::string_view media_type(text_format format)
                                           : "application/openmetrics-text; version=1.0.0; charset=utf-8";
 }
 
+// Both formats want all samples of a family together, below its heading; so nodes are walked through for each family.
 std::string metrics_text(text_format format, const std::vector<known_node> &nodes, watch_clock::time_point now)
 {
     std::string text;

@@ -1,4 +1,8 @@
 // What is known of nodes, as Prometheus reads it.
+//
+//     # HELP kel_node_up Whether the node answers: 1 or 0.
+//     # TYPE kel_node_up gauge
+//     kel_node_up{node="edge"} 1
 #pragma once
 
 #include "kel-exporter/metrics/families.h"

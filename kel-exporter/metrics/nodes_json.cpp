@@ -1,3 +1,4 @@
+// The members that the page reads; the state goes through as the node answered it.
 #include "kel-exporter/metrics/nodes_json.h"
 
 #include "notation/json.h"

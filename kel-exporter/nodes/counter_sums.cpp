@@ -1,4 +1,5 @@
 // Which counters have 32 bits, and how an object that was made anew differs from one whose counters wrapped around.
+// Which metric shows a counter is metrics/families.cpp.
 #include "kel-exporter/nodes/counter_sums.h"
 
 #include <algorithm>
@@ -45,7 +46,8 @@ template <typename Document, typename Work> void each_of_both(const document &be
     }
 }
 
-// A platform may use the name of an object again, which then has counted less.
+// A platform may use the name of an object again, which then has counted less. An object that the session made again
+// has another number, whatever it has counted.
 bool is_same(const document &before, const document &now, const counted &kind)
 {
     bool same = before.at("made") == now.at("made");
@@ -58,6 +60,8 @@ bool is_same(const document &before, const document &now, const counted &kind)
     return same;
 }
 
+// The difference in 32 bits is right after a wrap-around, too, if there was no more than one since the last look: a
+// node is looked at at least once a second while somebody wants to know.
 void add_up(const document &before, document &now, const counted &kind)
 {
     each_of_both(before.at("counters"), now["counters"],
@@ -71,6 +75,7 @@ void add_up(const document &before, document &now, const counted &kind)
 
 } // namespace
 
+// A node that began anew has another `since`, and nothing of the one before counts.
 void counter_sums::carry_on(document &state)
 {
     if (const auto since = state.at("since").number<uint64_t>(); since != std::exchange(since_, since))

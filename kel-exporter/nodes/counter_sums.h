@@ -2,6 +2,10 @@
 //
 //     counter_sums sums;
 //     sums.carry_on(state); // of each look at a node
+//
+// One object for each node: it remembers the node's last answer.
+//
+// Of 4,294,967,290 frames and, at the next look, 4, the sum is 4,294,967,300.
 #pragma once
 
 #include "notation/document.h"
@@ -18,7 +22,8 @@ class counter_sums
 {
 public:
     // Puts the sums in the place of the counters of `state`, which a node answers to {"ask":"state"}. They begin with
-    // the counters themselves, and begin anew with those of an object that was made anew, and of a node that began anew.
+    // the counters themselves, and begin anew with those of an object that was made anew, and of a node that began
+    // anew.
     void carry_on(notation::document &state);
 
 private:

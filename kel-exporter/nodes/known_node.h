@@ -1,4 +1,4 @@
-// What is known of a standing node.
+// What is known of a standing node. Copied out of the thread that asks: a state is never changed, so copies share it.
 #pragma once
 
 #include "notation/document.h"
@@ -12,6 +12,7 @@ namespace kel_exporter
 
 using watch_clock = std::chrono::steady_clock;
 
+// `file` and `state` stay after a node has gone down, `read` says of when they are.
 struct known_node {
     std::string name;
     bool up = false;      // it answered when it was asked last

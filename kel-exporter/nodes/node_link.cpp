@@ -1,4 +1,4 @@
-// Connecting, asking, adding up.
+// Connecting, asking, adding up. When a node is asked is watched_nodes.cpp.
 #include "kel-exporter/nodes/node_link.h"
 
 #include "kelctl/remote/node_names.h"
@@ -35,6 +35,7 @@ void node_link::connect(const sockets::client::waiter &wait)
     throw std::runtime_error(why);
 }
 
+// Any failure ends the connection: what an interrupted answer left of a line would be taken for the next answer.
 known_node node_link::look(const sockets::client::waiter &wait)
 {
     known_node seen = {.name = name_};

@@ -14,10 +14,11 @@ namespace kel_exporter
 class node_link
 {
 public:
+    // Does not connect.
     explicit node_link(std::string name);
 
-    // Asks it, connecting first where that is due. It answers when it has nothing else to do: `wait`, as that of a client,
-    // returns false to give up. What it returns says what failed.
+    // Asks it, connecting first where that is due. It answers when it has nothing else to do: `wait`, as that of a
+    // client, returns false to give up. What it returns says what failed.
     known_node look(const sockets::client::waiter &wait);
 
 private:

@@ -1,4 +1,4 @@
-// When each node is looked at, and which nodes there are.
+// When each node is looked at, and which nodes there are. How one is asked is node_link.cpp.
 #include "kel-exporter/nodes/watched_nodes.h"
 
 #include "kel-exporter/nodes/node_link.h"
@@ -14,9 +14,11 @@ namespace kel_exporter
 namespace
 {
 
+// Each has a thread. Sockets of any number may lie in the folders.
 constexpr size_t most_nodes = 64;
 constexpr int pause = 100; // milliseconds, after which a wait for an answer looks whether it is over
 
+// For a client's wait: gives up when the thread is to end.
 bool readable(int descriptor, const std::stop_token &over)
 {
     pollfd wanted = {.fd = descriptor, .events = POLLIN, .revents = 0};
@@ -46,6 +48,8 @@ watched_nodes::~watched_nodes()
         node.thread.request_stop(); // all of them, before the first is waited for
 }
 
+// Called by the thread that serves HTTP: it must not wait for nodes. Only the first question after a while waits, so
+// that whoever asks seldom does not get values of long ago.
 std::vector<known_node> watched_nodes::known()
 {
     std::vector<node_map::node_type> gone; // their threads need the lock to end
@@ -63,6 +67,7 @@ std::vector<known_node> watched_nodes::known()
     return all;
 }
 
+// The time between the latest two questions is that at which looks pay.
 void watched_nodes::ask_for_looks()
 {
     const auto now = watch_clock::now();
@@ -76,6 +81,7 @@ bool watched_nodes::wanted() const
     return asked_at_ != watch_clock::time_point() && watch_clock::now() < asked_at_ + kept_.until;
 }
 
+// References to nodes_ stay valid while others come and go, and each thread has one to its node.
 void watched_nodes::find_nodes()
 {
     const auto now = watch_clock::now();
@@ -97,6 +103,7 @@ void watched_nodes::find_nodes()
     }
 }
 
+// Taken out of the map but not destroyed under the lock: a destroyed thread is waited for.
 std::vector<watched_nodes::node_map::node_type> watched_nodes::forgotten()
 {
     std::vector<node_map::node_type> gone;
@@ -109,6 +116,7 @@ std::vector<watched_nodes::node_map::node_type> watched_nodes::forgotten()
     return gone;
 }
 
+// What was read last stays when a node does not answer: it is shown with its age.
 void watched_nodes::watch(const std::stop_token &over, watched &node)
 {
     node_link link(node.seen.name);

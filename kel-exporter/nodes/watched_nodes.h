@@ -17,8 +17,8 @@
 namespace kel_exporter
 {
 
-// A node is looked at four times for each time that it is asked for, but not more and not less often than this; and not at
-// all when nobody has asked for a while.
+// A node is looked at four times for each time that it is asked for, but not more and not less often than this; and not
+// at all when nobody has asked for a while.
 struct pace {
     std::chrono::milliseconds shortest = std::chrono::milliseconds(200);
     std::chrono::milliseconds longest = std::chrono::seconds(1);
@@ -28,6 +28,7 @@ struct pace {
         std::chrono::hours(1); // a node that is gone; one that --node names, for ever
 };
 
+// known() may be called by one thread; the threads of the nodes are this object's own, and end with it.
 class watched_nodes
 {
 public:
@@ -37,8 +38,8 @@ public:
     watched_nodes(const watched_nodes &) = delete;
     watched_nodes &operator=(const watched_nodes &) = delete;
 
-    // What is known of them, in the order of their names. Waits for no node, but when nobody has asked for a while: then for
-    // the first looks, no longer than `first`.
+    // What is known of them, in the order of their names. Waits for no node, but when nobody has asked for a while:
+    // then for the first looks, no longer than `first`.
     std::vector<known_node> known();
 
 private:

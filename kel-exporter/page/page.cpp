@@ -1,4 +1,4 @@
-// The file as octets of the program, and the hashes of its elements.
+// The file as octets of the program, and the hashes of its elements. What the page does is in index.html.
 #include "kel-exporter/page/page.h"
 
 #include <glib.h>
@@ -19,6 +19,7 @@ namespace kel_exporter
 namespace
 {
 
+// As the policy has it: " 'sha256-...'", of the octets between the tags.
 std::string hash_source(std::string_view content)
 {
     std::array<guint8, 32> digest;
@@ -30,7 +31,8 @@ std::string hash_source(std::string_view content)
     return std::string(" 'sha256-").append(text.get()).append("'");
 }
 
-// Of the contents of each element of this name.
+// Of the contents of each element of this name. Searched for as text: the page is our own, and has these elements
+// without attributes.
 std::string hash_sources(std::string_view html, const std::string &name)
 {
     const std::string begin = "<" + name + ">";

@@ -8,6 +8,7 @@
 namespace kel_exporter
 {
 
+// Lives as long as the program.
 std::string_view page();
 
 // The Content-Security-Policy under which a browser runs the scripts and styles of this page, by their hashes, and

@@ -31,6 +31,7 @@ std::string_view taken(std::string_view &text, char separator)
     return first;
 }
 
+// 0 for what is no number: not accepted.
 double weight_of(std::string_view written)
 {
     double weight = 0;
@@ -60,6 +61,7 @@ media_range range_of(std::string_view written)
 
 } // namespace
 
+// "*/*" is no wish for OpenMetrics: a browser or curl, which accept all, get the format that people read.
 text_format accepted_format(std::string_view accept)
 {
     double open_metrics = 0;

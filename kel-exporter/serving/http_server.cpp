@@ -1,4 +1,4 @@
-// The HTTP library's callbacks, and who takes too long.
+// The HTTP library's callbacks, and who takes too long. What is answered is the caller's (main.cpp).
 #include "kel-exporter/serving/http_server.h"
 
 #include <fmt/core.h>
@@ -22,6 +22,7 @@ namespace
 constexpr unsigned most_clients = 100;
 constexpr size_t memory_of_a_client = 16'384; // octets, for the request line and the headers
 
+// Headers of every answer: nothing is kept, guessed, or handed to other sites.
 constexpr const char *security[][2] = {
     {MHD_HTTP_HEADER_CACHE_CONTROL, "no-store"},     {MHD_HTTP_HEADER_VARY, "Accept"},
     {"X-Content-Type-Options", "nosniff"},           {"Referrer-Policy", "no-referrer"},
@@ -33,6 +34,7 @@ void add_header(MHD_Response *response, const char *name, const std::string &val
     MHD_add_response_header(response, name, value.c_str());
 }
 
+// MUST_COPY: the answer is gone before the library has sent it.
 MHD_Result send(MHD_Connection *connection, const http_answer &answer)
 {
     MHD_Response *response = MHD_create_response_from_buffer(answer.body.size(), const_cast<char *>(answer.body.data()),
@@ -84,6 +86,7 @@ struct http_server::callbacks {
         }
     }
 
+    // The library keeps a pointer to the client with its connection; elements of a list stay where they are.
     static void follow(void *self, MHD_Connection *connection, void **of_connection,
                        MHD_ConnectionNotificationCode code)
     {
@@ -97,6 +100,7 @@ struct http_server::callbacks {
         }
     }
 
+    // The time of the next request begins.
     static void complete(void *, MHD_Connection *connection, void **, MHD_RequestTerminationCode)
     {
         const auto *info = MHD_get_connection_info(connection, MHD_CONNECTION_INFO_SOCKET_CONTEXT);
@@ -104,6 +108,8 @@ struct http_server::callbacks {
     }
 };
 
+// The library's own time limit is not used: it begins anew with each octet, and a client that sends one now and then
+// would keep its connection forever.
 http_server::http_server(int listening, handler answer, std::chrono::milliseconds patience)
     : answer_(std::move(answer)), patience_(patience), daemon_(nullptr, MHD_stop_daemon)
 {
@@ -126,6 +132,7 @@ int http_server::number() const
     return MHD_get_daemon_info(daemon_.get(), MHD_DAEMON_INFO_EPOLL_FD)->epoll_fd;
 }
 
+// Until the library wants to be called, or until the first client has taken too long.
 int http_server::milliseconds() const
 {
     MHD_UNSIGNED_LONG_LONG wait = INT_MAX;

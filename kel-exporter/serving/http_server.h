@@ -21,11 +21,13 @@ struct MHD_Daemon;
 namespace kel_exporter
 {
 
+// Valid while the handler runs.
 struct http_request {
     std::string_view path;
     std::string_view accept; // the header
 };
 
+// Sent with `security` of http_server.cpp, which all answers have.
 struct http_answer {
     unsigned status = 200;
     std::string_view type = "text/plain; charset=utf-8";
@@ -33,6 +35,8 @@ struct http_answer {
     std::string policy = "default-src 'none'"; // the header Content-Security-Policy
 };
 
+// The handler runs within serve(), and must not wait: all clients wait with it. What it throws becomes an answer with
+// the status 500.
 class http_server
 {
 public:

@@ -53,6 +53,7 @@ address_list addresses(const std::string &written)
     return {found, freeaddrinfo};
 }
 
+// SO_REUSEADDR: a service that is started again does not wait for the connections of the one before.
 sockets::descriptor listening(const std::string &written)
 {
     const address_list where = addresses(written);

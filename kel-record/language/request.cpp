@@ -1,4 +1,5 @@
-// The table, and what else a request needs.
+// The table, and what else a request needs. Words after the program's name are its own, whatever they look like
+// (`runs_another`).
 #include "kel-record/language/request.h"
 
 namespace kel_record

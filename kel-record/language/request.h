@@ -17,6 +17,7 @@ struct request : options::request {
     std::string output;               // empty: NAME.kel in the current folder, for a program NAME
 };
 
+// Throws options::wrong_request.
 request parse_request(std::span<const std::string> words);
 
 } // namespace kel_record

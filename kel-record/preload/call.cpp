@@ -1,4 +1,5 @@
-// Which calls are the program's, and the lines of each.
+// Which calls are the program's, and the lines of each. All of it runs within the program's own calls: nothing is
+// allocated, and errno is as the program would find it.
 #include "kel-record/preload/call.h"
 
 #include "kel-record/preload/call_file.h"
@@ -40,6 +41,7 @@ extent object_of(const void *address)
 extent library;
 extent ours;
 
+// kel_tracepoint stands for the library: a wrapper of it is here, and the next one of that name is the library's own.
 [[gnu::constructor]] void find_objects()
 {
     library = object_of(dlsym(RTLD_NEXT, "kel_tracepoint"));
@@ -65,7 +67,8 @@ iovec part(const char *text)
     return {const_cast<char *>(text), strlen(text)};
 }
 
-// The library reads its own MP id once, as this does.
+// The library reads its own MP id once, as this does. The library keeps the first id that is not 0, so the line is
+// written once.
 void write_mp_id()
 {
     static std::atomic<bool> written;
@@ -80,6 +83,7 @@ void write_mp_id()
 
 } // namespace
 
+// Calls within one of the program's calls are not the program's, wherever they return to.
 bool is_programs_call(const void *returns_to)
 {
     return recording() && !under_way && !is_in_library(returns_to);
@@ -105,6 +109,7 @@ void call::begin()
     errno = errno_before_;
 }
 
+// Everything is appended in one write, so that lines of several threads do not mix.
 void call::end(uint32_t code)
 {
     const int errno_after = errno;
@@ -128,6 +133,8 @@ void call::end(uint32_t code)
     errno = errno_after;
 }
 
+// Refusals of one function in a row, with one code, become one line with a count. The newest of the function decides:
+// an older one cannot be continued.
 void call::note(size_t function, int64_t code)
 {
     const uint32_t number = ++counts_[function];
@@ -148,6 +155,7 @@ void call::note(size_t function, int64_t code)
         refusals_[refusal_count_++] = {function, number, 1, code};
 }
 
+// Not under a call of the program and yet from the library: its own thread.
 void note_closed_call(size_t function, int64_t code, const void *returns_to)
 {
     if (!is_in_library(returns_to))

@@ -19,9 +19,11 @@ namespace kel_record
 // its own, too, within a call and on its own thread.
 bool is_programs_call(const void *returns_to);
 
+// Lives on the stack of the wrapper: one at a time in a thread. It is some 10 KiB large.
 class call
 {
 public:
+    // `command`: the words before the arguments, which must outlive this.
     explicit call(const char *command);
     ~call();
     call(const call &) = delete;
@@ -30,6 +32,7 @@ public:
     // Its line as it is now; the arguments are complete.
     void begin();
 
+    // Its line with what the call returned, and before it a fault rule for each refusal within it.
     void end(uint32_t code);
 
     kel_record::line line;

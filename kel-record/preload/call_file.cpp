@@ -1,4 +1,7 @@
 // Opening the file, and writing to it behind the program's back.
+//
+// Everything here has to work between fork() and exec(), in several threads at once, and with descriptors that the
+// program closes: so there are atomics and no mutex.
 #include "kel-record/preload/call_file.h"
 
 #include <atomic>
@@ -67,6 +70,7 @@ private:
     sigset_t before_;
 };
 
+// Once, whichever thread comes first.
 void give_up(int error)
 {
     if (!given_up.exchange(true))
@@ -86,6 +90,7 @@ int open_file(int flags)
     return moved;
 }
 
+// Device and inode are remembered, to notice when the descriptor has become another file's.
 bool keep(int opened)
 {
     struct stat facts = {};
@@ -126,6 +131,7 @@ bool claim()
     return empty;
 }
 
+// A file that is not empty belongs to another process: this one takes FILE.PID.
 void open_for_this_process()
 {
     snprintf(path, sizeof path, "%s", given);
@@ -182,6 +188,8 @@ bool recording()
     return given[0] != '\0' && !given_up;
 }
 
+// A file that was closed is opened again by its name, and appended to. After any failure nothing more is written: a
+// script with a hole in it would repeat something else.
 void append(const iovec *parts, int count)
 {
     take_file();

@@ -1,4 +1,5 @@
-// A wrapper before each closed function: it passes the call on, and notes what came back.
+// A wrapper before each closed function: it passes the call on, and notes what came back. What is done with it is
+// call.cpp.
 #include "kel-record/preload/closed_functions.h"
 
 #include "kel-record/preload/call.h"

@@ -1,5 +1,5 @@
-// The closed functions that return a code. The library's own thread calls some of them, too: a fault of one that both
-// threads call is that of one thread only.
+// The closed functions that return a code; those without one are not wrapped, as there is nothing to note. The
+// library's own thread calls some of them, too: a fault of one that both threads call is that of one thread only.
 #pragma once
 
 #include <cstddef>

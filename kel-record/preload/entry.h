@@ -2,6 +2,10 @@
 // function of a name: here a jump to a wrapper, which the compiler makes from the function's own declaration.
 //
 //     STANDS_BEFORE(ork_bind, &wrapper<row_of_ork_bind, decltype(::ork_bind)>::call)
+//
+// The jump is written in assembly: from a declaration C++ makes a function's type, but not its definition. It leaves
+// the return address as it was, by which a wrapper tells who calls. endbr64: where the processor checks indirect calls,
+// they may arrive here.
 #pragma once
 
 #include <atomic>

@@ -1,5 +1,6 @@
 // The exported functions, each with the command that calls it and what writes its arguments down: one table, from which
-// a wrapper stands before each function. Four functions that the table does not fit have wrappers of their own.
+// a wrapper stands before each function. Four functions that the table does not fit have wrappers of their own. A row's
+// arguments are written in the order in which the command takes them.
 #include "kel-record/preload/call.h"
 #include "kel-record/preload/entry.h"
 #include "kel/kel_core_ic_ebcom.h"
@@ -56,6 +57,7 @@ void path_added(line &to, const kel_ebcom_path_config *config)
     to.need_raw();
 }
 
+// The library reads no shaping of a removal, but traces it.
 void path_removed(line &to, const kel_ebcom_path_config *config)
 {
     if (!to.reads(config))
@@ -203,6 +205,8 @@ template <typename... Parameters> struct row<uint32_t(Parameters...)> {
 
 template <const auto &Row, typename Function> struct wrapper;
 
+// The address that the call returns to is asked for here, in the function that the jump reaches: any function in
+// between would have one of its own.
 template <const auto &Row, typename... Parameters> struct wrapper<Row, uint32_t(Parameters...)> {
     static uint32_t pass_on(Parameters... parameters)
     {
@@ -297,6 +301,7 @@ void write_message(line &to, const char *prefix_format, const char *prefix, cons
         to.text(" --prefix", prefix);
 }
 
+// A list of arguments can be walked through once only, so it is copied for the line.
 char *pass_message_on(const char *command, const char *prefix_format, const char *prefix, const char *body,
                       va_list values)
 {

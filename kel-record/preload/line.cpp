@@ -1,4 +1,4 @@
-// Appending words, as far as there is room.
+// Appending words, as far as there is room. Which words a call has is exported_functions.cpp.
 #include "kel-record/preload/line.h"
 
 #include <cstdarg>
@@ -24,6 +24,8 @@ line::line(const char *command)
     add("%s", command);
 }
 
+// Room for --raw is kept free. What does not fit makes the line no command, instead of a shorter one that means
+// something else.
 void line::add(const char *format, ...)
 {
     const size_t room = sizeof text_ - sizeof raw_option - size_;
@@ -50,6 +52,7 @@ void line::mac(const char *option, const uint8_t *octets)
             octets[5]);
 }
 
+// A text that begins with a dash would be read as an option; its first character is written as an octet.
 void line::text(const char *option, const char *text)
 {
     if (!reads(text))

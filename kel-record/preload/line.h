@@ -1,6 +1,11 @@
 // A command of kelctl as it is written down, in memory of its own: nothing is allocated. What the command language
-// refuses and C accepts is written with --raw. What it has no words for, such as a null pointer, makes the line one that
-// people can read and kelctl cannot.
+// refuses and C accepts is written with --raw. What it has no words for, such as a null pointer, makes the line one
+// that people can read and kelctl cannot.
+//
+//     line made("ebcom path add");
+//     made.mac("", config.dst_mac);
+//     made.number(" --rate", config.shaping_rate, rate_range);     // ends with --raw if the rate is 0
+//     append(made.finished());
 #pragma once
 
 #include "kelctl/values/whole_number.h"
@@ -14,6 +19,7 @@ namespace kel_record
 class line
 {
 public:
+    // `command` is copied.
     explicit line(const char *command);
 
     // As printf does.
@@ -21,6 +27,7 @@ public:
 
     // A value behind an option, or behind nothing. One that is not allowed needs --raw.
     void number(const char *option, int64_t value, const kelctl::range &allowed);
+    // Six octets, or null.
     void mac(const char *option, const uint8_t *octets);
 
     // Between quotes. Octets that a line cannot have need --raw.
