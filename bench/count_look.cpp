@@ -3,7 +3,7 @@
 // bench/check_growth.
 #include "kelctl/commands/commands.h"
 #include "kelctl/language/command_line.h"
-#include "kelctl/remote/standing_node.h"
+#include "kelctl/remote/node_server.h"
 
 #include <fmt/core.h>
 #include <valgrind/callgrind.h>

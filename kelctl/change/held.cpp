@@ -2,7 +2,7 @@
 // in the same way before it is compared.
 #include "kelctl/change/held.h"
 
-#include "kelctl/node/standing.h"
+#include "kelctl/node/read_back.h"
 #include "kelctl/terminal/text.h"
 #include "kelctl/values/ic_port.h"
 #include "kelctl/values/mp_id.h"

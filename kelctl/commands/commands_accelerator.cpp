@@ -3,7 +3,7 @@
 #include "kelctl/accelerator/graphviz.h"
 #include "kelctl/accelerator/software_accelerator.h"
 #include "kelctl/commands/commands.h"
-#include "kelctl/node/standing.h"
+#include "kelctl/node/read_back.h"
 #include "kelctl/session/session.h"
 #include "kelctl/values/file_text.h"
 #include "kelctl/values/ic_port.h"

@@ -48,7 +48,7 @@ result list_nodes(const invocation &, session &)
     return {.shown = {{"nodes", rows}}};
 }
 
-// Where a node stands, remote/standing_node.cpp takes it down. Its row exists so that help, completion and --node know
+// Where a node stands, remote/node_server.cpp takes it down. Its row exists so that help, completion and --node know
 // the command.
 result take_down_nothing(const invocation &, session &)
 {

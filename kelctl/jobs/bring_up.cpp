@@ -7,7 +7,7 @@
 #include "kelctl/language/command_text.h"
 #include "kelctl/library/trace_log.h"
 #include "kelctl/node/load_node_file.h"
-#include "kelctl/node/standing.h"
+#include "kelctl/node/read_back.h"
 #include "kelctl/session/failure_report.h"
 #include "kelctl/session/result_document.h"
 #include "kelctl/terminal/progress.h"

@@ -1,4 +1,4 @@
-// Waiting for signals and for other processes. How requests are answered is remote/standing_node.cpp, what is written
+// Waiting for signals and for other processes. How requests are answered is remote/node_server.cpp, what is written
 // to the service manager socket/service_manager.cpp.
 #include "kelctl/jobs/hold.h"
 

@@ -1,4 +1,4 @@
-// `up --hold`: a node that stays until a signal, and that other processes may ask meanwhile (remote/standing_node.h).
+// `up --hold`: a node that stays until a signal, and that other processes may ask meanwhile (remote/node_server.h).
 //
 //     held_node held(asked.given, node, session);
 //     if (node.up())
@@ -13,7 +13,7 @@
 
 #include "kelctl/jobs/bring_up.h"
 #include "kelctl/language/arguments.h"
-#include "kelctl/remote/standing_node.h"
+#include "kelctl/remote/node_server.h"
 #include "kelctl/session/session.h"
 #include "socket/service_manager.h"
 

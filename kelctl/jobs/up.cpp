@@ -6,7 +6,7 @@
 #include "kelctl/jobs/hold.h"
 #include "kelctl/jobs/watch.h"
 #include "kelctl/node/load_node_file.h"
-#include "kelctl/node/standing.h"
+#include "kelctl/node/read_back.h"
 #include "kelctl/node/statistics.h"
 #include "kelctl/views/counter_tables.h"
 #include "kelctl/views/node_view.h"

@@ -5,7 +5,7 @@
 #include "kelctl/accelerator/software_accelerator.h"
 #include "kelctl/input/interruption.h"
 #include "kelctl/node/rates.h"
-#include "kelctl/node/standing.h"
+#include "kelctl/node/read_back.h"
 #include "kelctl/remote/messages.h"
 #include "kelctl/remote/result_message.h"
 #include "kelctl/session/fields_view.h"

@@ -1,7 +1,7 @@
 // The words of a snapshot.
 #include "kelctl/node/known_on_node.h"
 
-#include "kelctl/node/standing.h"
+#include "kelctl/node/read_back.h"
 
 namespace kelctl
 {

@@ -1,5 +1,5 @@
 // Which IC port each queue belongs to. The accelerator holds queues by handle; only the process that added the paths
-// knows the ports. ports_of() (standing.h) puts the two together. Where a port cannot be told, it is left out, and
+// knows the ports. ports_of() (read_back.h) puts the two together. Where a port cannot be told, it is left out, and
 // whoever shows the queue does without.
 #pragma once
 

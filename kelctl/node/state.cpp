@@ -5,7 +5,7 @@
 #include "kel/kel_node_names.h"
 #include "kelctl/accelerator/software_accelerator.h"
 #include "kelctl/library/trace_log.h"
-#include "kelctl/node/standing.h"
+#include "kelctl/node/read_back.h"
 #include "kelctl/node/statistics.h"
 #include "kelctl/values/ic_port.h"
 #include "kelctl/values/limits.h"

@@ -6,7 +6,7 @@
 #include "kel/kel_node_names.h"
 #include "kelctl/accelerator/snapshot.h"
 #include "kelctl/library/library_call.h"
-#include "kelctl/node/standing.h"
+#include "kelctl/node/read_back.h"
 #include "notation/json.h"
 
 #include <algorithm>

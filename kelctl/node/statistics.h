@@ -29,7 +29,7 @@ struct counted {
     }
 };
 
-// `held` are queues_now() (standing.h). Of the queues that are known (`queues`: `port`, `name`, and `counters`, null
+// `held` are queues_now() (read_back.h). Of the queues that are known (`queues`: `port`, `name`, and `counters`, null
 // where the library finds the queue by no destination), and of the PCEPs that the session made (`pceps`: `id`,
 // `counters`). The formatting library's counters have its names: what each of them counts, only the platform knows.
 // `delays` are the software accelerator's, of each queue; empty elsewhere. What could not be read is left out, and

@@ -3,7 +3,7 @@
 //     {"command": ["ebcom", "path", "add", "02:00:02:02:00:01", "--port", "RLU1P"]}     {"result": {"status": 0, ...}}
 //     {"ask": "words"}                                                                  {"macs": [...], ...}
 //
-// How lines get from one process to the other is socket/; both ends of a command are remote_node.h and standing_node.h.
+// How lines get from one process to the other is socket/; both ends of a command are remote_node.h and node_server.h.
 #pragma once
 
 #include "kelctl/language/known_words.h"

@@ -5,7 +5,7 @@
 #include "kelctl/input/interruption.h"
 #include "kelctl/jobs/bring_up.h"
 #include "kelctl/node/load_node_file.h"
-#include "kelctl/node/standing.h"
+#include "kelctl/node/read_back.h"
 #include "kelctl/replay/replay_steps.h"
 #include "kelctl/replay/replay_summary.h"
 #include "kelctl/session/fields_view.h"

@@ -1,5 +1,5 @@
 // The paths and shapers that the session added and that still exist. The accelerator knows queues by handles only, so
-// this is what shows which port a queue belongs to (node/standing.h). What it keeps grows and shrinks with each path:
+// this is what shows which port a queue belongs to (node/read_back.h). What it keeps grows and shrinks with each path:
 // nothing here takes longer the more of them there are, up to logarithms.
 //
 //     paths.add(config);          // after kel_core_ic_ebcom_path_add()

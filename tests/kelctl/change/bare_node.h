@@ -2,7 +2,7 @@
 #pragma once
 
 #include "kelctl/accelerator/snapshot.h"
-#include "kelctl/node/standing.h"
+#include "kelctl/node/read_back.h"
 #include "kelctl/values/mac_address.h"
 
 #include <fmt/format.h>

@@ -2,7 +2,7 @@
 #include "kelctl/jobs/bring_up.h"
 
 #include "kelctl/input/interruption.h"
-#include "kelctl/node/standing.h"
+#include "kelctl/node/read_back.h"
 #include "notation/json.h"
 #include "script_session.h"
 #include "softnode/softnode.h"

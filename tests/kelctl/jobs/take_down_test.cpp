@@ -2,7 +2,7 @@
 #include "kelctl/jobs/take_down.h"
 
 #include "kelctl/library/trace_log.h"
-#include "kelctl/node/standing.h"
+#include "kelctl/node/read_back.h"
 #include "kelctl/terminal/text.h"
 #include "script_session.h"
 #include "softnode/softnode.h"

@@ -3,7 +3,7 @@
 
 #include "kelctl/jobs/take_down.h"
 #include "kelctl/language/command_text.h"
-#include "kelctl/node/standing.h"
+#include "kelctl/node/read_back.h"
 #include "kelctl/values/mp_id.h"
 #include "script_session.h"
 #include "softnode/softnode.h"

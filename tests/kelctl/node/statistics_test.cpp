@@ -2,7 +2,7 @@
 #include "kelctl/node/statistics.h"
 
 #include "kelctl/jobs/take_down.h"
-#include "kelctl/node/standing.h"
+#include "kelctl/node/read_back.h"
 #include "notation/json.h"
 #include "script_session.h"
 #include "softnode/softnode.h"

@@ -1,10 +1,10 @@
 // From a request to the session's answer.
-#include "kelctl/remote/standing_node.h"
+#include "kelctl/remote/node_server.h"
 
 #include "kelctl/language/command_line.h"
 #include "kelctl/node/known_on_node.h"
+#include "kelctl/node/read_back.h"
 #include "kelctl/node/sample.h"
-#include "kelctl/node/standing.h"
 #include "kelctl/node/state.h"
 #include "kelctl/remote/messages.h"
 #include "kelctl/remote/node_names.h"

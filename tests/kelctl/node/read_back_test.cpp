@@ -1,5 +1,5 @@
 // Which queue serves which port, found out on a node that stands on the software accelerator.
-#include "kelctl/node/standing.h"
+#include "kelctl/node/read_back.h"
 
 #include "kelctl/jobs/take_down.h"
 #include "kelctl/library/trace_log.h"

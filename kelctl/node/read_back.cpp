@@ -1,5 +1,5 @@
 // Matching queues with ports: first by the library's look-ups, then, for the rest, by the order of creation.
-#include "kelctl/node/standing.h"
+#include "kelctl/node/read_back.h"
 
 #include "kel/kel_core_ic_ebcom.h"
 #include "kel/kel_node_names.h"
