@@ -32,16 +32,16 @@ void nothing(const kel_ebcom_path_config &)
 {
 }
 
-kel_ebcom_path_config one_of(const destination_pattern &pattern, uint32_t standing, uint32_t number)
+kel_ebcom_path_config one_of(const destination_pattern &pattern, uint32_t existing, uint32_t number)
 {
     constexpr uint32_t stride = 7919; // prime
-    return pattern.path(number * stride % standing);
+    return pattern.path(number * stride % existing);
 }
 
 // From the port of the first one, which has a queue.
-kel_ebcom_path_config next(const destination_pattern &pattern, uint32_t standing, uint32_t number)
+kel_ebcom_path_config next(const destination_pattern &pattern, uint32_t existing, uint32_t number)
 {
-    kel_ebcom_path_config path = pattern.path(standing + number);
+    kel_ebcom_path_config path = pattern.path(existing + number);
     path.iell_port = pattern.path(0).iell_port;
     return path;
 }
@@ -53,7 +53,7 @@ kel_ebcom_path_config another(const destination_pattern &, uint32_t, uint32_t nu
 
 struct counted {
     const char *name;
-    kel_ebcom_path_config (*path)(const destination_pattern &pattern, uint32_t standing, uint32_t number);
+    kel_ebcom_path_config (*path)(const destination_pattern &pattern, uint32_t existing, uint32_t number);
     void (*before)(const kel_ebcom_path_config &path); // not counted
     void (*operation)(const kel_ebcom_path_config &path);
     void (*after)(const kel_ebcom_path_config &path); // not counted
@@ -65,13 +65,13 @@ constexpr counted operations_on_paths[] = {
     {"look up", one_of, nothing, look_up, nothing}, {"look up in vain", another, nothing, look_up, nothing},
 };
 
-void count(const counted &what, const destination_pattern &pattern, uint32_t standing)
+void count(const counted &what, const destination_pattern &pattern, uint32_t existing)
 {
     CALLGRIND_START_INSTRUMENTATION;
     CALLGRIND_TOGGLE_COLLECT;
     CALLGRIND_ZERO_STATS;
     for (uint32_t i = 0; i < times; ++i) {
-        const kel_ebcom_path_config path = what.path(pattern, standing, i);
+        const kel_ebcom_path_config path = what.path(pattern, existing, i);
         what.before(path);
         CALLGRIND_TOGGLE_COLLECT;
         what.operation(path);
@@ -80,14 +80,14 @@ void count(const counted &what, const destination_pattern &pattern, uint32_t sta
     }
     CALLGRIND_TOGGLE_COLLECT;
     CALLGRIND_STOP_INSTRUMENTATION;
-    const std::string name = std::string(pattern.name) + " | " + what.name + " | " + std::to_string(standing);
+    const std::string name = std::string(pattern.name) + " | " + what.name + " | " + std::to_string(existing);
     CALLGRIND_DUMP_STATS_AT(name.c_str());
 }
 
-void count_all(const destination_pattern &pattern, uint32_t standing)
+void count_all(const destination_pattern &pattern, uint32_t existing)
 {
     for (const counted &each : operations_on_paths)
-        count(each, pattern, standing);
+        count(each, pattern, existing);
 }
 
 void count_pattern(const destination_pattern &pattern)

@@ -1,4 +1,4 @@
-// A standing node under callgrind: a client's look at its counters against as many operations as it may cost, and beside few
+// A held node under callgrind: a client's look at its counters against as many operations as it may cost, and beside few
 // paths and many. Callgrind writes a file of counts for each, named "WHAT | BESIDE WHAT | HOW MANY". To be run by
 // bench/check_growth.
 #include "kelctl/commands/commands.h"
@@ -74,7 +74,7 @@ private:
         return received;
     }
 
-    standing_node node_;
+    node_server node_;
     const int client_;
 };
 

@@ -9,7 +9,7 @@
 struct destination_pattern {
     const char *name;
     kel_ebcom_path_config (*path)(uint32_t number);
-    uint32_t most; // paths that stand together
+    uint32_t most; // paths that exist together
 };
 
 std::span<const destination_pattern> destination_patterns();

@@ -1,4 +1,4 @@
-// How a cost grows with the paths that stand: "growth/OPERATION/PATTERN/N" with N of them. The counter "ratio" is the time over that of a fixed piece of work, so that figures with different N can be
+// How a cost grows with the paths that exist: "growth/OPERATION/PATTERN/N" with N of them. The counter "ratio" is the time over that of a fixed piece of work, so that figures with different N can be
 // compared; "octets" is the heap memory that each of the N takes.
 //
 // Adding and removing are timed in small batches, so that the one can be undone untimed after the other. "count
@@ -72,7 +72,7 @@ size_t heap_in_use()
     return heap.uordblks + heap.hblkhd;
 }
 
-// Those that stand, in the order of adding; they follow one another round and round.
+// Those that exist, in the order of adding; they follow one another round and round.
 class crowd
 {
 public:
@@ -124,7 +124,7 @@ public:
         what_.remove(stranger(--strangers_));
     }
 
-    // Of heap memory, for each that stands.
+    // Of heap memory, for each that exists.
     double octets_each() const
     {
         return static_cast<double>(octets_) / static_cast<double>(end_ - begin_);
@@ -201,7 +201,7 @@ constexpr step nothing = nullptr;
 
 struct growing {
     const char *name;
-    size_t batch; // small where the number of standing paths changes with it
+    size_t batch; // small where the number of existing paths changes with it
     const subject &what;
     step before; // untimed
     step timed;
@@ -242,9 +242,9 @@ void reference_work()
     }
 }
 
-void measure(benchmark::State &state, const growing &operation, const destination_pattern &pattern, uint32_t standing)
+void measure(benchmark::State &state, const growing &operation, const destination_pattern &pattern, uint32_t existing)
 {
-    crowd crowd(operation.what, pattern, standing);
+    crowd crowd(operation.what, pattern, existing);
     const double octets = crowd.octets_each();
     turns taken;
     const size_t batch = operation.batch;
@@ -257,13 +257,13 @@ void measure(benchmark::State &state, const growing &operation, const destinatio
     state.counters["octets"] = octets;
 }
 
-void register_all(const destination_pattern &pattern, uint32_t standing)
+void register_all(const destination_pattern &pattern, uint32_t existing)
 {
     for (const growing &operation : operations) {
         const std::string name =
-            "growth/" + std::string(operation.name) + "/" + pattern.name + "/" + std::to_string(standing);
-        const auto run = [&operation, &pattern, standing](benchmark::State &state) {
-            measure(state, operation, pattern, standing);
+            "growth/" + std::string(operation.name) + "/" + pattern.name + "/" + std::to_string(existing);
+        const auto run = [&operation, &pattern, existing](benchmark::State &state) {
+            measure(state, operation, pattern, existing);
         };
         benchmark::RegisterBenchmark(name.c_str(), run)->UseManualTime();
     }
@@ -274,8 +274,8 @@ void register_all(const destination_pattern &pattern, uint32_t standing)
 void add_growth_benchmarks()
 {
     for (const destination_pattern &pattern : destination_patterns()) {
-        for (const uint32_t standing : smaller_counts)
-            register_all(pattern, standing);
+        for (const uint32_t existing : smaller_counts)
+            register_all(pattern, existing);
         register_all(pattern, pattern.most);
     }
 }

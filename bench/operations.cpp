@@ -13,7 +13,7 @@ using bare::port;
 namespace
 {
 
-constexpr kel_ebcom_path_config standing = {{2, 0, 0, 2, 0, 1}, 0, 7, 0, 0, 0};
+constexpr kel_ebcom_path_config existing = {{2, 0, 0, 2, 0, 1}, 0, 7, 0, 0, 0};
 constexpr kel_ebcom_path_config alone = {{2, 0, 0, 2, 0, 2}, 0, 6, 0, 0, 0};
 constexpr kel_ebcom_path_config beside = {{2, 0, 0, 2, 0, 3}, 0, 7, 0, 0, 0};
 
@@ -110,13 +110,13 @@ constexpr operation table[] = {
     ROW("path add + remove, shared queue", (kel_core_ic_ebcom_path_add(&beside), kel_core_ic_ebcom_path_rem(&beside)),
         (bare::path_add(beside, port::used), bare::path_rem(beside, port::used))),
     ROW("path add + remove, counted destination",
-        (kel_core_ic_ebcom_path_add(&standing), kel_core_ic_ebcom_path_rem(&standing)),
-        (bare::path_add(standing, port::used), bare::path_rem(standing, port::used))),
+        (kel_core_ic_ebcom_path_add(&existing), kel_core_ic_ebcom_path_rem(&existing)),
+        (bare::path_add(existing, port::used), bare::path_rem(existing, port::used))),
     ROW("MAC channel of a port", kel_ic_ebcom_port_to_mac_chan(7, &octet), nothing()),
-    ROW("queue handle", kel_ic_ebcom_queue_handle_get(standing.dst_mac, &handle),
-        bare::find_destination(standing.dst_mac)),
-    ROW("scheduler handle", kel_ic_ebcom_scheduler_handle_get(standing.dst_mac, &handle),
-        bare::find_destination(standing.dst_mac)),
+    ROW("queue handle", kel_ic_ebcom_queue_handle_get(existing.dst_mac, &handle),
+        bare::find_destination(existing.dst_mac)),
+    ROW("scheduler handle", kel_ic_ebcom_scheduler_handle_get(existing.dst_mac, &handle),
+        bare::find_destination(existing.dst_mac)),
     ROW("QoS handle dump", kel_core_ic_ebcom_qos_handle_dump(), bare::dump_handles()),
 
     ROW("global statistics", kel_ic_ebcom_get_global_stats(&global_stats), bare::get_global_stats(global_stats)),
@@ -124,21 +124,21 @@ constexpr operation table[] = {
         bare::format_global_stats(text, sizeof text, plain)),
     ROW("global statistics, text, second name", kel_core_ic_ebcom_fmt_global_stats(text, sizeof text, plain),
         bare::format_global_stats(text, sizeof text, plain)),
-    ROW("queue statistics", kel_core_ic_ebcom_queue_stats_get(standing.dst_mac, &queue_stats),
-        bare::get_queue_stats(standing.dst_mac, queue_stats)),
-    ROW("queue statistics, text", kel_core_ic_ebcom_queue_fmt_stats_get(standing.dst_mac, text, sizeof text, plain),
-        bare::format_queue_stats(standing.dst_mac, text, sizeof text, plain)),
+    ROW("queue statistics", kel_core_ic_ebcom_queue_stats_get(existing.dst_mac, &queue_stats),
+        bare::get_queue_stats(existing.dst_mac, queue_stats)),
+    ROW("queue statistics, text", kel_core_ic_ebcom_queue_fmt_stats_get(existing.dst_mac, text, sizeof text, plain),
+        bare::format_queue_stats(existing.dst_mac, text, sizeof text, plain)),
     ROW("queue statistics, text, second name",
-        kel_core_ic_ebcom_fmt_queue_stats(standing.dst_mac, text, sizeof text, plain),
-        bare::format_queue_stats(standing.dst_mac, text, sizeof text, plain)),
+        kel_core_ic_ebcom_fmt_queue_stats(existing.dst_mac, text, sizeof text, plain),
+        bare::format_queue_stats(existing.dst_mac, text, sizeof text, plain)),
     ROW("queue statistics, text version 2",
-        kel_core_ic_ebcom_queue_fmt_stats_get_2(standing.dst_mac, text, sizeof text, plain),
-        bare::format_queue_stats_2(standing.dst_mac, text, sizeof text, plain)),
+        kel_core_ic_ebcom_queue_fmt_stats_get_2(existing.dst_mac, text, sizeof text, plain),
+        bare::format_queue_stats_2(existing.dst_mac, text, sizeof text, plain)),
     ROW("burst statistics", kel_ic_ebcom_set_burst_stats(nullptr, nullptr, &queue_stats), nothing()),
 
     ROW("PCEP start + stop", (kel_core_ic_pcep_start(), kel_core_ic_pcep_stop()),
         (bare::pcep_start(), bare::pcep_stop()), true),
-    ROW("location of a MAC address", kel_ic_pcep_get_location_and_type_from_branch(standing.dst_mac, &location, &type),
+    ROW("location of a MAC address", kel_ic_pcep_get_location_and_type_from_branch(existing.dst_mac, &location, &type),
         nothing()),
     ROW("PCEP add + remove", (kel_core_ic_pcep_add(measured_pcep, &unbound), kel_core_ic_pcep_rem(measured_pcep)),
         (bare::pcep_add(measured_pcep, unbound, false), bare::pcep_rem(measured_pcep, false))),
@@ -191,13 +191,13 @@ void make_tables()
 void services_up()
 {
     kel_ic_ebcom_init_qos();
-    kel_core_ic_ebcom_path_add(&standing);
+    kel_core_ic_ebcom_path_add(&existing);
     kel_core_ic_pcep_start();
     kel_core_ic_pcep_add(standing_pcep, &unbound);
     kel_core_ic_pcep_mc_group_add(standing_group);
 
     bare::init_qos();
-    bare::path_add(standing, port::used);
+    bare::path_add(existing, port::used);
     bare::pcep_start();
     bare::pcep_add(standing_pcep, unbound, false);
     bare::group_add(standing_group);
@@ -207,10 +207,10 @@ void services_down()
 {
     kel_core_ic_pcep_mc_group_rem(standing_group);
     kel_core_ic_pcep_stop();
-    kel_core_ic_ebcom_path_rem(&standing);
+    kel_core_ic_ebcom_path_rem(&existing);
     kel_ic_ebcom_deinit_qos();
 
     bare::pcep_stop();
-    bare::path_rem(standing, port::used);
+    bare::path_rem(existing, port::used);
     bare::deinit_qos();
 }

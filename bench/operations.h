@@ -1,5 +1,5 @@
 // Every exported operation, ready to be measured over the null platform: through the library, and as the bare calls
-// that it stands for. What takes away follows in one row what added, so that a row can be repeated without end.
+// that it represents. What takes away follows in one row what added, so that a row can be repeated without end.
 #pragma once
 
 #include <cstdint>
@@ -18,7 +18,7 @@ std::span<const operation> operations();
 // The count table, which the first start makes for good. To be called once, before anything else.
 void make_tables();
 
-// Both services, and one path, one PCEP and one multicast group that stand while others come and go: in the library
+// Both services, and one path, one PCEP and one multicast group that exist while others come and go: in the library
 // and for the bare calls.
 void services_up();
 void services_down();

@@ -16,17 +16,17 @@ colours = ("#0072b2", "#d55e00", "#009e73", "#cc79a7", "#e69f00")  # told apart 
 
 
 def draw_panel(axes, title, curves):
-    standing = list(next(iter(curves.values())))
+    existing = list(next(iter(curves.values())))
     families = [name.startswith("count table") or name.endswith(", any") for name in curves]
     for index, (operation, of) in enumerate(curves.items()):
         nth_of_family = families[:index].count(families[index])
-        axes.plot(standing, of.values(), "--" if families[index] else "-", color=colours[nth_of_family],
+        axes.plot(existing, of.values(), "--" if families[index] else "-", color=colours[nth_of_family],
                   marker="o", markersize=4, label=operation)
     axes.axhline(GOAL, color="grey", linewidth=0.8)
-    axes.annotate("goal: below", (standing[0], GOAL), (0, -4), textcoords="offset points", color="grey",
+    axes.annotate("goal: below", (existing[0], GOAL), (0, -4), textcoords="offset points", color="grey",
                   fontsize="small", verticalalignment="top")
-    axes.set(title=title, xscale="log", xlabel="paths that stand")
-    axes.set_xticks(standing, [f"{number:,}" for number in standing])
+    axes.set(title=title, xscale="log", xlabel="existing paths")
+    axes.set_xticks(existing, [f"{number:,}" for number in existing])
     axes.minorticks_off()
     axes.legend(fontsize="small", loc="upper left", frameon=False)
 
@@ -43,7 +43,7 @@ def write_plot(curves, title, path):
 
 
 def write_plots(growth, folder):
-    """`growth`: by pattern and operation, the figure for each number of standing paths."""
+    """`growth`: by pattern and operation, the figure for each number of existing paths."""
     for pattern in ("in a row", "at random"):
         curves = {operation: of for (its_pattern, operation), of in growth.items() if its_pattern == pattern}
         write_plot(curves, f"Growth, {pattern}", folder / f"growth-{pattern.replace(' ', '-')}.svg")

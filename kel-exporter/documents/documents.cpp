@@ -6,7 +6,7 @@ namespace
 {
 
 constexpr std::string_view description =
-    R"(kel-exporter asks standing nodes over their sockets, as "kelctl --node" does, and serves what they answer over HTTP.
+    R"(kel-exporter asks held nodes over their sockets, as "kelctl --node" does, and serves what they answer over HTTP.
 It only reads. It needs no privilege but that of connecting to the nodes: their owner's, root's, or that of the group of
 "kelctl up --group".
 
@@ -28,7 +28,7 @@ constexpr options::meaning environment[] = {
 
 int main()
 {
-    return options::print_manual(kel_exporter::program, {.about = "shows standing nodes as metrics and as a page",
+    return options::print_manual(kel_exporter::program, {.about = "shows held nodes as metrics and as a page",
                                                          .description = description,
                                                          .environment = environment,
                                                          .example = "kel-exporter --listen 127.0.0.1:9477 --node edge",

@@ -1,4 +1,4 @@
-// What is known of a standing node. Copied out of the thread that asks: a state is never changed, so copies share it.
+// What is known of a held node. Copied out of the thread that asks: a state is never changed, so copies share it.
 #pragma once
 
 #include "notation/document.h"

@@ -1,4 +1,4 @@
-// One standing node, asked over its socket by one thread.
+// One held node, asked over its socket by one thread.
 #pragma once
 
 #include "kel-exporter/nodes/counter_sums.h"

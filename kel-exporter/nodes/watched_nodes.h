@@ -1,4 +1,4 @@
-// Standing nodes, each watched by a thread of its own while somebody wants to know.
+// Held nodes, each watched by a thread of its own while somebody wants to know.
 //
 //     watched_nodes nodes({}); // all that there are
 //     for (const known_node &one : nodes.known())

@@ -1,4 +1,4 @@
-// Numeric addresses only: what a name stands for is decided elsewhere, and may be another machine's address.
+// Numeric addresses only: which address a name means is decided elsewhere, and may be another machine's address.
 #include "kel-exporter/serving/listener.h"
 
 #include "kelctl/terminal/text.h"

@@ -41,7 +41,8 @@ extent object_of(const void *address)
 extent library;
 extent ours;
 
-// kel_tracepoint stands for the library: a wrapper of it is here, and the next one of that name is the library's own.
+// kel_tracepoint is a function like any other of the library: a wrapper of it is here, and the next one of that name is
+// the library's own.
 [[gnu::constructor]] void find_objects()
 {
     library = object_of(dlsym(RTLD_NEXT, "kel_tracepoint"));

@@ -29,7 +29,7 @@ template <size_t Place, typename Code, typename... Parameters> struct wrapper<Pl
 
 } // namespace
 
-#define KEL_ROW(function, both) STANDS_BEFORE(function, &wrapper<closed::function, decltype(::function)>::pass_on);
+#define KEL_ROW(function, both) INTERPOSE(function, &wrapper<closed::function, decltype(::function)>::pass_on);
 KEL_CLOSED_FUNCTIONS(KEL_ROW)
 #undef KEL_ROW
 

@@ -1,7 +1,7 @@
 // How a function of another library gets one of ours in front of it. The program, and each library, reaches the first
 // function of a name: here a jump to a wrapper, which the compiler makes from the function's own declaration.
 //
-//     STANDS_BEFORE(ork_bind, &wrapper<row_of_ork_bind, decltype(::ork_bind)>::call)
+//     INTERPOSE(ork_bind, &wrapper<row_of_ork_bind, decltype(::ork_bind)>::call)
 //
 // The jump is written in assembly: from a declaration C++ makes a function's type, but not its definition. It leaves
 // the return address as it was, by which a wrapper tells who calls. endbr64: where the processor checks indirect calls,
@@ -11,7 +11,7 @@
 #include <atomic>
 #include <dlfcn.h>
 
-#define STANDS_BEFORE(function, ...)                                                                                   \
+#define INTERPOSE(function, ...)                                                                                       \
     extern "C" {                                                                                                       \
     extern const decltype(&::function) kel_record_before_##function;                                                   \
     [[gnu::used]] constinit const decltype(&::function) kel_record_before_##function = __VA_ARGS__;                    \
@@ -27,7 +27,7 @@
 namespace kel_record
 {
 
-// The function of this name that stands behind ours: the real one. Looked up by the first call; threads that look it up
+// The function of this name that comes after ours: the real one. Looked up by the first call; threads that look it up
 // at the same time find the same.
 template <typename Function> class next_function
 {

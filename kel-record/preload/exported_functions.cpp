@@ -1,5 +1,5 @@
 // The exported functions, each with the command that calls it and what writes its arguments down: one table, from which
-// a wrapper stands before each function. Four functions that the table does not fit have wrappers of their own. A row's
+// a wrapper is put before each function. Four functions that the table does not fit have wrappers of their own. A row's
 // arguments are written in the order in which the command takes them.
 #include "kel-record/preload/call.h"
 #include "kel-record/preload/entry.h"
@@ -230,7 +230,7 @@ template <const auto &Row, typename... Parameters> struct wrapper<Row, uint32_t(
 
 #define ROW(function, ...)                                                                                             \
     constexpr row<decltype(::function)> row_of_##function = {#function, __VA_ARGS__};                                  \
-    STANDS_BEFORE(function, &wrapper<row_of_##function, decltype(::function)>::pass_on);
+    INTERPOSE(function, &wrapper<row_of_##function, decltype(::function)>::pass_on);
 
 ROW(kel_core_ic_ebcom_start, "ebcom start")
 ROW(kel_core_ic_ebcom_stop, "ebcom stop")

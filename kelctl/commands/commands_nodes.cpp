@@ -48,8 +48,8 @@ result list_nodes(const invocation &, session &)
     return {.shown = {{"nodes", rows}}};
 }
 
-// Where a node stands, remote/node_server.cpp takes it down. Its row exists so that help, completion and --node know
-// the command.
+// The process that holds a node takes it down itself (remote/node_server.cpp). Its row exists so that help, completion
+// and --node know the command.
 result take_down_nothing(const invocation &, session &)
 {
     return wrong_use("\"down\" is for a node that another process holds: name it with --node");

@@ -9,7 +9,7 @@
 namespace kelctl
 {
 
-// The page as roff, complete. `rows` has the commands that tables and keys stand for.
+// The page as roff, complete. `rows` has the commands that tables and keys are equivalent to.
 std::string node_file_manual(const command_table &rows, std::string_view version);
 
 } // namespace kelctl

@@ -116,11 +116,11 @@ bool bring_up::up()
             break;
     session_.on_made = nullptr;
     shown.leave_line();
-    stood_ = line == lines_.end();
-    result_.shown["stood"] = stood_;
-    if (!stood_)
+    came_up_ = line == lines_.end();
+    result_.shown["stood"] = came_up_;
+    if (!came_up_)
         show_stop(line->line, std::move(last));
-    return stood_;
+    return came_up_;
 }
 
 // After a line that failed, or a signal during a line or between two. What the line would have shown is left out: the
@@ -176,7 +176,7 @@ bool bring_up::take_all_down()
                       {"left_objects", objects_in(left)}};
     const bool clean = refused.empty() && empty;
     part.text = "";
-    if (clean && stood_)
+    if (clean && came_up_)
         part.text = outcome_text(left);
     else
         part.remark = undone_text(commands, error_width()) +

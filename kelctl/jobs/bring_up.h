@@ -66,7 +66,7 @@ private:
     std::vector<invocation> lines_;
     std::string file_;
     session &session_;
-    bool stood_ = false; // every line succeeded
+    bool came_up_ = false; // every line succeeded
     bool line_failed_ = false;
     bool kept_ = false;
     std::optional<bool> clean_; // none before the take-down

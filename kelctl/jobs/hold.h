@@ -51,7 +51,7 @@ private:
     bring_up &node_;
     session &session_;
     sockets::service_manager manager_;
-    standing_node served_;
+    node_server served_;
 };
 
 } // namespace kelctl

@@ -123,15 +123,15 @@ result run_lines_on(loaded_lines loaded, const std::string &file, session &sessi
     const node_size size = size_of(loaded.lines);
     bring_up node(std::move(loaded.lines), file, session);
     node.show({.text = "", .warnings = std::move(loaded.warnings)});
-    const bool stood = node.up();
-    if (stood)
+    const bool is_up = node.up();
+    if (is_up)
         node.show(
             {.text = line_on(session.output_page(),
                              fmt::format("The node is up: {}, {}, {}", count_of(size.paths, "path"),
                                          count_of(size.pceps, "PCEP"), count_of(size.groups, "multicast group")))});
-    result lines = stood ? run_lines(session) : result{};
+    result lines = is_up ? run_lines(session) : result{};
     const bool clean = node.down();
-    result done = node.take_result(stood && clean);
+    result done = node.take_result(is_up && clean);
     done.status = std::max(done.status, lines.status);
     done.errors = std::move(lines.errors);
     return done;

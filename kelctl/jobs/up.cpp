@@ -76,10 +76,10 @@ result up(const invocation &asked, session &session)
     if (held)
         holder.emplace(asked.given, node, session);
     node.show({.text = "", .warnings = std::move(warnings)});
-    const bool stands = node.up();
-    const bool kept = !stands && asked.given.has("--keep") && node.keep();
-    const bool shown = stands && show_node(node, asked.given, session);
-    if (holder && (stands || kept))
+    const bool is_up = node.up();
+    const bool kept = !is_up && asked.given.has("--keep") && node.keep();
+    const bool shown = is_up && show_node(node, asked.given, session);
+    if (holder && (is_up || kept))
         holder->hold();
     else if (holder)
         holder->give_up();

@@ -110,7 +110,7 @@ struct command {
     const argument *argument_at(size_t index) const;                     // among those that are no options
 };
 
-// The command that stands before another one, with the code that this is to return: "expect 4 pcep remove 7". Its row
+// The command that comes before another one, with the code that this is to return: "expect 4 pcep remove 7". Its row
 // is for help and completion; the line becomes an invocation of the other command, which expects that code.
 inline constexpr std::string_view expect_name = "expect";
 

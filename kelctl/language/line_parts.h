@@ -3,7 +3,7 @@
 //     ebcom path add 02:00:02:02:00:01 --port RLU1P --burst=4096
 //     name           positional        option value option with value
 //
-// "expect CODE" may stand before a command, where the table has a row of that name.
+// "expect CODE" may come before a command, where the table has a row of that name.
 // Splitting a line into words is command_line.h, reading values argument_kind.h.
 #pragma once
 
@@ -41,7 +41,7 @@ struct argument_word {
 };
 
 struct line_parts {
-    std::optional<word> expected = {};    // the code that stood before the command, after "expect"
+    std::optional<word> expected = {};    // the code that came before the command, after "expect"
     std::string name;                     // the command's words, with one blank between
     const command *row = nullptr;         // of this name; null: none that is allowed here
     std::optional<word> unknown = {};     // the first word after the name, when there is no row

@@ -28,7 +28,7 @@ struct node_key {
 // How often a table may be in a file.
 enum class occurrence { once, at_most_once, any };
 
-// A table, and the command that it stands for. All texts live as long as the program.
+// A table, and the command that it is equivalent to. All texts live as long as the program.
 struct node_table {
     std::string_view name; // "path"
     std::string_view row;  // the command that each table of this name is

@@ -9,8 +9,8 @@
 namespace kelctl
 {
 
-// A table for each line that a table stands for, with the keys that say more than the default. What no table or key
-// stands for is not written: who needs to know reads the file back.
+// A table for each line that has an equivalent one, with the keys whose values are not the default. What no table and
+// no key can say is not written: whoever needs to know reads the file back.
 std::string node_file_of(const std::vector<invocation> &lines);
 
 } // namespace kelctl

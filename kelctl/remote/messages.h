@@ -1,4 +1,4 @@
-// What is said to a standing node and what it answers, line by line (docs/protocol.md):
+// What is said to a held node and what it answers, line by line (docs/protocol.md):
 //
 //     {"command": ["ebcom", "path", "add", "02:00:02:02:00:01", "--port", "RLU1P"]}     {"result": {"status": 0, ...}}
 //     {"ask": "words"}                                                                  {"macs": [...], ...}

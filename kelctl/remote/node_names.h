@@ -1,4 +1,4 @@
-// Names of standing nodes, what is spoken with them, and where their sockets are: $XDG_RUNTIME_DIR/kelctl/NAME.sock, or
+// Names of held nodes, what is spoken with them, and where their sockets are: $XDG_RUNTIME_DIR/kelctl/NAME.sock, or
 // /run/kelctl/NAME.sock for root and without that variable. Linked by kel-exporter, too, which knows nothing else of
 // kelctl.
 #pragma once

@@ -65,24 +65,24 @@ sockets::place place_for(const std::string &name, const std::optional<std::strin
     return where;
 }
 
-standing_node::standing_node(const sockets::place &where, const std::string &file, session &session,
-                             std::function<result()> take_down)
+node_server::node_server(const sockets::place &where, const std::string &file, session &session,
+                         std::function<result()> take_down)
     : session_(session), take_down_(std::move(take_down)), server_(where, node_protocol, about(where, file), limits)
 {
 }
 
-int standing_node::number() const
+int node_server::number() const
 {
     return server_.number();
 }
 
-void standing_node::serve()
+void node_server::serve()
 {
     server_.serve([this](std::string_view request) { return answer_to(request); });
 }
 
 // No longer than the server has patience with any of them.
-void standing_node::finish()
+void node_server::finish()
 {
     pollfd waited = {server_.number(), POLLIN, 0};
     for (serve(); server_.sending(); serve())
@@ -90,13 +90,13 @@ void standing_node::finish()
 }
 
 // What is thrown here becomes the answer {"error": ...} in socket/server.cpp.
-std::string standing_node::answer_to(std::string_view request)
+std::string node_server::answer_to(std::string_view request)
 {
     return notation::to_json(answer_to(notation::read_json(request)));
 }
 
 // A request with "command" is a command; any other is a question, which changes nothing on the node.
-fields standing_node::answer_to(const fields &request)
+fields node_server::answer_to(const fields &request)
 {
     if (session_.finished)
         throw std::runtime_error("the node is being taken down");
@@ -112,7 +112,7 @@ fields standing_node::answer_to(const fields &request)
     throw std::runtime_error(fmt::format("there is no question {}", in_quotes(question)));
 }
 
-fields standing_node::sample(const counted &which)
+fields node_server::sample(const counted &which)
 {
     const fields queues = queues_now();
     return {{"result", message_of(take_sample(queues, ports_of(queues, session_.paths), which, session_))}};
@@ -120,7 +120,7 @@ fields standing_node::sample(const counted &which)
 
 // The row decides again whether the node may be asked: the asking process may be of another version, or no kelctl at
 // all.
-fields standing_node::carry_out(const fields &request)
+fields node_server::carry_out(const fields &request)
 {
     command_request wanted = request_of(request);
     const invocation asked = parse(session_.table, words_from(wanted.words), source::program);
@@ -133,7 +133,7 @@ fields standing_node::carry_out(const fields &request)
 }
 
 // Its parts are the end of what the node's own command shows, and all that "down" shows.
-answer standing_node::take_down()
+answer node_server::take_down()
 {
     session_.finished = true;
     answer given = session_.observed(take_down_);

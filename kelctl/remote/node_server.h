@@ -1,7 +1,7 @@
 // This process's node, served to others: it carries out what they ask, one request after the other, in the thread that
 // configures the node.
 //
-//     standing_node served(place_for("edge", std::nullopt), "edge.toml", session, [&] { return take_down(); });
+//     node_server served(place_for("edge", std::nullopt), "edge.toml", session, [&] { return take_down(); });
 //     while (!session.finished && !unwanted_within(longest_wait, served.number()))
 //         served.serve();
 #pragma once
@@ -22,14 +22,14 @@ namespace kelctl
 // Throws std::runtime_error when there is no such group.
 sockets::place place_for(const std::string &name, const std::optional<std::string> &group);
 
-class standing_node
+class node_server
 {
 public:
     // `file`: the node's. `take_down`: what another process's "down" does; no further request is carried out after it.
     // Throws std::runtime_error when the place cannot be served, as when another process serves it. The session must
     // outlive this.
-    standing_node(const sockets::place &where, const std::string &file, session &session,
-                  std::function<result()> take_down);
+    node_server(const sockets::place &where, const std::string &file, session &session,
+                std::function<result()> take_down);
 
     // Can be read when there is something to serve.
     int number() const;

@@ -1,4 +1,4 @@
-// A standing node of another process, asked over its socket.
+// A held node of another process, asked over its socket.
 //
 //     remote_node node("edge");
 //     session.elsewhere = &node;

@@ -82,13 +82,13 @@ result written(const std::string &file, const std::vector<timed_frame> &frames)
 bool send(const std::vector<captured_frame> &frames, bring_up &node, const arguments &given, session &session)
 {
     settle();
-    const snapshot standing = current_snapshot().value_or(snapshot{});
-    const replayed all = replay_frames(frames, standing);
+    const snapshot node_now = current_snapshot().value_or(snapshot{});
+    const replayed all = replay_frames(frames, node_now);
     if (!all.whole)
         return node.show({.status = exit_operation_failed, .text = "", .remark = "interrupted: nothing was written"});
 
-    const port_knowledge ports = ports_of(standing, session.paths);
-    const fields summary = replay_summary(all, frames, standing, ports);
+    const port_knowledge ports = ports_of(node_now, session.paths);
+    const fields summary = replay_summary(all, frames, node_now, ports);
     node.show({.shown = {{"replay", summary}}, .text = fields_text(replay_tables(summary), page_for(stdout))});
     return node.show(written(given.text("--out"), frames_sent(all, frames))) &&
            (!given.has("--dropped") || node.show(written(given.text("--dropped"), frames_not_sent(all, frames)))) &&

@@ -50,7 +50,7 @@ size_t columns_of(std::string_view text)
     return columns;
 }
 
-// Of a name in C: what stands before the parenthesis of a call.
+// Of a name in C: what comes before the parenthesis of a call.
 bool is_of_a_name(char c)
 {
     return (text::lower(c) >= 'a' && text::lower(c) <= 'z') || (c >= '0' && c <= '9') || c == '_';

@@ -20,7 +20,7 @@ constexpr drawing_program gnuplot = {"gnuplot", "gnuplot"};
 
 constexpr uint64_t shown_in_seconds = 10'000'000'000; // nanoseconds; times of a shorter plot are in milliseconds
 
-// The diagrams stand below one another, over one axis of time.
+// The diagrams are below one another, over one axis of time.
 constexpr std::string_view settings =
     R"(set terminal svg size 900,760 noenhanced font "sans-serif,14" background "white"
 set multiplot layout 3,1 margins 0.1,0.8,0.1,0.97 spacing 0.05

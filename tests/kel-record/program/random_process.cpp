@@ -203,7 +203,7 @@ static_assert(std::size(calls) == 45);
 constexpr uint32_t start = 0;
 constexpr uint32_t init_qos = 9;
 
-// The more often a call stands here, the more often it is made.
+// The more often a call is listed here, the more often it is made.
 constexpr uint32_t frequent[] = {start, 5, 11, 11, 12, 13, 13, 13, 14, 14, 26, 30, 30, 30, 31, 32, 32, 33, 34, 34, 35};
 
 // What the calling thread alone calls, and what both threads call.

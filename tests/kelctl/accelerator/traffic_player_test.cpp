@@ -1,4 +1,4 @@
-// Traffic played on a software accelerator where only a PCEP stands.
+// Traffic played on a software accelerator that has only a PCEP.
 #include "kelctl/accelerator/traffic_player.h"
 
 #include "kel/kel_core_ic_pcep.h"

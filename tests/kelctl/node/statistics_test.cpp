@@ -1,4 +1,4 @@
-// Reading the counters of a node that stands on the software accelerator.
+// Reading the counters of a node of the software accelerator.
 #include "kelctl/node/statistics.h"
 
 #include "kelctl/jobs/take_down.h"

@@ -75,7 +75,7 @@ document json_of(const program_outcome &outcome)
 // ---- The same as in the process itself ----
 
 // In the process itself, lines of a shell are carried out on a node that its file brought up.
-TEST(StandingNode, ShowsTextAsTheProcessItselfDoes)
+TEST(HeldNode, ShowsTextAsTheProcessItselfDoes)
 {
     const dump_file_removed afterwards;
     const held_node node(small_node);
@@ -89,7 +89,7 @@ TEST(StandingNode, ShowsTextAsTheProcessItselfDoes)
     EXPECT_EQ(other.status, own.status);
 }
 
-TEST(StandingNode, ShowsJsonAndTraceAsTheProcessItselfDoes)
+TEST(HeldNode, ShowsJsonAndTraceAsTheProcessItselfDoes)
 {
     const dump_file_removed afterwards;
     const held_node node(small_node);
@@ -106,7 +106,7 @@ TEST(StandingNode, ShowsJsonAndTraceAsTheProcessItselfDoes)
     EXPECT_EQ(other.status, own.status);
 }
 
-TEST(StandingNode, TraceRecordsOfACommandComeWithIt)
+TEST(HeldNode, TraceRecordsOfACommandComeWithIt)
 {
     const held_node node(small_node);
     const auto own = run_text("ebcom port channel 0\n", {"--trace"});
@@ -120,7 +120,7 @@ TEST(StandingNode, TraceRecordsOfACommandComeWithIt)
     EXPECT_EQ(node.ask({"pcep", "stats", "7"}).err, "");
 }
 
-TEST(StandingNode, ExitStatusIsTheCommands)
+TEST(HeldNode, ExitStatusIsTheCommands)
 {
     const held_node node(small_node);
     EXPECT_EQ(node.ask({"pcep", "stats", "7"}).status, 0);
@@ -131,7 +131,7 @@ TEST(StandingNode, ExitStatusIsTheCommands)
     EXPECT_EQ(node.ask({"pcep", "stats", "many"}).status, 2);
 }
 
-TEST(StandingNode, ScriptStopsAtTheLineThatFails)
+TEST(HeldNode, ScriptStopsAtTheLineThatFails)
 {
     const held_node node(small_node);
     const std::string script = "group add 301\npcep stats 8\ngroup add 302\n";
@@ -145,7 +145,7 @@ TEST(StandingNode, ScriptStopsAtTheLineThatFails)
 }
 
 // The page is that of the process that asks.
-TEST(StandingNode, TextIsLaidOutForTheTerminalThatShowsIt)
+TEST(HeldNode, TextIsLaidOutForTheTerminalThatShowsIt)
 {
     const held_node node(small_node);
     terminal_session narrow(
@@ -155,7 +155,7 @@ TEST(StandingNode, TextIsLaidOutForTheTerminalThatShowsIt)
     EXPECT_THAT(node.ask({"snapshot"}).out, Not(HasSubstr("\x1b[1m")));
 }
 
-TEST(StandingNode, IsWatchedFromElsewhere)
+TEST(HeldNode, IsWatchedFromElsewhere)
 {
     const held_node node(small_node);
     EXPECT_EQ(
@@ -182,7 +182,7 @@ TEST(StandingNode, IsWatchedFromElsewhere)
 
 // ---- What a client adds, and the end ----
 
-TEST(StandingNode, TakesDownWhatOthersAdded)
+TEST(HeldNode, TakesDownWhatOthersAdded)
 {
     held_node node(small_node);
     EXPECT_EQ(node.ask({"ebcom", "path", "add", "02:00:00:02:00:09", "--port", "RLU2P"}).status, 0);
@@ -193,7 +193,7 @@ TEST(StandingNode, TakesDownWhatOthersAdded)
     EXPECT_THAT(outcome.out, EndsWith("The node is up until Ctrl-C.\n" + empty_again));
 }
 
-TEST(StandingNode, DownEndsItAndBothShowTheReport)
+TEST(HeldNode, DownEndsItAndBothShowTheReport)
 {
     held_node node(small_node);
     const auto down = node.ask({"down"});
@@ -209,7 +209,7 @@ TEST(StandingNode, DownEndsItAndBothShowTheReport)
     EXPECT_THAT(again.err, HasSubstr("there is no node \"" + node.name() + "\""));
 }
 
-TEST(StandingNode, DownInJsonHasWhatWasUndone)
+TEST(HeldNode, DownInJsonHasWhatWasUndone)
 {
     const held_node node(small_node);
     const document down = json_of(node.ask({"down", "--json"}));
@@ -222,14 +222,14 @@ TEST(StandingNode, DownInJsonHasWhatWasUndone)
 }
 
 // The answer does not fit into the socket at once.
-TEST(StandingNode, DownOfALargeNodeIsReportedToTheEnd)
+TEST(HeldNode, DownOfALargeNodeIsReportedToTheEnd)
 {
     held_node node(ebcom_table + "[[path]]\ndst_mac = \"02:00:00:02:00:00\"\nport = 6\ncount = 6000\n");
     EXPECT_EQ(json_of(node.ask({"down", "--json"})).at("result").at("undone").size(), 6'002u);
     EXPECT_EQ(node.program().finish().status, 0);
 }
 
-TEST(StandingNode, FailedTakeDownIsTheResultOfDown)
+TEST(HeldNode, FailedTakeDownIsTheResultOfDown)
 {
     held_node node(small_node);
     node.ask({"fault", "add", "ork_ebcom_interface_delete=-4"});
@@ -242,7 +242,7 @@ TEST(StandingNode, FailedTakeDownIsTheResultOfDown)
     EXPECT_EQ(outcome.err, down.err);
 }
 
-TEST(StandingNode, WhatAFailureLeftIsKeptByDownAsWell)
+TEST(HeldNode, WhatAFailureLeftIsKeptByDownAsWell)
 {
     const file_in_folder file("node.toml", small_node);
     const std::string name = file.node_name();
@@ -313,7 +313,7 @@ TEST_F(Reload, StepThatFailsLeavesTheOldNode)
     EXPECT_EQ(node.end(SIGTERM).status, 0);
 }
 
-TEST(StandingNode, HangupOfItsTerminalTakesItDown)
+TEST(HeldNode, HangupOfItsTerminalTakesItDown)
 {
     const file_in_folder file("node.toml", small_node);
     terminal_session up(
@@ -327,7 +327,7 @@ TEST(StandingNode, HangupOfItsTerminalTakesItDown)
 // ---- Files ----
 
 // The file of the same name beside the node is another one.
-TEST(StandingNode, FilesAreThoseOfTheProcessThatAsks)
+TEST(HeldNode, FilesAreThoseOfTheProcessThatAsks)
 {
     const held_node node(small_node);
     std::ofstream(node.folder() + "/rules") << "ork_qos_queue_create:1=-5\n";
@@ -345,7 +345,7 @@ TEST(StandingNode, FilesAreThoseOfTheProcessThatAsks)
     EXPECT_EQ(text_of(node.folder() + "/node.gv"), "the node's");
 }
 
-TEST(StandingNode, FilesThatCannotBeOpenedAreReportedAsInTheProcessItself)
+TEST(HeldNode, FilesThatCannotBeOpenedAreReportedAsInTheProcessItself)
 {
     const held_node node(small_node);
     for (const std::vector<std::string> &words : {std::vector<std::string>{"fault", "add", "--file", "nowhere"},
@@ -360,7 +360,7 @@ TEST(StandingNode, FilesThatCannotBeOpenedAreReportedAsInTheProcessItself)
     }
 }
 
-TEST(StandingNode, OpensNoFileThatARequestNames)
+TEST(HeldNode, OpensNoFileThatARequestNames)
 {
     const held_node node(small_node);
     std::ofstream(node.folder() + "/rules") << "ork_qos_queue_create:1=-5\n";
@@ -374,7 +374,7 @@ TEST(StandingNode, OpensNoFileThatARequestNames)
 
 // ---- What is refused ----
 
-TEST(StandingNode, RefusesWhatChangesTheProcessItself)
+TEST(HeldNode, RefusesWhatChangesTheProcessItself)
 {
     const held_node node(small_node);
     for (const std::vector<std::string> &words : {std::vector<std::string>{"up", "node.toml"},
@@ -394,7 +394,7 @@ TEST(StandingNode, RefusesWhatChangesTheProcessItself)
     EXPECT_THAT(node.ask({"shell", "node.toml"}).err, HasSubstr("the shell brings up no other one"));
 }
 
-TEST(StandingNode, ReadsTheWordsItself)
+TEST(HeldNode, ReadsTheWordsItself)
 {
     const held_node node(small_node);
     sockets::client client(node.socket(), {"kelctl", 1});
@@ -426,7 +426,7 @@ TEST(Node, MistakesAreFoundBeforeAnythingIsAsked)
 
 // ---- Names and places ----
 
-TEST(StandingNode, SecondOneOfItsNameIsRefusedBeforeItStarts)
+TEST(HeldNode, SecondOneOfItsNameIsRefusedBeforeItStarts)
 {
     held_node node(small_node);
     const auto second =
@@ -438,7 +438,7 @@ TEST(StandingNode, SecondOneOfItsNameIsRefusedBeforeItStarts)
     EXPECT_EQ(node.end(SIGTERM).status, 0);
 }
 
-TEST(StandingNode, SocketOfADeadProcessIsListedAndReplaced)
+TEST(HeldNode, SocketOfADeadProcessIsListedAndReplaced)
 {
     held_node node(small_node);
     node.end(SIGKILL);
@@ -463,7 +463,7 @@ TEST(StandingNode, SocketOfADeadProcessIsListedAndReplaced)
     EXPECT_THAT(run_kelctl({.arguments = {"nodes"}}).out, HasSubstr(node.name() + "  yes"));
 }
 
-TEST(StandingNode, NameIsTheFilesUnlessGiven)
+TEST(HeldNode, NameIsTheFilesUnlessGiven)
 {
     const file_in_folder file("edge-test.toml", small_node);
     const std::string own = file.folder() + "/" + std::filesystem::path(file.folder()).filename().string() + ".toml";
@@ -475,7 +475,7 @@ TEST(StandingNode, NameIsTheFilesUnlessGiven)
     EXPECT_EQ(kelctl.finish().status, 0);
 }
 
-TEST(StandingNode, NameThatIsNoneIsRefused)
+TEST(HeldNode, NameThatIsNoneIsRefused)
 {
     const file_in_folder file(".toml", small_node);
     const auto refused = [&](const std::vector<std::string> &words) {
@@ -607,7 +607,7 @@ private:
     sockets::descriptor socket_;
 };
 
-TEST(StandingNode, ServesOthersWhileOneIsSlowGreedyOrTalksNonsense)
+TEST(HeldNode, ServesOthersWhileOneIsSlowGreedyOrTalksNonsense)
 {
     held_node node(small_node);
     const raw_client slow(node.socket());
@@ -633,7 +633,7 @@ TEST(StandingNode, ServesOthersWhileOneIsSlowGreedyOrTalksNonsense)
     EXPECT_EQ(outcome.err, "");
 }
 
-TEST(StandingNode, MoreClientsThanItTakesAreTurnedAway)
+TEST(HeldNode, MoreClientsThanItTakesAreTurnedAway)
 {
     const held_node node(small_node);
     std::vector<std::unique_ptr<raw_client>> many;
@@ -660,7 +660,7 @@ std::string ticks_of(pid_t process)
     return all.at(13) + " " + all.at(14);
 }
 
-TEST(StandingNode, UsesNoProcessorTimeWhileNobodyAsks)
+TEST(HeldNode, UsesNoProcessorTimeWhileNobodyAsks)
 {
     held_node node(small_node);
     const raw_client idle(node.socket());
@@ -683,7 +683,7 @@ TEST(StandingNode, UsesNoProcessorTimeWhileNobodyAsks)
 
 // ---- Completion ----
 
-TEST(StandingNode, CompletionOffersWhatItHas)
+TEST(HeldNode, CompletionOffersWhatItHas)
 {
     const held_node node(small_node);
     const auto offered = [](const std::vector<std::string> &words) {
@@ -697,7 +697,7 @@ TEST(StandingNode, CompletionOffersWhatItHas)
     EXPECT_THAT(offered({"--no"}), HasSubstr("--node"));
 }
 
-TEST(StandingNode, ShellCompletesWhatItHasNow)
+TEST(HeldNode, ShellCompletesWhatItHasNow)
 {
     const held_node node(small_node);
     terminal_session shell(

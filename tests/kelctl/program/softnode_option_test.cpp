@@ -157,7 +157,7 @@ TEST(SoftnodeOptionAlone, NeedsAValue)
     EXPECT_THAT(outcome.err, StartsWith("kelctl: --softnode: a value is missing\n"));
 }
 
-TEST(SoftnodeOptionAlone, IsNotForAStandingNode)
+TEST(SoftnodeOptionAlone, IsNotForAHeldNode)
 {
     const auto outcome = run_kelctl({.arguments = {"--node", "edge", "--softnode", "a.sock", "time", "show"}});
     EXPECT_EQ(outcome.status, 2);

@@ -36,7 +36,7 @@ std::set<std::string> names_in(const temporary_folder &folder)
     return names;
 }
 
-// Another process's files stand for this one's, under the same names.
+// Another process's files take the place of this one's, under the same names.
 TEST(SentFiles, AreAllThatIsReadAndWritten)
 {
     const temporary_folder folder;

@@ -1,5 +1,5 @@
 /*
- * statistics_test.cpp - which counter stands where in the three records, octet by octet.
+ * statistics_test.cpp - which counter is where in the three records, octet by octet.
  */
 #include "softnode/closed/statistics.h"
 

@@ -10,7 +10,7 @@
 #include <cstdint>
 #include <vector>
 
-/* How to put a node together. What stands there as a number is taken modulo how many there are. */
+/* How to put a node together. What is a number there is taken modulo how many there are. */
 struct NodePlan {
     struct PlannedScheduler {
         ork_qos_scheduler_params params{};

@@ -22,7 +22,7 @@ using Lines = std::vector<std::string>;
 
 constexpr auto some_handle = static_cast<Handle>(0x5d0000000aU);
 
-/* The lines of a box as they are read: without tags and margins, a blank between what stands apart on one line. */
+/* The lines of a box as they are read: without tags and margins, a blank between what is apart on one line. */
 Lines lines_of(const DotBox &box)
 {
     Lines lines;

@@ -1,5 +1,5 @@
 /*
- * graph_test.cpp - the picture of a node, drawn by Graphviz: every object stands there once, and edges lead on.
+ * graph_test.cpp - the picture of a node, drawn by Graphviz: every object is there once, and edges lead on.
  */
 #include "softnode/views/graph.h"
 

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-/* What stands between every two such marks. */
+/* What is between every two such marks. */
 inline std::vector<std::string> between(std::string_view text, std::string_view open, std::string_view close)
 {
     std::vector<std::string> found;

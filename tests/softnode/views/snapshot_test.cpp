@@ -94,7 +94,7 @@ void append_keys(const json &value, Keys &keys)
     }
 }
 
-/* What stands between backticks. */
+/* What is between backticks. */
 std::vector<std::string> code_in(const std::string &line)
 {
     std::vector<std::string> code;
@@ -104,7 +104,7 @@ std::vector<std::string> code_in(const std::string &line)
     return code;
 }
 
-/* Of each row of the document's table what stands in it as code: the key, and the keys within. */
+/* Of each row of the document's table what is in it as code: the key, and the keys within. */
 std::vector<Keys> documented_keys()
 {
     std::ifstream document(SNAPSHOT_DOCUMENT);
