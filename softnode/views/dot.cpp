@@ -20,7 +20,7 @@ constexpr const char *head = R"(digraph "node" {
     edge [color="#8794a1", arrowsize=0.55]
 )";
 
-/* Around a run of words, each of which begins at a place of its own then. Indexed by Tone. */
+/* Around a run of words, each of which begins at a column of its own then. Indexed by Tone. */
 struct Tags {
     const char *open;
     const char *close;
@@ -54,7 +54,7 @@ std::string quoted(std::string_view name)
 /* Edges leave a box at its right and reach the next one at its left. */
 std::string end_text(const DotEnd &end, const char *side)
 {
-    std::string text = quoted(end.node);
+    std::string text = quoted(end.box);
     if (!end.port.empty())
         text.append(":").append(quoted(end.port));
     return text.append(":").append(side);
@@ -129,8 +129,8 @@ void DotDocument::close()
     if (column_.empty())
         return;
     text_ += "    {rank=same";
-    for (const std::string &node : column_)
-        text_.append("; ").append(quoted(node));
+    for (const std::string &box : column_)
+        text_.append("; ").append(quoted(box));
     text_ += "}\n";
     if (!column_before_.empty())
         text_ += "    " + quoted(column_before_) + " -> " + quoted(column_.front()) + " [style=invis]\n";
@@ -138,10 +138,10 @@ void DotDocument::close()
     column_.clear();
 }
 
-void DotDocument::node(std::string_view name, const DotBox &box)
+void DotDocument::box(std::string_view name, const DotBox &shown)
 {
     column_.emplace_back(name);
-    text_ += "        " + quoted(name) + " [label=" + box.label() + "]\n";
+    text_ += "        " + quoted(name) + " [label=" + shown.label() + "]\n";
 }
 
 void DotDocument::edge(const DotEnd &from, const DotEnd &to, DotLine line)

@@ -21,7 +21,7 @@ struct Words {
     Tone tone = Tone::plain;
 };
 
-/** The label of a node: lines of text in a frame. */
+/** The label of a box: lines of text in a frame. */
 class DotBox
 {
 public:
@@ -54,9 +54,9 @@ struct DotColumn {
     const char *ground;
 };
 
-/* An end of an edge: a node, and one of its box's lines unless the port is empty. */
+/* An end of an edge: a box, and one of its lines unless the port is empty. */
 struct DotEnd {
-    std::string node;
+    std::string box;
     std::string port{};
 };
 
@@ -66,10 +66,10 @@ enum class DotLine : std::uint8_t { arrow, short_arrow, dashed };
 class DotDocument
 {
 public:
-    /* Between these, nodes go into the column. Columns are ordered from the left as they are opened. */
+    /* Between these, boxes go into the column. Columns are ordered from the left as they are opened. */
     void open(const DotColumn &column);
     void close();
-    void node(std::string_view name, const DotBox &box);
+    void box(std::string_view name, const DotBox &shown);
     /** The same edge once more adds nothing. */
     void edge(const DotEnd &from, const DotEnd &to, DotLine line = DotLine::arrow);
 
@@ -77,8 +77,8 @@ public:
 
 private:
     std::string text_;
-    std::vector<std::string> column_; /* nodes of the one that is open */
-    std::string column_before_;       /* a node of the last one that has any */
+    std::vector<std::string> column_; /* boxes of the one that is open */
+    std::string column_before_;       /* a box of the last one that has any */
     std::set<std::string> edges_;
 };
 

@@ -17,9 +17,9 @@ namespace
 {
 
 /* Boxes of objects that have no handle. */
-constexpr const char *stranded_node = "without a queue";
-constexpr const char *interface_node = "interface";
-constexpr const char *further_pceps_node = "further PCEPs";
+constexpr const char *stranded_name = "without a queue";
+constexpr const char *interface_name = "interface";
+constexpr const char *further_pceps_name = "further PCEPs";
 
 /* Beyond these, PCEPs are only counted: a picture of hundreds shows nothing any more. */
 constexpr std::size_t most_pceps_shown = 24;
@@ -47,7 +47,7 @@ public:
         draw_pceps();
         draw_queues();
         draw_schedulers();
-        dot_.node(interface_node, interface_box(node_.ebcom));
+        dot_.box(interface_name, interface_box(node_.ebcom));
         lead_from_groups();
         lead_from_pceps();
         lead_from_queues();
@@ -60,7 +60,7 @@ private:
     {
         dot_.open(group_column);
         for (const auto &[handle, group] : node_.pceps.groups())
-            dot_.node(text_of(handle), group_box(handle, group, pceps_));
+            dot_.box(text_of(handle), group_box(handle, group, pceps_));
         dot_.close();
     }
 
@@ -70,23 +70,23 @@ private:
         std::size_t astray = 0; /* of those that are not shown */
         for (const auto &[handle, pcep] : node_.pceps.pceps())
             if (handle <= last_pcep_shown_)
-                dot_.node(text_of(handle), pcep_box(handle, pcep, way_of(pcep)));
+                dot_.box(text_of(handle), pcep_box(handle, pcep, way_of(pcep)));
             else if (!node_.leads_to(pcep.remote_mac()))
                 ++astray;
         if (const std::size_t count = node_.pceps.pceps().size(); count > most_pceps_shown)
-            dot_.node(further_pceps_node, further_pceps_box(count - most_pceps_shown, astray));
+            dot_.box(further_pceps_name, further_pceps_box(count - most_pceps_shown, astray));
         dot_.close();
         if (anything_bound())
-            dot_.node(target(), target_box(node_.attachment.ehsfp_target()));
+            dot_.box(target(), target_box(node_.attachment.ehsfp_target()));
     }
 
     void draw_queues()
     {
         dot_.open(queue_column);
         for (const auto &[handle, queue] : node_.qos.queues())
-            dot_.node(text_of(handle), queue_box(handle, queue, destinations_.at(handle)));
+            dot_.box(text_of(handle), queue_box(handle, queue, destinations_.at(handle)));
         if (const auto stranded = destinations_.find(Handle::null); stranded != destinations_.end())
-            dot_.node(stranded_node, stranded_box(stranded->second));
+            dot_.box(stranded_name, stranded_box(stranded->second));
         dot_.close();
     }
 
@@ -94,7 +94,7 @@ private:
     void draw_schedulers()
     {
         for (const SchedulerChain &chain : chains_)
-            dot_.node(text_of(chain.front()), chain_box(chain, node_.qos.schedulers()));
+            dot_.box(text_of(chain.front()), chain_box(chain, node_.qos.schedulers()));
     }
 
     void lead_from_groups()
@@ -102,7 +102,7 @@ private:
         for (const auto &[handle, group] : node_.pceps.groups()) {
             for (const std::uint32_t member : group.members)
                 if (const auto pcep = pceps_.find(member); pcep != pceps_.end())
-                    dot_.edge({text_of(handle)}, {node_of_pcep(pcep->second)});
+                    dot_.edge({text_of(handle)}, {box_of_pcep(pcep->second)});
             if (group.scheduler != Handle::null)
                 dot_.edge({text_of(handle)}, end_at(group.scheduler), DotLine::dashed); /* frames do not go there */
         }
@@ -112,9 +112,9 @@ private:
     {
         for (const auto &[handle, pcep] : node_.pceps.pceps()) {
             if (const Path *path = path_of(pcep))
-                dot_.edge({node_of_pcep(handle), remote_port}, end_at(mac_at(pcep.params.dMac), node_.queue_of(*path)));
+                dot_.edge({box_of_pcep(handle), remote_port}, end_at(mac_at(pcep.params.dMac), node_.queue_of(*path)));
             if (pcep.target != Handle::null)
-                dot_.edge({target()}, {node_of_pcep(handle)}, DotLine::dashed);
+                dot_.edge({target()}, {box_of_pcep(handle)}, DotLine::dashed);
         }
     }
 
@@ -128,13 +128,13 @@ private:
     {
         for (const SchedulerChain &chain : chains_) {
             const Handle parent = node_.qos.schedulers().at(chain.front()).parent;
-            dot_.edge({text_of(chain.front())}, parent == Handle::null ? DotEnd{interface_node} : end_at(parent));
+            dot_.edge({text_of(chain.front())}, parent == Handle::null ? DotEnd{interface_name} : end_at(parent));
         }
     }
 
-    std::string node_of_pcep(Handle pcep) const
+    std::string box_of_pcep(Handle pcep) const
     {
-        return pcep <= last_pcep_shown_ ? text_of(pcep) : further_pceps_node;
+        return pcep <= last_pcep_shown_ ? text_of(pcep) : further_pceps_name;
     }
 
     bool anything_bound() const
@@ -165,7 +165,7 @@ private:
     DotEnd end_at(const Mac &mac, Handle queue) const
     {
         const auto line = destinations_.at(queue).line_of(mac);
-        return {queue == Handle::null ? stranded_node : text_of(queue), line ? std::to_string(*line) : further_port};
+        return {queue == Handle::null ? stranded_name : text_of(queue), line ? std::to_string(*line) : further_port};
     }
 
     /* Whatever hangs on a chain hangs on its last scheduler. */

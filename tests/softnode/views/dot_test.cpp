@@ -77,10 +77,10 @@ TEST(Dot, ColumnsStandFromTheLeftInTheOrderOfOpening)
     document.close();
     for (const char *first : {"a", "b"}) {
         document.open(column);
-        document.node(first, DotBox("#123456"));
-        document.node(std::string(first) + "2", DotBox("#123456"));
+        document.box(first, DotBox("#123456"));
+        document.box(std::string(first) + "2", DotBox("#123456"));
         document.close();
-        document.node("beside", DotBox("#123456"));
+        document.box("beside", DotBox("#123456"));
     }
     EXPECT_TRUE(holds(document.text(), "label=<<b>Some &amp; others</b>>"));
     EXPECT_TRUE(holds(document.text(), "{rank=same; \"a\"; \"a2\"}"));
