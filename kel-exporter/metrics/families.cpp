@@ -133,8 +133,8 @@ constexpr family rows[] = {
     {"kel_ebcom_pceps", gauge, "", "PCEPs that exist.", service, "pceps"},
     {"kel_ebcom_groups", gauge, "", "Multicast groups that exist.", service, "groups"},
 
-    {"kel_queue_received_frames", counter, "frames", "Frames that arrived at the queue.", queues, "pkts_rx"},
-    {"kel_queue_received_bytes", counter, "bytes", "Octets that arrived at the queue.", queues, "octets_rx"},
+    {"kel_queue_received_frames", counter, "frames", "Frames that entered the queue.", queues, "pkts_rx"},
+    {"kel_queue_received_bytes", counter, "bytes", "Octets that entered the queue.", queues, "octets_rx"},
     {"kel_queue_sent_frames", counter, "frames", "Frames that left the queue.", queues, "pkts_tx"},
     {"kel_queue_sent_bytes", counter, "bytes", "Octets that left the queue.", queues, "octets_tx"},
     {"kel_queue_dropped_frames", counter, "frames", "Frames that the queue refused.", queues, "pkts_dropped"},

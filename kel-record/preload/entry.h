@@ -5,7 +5,7 @@
 //
 // The jump is written in assembly: from a declaration C++ makes a function's type, but not its definition. It leaves
 // the return address as it was, by which a wrapper tells who calls. endbr64: where the processor checks indirect calls,
-// they may arrive here.
+// they may lead here.
 #pragma once
 
 #include <atomic>
