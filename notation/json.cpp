@@ -174,11 +174,11 @@ public:
 private:
     bool put(document value)
     {
-        place(std::move(value));
+        add(std::move(value));
         return true;
     }
 
-    document &place(document value)
+    document &add(document value)
     {
         if (open_.empty())
             return root_ = std::move(value);
@@ -189,12 +189,12 @@ private:
 
     bool open(document value)
     {
-        open_.push_back(&place(std::move(value)));
+        open_.push_back(&add(std::move(value)));
         return open_.size() <= deepest;
     }
 
     // The last one counts, in the place of the first. Not found out member by member: a text may have a million of
-    // them. Sorted by name and, within a name, by place.
+    // them. Sorted by name and, within a name, in their order.
     static void unite_namesakes(std::vector<document::member> &members)
     {
         std::vector<document::member *> sorted;

@@ -24,7 +24,7 @@ namespace options
 
 // What is asked of any program; each adds its own.
 struct request {
-    std::optional<size_t> command; // its place in the table
+    std::optional<size_t> command; // its index in the table
     bool help = false;
     bool version = false;
     std::optional<std::string> answer; // printed instead of any work: help, the version, what a word may become
@@ -77,11 +77,11 @@ template <typename Request, typename Value> Request request_of(Value Request::*)
 // Puts the value of an option into this member of the program's own request; a flag becomes true.
 template <auto Member> void into(request &asked, std::string_view value)
 {
-    auto &place = static_cast<decltype(request_of(Member)) &>(asked).*Member;
-    if constexpr (std::is_same_v<decltype(place), bool &>)
-        place = true;
+    auto &member = static_cast<decltype(request_of(Member)) &>(asked).*Member;
+    if constexpr (std::is_same_v<decltype(member), bool &>)
+        member = true;
     else
-        place = value;
+        member = value;
 }
 
 inline constexpr option help_option = {"--help", "", "print this help", into<&request::help>};

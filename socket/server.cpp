@@ -103,7 +103,8 @@ bool server::connection::receive()
     return true;
 }
 
-server::server(const place &where, const protocol &spoken, const notation::document &who, const server_limits &granted)
+server::server(const address &where, const protocol &spoken, const notation::document &who,
+               const server_limits &granted)
     : greeting_(greeting(spoken, who)), group_(where.group), granted_(granted), listening_(where.path, where.group),
       events_(epoll_create1(EPOLL_CLOEXEC)), alarm_(timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK))
 {

@@ -29,7 +29,8 @@
 namespace sockets
 {
 
-struct place {
+// Where a server listens.
+struct address {
     std::string path;
     std::optional<gid_t> group = {}; // that may connect as well; none: the owner and root only
 };
@@ -40,8 +41,8 @@ public:
     // Returns the answer, a line without its end. What it throws, a std::exception, is answered as an error.
     using handler = std::function<std::string(std::string_view request)>;
 
-    // `who`, an object, becomes part of the greeting. Throws socket_error, also when a process serves this place.
-    server(const place &where, const protocol &spoken, const notation::document &who = notation::document::object(),
+    // `who`, an object, becomes part of the greeting. Throws socket_error, also when a process serves this address.
+    server(const address &where, const protocol &spoken, const notation::document &who = notation::document::object(),
            const server_limits &granted = {});
 
     // Disconnects its clients and removes the socket.

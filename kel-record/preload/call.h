@@ -59,7 +59,7 @@ private:
     bool more_refusals_ = false;
 };
 
-// The library called a closed function, by its place in closed_functions, and this is what it returned. A call from
+// The library called a closed function, by its index in closed_functions, and this is what it returned. A call from
 // anywhere else is none of the library's.
 void note_closed_call(size_t function, int64_t code, const void *returns_to);
 

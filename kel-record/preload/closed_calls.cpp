@@ -15,14 +15,14 @@ namespace kel_record
 namespace
 {
 
-template <size_t Place, typename Function> struct wrapper;
+template <size_t Index, typename Function> struct wrapper;
 
-template <size_t Place, typename Code, typename... Parameters> struct wrapper<Place, Code(Parameters...)> {
+template <size_t Index, typename Code, typename... Parameters> struct wrapper<Index, Code(Parameters...)> {
     static Code pass_on(Parameters... parameters)
     {
-        static constinit next_function<Code(Parameters...)> next(closed_functions[Place].name);
+        static constinit next_function<Code(Parameters...)> next(closed_functions[Index].name);
         const Code code = next.get()(parameters...);
-        note_closed_call(Place, code, __builtin_return_address(0));
+        note_closed_call(Index, code, __builtin_return_address(0));
         return code;
     }
 };

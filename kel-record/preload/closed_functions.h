@@ -57,11 +57,11 @@ struct closed_function {
 inline constexpr closed_function closed_functions[] = {KEL_CLOSED_FUNCTIONS(KEL_ROW)};
 #undef KEL_ROW
 
-// Their places there.
+// Their indexes there.
 #define KEL_ROW(function, both) function,
 namespace closed
 {
-enum place : size_t { KEL_CLOSED_FUNCTIONS(KEL_ROW) count };
+enum index : size_t { KEL_CLOSED_FUNCTIONS(KEL_ROW) count };
 }
 #undef KEL_ROW
 

@@ -95,7 +95,7 @@ event_decoder::event_kind event_decoder::look_up(const bt_event *event)
     const bt_field_class *common =
         bt_stream_class_borrow_event_common_context_field_class_const(bt_stream_borrow_class_const(stream));
     const bt_field_class *specific = bt_event_class_borrow_specific_context_field_class_const(event_class);
-    const auto place_of = [&](const char *member) -> place {
+    const auto field_of = [&](const char *member) -> context_field {
         if (const auto index = member_index(common, member))
             return {context::common, *index};
         if (const auto index = member_index(specific, member))
@@ -105,9 +105,9 @@ event_decoder::event_kind event_decoder::look_up(const bt_event *event)
 
     event_kind kind{.ours = true, .kind = event_named(name), .name = name, .host = host_of(trace)};
     kind.trace_process = environment_number(trace, "vpid").value_or(0);
-    kind.vtid = place_of("vtid");
-    kind.vpid = place_of("vpid");
-    kind.procname = place_of("procname");
+    kind.vtid = field_of("vtid");
+    kind.vpid = field_of("vpid");
+    kind.procname = field_of("procname");
     const auto location = member_index(payload, "location");
     const auto domain = member_index(payload, "domain");
     const auto message = member_index(payload, "message");
@@ -163,7 +163,7 @@ const record *event_decoder::decode(const bt_message *message, int64_t time)
     if (kind.vtid.where == context::none && !options_.single_thread)
         throw unreadable(no_thread);
 
-    const auto number_at = [event](place at, int64_t otherwise) {
+    const auto number_at = [event](context_field at, int64_t otherwise) {
         if (at.where == context::none)
             return otherwise;
         const bt_field *fields = at.where == context::common ? bt_event_borrow_common_context_field_const(event)

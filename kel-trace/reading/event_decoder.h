@@ -31,7 +31,7 @@ public:
 
 private:
     enum class context : uint8_t { none, common, specific };
-    struct place {
+    struct context_field {
         context where = context::none;
         uint64_t index = 0;
     };
@@ -42,7 +42,7 @@ private:
         const char *name = "";
         uint32_t host = 0;
         int64_t trace_process = 0; // of a trace of one process
-        place vtid = {}, vpid = {}, procname = {};
+        context_field vtid = {}, vpid = {}, procname = {};
         uint64_t location = 0, domain = 0, message = 0;
     };
 

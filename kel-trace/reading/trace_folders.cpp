@@ -18,10 +18,10 @@ std::vector<fs::path> trace_folders(const fs::path &folder)
             traces.push_back(path);
     };
     add(folder);
-    fs::recursive_directory_iterator place(folder, fs::directory_options::skip_permission_denied, error);
-    for (; !error && place != fs::recursive_directory_iterator(); place.increment(error))
-        if (std::error_code none; place->is_directory(none))
-            add(place->path());
+    fs::recursive_directory_iterator entry(folder, fs::directory_options::skip_permission_denied, error);
+    for (; !error && entry != fs::recursive_directory_iterator(); entry.increment(error))
+        if (std::error_code none; entry->is_directory(none))
+            add(entry->path());
     std::ranges::sort(traces);
     return traces;
 }

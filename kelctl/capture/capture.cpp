@@ -26,7 +26,7 @@ constexpr int longest_record = 262'144; // octets, as programs that capture have
 using capture_file = std::unique_ptr<pcap_t, decltype(&pcap_close)>;
 
 // The octet that is read next. A pipe has none. ftello() fails there; read_capture() refuses pipes first.
-std::string place_in(std::FILE *stream)
+std::string offset_in(std::FILE *stream)
 {
     return fmt::format("at octet {}", ftello(stream));
 }
@@ -46,7 +46,7 @@ capture_file opened(std::FILE *stream, std::string &why)
     capture_file file(libpcap().fopen_offline_with_tstamp_precision(stream, precision, message.data()),
                       libpcap().close);
     if (!file) {
-        why = fmt::format("{}: {}", place_in(stream), message.data());
+        why = fmt::format("{}: {}", offset_in(stream), message.data());
         std::fclose(stream);
     }
     return file;
@@ -57,12 +57,12 @@ capture read_frames(pcap_t *file, std::FILE *stream)
 {
     capture read;
     for (;;) {
-        const std::string place = place_in(stream);
+        const std::string offset = offset_in(stream);
         pcap_pkthdr *header = nullptr;
         const u_char *octets = nullptr;
         const int got = libpcap().next_ex(file, &header, &octets);
         if (got == PCAP_ERROR)
-            read.wrong = fmt::format("{}: {}", place, libpcap().geterr(file));
+            read.wrong = fmt::format("{}: {}", offset, libpcap().geterr(file));
         if (got != 1)
             return read;
         read.frames.push_back(frame_of(*header, octets));

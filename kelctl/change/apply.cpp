@@ -66,7 +66,7 @@ std::string text_of(const std::vector<interruption> &interrupted, const page &pa
 void warn_of(const std::vector<discrepancy> &found, result &done)
 {
     for (const discrepancy &one : found)
-        done.warnings.push_back(without_place(text_of(one)));
+        done.warnings.push_back(without_position(text_of(one)));
 }
 
 // Whether the platform was read back, and what it holds otherwise. `held`: the discrepancies, if it was.
@@ -76,7 +76,7 @@ void show_read_back(const std::optional<std::vector<discrepancy>> &held, result 
     if (held)
         warn_of(*held, done);
     else
-        done.warnings.push_back(without_place(std::string(not_read_back)));
+        done.warnings.push_back(without_position(std::string(not_read_back)));
 }
 
 // A change of a running node, step by step. The constructor makes the plan and describes it; carrying it out changes

@@ -76,7 +76,7 @@ exported exported_node(bool as_script, const session &session)
     exported made;
     if (const auto held = discrepancies(model, session))
         for (const discrepancy &one : *held)
-            made.warnings.push_back(without_place(text_of(one)));
+            made.warnings.push_back(without_position(text_of(one)));
     if (as_script) {
         for (const invocation &line : lines)
             made.text += text_of(line) + "\n";
@@ -87,7 +87,7 @@ exported exported_node(bool as_script, const session &session)
     if (!made.errors.empty())
         made.text.clear();
     else if (!model.empty() && model.back().key.kind == object_kind::pcep_service)
-        made.warnings.push_back(without_place("a node file starts the PCEP service for PCEPs and groups only"));
+        made.warnings.push_back(without_position("a node file starts the PCEP service for PCEPs and groups only"));
     return made;
 }
 

@@ -53,7 +53,7 @@ result listed(std::string_view name, fields rows, object_kind kind, const node_m
     for (const discrepancy &one : *found)
         if (one.kind == kind) {
             told.push_back({{"object", one.object}, {"what", one.what}});
-            done.warnings.push_back(without_place(text_of(one)));
+            done.warnings.push_back(without_position(text_of(one)));
         }
     done.shown["discrepancies"] = std::move(told);
     return done;
@@ -98,7 +98,7 @@ result list_queues(const invocation &asked, session &session)
     for (const node_object &one : model) {
         if (!uses_queue(one.key) || !fits(asked.given, "--port", one.key.number))
             continue;
-        const auto [place, is_new] = row_of.try_emplace(one.key.number, rows.size());
+        const auto [found, is_new] = row_of.try_emplace(one.key.number, rows.size());
         if (is_new)
             rows.push_back({{"port", one.key.number},
                             {"name", kel_branch_name(static_cast<int32_t>(one.key.number))},
@@ -107,7 +107,7 @@ result list_queues(const invocation &asked, session &session)
                             {"threshold", one.asked.given.number<uint64_t>("--threshold")},
                             {"paths", 0},
                             {"shapers", 0}});
-        fields &count = rows[place->second][one.key.kind == object_kind::path ? "paths" : "shapers"];
+        fields &count = rows[found->second][one.key.kind == object_kind::path ? "paths" : "shapers"];
         count = count.number<uint64_t>() + 1;
     }
     return listed("queues", std::move(rows), object_kind::queue, model, session);

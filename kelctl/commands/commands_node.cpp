@@ -130,7 +130,7 @@ std::vector<command> node_commands()
          .check = check_name,
          .example = "up examples/node.toml --hold",
          .sources = {source::program},
-         .carried_out = place::nowhere},
+         .carried_out = executor::nobody},
         {.name = "check",
          .variants = {{.run = check}},
          .help = "Check a node file and start nothing",

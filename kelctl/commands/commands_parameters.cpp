@@ -57,7 +57,7 @@ std::vector<command> parameter_commands()
          .details = "The library reads it once per process.",
          .arguments = {{.name = "MPID", .kind = kind::number(mpid_range), .help = "own MP id"}},
          .example = "mpid 5",
-         .carried_out = place::nowhere},
+         .carried_out = executor::nobody},
         {.name = "ebcom params set",
          .variants = {{"kel_core_ic_ebcom_global_param_set", set_parameters}},
          .help = "Set the service-wide Ethernet parameters",

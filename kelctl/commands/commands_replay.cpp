@@ -55,7 +55,7 @@ std::vector<command> replay_commands()
          .example = "traffic replay node.toml in.pcap --out out.pcap",
          .sources = {source::program},
          .needs_accelerator = true,
-         .carried_out = place::nowhere},
+         .carried_out = executor::nobody},
     };
 }
 

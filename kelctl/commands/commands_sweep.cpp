@@ -113,7 +113,7 @@ std::vector<command> sweep_commands()
          .example = "sweep examples/whole-node.kel",
          .sources = {source::program},
          .needs_accelerator = true,
-         .carried_out = place::nowhere},
+         .carried_out = executor::nobody},
     };
 }
 

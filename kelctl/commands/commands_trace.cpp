@@ -90,7 +90,7 @@ std::vector<command> trace_commands()
                .help = "source line of the request",
                .otherwise = "0"}},
          .example = "abort 'out of memory' --file main.c --line 12",
-         .carried_out = place::nowhere},
+         .carried_out = executor::nobody},
     };
 }
 

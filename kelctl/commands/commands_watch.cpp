@@ -62,7 +62,7 @@ std::vector<command> watch_commands()
          .details = watch_details,
          .arguments = watch_arguments(),
          .example = "watch --sort rate --for 1s",
-         .carried_out = place::asking},
+         .carried_out = executor::asker},
     };
 }
 

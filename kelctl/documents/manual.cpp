@@ -49,8 +49,8 @@ constexpr meaning files[] = {
 std::string on_an_installed_machine(std::string example)
 {
     constexpr std::string_view in_the_tree = " examples/";
-    if (const size_t place = example.find(in_the_tree); place != std::string::npos)
-        example.replace(place, in_the_tree.size(), " /usr/share/doc/kelctl/examples/");
+    if (const size_t at = example.find(in_the_tree); at != std::string::npos)
+        example.replace(at, in_the_tree.size(), " /usr/share/doc/kelctl/examples/");
     return example;
 }
 
@@ -76,8 +76,8 @@ void add_command(roff_page &page, const command &row)
     page.text(fmt::format("{}.", row.help));
     if (row.needs_accelerator)
         page.text("Requires the software accelerator.");
-    if (const std::string_view places = restriction_of(row); !places.empty())
-        page.text(places);
+    if (const std::string_view restriction = restriction_of(row); !restriction.empty())
+        page.text(restriction);
     add_arguments(page, row.arguments);
     if (!row.details.empty())
         page.text(fmt::format("\n{}", row.details));

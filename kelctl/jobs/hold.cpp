@@ -46,7 +46,7 @@ std::string name_of_node(const arguments &given)
 
 held_node::held_node(const arguments &given, bring_up &node, session &session)
     : name_(name_of_node(given)), file_(given.text("FILE")), node_(node), session_(session),
-      served_(place_for(name_, group_in(given)), file_, session, [this] { return take_down(); })
+      served_(address_for(name_, group_in(given)), file_, session, [this] { return take_down(); })
 {
 }
 

@@ -107,7 +107,7 @@ command_table::command_table(std::vector<command> rows, std::vector<command_grou
         if (row.example.empty())
             row.example = row.name;
         if (row.offline)
-            row.carried_out = place::asking;
+            row.carried_out = executor::asker;
         for (argument &one : row.arguments)
             one.required = one.required && one.otherwise.empty() && one.needs.empty();
         if (row.variants.size() > 1)

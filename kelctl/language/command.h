@@ -81,9 +81,9 @@ using argument_check = std::optional<objection> (*)(const arguments &given);
 // Where a command comes from: the program's arguments, a line of a script, or a line of the shell.
 enum class source { program, script, shell };
 
-// Where a command is carried out that is for the node of another process: by that process, by the one that asks, or not
-// at all, because it changes the process itself or has a node of its own.
-enum class place { node, asking, nowhere };
+// Who carries out a command that is for the node of another process: that process, the one that asks, or nobody,
+// because it changes the process itself or has a node of its own.
+enum class executor { node, asker, nobody };
 
 // A row. Texts in a string_view must live as long as the program.
 struct command {
@@ -102,7 +102,7 @@ struct command {
     std::string_view starts = {};          // the service that it starts
     bool needs_accelerator = false;        // the software one: on a vendor's platform it does not apply
     bool offline = false;                  // uses no node, and so does not care whether there can be one
-    place carried_out = place::node;       // with --node; filled in as `asking` for one that uses no node
+    executor carried_out = executor::node; // with --node; filled in as `asker` for one that uses no node
     bool carries_out_others = false;       // commands, each of which counts by itself
 
     bool allowed_in(source where) const;

@@ -95,8 +95,8 @@ private:
                          column_after(words_));
     }
 
-    // From the most likely mistake to the least: a misspelt option, quotation marks too many, a command of another
-    // place, a misspelt word.
+    // From the most likely mistake to the least: a misspelt option, quotation marks too many, a command that is
+    // allowed elsewhere, a misspelt word.
     [[noreturn]] void refuse_word(const word &word) const
     {
         if (word.text.starts_with("-"))

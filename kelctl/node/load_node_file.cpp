@@ -18,7 +18,7 @@ loaded_lines checked(node_file_read read, const std::string &file)
     check_rules(read, {.mp_id = own_mp_id(), .most_destinations = room_for_destinations()});
     loaded_lines loaded = {{}, errors_of(file, std::move(read.problems)), errors_of(file, std::move(read.warnings))};
     loaded.lines.reserve(read.lines.size());
-    for (placed_line &line : read.lines)
+    for (positioned_line &line : read.lines)
         loaded.lines.push_back(std::move(line.asked));
     return loaded;
 }

@@ -36,7 +36,7 @@ fields schedulers()
         if (const auto row = qos_row(port))
             units.try_emplace(row->scheduler, port_group(port));
     fields all = {fields::array({{{"name", line}, {"above", nullptr}}})};
-    for (const auto &[place, unit] : units)
+    for (const auto &[scheduler, unit] : units)
         all.push_back({{"name", unit}, {"above", line}});
     return all;
 }

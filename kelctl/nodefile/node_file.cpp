@@ -163,7 +163,7 @@ private:
     // Several tables may need the same service, as [[pcep]] and [[multicast]] do.
     void add_once(std::string_view name)
     {
-        const auto is_it = [name](const placed_line &line) { return line.asked.row->name == name; };
+        const auto is_it = [name](const positioned_line &line) { return line.asked.row->name == name; };
         if (std::ranges::none_of(read_.lines, is_it))
             read_.lines.push_back({invocation_of(*rows_.find(name)), nullptr, {}});
     }
@@ -172,7 +172,7 @@ private:
     // id). They wait in elements_, because a group can have a member only once all PCEPs exist.
     void read_table(const node_table &table, const command &row, const toml::table &written)
     {
-        placed_line line = {invocation_of(row), &table, position_of(written)};
+        positioned_line line = {invocation_of(row), &table, position_of(written)};
         line.asked.line = line.at.line;
         const size_t problems_before = read_.problems.size();
         const size_t elements_before = elements_.size();
@@ -189,7 +189,7 @@ private:
     }
 
     // The keys of a table, or of a table in it, whose names begin with `lead`: "shaping.".
-    void read_keys(const toml::table &keys, const std::string &lead, placed_line &line)
+    void read_keys(const toml::table &keys, const std::string &lead, positioned_line &line)
     {
         for (const auto &[key, value] : keys) {
             const std::string name = lead + std::string(key.str());
@@ -205,7 +205,7 @@ private:
         }
     }
 
-    void refuse_key(const toml::key &key, std::string_view name, const toml::node &value, const placed_line &line)
+    void refuse_key(const toml::key &key, std::string_view name, const toml::node &value, const positioned_line &line)
     {
         std::vector<std::string_view> known;
         for (const node_key &one : line.table->keys)
@@ -214,7 +214,7 @@ private:
     }
 
     // The key is noted even when its value is wrong: it is then not reported as missing, too.
-    void take(const node_key &key, const toml::node &value, placed_line &line)
+    void take(const node_key &key, const toml::node &value, positioned_line &line)
     {
         line.keys.push_back({&key, position_of(value)});
         const argument &meant = *line.asked.row->find_argument(key.argument);
@@ -230,7 +230,7 @@ private:
         }
     }
 
-    void take_elements(const node_key &key, const toml::node &value, const placed_line &line)
+    void take_elements(const node_key &key, const toml::node &value, const positioned_line &line)
     {
         const toml::array *list = value.as_array();
         if (!list)
@@ -244,12 +244,12 @@ private:
     }
 
     // A key whose value is wrong, or whose name is misspelt, does not count as missing.
-    void check_presence(const placed_line &line)
+    void check_presence(const positioned_line &line)
     {
         const auto name_of = [&](const argument &one) { return line.table->key_of(one.name); };
         const auto is_written = [&](const argument &one) {
-            const auto means_it = [&](const placed_line::placed_key &placed) {
-                return placed.key->argument == one.name;
+            const auto means_it = [&](const positioned_line::positioned_key &written) {
+                return written.key->argument == one.name;
             };
             return std::ranges::any_of(line.keys, means_it) || is_misspelt(name_of(one));
         };
@@ -258,7 +258,7 @@ private:
                                             : problem{line.at, line.table->heading() + ": " + one.message});
     }
 
-    void check_together(placed_line &line)
+    void check_together(positioned_line &line)
     {
         const command &row = *line.asked.row;
         set_defaults(row, line.asked.given);
@@ -271,7 +271,7 @@ private:
     const command_table &rows_;
     node_file_read &read_;
     std::vector<std::string_view> misspelt_; // known names that unknown ones come close to
-    std::vector<placed_line> elements_;      // lines that come after those of all tables of a name: groups' members
+    std::vector<positioned_line> elements_;  // lines that come after those of all tables of a name: groups' members
 };
 
 // Without the name of the parser's setting that a document exceeds: it means nothing to the file's author.
@@ -298,13 +298,13 @@ std::optional<problem> hostile_line(std::string_view text)
 
 } // namespace
 
-position placed_line::at_of(std::string_view argument) const
+position positioned_line::at_of(std::string_view argument) const
 {
-    const auto found = std::ranges::find(keys, argument, [](const placed_key &one) { return one.key->argument; });
+    const auto found = std::ranges::find(keys, argument, [](const positioned_key &one) { return one.key->argument; });
     return found == keys.end() ? at : found->at;
 }
 
-problem placed_line::wrong(std::string_view argument, std::string_view what) const
+problem positioned_line::wrong(std::string_view argument, std::string_view what) const
 {
     return {at_of(argument), fmt::format("{}: {}", table->key_of(argument), what)};
 }

@@ -18,8 +18,8 @@ namespace kelctl
 {
 
 // A command, and where in the file each of its arguments is.
-struct placed_line {
-    struct placed_key {
+struct positioned_line {
+    struct positioned_key {
         const node_key *key;
         position at; // of its value
     };
@@ -27,7 +27,7 @@ struct placed_line {
     invocation asked;
     const node_table *table; // null: not in the file, but added for every node, such as "ebcom start"
     position at;             // of the table
-    std::vector<placed_key> keys = {};
+    std::vector<positioned_key> keys = {};
     bool sound = true; // every required key is there, and each value is valid by itself
 
     // The position of an argument's value; of the table when the argument is not in the file.
@@ -41,7 +41,7 @@ struct placed_line {
 // traffic. With problems the lines must not be carried out. Unsound lines keep the arguments that could be read, so
 // that the rules do not report, say, a group's member as unknown because its PCEP has a wrong VLAN.
 struct node_file_read {
-    std::vector<placed_line> lines;
+    std::vector<positioned_line> lines;
     problem_list problems;
     problem_list warnings = {}; // what is allowed, and hardly meant; complete only where there are no problems
 };

@@ -26,12 +26,12 @@ constexpr int32_t port_without_mac_channel = 0;   // and so without a way to wha
 constexpr size_t most_groups = 30;
 constexpr size_t most_members = 16; // of a group
 
-using lines = std::vector<const placed_line *>;
+using lines = std::vector<const positioned_line *>;
 
 lines lines_of(const node_file_read &file, std::string_view row)
 {
     lines found;
-    for (const placed_line &line : file.lines)
+    for (const positioned_line &line : file.lines)
         if (line.asked.row->name == row)
             found.push_back(&line);
     return found;
@@ -40,19 +40,19 @@ lines lines_of(const node_file_read &file, std::string_view row)
 lines sound_lines_of(const node_file_read &file, std::string_view row)
 {
     lines found = lines_of(file, row);
-    std::erase_if(found, [](const placed_line *line) { return !line->sound; });
+    std::erase_if(found, [](const positioned_line *line) { return !line->sound; });
     return found;
 }
 
 // A sound [[path]]: `count` consecutive addresses, the first of which is `first`.
 struct path_entry {
-    explicit path_entry(const placed_line *written)
+    explicit path_entry(const positioned_line *written)
         : line(written), first(line->asked.given.mac("MAC")), port(line->asked.given.number<int32_t>("--port")),
           count(line->asked.given.has("--count") ? line->asked.given.number<uint32_t>("--count") : 1)
     {
     }
 
-    const placed_line *line;
+    const positioned_line *line;
     mac_address first;
     int32_t port;
     uint32_t count;
@@ -63,7 +63,7 @@ using path_list = std::vector<path_entry>;
 // The library accepts any address, but a frame to a group or to all zeros reaches no destination.
 void check_stations(const node_file_read &file, problem_list &problems)
 {
-    for (const placed_line &line : file.lines)
+    for (const positioned_line &line : file.lines)
         for (const auto &[key, at] : line.keys)
             if (const argument_value *value = line.asked.given.find(key->argument))
                 if (const auto *mac = std::get_if<mac_address>(value); mac && !is_station(*mac))
@@ -102,7 +102,7 @@ void check_mac_channels(const path_list &paths, uint8_t mp_id, problem_list &pro
     }
 }
 
-bool same_argument(const placed_line &one, const placed_line &other, std::string_view name)
+bool same_argument(const positioned_line &one, const positioned_line &other, std::string_view name)
 {
     const argument_value *value = one.asked.given.find(name);
     const argument_value *other_value = other.asked.given.find(name);
@@ -113,9 +113,9 @@ bool same_argument(const placed_line &one, const placed_line &other, std::string
 void check_shaping(const path_list &paths, problem_list &problems)
 {
     constexpr std::string_view shaping[] = {"--rate", "--burst", "--threshold"};
-    std::map<int32_t, const placed_line *> first_of_port;
+    std::map<int32_t, const positioned_line *> first_of_port;
     for (const path_entry &path : paths) {
-        const placed_line &first = *first_of_port.try_emplace(path.port, path.line).first->second;
+        const positioned_line &first = *first_of_port.try_emplace(path.port, path.line).first->second;
         const auto *const other = std::ranges::find_if(
             shaping, [&](std::string_view name) { return !same_argument(*path.line, first, name); });
         if (other != std::end(shaping))
@@ -165,7 +165,7 @@ void check_destination_count(const path_list &paths, size_t most, problem_list &
 
 // A PCEP or a group.
 struct end_point {
-    const placed_line *line;
+    const positioned_line *line;
     std::string_view argument; // the one that holds its id
     std::string_view kind;
 };
@@ -177,9 +177,9 @@ constexpr std::string_view group_kind = "multicast group";
 std::vector<end_point> end_points_of(const node_file_read &file)
 {
     std::vector<end_point> all;
-    for (const placed_line *line : lines_of(file, "pcep add"))
+    for (const positioned_line *line : lines_of(file, "pcep add"))
         all.push_back({line, "ID", pcep_kind});
-    for (const placed_line *line : lines_of(file, "group add"))
+    for (const positioned_line *line : lines_of(file, "group add"))
         all.push_back({line, "GROUP", group_kind});
     std::erase_if(all, [](const end_point &one) { return !one.line->asked.given.has(one.argument); });
     std::ranges::sort(all, {}, [](const end_point &one) { return one.line->at; });
@@ -220,7 +220,7 @@ void check_members(const node_file_read &file, const end_points &all, problem_li
 {
     std::map<position, std::set<uint32_t>> members_of_table;
     std::map<position, size_t> count_of_table;
-    for (const placed_line *member : sound_lines_of(file, "group member add")) {
+    for (const positioned_line *member : sound_lines_of(file, "group member add")) {
         if (++count_of_table[member->at] == most_members + 1)
             problems.push_back(member->wrong("ID", fmt::format("more than {} in one group", most_members)));
         const uint32_t id = member->asked.given.id("ID");
@@ -248,14 +248,15 @@ bool leads_to(const path_entry &path, const mac_address &mac)
 bool is_reached(const mac_address &mac, const path_list &paths, const lines &pceps)
 {
     return std::ranges::any_of(paths, [&](const path_entry &path) { return leads_to(path, mac); }) ||
-           std::ranges::any_of(pceps, [&](const placed_line *pcep) { return pcep->asked.given.mac("--local") == mac; });
+           std::ranges::any_of(pceps,
+                               [&](const positioned_line *pcep) { return pcep->asked.given.mac("--local") == mac; });
 }
 
 // Checks nothing while the file has other problems: a path that could not be read may lead to the destination.
 void check_destinations(const node_file_read &file, const path_list &paths, problem_list &problems)
 {
     const lines pceps = lines_of(file, "pcep add");
-    for (const placed_line *stream : sound_lines_of(file, "traffic stream add")) {
+    for (const positioned_line *stream : sound_lines_of(file, "traffic stream add")) {
         if (!file.problems.empty() || !stream->asked.given.has("--to"))
             continue;
         const mac_address mac = stream->asked.given.mac("--to");
@@ -268,7 +269,7 @@ void check_destinations(const node_file_read &file, const path_list &paths, prob
 
 void check_senders(const node_file_read &file, const end_points &all, problem_list &problems)
 {
-    for (const placed_line *stream : sound_lines_of(file, "traffic stream add"))
+    for (const positioned_line *stream : sound_lines_of(file, "traffic stream add"))
         if (stream->asked.given.has("--from") && !all.contains(stream->asked.given.id("--from")))
             problems.push_back(
                 stream->wrong("--from", fmt::format("no PCEP and no multicast group of this file has the id {}",
@@ -281,7 +282,7 @@ void warn_of_lost_frames(node_file_read &file, const path_list &paths)
 {
     const lines pceps = lines_of(file, "pcep add");
     std::set<uint32_t> reaching; // ids of PCEPs and groups
-    for (const placed_line *pcep : pceps)
+    for (const positioned_line *pcep : pceps)
         if (const mac_address remote = pcep->asked.given.mac("--remote"); is_reached(remote, paths, pceps))
             reaching.insert(pcep->asked.given.id("ID"));
         else
@@ -289,10 +290,10 @@ void warn_of_lost_frames(node_file_read &file, const path_list &paths)
                 pcep->wrong("--remote", fmt::format("no path of this file leads to {}, and no PCEP has "
                                                     "it as its local address",
                                                     to_text(remote))));
-    for (const placed_line *member : lines_of(file, "group member add"))
+    for (const positioned_line *member : lines_of(file, "group member add"))
         if (reaching.contains(member->asked.given.id("ID")))
             reaching.insert(member->asked.given.id("GROUP"));
-    for (const placed_line *stream : lines_of(file, "traffic stream add"))
+    for (const positioned_line *stream : lines_of(file, "traffic stream add"))
         if (stream->asked.given.has("--from") && !reaching.contains(stream->asked.given.id("--from")))
             file.warnings.push_back(stream->wrong(
                 "--from", fmt::format("frames from {} reach no destination", stream->asked.given.id("--from"))));

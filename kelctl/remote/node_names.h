@@ -29,7 +29,7 @@ struct node_socket {
     std::string path;
 };
 
-// All that there are in both places, also those that nobody serves any more, by their names; of two with the same name
+// All that there are in both folders, also those that nobody serves any more, by their names; of two with the same name
 // the one that this process would serve comes first. Without a name: of all nodes.
 std::vector<node_socket> node_sockets(const std::string &name = "");
 

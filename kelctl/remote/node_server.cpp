@@ -36,7 +36,7 @@ constexpr sockets::server_limits limits = {.longest_request = size_t{24} << 20};
 constexpr std::string_view take_down_row = "down";
 
 // What the greeting of every connection says of the node.
-fields about(const sockets::place &where, const std::string &file)
+fields about(const sockets::address &where, const std::string &file)
 {
     return {{"name", document_of_octets(std::filesystem::path(where.path).stem())},
             {"file", document_of_octets(std::filesystem::absolute(file))},
@@ -53,9 +53,9 @@ std::vector<word> words_from(const std::vector<std::string> &texts)
 
 } // namespace
 
-sockets::place place_for(const std::string &name, const std::optional<std::string> &group)
+sockets::address address_for(const std::string &name, const std::optional<std::string> &group)
 {
-    sockets::place where = {.path = socket_path(name)};
+    sockets::address where = {.path = socket_path(name)};
     if (!group)
         return where;
     const auto *known = getgrnam(group->c_str());
@@ -65,7 +65,7 @@ sockets::place place_for(const std::string &name, const std::optional<std::strin
     return where;
 }
 
-node_server::node_server(const sockets::place &where, const std::string &file, session &session,
+node_server::node_server(const sockets::address &where, const std::string &file, session &session,
                          std::function<result()> take_down)
     : session_(session), take_down_(std::move(take_down)), server_(where, node_protocol, about(where, file), limits)
 {
@@ -124,7 +124,7 @@ fields node_server::carry_out(const fields &request)
 {
     command_request wanted = request_of(request);
     const invocation asked = parse(session_.table, words_from(wanted.words), source::program);
-    if (asked.row->carried_out != place::node)
+    if (asked.row->carried_out != executor::node)
         throw std::runtime_error(fmt::format("\"{}\" cannot be asked of the node of another process", asked.row->name));
     sent_files files(std::move(wanted.files));
     const bool ends = asked.row->name == take_down_row;

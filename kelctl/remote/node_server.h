@@ -1,7 +1,7 @@
 // This process's node, served to others: it carries out what they ask, one request after the other, in the thread that
 // configures the node.
 //
-//     node_server served(place_for("edge", std::nullopt), "edge.toml", session, [&] { return take_down(); });
+//     node_server served(address_for("edge", std::nullopt), "edge.toml", session, [&] { return take_down(); });
 //     while (!session.finished && !unwanted_within(longest_wait, served.number()))
 //         served.serve();
 #pragma once
@@ -20,15 +20,15 @@ namespace kelctl
 {
 
 // Throws std::runtime_error when there is no such group.
-sockets::place place_for(const std::string &name, const std::optional<std::string> &group);
+sockets::address address_for(const std::string &name, const std::optional<std::string> &group);
 
 class node_server
 {
 public:
     // `file`: the node's. `take_down`: what another process's "down" does; no further request is carried out after it.
-    // Throws std::runtime_error when the place cannot be served, as when another process serves it. The session must
+    // Throws std::runtime_error when the address cannot be served, as when another process serves it. The session must
     // outlive this.
-    node_server(const sockets::place &where, const std::string &file, session &session,
+    node_server(const sockets::address &where, const std::string &file, session &session,
                 std::function<result()> take_down);
 
     // Can be read when there is something to serve.

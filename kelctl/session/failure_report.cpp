@@ -34,10 +34,10 @@ std::string records_of(const failure &failure, bool tracer_installed, const page
     return line_on(page, fmt::format("trace records of {}():", function)) + records_text(failure.records, page);
 }
 
-std::string report_of(const failure &failure, const page &page, std::string_view place)
+std::string report_of(const failure &failure, const page &page, std::string_view lead)
 {
     const std::string failed = page.paint(colour::failure, "failed:");
-    std::string report = line_on(page, fmt::format("{}{} {}", place, failed, failure.operation));
+    std::string report = line_on(page, fmt::format("{}{} {}", lead, failed, failure.operation));
     report += line_on(page, fmt::format("  code {}: {}", failure.code, kei_util_init_rc_str_get(failure.code)));
     if (const auto why = explanation_of(failure))
         report += line_on(page, fmt::format("  {}", refusal_text(*why)));

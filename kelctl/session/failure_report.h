@@ -12,8 +12,8 @@
 namespace kelctl
 {
 
-// What failed and why. Ends with a line end. `place` is put in front.
-std::string report_of(const failure &failure, const page &page, std::string_view place = "");
+// What failed and why. Ends with a line end. `lead` is put in front.
+std::string report_of(const failure &failure, const page &page, std::string_view lead = "");
 
 // The records of the failure, to be shown before it, so that the answer stays on the screen. Without a tracer: that
 // there are none.

@@ -34,7 +34,7 @@ result wrong_use(std::string reason)
     return {.status = exit_wrong_input, .errors = {{std::move(reason)}}};
 }
 
-input_error without_place(std::string message)
+input_error without_position(std::string message)
 {
     return {.message = std::move(message)};
 }

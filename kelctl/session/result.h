@@ -64,8 +64,8 @@ template <typename Items, typename Function> fields list_of(const Items &items, 
 // Adds a part that was shown to the result of its command.
 void add_part(result &whole, result part);
 
-// An error or a warning that is about no place in a file.
-input_error without_place(std::string message);
+// An error or a warning that is about no line of a file.
+input_error without_position(std::string message);
 
 // Nothing was done, for a reason outside the words of the command, such as the platform.
 result refused(std::string reason, std::string file = {});

@@ -22,17 +22,17 @@ namespace
 constexpr size_t most_full_reports = 10;
 constexpr size_t most_errors = 20;
 
-std::string place_text(const origin &from)
+std::string origin_text(const origin &from)
 {
     return from.file.empty() ? "" : fmt::format("{}:{}: ", without_controls(from.file), from.line);
 }
 
-// Of a line of another file, its own place says more than that of the script's line, which the remark then has.
+// Of a line of another file, its own position says more than that of the script's line, which the remark then has.
 std::string error_text(const input_error &error, const origin &from)
 {
     if (error.file.empty() && !from.file.empty())
-        return place_text(from) + error.message;
-    return error.at.line == 0 ? place_text(from) + text_of(error) : text_of(error);
+        return origin_text(from) + error.message;
+    return error.at.line == 0 ? origin_text(from) + text_of(error) : text_of(error);
 }
 
 std::string more_text(size_t more, std::string_view what, const page &page)
@@ -48,7 +48,7 @@ std::string failures_text(const result &done, const origin &from, const manner &
     const size_t most = shown.all ? done.failures.size() : std::min(done.failures.size(), most_full_reports);
     std::string text;
     for (const failure &one : std::span(done.failures).first(most))
-        text += (shown.brief ? "" : records_of(one, tracer_installed, page)) + report_of(one, page, place_text(from));
+        text += (shown.brief ? "" : records_of(one, tracer_installed, page)) + report_of(one, page, origin_text(from));
     return text + more_text(done.failures.size() - most, what, page);
 }
 
@@ -79,9 +79,9 @@ void show(const result &done, const origin &from, const manner &shown, bool trac
     told += errors_text(done.errors, "problems", from, shown, page);
     told += failures_text(done, from, shown, tracer_installed, page);
     if (!done.complaints.empty())
-        told += complaints_text(place_text(from) + "it", done.complaints, page);
+        told += complaints_text(origin_text(from) + "it", done.complaints, page);
     if (!done.remark.empty())
-        told += lines_on(page, place_text(from) + done.remark);
+        told += lines_on(page, origin_text(from) + done.remark);
     write(stderr, told);
 }
 
@@ -95,10 +95,10 @@ void show_wrong_line(const input_error &error, std::string_view hint, bool json)
 
 std::string text_of(const input_error &error)
 {
-    std::string place = without_controls(error.file.empty() ? "kelctl" : error.file);
+    std::string text = without_controls(error.file.empty() ? "kelctl" : error.file);
     for (const uint32_t number : {error.at.line, error.at.column})
-        place += number == 0 ? "" : fmt::format(":{}", number);
-    return fmt::format("{}: {}", place, error.message);
+        text += number == 0 ? "" : fmt::format(":{}", number);
+    return fmt::format("{}: {}", text, error.message);
 }
 
 } // namespace kelctl

@@ -28,7 +28,7 @@ namespace
 // process, and only what the accelerator itself offers is reached through its socket.
 bool uses_accelerator_only(const command &row)
 {
-    return row.offline || row.carries_out_others || (row.needs_accelerator && row.carried_out == place::node);
+    return row.offline || row.carries_out_others || (row.needs_accelerator && row.carried_out == executor::node);
 }
 
 // Why the command cannot be carried out; empty: it can.
@@ -81,7 +81,7 @@ void compare(const invocation &asked, result &done)
     done.errors.push_back({fmt::format("expected code {}, got {}", code_text(*asked.expected), code_text(*done.code))});
 }
 
-// Words of the command that do not go together: of a file, its own place says more than the command's help.
+// Words of the command that do not go together: of a file, its own position says more than the command's help.
 bool is_wrong_use(const result &done)
 {
     return done.status == exit_wrong_input && !done.shown_already && !done.errors.empty() &&
@@ -176,11 +176,11 @@ std::string session::missing_service(const command &row) const
         where != source::program ? "" : "; run such commands in one process, with \"kelctl run\" or \"kelctl shell\"");
 }
 
-// The only place where an exception of a handler ends, so a command that throws is reported as any other that fails.
+// The only function where an exception of a handler ends, so a command that throws is reported as any other that fails.
 result session::perform(const invocation &asked)
 {
     try {
-        return elsewhere && asked.row->carried_out != place::asking ? perform_elsewhere(asked) : perform_here(asked);
+        return elsewhere && asked.row->carried_out != executor::asker ? perform_elsewhere(asked) : perform_here(asked);
     } catch (const std::exception &error) {
         return refused(error.what());
     }
@@ -197,7 +197,7 @@ result session::perform_here(const invocation &asked)
 
 result session::perform_elsewhere(const invocation &asked)
 {
-    if (asked.row->carried_out == place::nowhere)
+    if (asked.row->carried_out == executor::nobody)
         return refused(fmt::format("\"{}\" cannot be asked of the node of another process", asked.row->name));
     invocation sent = asked;
     sent.expected.reset(); // the code is compared here

@@ -66,14 +66,14 @@ bool carries_ebcom(int32_t port)
     return qos_row(port).has_value();
 }
 
-std::optional<qos_place> qos_row(int32_t port)
+std::optional<qos_indexes> qos_row(int32_t port)
 {
     if (port == port_by_itself)
-        return qos_place{static_cast<int32_t>(ports_of_schedulers.size()), 0};
+        return qos_indexes{static_cast<int32_t>(ports_of_schedulers.size()), 0};
     for (int32_t scheduler = 0; const auto &ports : ports_of_schedulers) {
         const auto *const found = std::find(ports.begin(), ports.end(), port);
         if (found != ports.end())
-            return qos_place{scheduler, static_cast<int32_t>(found - ports.begin())};
+            return qos_indexes{scheduler, static_cast<int32_t>(found - ports.begin())};
         ++scheduler;
     }
     return std::nullopt;

@@ -27,7 +27,7 @@ bool carries_ebcom(int32_t port);
 
 // The indexes by which the library keeps a port's queue: the scheduler that its group of ports shares, and the queue
 // below that scheduler. Both count from 0.
-struct qos_place {
+struct qos_indexes {
     int32_t scheduler;
     int32_t queue;
 };
@@ -36,7 +36,7 @@ struct qos_place {
 inline constexpr size_t qos_schedulers = 5;
 
 // None for a port without EBCOM.
-std::optional<qos_place> qos_row(int32_t port);
+std::optional<qos_indexes> qos_row(int32_t port);
 
 // "RLU1P (6)"
 std::string port_text(int32_t port);

@@ -173,7 +173,7 @@ fields service_fields(const snapshot &node, std::optional<size_t> added_paths)
                      count_of(node.paths.size(), "destination"), count_of(node.queues.size(), "queue"))}};
 }
 
-std::string placed(const mac_address &mac)
+std::string with_location(const mac_address &mac)
 {
     return fmt::format("{} {}", to_text(mac), kel_location_name(location_of(mac, own_mp_id())));
 }
@@ -186,8 +186,8 @@ fields end_points(const snapshot &node)
                                   {"remote id", pcep.remote_id},
                                   {"VLAN", pcep.vlan},
                                   {"pri", pcep.priority},
-                                  {"local", placed(pcep.local_mac)},
-                                  {"remote", placed(pcep.remote_mac)},
+                                  {"local", with_location(pcep.local_mac)},
+                                  {"remote", with_location(pcep.remote_mac)},
                                   {"bound to", pcep.bound ? "EHSFP" : ""}});
     for (const snapshot::group &group : node.groups)
         shown["groups"].push_back(

@@ -55,7 +55,7 @@ Instance *first_instance()
 }
 
 /* The pointer to the node. The first caller decides which node that is. */
-Instance *&place(Instance *(*first)())
+Instance *&the_instance(Instance *(*first)())
 {
     static Instance *here = first();
     return here;
@@ -65,7 +65,7 @@ Instance *&place(Instance *(*first)())
 
 Instance &instance()
 {
-    Instance &here = *place(first_instance);
+    Instance &here = *the_instance(first_instance);
     if (here.wrong_faults.empty())
         return here;
     std::fprintf(stderr, "libkel-softnode: %s\n", here.wrong_faults.c_str());
@@ -74,13 +74,13 @@ Instance &instance()
 
 const std::string &switch_on()
 {
-    return place(first_instance)->wrong_faults;
+    return the_instance(first_instance)->wrong_faults;
 }
 
 /* An old one stays where it is: its lock may be held for good by a thread that did not come along. */
 void start_over()
 {
-    place([]() -> Instance * { return nullptr; }) = new Instance;
+    the_instance([]() -> Instance * { return nullptr; }) = new Instance;
 }
 
 void Instance::reset()

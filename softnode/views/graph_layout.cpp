@@ -31,10 +31,10 @@ bool continues_its_parent(const Node &node, const TreeScheduler &scheduler)
 
 std::optional<std::size_t> Destinations::line_of(const Mac &mac) const
 {
-    const auto place = std::find(shown.begin(), shown.end(), mac);
-    if (place == shown.end())
+    const auto found = std::find(shown.begin(), shown.end(), mac);
+    if (found == shown.end())
         return std::nullopt;
-    return static_cast<std::size_t>(place - shown.begin());
+    return static_cast<std::size_t>(found - shown.begin());
 }
 
 std::map<Handle, Destinations> destinations_of(const Node &node)

@@ -16,36 +16,36 @@ namespace softnode
 namespace
 {
 
-using Places = std::map<Handle, std::string>;
+using Numbers = std::map<Handle, std::string>;
 
-/* A scheduler is created after its parent, so the parent's place is known by then. */
-Places scheduler_places(const QosGraph &qos)
+/* A scheduler is created after its parent, so the parent's number is known by then. */
+Numbers scheduler_numbers(const QosGraph &qos)
 {
-    Places places;
+    Numbers numbers;
     std::map<Handle, std::size_t> children;
     for (const auto &[handle, scheduler] : qos.schedulers()) {
         const std::string number = std::to_string(++children[scheduler.parent]);
-        places[handle] = scheduler.parent == Handle::null ? number : places[scheduler.parent] + "." + number;
+        numbers[handle] = scheduler.parent == Handle::null ? number : numbers[scheduler.parent] + "." + number;
     }
-    return places;
+    return numbers;
 }
 
-std::string queue_name(const Queue &queue, const Places &places)
+std::string queue_name(const Queue &queue, const Numbers &numbers)
 {
     const std::string rate = queue.shaped()
                                  ? std::to_string(queue.rate) + " kbit/s, burst " + std::to_string(queue.bucket_size)
                                  : std::string("unshaped");
-    return "of scheduler " + places.at(queue.scheduler) + ": " + rate + ", threshold " +
+    return "of scheduler " + numbers.at(queue.scheduler) + ": " + rate + ", threshold " +
            std::to_string(queue.threshold);
 }
 
 void add_qos(const QosGraph &qos, Inventory &items)
 {
-    const Places places = scheduler_places(qos);
-    for (const auto &[handle, place] : places)
-        items.push_back({"scheduler", place});
+    const Numbers numbers = scheduler_numbers(qos);
+    for (const auto &[handle, number] : numbers)
+        items.push_back({"scheduler", number});
     for (const auto &[handle, queue] : qos.queues())
-        items.push_back({"queue", queue_name(queue, places)});
+        items.push_back({"queue", queue_name(queue, numbers)});
 }
 
 void add_paths(const EbcomService &ebcom, Inventory &items)

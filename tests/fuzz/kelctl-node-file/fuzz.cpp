@@ -26,7 +26,7 @@ void check_places(const problem_list &problems, std::string_view text)
 // Every line is a command that a person could type.
 void plan(const node_file_read &read)
 {
-    for (const placed_line &line : read.lines)
+    for (const positioned_line &line : read.lines)
         if (parse(commands(), words_of(text_of(line.asked)), source::script).given != line.asked.given)
             std::abort();
 }

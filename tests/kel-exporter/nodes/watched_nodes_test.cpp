@@ -47,7 +47,7 @@ class standing_in
 public:
     standing_in(const runtime_folder &folder, const std::string &name, bool busy = false) : busy_(busy)
     {
-        server_.emplace(sockets::place{folder.socket(name)}, kelctl::node_protocol,
+        server_.emplace(sockets::address{folder.socket(name)}, kelctl::node_protocol,
                         notation::document{{"name", name}, {"file", name + ".toml"}, {"process", 1}});
         thread_ = std::jthread([this](const std::stop_token &over) {
             pollfd waited = {server_->number(), POLLIN, 0};

@@ -62,11 +62,11 @@ TEST(CommandTable, WhatUsesNoNodeIsCarriedOutWhereItIsAsked)
 {
     const command_table rows({{.name = "ports", .variants = {{}}, .help = "", .offline = true},
                               {.name = "time", .variants = {{}}, .help = ""},
-                              {.name = "up", .variants = {{}}, .help = "", .carried_out = place::nowhere}},
+                              {.name = "up", .variants = {{}}, .help = "", .carried_out = executor::nobody}},
                              {});
-    EXPECT_EQ(rows.find("ports")->carried_out, place::asking);
-    EXPECT_EQ(rows.find("time")->carried_out, place::node);
-    EXPECT_EQ(rows.find("up")->carried_out, place::nowhere);
+    EXPECT_EQ(rows.find("ports")->carried_out, executor::asker);
+    EXPECT_EQ(rows.find("time")->carried_out, executor::node);
+    EXPECT_EQ(rows.find("up")->carried_out, executor::nobody);
 }
 
 TEST(Command, ArgumentsAreFoundByNameOrPlace)

@@ -37,7 +37,7 @@ std::vector<std::string> lines_after_start(const node_file_read &read)
 {
     EXPECT_THAT(read.problems, IsEmpty());
     std::vector<std::string> texts;
-    for (const placed_line &line : read.lines)
+    for (const positioned_line &line : read.lines)
         texts.push_back(text_of(line.asked));
     texts.erase(texts.begin(), std::ranges::find(texts, "ebcom start") + 1);
     return texts;
@@ -131,7 +131,7 @@ TEST(NodeFile, LinesAreThoseThatParseMakes)
                                  "[[traffic]]\nto = '0200.0002.0001'\noctets = 64\nrate = '2 Mbit/s'\nburst = 5\n"
                                  "start = '1500 us'\nstop = '2 s'\n");
     EXPECT_THAT(read.problems, IsEmpty());
-    for (const placed_line &line : read.lines)
+    for (const positioned_line &line : read.lines)
         EXPECT_EQ(asked(text_of(line.asked)).given, line.asked.given) << text_of(line.asked);
 }
 
@@ -140,7 +140,7 @@ TEST(NodeFile, LinesKnowTheirPlacesInTheFile)
     const auto read = with_ebcom(std::string(path) + "shaping = { rate = 1, burst = 2 }\n"
                                                      "[[multicast]]\nmembers = [ 1,\n 511 ]\nid = 300\n");
     ASSERT_THAT(read.lines, SizeIs(8));
-    const placed_line &added = read.lines[3];
+    const positioned_line &added = read.lines[3];
     EXPECT_EQ(added.asked.line, 5u);
     EXPECT_EQ(added.at, (position{5, 1}));
     EXPECT_EQ(added.at_of("--port"), (position{7, 8}));

@@ -20,7 +20,7 @@ std::vector<invocation> lines_of(const std::string &text)
     const node_file_read read = parse_node_file(text, commands());
     EXPECT_THAT(read.problems, IsEmpty());
     std::vector<invocation> lines;
-    for (const placed_line &line : read.lines)
+    for (const positioned_line &line : read.lines)
         lines.push_back(line.asked);
     return lines;
 }

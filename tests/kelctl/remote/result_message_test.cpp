@@ -46,7 +46,7 @@ TEST(ResultMessage, OfEveryCommandArrivesWhole)
 {
     const temporary_folder folder;
     for (const command &row : commands().rows()) {
-        if (row.carried_out != place::node || !row.allowed_in(source::script))
+        if (row.carried_out != executor::node || !row.allowed_in(source::script))
             continue;
         script_session session;
         session.run("ebcom params set --mtu 1500 --ether-type 0x88b5 --settings 1,2");
