@@ -117,6 +117,8 @@ document &document::operator[](size_t index)
     return items_[index];
 }
 
+// What is null becomes a list or an object when the first item or member is added: whoever builds a document up need
+// not say before what it will be.
 document &document::push_back(document item)
 {
     if (is_null())
@@ -170,6 +172,7 @@ void document::expect(kind expected) const
         fail(names[static_cast<size_t>(expected)]);
 }
 
+// Says what was expected only: the document itself may be large, and come from anywhere.
 void document::fail(std::string_view expected)
 {
     throw document_error("the document does not hold " + std::string(expected));

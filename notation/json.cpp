@@ -70,6 +70,7 @@ public:
     }
 
 private:
+    // Most texts need no escaping, and are written without a look at the JSON library.
     void write_text(const std::string &text)
     {
         if (std::ranges::all_of(text, is_plain))

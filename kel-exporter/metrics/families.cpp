@@ -41,7 +41,7 @@ void add_counter(const family &of, const document &object, const std::vector<lab
 
 // ---- The node ----
 
-// Written for every node that is known, so that an alert can be made of its absence.
+// Written for every node that is known, also for one that does not answer: alerts are made of this.
 void node_up(const family &, const known_node &node, time_point, const sample_sink &add)
 {
     add({{"node", node.name}}, node.up ? "1" : "0");

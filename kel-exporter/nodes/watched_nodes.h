@@ -28,7 +28,7 @@ struct pace {
         std::chrono::hours(1); // a node that is gone; one that --node names, for ever
 };
 
-// known() may be called by one thread; the threads of the nodes are this object's own, and end with it.
+// The threads of the nodes are this object's own, and end with it.
 class watched_nodes
 {
 public:

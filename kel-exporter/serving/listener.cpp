@@ -65,6 +65,7 @@ sockets::descriptor listening(const std::string &written)
     return made;
 }
 
+// Asked of the kernel, which chose the port if it was 0.
 std::string text_of(int listening)
 {
     sockaddr_storage address = {};

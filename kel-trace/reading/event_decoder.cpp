@@ -15,6 +15,7 @@ constexpr const char *no_thread =
     "    lttng add-context --userspace --type=vpid --type=vtid --type=procname\n"
     "or read it with --single-thread if there was one thread only: add the context vtid otherwise";
 
+// Null: events of this class have no such context.
 std::optional<uint64_t> member_index(const bt_field_class *structure, const char *name)
 {
     if (!structure)
@@ -62,6 +63,7 @@ event event_named(std::string_view name)
 
 } // namespace
 
+// Nanoseconds of a signed number end in the year 2262.
 int64_t event_decoder::time_of(const bt_message *message)
 {
     int64_t time = 0;
@@ -71,6 +73,7 @@ int64_t event_decoder::time_of(const bt_message *message)
     return time;
 }
 
+// Hosts are few, and looked up once for a class of events.
 uint32_t event_decoder::host_of(const bt_trace *trace)
 {
     const std::string name = environment_text(trace, "hostname");

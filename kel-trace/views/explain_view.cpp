@@ -106,6 +106,7 @@ std::string cause_text(const cause &of, const recording &found, const kelctl::pa
     return text;
 }
 
+// Either a refusal that was ignored, or an error that is no refusal.
 std::string aside_text(const aside &one, const recording &found)
 {
     const std::string what = one.error.empty()

@@ -13,6 +13,7 @@ namespace
 
 using kelctl::count_of;
 
+// Each line says what to do about it, where anything can be done.
 std::string losses_text(const recording &found)
 {
     std::string text;
@@ -27,6 +28,7 @@ std::string losses_text(const recording &found)
     return text.empty() ? text : text + "The following covers the other records.\n";
 }
 
+// Names come from the recorded process, which may be called anything.
 std::string process_name(const recording &found, const thread_key &of)
 {
     const auto name = found.process_names.find({of.host, of.process});
@@ -93,6 +95,7 @@ std::string thread_text(const recording &found, const thread_key &of)
                        of.thread ? std::to_string(of.thread) : "unknown");
 }
 
+// A thread_key has 0 for what the recording does not say; documents have null.
 notation::document thread_document(const recording &found, const thread_key &of)
 {
     const std::string name = process_name(found, of);

@@ -66,6 +66,7 @@ std::string table_text(const table &all, std::string_view heading, std::string_v
     return text;
 }
 
+// The busiest second is shown without a fraction.
 std::string host_report(const host_statistics &one, const kelctl::painter &paint)
 {
     std::string text = table_text(one.operations, "Operations", "reported", true, paint);

@@ -41,7 +41,8 @@ namespace kelctl
 namespace
 {
 
-// In another process; none: in this one.
+// In another process; none: in this one. One for the process, as the accelerator in it is one: whoever asks need not
+// know which it is.
 std::optional<remote_accelerator> elsewhere;
 
 // Takes a text of the accelerator's; none when it has none.

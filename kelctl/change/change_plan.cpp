@@ -149,7 +149,7 @@ private:
         now_.touch(have);
     }
 
-    // A PCEP that is removed takes its memberships with it, so those that are wanted are made again.
+    // Memberships of a PCEP that is removed are removed before it, and made again where they are wanted.
     void mark_members_of_new_pceps()
     {
         for (const auto &[key, objects] : now_.by_key) {

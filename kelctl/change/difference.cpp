@@ -54,6 +54,7 @@ struct both {
     std::vector<const node_object *> wanted;
 };
 
+// One pass through each model; a map sorts the objects by their keys, so the changes come in that order.
 class comparison
 {
 public:

@@ -23,6 +23,7 @@ namespace
 constexpr std::string_view missing = "the accelerator does not hold it";
 constexpr std::string_view beyond = "the accelerator holds it, but this process knows of no such one";
 
+// What a queue is made with. Of an unshaped one only the threshold counts.
 struct shape {
     bool shaped;
     uint32_t rate; // kbit/s; 0 of an unshaped queue, as is the burst
@@ -92,6 +93,7 @@ private:
         return found;
     }
 
+    // To the accelerator the service is its scheduler tree: it does not know whether the library started it as a whole.
     void compare_service()
     {
         if (const auto set = all(object_kind::parameters); !set.empty())

@@ -138,6 +138,8 @@ node_model model_of(const std::vector<invocation> &lines)
     return in_order(std::move(model));
 }
 
+// The MP id may come from the environment, without a command. An object is left out when the start of its service is
+// not in front of it any more: the service was stopped, and has forgotten it.
 node_model model_of(const session &session)
 {
     std::vector<invocation> lines;

@@ -8,6 +8,7 @@ namespace kelctl
 namespace
 {
 
+// Completion offers the ids of groups that exist, but none for one that is yet to be made.
 const argument group = {.name = "GROUP", .kind = kind::group_id(), .help = "id of the multicast group"};
 const argument new_group = {.name = "GROUP", .kind = kind::new_group_id(), .help = "id of the multicast group"};
 const argument member = {.name = "ID", .kind = kind::pcep_id(), .help = "id of the PCEP"};

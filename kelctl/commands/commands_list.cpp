@@ -70,6 +70,7 @@ fields value_or_null(const arguments &given, std::string_view argument)
     return given.has(argument) ? fields(given.number<uint64_t>(argument)) : fields(nullptr);
 }
 
+// A path is used unless another one to its destination was added after it.
 result list_paths(const invocation &asked, session &session)
 {
     const node_model model = model_of(session);

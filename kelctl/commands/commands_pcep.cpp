@@ -89,6 +89,7 @@ result ask_for_multicast_queue(const invocation &asked, session &session)
     return done;
 }
 
+// --byte19 and --word20 are members that only the driver kit knows; without them a recorded call could not be repeated.
 std::vector<argument> arguments_of_a_new_pcep()
 {
     return {

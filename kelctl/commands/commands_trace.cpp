@@ -24,6 +24,7 @@ constexpr const char *prefix_format = "%s(): ";
     return message;
 }
 
+// The text is an argument of "%s", so that percent signs in it are text.
 template <char *(*Function)(const char *, const char *, const char *, ...)>
 result format_message(const invocation &asked, session &session)
 {

@@ -43,6 +43,7 @@ result send(const invocation &asked, session &)
     return {};
 }
 
+// Of --to and --from, and of the two rates, exactly one was given: the row's arguments say so (`.instead`).
 traffic_entry stream_of(const arguments &given)
 {
     traffic_entry stream;

@@ -23,6 +23,7 @@ accelerator counts are shown as unknown.
 With only --queue or --pcep, reads only that queue or PCEP. With --node, watches
 the node of another process, whose virtual time passes.)";
 
+// With 0, samples follow each other as fast as they can be taken.
 constexpr range interval_range = {0, 3'600'000'000'000, "0 s to 3600 s"};
 
 } // namespace

@@ -56,6 +56,7 @@ std::string whether_needed(const argument &argument, const node_table &table)
     return argument.required && argument.otherwise.empty() ? "Required." : "";
 }
 
+// Elements of an array are commands of their own, whose help says what each is.
 void add_key(roff_page &page, const node_key &key, const node_table &table, const command_table &rows)
 {
     if (!key.each.empty()) {

@@ -50,6 +50,7 @@ held_node::held_node(const arguments &given, bring_up &node, session &session)
 {
 }
 
+// The last words for a person who asks the service manager: why there is no node.
 void held_node::give_up()
 {
     manager_.status(problem_of(node_.shown()));

@@ -17,6 +17,7 @@ namespace kelctl
 namespace
 {
 
+// What of the script was run; the worst status is the script's.
 struct tally {
     uint32_t run = 0;
     uint32_t failed = 0;

@@ -40,7 +40,7 @@ public:
     {
     }
 
-    // Ends as watch() says.
+    // Ends as watch() says. The first sample shows whether there is anything to watch, and all times count from it.
     void run()
     {
         if (!take())
@@ -90,6 +90,7 @@ private:
         return rounded_up(is_virtual ? options_.interval : std::min(options_.interval, options_.end - elapsed_));
     }
 
+    // No step goes beyond the end, so that as much time passes as was asked for.
     bool pass() const
     {
         return !node_.pass || node_.pass(std::min(options_.step, options_.end - elapsed_));

@@ -359,6 +359,7 @@ argument_kind number(const range &allowed)
     return number(allowed, allowed);
 }
 
+// Numbers whose range is hexadecimal are written so, such as an EtherType.
 argument_kind number(const range &allowed, const range &raw)
 {
     return ranged("N", read_number, allowed, raw, allowed.text.starts_with("0x") ? hexadecimal : nullptr);

@@ -64,6 +64,7 @@ private:
         return help.empty() ? joined(table_.next_words(words, where_), ", ") : std::string(help);
     }
 
+    // A value that is due comes before anything else, whatever the word begins with; then a value behind "=".
     void complete_argument()
     {
         const bool maybe_option = !parts_.options_ended && begun_.starts_with("-");
@@ -93,6 +94,7 @@ private:
             offer_values(*option, name + "=");
     }
 
+    // Options are offered when a dash asks for them, and when there is nothing else to offer.
     void offer_positional_or_options(bool maybe_option)
     {
         const auto count = std::count_if(parts_.arguments.begin(), parts_.arguments.end(), is_positional);

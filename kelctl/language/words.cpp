@@ -53,6 +53,7 @@ private:
             take();
     }
 
+    // A word may have quoted and plain parts: a"b c"d is one word.
     word read_word()
     {
         word read{.text = "", .column = column_};

@@ -15,6 +15,7 @@ namespace kelctl
 namespace
 {
 
+// 24 bits, the lowest octet first.
 uint32_t remote_id_of(const kel_pcep_config &pcep)
 {
     uint32_t id = 0;
@@ -23,6 +24,7 @@ uint32_t remote_id_of(const kel_pcep_config &pcep)
     return id;
 }
 
+// Rate, burst and threshold count for a shaped path only.
 std::string shaping_text(const kel_ebcom_path_config &path)
 {
     if (path.shaping_enabled == 0)

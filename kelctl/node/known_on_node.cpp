@@ -8,6 +8,7 @@ namespace kelctl
 namespace
 {
 
+// Both ends of a PCEP are addresses that other commands take.
 void add_words_of(const snapshot &node, known_words &known)
 {
     for (const snapshot::path &path : node.paths)

@@ -13,6 +13,7 @@ namespace kelctl
 namespace
 {
 
+// With problems there are lines all the same; loaded_lines says that they are not to be used.
 loaded_lines checked(node_file_read read, const std::string &file)
 {
     check_rules(read, {.mp_id = own_mp_id(), .most_destinations = room_for_destinations()});
@@ -55,6 +56,7 @@ node_size size_of(const std::vector<invocation> &lines)
     return size;
 }
 
+// Problems of one position stay in the order in which they were found.
 std::vector<input_error> errors_of(const std::string &file, problem_list problems)
 {
     std::stable_sort(problems.begin(), problems.end(), [](const problem &a, const problem &b) { return a.at < b.at; });

@@ -40,7 +40,7 @@ void look_up(const added_paths &added, port_knowledge &ports)
 }
 
 // A port's queue is created with its first path, so the queues of the snapshot and the ports left have the same order.
-// A guess where the look-ups say nothing: it is wrong only after failures that left a queue without a port.
+// For queues that the look-ups do not tell apart.
 void match_in_order(const std::vector<snapshot::queue> &queues, const std::vector<int32_t> &ports_left,
                     port_knowledge &ports)
 {

@@ -10,6 +10,7 @@ namespace kelctl
 namespace
 {
 
+// Keys in the order in which the manual page lists them, and in which a written file has them.
 constexpr node_key node[] = {{"mpid", "MPID"}};
 
 constexpr node_key ebcom[] = {{"ic_port_mtu", "--mtu"}, {"ether_type", "--ether-type"}, {"settings", "--settings"}};

@@ -15,6 +15,7 @@ namespace kelctl
 namespace
 {
 
+// As a person would write it: numbers without quotes.
 std::string toml_of(const argument_kind &kind, const argument_value &value)
 {
     if (const auto *numbers = std::get_if<std::vector<uint32_t>>(&value))

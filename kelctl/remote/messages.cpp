@@ -14,6 +14,7 @@ namespace kelctl
 namespace
 {
 
+// The node lays texts out, and so has to know for whom.
 fields message_of_page(const page &shown_on)
 {
     fields message = fields::object();

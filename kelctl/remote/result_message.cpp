@@ -14,6 +14,7 @@ namespace kelctl
 namespace
 {
 
+// What has its default is left out, and what is left out is read as its default: most results have few members.
 void add(fields &message, std::string_view name, fields value)
 {
     if (!value.empty())
@@ -82,6 +83,7 @@ input_error error_of(const fields &message)
     return error;
 }
 
+// A number from outside is no status before it was checked.
 exit_status status_of(const fields &message)
 {
     constexpr exit_status statuses[] = {exit_done, exit_operation_failed, exit_wrong_input};

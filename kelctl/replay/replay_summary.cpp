@@ -97,6 +97,7 @@ fields tally_fields(const tally &counted)
     return {{"frames", counted.frames}, {"octets", counted.octets}};
 }
 
+// Port and name are null for frames without a path, and for a queue whose port is not known.
 fields queue_fields(handle queue, const queue_tally &counted, const port_knowledge &ports)
 {
     const auto port = ports.port_of_queue.find(queue);

@@ -151,7 +151,7 @@ std::string part_of_table(const std::vector<column> &columns, const fields &rows
 }
 
 // The first row says which columns there are: rows of a list have the same names. A part has two columns at least, even
-// if they are too wide: one alone would repeat forever.
+// if they are too wide: the first alone shows nothing new.
 std::string table_text(const fields &rows, const page &page)
 {
     std::vector<column> columns;
@@ -224,6 +224,7 @@ std::string fields_text(const fields &shown, const page &page)
     return text;
 }
 
+// Rows are counted, not lines: a table that is too wide continues further down with the same rows.
 std::string list_text(std::string_view name, const fields &rows, const page &page)
 {
     const size_t most = std::min(rows.size(), page.most_rows.value_or(rows.size()));

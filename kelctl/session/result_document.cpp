@@ -16,6 +16,7 @@ namespace kelctl
 namespace
 {
 
+// Handles are texts: their 64 bits do not fit into the numbers of many readers of JSON.
 fields json_of(const argument_value &value)
 {
     if (const auto *mac = std::get_if<mac_address>(&value))

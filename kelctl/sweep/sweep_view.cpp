@@ -140,6 +140,7 @@ std::string tally_text(const sweep_report &report)
     return fmt::format("{} runs: {}", report.runs.size(), joined(parts, "; "));
 }
 
+// A run's texts are empty where documents have null.
 fields fields_of(const sweep_run &run)
 {
     return {{"function", run.function},

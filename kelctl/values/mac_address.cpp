@@ -61,6 +61,7 @@ std::optional<mac_address> parse_as(std::string_view text, notation form)
     return mac;
 }
 
+// The last three octets as a number: those in which addresses are counted up.
 uint32_t low_part(const mac_address &mac)
 {
     return static_cast<uint32_t>(mac.octets[3] << 16 | mac.octets[4] << 8 | mac.octets[5]);
@@ -113,6 +114,7 @@ mac_address counted_up(const mac_address &mac, uint32_t by)
     return result;
 }
 
+// Without an MP id, 0 in byte 2 is a processor's, as the library has it.
 kel_location location_of(const mac_address &mac, uint8_t mp_id)
 {
     const uint8_t processor = mac.octets[2];

@@ -46,6 +46,7 @@ std::string mac_of(const snapshot::path &path)
     return to_text(path.mac);
 }
 
+// In the order in which a bring-up makes them. Kinds without an object are left out.
 std::vector<kind> kinds_in(const snapshot &node)
 {
     std::vector<kind> kinds = {
@@ -67,6 +68,7 @@ std::string amount_of(const kind &shown)
     return count_of(shown.names.size(), shown.one, shown.several);
 }
 
+// There may be thousands of paths: the first names show which ones they are.
 std::string row(const kind &shown, size_t width)
 {
     const size_t count = shown.names.size();

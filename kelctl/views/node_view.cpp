@@ -110,6 +110,7 @@ private:
                        fmt::format("{:{}}{}{}", "", 2 * depth, page_.paint(colour::faint, handles), group_text(last)));
     }
 
+    // The unit, where it is known. A unit without paths has a scheduler with nothing below.
     std::string group_text(handle scheduler)
     {
         const auto unit = ports_.unit_of_scheduler.find(scheduler);
