@@ -1,4 +1,5 @@
-// Connecting, sending and receiving, none of which waits longer than the client's patience.
+// Connecting, sending and receiving, none of which waits longer than the client's patience. Its socket never makes it wait, so no
+// signal interrupts these calls.
 #include "socket/client.h"
 
 #include "notation/json.h"
@@ -49,7 +50,7 @@ void client::connect()
     while (::connect(socket_.number(), reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0) {
         if (errno == ECONNREFUSED)
             throw socket_error(path_, "no process serves this socket any more");
-        if (errno != EAGAIN && errno != EINTR)
+        if (errno != EAGAIN)
             throw socket_error(path_, "no connection", errno);
         if (clock::now() >= end)
             throw socket_error(path_, "the server accepts no connection");
@@ -79,7 +80,7 @@ void client::send(std::string_view request)
         }
         if (errno == EPIPE || errno == ECONNRESET)
             return;
-        if (errno != EAGAIN && errno != EINTR)
+        if (errno != EAGAIN)
             throw socket_error(path_, "the request cannot be sent", errno);
         if (!within_patience(socket_.number(), POLLOUT))
             throw socket_error(path_, "the server does not read the request");
@@ -100,7 +101,7 @@ std::string client::receive(const waiter &wait)
             throw socket_error(path_, "the server has disconnected");
         if (octets > 0)
             received_.append({piece.data(), static_cast<size_t>(octets)});
-        else if (errno != EAGAIN && errno != EINTR)
+        else if (errno != EAGAIN)
             throw socket_error(path_, "the answer cannot be read", errno);
         else if (!wait(socket_.number()))
             throw socket_error(path_, "no answer came");

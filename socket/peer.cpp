@@ -2,7 +2,7 @@
 #include "socket/peer.h"
 
 #include <algorithm>
-#include <cerrno>
+#include <climits>
 #include <sys/socket.h>
 #include <unistd.h>
 #include <vector>
@@ -15,13 +15,11 @@ namespace
 // Besides its first group.
 std::vector<gid_t> further_groups(int connection)
 {
-    std::vector<gid_t> groups;
-    socklen_t octets = 0;
-    if (getsockopt(connection, SOL_SOCKET, SO_PEERGROUPS, groups.data(), &octets) == 0 || errno != ERANGE)
-        return groups;
-    groups.resize(octets / sizeof(gid_t));
+    std::vector<gid_t> groups(NGROUPS_MAX);
+    socklen_t octets = NGROUPS_MAX * sizeof(gid_t);
     if (getsockopt(connection, SOL_SOCKET, SO_PEERGROUPS, groups.data(), &octets) != 0)
-        groups.clear();
+        octets = 0;
+    groups.resize(octets / sizeof(gid_t));
     return groups;
 }
 

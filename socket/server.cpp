@@ -32,9 +32,10 @@ bool watch_events(int events, int operation, int descriptor, uint32_t wanted)
     return epoll_ctl(events, operation, descriptor, &event) == 0;
 }
 
+// No socket here makes its calls wait, so no signal interrupts them.
 bool would_wait()
 {
-    return errno == EAGAIN || errno == EINTR;
+    return errno == EAGAIN;
 }
 
 std::string duration_text(milliseconds time)
@@ -87,18 +88,17 @@ bool server::connection::send()
     return true;
 }
 
-// Until there is a request. False when the peer is gone.
+// Until there is a request. False when the peer is gone, or sends no more.
 bool server::connection::receive()
 {
     std::array<char, 65'536> piece;
-    while (!at_end && !requests.has_line() && !requests.too_long()) {
+    while (!requests.has_line() && !requests.too_long()) {
         const ssize_t octets = recv(peer.number(), piece.data(), piece.size(), 0);
-        if (octets < 0)
-            return would_wait();
+        if (octets <= 0)
+            return octets < 0 && would_wait();
         if (requests.empty())
             since = clock::now();
         requests.append({piece.data(), static_cast<size_t>(octets)});
-        at_end = octets == 0;
     }
     return true;
 }
@@ -236,14 +236,12 @@ void server::check_limits(connection &one)
         return refuse(one, "the request is longer than " + std::to_string(granted_.longest_request) + " octets");
     if (one.busy() && clock::now() >= one.since + granted_.patience)
         return refuse(one, "the request was not complete after " + duration_text(granted_.patience));
-    one.ended = one.at_end && !one.waits_for_reader() && !one.due();
 }
 
 // A client is not read while its answer waits, or its next request.
 void server::watch(connection &one)
 {
-    const bool reads = !one.waits_for_reader() && !one.due() && !one.at_end;
-    const uint32_t wanted = one.waits_for_reader() ? uint32_t{EPOLLOUT} : reads ? uint32_t{EPOLLIN} : 0;
+    const uint32_t wanted = one.waits_for_reader() ? uint32_t{EPOLLOUT} : one.due() ? 0 : uint32_t{EPOLLIN};
     if (wanted != std::exchange(one.watched, wanted))
         one.ended = !watch_events(events_.number(), EPOLL_CTL_MOD, one.peer.number(), wanted);
 }

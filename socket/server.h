@@ -85,7 +85,6 @@ private:
         size_t sent = 0;                        // octets of that
         clock::time_point since = clock::now(); // the latest progress: a request was begun or an answer taken
         uint32_t watched = 0;                   // events
-        bool at_end = false;                    // it sends nothing more
         bool ended = false;
     };
 

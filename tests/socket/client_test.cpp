@@ -3,11 +3,13 @@
 
 #include "socket/server.h"
 #include "socket/socket_error.h"
+#include "tests/refused_calls.h"
 #include "tests/socket/folder.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cerrno>
 #include <chrono>
 #include <poll.h>
 #include <string>
@@ -15,6 +17,7 @@
 #include <sys/socket.h>
 #include <thread>
 #include <unistd.h>
+#include <vector>
 
 namespace sockets
 {
@@ -107,6 +110,17 @@ std::string refusal_by(const std::string &first_line, bool disconnects = true)
     return refused.substr(path.size() + 2);
 }
 
+// Why it cannot connect there and get an answer.
+std::string refusal_of_talk(const std::string &path, const std::string &request = "anything")
+{
+    try {
+        client(path, spoken, {.patience = 50ms}).ask(request);
+    } catch (const socket_error &refused) {
+        return refused.what();
+    }
+    return "";
+}
+
 // Why it gets no answer from a server that greets and then says this.
 std::string refusal_after_greeting(const std::string &said, bool disconnects, const client_limits &granted)
 {
@@ -176,6 +190,7 @@ TEST(Client, RefusesAnotherProtocolOrVersion)
               R"(the server speaks version 4 of the protocol "test", not 3)");
     EXPECT_EQ(refusal_by("{\"protocol\":\"test\"}\n"),
               R"(the server speaks version nothing of the protocol "test", not 3)");
+    EXPECT_EQ(refusal_by("{\"error\":5}\n"), R"(the server speaks the protocol nothing, not "test")");
     EXPECT_EQ(refusal_by("[]\n"), R"(the server speaks the protocol nothing, not "test")");
     EXPECT_EQ(refusal_by("220 mail\n"), "the server does not greet in JSON");
     EXPECT_EQ(refusal_by(""), "the server has disconnected");
@@ -192,6 +207,48 @@ TEST(Client, WaitsForAnAnswerOnlySoLong)
     EXPECT_EQ(refusal_after_greeting("half", true, {}), "the server has disconnected");
     EXPECT_EQ(refusal_after_greeting(std::string(101, 'a'), false, {.longest_answer = 100}),
               "the answer is longer than 100 octets");
+}
+
+TEST(Client, WaitsForAServerThatDoesNotReadOnlySoLong)
+{
+    const folder where;
+    const parrot server(where.file("a.sock"), greeting(spoken, notation::document::object()) + '\n', false);
+    EXPECT_EQ(refusal_of_talk(where.file("a.sock"), std::string(size_t{1} << 24, 'a')),
+              where.file("a.sock") + ": the server does not read the request");
+}
+
+TEST(Client, WaitsForAServerThatAcceptsNobodyOnlySoLong)
+{
+    const folder where;
+    const listening_socket full(where.file("a.sock"), std::nullopt);
+    const sockaddr_un address = address_of(full.path());
+    std::vector<descriptor> waiting;
+    do
+        waiting.emplace_back(::socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
+    while (connect(waiting.back().number(), reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0);
+    EXPECT_EQ(refusal_at(full.path()), full.path() + ": the server accepts no connection");
+}
+
+TEST(Client, SaysWhatTheSystemRefuses)
+{
+    const struct {
+        refused_call call;
+        std::string says;
+    } rows[] = {
+        {{SYS_socket, EMFILE}, "no socket can be made: Too many open files"},
+        {{SYS_connect, EACCES}, "no connection: Permission denied"},
+        {{SYS_sendto, ENOBUFS, 3, MSG_NOSIGNAL}, "the request cannot be sent: No buffer space available"},
+        {{SYS_sendto, EPIPE, 3, MSG_NOSIGNAL}, "no answer came"},
+        {{SYS_sendto, ECONNRESET, 3, MSG_NOSIGNAL}, "no answer came"},
+        {{SYS_recvfrom, EIO}, "the answer cannot be read: Input/output error"},
+        {{SYS_recvfrom, ECONNRESET}, "the server has disconnected"},
+    };
+    for (const auto &[call, says] : rows) {
+        const folder where;
+        const echo node(where.file("a.sock"));
+        EXPECT_EQ(where_refused({call}, [&] { return refusal_of_talk(where.file("a.sock")); }),
+                  where.file("a.sock") + ": " + says);
+    }
 }
 
 TEST(Client, WaitsAsItsCallerDoes)

@@ -2,21 +2,25 @@
 #include "socket/listening_socket.h"
 
 #include "socket/socket_error.h"
+#include "tests/refused_calls.h"
 #include "tests/socket/folder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cerrno>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <optional>
 #include <string>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <vector>
 
 namespace sockets
 {
@@ -37,10 +41,10 @@ unsigned mode_of(const std::string &path)
     return state_of(path).st_mode & 07777;
 }
 
-std::string refusal_of(const std::string &path)
+std::string refusal_of(const std::string &path, std::optional<gid_t> group = std::nullopt)
 {
     try {
-        const listening_socket made(path, std::nullopt);
+        const listening_socket made(path, group);
     } catch (const socket_error &refused) {
         return refused.what();
     }
@@ -147,6 +151,91 @@ TEST(ListeningSocket, TellsWhatIsWrongWithAPath)
     EXPECT_EQ(refusal_of(here.file("file/c.sock")), here.file("file") + ": this is no folder");
 }
 
+struct refusal {
+    std::vector<refused_call> calls;
+    std::string says; // behind the folder's name
+    std::optional<gid_t> group = {};
+};
+
+// The first and only entry of the folder is what a test left there itself.
+void expect_refusals(const std::vector<refusal> &refusals, bool stale)
+{
+    for (const refusal &one : refusals) {
+        const folder here;
+        if (stale) {
+            ASSERT_EQ(mkdir(here.file("nodes").c_str(), S_IRWXU), 0);
+            leave_stale(here.file("nodes/a.sock"));
+        }
+        const std::string said =
+            where_refused(one.calls, [&] { return refusal_of(here.file("nodes/a.sock"), one.group); });
+        EXPECT_EQ(said, one.says.empty() ? "" : here.path() + one.says);
+        if (!stale)
+            EXPECT_FALSE(std::filesystem::exists(here.file("nodes/a.sock"))) << one.says;
+    }
+}
+
+TEST(ListeningSocket, SaysWhatTheSystemRefuses)
+{
+    expect_refusals(
+        {
+            {{{SYS_socket, EMFILE}}, "/nodes/a.sock: no socket can be made: Too many open files"},
+            {{{SYS_newfstatat, EACCES, 3, 0}}, "/nodes: the folder cannot be read: Permission denied"},
+            {{{SYS_chmod, EROFS}}, "/nodes: the folder cannot be kept to its owner: Read-only file system"},
+            {{{SYS_chmod, EROFS}}, "/nodes: the folder cannot be opened to the group: Read-only file system", getgid()},
+            {{{SYS_chown, EPERM}},
+             "/nodes: the folder cannot be opened to the group: Operation not permitted",
+             getgid()},
+            {{{SYS_openat, EMFILE}}, "/nodes: the folder cannot be opened: Too many open files"},
+            {{{SYS_flock, ENOLCK}}, "/nodes: the folder cannot be locked: No locks available"},
+            {{{SYS_flock, EWOULDBLOCK}, {SYS_clock_nanosleep, 0}}, "/nodes: another process keeps the folder locked"},
+            {{{SYS_flock, EINTR}, {SYS_clock_nanosleep, 0}}, "/nodes: another process keeps the folder locked"},
+            {{{SYS_fchmod, EROFS}}, "/nodes/a.sock: the socket cannot be made: Read-only file system"},
+            {{{SYS_bind, EACCES}}, "/nodes/a.sock: the socket cannot be made: Permission denied"},
+            {{{SYS_listen, EADDRINUSE}}, "/nodes/a.sock: the socket cannot be opened: Address already in use"},
+            {{{SYS_listen, EADDRINUSE}},
+             "/nodes/a.sock: the socket cannot be opened to the group: Address already in use",
+             getgid()},
+        },
+        false);
+}
+
+TEST(ListeningSocket, SaysWhyItCannotReplaceWhatADeadProcessLeft)
+{
+    expect_refusals(
+        {
+            {{{SYS_connect, EACCES}},
+             "/nodes/a.sock: whether another process serves it cannot be found out: Permission denied"},
+            {{{SYS_connect, EAGAIN}}, "/nodes/a.sock: another process serves it"},
+            {{{SYS_connect, ENOENT}}, ""},
+            {{{SYS_unlink, EROFS}},
+             "/nodes/a.sock: the socket of a process that is gone cannot be removed: Read-only file system"},
+            {{{SYS_unlink, ENOENT}}, "/nodes/a.sock: the socket cannot be made: Address already in use"},
+            {{{SYS_chmod, EROFS}}, "/nodes/a.sock: the socket cannot be opened: Read-only file system"},
+        },
+        true);
+}
+
+TEST(ListeningSocket, MayBeInTheUppermostFolder)
+{
+    EXPECT_EQ(where_refused({{SYS_bind, EROFS}}, [] { return refusal_of("/kel-test.sock"); }),
+              "/kel-test.sock: the socket cannot be made: Read-only file system");
+}
+
+TEST(ListeningSocket, LeavesAFolderOfAnotherUserAsItIs)
+{
+    if (geteuid() != 0)
+        GTEST_SKIP() << "only root can give a folder away";
+    constexpr uid_t nobody = 65534;
+    const folder here;
+    ASSERT_EQ(chown(here.path().c_str(), nobody, nobody), 0);
+    const std::string socket = here.file("a.sock");
+    EXPECT_EQ(refusal_of(socket, getgid()), "");
+    EXPECT_EQ(state_of(here.path()).st_gid, nobody);
+    EXPECT_EQ(mode_of(here.path()), 0700U);
+    EXPECT_EQ(where_refused({{SYS_chown, EPERM}}, [&] { return refusal_of(socket, getgid()); }),
+              socket + ": the socket cannot be opened to the group: Operation not permitted");
+}
+
 TEST(ListeningSocket, IsRemovedAtItsEnd)
 {
     const folder here;
@@ -162,6 +251,9 @@ TEST(ListeningSocket, RemovesNoOtherInItsPlace)
     const listening_socket second(here.file("a.sock"), std::nullopt);
     first.reset();
     EXPECT_TRUE(std::filesystem::exists(here.file("a.sock")));
+    std::filesystem::rename(here.file("a.sock"), here.file("c.sock"));
+    second.remove();
+    EXPECT_TRUE(std::filesystem::exists(here.file("c.sock")));
 }
 
 TEST(ListeningSocket, IsNotRemovedByAChild)

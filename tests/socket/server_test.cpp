@@ -3,6 +3,8 @@
 #include "socket/server.h"
 
 #include "notation/json.h"
+#include "socket/socket_error.h"
+#include "tests/refused_calls.h"
 #include "tests/socket/folder.h"
 
 #include <gmock/gmock.h>
@@ -18,6 +20,7 @@
 #include <poll.h>
 #include <stdexcept>
 #include <string>
+#include <sys/epoll.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -391,6 +394,61 @@ TEST(Server, WaitsForAFreeDescriptor)
     EXPECT_EQ(another.line(), hello);
 }
 
+TEST(Server, RestsOnlyWhenItIsKnownToBeWokenLater)
+{
+    const struct {
+        std::vector<refused_call> calls;
+        std::string rests;
+    } rows[] = {
+        {{{SYS_accept4, EMFILE}}, "yes"},
+        {{{SYS_accept4, EMFILE}, {SYS_epoll_ctl, ENOSPC, 1, EPOLL_CTL_MOD}}, "no"},
+        {{{SYS_accept4, ECONNABORTED}}, "no"}, // by a client that is gone: there may be others
+    };
+    for (const auto &[calls, rests] : rows) {
+        served node;
+        const raw_client client(node);
+        const auto serve_and_look = [&] {
+            node.here.serve(node.answer);
+            return node.rests() ? "yes" : "no";
+        };
+        EXPECT_EQ(where_refused(calls, serve_and_look), rests) << calls[0].error;
+    }
+}
+
+TEST(Server, SaysWhatTheSystemRefuses)
+{
+    for (const long call : {SYS_epoll_create1, SYS_timerfd_create, SYS_epoll_ctl}) {
+        const folder where;
+        const std::string path = where.file("a.sock");
+        const std::string said = where_refused({{call, EMFILE}}, [&]() -> std::string {
+            try {
+                const server here({.path = path}, spoken);
+            } catch (const socket_error &refused) {
+                return refused.what();
+            }
+            return "";
+        });
+        EXPECT_EQ(said, path + ": it cannot be served: Too many open files");
+        EXPECT_FALSE(std::filesystem::exists(path));
+    }
+}
+
+TEST(Server, RefusesWhoCannotBeWatchedOrKnown)
+{
+    const struct {
+        refused_call call;
+        std::string says;
+    } rows[] = {
+        {{SYS_epoll_ctl, ENOSPC, 1, EPOLL_CTL_ADD}, "No space left on device"},
+        {{SYS_getsockopt, ENOBUFS, 2, SO_PEERCRED}, "this socket is for its owner only"},
+    };
+    for (const auto &[call, says] : rows) {
+        served node;
+        raw_client client(node);
+        EXPECT_EQ(where_refused({call}, [&] { return client.line(); }), "{\"error\":\"" + says + "\"}");
+    }
+}
+
 TEST(Server, DisconnectsItsClientsAtItsEnd)
 {
     auto node = std::make_unique<served>();
@@ -427,10 +485,11 @@ TEST(Server, ClosesWhatAChildHasOfIt)
     waitpid(child, nullptr, 0);
 }
 
+constexpr uid_t nobody = 65534; // and its group
+
 // The first line that a process of another user gets, which could open the socket file.
 std::string first_line_of_stranger(served &node, const std::vector<gid_t> &groups)
 {
-    constexpr uid_t nobody = 65534;
     chmod(node.where.path().c_str(), 0755);
     chmod(node.here.path().c_str(), 0666);
     std::array<int, 2> result{};
@@ -475,12 +534,35 @@ TEST(Server, RefusesAnotherUserOfAnotherGroup)
               "{\"error\":\"this socket is for its owner and its group only\"}\n");
 }
 
+TEST(Server, RefusesWhoseGroupsTheSystemDoesNotSay)
+{
+    if (geteuid() != 0)
+        GTEST_SKIP() << "only root can become another user";
+    served node({.patience = forever}, group_of_test);
+    EXPECT_EQ(where_refused({{SYS_getsockopt, ENOPROTOOPT, 2, SO_PEERGROUPS}},
+                            [&] { return first_line_of_stranger(node, {group_of_test}); }),
+              "{\"error\":\"this socket is for its owner and its group only\"}\n");
+}
+
 TEST(Server, AcceptsAnotherUserOfItsGroup)
 {
     if (geteuid() != 0)
         GTEST_SKIP() << "only root can become another user";
     served node({.patience = forever}, group_of_test);
     EXPECT_EQ(first_line_of_stranger(node, {1, group_of_test}), std::string(hello) + '\n');
+    served other({.patience = forever}, nobody);
+    EXPECT_EQ(first_line_of_stranger(other, {}), std::string(hello) + '\n');
+}
+
+TEST(Server, AcceptsRoot)
+{
+    if (geteuid() != 0)
+        GTEST_SKIP() << "only root can become another user";
+    served node;
+    raw_client root(node);
+    ASSERT_EQ(seteuid(nobody), 0);
+    EXPECT_EQ(root.line(), hello);
+    ASSERT_EQ(seteuid(0), 0);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // What a service manager hears, and where there is none.
 #include "socket/service_manager.h"
 
+#include "tests/refused_calls.h"
 #include "tests/socket/folder.h"
 #include "tests/socket/managing_socket.h"
 
@@ -8,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <cstdlib>
 #include <initializer_list>
@@ -205,6 +207,21 @@ TEST_F(ServiceManager, NoManagerHasNoWatchdog)
     set("WATCHDOG_USEC", "60000000");
     service_manager told;
     EXPECT_EQ(rest_after_alive(told), 1h);
+}
+
+TEST_F(ServiceManager, HearsNothingWithoutASocket)
+{
+    const managing_socket manager(path_);
+    set("NOTIFY_SOCKET", path_);
+    set("WATCHDOG_USEC", "2000000");
+    EXPECT_EQ(where_refused({{SYS_socket, EMFILE}},
+                            [] {
+                                service_manager told;
+                                told.ready("up");
+                                return told.rest_within(1h) == 1h ? "no hurry" : "in a hurry";
+                            }),
+              "no hurry");
+    EXPECT_EQ(manager.hear(0ms), "");
 }
 
 } // namespace
