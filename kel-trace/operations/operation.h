@@ -61,12 +61,10 @@ struct operation {
         return std::span(kept).first(kept_count);
     }
 
-    // What it failed of: the complaint that reached it and was not ignored; null when there is none.
+    // What it failed of: the complaint that was not ignored; null when there is none.
     const complaint *failure() const
     {
-        return !complaints.empty() && !complaints.back().ignored && complaints.back().reporter() == name
-                   ? &complaints.back()
-                   : nullptr;
+        return !complaints.empty() && !complaints.back().ignored ? &complaints.back() : nullptr;
     }
 };
 

@@ -55,7 +55,8 @@ bool is_known_ignored(const complaint &complaint)
 
 bool is_same(const complaint &a, const complaint &b)
 {
-    return a.what == b.what && a.code == b.code && a.text == b.text && a.reporters == b.reporters;
+    return a.ignored == b.ignored && a.what == b.what && a.code == b.code && a.text == b.text &&
+           a.reporters == b.reporters;
 }
 
 // A roll-back retries without limit: count equal refusals instead of storing each.

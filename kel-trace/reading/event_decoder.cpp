@@ -15,16 +15,18 @@ constexpr const char *no_thread =
     "    lttng add-context --userspace --type=vpid --type=vtid --type=procname\n"
     "or read it with --single-thread if there was one thread only: add the context vtid otherwise";
 
-// Null: events of this class have no such context.
-std::optional<uint64_t> member_index(const bt_field_class *structure, const char *name)
+// Null: events of this class have no such context. Whoever wrote the recording may have given the name to another type:
+// then there is none.
+std::optional<uint64_t> member_index(const bt_field_class *structure, const char *name, bt_field_class_type type)
 {
     if (!structure)
         return std::nullopt;
     const uint64_t count = bt_field_class_structure_get_member_count(structure);
     for (uint64_t index = 0; index < count; ++index) {
         const auto *member = bt_field_class_structure_borrow_member_by_index_const(structure, index);
+        const auto *value = bt_field_class_structure_member_borrow_field_class_const(member);
         if (std::string_view(bt_field_class_structure_member_get_name(member)) == name)
-            return index;
+            return bt_field_class_type_is(bt_field_class_get_type(value), type) ? std::optional(index) : std::nullopt;
     }
     return std::nullopt;
 }
@@ -39,6 +41,12 @@ int64_t whole_number(const bt_field *field)
 std::string_view text_of(const bt_field *field)
 {
     return {bt_field_string_get_value(field), bt_field_string_get_length(field)};
+}
+
+const bt_field *context_of(const bt_event *event, uint64_t index)
+{
+    return bt_field_structure_borrow_member_field_by_index_const(bt_event_borrow_common_context_field_const(event),
+                                                                 index);
 }
 
 std::optional<int64_t> environment_number(const bt_trace *trace, const char *name)
@@ -95,25 +103,17 @@ event_decoder::event_kind event_decoder::look_up(const bt_event *event)
     const bt_stream *stream = bt_event_borrow_stream_const(event);
     const bt_trace *trace = bt_stream_borrow_trace_const(stream);
     const bt_field_class *payload = bt_event_class_borrow_payload_field_class_const(event_class);
-    const bt_field_class *common =
+    const bt_field_class *context =
         bt_stream_class_borrow_event_common_context_field_class_const(bt_stream_borrow_class_const(stream));
-    const bt_field_class *specific = bt_event_class_borrow_specific_context_field_class_const(event_class);
-    const auto field_of = [&](const char *member) -> context_field {
-        if (const auto index = member_index(common, member))
-            return {context::common, *index};
-        if (const auto index = member_index(specific, member))
-            return {context::specific, *index};
-        return {};
-    };
 
     event_kind kind{.ours = true, .kind = event_named(name), .name = name, .host = host_of(trace)};
     kind.trace_process = environment_number(trace, "vpid").value_or(0);
-    kind.vtid = field_of("vtid");
-    kind.vpid = field_of("vpid");
-    kind.procname = field_of("procname");
-    const auto location = member_index(payload, "location");
-    const auto domain = member_index(payload, "domain");
-    const auto message = member_index(payload, "message");
+    kind.vtid = member_index(context, "vtid", BT_FIELD_CLASS_TYPE_INTEGER);
+    kind.vpid = member_index(context, "vpid", BT_FIELD_CLASS_TYPE_INTEGER);
+    kind.procname = member_index(context, "procname", BT_FIELD_CLASS_TYPE_STRING);
+    const auto location = member_index(payload, "location", BT_FIELD_CLASS_TYPE_STRING);
+    const auto domain = member_index(payload, "domain", BT_FIELD_CLASS_TYPE_STRING);
+    const auto message = member_index(payload, "message", BT_FIELD_CLASS_TYPE_STRING);
     kind.has_texts = location && domain && message;
     kind.location = location.value_or(0);
     kind.domain = domain.value_or(0);
@@ -142,14 +142,8 @@ void event_decoder::meet(const bt_event *event, const event_kind &kind, int64_t 
     if (!found_.processes.insert(newest_process_).second)
         return;
     std::string name = environment_text(bt_stream_borrow_trace_const(bt_event_borrow_stream_const(event)), "procname");
-    if (kind.procname.where != context::none) {
-        const bt_field *field = bt_field_structure_borrow_member_field_by_index_const(
-            kind.procname.where == context::common ? bt_event_borrow_common_context_field_const(event)
-                                                   : bt_event_borrow_specific_context_field_const(event),
-            kind.procname.index);
-        if (bt_field_get_class_type(field) == BT_FIELD_CLASS_TYPE_STRING)
-            name = text_of(field);
-    }
+    if (kind.procname)
+        name = text_of(context_of(event, *kind.procname));
     if (!name.empty())
         found_.process_names[newest_process_] = name;
 }
@@ -163,15 +157,11 @@ const record *event_decoder::decode(const bt_message *message, int64_t time)
         return nullptr;
     if (!kind.has_texts)
         throw unreadable(std::string("event ") + kind.name + " lacks the strings location, domain and message");
-    if (kind.vtid.where == context::none && !options_.single_thread)
+    if (!kind.vtid && !options_.single_thread)
         throw unreadable(no_thread);
 
-    const auto number_at = [event](context_field at, int64_t otherwise) {
-        if (at.where == context::none)
-            return otherwise;
-        const bt_field *fields = at.where == context::common ? bt_event_borrow_common_context_field_const(event)
-                                                             : bt_event_borrow_specific_context_field_const(event);
-        return whole_number(bt_field_structure_borrow_member_field_by_index_const(fields, at.index));
+    const auto number_at = [event](std::optional<uint64_t> at, int64_t otherwise) {
+        return at ? whole_number(context_of(event, *at)) : otherwise;
     };
     const bt_field *payload = bt_event_borrow_payload_field_const(event);
     const auto text_at = [payload](uint64_t index) {

@@ -30,19 +30,14 @@ public:
     static int64_t time_of(const bt_message *message);
 
 private:
-    enum class context : uint8_t { none, common, specific };
-    struct context_field {
-        context where = context::none;
-        uint64_t index = 0;
-    };
     struct event_kind {
         bool ours = false;
         bool has_texts = false;
         event kind = event::other;
         const char *name = "";
         uint32_t host = 0;
-        int64_t trace_process = 0; // of a trace of one process
-        context_field vtid = {}, vpid = {}, procname = {};
+        int64_t trace_process = 0;                                   // of a trace of one process
+        std::optional<uint64_t> vtid = {}, vpid = {}, procname = {}; // where they are in the context
         uint64_t location = 0, domain = 0, message = 0;
     };
 

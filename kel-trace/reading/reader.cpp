@@ -160,23 +160,21 @@ private:
     // Losses are messages between the events. Some tracers say that something was lost, but not how much.
     void note_loss(const bt_message *message)
     {
+        const bt_message_type type = bt_message_get_type(message);
+        if (type == BT_MESSAGE_TYPE_DISCARDED_EVENTS)
+            add_loss(message, bt_message_discarded_events_get_count, found_.discarded_records);
+        if (type == BT_MESSAGE_TYPE_DISCARDED_PACKETS)
+            add_loss(message, bt_message_discarded_packets_get_count, found_.discarded_packets);
+    }
+
+    void add_loss(const bt_message *message, bt_property_availability (*count_in)(const bt_message *, uint64_t *),
+                  uint64_t &sum)
+    {
         uint64_t count = 0;
-        switch (bt_message_get_type(message)) {
-        case BT_MESSAGE_TYPE_DISCARDED_EVENTS:
-            if (bt_message_discarded_events_get_count(message, &count) == BT_PROPERTY_AVAILABILITY_AVAILABLE)
-                found_.discarded_records += count;
-            else
-                found_.unknown_discarded = true;
-            break;
-        case BT_MESSAGE_TYPE_DISCARDED_PACKETS:
-            if (bt_message_discarded_packets_get_count(message, &count) == BT_PROPERTY_AVAILABILITY_AVAILABLE)
-                found_.discarded_packets += count;
-            else
-                found_.unknown_discarded = true;
-            break;
-        default:
-            break;
-        }
+        if (count_in(message, &count) == BT_PROPERTY_AVAILABILITY_AVAILABLE)
+            sum += count;
+        else
+            found_.unknown_discarded = true;
     }
 
     recording &found_;
@@ -215,6 +213,13 @@ bt_component_class_sink_consume_method_status consume(bt_self_component_sink *se
 }
 
 // ---- The graph ----
+
+// A step that fails only when libbabeltrace2 itself is out of something. 0 is OK for all of its functions.
+void must_be_ok(int status)
+{
+    if (status != 0)
+        throw unreadable(taken_reason());
+}
 
 // In every place where the library looks for plugins. One that does not load is passed over.
 bt_plugin_handle ctf_plugin()
@@ -286,7 +291,7 @@ public:
     {
         link(trace / "metadata");
         if (const std::string why = problem_with(plugin, whole_.path); !why.empty())
-            throw unreadable(trace.string() + (is_newer_format(trace) ? newer_format : ": " + why));
+            throw unreadable(trace_ + (is_newer_format(trace) ? newer_format : ": " + with_own_name(why)));
         for (const fs::path &file : stream_files(trace)) {
             link(file);
             const std::string why = problem_with(plugin, whole_.path);
@@ -365,17 +370,13 @@ void read(const std::vector<std::string> &folders, const reading_options &option
     bt_component_class_sink_set_initialize_method(sink_class.get(), initialize);
     bt_component_class_sink_set_graph_is_configured_method(sink_class.get(), configured);
     const bt_component_sink *sink = nullptr;
-    if (bt_graph_add_sink_component_with_initialize_method_data(graph, sink_class.get(), "merger", nullptr, &merge,
-                                                                BT_LOGGING_LEVEL_NONE,
-                                                                &sink) != BT_GRAPH_ADD_COMPONENT_STATUS_OK)
-        throw unreadable(taken_reason());
+    must_be_ok(bt_graph_add_sink_component_with_initialize_method_data(graph, sink_class.get(), "merger", nullptr,
+                                                                       &merge, BT_LOGGING_LEVEL_NONE, &sink));
     for (size_t index = 0; index < outputs.size(); ++index)
-        if (bt_graph_connect_ports(graph, outputs[index],
-                                   bt_component_sink_borrow_input_port_by_index_const(sink, index),
-                                   nullptr) != BT_GRAPH_CONNECT_PORTS_STATUS_OK)
-            throw unreadable(taken_reason());
-    if (!outputs.empty() && bt_graph_run(graph) != BT_GRAPH_RUN_STATUS_OK)
-        throw unreadable(taken_reason());
+        must_be_ok(bt_graph_connect_ports(graph, outputs[index],
+                                          bt_component_sink_borrow_input_port_by_index_const(sink, index), nullptr));
+    if (!outputs.empty())
+        must_be_ok(bt_graph_run(graph));
     if (merge.thrown)
         std::rethrow_exception(merge.thrown);
     for (damaged_file &one : found.damaged)

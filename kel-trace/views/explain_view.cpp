@@ -33,10 +33,8 @@ std::string refusal_text(const complaint &why)
     if (why.by == text::library_itself)
         return kelctl::without_controls(
             fmt::format("the {}: {}{}{}", why.by, why.text, why.what.empty() ? "" : ", ", why.what));
-    const std::string who =
-        why.what.empty() ? fmt::format("the {}", why.by) : fmt::format("{} of the {}", why.what, why.by);
     const std::string code = why.code ? fmt::format(" ({})", *why.code) : "";
-    return kelctl::without_controls(fmt::format("{}: {}{}", who, why.text, code));
+    return kelctl::without_controls(fmt::format("{} of the {}: {}{}", why.what, why.by, why.text, code));
 }
 
 std::string parameters_text(const std::vector<parameter> &parameters)

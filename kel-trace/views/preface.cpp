@@ -82,8 +82,8 @@ notation::document preface_document(const recording &found, const cut_operations
 
 std::string host_text(const recording &found, uint32_t host)
 {
-    return found.hosts.size() <= host || found.hosts[host].empty() ? "unnamed host"
-                                                                   : kelctl::without_controls(found.hosts[host]);
+    const std::string &name = found.hosts.at(host);
+    return name.empty() ? "unnamed host" : kelctl::without_controls(name);
 }
 
 std::string thread_text(const recording &found, const thread_key &of)

@@ -5,6 +5,11 @@
 
 #include <gmock/gmock.h>
 
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
 namespace kel_trace
 {
 namespace
@@ -108,6 +113,88 @@ TEST_F(OperationBuilder, CountsWhatIsCutOff)
     EXPECT_EQ(builder.cut(), (cut_operations{.at_beginning = 1, .at_end = 1, .within = 0}));
     ASSERT_THAT(done, SizeIs(1));
     EXPECT_FALSE(done[0].whole);
+}
+
+TEST_F(OperationBuilder, OnlyEqualReportsAreFolded)
+{
+    const auto refuse = [this](std::string_view message) {
+        tell(event::api_call, "outer(): kel_init_qos_queue_rem()");
+        tell(event::init_exception, message);
+    };
+    tell(event::fn_enter, "outer()");
+    refuse("outer(): 0xfffffffc - busy, ork_bind");
+    refuse("outer(): 0xfffffffc - busy, ork_bind");
+    refuse("outer(): 0xfffffffb - busy, ork_bind");
+    refuse("outer(): 0xfffffffb - gone, ork_bind");
+    refuse("inner(): 0xfffffffb - gone, ork_bind");
+    refuse("inner(): 0xfffffffb - gone, ork_unbind");
+    tell(event::fn_exit, "outer()");
+    builder.end();
+    std::vector<size_t> times;
+    for (const complaint &one : done.at(0).complaints)
+        times.push_back(one.times);
+    EXPECT_THAT(times, ElementsAre(2, 1, 1, 1, 1));
+}
+
+TEST_F(OperationBuilder, FailureStaysApartFromAnEqualReportThatWasIgnored)
+{
+    tell(event::fn_enter, "outer()");
+    tell(event::init_exception, "outer(): busy, ork_bind");
+    tell(event::api_call, "outer(): ork_bind()");
+    tell(event::init_exception, "outer(): busy, ork_bind");
+    tell(event::fn_exit, "outer()");
+    builder.end();
+    ASSERT_TRUE(done.at(0).failure());
+    EXPECT_EQ(done[0].failure()->time, 4);
+}
+
+TEST_F(OperationBuilder, LaterReportIsTheFailureOfTwoInARow)
+{
+    tell(event::fn_enter, "outer()");
+    tell(event::init_exception, "outer(): busy, ork_bind");
+    tell(event::init_exception, "outer(): gone, ork_unbind");
+    tell(event::fn_exit, "outer()");
+    builder.end();
+    EXPECT_THAT(done.at(0).complaints, SizeIs(2));
+    ASSERT_TRUE(done[0].failure());
+    EXPECT_EQ(done[0].failure()->what, "ork_unbind");
+}
+
+TEST_F(OperationBuilder, KeepsAFewErrors)
+{
+    tell(event::fn_enter, "outer()");
+    for (int i = 0; i < 10; ++i)
+        tell(event::error, "outer(): dst_mac=1: Unsupported location=5");
+    tell(event::fn_exit, "outer()");
+    builder.end();
+    EXPECT_THAT(done.at(0).errors, SizeIs(8));
+}
+
+// Behind an operation's end, or without its beginning.
+TEST_F(OperationBuilder, LooseRecordsAreOfOneOperationWhenTheySaySo)
+{
+    const struct {
+        std::vector<std::pair<event, std::string_view>> told;
+        std::vector<std::string> operations;
+    } rows[] = {
+        {{{event::error, "f(): x"}, {event::init_exception, "f(): busy, ork_bind"}}, {"f"}},
+        {{{event::error, "f(): x"}, {event::init_exception, "g(): busy, ork_bind"}}, {"f", "g"}},
+        {{{event::error, "f(): x"}, {event::error, "f(): y"}}, {"f", "f"}},
+        {{{event::init_exception, "f(): busy, ork_bind"}, {event::error, "f(): y"}}, {"f"}},
+        {{{event::init_exception, "f(): busy, ork_bind"}, {event::error, "g(): y"}}, {"f", "g"}},
+        {{{event::init_exception, "f(): busy, ork_bind"}, {event::init_exception, "f(): worded otherwise"}},
+         {"f", "f"}},
+    };
+    for (const auto &[told, operations] : rows) {
+        done.clear();
+        for (const auto &[event, message] : told)
+            tell(event, message);
+        builder.end();
+        std::vector<std::string> names;
+        for (const operation &one : done)
+            names.push_back(one.name);
+        EXPECT_EQ(names, operations) << told[0].second << ", " << told[1].second;
+    }
 }
 
 TEST_F(OperationBuilder, RecordWithoutAnOperationIsNone)

@@ -34,6 +34,7 @@ TEST(Parameters, AreNoneWhereAMessageIsWordedOtherwise)
 {
     EXPECT_THAT(parameters_of(with({{event::api_call, "f(): ork_ebcom_pcep_create"},
                                     {event::api_call, "f(): ork_ebcom_pcep_create)"},
+                                    {event::api_call, "f(): ork_bind: a=1)"},
                                     {event::fn_param, "f(): words alone, vlan=1, vlan=2"}})),
                 ElementsAre(parameter{"vlan", "1"}));
 }

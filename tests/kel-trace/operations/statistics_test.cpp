@@ -43,6 +43,17 @@ TEST(Statistics, ClosedCallLastsUntilTheNextRecordOfItsThread)
     EXPECT_EQ(sum.calls.at("ork_bind").reported, 1U);
 }
 
+TEST(Statistics, RefusalOfAnotherCallIsNotThisOnes)
+{
+    statistics all;
+    for (const char *next : {"f(): busy, ork_unbind", "f(): worded otherwise", "f(): busy, ork_bind"}) {
+        all.take(made_up(event::api_call, "f(): ork_bind()"));
+        all.take(made_up(event::init_exception, next));
+    }
+    EXPECT_EQ(all.sum().calls.at("ork_bind").lasted.spread.count(), 3U);
+    EXPECT_EQ(all.sum().calls.at("ork_bind").reported, 1U);
+}
+
 TEST(Statistics, AnnouncementInTwoRecordsIsOneCall)
 {
     statistics all;

@@ -11,7 +11,7 @@ METADATA = """/* CTF 1.8 */
 typealias integer { size = 32; align = 8; signed = false; } := uint32_t;
 typealias integer { size = 64; align = 8; signed = false; } := uint64_t;
 trace { major = 1; minor = 8; byte_order = le; packet.header := struct { uint32_t magic; uint32_t stream_id; }; };
-env { hostname = "%(host)s"; };
+env { %(environment)s };
 clock { name = "monotonic"; freq = 1000000000; };
 typealias integer { size = 64; align = 8; signed = false; map = clock.monotonic.value; } := instant;
 stream { id = 0;
@@ -53,20 +53,21 @@ def packet(records, contexts, number, discarded):
     return struct.pack("<IIQQQQQQ", 0xC1FC1FC1, 0, times[0], times[-1], octets * 8, octets * 8, number, discarded) + body
 
 
-def write_metadata(folder, contexts=CONTEXTS, host="node-1"):
+def write_metadata(folder, contexts=CONTEXTS, host="node-1", environment=""):
     fields = " ".join(f"uint32_t _{context};" for context in contexts)
-    metadata = METADATA % {"host": host, "contexts": fields}
+    metadata = METADATA % {"environment": environment or f'hostname = "{host}";', "contexts": fields}
     metadata += "".join(EVENT % (name, number) for number, name in enumerate(EVENTS))
     pathlib.Path(folder).mkdir(parents=True, exist_ok=True)
     pathlib.Path(folder, "metadata").write_text(metadata)
 
 
-def write_stream(folder, records, contexts=CONTEXTS, name="stream", discarded=()):
-    """`discarded`: before the second packet and so on, as many records as each says; the records are in the first."""
-    data = packet(list(with_times(records)), contexts, 0, 0)
+def write_stream(folder, records, contexts=CONTEXTS, name="stream", discarded=(), before=0, packets_lost=0):
+    """The records are in the first packet. `before`: as many were discarded before it. `discarded`: before the second packet and so
+    on, as many records as each says, and before the second as many packets as `packets_lost`."""
+    data = packet(list(with_times(records)), contexts, 0, before)
     last = list(with_times(records))[-1:]
-    total = 0
-    for number, count in enumerate(discarded, 1):
+    total = before
+    for number, count in enumerate(discarded, 1 + packets_lost):
         total += count
         data += packet(last, contexts, number, total)
     pathlib.Path(folder, name).write_bytes(data)
