@@ -95,12 +95,10 @@ void serve(const request &asked)
 int carry_out(const std::vector<std::string> &words)
 {
     const request asked = parse_request(words);
-    if (!asked.answer) {
-        serve(asked);
-        return exit_done;
-    }
-    const bool written = std::fputs(asked.answer->c_str(), stdout) >= 0 && std::fflush(stdout) == 0;
-    return written ? exit_done : exit_failed;
+    if (asked.answer)
+        return options::print("kel-exporter", *asked.answer) ? exit_done : exit_failed;
+    serve(asked);
+    return exit_done;
 }
 
 } // namespace

@@ -7,7 +7,6 @@
 #include <fmt/core.h>
 
 #include <cerrno>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <exception>
@@ -89,8 +88,7 @@ int carry_out(const std::vector<std::string> &words)
     const request asked = parse_request(words);
     if (!asked.answer)
         return run(asked);
-    const bool written = std::fputs(asked.answer->c_str(), stdout) >= 0 && std::fflush(stdout) == 0;
-    return written ? exit_done : exit_wrong_input;
+    return options::print("kel-record", *asked.answer) ? exit_done : exit_wrong_input;
 }
 
 } // namespace

@@ -199,11 +199,7 @@ int main(int argc, char **argv)
     std::signal(SIGPIPE, SIG_IGN);
     try {
         const int status = run({argv + 1, argv + argc});
-        const auto failure = kelctl::output_failure();
-        if (!failure)
-            return status;
-        kelctl::write(stderr, fmt::format("kel-trace: standard output cannot be written: {}\n", *failure));
-        return exit_found;
+        return options::is_printed("kel-trace") ? status : exit_found;
     } catch (const options::wrong_request &wrong) {
         kelctl::write(stderr,
                       fmt::format("kel-trace: {}\nkel-trace --help shows commands and options\n", wrong.what()));

@@ -1,11 +1,13 @@
 // One walk over the words for parsing, and a lenient one for completion.
 #include "options/program.h"
 
+#include "kelctl/terminal/terminal.h"
 #include "kelctl/terminal/text.h"
 
 #include <fmt/core.h>
 
 #include <algorithm>
+#include <cstdio>
 
 namespace options
 {
@@ -29,19 +31,18 @@ template <typename Row> const Row &known(std::string_view kind, std::span<const 
 }
 
 // Takes an option and, from the words after it, its value.
-void take_option(const program &of, std::span<const std::string> &words, request &asked)
+const option &take_option(const program &of, std::span<const std::string> &words, request &asked)
 {
     const std::string_view word = words.front();
     const std::string_view name = word.substr(0, word.find('='));
     const bool joined = name.size() != word.size();
     const option &row = known("option", of.options, name);
-    if (!row.only.empty() && asked.command && row.only != of.commands[*asked.command].name)
-        throw wrong_request(fmt::format("{} is an option of \"{}\"", name, row.only));
     words = words.subspan(1);
     if (row.value.empty()) {
         if (joined)
             throw wrong_request(fmt::format("{} takes no value", name));
-        return row.set(asked, "");
+        row.set(asked, "");
+        return row;
     }
     std::string_view value = joined ? word.substr(name.size() + 1) : "";
     if (!joined && !words.empty()) {
@@ -51,6 +52,7 @@ void take_option(const program &of, std::span<const std::string> &words, request
     if (value.empty())
         throw wrong_request(fmt::format("{} requires a value", name));
     row.set(asked, value);
+    return row;
 }
 
 // What may follow some words, which may be wrong.
@@ -88,11 +90,12 @@ std::vector<std::string> parse(const program &of, std::span<const std::string> w
         return {};
     }
     std::vector<std::string> others;
+    std::vector<const option *> taken;
     bool options_go_on = true;
     while (!words.empty()) {
         const std::string &word = words.front();
         if (options_go_on && word.starts_with('-') && word != "--") {
-            take_option(of, words, asked);
+            taken.push_back(&take_option(of, words, asked));
             continue;
         }
         words = words.subspan(1);
@@ -105,11 +108,28 @@ std::vector<std::string> parse(const program &of, std::span<const std::string> w
             options_go_on = options_go_on && !of.runs_another;
         }
     }
+    for (const option *one : taken)
+        if (asked.command && !one->only.empty() && one->only != of.commands[*asked.command].name)
+            throw wrong_request(fmt::format("{} is an option of \"{}\"", one->name, one->only));
     if (asked.help)
         asked.answer = help_text(of);
     else if (asked.version)
         asked.answer = fmt::format("{} {}\n", of.name, KEL_VERSION);
     return others;
+}
+
+bool is_printed(std::string_view program)
+{
+    const auto failure = kelctl::output_failure();
+    if (failure)
+        kelctl::write(stderr, fmt::format("{}: standard output cannot be written: {}\n", program, *failure));
+    return !failure;
+}
+
+bool print(std::string_view program, std::string_view answer)
+{
+    kelctl::write(stdout, answer);
+    return is_printed(program);
 }
 
 std::string help_text(const program &of)

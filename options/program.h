@@ -69,6 +69,12 @@ std::vector<std::string> parse(const program &of, std::span<const std::string> w
 
 std::string help_text(const program &of);
 
+// Prints what was asked for, such as the help. False when it cannot be written, which standard error says.
+bool print(std::string_view program, std::string_view answer);
+
+// The same for what has been printed before.
+bool is_printed(std::string_view program);
+
 // What the last word may become, one in a line, for the completion scripts; "@files" for files.
 std::string completion_text(const program &of, std::span<const std::string> words);
 

@@ -136,9 +136,9 @@ int http_server::number() const
 int http_server::milliseconds() const
 {
     MHD_UNSIGNED_LONG_LONG wait = INT_MAX;
-    const bool limited = MHD_get_timeout(daemon_.get(), &wait) == MHD_YES;
+    MHD_get_timeout(daemon_.get(), &wait); // which leaves it when nothing is due
     if (clients_.empty())
-        return limited ? static_cast<int>(wait) : -1;
+        return static_cast<int>(wait);
     const auto oldest = std::ranges::min(clients_, {}, &client::since).since;
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(oldest + patience_ - clock::now()).count();
     return static_cast<int>(std::clamp<long long>(left, 0, static_cast<long long>(wait)));

@@ -53,7 +53,7 @@ public:
     // Can be read when there is something to serve.
     int number() const;
 
-    // After which something is to be served in any case; -1: never.
+    // After which something is to be served in any case.
     int milliseconds() const;
 
     // Does what can be done now.

@@ -49,6 +49,9 @@ TEST(Document, AskingForAnotherKindThrows)
     EXPECT_THROW(document(1)["name"], document_error);
     EXPECT_THROW(document(1).push_back(2), document_error);
     EXPECT_THROW(document::array({1})[1], document_error);
+    const document constant = document::array({1});
+    EXPECT_EQ(constant[0], 1);
+    EXPECT_THROW(constant[1], document_error);
 }
 
 TEST(Document, MembersKeepTheOrderOfTheirAdding)

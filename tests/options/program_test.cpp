@@ -99,6 +99,8 @@ TEST(Parse, RefusesWhatThereIsNot)
     EXPECT_EQ(refusal(with_commands, {"--lod"}), "unknown option \"--lod\"; did you mean \"--loud\"?");
     EXPECT_EQ(refusal(with_commands, {"read", "-l"}), "unknown option \"-l\"");
     EXPECT_EQ(refusal(with_commands, {"read", "--times", "|"}), "--times is an option of \"write\"");
+    EXPECT_EQ(refusal(with_commands, {"--times", "|", "read"}), "--times is an option of \"write\"");
+    EXPECT_EQ(refusal(with_commands, {"--times", "|"}), "none");
     EXPECT_EQ(refusal(with_commands, {"--loud=1"}), "--loud takes no value");
     for (const words &all : std::vector<words>{{"--to"}, {"--to="}, {"--to", ""}})
         EXPECT_EQ(refusal(with_commands, all), "--to requires a value");

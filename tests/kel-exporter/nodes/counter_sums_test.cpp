@@ -97,6 +97,24 @@ TEST_F(CounterSums, GoOnAfterALookThatDidNotReadThem)
     EXPECT_EQ(frames(queue_at(0, 200)), full + 1);
 }
 
+// A node of another version may answer otherwise from one look to the next.
+TEST_F(CounterSums, LeaveWhatOneOfTwoLooksDoesNotCount)
+{
+    const auto with = [](uint64_t frames, document more) {
+        document queue = queue_at(frames, 100);
+        for (auto &[name, value] : more.members())
+            queue["counters"][name] = std::move(value);
+        return queue;
+    };
+    frames(with(full, {{"read", nullptr}, {"unread", 5}, {"block", 5}, {"flat", {{"frames", 5}}}}));
+    const document more = {{"read", 3}, {"unread", nullptr}, {"block", {{"frames", 7}}},
+                           {"flat", 7}, {"new", 9},          {"new block", {{"frames", 9}}}};
+    const document counters = carried_on(with(2, more)).at("queues")[0].at("counters");
+    EXPECT_EQ(counters.at("pkts_tx").number<uint64_t>(), full + 3);
+    for (const auto &[name, value] : more.members())
+        EXPECT_EQ(counters.at(name), value) << name;
+}
+
 TEST_F(CounterSums, KnowTheWordsOfPcepsWithinTheirBlocks)
 {
     const auto pcep = [](uint64_t dropped) {

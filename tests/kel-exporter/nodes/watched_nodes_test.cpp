@@ -6,17 +6,20 @@
 #include "socket/listening_socket.h"
 #include "socket/server.h"
 #include "temporary_folder.h"
+#include "tests/refused_calls.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cerrno>
 #include <condition_variable>
 #include <cstdlib>
 #include <filesystem>
 #include <poll.h>
 #include <stop_token>
 #include <sys/socket.h>
+#include <system_error>
 #include <thread>
 
 namespace kel_exporter
@@ -135,6 +138,48 @@ TEST_F(WatchedNodes, ThatAreNotThereAreNotUp)
     EXPECT_FALSE(none.up);
     EXPECT_EQ(none.why, "there is no such node");
     EXPECT_EQ(none.state, nullptr);
+}
+
+TEST_F(WatchedNodes, AreAtMost64)
+{
+    std::vector<std::string> names;
+    for (int number = 0; number < 70; ++number)
+        names.push_back("node-" + std::to_string(number));
+    watched_nodes nodes(names, quick);
+    EXPECT_EQ(nodes.known().size(), 64u);
+    EXPECT_EQ(nodes.known().size(), 64u);
+}
+
+TEST_F(WatchedNodes, WithoutAThreadAreFoundAgain)
+{
+    EXPECT_EQ(where_refused({{SYS_clone3, EAGAIN}, {SYS_clone, EAGAIN}},
+                            [this] {
+                                watched_nodes nodes({"edge"}, quick);
+                                std::string why;
+                                for (int question = 0; question < 2; ++question)
+                                    try {
+                                        nodes.known();
+                                    } catch (const std::system_error &refused) {
+                                        why += refused.what() + std::string(". ");
+                                    }
+                                return why;
+                            }),
+              "Resource temporarily unavailable. Resource temporarily unavailable. ");
+}
+
+TEST_F(WatchedNodes, ThatNobodyAsksForAreLeftAlone)
+{
+    const standing_in node(folder, "edge");
+    pace idle = quick;
+    idle.until = std::chrono::milliseconds(200);
+    watched_nodes nodes({"edge"}, idle);
+    seen(nodes, [](const known_node &one) { return one.up; });
+    size_t looks = 0;
+    do {
+        looks = node.asked();
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    } while (node.asked() != looks); // the end of the test's time, if it is never left alone
+    seen(nodes, [&](const known_node &) { return node.asked() > looks; });
 }
 
 TEST_F(WatchedNodes, AreLookedUpEachTimeWithoutNames)

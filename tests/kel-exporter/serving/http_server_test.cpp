@@ -3,13 +3,16 @@
 
 #include "kel-exporter/serving/listener.h"
 #include "socket/descriptor.h"
+#include "tests/refused_calls.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <arpa/inet.h>
 #include <array>
+#include <cerrno>
 #include <poll.h>
+#include <stdexcept>
 #include <stop_token>
 #include <sys/socket.h>
 #include <thread>
@@ -19,6 +22,7 @@ namespace kel_exporter
 namespace
 {
 
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
@@ -70,6 +74,8 @@ protected:
         server_.emplace(
             listening.number(),
             [](const http_request &asked) -> http_answer {
+                if (asked.path == "/broken")
+                    throw std::runtime_error("no more room");
                 if (asked.path == "/large")
                     return {.body = std::string(large, 'x')};
                 return {.status = asked.path == "/none" ? 404u : 200u,
@@ -79,8 +85,7 @@ protected:
         thread_ = std::jthread([this](const std::stop_token &over) {
             pollfd waited = {server_->number(), POLLIN, 0};
             while (!over.stop_requested()) {
-                const int longest = server_->milliseconds();
-                poll(&waited, 1, longest < 0 ? 20 : std::min(longest, 20));
+                poll(&waited, 1, std::min(server_->milliseconds(), 20));
                 server_->serve();
             }
         });
@@ -102,6 +107,30 @@ private:
 
 const std::string ask = "GET /a HTTP/1.1\r\nHost: x\r\nAccept: y\r\n\r\n";
 const std::string ask_last = "GET /a HTTP/1.1\r\nHost: x\r\nConnection: close\r\n\r\n";
+
+TEST_F(HttpServer, SaysWhyThereIsNoAnswer)
+{
+    start();
+    const std::string answer = answer_to("GET /broken HTTP/1.1\r\nHost: x\r\nConnection: close\r\n\r\n");
+    EXPECT_THAT(answer, StartsWith("HTTP/1.1 500 "));
+    EXPECT_THAT(answer, EndsWith("\r\n\r\nno more room\n"));
+}
+
+TEST_F(HttpServer, SaysWhatTheSystemRefuses)
+{
+    for (const auto &[call, why] : {std::pair(SYS_fcntl, "HTTP cannot be served: Too many open files"),
+                                    std::pair(SYS_epoll_create1, "HTTP cannot be served")})
+        EXPECT_EQ(where_refused({{call, EMFILE}},
+                                [this]() -> std::string {
+                                    try {
+                                        http_server(listening.number(), nullptr);
+                                    } catch (const std::runtime_error &refused) {
+                                        return refused.what();
+                                    }
+                                    return "";
+                                }),
+                  why);
+}
 
 TEST_F(HttpServer, AnswersWithTypeAndPolicy)
 {

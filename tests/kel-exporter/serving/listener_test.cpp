@@ -2,10 +2,12 @@
 #include "kel-exporter/serving/listener.h"
 
 #include "temporary_folder.h"
+#include "tests/refused_calls.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <cstdlib>
 #include <filesystem>
 #include <stdexcept>
@@ -34,6 +36,21 @@ TEST(Listener, TellsThePortThatTheKernelChose)
     EXPECT_THAT(listener("127.0.0.1:0").text(), MatchesRegex("http://127\\.0\\.0\\.1:[1-9][0-9]*/"));
 }
 
+TEST(Listener, PutsAnAddressOfTheNewerKindInBrackets)
+{
+    const std::string refused = why_not("[::1]:0");
+    if (!refused.empty())
+        GTEST_SKIP() << refused;
+    EXPECT_THAT(listener("[::1]:0").text(), MatchesRegex("http://\\[::1\\]:[1-9][0-9]*/"));
+}
+
+TEST(Listener, SaysWhatTheSystemRefuses)
+{
+    for (const long call : {SYS_bind, SYS_listen})
+        EXPECT_EQ(where_refused({{call, EADDRINUSE}}, [] { return why_not("127.0.0.1:0"); }),
+                  "127.0.0.1:0: Address already in use");
+}
+
 TEST(Listener, IsRefusedWhereAnotherOneListens)
 {
     const listener first("127.0.0.1:0");
@@ -44,7 +61,7 @@ TEST(Listener, IsRefusedWhereAnotherOneListens)
 TEST(Listener, TakesNumericAddressesOnly)
 {
     for (const char *address : {"localhost:9477", "9477", ":9477", "127.0.0.1", "127.0.0.1:", "127.0.0.1:http", "::1",
-                                "", "[::1]", "127.0.0.1:99999"})
+                                "", "[::1]", "[::1:9477", "127.0.0.1:99999"})
         EXPECT_THAT(why_not(address), HasSubstr("is no address to listen on")) << address;
 }
 

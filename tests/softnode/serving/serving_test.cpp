@@ -6,12 +6,14 @@
 #include "socket/client.h"
 #include "socket/socket_error.h"
 #include "tests/notation/print.h"
+#include "tests/refused_calls.h"
 #include "tests/socket/folder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
@@ -181,6 +183,18 @@ TEST_F(Served, NotWhereAnotherProcessIs)
     EXPECT_EQ(second.line(), "0");
     EXPECT_EQ(second.end(), 0);
     EXPECT_EQ(asked({{"function", "snapshot"}}).at("calls").at("kel_init_attach"), 1);
+}
+
+TEST_F(Served, NotWithoutAThread)
+{
+    const std::string said = where_refused({{SYS_clone3, EAGAIN}}, [this] {
+        ControlProcess process(SERVING_VICTIM, variables());
+        const std::string warning = process.ask("attach");
+        const std::string result = process.line();
+        return warning + " " + result + " " + status_of(*threads_of(process), "SigBlk");
+    });
+    EXPECT_EQ(said, "libkel-softnode: KEL_SOFTNODE_SOCKET: Resource temporarily unavailable 0 0000000000000000");
+    EXPECT_FALSE(std::filesystem::exists(path));
 }
 
 TEST_F(Served, AfterAProcessThatWasKilled)

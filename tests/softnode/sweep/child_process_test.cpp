@@ -4,6 +4,7 @@
 #include "softnode/sweep/child_process.h"
 
 #include "command.h"
+#include "tests/refused_calls.h"
 
 #include <gtest/gtest.h>
 
@@ -102,6 +103,34 @@ TEST(ChildProcess, LeavesNeitherAProcessNorADescriptorBehind)
     EXPECT_EQ(open_descriptors(), before);
     EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
     EXPECT_EQ(errno, ECHILD);
+}
+
+TEST(ChildProcess, IsNoneWhereThereIsNoMore)
+{
+    EXPECT_EQ(where_refused({{SYS_clone, EAGAIN}},
+                            [] {
+                                const auto before = open_descriptors();
+                                const bool made = run_in_child([] { return std::string(); }, generous).has_value();
+                                return std::string(made ? "made" : "none") +
+                                       (open_descriptors() == before ? "" : ", open");
+                            }),
+              "none");
+}
+
+TEST(ChildProcess, CrashesWhereItCannotWrite)
+{
+    EXPECT_EQ(outcome_of([] {
+                  refuse_calls({{SYS_write, ENOSPC}});
+                  return std::string("lost");
+              }).end,
+              ChildEnd::crashed);
+}
+
+TEST(ChildProcess, YieldsItsTextWhereItsEndIsIgnored)
+{
+    std::signal(SIGCHLD, SIG_IGN); /* no process waits for it then */
+    EXPECT_EQ(outcome_of([] { return std::string("returned"); }).text, "returned");
+    std::signal(SIGCHLD, SIG_DFL);
 }
 
 TEST(ChildProcess, WritesOutWhatItWroteItselfAndNothingElse)

@@ -3,6 +3,7 @@
  * nothing of them stays.
  */
 #include "control.h"
+#include "tests/refused_calls.h"
 
 #include "platform/vorn_tu.h"
 
@@ -155,6 +156,11 @@ TEST_F(FaultSweep, NeedsNothingButRun)
         "planned": 0,
         "runs": []
     })"));
+}
+
+TEST_F(FaultSweep, FindsTheSameWhereThreadsCannotBeCounted)
+{
+    EXPECT_EQ(where_refused({{SYS_openat, EACCES}}, [this] { return sweep_text(careful); }), sweep_text(careful));
 }
 
 /* Notes how far the sweep is, and ends it after three runs. */
