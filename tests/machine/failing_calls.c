@@ -149,8 +149,22 @@ void *_Znwm(size_t size)
     return memory;
 }
 
+static void write_counts(void);
+
+// The program that takes the place of this one counts nothing.
+static struct entry entry_of_execvp = {.name = "execvp"};
+int execvp(const char *file, char *const *arguments)
+{
+    if (is_due(&entry_of_execvp, CALLER)) {
+        errno = EACCES;
+        return -1;
+    }
+    write_counts();
+    return ((int (*)(const char *, char *const *))entry_of_execvp.next)(file, arguments);
+}
+
 #define ADDRESS(type, function, parameters, arguments, failure, number) &entry_of_##function,
-static struct entry *const entries[] = {CALLS(ADDRESS) & entry_of_fwrite, &entry_of_new};
+static struct entry *const entries[] = {CALLS(ADDRESS) & entry_of_fwrite, &entry_of_new, &entry_of_execvp};
 enum { entry_count = sizeof entries / sizeof *entries };
 
 static pid_t counted_process;
@@ -186,9 +200,8 @@ __attribute__((constructor)) static void begin(int count, char **arguments, char
     active = true;
 }
 
-__attribute__((destructor)) static void end(void)
+static void write_counts(void)
 {
-    active = false;
     const char *file = getenv("KEL_FAILING_COUNTS");
     FILE *out = file && counted_process == getpid() ? fopen(file, "we") : NULL;
     for (int i = 0; out && i < entry_count; ++i)
@@ -196,4 +209,10 @@ __attribute__((destructor)) static void end(void)
             fprintf(out, "%s %d\n", entries[i]->name, entries[i]->calls);
     if (out)
         fclose(out);
+}
+
+__attribute__((destructor)) static void end(void)
+{
+    active = false;
+    write_counts();
 }
