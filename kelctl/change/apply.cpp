@@ -194,9 +194,8 @@ private:
 
     static std::string what_became_of(const node_change &one)
     {
-        return one.was.empty() && one.becomes.empty()
-                   ? std::string(one.change)
-                   : fmt::format("{}, {} became {}", one.change, one.was, one.becomes);
+        return one.was.empty() ? std::string(one.change)
+                               : fmt::format("{}, {} became {}", one.change, one.was, one.becomes);
     }
 
     result take_result()

@@ -216,8 +216,7 @@ private:
     {
         for (size_t i = now_.model.size(); i-- > 0;)
             if (now_.touched[i] && is_one_of(kinds, now_.model[i]) && (!due || due(i)))
-                if (auto undo = undo_of(now_.model[i].asked, table_))
-                    plan_.steps.push_back(std::move(*undo));
+                plan_.steps.push_back(undo_of(now_.model[i].asked, table_).value());
     }
 
     // In the order of the model, in which the node file has them.

@@ -35,7 +35,8 @@ std::vector<invocation> lines_of(const node_model &model)
     std::vector<invocation> lines;
     uint32_t count = 0; // of the last line
     for (const node_object &one : model) {
-        if (one.key.kind == object_kind::path && !lines.empty() && lines.back().row == one.asked.row &&
+        // Before a path there is what starts its service.
+        if (one.key.kind == object_kind::path && lines.back().row == one.asked.row &&
             follows(one.asked, lines.back(), count)) {
             ++count;
             continue;
@@ -86,7 +87,7 @@ exported exported_node(bool as_script, const session &session)
     made.errors = objections_to(made.text, model, session);
     if (!made.errors.empty())
         made.text.clear();
-    else if (!model.empty() && model.back().key.kind == object_kind::pcep_service)
+    else if (model.back().key.kind == object_kind::pcep_service)
         made.warnings.push_back(without_position("a node file starts the PCEP service for PCEPs and groups only"));
     return made;
 }

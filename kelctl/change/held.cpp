@@ -23,34 +23,34 @@ namespace
 constexpr std::string_view missing = "the accelerator does not hold it";
 constexpr std::string_view beyond = "the accelerator holds it, but this process knows of no such one";
 
-// What a queue is made with. Of an unshaped one only the threshold counts.
+// The numbers of an unshaped queue are the library's, whatever was asked for: 0 here.
 struct shape {
-    bool shaped;
-    uint32_t rate; // kbit/s; 0 of an unshaped queue, as is the burst
-    uint32_t burst;
-    uint32_t threshold;
+    bool shaped = false;
+    uint32_t rate = 0; // kbit/s
+    uint32_t burst = 0;
+    uint32_t threshold = 0;
 
     bool operator==(const shape &) const = default;
 };
 
 std::string text_of(const shape &one)
 {
-    return fmt::format("{}, threshold {}",
-                       one.shaped ? fmt::format("{}, burst {}", quantity_text(one.rate, rate_units),
-                                                quantity_text(one.burst, size_units))
-                                  : "unshaped",
-                       quantity_text(one.threshold, size_units));
+    if (!one.shaped)
+        return "an unshaped one";
+    return fmt::format("{}, burst {}, threshold {}", quantity_text(one.rate, rate_units),
+                       quantity_text(one.burst, size_units), quantity_text(one.threshold, size_units));
 }
 
 shape shape_of(const snapshot::queue &queue)
 {
-    return {queue.shaped, queue.shaped ? queue.rate : 0, queue.shaped ? queue.burst : 0, queue.threshold};
+    return queue.shaped ? shape{true, queue.rate, queue.burst, queue.threshold} : shape();
 }
 
 shape shape_of(const arguments &given)
 {
-    const bool shaped = given.has("--rate") && (!given.has("--shaping") || given.number<uint8_t>("--shaping") != 0);
-    return {shaped, shaped ? given.number<uint32_t>("--rate") : 0, shaped ? given.number<uint32_t>("--burst") : 0,
+    if (!given.has("--rate") || (given.has("--shaping") && given.number<uint8_t>("--shaping") == 0))
+        return {};
+    return {true, given.number<uint32_t>("--rate"), given.number<uint32_t>("--burst"),
             given.number<uint32_t>("--threshold")};
 }
 

@@ -39,6 +39,20 @@ constexpr maker makers[] = {
     {"group member add", object_kind::member, "GROUP", {}, "ID"},
 };
 
+constexpr std::string_view names[] = {"MP id",
+                                      "parameters",
+                                      "interface",
+                                      "EBCOM service",
+                                      "scheduler tree",
+                                      "queue of {port}",
+                                      "path to {mac} on {port}",
+                                      "shaper for {mac} on {port}",
+                                      "PCEP service",
+                                      "PCEP {number}",
+                                      "group {number}",
+                                      "member {member} of group {number}"};
+static_assert(std::size(names) == static_cast<size_t>(object_kind::member) + 1);
+
 object_key key_of(const maker &made, const arguments &given)
 {
     object_key key = {.kind = made.kind};
@@ -94,34 +108,9 @@ node_model in_order(node_model model)
 // People see these names, and documents have them as `object`.
 std::string name_of(const object_key &key)
 {
-    const auto port = [&] { return port_text(static_cast<int32_t>(key.number)); };
-    switch (key.kind) {
-    case object_kind::mp_id:
-        return "MP id";
-    case object_kind::parameters:
-        return "parameters";
-    case object_kind::interface:
-        return "interface";
-    case object_kind::ebcom_service:
-        return "EBCOM service";
-    case object_kind::scheduler_tree:
-        return "scheduler tree";
-    case object_kind::queue:
-        return fmt::format("queue of {}", port());
-    case object_kind::path:
-        return fmt::format("path to {} on {}", to_text(key.mac), port());
-    case object_kind::shaper:
-        return fmt::format("shaper for {} on {}", to_text(key.mac), port());
-    case object_kind::pcep_service:
-        return "PCEP service";
-    case object_kind::pcep:
-        return fmt::format("PCEP {}", key.number);
-    case object_kind::group:
-        return fmt::format("group {}", key.number);
-    case object_kind::member:
-        return fmt::format("member {} of group {}", key.pcep, key.number);
-    }
-    return "";
+    return fmt::format(fmt::runtime(names[static_cast<size_t>(key.kind)]), fmt::arg("number", key.number),
+                       fmt::arg("port", port_text(static_cast<int32_t>(key.number))), fmt::arg("mac", to_text(key.mac)),
+                       fmt::arg("member", key.pcep));
 }
 
 bool uses_queue(const object_key &key)

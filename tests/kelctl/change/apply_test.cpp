@@ -201,6 +201,27 @@ TEST_F(Apply, TakesBackTheReferenceOfARefusedPath)
     EXPECT_EQ(bare_now(), before);
 }
 
+// The interface is made before the step that fails, or not; the services are started halfway.
+TEST_F(Apply, TakesBackWhatFailedStartsLeft)
+{
+    const lines node = with_service({to_1_on_p});
+    for (const char *fault :
+         {"ork_ebcom_interface_create=-9", "kel_init_eventdev_vsi_ebcom_get=13", "ork_qos_scheduler_create:3=-9"}) {
+        SCOPED_TRACE(fault);
+        up({node.front()}); // parameters stay
+        const auto before = bare_now();
+        ASSERT_EQ(softnode_faults_add(fault), nullptr);
+        const result done = apply(node_of(node), false, here);
+        softnode_faults_clear();
+        EXPECT_EQ(done.status, exit_operation_failed);
+        EXPECT_EQ(notation::to_json(done.shown.at("left")), "[]");
+        EXPECT_THAT(here.made.all(), SizeIs(1));
+        EXPECT_EQ(bare_now(), before);
+        EXPECT_EQ(apply(node_of(node), false, here).status, exit_done);
+        take_down(here);
+    }
+}
+
 // The driver kit keeps a PCEP that it refused to delete, and the library has forgotten it.
 TEST_F(Apply, ListsWhatCannotBeRestored)
 {
@@ -258,6 +279,37 @@ TEST_F(Apply, ReportsTheReferenceThatARefusedPathMayLeaveBesideAnEqualOne)
     ASSERT_EQ(left.size(), 1u) << notation::to_json(left);
     EXPECT_EQ(left[0].at("object").text(), "path to 02:00:00:02:00:01 on RLU1P (6)");
     EXPECT_THAT(left[0].at("what").text(), HasSubstr("may have left its reference"));
+}
+
+TEST_F(Apply, WhatTheAcceleratorHeldOtherwiseBeforeIsAWarningOnly)
+{
+    const lines node = with_service({"ebcom path add 02:00:00:02:00:01 --port RLU1P"});
+    up(node);
+    up({"ebcom path add 02:00:00:02:00:01 --port RLU1Q", "ebcom path remove 02:00:00:02:00:01 --port RLU1Q"});
+    lines wanted = node;
+    wanted.push_back(to_2_on_q);
+    for (const bool refused : {true, false}) {
+        if (refused)
+            ASSERT_EQ(softnode_faults_add("ork_ebcom_pcep_path_create:1=-9"), nullptr);
+        const result done = apply(node_of(wanted), false, here);
+        EXPECT_EQ(done.shown.at("applied").boolean(), !refused);
+        EXPECT_EQ(done.remark, refused ? "the old node is restored" : "");
+        ASSERT_THAT(done.warnings, SizeIs(1));
+        EXPECT_EQ(done.warnings[0].message, "path to 02:00:00:02:00:01 on RLU1P (6): its queue is gone");
+    }
+}
+
+TEST_F(Apply, DryRunListsTwentyInterruptions)
+{
+    lines now = {"pcep start"};
+    lines wanted = now;
+    for (int id = 1; id <= 22; ++id) {
+        now.push_back(pcep(id, 1));
+        wanted.push_back(pcep(id, 2));
+    }
+    up(now);
+    EXPECT_THAT(apply(node_of(wanted), true, here).text->text(),
+                testing::EndsWith("interrupts PCEP 19\ninterrupts PCEP 20\ninterrupts 2 more; --all shows them\n"));
 }
 
 TEST_F(Apply, DifferenceIsTroubleWhenTheAcceleratorHoldsSomethingElse)

@@ -54,6 +54,7 @@ lines interrupted(const lines &now, const lines &wanted)
 const std::string to_1_on_p = "ebcom path add 02:00:00:02:00:01 --port RLU1P";
 const std::string to_1_on_q = "ebcom path add 02:00:00:02:00:01 --port RLU1Q";
 const std::string to_2_on_p = "ebcom path add 02:00:00:02:00:02 --port RLU1P";
+const std::string to_3_on_p = "ebcom path add 02:00:00:02:00:03 --port RLU1P";
 const std::string to_1_off_p = "ebcom path remove 02:00:00:02:00:01 --port RLU1P";
 const std::string to_1_off_q = "ebcom path remove 02:00:00:02:00:01 --port RLU1Q";
 const std::string to_2_off_p = "ebcom path remove 02:00:00:02:00:02 --port RLU1P";
@@ -94,6 +95,8 @@ TEST(ChangePlan, RemovesBeforeItAddsWhereThereIsNoRoom)
 {
     EXPECT_THAT(steps({to_1_on_p}, {to_2_on_p}, 1), ElementsAre(to_1_off_p, to_2_on_p));
     EXPECT_THAT(steps({to_1_on_p}, {to_2_on_p}, 2), ElementsAre(to_2_on_p, to_1_off_p));
+    EXPECT_THAT(steps({to_1_on_p, to_2_on_p}, {to_1_on_q, to_3_on_p}, 2), // 1 stays, and is not interrupted
+                ElementsAre(to_2_off_p, to_1_on_q, to_3_on_p, to_1_off_p));
 }
 
 // The library takes 65,536 references that are left for none.
@@ -131,6 +134,13 @@ TEST(ChangePlan, ChangesAPcepWithItsMemberships)
     EXPECT_THAT(interrupted(now, wanted), ElementsAre("PCEP 7"));
 }
 
+// The library counts a PCEP that was removed as a member on.
+TEST(ChangePlan, RemovesAMemberThatIsNoPcepAnyMore)
+{
+    EXPECT_THAT(steps({"pcep start", "group add 300", "group member add 300 7"}, {"pcep start", "group add 300"}),
+                ElementsAre("group member remove 300 7"));
+}
+
 TEST(ChangePlan, RemovesWhatHasAnIdBeforeItIsTakenAgain)
 {
     EXPECT_THAT(steps({"pcep start", pcep(7, 1), "group add 8", "group member add 8 7"},
@@ -150,6 +160,7 @@ TEST(ChangePlan, StartsAndStopsServicesAroundWhatNeedsThem)
     EXPECT_EQ(steps({}, whole), whole);
     EXPECT_THAT(steps(whole, {}), ElementsAre("group remove 300", "pcep stop", to_1_off_p, "ebcom stop",
                                               "ebcom interface delete")); // parameters cannot be taken back
+    EXPECT_THAT(steps({"ebcom qos init"}, {}), ElementsAre("ebcom qos deinit"));
 }
 
 TEST(ChangePlan, RefusesWhatARunningProcessCannotChange)

@@ -130,6 +130,20 @@ count = 2
                           "--count 200\n"));
 }
 
+// The addresses count up in their last three octets only.
+TEST_F(Export, PathsThatDoNotContinueTheLastOneBeginAnother)
+{
+    run({"ebcom start", "ebcom path add 02:00:00:ff:ff:ff --port 6", "ebcom path add 02:00:01:00:00:00 --port 6",
+         "ebcom path add --raw 02:00:01:00:00:01 --port 6", "ebcom path add 02:00:00:02:00:01 --port 7",
+         "ebcom shaper add 02:00:00:02:00:02 --port 7"});
+    EXPECT_THAT(
+        exported_node(true, here).text,
+        HasSubstr("ebcom path add 02:00:00:ff:ff:ff --port RLU1P\nebcom path add 02:00:01:00:00:00 --port RLU1P\n"
+                  "ebcom path add --raw 02:00:01:00:00:01 --port RLU1P\n"
+                  "ebcom path add 02:00:00:02:00:01 --port RLU1Q\n"
+                  "ebcom shaper add 02:00:00:02:00:02 --port RLU1Q\n"));
+}
+
 std::vector<std::string> messages_of(const std::vector<input_error> &errors)
 {
     std::vector<std::string> messages;

@@ -2,6 +2,7 @@
 #include "kelctl/change/held.h"
 
 #include "kelctl/jobs/take_down.h"
+#include "kelctl/node/standing.h"
 #include "platform/kel_init.h"
 #include "platform/ork.h"
 #include "script_session.h"
@@ -44,11 +45,22 @@ protected:
 
     std::vector<std::string> found()
     {
+        return found(model_of(here));
+    }
+
+    std::vector<std::string> found(const node_model &model)
+    {
         std::vector<std::string> texts;
-        const auto all = discrepancies(model_of(here), here);
+        const auto all = discrepancies(model, here);
         for (const discrepancy &one : *all)
             texts.push_back(text_of(one));
         return texts;
+    }
+
+    void *a_scheduler() const
+    {
+        return reinterpret_cast<void *>(
+            current_snapshot()->schedulers.back().self); // NOLINT(performance-no-int-to-ptr)
     }
 
     script_session here;
@@ -121,6 +133,22 @@ TEST_F(Held, ShowsAThresholdThatALaterPathCouldNotChange)
                          "5000 KiB, this process asked for 1 Mbit/s, burst 2000 octets, threshold 512 octets"));
 }
 
+TEST_F(Held, ShowsAQueueThatIsNotShapedAsAsked)
+{
+    node_model model = model_of(here);
+    const auto path = std::ranges::find(
+        model,
+        object_key{.kind = object_kind::shaper, .number = 12, .mac = parse_mac_address("02:00:00:02:00:05").value()},
+        &node_object::key);
+    ASSERT_NE(path, model.end());
+    path->asked.given.set("--rate", int64_t{1000});
+    path->asked.given.set("--burst", int64_t{2000});
+    path->asked.given.set("--threshold", int64_t{512});
+    EXPECT_THAT(found(model),
+                ElementsAre("queue of RLU4P (12): the accelerator holds an unshaped one, this process asked for 1 "
+                            "Mbit/s, burst 2000 octets, threshold 512 octets"));
+}
+
 TEST_F(Held, ShowsAPcepThatARemovalForgot)
 {
     ASSERT_EQ(here.run("group member remove 300 8").status, exit_done);
@@ -128,6 +156,92 @@ TEST_F(Held, ShowsAPcepThatARemovalForgot)
     ASSERT_EQ(here.run("pcep remove 8").status, exit_operation_failed);
     here.made.note(asked("pcep remove 8"));
     EXPECT_THAT(found(), ElementsAre("PCEP 8: the accelerator holds it, but this process knows of no such one"));
+}
+
+TEST_F(Held, ShowsWhatSomebodyElseMade)
+{
+    ASSERT_EQ(here.run("ebcom interface delete").status, exit_done);
+    uint16_t device = 0;
+    kel_init_eventdev_dev_id_ebcom_get(&device);
+    ASSERT_EQ(ork_ebcom_interface_create(attach.ork_handle, device), 0);
+    const ork_ebcom_multicast_group group = {.pcep_id = 301, .reserved = {}};
+    uint64_t unused = 0;
+    ASSERT_EQ(ork_ebcom_multicast_group_create(attach.ork_handle, &group, &unused, 0), 0);
+    const kel_init_qos_queue_params unshaped = {.mode = 1, .rate = 0, .threshold = 0, .bucket_size = 0};
+    void *queue = nullptr;
+    ASSERT_EQ(kel_init_qos_queue_add(&unshaped, 5, a_scheduler(), device, &queue), 0);
+    ork_ebcom_pcep_path path = {.macAddr = {2, 0, 0, 2, 0, 9}, .pcepType = 2, .eioaPort = 0, .queue_hdl = queue};
+    ASSERT_EQ(ork_ebcom_pcep_path_create(attach.ork_handle, &path), 0);
+    path.macAddr[5] = 1; // of a destination that this process has, too
+    ASSERT_EQ(ork_ebcom_pcep_path_create(attach.ork_handle, &path), 0);
+    EXPECT_THAT(
+        found(),
+        ElementsAre("interface: the accelerator holds it, but this process knows of no such one",
+                    fmt::format("queue {}: the accelerator holds it, but this process knows of no such one",
+                                static_cast<const void *>(queue)),
+                    "path to 02:00:00:02:00:01 on RLU4W (42): the accelerator sends through a queue of no known "
+                    "port",
+                    "path to 02:00:00:02:00:09: the accelerator holds it, but this process knows of no such one",
+                    "group 301: the accelerator holds it, but this process knows of no such one"));
+}
+
+TEST_F(Held, ShowsBindingsThatSomebodyElseChanged)
+{
+    ork_bind_params params = {.word0 = 4,
+                              .word4 = 1,
+                              .word8 = 1,
+                              .reserved12 = 0,
+                              .ork_handle = attach.ork_handle,
+                              .reserved24 = 0,
+                              .pcep_id = 7,
+                              .word36 = 2,
+                              .target = attach.ehsfp_target,
+                              .reserved48 = {},
+                              .word60 = 2,
+                              .reserved64 = {},
+                              .byte84 = 1,
+                              .reserved85 = {}};
+    ASSERT_EQ(ork_unbind(attach.sys_handle, &params), 0);
+    params.pcep_id = 8;
+    ASSERT_EQ(ork_bind(attach.sys_handle, &params), 0);
+    EXPECT_THAT(found(), ElementsAre("PCEP 7: it is not bound to the EHSFP", "PCEP 8: it is bound"));
+}
+
+TEST_F(Held, ShowsAPcepOfWhichAnythingDiffers)
+{
+    const mac_address other = parse_mac_address("02:00:00:03:00:02").value();
+    const std::pair<const char *, argument_value> differing[] = {{"--remote-id", int64_t{10}},
+                                                                 {"--local", other},
+                                                                 {"--remote", other},
+                                                                 {"--vlan", int64_t{101}},
+                                                                 {"--priority", int64_t{1}}};
+    for (const auto &[name, value] : differing) {
+        node_model model = model_of(here);
+        const auto pcep =
+            std::ranges::find(model, object_key{.kind = object_kind::pcep, .number = 7}, &node_object::key);
+        ASSERT_NE(pcep, model.end());
+        pcep->asked.given.set(name, value);
+        EXPECT_THAT(found(model), ElementsAre("PCEP 7: the accelerator holds another one")) << name;
+    }
+}
+
+TEST_F(Held, LibraryTruncatesWhatAPcepAsksFor)
+{
+    ASSERT_EQ(here.run("pcep add 9 --raw --remote-id 9 --local 02:00:00:02:00:07 --remote 02:00:00:02:00:01 "
+                       "--vlan 0x1064 --priority 9")
+                  .status,
+              exit_done);
+    EXPECT_THAT(found(), IsEmpty());
+}
+
+TEST_F(Held, RawShapingCountsAsItIsAskedFor)
+{
+    for (const char *line :
+         {"ebcom path add 02:00:00:02:00:02 --port 7 --raw --rate 1000 --burst 2000 --shaping 1",
+          "ebcom path add 02:00:00:02:00:03 --port 8 --raw --rate 1000 --burst 2000 --shaping 0",
+          "ebcom path add 02:00:00:02:00:04 --port 9 --raw --rate 0 --burst 0 --threshold 512 --shaping 0"})
+        ASSERT_EQ(here.run(line).status, exit_done) << line;
+    EXPECT_THAT(found(), IsEmpty());
 }
 
 } // namespace
