@@ -10,7 +10,7 @@ bool TrialFault::hits(const TrialCall &made) const
 {
     if (made.thread != call.thread || made.function != call.function)
         return false;
-    return made.call == call.call || (persistent && made.call > call.call);
+    return persistent ? made.call >= call.call : made.call == call.call;
 }
 
 Trial::Trial(User scenario, std::optional<TrialFault> fault) : fault_(fault)

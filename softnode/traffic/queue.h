@@ -36,7 +36,7 @@ struct Queue : Child, QueueParams {
     counting::histogram delays; /* of the frames sent, in nanoseconds from entering to leaving */
 
     /** quantum and correction: its scheduler's */
-    Queue(Handle under, const QueueParams &params, std::uint32_t service_quantum = 0, std::int8_t correction = 0);
+    Queue(Handle under, const QueueParams &params, std::uint32_t service_quantum, std::int8_t correction);
 
     /** A queue is shaped as soon as it has a rate or a bucket. */
     bool shaped() const;

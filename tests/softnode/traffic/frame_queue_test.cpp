@@ -167,6 +167,19 @@ TEST(FrameQueue, AnotherLengthIsAnotherRun)
     EXPECT_EQ(frames.pop().length, 64U);
 }
 
+TEST(FrameQueue, AFrameLikeOneThatLeftIsARunOfItsOwn)
+{
+    FrameQueue frames(roomy);
+    for (const std::uint32_t length : {1U, 2U, 3U, 4U})
+        push(frames, {a}, {1, length});
+    for (int frame = 0; frame < 4; ++frame)
+        frames.pop();
+    for (const std::uint32_t length : {1U, 2U, 4U})
+        push(frames, {a}, {1, length});
+    for (const std::uint32_t length : {1U, 2U, 4U})
+        EXPECT_EQ(frames.pop().length, length);
+}
+
 TEST(FrameQueue, NoFramesAreNoRun)
 {
     FrameQueue frames(roomy);

@@ -42,7 +42,7 @@ protected:
 
     Queue &queue(Scheduler &under, std::uint32_t rate = 0, std::uint32_t burst = 0, std::uint32_t threshold = roomy)
     {
-        queues.emplace_back(Handle::null, softnode::QueueParams{rate, threshold, burst}, under.quantum);
+        queues.emplace_back(Handle::null, softnode::QueueParams{rate, threshold, burst}, under.quantum, 0);
         port.attach(queues.back(), &under);
         return queues.back();
     }
@@ -294,6 +294,17 @@ TEST_F(Port, WhoOpensWhenTheLineIsFreeComesBehindThoseThatWaitForIt)
     enter(opening, 1, {2, microsecond});
     enter(waiting, 2, {2, microsecond});
     EXPECT_EQ(depart(second), (Departures{{0, 1}, {1000, 2}, {2000, 1}, {3000, 2}}));
+}
+
+/* 8,000,000 kbit/s: an octet in a nanosecond. One owes its frame from 0 on, the other what is not there at 1000. */
+TEST_F(Port, OfThoseThatOpenAtOneInstantTheOneThatWasAttachedFirstLeavesFirst)
+{
+    Scheduler &shared = scheduler();
+    Queue &earlier = queue(shared, 8'000'000);
+    Queue &later = queue(shared, 8'000'000);
+    enter(later, 2, {2, microsecond});
+    enter(earlier, 1, {2, microsecond});
+    EXPECT_EQ(depart(second), (Departures{{0, 2}, {1000, 1}, {2000, 1}, {3000, 2}}));
 }
 
 /* The scheduler still owes what the queue that is gone had sent. */

@@ -22,7 +22,7 @@ constexpr std::uint64_t countless = std::numeric_limits<std::uint64_t>::max();
 /* A queue of so many blocks of memory. */
 softnode::Queue queue_of(std::uint32_t rate, std::uint32_t blocks, std::uint32_t burst)
 {
-    return softnode::Queue(scheduler, {rate, blocks * 256, burst});
+    return softnode::Queue(scheduler, {rate, blocks * 256, burst}, 0, 0);
 }
 
 std::uint64_t frames(const softnode::Queue &queue, Fate fate)
@@ -45,11 +45,12 @@ void expect_conserved(const softnode::Queue &queue)
 
 TEST(Queue, IsKeptAsGiven)
 {
-    const softnode::Queue queue(scheduler, {1000, 25'600, 64});
+    const softnode::Queue queue(scheduler, {1000, 25'600, 64}, 1518, 0);
     EXPECT_EQ(queue.scheduler, scheduler);
     EXPECT_EQ(queue.rate, 1000U);
     EXPECT_EQ(queue.threshold, 25'600U);
     EXPECT_EQ(queue.bucket_size, 64U);
+    EXPECT_EQ(queue.quantum, 1518U);
 }
 
 TEST(Queue, IsShapedOnceItHasARateOrABucket)
@@ -129,6 +130,15 @@ TEST(Queue, CopiesToSeveralDestinationsShareTheRoomFrameByFrame)
     EXPECT_EQ(queue.enter(two, {10, 64}, 0, false), 15U);
     for (const std::size_t turn : {0U, 1U, 0U, 1U, 0U})
         EXPECT_EQ(queue.send(0).destination, two[turn]);
+    expect_conserved(queue);
+}
+
+TEST(Queue, CopiesThatFitLeaveTheRestOfTheRoom)
+{
+    const std::vector<softnode::Mac> two{{2, 0, 0, 2, 0, 1}, {2, 0, 0, 2, 0, 2}};
+    softnode::Queue queue = queue_of(0, 5, 0);
+    EXPECT_EQ(queue.enter(two, {2, 64}, 0, false), 0U);
+    EXPECT_EQ(queue.waiting().frames, 4U);
     expect_conserved(queue);
 }
 

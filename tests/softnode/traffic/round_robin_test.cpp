@@ -65,6 +65,13 @@ TEST_F(RoundRobinTest, ATurnEndsWithTheFrameThatUsesItUp)
     EXPECT_EQ(turns(6, 500), (std::vector<const Child *>{&a, &a, &b, &b, &a, &a}));
 }
 
+TEST_F(RoundRobinTest, ATurnWithAnOctetLeftGoesOn)
+{
+    round.join(a);
+    round.join(b);
+    EXPECT_EQ(turns(3, 999), (std::vector<const Child *>{&a, &a, &b}));
+}
+
 TEST_F(RoundRobinTest, WhatAFrameHasBeyondTheTurnIsTakenOffTheNextOne)
 {
     round.join(a);
@@ -72,6 +79,16 @@ TEST_F(RoundRobinTest, WhatAFrameHasBeyondTheTurnIsTakenOffTheNextOne)
     EXPECT_EQ(turns(8, 600), (std::vector<const Child *>{&a, &a, &b, &b, &a, &a, &b, &b}));
     EXPECT_EQ(a.credit, -400);
     EXPECT_EQ(turns(1, 600), (std::vector<const Child *>{&a}));
+}
+
+TEST_F(RoundRobinTest, ATurnOfOneOctetIsATurn)
+{
+    round.join(a);
+    round.join(b);
+    round.spend(round.turn(), 1999);
+    EXPECT_EQ(turns(2, 500), (std::vector<const Child *>{&b, &b}));
+    EXPECT_EQ(&round.turn(), &a);
+    EXPECT_EQ(a.credit, 1);
 }
 
 TEST_F(RoundRobinTest, WhoLeavesHasNoTurn)
@@ -96,6 +113,7 @@ TEST_F(RoundRobinTest, WhoLeavesKeepsWhatItOwesAndLosesWhatItHas)
     round.spend(round.turn(), 1700);
     round.leave(a);
     EXPECT_EQ(a.credit, -700);
+    EXPECT_EQ(a.next, nullptr) << "it takes no part";
 }
 
 TEST_F(RoundRobinTest, AQuantumIsAtLeastTheShortestFrame)

@@ -72,6 +72,9 @@ TEST(SerialLine, WhatItWasIdleForIsLost)
     EXPECT_TRUE(line.free_at() == 1052) << "1051.2";
     line.send(44);
     EXPECT_TRUE(line.free_at() == 1103) << "1102.4";
+    for (int frame = 0; frame < 3; ++frame)
+        line.send(44);
+    EXPECT_TRUE(line.free_at() == 1256) << "no part of a nanosecond from before is left";
 }
 
 TEST(SerialLine, SettlingABusyLineChangesNothing)

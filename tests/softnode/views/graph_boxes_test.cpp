@@ -36,7 +36,7 @@ Lines lines_of(const DotBox &box)
 
 Queue queue_of(std::uint32_t rate, std::uint32_t threshold, std::uint32_t burst)
 {
-    return {some_handle, {rate, threshold, burst}};
+    return {some_handle, {rate, threshold, burst}, 0, 0};
 }
 
 Destinations destinations_of_count(std::size_t count)
