@@ -12,6 +12,8 @@
 
 #include <array>
 #include <limits>
+#include <optional>
+#include <vector>
 
 namespace facts = softnode::facts;
 using softnode::Counters;
@@ -49,6 +51,18 @@ Frames frames(const Counters &counters)
     return {counters[Fate::received].frames, counters[Fate::sent].frames, counters[Fate::dropped].frames};
 }
 
+/* What the watcher heard; the reason is that of a frame that was dropped. */
+struct Report {
+    std::uint64_t identity;
+    Fate fate;
+    std::optional<Drop> reason;
+    Handle queue;
+    softnode::Instant entered;
+    softnode::Instant left;
+
+    bool operator==(const Report &) const = default;
+};
+
 class NodeTraffic : public testing::Test
 {
 protected:
@@ -68,7 +82,17 @@ protected:
                   counters[Fate::sent].octets + counters[Fate::dropped].octets + waiting.octets);
     }
 
+    void watch()
+    {
+        node.watcher = [this](const softnode::FrameReport &told) {
+            heard.push_back({told.identity, told.fate,
+                             told.fate == Fate::dropped ? std::optional(told.reason) : std::nullopt, told.queue,
+                             told.entered, told.left});
+        };
+    }
+
     LoadedNode node;
+    std::vector<Report> heard;
 };
 
 } // namespace
@@ -431,6 +455,50 @@ TEST_F(NodeTraffic, MoreFramesThanEverWereAreOneStep)
     EXPECT_EQ(node.queue(queue).waiting().frames, 16U);
 }
 
+TEST_F(NodeTraffic, TheWatcherHearsOfFramesThatHaveAnIdentity)
+{
+    const Handle queue = node.add_queue(node.add_scheduler());
+    node.lay_path(there, queue);
+    node.add_pcep(4, here, numbered_mac(9));
+    watch();
+    node.advance(5);
+    for (const std::uint64_t identity : {7U, 0U, 8U, 1U})
+        ASSERT_EQ(node.offer(there, {1, 100, identity}), Refusal::granted);
+    ASSERT_EQ(node.offer(here, {1, 64, 9}), Refusal::granted);
+    node.advance(second);
+    EXPECT_EQ(heard, (std::vector<Report>{{7, Fate::sent, {}, queue, 5, 5},
+                                          {9, Fate::sent, {}, Handle::null, 5, 5},
+                                          {8, Fate::sent, {}, queue, 5, 197},
+                                          {1, Fate::sent, {}, queue, 5, 293}}));
+    node.watcher = nullptr;
+    EXPECT_EQ(node.offer(there, {1, 100, 7}), Refusal::granted);
+}
+
+TEST_F(NodeTraffic, TheWatcherHearsWhyAFrameIsDropped)
+{
+    const Handle queue = node.add_queue(node.add_scheduler(), {0, 0, 256});
+    node.lay_path(there, queue);
+    node.add_pcep(4, here, numbered_mac(9));
+    ASSERT_EQ(node.ebcom.set_globals({1500, 0x88b5, 0, 0}), Refusal::granted);
+    watch();
+    node.advance(5);
+    ASSERT_EQ(node.send(4, {1, 64, 1}), Refusal::granted);
+    ASSERT_EQ(node.offer(there, {1, 1523, 2}), Refusal::granted);
+    for (const std::uint64_t identity : {0U, 3U, 4U})
+        ASSERT_EQ(node.offer(there, {1, 200, identity}), Refusal::granted);
+    node.advance(2);
+    ASSERT_EQ(node.remove_queue(queue), Refusal::granted);
+    ASSERT_EQ(node.offer(there, {2, 200, 5}), Refusal::granted);
+    EXPECT_EQ(heard, (std::vector<Report>{{1, Fate::dropped, Drop::no_way, Handle::null, 5, 5},
+                                          {2, Fate::dropped, Drop::too_long, queue, 5, 5},
+                                          {4, Fate::dropped, Drop::no_room, queue, 5, 5},
+                                          {3, Fate::dropped, Drop::no_queue, queue, 5, 7},
+                                          {5, Fate::dropped, Drop::no_queue, queue, 7, 7},
+                                          {5, Fate::dropped, Drop::no_queue, queue, 7, 7}}));
+    node.reset();
+    EXPECT_FALSE(node.watcher);
+}
+
 TEST_F(NodeTraffic, AnIdleYearIsOneStep)
 {
     node.lay_path(there, node.add_queue(node.add_scheduler(), {1, 1500}));
@@ -457,10 +525,12 @@ TEST_F(NodeTraffic, AResetIsANodeJustSwitchedOn)
     ASSERT_EQ(node.offer(there, {2, 1500}), Refusal::granted);
     node.advance(5);
     node.reset();
+    node.add_pcep(4, there, here);
     EXPECT_EQ(node.clock.now(), 0U);
     EXPECT_EQ(service(), Frames{});
     node.advance(second);
     EXPECT_EQ(service(), Frames{});
+    EXPECT_EQ(frames(node.pcep(4)), Frames{}) << "what was on the line does not arrive";
 }
 
 TEST_F(NodeTraffic, AFullNodeIsLoadedAndTakenDownAgain)

@@ -146,7 +146,11 @@ TEST_F(PcepTable, ResetLeavesNothingAndMakesHandlesStale)
 {
     const Handle end_point = pcep(1);
     const Handle bundle = group(2);
+    Handle sending = Handle::null;
+    ASSERT_EQ(table.create_group({3, {}}, scheduler, sending), Refusal::granted);
+    ASSERT_EQ(table.add_member(bundle, 1), Refusal::granted);
     table.reset();
+    EXPECT_FALSE(table.send_through(scheduler));
     EXPECT_EQ(table.pceps().size(), 0U);
     EXPECT_EQ(table.groups().size(), 0U);
     EXPECT_EQ(table.delete_pcep(end_point), Refusal::gone);
@@ -199,7 +203,8 @@ TEST_F(PcepTable, TellsLocalAddressesFromRemoteOnes)
     EXPECT_EQ(table.at_local(there), Handle::null);
     EXPECT_EQ(table.at_remote(here), Handle::null);
     table.reset();
-    EXPECT_EQ(table.at_local(here), Handle::null);
+    pcep(1);
+    EXPECT_EQ(table.at_local(here), Handle::null) << "another one has the id now";
     EXPECT_EQ(table.at_remote(there), Handle::null);
 }
 

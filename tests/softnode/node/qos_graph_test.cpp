@@ -340,6 +340,21 @@ TEST_F(QosGraph, AQueueHasItsSchedulersQuantumAndCorrection)
     EXPECT_EQ(graph.depart(1'000'000'000)->left, 40'000U) << "4 octets are owed";
 }
 
+TEST_F(QosGraph, NothingHappensWhenADeletedSchedulerWouldHaveOpened)
+{
+    ork_qos_scheduler_params given = scheduler_params();
+    given.qosRates.peak = {800, 0};
+    Handle shut = Handle::null;
+    ASSERT_EQ(graph.create_scheduler(given, shut), Refusal::granted);
+    const Handle below = queue(shut);
+    graph.enter(below, there, {1, 100}, 0);
+    EXPECT_TRUE(graph.depart(0));
+    graph.enter(below, there, {1, 100}, 0);
+    ASSERT_EQ(graph.remove_queue(below), Refusal::granted);
+    ASSERT_EQ(graph.delete_scheduler(shut), Refusal::granted);
+    EXPECT_FALSE(graph.depart(1'000'000'000));
+}
+
 TEST_F(QosGraph, AResetLeavesNothingAndMakesHandlesStale)
 {
     const Handle top = scheduler();

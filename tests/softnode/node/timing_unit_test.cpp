@@ -117,6 +117,14 @@ TEST_F(TimingUnit, EventsComeInTheOrderTheyWerePosted)
     EXPECT_EQ(take(connection), nullptr);
 }
 
+TEST_F(TimingUnit, NoEventIsNullWhateverWasThere)
+{
+    vorn_tu_event before{};
+    event = &before;
+    ASSERT_EQ(timing.take_event(subscribed(alice), alice, event), Refusal::granted);
+    EXPECT_EQ(event, nullptr);
+}
+
 TEST_F(TimingUnit, AnEventPostedBeforeTheSubscriptionIsMissed)
 {
     timing.post(adjustment);
@@ -169,6 +177,19 @@ TEST_F(TimingUnit, ARecordIsHandedOutOnceUntilItComesBack)
     EXPECT_EQ(second->type, 6U);
 }
 
+TEST_F(TimingUnit, RecordsThatCameBackTogetherAreHandedOutOnceEach)
+{
+    const Handle connection = subscribed(alice);
+    for (int count = 0; count < 4; ++count)
+        timing.post(adjustment);
+    vorn_tu_event *const first = take(connection);
+    vorn_tu_event *const second = take(connection);
+    ASSERT_EQ(timing.give_back(connection, first), Refusal::granted);
+    ASSERT_EQ(timing.give_back(connection, second), Refusal::granted);
+    const vorn_tu_event *third = take(connection);
+    EXPECT_NE(take(connection), third);
+}
+
 TEST_F(TimingUnit, ARecordThatIsOutAtAResetIsLeftAlone)
 {
     const Handle connection = subscribed(alice);
@@ -194,6 +215,12 @@ TEST_F(TimingUnit, IsSettledOnceItsUserWaits)
     const Handle connection = subscribed(alice);
     EXPECT_FALSE(timing.settled());
     EXPECT_EQ(take(connection), nullptr);
+    EXPECT_TRUE(timing.settled());
+}
+
+TEST_F(TimingUnit, WhoWaitsHasArrived)
+{
+    EXPECT_EQ(take(timing.open(alice)), nullptr);
     EXPECT_TRUE(timing.settled());
 }
 
@@ -226,6 +253,13 @@ TEST_F(TimingUnit, AUserThatLeftIsNotWaitedFor)
     timing.leave(alice);
     EXPECT_TRUE(timing.settled());
     EXPECT_EQ(timing.state(connection), ConnectionState::ended);
+}
+
+TEST_F(TimingUnit, AUserThatLeftIsNotAtRest)
+{
+    take(subscribed(alice));
+    timing.leave(alice);
+    EXPECT_EQ(timing.users_at_rest(), 0U);
 }
 
 TEST_F(TimingUnit, AUserWithoutConnectionIsWaitedForUntilItLeaves)
@@ -272,6 +306,26 @@ TEST_F(TimingUnit, WhatIsLeftOnAConnectionKeepsWhoWaitedOnItLast)
     take(handed_over, bob);
     take(handed_over, bob);
     EXPECT_EQ(timing.users_at_rest(), 2U);
+}
+
+TEST_F(TimingUnit, WhatIsLeftOnAConnectionKeepsWhoTookItOver)
+{
+    const Handle taken_over = subscribed(alice);
+    timing.post(adjustment);
+    timing.post(adjustment);
+    EXPECT_NE(take(taken_over, bob), nullptr);
+    take(timing.open(bob), bob);
+    EXPECT_EQ(timing.users_at_rest(), 0U);
+}
+
+TEST_F(TimingUnit, WhoTakesAnEventOfAnotherIsAtWork)
+{
+    const Handle taken_over = subscribed(alice);
+    timing.post(adjustment);
+    take(timing.open(bob), bob);
+    EXPECT_EQ(timing.users_at_rest(), 1U);
+    EXPECT_NE(take(taken_over, bob), nullptr);
+    EXPECT_EQ(timing.users_at_rest(), 0U);
 }
 
 TEST_F(TimingUnit, AUserThatIsHeldIsAtRestWhateverIsLeftForIt)
@@ -344,4 +398,15 @@ TEST_F(TimingUnit, AResetForgetsUsersAndReading)
     EXPECT_EQ(timing.connections().size(), 0U);
     EXPECT_EQ(timing.reading().cycles, 40);
     EXPECT_EQ(timing.reading().frequency, 250'000U);
+}
+
+TEST_F(TimingUnit, AResetForgetsWhatWasLeft)
+{
+    subscribed(alice);
+    take(timing.open(bob), bob);
+    timing.post(adjustment);
+    timing.reset();
+    take(subscribed(alice));
+    EXPECT_EQ(timing.users_at_rest(), 1U);
+    EXPECT_TRUE(timing.settled()) << "nobody waits for bob";
 }
