@@ -6,6 +6,7 @@
 #include "platform/kel_fmt.h"
 
 #include <cstdlib>
+#include <initializer_list>
 
 using namespace kel;
 

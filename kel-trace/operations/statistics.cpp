@@ -5,6 +5,8 @@
 #include "kel-trace/operations/parameters.h"
 #include "text/refusal.h"
 
+#include <tuple>
+
 namespace kel_trace
 {
 namespace

@@ -12,6 +12,7 @@
 #include <exception>
 #include <filesystem>
 #include <memory>
+#include <system_error>
 
 namespace kel_trace
 {

@@ -5,6 +5,7 @@
 #include <fmt/core.h>
 
 #include <dlfcn.h>
+#include <initializer_list>
 #include <stdexcept>
 
 namespace kelctl

@@ -12,6 +12,7 @@
 #include <cstdlib>
 #include <cwchar>
 #include <exception>
+#include <set>
 #include <unistd.h>
 #include <utility>
 

@@ -5,6 +5,7 @@
 #include "softnode/node/records.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <iterator>
 #include <type_traits>

@@ -8,6 +8,7 @@
 #ifndef SOFTNODE_REQUESTS_H
 #define SOFTNODE_REQUESTS_H
 
+#include <exception>
 #include <string>
 #include <string_view>
 

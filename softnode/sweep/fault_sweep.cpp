@@ -16,6 +16,7 @@
 #include <chrono>
 #include <filesystem>
 #include <iterator>
+#include <system_error>
 #include <thread>
 #include <utility>
 

@@ -16,6 +16,7 @@
 #include <filesystem>
 #include <functional>
 #include <grp.h>
+#include <memory>
 #include <optional>
 #include <poll.h>
 #include <stdexcept>

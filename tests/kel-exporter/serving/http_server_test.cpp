@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <arpa/inet.h>
 #include <array>
 #include <cerrno>
@@ -16,6 +17,7 @@
 #include <stop_token>
 #include <sys/socket.h>
 #include <thread>
+#include <vector>
 
 namespace kel_exporter
 {

@@ -5,6 +5,7 @@
 #include "kelctl/language/command_text.h"
 #include "script_session.h"
 
+#include <algorithm>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

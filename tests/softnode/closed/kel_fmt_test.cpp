@@ -6,6 +6,7 @@
 
 #include "platform/kel_fmt.h"
 
+#include <cstdint>
 #include <cstring>
 #include <functional>
 #include <initializer_list>

@@ -3,6 +3,7 @@
  */
 #include "control.h"
 
+#include <cstdint>
 #include <cstring>
 #include <functional>
 #include <initializer_list>

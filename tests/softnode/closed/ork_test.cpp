@@ -3,8 +3,10 @@
  */
 #include "control.h"
 
+#include <cstdint>
 #include <cstring>
 #include <functional>
+#include <string>
 #include <vector>
 
 namespace

@@ -6,7 +6,10 @@
 
 #include "platform/vorn_tu.h"
 
+#include <cstdint>
 #include <gmock/gmock.h>
+#include <thread>
+#include <vector>
 
 namespace
 {

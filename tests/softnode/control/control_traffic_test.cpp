@@ -3,6 +3,7 @@
  */
 #include "control.h"
 
+#include <cstdint>
 #include <cstring>
 #include <limits>
 #include <vector>

@@ -4,6 +4,7 @@
 #include "softnode/faults/trial.h"
 
 #include <gtest/gtest.h>
+#include <string>
 
 using namespace softnode;
 

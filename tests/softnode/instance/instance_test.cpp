@@ -7,6 +7,7 @@
 #include "softnode/faults/closed_functions.h"
 
 #include <gtest/gtest.h>
+#include <string>
 
 namespace
 {
