@@ -119,6 +119,17 @@ TEST(FaultBook, TakesTenThousandRules)
     EXPECT_FALSE(book.begin_call(attach).result);
 }
 
+TEST(FaultBook, ARuleThatWasClearedMeetsNoCallEvenWhenAnotherHasItsPlace)
+{
+    for (const char *rule : {"kel_init_attach=10", "kel_init_attach=10,own-thread"}) {
+        FaultBook book;
+        ASSERT_EQ(book.add(rule), "");
+        book.clear();
+        ASSERT_EQ(book.add("vorn_tu_wait_event=-5"), "");
+        EXPECT_FALSE(book.begin_call(attach).result) << rule;
+    }
+}
+
 TEST(FaultBook, ACallMeetsARuleWithAllItsEffects)
 {
     FaultBook book;

@@ -125,5 +125,10 @@ TEST(FaultFile, ThatCannotBeReadIsToldWithTheReason)
 TEST(FaultFile, HasALimit)
 {
     std::vector<FaultRule> rules;
+    std::string text(std::size_t{16} * 1024 * 1024, '#');
+    EXPECT_EQ(read_fault_file(TemporaryFile(text).name(), rules), "");
+    text += '#';
+    const TemporaryFile too_large(text);
+    EXPECT_EQ(read_fault_file(too_large.name(), rules), too_large.name() + ": File too large");
     EXPECT_EQ(read_fault_file("/dev/zero", rules), "/dev/zero: File too large");
 }

@@ -28,6 +28,7 @@ TEST(Spelling, FindsTheNameWithALetterTooFewTooManyOrWrong)
     EXPECT_EQ(meant("kel_init_attachh"), "kel_init_attach");
     EXPECT_EQ(meant("kel_init_attacc"), "kel_init_attach");
     EXPECT_EQ(meant("ork_unbnd"), "ork_unbind");
+    EXPECT_EQ(meant("ork_bxxd"), "ork_bind") << "a quarter of the letters";
 }
 
 TEST(Spelling, PrefersTheNearestName)
@@ -58,7 +59,10 @@ TEST(Spelling, ListsNamesInLinesThatAreNotTooLong)
 TEST(Spelling, BreaksALineWhereTheNextNameNoLongerFits)
 {
     const std::string half(47, 'a');
-    const std::string more(48, 'b');
-    const std::array<std::string_view, 3> names{half, half, more};
-    EXPECT_EQ(in_lines(names), "  " + half + ", " + half + ",\n  " + more);
+    const std::string fits(48, 'b'); /* with its comma, to the hundredth column */
+    const std::string more(49, 'c');
+    EXPECT_EQ(in_lines(std::array<std::string_view, 3>{half, fits, more}), "  " + half + ", " + fits + ",\n  " + more);
+    EXPECT_EQ(in_lines(std::array<std::string_view, 2>{half, more}), "  " + half + ",\n  " + more);
+    const std::string longest(120, 'd');
+    EXPECT_EQ(in_lines(std::array<std::string_view, 1>{longest}), "  " + longest);
 }

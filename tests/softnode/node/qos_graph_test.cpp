@@ -344,6 +344,7 @@ TEST_F(QosGraph, NothingHappensWhenADeletedSchedulerWouldHaveOpened)
 {
     ork_qos_scheduler_params given = scheduler_params();
     given.qosRates.peak = {800, 0};
+    params = {1, 0, 25'600, 0};
     Handle shut = Handle::null;
     ASSERT_EQ(graph.create_scheduler(given, shut), Refusal::granted);
     const Handle below = queue(shut);
