@@ -50,14 +50,6 @@ public:
     {
     }
 
-    manner manner_of(const line_parts &parts)
-    {
-        manner asked;
-        for (const auto &[option, set] : manners)
-            asked.*set = has_flag(parts, option);
-        return asked;
-    }
-
     invocation parse()
     {
         take_expected_code();

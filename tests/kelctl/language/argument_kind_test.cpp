@@ -46,6 +46,7 @@ const wrong_word wrong_words[] = {
     {"RateUnit", kind::rate(), "1 Mbit",
      "\"1 Mbit\" is not a whole number with one of the units kbit/s, Mbit/s or Gbit/s"},
     {"RateZero", kind::rate(), "0", "0 is not in the range 1 to 4294967295 kbit/s"},
+    {"RateOfNoUnits", kind::rate(), "0 Gbit/s", "\"0 Gbit/s\" is not in the range 1 to 4294967295 kbit/s"},
     {"RateTooLarge", kind::rate(), "5000 Gbit/s", "\"5000 Gbit/s\" is not in the range 1 to 4294967295 kbit/s"},
     {"RateFarTooLarge", kind::rate(), "99999999999999999999 Gbit/s",
      "\"99999999999999999999 Gbit/s\" is not in the range 1 to 4294967295 kbit/s"},
@@ -146,13 +147,54 @@ TEST(ArgumentKind, RawTextsHaveOctetsInHexadecimal)
     EXPECT_EQ(raw("plain"), "plain");
     for (const char *wrong : {"\\", "\\n", "\\x0", "a\\x0g", "\\y41"})
         EXPECT_THROW(raw(wrong), wrong_value) << wrong;
+    try {
+        raw("up\\now there");
+        FAIL();
+    } catch (const wrong_value &wrong) {
+        EXPECT_STREQ(wrong.what(), "\"\\now\": a backslash is followed by x and two hexadecimal digits");
+    }
     EXPECT_EQ(read<std::string>(kind::text(), "\\x41"), "\\x41");
+}
+
+TEST(ArgumentKind, SomeNumbersAreReadRawOnly)
+{
+    const argument_kind kind = kind::only_raw(percent);
+    EXPECT_EQ(std::get<int64_t>(kind.read_raw("7")), 7);
+    try {
+        kind.read("7");
+        FAIL();
+    } catch (const wrong_value &wrong) {
+        EXPECT_STREQ(wrong.what(), "requires --raw");
+    }
 }
 
 TEST(ArgumentKind, RawPortsHaveNamesToo)
 {
     EXPECT_EQ(std::get<int64_t>(kind::port().read_raw("RLU1P")), 6);
     EXPECT_EQ(std::get<int64_t>(kind::port().read_raw("-1")), -1);
+}
+
+TEST(ArgumentKind, HelpShowsWhatIsWrittenAndWhatIsAllowed)
+{
+    const auto shown = [](const argument_kind &kind) { return kind.placeholder + ": " + kind.allowed; };
+    EXPECT_EQ(shown(kind::flag()), ": ");
+    EXPECT_EQ(shown(kind::mac()), "MAC: ");
+    EXPECT_EQ(shown(kind::port()), "PORT: name or 0 to 50");
+    EXPECT_EQ(shown(kind::pcep_id()), "ID: 1 to 511");
+    EXPECT_EQ(shown(kind::rate()), "RATE: 1 to 4294967295 kbit/s");
+    EXPECT_EQ(shown(kind::burst()), "SIZE: 1 to 1048575 octets");
+    EXPECT_EQ(shown(kind::threshold()), "SIZE: 256 to 4294967040 octets, a multiple of 256");
+    EXPECT_EQ(shown(kind::duration(percent)), "TIME: 0 to 100");
+    EXPECT_EQ(shown(kind::number(percent)), "N: 0 to 100");
+    EXPECT_EQ(shown(kind::octets(2, percent)), "N,N: 2 numbers, 0 to 100");
+    EXPECT_EQ(shown(kind::numbers(3, percent)), "N,N,...: 3 numbers, 0 to 100");
+    EXPECT_EQ(shown(kind::queue_handle()), "HANDLE: ");
+    EXPECT_EQ(shown(kind::handle_name()), "HANDLE: ");
+    EXPECT_EQ(shown(kind::format()), "FORMAT: text, csv, json or 0 to 255");
+    EXPECT_EQ(shown(kind::choice({"one", "two"})), "WORD: one, two");
+    EXPECT_EQ(shown(kind::file()), "FILE: ");
+    EXPECT_EQ(shown(kind::text()), "TEXT: ");
+    EXPECT_EQ(shown(kind::command_words()), "COMMAND: ");
 }
 
 TEST(ArgumentKind, OffersWhatFits)

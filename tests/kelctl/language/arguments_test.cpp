@@ -19,6 +19,16 @@ TEST(Arguments, AreGivenByNameAndType)
     EXPECT_EQ(given.id("ID"), 7u);
 }
 
+TEST(Arguments, TheValueGivenLastCounts)
+{
+    arguments given;
+    given.set("ID", int64_t{7});
+    given.set("ID", int64_t{8});
+    EXPECT_EQ(given.id("ID"), 8u);
+    given.erase("ID");
+    EXPECT_FALSE(given.has("ID"));
+}
+
 TEST(Arguments, AskingForWhatIsNotThereIsAMistakeOfTheRow)
 {
     arguments given;

@@ -1,11 +1,13 @@
 // The grammar: what becomes of words, and what is said of wrong ones.
 #include "kelctl/language/command_line.h"
 
+#include "kelctl/commands/commands.h"
 #include "made_up_commands.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <ostream>
 
 namespace kelctl
@@ -48,6 +50,20 @@ TEST(CommandLine, OptionsMayStandAnywhereAfterTheCommand)
     EXPECT_EQ(asked.given.id("ID"), 7u);
 }
 
+TEST(CommandLine, SharedOptionsSayHowResultsAreShown)
+{
+    const auto shown = [](const std::string &option) {
+        const manner asked = parsed("leave " + option).shown;
+        return std::vector<bool>{asked.json, asked.trace, asked.brief, asked.quiet, asked.all};
+    };
+    EXPECT_THAT(shown(""), ElementsAre(false, false, false, false, false));
+    EXPECT_THAT(shown("--json"), ElementsAre(true, false, false, false, false));
+    EXPECT_THAT(shown("--trace"), ElementsAre(false, true, false, false, false));
+    EXPECT_THAT(shown("--brief"), ElementsAre(false, false, true, false, false));
+    EXPECT_THAT(shown("--quiet"), ElementsAre(false, false, false, true, false));
+    EXPECT_THAT(shown("--all"), ElementsAre(false, false, false, false, true));
+}
+
 TEST(CommandLine, SharedOptionsMayStandBeforeAndWithinTheCommand)
 {
     for (const char *line : {"--json lamp group drop 7", "lamp --json group drop 7"}) {
@@ -79,6 +95,12 @@ TEST(CommandLine, VariantChoosesTheFunctionAndTheFirstIsTheDefault)
 {
     EXPECT_EQ(parsed("lamp show 02:00:02:02:00:01").chosen->function, "lamp_text");
     EXPECT_EQ(parsed("lamp show 02:00:02:02:00:01 --variant record").chosen->function, "lamp_record");
+}
+
+TEST(CommandLine, AFlagThatIsGivenIsTrue)
+{
+    const invocation asked = parse(made_up_commands(), words_of("load lamps --keep-going"), source::program);
+    EXPECT_TRUE(asked.given.get<bool>("--keep-going"));
 }
 
 TEST(CommandLine, HelpMeansTheCommandSoFarWhateverElseIsMissing)
@@ -126,6 +148,7 @@ const wrong_command wrong_commands[] = {
      "\"lamp group\" is one word; write the words of a command without quotation marks: lamp group"},
     {"LaterWordsMadeOneByQuotes", "lamp 'group drop 7'", 6,
      "\"group drop 7\" is one word; write the words of a command without quotation marks: lamp group drop 7"},
+    {"UnknownWordsMadeOneByQuotes", "'lmp group' drop", 1, "unknown command \"lmp group\""},
     {"WordIsMissing", "lamp group", 11, "\"lamp group\" requires one of these words: make, drop, join"},
     {"NotInAScript", "load lamps", 1, "\"load\" cannot be used here"},
     {"UnknownLeadingOption", "--wat lamp add", 1, "unknown option \"--wat\""},
@@ -164,6 +187,64 @@ TEST_P(WrongCommand, IsToldWithItsColumn)
 INSTANTIATE_TEST_SUITE_P(Kinds, WrongCommand, testing::ValuesIn(wrong_commands),
                          [](const auto &tested) { return std::string(tested.param.name); });
 
+TEST(CommandLine, OneOfTwoArgumentsIsRequired)
+{
+    const argument lamp = {.name = "ID", .kind = kind::pcep_id(), .help = "its id", .instead = "--port"};
+    const argument port = {.name = "--port", .kind = kind::port(), .help = "its port", .instead = "ID"};
+    const command_table table(
+        {{.name = "find", .variants = {{.run = done_at_once}}, .help = "Find a lamp", .arguments = {lamp, port}}}, {});
+    const auto problem = [&](const char *line) -> std::string {
+        try {
+            parse(table, words_of(line), source::script);
+        } catch (const wrong_line &wrong) {
+            return wrong.what();
+        }
+        return "";
+    };
+    EXPECT_EQ(problem("find"), "ID or --port is required");
+    EXPECT_EQ(problem("find 7 --port 6"), "ID and --port cannot be used together");
+    EXPECT_EQ(problem("find 7"), "");
+    EXPECT_EQ(problem("find --port 6"), "");
+}
+
+TEST(CommandLine, NoCodeIsExpectedOfWhatCallsNoFunction)
+{
+    try {
+        parse(commands(), words_of("expect 4 snapshot"), source::script);
+        FAIL();
+    } catch (const wrong_line &wrong) {
+        EXPECT_STREQ(wrong.what(), "\"snapshot\" calls no function of the library, and has no code to expect");
+        EXPECT_EQ(wrong.column(), 8u);
+    }
+}
+
+template <const char *const &Name> std::optional<objection> refuse(const arguments &)
+{
+    return objection{Name, "is not good"};
+}
+
+const char *const refused_value = "FILE";
+const char *const refused_flag = "--keep-going";
+const char *const refused_default = "--other";
+
+TEST(CommandLine, WhatACommandsCheckRefusesIsToldWhereItsValueIsOrAtTheEnd)
+{
+    std::vector<command> rows = made_up_rows();
+    const auto load = std::ranges::find(rows, "load", &command::name);
+    const auto column_with = [&](argument_check check) -> uint32_t {
+        load->check = check;
+        try {
+            parse(command_table(rows, {}), words_of("load lamps --keep-going"), source::program);
+        } catch (const wrong_line &wrong) {
+            return wrong.column();
+        }
+        return 0;
+    };
+    EXPECT_EQ(column_with(refuse<refused_value>), 6u);
+    EXPECT_EQ(column_with(refuse<refused_flag>), 24u);
+    EXPECT_EQ(column_with(refuse<refused_default>), 24u);
+}
+
 TEST(OptionBeforeACommand, IsTakenOutOfTheWords)
 {
     const auto taken = [](const std::string &line) {
@@ -179,17 +260,25 @@ TEST(OptionBeforeACommand, IsTakenOutOfTheWords)
     EXPECT_EQ(taken("lamp --node edge"), "none lamp --node edge");
     EXPECT_EQ(taken("--nodes edge"), "none --nodes edge");
     EXPECT_EQ(taken(""), "none");
-    EXPECT_THROW(taken("--json --node"), wrong_line);
+    try {
+        taken("--json --node");
+        FAIL();
+    } catch (const wrong_line &wrong) {
+        EXPECT_STREQ(wrong.what(), "--node: a value is missing");
+        EXPECT_EQ(wrong.column(), 0u);
+    }
 }
 
 TEST(CommandLine, WordsOfNoLineHaveNoColumn)
 {
-    try {
-        parse(made_up_commands(), {{.text = "lamp"}, {.text = "group"}, {.text = "drop"}, {.text = "512"}},
-              source::program);
-        FAIL();
-    } catch (const wrong_line &wrong) {
-        EXPECT_EQ(wrong.column(), 0u);
+    for (const auto &words :
+         {std::vector<word>{}, {{.text = "lamp"}, {.text = "group"}, {.text = "drop"}, {.text = "512"}}}) {
+        try {
+            parse(made_up_commands(), words, source::program);
+            FAIL();
+        } catch (const wrong_line &wrong) {
+            EXPECT_EQ(wrong.column(), 0u);
+        }
     }
 }
 

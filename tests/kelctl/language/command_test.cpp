@@ -53,6 +53,7 @@ TEST(CommandTable, SeveralVariantsMakeAnOption)
 {
     const argument *option = table.find("lamp show")->find_argument("--variant");
     ASSERT_NE(option, nullptr);
+    EXPECT_EQ(option->help, "library function to call");
     EXPECT_EQ(option->otherwise, "text");
     EXPECT_EQ(option->kind.allowed, "text, record");
     EXPECT_EQ(table.find("lamp add")->find_argument("--variant"), nullptr);
@@ -67,6 +68,38 @@ TEST(CommandTable, WhatUsesNoNodeIsCarriedOutWhereItIsAsked)
     EXPECT_EQ(rows.find("ports")->carried_out, executor::asker);
     EXPECT_EQ(rows.find("time")->carried_out, executor::node);
     EXPECT_EQ(rows.find("up")->carried_out, executor::nobody);
+}
+
+TEST(Command, AnInvocationBeginsWithTheFirstVariantAndLimits)
+{
+    const invocation asked = invocation_of(*table.find("lamp show"));
+    EXPECT_EQ(asked.chosen->word, "text");
+    EXPECT_FALSE(asked.raw);
+    EXPECT_EQ(asked.line, 0u);
+    const manner &shown = asked.shown;
+    EXPECT_FALSE(shown.json || shown.trace || shown.brief || shown.quiet || shown.all);
+}
+
+TEST(Command, ARowSaysWhatIsSpecialOnly)
+{
+    const command &plain = *table.find("lamp add");
+    EXPECT_FALSE(plain.failure_leaves_something);
+    EXPECT_FALSE(plain.needs_accelerator);
+    EXPECT_FALSE(plain.offline);
+    EXPECT_FALSE(plain.carries_out_others);
+}
+
+TEST(Command, ARowTakesTheArgumentsThatItHas)
+{
+    arguments from;
+    from.set("MAC", *parse_mac_address("02:00:00:02:00:01"));
+    from.set("--port", int64_t{6});
+    from.set("--rate", int64_t{7});
+    arguments given;
+    take_arguments(*table.find("lamp remove"), from, given);
+    EXPECT_EQ(given.number<int>("--port"), 6);
+    EXPECT_TRUE(given.has("MAC"));
+    EXPECT_FALSE(given.has("--rate"));
 }
 
 TEST(Command, ArgumentsAreFoundByNameOrPlace)

@@ -47,6 +47,11 @@ TEST(CommandText, RawValuesComeBehindTheOptionThatAllowsThem)
     EXPECT_THROW(asked("ebcom path add 02:00:00:02:00:01 --port -1"), wrong_line);
 }
 
+TEST(CommandText, CodeThatIsExpectedComesBeforeTheCommand)
+{
+    EXPECT_EQ(text_of(asked("expect 0x4 pcep remove 7")), "expect 4 pcep remove 7");
+}
+
 TEST(CommandText, WordByWordThereAreNoQuotes)
 {
     EXPECT_EQ(words_of(asked(R"(trace message 'a "b"' --prefix "")")),

@@ -92,6 +92,7 @@ TEST(Completion, OptionsThatFitWhatWasGiven)
     EXPECT_THAT(words("lamp show 02:00:00:02:00:01 --f"), ElementsAre("--format"));
     EXPECT_THAT(words("lamp show 02:00:00:02:00:01 --variant text --f"), ElementsAre("--format"));
     EXPECT_THAT(words("lamp show 02:00:00:02:00:01 --variant record --f"), IsEmpty());
+    EXPECT_THAT(words("lamp show 02:00:00:02:00:01 --variant record --q"), ElementsAre("--quiet"));
     const auto stream = complete(commands(), "traffic stream add --from 7 --", {}, source::shell);
     EXPECT_THAT(lines_of(stream), AllOf(testing::HasSubstr("--octets"), Not(testing::HasSubstr("--to\t"))));
 }

@@ -39,6 +39,13 @@ TEST(LineParts, CommandAndItsArguments)
     EXPECT_THAT(arguments(line), ElementsAre("MAC=x", "--port=6", "--rate=5", "?=y", "?"));
 }
 
+TEST(LineParts, AWordOfNoLineHasNoPlace)
+{
+    const word alone = {.text = "lamp"};
+    EXPECT_EQ(alone.column, 0u);
+    EXPECT_EQ(alone.end, 0u);
+}
+
 TEST(LineParts, ValueOfAnOptionIsTheNextWordWhateverItIs)
 {
     EXPECT_THAT(arguments(parts("say hello --prefix --help")), ElementsAre("TEXT=hello", "--prefix=--help"));
@@ -65,6 +72,13 @@ line_parts of_the_program(std::string_view line, source where = source::script)
     return parts_of(commands(), words_of(line), where);
 }
 
+TEST(LineParts, VersionIsACommandAndAnOptionWithoutOne)
+{
+    EXPECT_EQ(of_the_program("--version", source::program).name, "version");
+    EXPECT_EQ(of_the_program("version", source::program).name, "version");
+    EXPECT_EQ(parts("lamp --version").unknown->text, "--version");
+}
+
 TEST(LineParts, CodeToExpectStandsBeforeTheCommand)
 {
     const line_parts line = of_the_program("expect 4 pcep remove x");
@@ -75,6 +89,7 @@ TEST(LineParts, CodeToExpectStandsBeforeTheCommand)
 
 TEST(LineParts, ExpectIsACommandUntilItsCodeComes)
 {
+    EXPECT_EQ(of_the_program("expect 4").expected->text, "4");
     EXPECT_EQ(of_the_program("expect").name, "expect");
     EXPECT_EQ(of_the_program("expect --help").name, "expect");
     EXPECT_EQ(of_the_program("expect 4 pcep stop", source::program).unknown->text, "expect");
@@ -92,6 +107,7 @@ TEST(LineParts, WhatBelongsToNoCommandIsUnknown)
     EXPECT_EQ(parts("load lamps").unknown->text, "load");
     EXPECT_EQ(parts("load lamps", source::program).row->name, "load");
     EXPECT_THAT(arguments(parts("lamp nothing add")), IsEmpty());
+    EXPECT_THAT(arguments(parts("lamp nothing --json")), ElementsAre("--json"));
 }
 
 } // namespace

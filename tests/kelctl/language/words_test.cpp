@@ -24,15 +24,15 @@ auto is_text(const std::string &text)
     return Field(&word::text, text);
 }
 
-uint32_t column_of_problem(const std::string &line)
+// "3: what is wrong at column 3".
+std::string problem_of(const std::string &line)
 {
     try {
         words_of(line);
     } catch (const wrong_line &wrong) {
-        return wrong.column();
+        return std::to_string(wrong.column()) + ": " + wrong.what();
     }
-    ADD_FAILURE() << "nothing is wrong with " << line;
-    return 0;
+    return "nothing is wrong";
 }
 
 TEST(Words, BlanksSeparateThem)
@@ -67,13 +67,14 @@ TEST(Words, BackslashKeepsTheNextCharacterButNotInSingleQuotes)
 TEST(Words, ColumnsCountCharactersNotOctets)
 {
     EXPECT_THAT(words_of("\xc3\xa4\xc3\xb6 b"), ElementsAre(word_at("\xc3\xa4\xc3\xb6", 1, 3), word_at("b", 4, 5)));
+    EXPECT_THAT(words_of("\xc3\x81 b"), ElementsAre(word_at("\xc3\x81", 1, 2), word_at("b", 3, 4)));
 }
 
 TEST(Words, OpenQuotesAndABackslashAtTheEndAreWrongWhereTheyStand)
 {
-    EXPECT_EQ(column_of_problem("a 'b c"), 3u);
-    EXPECT_EQ(column_of_problem("a \"b\\\""), 3u);
-    EXPECT_EQ(column_of_problem("ab\\"), 3u);
+    EXPECT_EQ(problem_of("a 'b c"), "3: the closing quotation mark is missing");
+    EXPECT_EQ(problem_of("a \"b\\\""), "3: the closing quotation mark is missing");
+    EXPECT_EQ(problem_of("ab\\"), "3: nothing follows the backslash");
 }
 
 } // namespace
