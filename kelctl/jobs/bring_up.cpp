@@ -131,6 +131,7 @@ void bring_up::show_stop(uint32_t line, result last)
     last.text = "";
     last.shown = fields::object();
     last.remark = line_failed_ ? "" : "interrupted before the node was up";
+    result_.remark = last.remark;
     const bool in_file = line_failed_ && line != 0;
     session_.show_part(result_, std::move(last), {in_file ? file_ : "", line});
 }

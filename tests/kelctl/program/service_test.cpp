@@ -107,6 +107,22 @@ TEST_F(Service, StartThatFailsTellsTheOperationAndIsNeverReady)
     EXPECT_EQ(manager_.hear(std::chrono::milliseconds(0)), "");
 }
 
+// An interrupted start leaves nothing that could be kept. The records fill the pipe, so that it is far from its end.
+TEST_F(Service, StartThatIsInterruptedSaysSoAndKeepsNothing)
+{
+    const file_in_folder file("node.toml", ebcom_table + path_table + "count = 10000\n");
+    running_kelctl up({.arguments = {"up", "node.toml", "--hold", "--keep", "--trace", "--name", file.node_name()},
+                       .environment = told_of_manager(),
+                       .folder = file.folder()});
+    if (!up.shows("kel_core_ic_ebcom_path_add()"))
+        GTEST_SKIP() << "there is no tracer on this machine";
+    up.signal(SIGTERM);
+    const auto outcome = up.finish();
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.err, HasSubstr(empty_again));
+    EXPECT_EQ(manager_.hear(), "STATUS=interrupted before the node was up");
+}
+
 TEST_F(Service, WhatIsKeptAfterAFailureIsReadyToBeLookedAt)
 {
     held_node node(small_node, {"--keep"}, {},
