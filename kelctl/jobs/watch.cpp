@@ -135,7 +135,7 @@ watched_node node_elsewhere(const counted &which, session &session)
         there.pass = [&session](uint64_t time) {
             invocation advance = invocation_of(*session.table.find("time advance"));
             advance.given.set("TIME", static_cast<int64_t>(time));
-            return session.perform(advance).status == exit_done;
+            return session.elsewhere->carry_out(advance, {session.output_page()}).done.status == exit_done;
         };
     return there;
 }

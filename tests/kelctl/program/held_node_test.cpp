@@ -180,6 +180,17 @@ TEST(HeldNode, IsWatchedFromElsewhere)
               "kelctl: nothing to watch: no such queue or PCEP\n");
 }
 
+TEST(HeldNode, WatchSaysThatTheNodeIsGone)
+{
+    held_node node(small_node);
+    running_kelctl watch(node.asking({"watch", "--interval", "100ms", "--json"}));
+    EXPECT_TRUE(watch.shows("{\"watch\":"));
+    EXPECT_EQ(node.ask({"down"}).status, 0);
+    const auto outcome = watch.finish();
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.out, HasSubstr("disconnected"));
+}
+
 // ---- What a client adds, and the end ----
 
 TEST(HeldNode, TakesDownWhatOthersAdded)
@@ -219,14 +230,6 @@ TEST(HeldNode, DownInJsonHasWhatWasUndone)
     ASSERT_GT(undone.size(), 3u);
     EXPECT_EQ(undone[0], "group member remove 300 7");
     EXPECT_EQ(down.at("result").at("left_objects"), document::array());
-}
-
-// The answer does not fit into the socket at once.
-TEST(HeldNode, DownOfALargeNodeIsReportedToTheEnd)
-{
-    held_node node(ebcom_table + "[[path]]\ndst_mac = \"02:00:00:02:00:00\"\nport = 6\ncount = 6000\n");
-    EXPECT_EQ(json_of(node.ask({"down", "--json"})).at("result").at("undone").size(), 6'002u);
-    EXPECT_EQ(node.program().finish().status, 0);
 }
 
 TEST(HeldNode, FailedTakeDownIsTheResultOfDown)
@@ -558,6 +561,12 @@ TEST_F(NodeOfAUser, IsForItsOwnerAndRoot)
     EXPECT_THAT(refused.err, HasSubstr("this socket is for its owner only"));
 }
 
+// Those of root are not shown to others.
+TEST_F(NodeOfAUser, IsNoneBeforeItIsHeld)
+{
+    EXPECT_EQ(run_kelctl(run({"nodes"}, stranger, nobodys_group)).out, "no nodes\n");
+}
+
 TEST_F(NodeOfAUser, IsForAGroupAsWellWhenThatIsGiven)
 {
     const auto *group = getgrgid(1); // every system has it
@@ -606,6 +615,20 @@ public:
 private:
     sockets::descriptor socket_;
 };
+
+// The answer does not fit into the socket at once.
+TEST(HeldNode, DownOfALargeNodeIsReportedToTheEnd)
+{
+    held_node node(ebcom_table + "[[path]]\ndst_mac = \"02:00:00:02:00:00\"\nport = 6\ncount = 6000\n");
+    const raw_client slow(node.socket());
+    slow.say("{\"command\":[\"down\"]}\n");
+    EXPECT_TRUE(node.program().shows("Taken down."));
+    std::this_thread::sleep_for(std::chrono::milliseconds(100)); // the node fills the socket, and waits
+    const std::string heard = slow.hear();
+    const document answer = notation::read_json(heard.substr(heard.find('\n') + 1));
+    EXPECT_EQ(answer.at("result").at("shown").at("undone").size(), 6'002u);
+    EXPECT_EQ(node.program().finish().status, 0);
+}
 
 TEST(HeldNode, ServesOthersWhileOneIsSlowGreedyOrTalksNonsense)
 {
@@ -711,6 +734,9 @@ TEST(HeldNode, ShellCompletesWhatItHasNow)
     shell.wait_for("kelctl> ");
     shell.type("group remove 301\t");
     shell.wait_for("301 ");
+    EXPECT_EQ(node.ask({"down"}).status, 0);
+    shell.type("\x15pcep remove \t"); // no id is offered any more
+    shell.wait_for("pcep remove --");
     shell.type("\x15"
                "exit" +
                enter);
