@@ -187,8 +187,6 @@ uint64_t virtual_time()
 
 bool timing_settled(uint32_t milliseconds)
 {
-    if (elsewhere)
-        return elsewhere->call("timing_settle", {{"milliseconds", milliseconds}}).number<int>() == 1;
     return softnode_timing_settle && softnode_timing_settle(milliseconds) == 1;
 }
 

@@ -35,9 +35,7 @@ bool line_input::read_more()
         return false;
     std::array<char, 4096> chunk;
     const ssize_t got = read(descriptor_, chunk.data(), chunk.size());
-    if (got < 0 && errno == EINTR)
-        return true;
-    if (got < 0)
+    if (got < 0) // signals that are handled restart it
         error_ = errno;
     else
         buffer_.append(chunk.data(), static_cast<size_t>(got));

@@ -213,8 +213,8 @@ private:
 
     uint32_t column_of(std::string_view name) const
     {
-        const auto found = std::ranges::find_if(
-            parts_.arguments, [name](const argument_word &one) { return one.meant && one.meant->name == name; });
+        const auto found = std::ranges::find_if(parts_.arguments,
+                                                [name](const argument_word &one) { return one.meant->name == name; });
         return found == parts_.arguments.end() || !found->value ? column_after(words_) : found->value->column;
     }
 

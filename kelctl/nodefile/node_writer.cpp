@@ -24,12 +24,11 @@ std::string toml_of(const argument_kind &kind, const argument_value &value)
     return parse_whole_number(word) ? word : fmt::format("\"{}\"", word); // addresses, ports, quantities
 }
 
-// The element shares with the table's line what both have: the group's id.
+// The element has all arguments of the table's line: the group's id.
 bool belongs_to(const invocation &element, const invocation &line)
 {
     return std::ranges::all_of(line.row->arguments, [&](const argument &one) {
-        const argument_value *value = element.given.find(one.name);
-        return !value || *value == *line.given.find(one.name);
+        return *element.given.find(one.name) == *line.given.find(one.name);
     });
 }
 

@@ -8,6 +8,7 @@
 
 #include <fmt/core.h>
 
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -19,18 +20,16 @@ namespace
 // Handles are texts: their 64 bits do not fit into the numbers of many readers of JSON.
 fields json_of(const argument_value &value)
 {
-    if (const auto *mac = std::get_if<mac_address>(&value))
-        return to_text(*mac);
-    if (const auto *handle = std::get_if<uint64_t>(&value))
-        return fmt::format("0x{:x}", *handle);
-    return std::visit(
-        [](const auto &plain) -> fields {
-            if constexpr (requires { fields(plain); })
-                return plain;
-            else
-                return nullptr;
-        },
-        value);
+    const auto field_of = [](const auto &one) -> fields {
+        using Value = std::remove_cvref_t<decltype(one)>;
+        if constexpr (std::is_same_v<Value, mac_address>)
+            return to_text(one);
+        else if constexpr (std::is_same_v<Value, uint64_t>)
+            return fmt::format("0x{:x}", one);
+        else
+            return one;
+    };
+    return std::visit(field_of, value);
 }
 
 // The key of an argument: "ether_type" for "--ether-type", "mac" for "MAC".

@@ -23,8 +23,6 @@ bool comes_before(const invocation &one, const invocation &other)
 
 std::optional<invocation> undo_of(const invocation &asked, const command_table &table)
 {
-    if (asked.row->undo.empty())
-        return std::nullopt;
     const command *row = table.find(asked.row->undo);
     if (!row)
         return std::nullopt;
@@ -61,12 +59,10 @@ bool undo_stack::by_undo::operator()(const command *undo, const entry &one) cons
 // Sorted by their numbers: the set has them in the order of their arguments.
 std::vector<const made_command *> undo_stack::made_by(std::string_view row) const
 {
-    const command *const maker = table_.find(row);
-    const auto [first, end] = undone_by_.equal_range(table_.find(maker->undo));
+    const auto [first, end] = undone_by_.equal_range(table_.find(table_.find(row)->undo));
     std::vector<const made_command *> made;
     for (auto one = first; one != end; ++one)
-        if ((*one)->asked.row == maker)
-            made.push_back(&**one);
+        made.push_back(&**one);
     std::ranges::sort(made, {}, &made_command::number);
     return made;
 }
@@ -95,8 +91,7 @@ void undo_stack::note(const invocation &asked)
 
 void undo_stack::note_failed(const invocation &asked)
 {
-    if (auto undo = undo_of(asked, table_))
-        push({asked, std::move(*undo), true});
+    push({asked, undo_of(asked, table_).value(), true});
 }
 
 // It is the newest of all, and so of its equals.

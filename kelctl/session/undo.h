@@ -48,7 +48,7 @@ public:
         return made_;
     }
 
-    // What this command made, the oldest first: found without a look at all.
+    // What this command made, the oldest first: found without a look at all, by the undo that no other command has.
     std::vector<const made_command *> made_by(std::string_view row) const;
 
     // Takes the newest one off without undoing it. There is one.

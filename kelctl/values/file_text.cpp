@@ -77,10 +77,10 @@ std::unique_ptr<std::FILE, int (*)(std::FILE *)> open_to_read(const std::string 
 bool write_all(int descriptor, std::string_view text)
 {
     while (!text.empty()) {
-        const ssize_t octets = write(descriptor, text.data(), text.size());
-        if (octets < 0 && errno != EINTR)
+        const ssize_t octets = write(descriptor, text.data(), text.size()); // signals that are handled restart it
+        if (octets < 0)
             return false;
-        text.remove_prefix(octets > 0 ? static_cast<size_t>(octets) : 0);
+        text.remove_prefix(static_cast<size_t>(octets));
     }
     return true;
 }

@@ -56,8 +56,7 @@ fields row_of(const fields &described, std::span<const column> columns)
 {
     fields row = fields::object();
     for (const auto &[title, block, name] : columns) {
-        const fields *in = block.empty() ? &described : described.find(block);
-        const fields *found = in ? in->find(name) : nullptr;
+        const fields *found = (block.empty() ? described : described.at(block)).find(name);
         row[title] = found ? *found : fields(nullptr);
     }
     return row;

@@ -9,6 +9,8 @@
 
 #include <fstream>
 #include <sstream>
+#include <sys/stat.h>
+#include <thread>
 
 namespace
 {
@@ -55,6 +57,16 @@ protected:
 
     temporary_folder folder;
 };
+
+// Messages tell the octet at which something is wrong.
+TEST_F(Capture, APipeIsNotRead)
+{
+    const std::string name = folder.path() + "/pipe";
+    ASSERT_EQ(mkfifo(name.c_str(), 0600), 0);
+    std::thread writer([&] { std::ofstream(name) << ""; });
+    EXPECT_EQ(read_capture(name).wrong, "cannot be read: Illegal seek");
+    writer.join();
+}
 
 TEST_F(Capture, BothFormatsAreReadWithEitherUnitOfTime)
 {

@@ -84,6 +84,13 @@ TEST_F(HistoryFile, IsNoneWhereItCannotBe)
     }
 }
 
+TEST_F(HistoryFile, LastLineMayHaveNoEnd)
+{
+    make_parent();
+    std::ofstream(place) << "one\ntwo";
+    EXPECT_THAT(kept(), ElementsAre("one", "two"));
+}
+
 TEST_F(HistoryFile, KeepsTheLastThousandLinesAndItsPermissions)
 {
     make_parent();

@@ -65,6 +65,7 @@ const wrong_word wrong_words[] = {
     {"FormatNumber", kind::format(), "256", "256 is not in the range 0 to 255"},
     {"Choice", kind::choice({"one", "two"}), "twos", "\"twos\" is not one of one, two; did you mean \"two\"?"},
     {"File", kind::file(), "", "\"\" is not the name of a file"},
+    {"FileWithANullCharacter", kind::file(), std::string("a\0b", 3), "\"a?b\" is not the name of a file"},
     {"ControlCharacters", kind::pcep_id(), "7\x1b[31m", "\"7?[31m\" is not a whole number"},
 };
 

@@ -1,6 +1,8 @@
 // What is passed into the library, as a report tells it.
 #include "kelctl/library/call_text.h"
 
+#include "kelctl/library/library_call.h"
+
 #include <gtest/gtest.h>
 
 namespace kelctl
@@ -15,6 +17,12 @@ constexpr kel_ebcom_path_config unshaped = {{2, 0, 0, 2, 0, 0x2a}, 0, 19, 0, 0, 
 TEST(CallText, AddressesAreInTheirUsualForm)
 {
     EXPECT_EQ(argument_text("dst_mac", board), "dst_mac=02:00:00:02:00:2a");
+}
+
+TEST(CallText, HandlesAreInHexadecimal)
+{
+    EXPECT_EQ(text_of_call("f", parameter::value("number", 7), parameter::pointer{"queue_handle", 0x5d}),
+              "f(number=7, queue_handle=0x5d)");
 }
 
 TEST(CallText, ParametersAreToldByTheirMembers)

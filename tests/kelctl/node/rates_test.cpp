@@ -95,12 +95,20 @@ TEST(Rates, FramesThatWrappedAroundIn32BitsAreCounted)
     EXPECT_EQ(found.at("queues")[0].at("sent").at("frames_per_second"), 10);
 }
 
+TEST(Rates, CountersThatWereResetCountFromZero)
+{
+    const fields found = rates_in_a_second(with_queue(0, 9'000), with_queue(0, 1'000));
+    EXPECT_EQ(found.at("queues")[0].at("sent").at("kbit_per_second"), 8);
+}
+
 TEST(Rates, QueueThatTheLibraryDoesNotFindIsNotKnown)
 {
     fields unknown = with_queue(0, 0);
     unknown["queues"][0]["counters"] = nullptr;
     EXPECT_EQ(notation::to_json(rates_in_a_second(unknown, unknown).at("queues")),
               R"([{"port":6,"name":"RLU1P","sent":null,"frames_dropped":null,"frames_waiting":null}])");
+    EXPECT_TRUE(rates_in_a_second(unknown, with_queue(1, 1)).at("queues")[0].at("sent").is_null());
+    EXPECT_TRUE(rates_in_a_second(with_queue(1, 1), unknown).at("queues")[0].at("sent").is_null());
 }
 
 TEST(Rates, AQueueIsComparedWithItselfAndOneThatIsNewIsLeftOut)
@@ -132,6 +140,8 @@ TEST(Rates, CountersThatAreNotThereAreZero)
     const fields found = rates_in_a_second(with_pcep(R"("no document")"), with_pcep("{}"));
     EXPECT_EQ(found.at("pceps")[0].at("sent").at("frames"), 0);
     EXPECT_EQ(found.at("pceps")[0].at("frames_dropped"), 0);
+    const fields text = with_pcep(R"({"out": {"frames_sent": "many"}})");
+    EXPECT_EQ(rates_in_a_second(text, text).at("pceps")[0].at("sent").at("frames"), 0);
 }
 
 // Ports or ids in the order in which they are then.

@@ -99,6 +99,16 @@ TEST_F(ReadBack, DestinationsAreKeptPerPort)
     EXPECT_THAT(ports.destinations, UnorderedElementsAre(Pair(6, ElementsAre(mac)), Pair(7, ElementsAre(mac))));
 }
 
+TEST_F(ReadBack, DestinationsThatAStopForgotLeadNowhere)
+{
+    ports_with({{"02:00:00:02:00:01", 6}});
+    const added_paths added = here.paths;
+    ASSERT_EQ(here.run("ebcom stop").status, exit_done);
+    const auto ports = ports_of(*current_snapshot(), added);
+    EXPECT_TRUE(ports.found_by.empty());
+    EXPECT_TRUE(ports.port_of_queue.empty());
+}
+
 TEST_F(ReadBack, TimestampOffsetIsThereOnceSettled)
 {
     softnode_timing_reading_set(7, 500'000);

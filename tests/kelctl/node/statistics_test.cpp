@@ -82,6 +82,13 @@ TEST_F(Statistics, QueueThatNoDestinationLeadsToHasNoCounters)
     EXPECT_EQ(queues[2].at("counters").size(), 10u);
 }
 
+TEST_F(Statistics, QueueOfNoKnownPortHasNoDelays)
+{
+    EXPECT_THAT(read_counters(queues_now(), {}, {}, here).shown.at("delays"), IsEmpty());
+    const fields held = queues_now();
+    EXPECT_THAT(read_counters(held, ports_of(held, here.paths), {}, here).shown.at("delays"), SizeIs(3));
+}
+
 TEST_F(Statistics, FailedReadingOfTheServiceIsToldAndTheRestIsRead)
 {
     const result read = read_with("ork_ebcom_global_statistics_get=-1");

@@ -80,6 +80,8 @@ TEST(NodeRules, EveryPartOfTheShapingHasToBeTheFirstPathsOne)
         EXPECT_THAT(messages_of(problems), ElementsAre(key + end));
         EXPECT_EQ(problems.at(0).at.line, shaping.find(key.substr(8)) == shaping.npos ? 9u : 12u);
     }
+    EXPECT_THAT(messages_of(problems_of(path("02:00:00:02:00:01", 6) + path("02:00:00:02:00:02", 6, slow))),
+                ElementsAre("shaping.rate" + end));
 }
 
 TEST(NodeRules, OtherPortsHaveQueuesOfTheirOwn)
@@ -128,8 +130,10 @@ TEST(NodeRules, FileAddsAtMost100000Paths)
     const std::string halves =
         path("02:00:00:02:00:00", 6, "count = 50000") + path("02:00:00:04:00:00", 7, "count = 50000");
     EXPECT_THAT(problems_of(halves), IsEmpty());
-    EXPECT_THAT(messages_of(problems_of(halves + path("02:00:00:08:00:00", 8))),
-                ElementsAre("count: more than 100000 paths in all"));
+    const std::string more = path("02:00:00:08:00:00", 8) + path("02:00:00:08:00:01", 8);
+    for (const auto &most_destinations : {std::optional<size_t>(), std::optional<size_t>(100'000)})
+        EXPECT_THAT(messages_of(problems_of(halves + more, {.mp_id = 5, .most_destinations = most_destinations})),
+                    ElementsAre("count: more than 100000 paths in all"));
 }
 
 TEST(NodeRules, PlatformHasRoomForSoManyDestinations)

@@ -297,6 +297,16 @@ TEST_F(GraphWithGraphviz, TellsWhyItFailed)
     const auto outcome = draw("--format svg");
     EXPECT_EQ(outcome.status, 1);
     EXPECT_THAT(outcome.err, HasSubstr("failed: no fonts\n"));
+    become("exit 3\n");
+    EXPECT_THAT(draw("--format svg").err, HasSubstr("failed: exit status 3\n"));
+}
+
+TEST_F(GraphWithGraphviz, PngIsWrittenToAFile)
+{
+    become("echo \"drawn with $1\"\n");
+    const file_in_folder file("empty", "");
+    EXPECT_EQ(draw("--format png --output " + file.folder() + "/picture").status, 0);
+    EXPECT_EQ(text_of(file.folder() + "/picture"), "drawn with -Tpng\n");
 }
 
 TEST_F(GraphWithGraphviz, EmptyPictureIsAFailure)

@@ -6,6 +6,10 @@
 #include <gtest/gtest.h>
 #include <sstream>
 
+#include <fstream>
+#include <sys/stat.h>
+#include <unistd.h>
+
 namespace
 {
 
@@ -104,11 +108,47 @@ TEST_F(Change, JsonHasTheStepsAndWhatIsLeft)
 
 TEST_F(Change, ExportedFileIsANodeFile)
 {
-    EXPECT_EQ(run("apply a.toml\nexport --output c.toml\n").status, 0);
+    EXPECT_EQ(run("apply a.toml\nexport --output /dev/null\nexport --output c.toml\n").status, 0);
     const auto outcome = run("apply a.toml\ndiff c.toml\napply c.toml\n");
     EXPECT_EQ(outcome.status, 0);
     EXPECT_THAT(outcome.out, EndsWith("nothing differs\nnothing differs\n"));
     EXPECT_EQ(run_kelctl({.arguments = {"up", "c.toml"}, .folder = a_.folder()}).status, 0);
+}
+
+// Root may write any file.
+TEST_F(Change, ExportSaysWhyItCannotBeWritten)
+{
+    std::ofstream(a_.folder() + "/kept") << "old";
+    ASSERT_EQ(chmod(a_.folder().c_str(), 0777), 0);
+    ASSERT_EQ(chmod((a_.folder() + "/kept").c_str(), 0444), 0);
+    std::vector<std::string> as_user;
+    if (geteuid() == 0)
+        as_user = {"setpriv", "--reuid=65002"};
+    const struct {
+        std::string file;
+        std::string why;
+        std::vector<std::string> through = {};
+    } refused[] = {
+        {".", "Is a directory"}, {"/dev/full", "No space left on device"}, {"kept", "Permission denied", as_user}};
+    for (const auto &[file, why, through] : refused) {
+        const auto outcome = run_kelctl({.arguments = {"run", "-"},
+                                         .folder = a_.folder(),
+                                         .in = "apply a.toml\nexport --output " + file + "\n",
+                                         .through = through});
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_EQ(outcome.err, "-:2: " + file + ": cannot be written: " + why + "\n");
+    }
+    EXPECT_EQ(text_of(a_.folder() + "/kept"), "old");
+}
+
+TEST_F(Change, ExportDoesNotReplaceTheScriptThatAsksForIt)
+{
+    const file_in_folder script("s.kel", "ebcom start\nexport --script --output s.kel\n");
+    const auto outcome = run_kelctl(
+        {.arguments = {"run", "-"}, .folder = script.folder(), .through = {"sh", "-c", "exec \"$@\" <s.kel", "sh"}});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.err, HasSubstr("s.kel: cannot be written: it is an input of this run\n"));
+    EXPECT_THAT(text_of(script.folder() + "/s.kel"), StartsWith("ebcom start\nexport"));
 }
 
 TEST_F(Change, NothingIsExportedWhereANodeFileCannotSayIt)
@@ -131,7 +171,7 @@ TEST_F(Change, WhatTheAcceleratorHoldsOtherwiseIsAWarning)
 {
     const auto outcome = run("ebcom start\nebcom path add 02:00:00:02:00:01 --port 6\n"
                              "ebcom path add 02:00:00:02:00:01 --port 7\n"
-                             "ebcom path remove 02:00:00:02:00:01 --port 7\nebcom path list\n");
+                             "ebcom path remove 02:00:00:02:00:01 --port 7\nebcom path list\nebcom queue list\n");
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.err, "-:5: warning: path to 02:00:00:02:00:01 on RLU1P (6): its queue is gone\n");
 }

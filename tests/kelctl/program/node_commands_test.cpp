@@ -43,6 +43,10 @@ TEST(Check, WrongFileIsToldAsUpTellsIt)
     const auto upped = run_kelctl({.arguments = {"up", "node.toml"}, .environment = {}, .folder = file.folder()});
     EXPECT_EQ(checked.status, 2);
     EXPECT_EQ(checked.err, upped.err);
+    const auto planned = run_kelctl({.arguments = {"plan", "node.toml"}, .folder = file.folder()});
+    EXPECT_EQ(planned.status, 2);
+    EXPECT_EQ(planned.out, "");
+    EXPECT_THAT(planned.err, testing::EndsWith("no plan was printed\n"));
     EXPECT_THAT(checked.err, HasSubstr("node.toml:2:1: unknown key \"colour\" in [ebcom]\n"));
 }
 

@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <fstream>
 #include <map>
 #include <sstream>
@@ -214,6 +215,25 @@ TEST_F(Replay, NoOtherCommandLoadsTheLibraryOfCaptures)
                             .folder = folder.path()})
                     .err,
                 HasSubstr("libpcap"));
+}
+
+// The second one is a library, but another one.
+TEST_F(Replay, SaysWhatItLacksOfTheLibraryOfCaptures)
+{
+    const std::string soname = folder.path() + "/libpcap.so.0.8";
+    write("libpcap.so.1", "");
+    const std::map<std::string, std::string> here = {{"LD_LIBRARY_PATH", folder.path()}};
+    write("libpcap.so.0.8", "");
+    const auto none = replay(pcap_of({}), {}, here);
+    EXPECT_EQ(none.status, 1);
+    EXPECT_THAT(none.err, HasSubstr("captures need libpcap: "));
+    EXPECT_THAT(none.err, HasSubstr("libpcap.so.1: file too short"));
+    std::filesystem::remove(soname);
+    std::filesystem::create_symlink("/lib/x86_64-linux-gnu/libm.so.6", soname);
+    const auto other = replay(pcap_of({}), {}, here);
+    EXPECT_EQ(other.status, 1);
+    EXPECT_THAT(other.err, HasSubstr("captures need libpcap: "));
+    EXPECT_THAT(other.err, HasSubstr("undefined symbol: pcap_close"));
 }
 
 TEST_F(Replay, IsRefusedWithANodeFileThatHasMistakes)

@@ -183,7 +183,7 @@ TEST_F(ShellOnTerminal, OfManyWordsTheFirstAreListed)
 
 TEST_F(ShellOnTerminal, CharactersOfSeveralOctetsAreOne)
 {
-    for (const char *locale : {"C.UTF-8", "C"}) {
+    for (const char *locale : {"C.UTF-8", "C", "no_LOCALE"}) {
         program_run asked = run();
         asked.environment["LC_ALL"] = locale;
         terminal_session shell(asked);

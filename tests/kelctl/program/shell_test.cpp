@@ -1,8 +1,11 @@
 // `kelctl shell` where nobody types: lines through a pipe.
 #include "program.h"
+#include "terminal_session.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <csignal>
 
 namespace
 {
@@ -117,6 +120,28 @@ TEST(Shell, WhatCannotBeReadIsNotAnEnd)
     EXPECT_EQ(printed.status, 1);
     EXPECT_EQ(printed.err, "");
     EXPECT_THAT(printed.out, HasSubstr(R"("error":{"message":"cannot be read: Is a directory","file":"-",)"));
+}
+
+// Its lines are read from the terminal without an editor, which would need both.
+TEST(Shell, TypedLinesWhoseOutputIsNoTerminalAreRunAsPipedOnes)
+{
+    terminal_session shell({.arguments = {"shell"}, .through = {"sh", "-c", "\"$@\" | sed s/^/read:/", "sh"}});
+    shell.type("trace message here\n\x04");
+    shell.wait_for("read:here");
+    EXPECT_EQ(shell.wait_for_end(), 0);
+    EXPECT_EQ(shell.screen().find("kelctl>"), std::string::npos);
+}
+
+TEST(Shell, CtrlCEndsLinesThatAreReadFromAPipe)
+{
+    const file_in_folder folder("none", "");
+    running_kelctl shell(
+        {.arguments = {"shell"},
+         .folder = folder.folder(),
+         .through = {"sh", "-c", "mkfifo lines; exec <>lines; echo trace message here >lines; exec \"$@\"", "sh"}});
+    EXPECT_TRUE(shell.shows("here\n"));
+    shell.signal(SIGINT);
+    EXPECT_EQ(shell.finish().status, 1);
 }
 
 TEST(Shell, ClosedInputHasNoLines)

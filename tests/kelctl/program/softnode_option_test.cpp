@@ -102,7 +102,8 @@ TEST_F(SoftnodeOption, TrafficPassesThroughTheProcesssNode)
 
 TEST_F(SoftnodeOption, FaultsHitTheProcesssCalls)
 {
-    EXPECT_EQ(there({"fault", "add", "ork_ebcom_pcep_path_delete=-4"}).out, "");
+    const file_in_folder rules("rules", "ork_ebcom_pcep_path_delete=-4\n");
+    EXPECT_EQ(there({"fault", "add", "--file", rules.folder() + "/rules"}).err, "");
     const auto outcome = node_.end(SIGTERM);
     EXPECT_EQ(outcome.status, 1);
     EXPECT_THAT(outcome.err, HasSubstr("refused by the driver kit: ork_ebcom_pcep_path_delete, code -4"));

@@ -98,6 +98,8 @@ TEST(TrafficStream, WrongOnesAreRefused)
                 HasSubstr("-:1:82: --stop: is not later than the start\n"));
     EXPECT_THAT(run_text(stream + "10 --arrivals on-off\n").err,
                 HasSubstr("-:1:75: --arrivals: --on and --off are required with on-off, and only with it\n"));
+    EXPECT_THAT(run_text(stream + "10 --on 1ms --off 1ms\n").err,
+                HasSubstr("-:1:82: --arrivals: --on and --off are required with on-off, and only with it\n"));
 }
 
 } // namespace

@@ -126,6 +126,22 @@ TEST(Up, NodeIsTakenDownAlsoWhenItCannotBeShown)
     EXPECT_THAT(outcome.err, testing::EndsWith("kelctl: standard output cannot be written: No space left on device\n"));
 }
 
+TEST(Up, KeepsNothingOfACommandThatFailed)
+{
+    const auto outcome = kelctl_up(ebcom_table, {{"KEL_SOFTNODE_FAULTS", "ork_qos_scheduler_create:3=-4"}}, {"--keep"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.err, HasSubstr("\nkept: parameters, interface\n"));
+}
+
+TEST(Up, JsonHasWhatATakeDownComplainedOf)
+{
+    if (run_text("version\n", {"--trace"}).err.find("no trace") != std::string::npos)
+        GTEST_SKIP() << "there is no tracer on this machine";
+    const auto outcome = kelctl_up(ebcom_table, {{"KEL_SOFTNODE_FAULTS", "ork_qos_scheduler_delete:1=-4"}}, {"--json"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.out, HasSubstr(R"("complaints":[{"operation":"ebcom stop","records":[{"event":"EXCEPTION")"));
+}
+
 TEST(Up, NoColorIsHonoured)
 {
     const file_in_folder file("node.toml", ebcom_table);

@@ -42,6 +42,12 @@ TEST(CommandRequest, WordsAreEnough)
     EXPECT_EQ(asked.whom.shown_on.most_rows, page{.paint = painter(false)}.most_rows);
 }
 
+TEST(CommandRequest, MayRefuseColours)
+{
+    EXPECT_FALSE(
+        request_of(notation::read_json(R"({"command":[],"page":{"colours":false}})")).whom.shown_on.paint.colours());
+}
+
 TEST(CommandRequest, WrongOnesAreRefused)
 {
     for (const char *wrong :
@@ -87,6 +93,13 @@ TEST(KnownWords, ArriveWhole)
     EXPECT_EQ(arrived.groups, known.groups);
     EXPECT_EQ(arrived.queues, known.queues);
     EXPECT_EQ(arrived.schedulers, known.schedulers);
+}
+
+TEST(KnownWords, WhatIsNoAddressIsNotOffered)
+{
+    const known_words known = known_of(notation::read_json(
+        R"({"macs":["02:00:00:02:00:01","here"],"pceps":[],"groups":[],"queues":[],"schedulers":[]})"));
+    EXPECT_EQ(known.macs, (std::set{mac_address{{2, 0, 0, 2, 0, 1}}}));
 }
 
 TEST(QuestionForASample, NamesTheCountersThatAreWanted)

@@ -69,9 +69,11 @@ TEST_F(NodeSockets, AreFoundByTheirNames)
     EXPECT_THAT(paths_of(name), testing::IsEmpty());
     const sockets::listening_socket served(folder + name + ".sock", std::nullopt);
     std::ofstream(folder + "no-socket.sock") << "text";
+    const sockets::listening_socket other(folder + name + ".other", std::nullopt);
     EXPECT_THAT(paths_of(name), testing::ElementsAre(folder + name + ".sock"));
     EXPECT_THAT(paths_of(""), testing::Contains(folder + name + ".sock"));
     EXPECT_THAT(paths_of(""), testing::Not(testing::Contains(folder + "no-socket.sock")));
+    EXPECT_THAT(paths_of(""), testing::Not(testing::Contains(other.path())));
     EXPECT_THAT(paths_of("../kelctl/" + name), testing::IsEmpty());
 }
 

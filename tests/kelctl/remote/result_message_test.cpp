@@ -107,8 +107,8 @@ TEST(ResultMessage, WrongOnesAreRefused)
 {
     for (const char *wrong :
          {"{}", "[]", "7", R"({"status":3})", R"({"status":-1})", R"({"status":"0"})", R"({"status":0,"code":-1})",
-          R"({"status":0,"text":5})", R"({"status":0,"failures":[{"code":1}]})", R"({"status":0,"complaints":[{}]})",
-          R"({"status":0,"errors":[{"message":"m","line":"x"}]})"})
+          R"({"status":0,"text":5})", R"({"status":0,"text":[]})", R"({"status":0,"failures":[{"code":1}]})",
+          R"({"status":0,"complaints":[{}]})", R"({"status":0,"errors":[{"message":"m","line":"x"}]})"})
         EXPECT_THROW(result_of(notation::read_json(wrong)), notation::document_error) << wrong;
 }
 

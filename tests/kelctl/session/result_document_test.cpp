@@ -47,6 +47,13 @@ TEST(ResultDocument, ArgumentsAreTypedAndNamedWithoutDashes)
               R"({"command":["ebcom","start"]})");
 }
 
+TEST(ResultDocument, BriefFailureHasNoRecords)
+{
+    const result done = {.status = exit_operation_failed, .failures = {{"f()", 13, {}}}};
+    EXPECT_NE(document_of(done, asked("pcep start"), {}, true).at("failure").find("records"), nullptr);
+    EXPECT_EQ(document_of(done, asked("pcep start --brief"), {}, true).at("failure").find("records"), nullptr);
+}
+
 TEST(ResultDocument, CommandWithoutALibraryFunctionHasNoCode)
 {
     auto document = document_of({}, asked("ports"), {}, true);

@@ -196,6 +196,14 @@ TEST_F(Session, PartsOfAJsonDocumentAreNotShown)
     EXPECT_EQ(GetCapturedStdout(), "");
 }
 
+TEST_F(Session, QuietStreamsNothing)
+{
+    CaptureStdout();
+    session(commands(), source::shell, {.json = true, .quiet = true}).stream({{"watch", 1}});
+    session(commands(), source::shell, {.json = true}).stream({{"watch", 2}});
+    EXPECT_EQ(GetCapturedStdout(), "{\"watch\":2}\n");
+}
+
 TEST_F(Session, WhatACommandMadeIsNoted)
 {
     session session(commands(), source::shell, {.json = true});
@@ -256,6 +264,18 @@ TEST_F(Session, CommandCarriedOutElsewhereIsShownHere)
     carry_out(session, "pcep locate 02:00:00:02:00:01 --trace --json");
     EXPECT_EQ(err, "no trace: the tracer is not installed on this machine\n" + json_line(record));
     EXPECT_THAT(out, HasSubstr("\"result\":{\"location\":\"elsewhere\"}"));
+    carry_out(session, "pcep locate 02:00:00:02:00:01 --trace --json");
+    EXPECT_EQ(err, json_line(record)) << "that there is no tracer is said once";
+}
+
+TEST_F(Session, CommandWithoutACodeIsAsItIsWhateverIsExpected)
+{
+    made_up_process other({.done = refused("no such node")});
+    session session(commands(), source::shell, {});
+    session.elsewhere = &other;
+    const result done = carry_out(session, "expect 3 pcep locate 02:00:00:02:00:01");
+    EXPECT_EQ(done.status, exit_operation_failed);
+    EXPECT_EQ(err, "kelctl: no such node\n");
 }
 
 TEST_F(Session, PartsOfACommandElsewhereAreShownHere)

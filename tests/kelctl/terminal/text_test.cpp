@@ -22,6 +22,7 @@ TEST(Text, LongTextIsCutBetweenCharacters)
     const std::string text = std::string(159, 'x') + "\xc3\xa4 and more";
     EXPECT_EQ(printable(text), std::string(159, 'x') + "...");
     EXPECT_EQ(printable(std::string(160, 'x')), std::string(160, 'x'));
+    EXPECT_EQ(printable(std::string(161, '\x80')), "...") << "no character begins in it";
 }
 
 TEST(Text, QuotedTextStandsInQuotes)
