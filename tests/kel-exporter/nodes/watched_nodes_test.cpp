@@ -141,6 +141,18 @@ TEST_F(WatchedNodes, ThatAreNotThereAreNotUp)
     EXPECT_EQ(none.state, nullptr);
 }
 
+TEST_F(WatchedNodes, ThatEndedWithoutTidyingUpAreNotUp)
+{
+    std::filesystem::create_directories(std::filesystem::path(folder.socket("edge")).parent_path());
+    const sockets::descriptor dead(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    const sockaddr_un address = sockets::address_of(folder.socket("edge"));
+    ASSERT_EQ(bind(dead.number(), reinterpret_cast<const sockaddr *>(&address), sizeof address), 0);
+    watched_nodes nodes({"edge"}, quick);
+    const known_node none = nodes.known().at(0);
+    EXPECT_FALSE(none.up);
+    EXPECT_EQ(none.why, folder.socket("edge") + ": no process serves this socket any more");
+}
+
 TEST_F(WatchedNodes, AreAtMost64)
 {
     std::vector<std::string> names;
