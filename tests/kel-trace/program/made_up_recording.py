@@ -18,7 +18,7 @@ stream { id = 0;
     packet.context := struct { instant timestamp_begin; instant timestamp_end; uint64_t content_size;
                                uint64_t packet_size; uint64_t packet_seq_num; uint64_t events_discarded; };
     event.header := struct { uint32_t id; instant timestamp; };
-    event.context := struct { uint32_t _other; %(contexts)s }; };
+    %(event_context)s };
 """
 EVENT = """event { name = "%s"; id = %d; stream_id = 0;
     fields := struct { string _location; string _domain; string _message; }; };
@@ -45,8 +45,9 @@ def with_times(records):
 def packet(records, contexts, number, discarded):
     body = b""
     for one in records:
-        body += struct.pack("<IQ", one["event"], one["time"]) + struct.pack("<I", 0)
-        body += b"".join(struct.pack("<I", one[context]) for context in contexts)
+        body += struct.pack("<IQ", one["event"], one["time"])
+        if contexts is not None:
+            body += struct.pack("<I", 0) + b"".join(struct.pack("<I", one[context]) for context in contexts)
         body += b"".join(text.encode() + b"\0" for text in (*one["place"], one["message"]))
     times = [one["time"] for one in records] or [0]
     octets = 8 + 6 * 8 + len(body)
@@ -54,8 +55,10 @@ def packet(records, contexts, number, discarded):
 
 
 def write_metadata(folder, contexts=CONTEXTS, host="node-1", environment=""):
-    fields = " ".join(f"uint32_t _{context};" for context in contexts)
-    metadata = METADATA % {"environment": environment or f'hostname = "{host}";', "contexts": fields}
+    """`contexts`: None is none at all, not even another one."""
+    fields = "".join(f" uint32_t _{context};" for context in contexts or ())
+    metadata = METADATA % {"environment": environment or f'hostname = "{host}";',
+                           "event_context": "" if contexts is None else f"event.context := struct {{ uint32_t _other;{fields} }};"}
     metadata += "".join(EVENT % (name, number) for number, name in enumerate(EVENTS))
     pathlib.Path(folder).mkdir(parents=True, exist_ok=True)
     pathlib.Path(folder, "metadata").write_text(metadata)
