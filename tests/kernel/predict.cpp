@@ -46,7 +46,7 @@ public:
 
     void add_queue(const std::string &name, const std::string &above, const QueueParams &params)
     {
-        queues_[name] = std::make_unique<Queue>(Handle::null, params, quantum);
+        queues_[name] = std::make_unique<Queue>(Handle::null, params, quantum, std::int8_t{0});
         port_.attach(*queues_[name], schedulers_.at(above).get());
     }
 

@@ -2,7 +2,7 @@
 #include "kelctl/change/held.h"
 
 #include "kelctl/jobs/take_down.h"
-#include "kelctl/node/standing.h"
+#include "kelctl/node/read_back.h"
 #include "platform/kel_init.h"
 #include "platform/ork.h"
 #include "script_session.h"

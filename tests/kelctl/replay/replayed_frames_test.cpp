@@ -3,7 +3,7 @@
 
 #include "kelctl/input/interruption.h"
 #include "kelctl/jobs/take_down.h"
-#include "kelctl/node/standing.h"
+#include "kelctl/node/read_back.h"
 #include "kelctl/replay/replay_steps.h"
 #include "script_session.h"
 #include "softnode/softnode.h"
