@@ -6,6 +6,9 @@
 #include "softnode/closed/codes.h"
 #include "softnode/instance/instance.h"
 
+#include <bit>
+#include <cstdint>
+
 using namespace softnode;
 
 namespace
@@ -38,7 +41,7 @@ int32_t softnode_traffic_send(uint32_t id, uint64_t frames, uint32_t octets_per_
 uint64_t softnode_traffic_dropped(softnode_drop_reason reason)
 {
     static_assert(static_cast<int>(Drop::no_queue) == SOFTNODE_DROP_NO_QUEUE);
-    if (reason > SOFTNODE_DROP_NO_QUEUE)
+    if (std::bit_cast<std::uint32_t>(reason) > SOFTNODE_DROP_NO_QUEUE) // in C any number is one
         return 0;
     return with_node([&](Node &node) { return node.ebcom.dropped(static_cast<Drop>(reason)).frames; });
 }
