@@ -38,7 +38,9 @@ endif()
 
 # What a fuzz target reaches has to tell the fuzzer where it has been.
 if(KEL_FUZZ)
-    add_compile_options(-fsanitize=fuzzer-no-link -fno-sanitize-recover=all)
+    add_compile_options(-fsanitize=fuzzer-no-link -fno-sanitize-recover=all
+        -fsanitize-ignorelist=${CMAKE_CURRENT_LIST_DIR}/not_sanitized.txt)
+    add_compile_definitions(_GLIBCXX_ASSERTIONS)
 endif()
 
 # Calls between exported operations go through the PLT, so that they can be replaced one by one. Debug information is of the
