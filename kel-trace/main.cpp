@@ -116,7 +116,7 @@ int explain(const request &asked)
     if (asked.json)
         show_json(with_preface(found, &builder.cut(), explain_document(all, found, asked.last)));
     else
-        show_text(preface_text(found, &builder.cut()) +
+        show_text(preface_text(found, builder.cut()) +
                   explain_text(all, found, asked.last, kelctl::painter_for(stdout)));
     return exit_done;
 }
@@ -138,7 +138,7 @@ int report(const request &asked)
     if (asked.json)
         show_json(with_preface(found, &sum.cut, report_document(all, found)));
     else
-        show_text(preface_text(found, &sum.cut) + report_text(all, found, kelctl::painter_for(stdout)));
+        show_text(preface_text(found, sum.cut) + report_text(all, found, kelctl::painter_for(stdout)));
     return exit_done;
 }
 

@@ -37,7 +37,7 @@ std::string process_name(const recording &found, const thread_key &of)
 
 } // namespace
 
-std::string preface_text(const recording &found, const cut_operations *cut)
+std::string preface_text(const recording &found, const cut_operations &cut)
 {
     std::string text = losses_text(found);
     if (found.records == 0)
@@ -48,9 +48,9 @@ std::string preface_text(const recording &found, const cut_operations *cut)
                         instant_text(found.first), instant_text(found.last));
     if (found.processes.size() == 1 && found.processes.begin()->second == 0)
         text += "The recording does not distinguish processes: lttng add-context --userspace --type=vpid\n";
-    if (cut && *cut != cut_operations{})
+    if (cut != cut_operations{})
         text += fmt::format("Operations cut off, and not counted: {} by the beginning, {} by the end, {} within.\n",
-                            cut->at_beginning, cut->at_end, cut->within);
+                            cut.at_beginning, cut.at_end, cut.within);
     return text;
 }
 

@@ -10,9 +10,10 @@
 namespace kel_trace
 {
 
-// Lines for people. What was lost comes first. `cut` is null where operations are not looked at.
-std::string preface_text(const recording &found, const cut_operations *cut);
+// Lines for people. What was lost comes first.
+std::string preface_text(const recording &found, const cut_operations &cut);
 
+// `cut` is null where operations are not looked at.
 notation::document preface_document(const recording &found, const cut_operations *cut);
 
 // "process 352 (kelctl), thread 353", with the host when there are several.
