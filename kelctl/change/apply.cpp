@@ -132,7 +132,7 @@ private:
     }
 
     // What fails leaves what it left: true when nothing did. A repair may find that something is left which no command
-    // removes: that is told at the end.
+    // removes: the end reports that.
     bool perform(const invocation &step)
     {
         result made = session_.perform(step);

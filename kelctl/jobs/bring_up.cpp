@@ -151,7 +151,7 @@ bool bring_up::down()
     return *clean_;
 }
 
-// What was undone is told in full only if something went wrong, or if the node never was up.
+// What was undone is reported in full only if something went wrong, or if the node never was up.
 bool bring_up::take_all_down()
 {
     show_background_failures();

@@ -56,7 +56,7 @@ void held_node::give_up()
     manager_.status(problem_of(node_.shown()));
 }
 
-// The manager is told that the process is alive after each operation and after each wait, so that a long request does
+// The manager hears that the process is alive after each operation and after each wait, so that a long request does
 // not look like a hang.
 void held_node::hold()
 {
