@@ -69,9 +69,9 @@ std::string records_text(const operation &operation, const complaint &why, const
 
 std::string consequence_text(const consequence &one)
 {
-    return fmt::format("    {}{}, {}: {}{}\n", one.operation,
-                       one.objects.empty() ? "" : " " + kelctl::joined(one.objects, ", "), times_text(one.count),
-                       refusal_text(one.why), one.certain ? "" : " (likely: the records do not show it)");
+    return fmt::format("    {}{}{}, {}: {}{}\n", one.operation, one.objects.empty() ? "" : " ",
+                       kelctl::joined(one.objects, ", "), times_text(one.count), refusal_text(one.why),
+                       one.certain ? "" : " (likely: the records do not show it)");
 }
 
 // From the outside in: when and who, what failed and on what, why, how often, and then the records that show it.
