@@ -28,8 +28,8 @@ foreach(target softnode-engine kel-softnode kelctl-core kel-trace-core kel-expor
     join_rooms(${target})
 endforeach()
 compile_alone(kelctl-core
-    kelctl/change/held.cpp
-    kelctl/commands/commands_node.cpp
+    kelctl/change/discrepancies.cpp
+    kelctl/commands/commands_node_file.cpp
     kelctl/commands/commands_pcep.cpp
     kelctl/commands/commands_statistics.cpp
     kelctl/documents/node_manual.cpp

@@ -10,7 +10,7 @@
 //     builder.end();
 #pragma once
 
-#include "kel-trace/operations/frames.h"
+#include "kel-trace/operations/open_operations.h"
 #include "kel-trace/operations/operation.h"
 
 #include <deque>

@@ -8,7 +8,7 @@
 //     kept.end();
 #pragma once
 
-#include "kel-trace/operations/frames.h"
+#include "kel-trace/operations/open_operations.h"
 #include "kel-trace/reading/record.h"
 
 #include <cstdint>

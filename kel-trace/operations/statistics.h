@@ -10,7 +10,7 @@
 #pragma once
 
 #include "kel-trace/operations/durations.h"
-#include "kel-trace/operations/frames.h"
+#include "kel-trace/operations/open_operations.h"
 #include "kel-trace/reading/record.h"
 
 #include <array>

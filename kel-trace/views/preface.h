@@ -1,7 +1,7 @@
 // The lines before every view: what the recording lacks, and what it is of.
 #pragma once
 
-#include "kel-trace/operations/frames.h"
+#include "kel-trace/operations/open_operations.h"
 #include "kel-trace/reading/recording.h"
 #include "notation/document.h"
 

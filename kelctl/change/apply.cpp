@@ -4,7 +4,7 @@
 
 #include "kelctl/change/change_plan.h"
 #include "kelctl/change/difference.h"
-#include "kelctl/change/held.h"
+#include "kelctl/change/discrepancies.h"
 #include "kelctl/change/node_model.h"
 #include "kelctl/change/repair.h"
 #include "kelctl/input/interruption.h"

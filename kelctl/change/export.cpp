@@ -2,7 +2,7 @@
 #include "kelctl/change/export.h"
 
 #include "kelctl/change/difference.h"
-#include "kelctl/change/held.h"
+#include "kelctl/change/discrepancies.h"
 #include "kelctl/change/node_model.h"
 #include "kelctl/language/command_text.h"
 #include "kelctl/node/load_node_file.h"

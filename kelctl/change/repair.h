@@ -2,7 +2,7 @@
 // leave behind is docs/limits-and-sharp-edges.md.
 #pragma once
 
-#include "kelctl/change/held.h"
+#include "kelctl/change/discrepancies.h"
 #include "kelctl/language/command.h"
 #include "kelctl/session/session.h"
 

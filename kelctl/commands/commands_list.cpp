@@ -1,14 +1,14 @@
 // What exists of each kind: what this process set up, on every platform. What the software accelerator holds is shown
 // by "snapshot" (commands_accelerator.cpp); how objects are found is change/node_model.h.
 #include "kel/kel_node_names.h"
-#include "kelctl/change/held.h"
+#include "kelctl/change/discrepancies.h"
 #include "kelctl/change/node_model.h"
 #include "kelctl/commands/commands.h"
 #include "kelctl/session/session.h"
 #include "kelctl/values/ic_port.h"
 #include "kelctl/values/limits.h"
 #include "kelctl/values/mp_id.h"
-#include "kelctl/values/quantity.h"
+#include "kelctl/values/quantity_messages.h"
 
 #include <algorithm>
 #include <map>

@@ -6,7 +6,7 @@
 #include "kelctl/terminal/text.h"
 #include "kelctl/values/ic_port.h"
 #include "kelctl/values/limits.h"
-#include "kelctl/values/quantity.h"
+#include "kelctl/values/quantity_messages.h"
 
 #include <fmt/core.h>
 

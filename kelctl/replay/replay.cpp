@@ -10,7 +10,7 @@
 #include "kelctl/replay/replay_summary.h"
 #include "kelctl/session/fields_view.h"
 #include "kelctl/values/file_text.h"
-#include "kelctl/values/quantity.h"
+#include "kelctl/values/quantity_messages.h"
 #include "kelctl/views/queue_plot.h"
 
 #include <fmt/core.h>

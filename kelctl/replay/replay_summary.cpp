@@ -3,7 +3,7 @@
 #include "kelctl/replay/replay_summary.h"
 
 #include "kel/kel_node_names.h"
-#include "kelctl/values/quantity.h"
+#include "kelctl/values/quantity_messages.h"
 
 #include <algorithm>
 #include <array>

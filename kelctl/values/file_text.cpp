@@ -3,7 +3,7 @@
 #include "kelctl/values/file_text.h"
 
 #include "kelctl/terminal/text.h"
-#include "kelctl/values/quantity.h"
+#include "kelctl/values/quantity_messages.h"
 
 #include <fmt/core.h>
 

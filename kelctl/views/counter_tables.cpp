@@ -2,7 +2,7 @@
 // its unit.
 #include "kelctl/views/counter_tables.h"
 
-#include "kelctl/values/quantity.h"
+#include "kelctl/values/quantity_messages.h"
 
 #include <algorithm>
 #include <span>

@@ -7,7 +7,7 @@
 #include "kelctl/terminal/text.h"
 #include "kelctl/values/ic_port.h"
 #include "kelctl/values/mp_id.h"
-#include "kelctl/values/quantity.h"
+#include "kelctl/values/quantity_messages.h"
 #include "kelctl/views/destination_rows.h"
 
 #include <fmt/core.h>

@@ -2,7 +2,7 @@
 #include "kelctl/change/apply.h"
 
 #include "bare_node.h"
-#include "kelctl/change/held.h"
+#include "kelctl/change/discrepancies.h"
 #include "kelctl/change/node_model.h"
 #include "kelctl/input/interruption.h"
 #include "kelctl/jobs/take_down.h"

@@ -1,12 +1,12 @@
 // One function for each kind of object. The accelerator cuts some values to the bits that it has: what was asked is cut
 // in the same way before it is compared.
-#include "kelctl/change/held.h"
+#include "kelctl/change/discrepancies.h"
 
 #include "kelctl/node/read_back.h"
 #include "kelctl/terminal/text.h"
 #include "kelctl/values/ic_port.h"
 #include "kelctl/values/mp_id.h"
-#include "kelctl/values/quantity.h"
+#include "kelctl/values/quantity_messages.h"
 
 #include <fmt/core.h>
 

@@ -1,5 +1,5 @@
 // Messages about numbers with units.
-#include "kelctl/values/quantity.h"
+#include "kelctl/values/quantity_messages.h"
 
 #include <gtest/gtest.h>
 

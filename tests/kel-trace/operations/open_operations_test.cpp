@@ -1,5 +1,5 @@
 // Operations in operations, whole and cut off.
-#include "kel-trace/operations/frames.h"
+#include "kel-trace/operations/open_operations.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // What the accelerator holds beside what this process set up: changed behind its back.
-#include "kelctl/change/held.h"
+#include "kelctl/change/discrepancies.h"
 
 #include "kelctl/jobs/take_down.h"
 #include "kelctl/node/read_back.h"
@@ -20,10 +20,10 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class Held : public testing::Test
+class Discrepancies : public testing::Test
 {
 protected:
-    Held()
+    Discrepancies()
     {
         softnode_reset();
         for (const char *line :
@@ -37,7 +37,7 @@ protected:
         kel_init_attach(&attach);
     }
 
-    ~Held() override
+    ~Discrepancies() override
     {
         softnode_faults_clear();
         take_down(here);
@@ -75,12 +75,12 @@ protected:
     kel_attach_info attach{};
 };
 
-TEST_F(Held, IsWhatThisProcessSetUp)
+TEST_F(Discrepancies, IsWhatThisProcessSetUp)
 {
     EXPECT_THAT(found(), IsEmpty());
 }
 
-TEST_F(Held, NothingOfItIsLeftAfterTheAcceleratorWasSwitchedOff)
+TEST_F(Discrepancies, NothingOfItIsLeftAfterTheAcceleratorWasSwitchedOff)
 {
     softnode_reset();
     EXPECT_THAT(found(),
@@ -95,7 +95,7 @@ TEST_F(Held, NothingOfItIsLeftAfterTheAcceleratorWasSwitchedOff)
                             "group 300: the accelerator does not hold it"));
 }
 
-TEST_F(Held, ShowsParametersThatSomebodyElseSet)
+TEST_F(Discrepancies, ShowsParametersThatSomebodyElseSet)
 {
     const ork_ebcom_global_config others[] = {
         {.icPortMTU = 1500, .etherType = 0x88b5, .nibbles = 0x11, .reserved = 0},
@@ -108,7 +108,7 @@ TEST_F(Held, ShowsParametersThatSomebodyElseSet)
     }
 }
 
-TEST_F(Held, ShowsAMemberThatSomebodyElseRemoved)
+TEST_F(Discrepancies, ShowsAMemberThatSomebodyElseRemoved)
 {
     const auto group = here.run("pcep handles dump").shown.at("dump").text();
     const auto at = group.find("300  0x");
@@ -124,13 +124,13 @@ TEST_F(Held, ShowsAMemberThatSomebodyElseRemoved)
 }
 
 // The accelerator's path keeps to the queue that was added last.
-TEST_F(Held, ShowsThatTheLastQueueOfADestinationIsGone)
+TEST_F(Discrepancies, ShowsThatTheLastQueueOfADestinationIsGone)
 {
     ASSERT_EQ(here.run("ebcom path remove 02:00:00:02:00:01 --port 42").status, exit_done);
     EXPECT_THAT(found(), ElementsAre("path to 02:00:00:02:00:01 on RLU1P (6): its queue is gone"));
 }
 
-TEST_F(Held, ShowsAThresholdThatALaterPathCouldNotChange)
+TEST_F(Discrepancies, ShowsAThresholdThatALaterPathCouldNotChange)
 {
     ASSERT_EQ(here.run("ebcom path add 02:00:00:02:00:02 --port 6 --rate 1000 --burst 2000 --threshold 512").status,
               exit_done);
@@ -141,7 +141,7 @@ TEST_F(Held, ShowsAThresholdThatALaterPathCouldNotChange)
                          "5000 KiB, this process asked for 1 Mbit/s, burst 2000 octets, threshold 512 octets"));
 }
 
-TEST_F(Held, ShowsAQueueThatIsNotShapedAsAsked)
+TEST_F(Discrepancies, ShowsAQueueThatIsNotShapedAsAsked)
 {
     node_model model = model_of(here);
     const auto path = std::ranges::find(
@@ -157,7 +157,7 @@ TEST_F(Held, ShowsAQueueThatIsNotShapedAsAsked)
                             "Mbit/s, burst 2000 octets, threshold 512 octets"));
 }
 
-TEST_F(Held, ShowsAPcepThatARemovalForgot)
+TEST_F(Discrepancies, ShowsAPcepThatARemovalForgot)
 {
     ASSERT_EQ(here.run("group member remove 300 8").status, exit_done);
     ASSERT_EQ(softnode_faults_add("ork_ebcom_pcep_delete=-4"), nullptr);
@@ -166,7 +166,7 @@ TEST_F(Held, ShowsAPcepThatARemovalForgot)
     EXPECT_THAT(found(), ElementsAre("PCEP 8: the accelerator holds it, but this process knows of no such one"));
 }
 
-TEST_F(Held, ShowsWhatSomebodyElseMade)
+TEST_F(Discrepancies, ShowsWhatSomebodyElseMade)
 {
     ASSERT_EQ(here.run("ebcom interface delete").status, exit_done);
     uint16_t device = 0;
@@ -193,7 +193,7 @@ TEST_F(Held, ShowsWhatSomebodyElseMade)
                     "group 301: the accelerator holds it, but this process knows of no such one"));
 }
 
-TEST_F(Held, ShowsBindingsThatSomebodyElseChanged)
+TEST_F(Discrepancies, ShowsBindingsThatSomebodyElseChanged)
 {
     ork_bind_params params = {.word0 = 4,
                               .word4 = 1,
@@ -215,7 +215,7 @@ TEST_F(Held, ShowsBindingsThatSomebodyElseChanged)
     EXPECT_THAT(found(), ElementsAre("PCEP 7: it is not bound to the EHSFP", "PCEP 8: it is bound"));
 }
 
-TEST_F(Held, ShowsAPcepOfWhichAnythingDiffers)
+TEST_F(Discrepancies, ShowsAPcepOfWhichAnythingDiffers)
 {
     const mac_address other = parse_mac_address("02:00:00:03:00:02").value();
     const std::pair<const char *, argument_value> differing[] = {{"--remote-id", int64_t{10}},
@@ -233,7 +233,7 @@ TEST_F(Held, ShowsAPcepOfWhichAnythingDiffers)
     }
 }
 
-TEST_F(Held, LibraryTruncatesWhatAPcepAsksFor)
+TEST_F(Discrepancies, LibraryTruncatesWhatAPcepAsksFor)
 {
     ASSERT_EQ(here.run("pcep add 9 --raw --remote-id 9 --local 02:00:00:02:00:07 --remote 02:00:00:02:00:01 "
                        "--vlan 0x1064 --priority 9")
@@ -242,7 +242,7 @@ TEST_F(Held, LibraryTruncatesWhatAPcepAsksFor)
     EXPECT_THAT(found(), IsEmpty());
 }
 
-TEST_F(Held, SchedulerTreeMayBeMadeByItself)
+TEST_F(Discrepancies, SchedulerTreeMayBeMadeByItself)
 {
     take_down(here);
     ASSERT_EQ(here.run("ebcom qos init").status, exit_done);
@@ -252,7 +252,7 @@ TEST_F(Held, SchedulerTreeMayBeMadeByItself)
                 ElementsAre("scheduler tree: the accelerator holds it, but this process knows of no such one"));
 }
 
-TEST_F(Held, RawShapingCountsAsItIsAskedFor)
+TEST_F(Discrepancies, RawShapingCountsAsItIsAskedFor)
 {
     for (const char *line :
          {"ebcom path add 02:00:00:02:00:02 --port 7 --raw --rate 1000 --burst 2000 --shaping 1",
