@@ -28,7 +28,7 @@ target_compile_options(kel-settings INTERFACE
 target_link_options(kel-settings INTERFACE -Wl,-z,relro,-z,now)
 
 if(KEL_SANITIZE)
-    add_compile_options(-fsanitize=${KEL_SANITIZE} -fno-omit-frame-pointer)
+    add_compile_options(-fsanitize=${KEL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     add_link_options(-fsanitize=${KEL_SANITIZE})
 else()
     # A sanitized library leaves the sanitizer's own symbols open, and checks what fortification would.
@@ -38,8 +38,7 @@ endif()
 
 # What a fuzz target reaches has to tell the fuzzer where it has been.
 if(KEL_FUZZ)
-    add_compile_options(-fsanitize=fuzzer-no-link -fno-sanitize-recover=all
-        -fsanitize-ignorelist=${CMAKE_CURRENT_LIST_DIR}/not_sanitized.txt)
+    add_compile_options(-fsanitize=fuzzer-no-link -fsanitize-ignorelist=${CMAKE_CURRENT_LIST_DIR}/not_sanitized.txt)
     add_compile_definitions(_GLIBCXX_ASSERTIONS)
 endif()
 
