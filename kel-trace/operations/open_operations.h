@@ -27,7 +27,7 @@ struct cut_operations {
 };
 
 // `Frame` has a member `name`.
-template <typename Frame> class frames
+template <typename Frame> class open_operations
 {
 public:
     void enter(Frame frame)

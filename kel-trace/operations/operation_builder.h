@@ -46,7 +46,7 @@ private:
         std::string name;
     };
     struct thread {
-        frames<frame> open;
+        open_operations<frame> open;
         kel_trace::operation operation; // what is being made of the records, if `busy`
         bool busy = false;
         std::vector<kept_record> context; // outside of operations, a ring

@@ -82,7 +82,7 @@ private:
         bool reported = false;
     };
     struct thread {
-        frames<frame> open;
+        open_operations<frame> open;
         std::string_view call; // announced, and not yet followed by a record; empty for none
         timing *call_timed = nullptr;
         int64_t call_begin = 0;

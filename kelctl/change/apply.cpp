@@ -69,12 +69,12 @@ void warn_of(const std::vector<discrepancy> &found, result &done)
         done.warnings.push_back(without_position(text_of(one)));
 }
 
-// Whether the platform was read back, and what it holds otherwise. `held`: the discrepancies, if it was.
-void show_read_back(const std::optional<std::vector<discrepancy>> &held, result &done)
+// Whether the platform was read back, and what it holds otherwise. `found`: the discrepancies, if it was.
+void show_read_back(const std::optional<std::vector<discrepancy>> &found, result &done)
 {
-    done.shown["read_back"] = held.has_value();
-    if (held)
-        warn_of(*held, done);
+    done.shown["read_back"] = found.has_value();
+    if (found)
+        warn_of(*found, done);
     else
         done.warnings.push_back(without_position(std::string(not_read_back)));
 }
@@ -87,10 +87,10 @@ public:
     change(const std::vector<invocation> &lines, session &session)
         : session_(session), before_(model_of(session)), wanted_(wanted_model(lines, before_)),
           differences_(differences(before_, wanted_)), room_(room_for_destinations()),
-          held_before_(discrepancies(before_, session)), plan_(plan_between(before_, wanted_, session.table, room_))
+          found_before_(discrepancies(before_, session)), plan_(plan_between(before_, wanted_, session.table, room_))
     {
         done_.shown = {{"differences", fields_of(differences_)}};
-        show_read_back(held_before_, done_);
+        show_read_back(found_before_, done_);
         done_.shown["steps"] = list_of(plan_.steps, [](const invocation &one) { return fields(text_of(one)); });
         done_.shown["interrupted"] = list_of(plan_.interrupted, [](const interruption &one) { return fields_of(one); });
     }
@@ -185,11 +185,11 @@ private:
     // Those that were not there before; none where the platform cannot be read back.
     std::vector<discrepancy> new_discrepancies(const node_model &after) const
     {
-        auto held = discrepancies(after, session_).value_or(std::vector<discrepancy>());
-        std::erase_if(held, [this](const discrepancy &one) {
-            return std::ranges::find(*held_before_, one) != held_before_->end();
+        auto found = discrepancies(after, session_).value_or(std::vector<discrepancy>());
+        std::erase_if(found, [this](const discrepancy &one) {
+            return std::ranges::find(*found_before_, one) != found_before_->end();
         });
-        return held;
+        return found;
     }
 
     static std::string what_became_of(const node_change &one)
@@ -209,7 +209,7 @@ private:
     const node_model wanted_;
     const std::vector<node_change> differences_;
     const std::optional<size_t> room_;
-    const std::optional<std::vector<discrepancy>> held_before_;
+    const std::optional<std::vector<discrepancy>> found_before_;
     const change_plan plan_;
     std::vector<discrepancy> perhaps_left_; // by failed steps
     result done_;
@@ -223,12 +223,12 @@ result difference_from(const std::vector<invocation> &wanted, session &session)
 {
     const node_model now = model_of(session);
     const auto changes = differences(now, wanted_model(wanted, now));
-    const auto held = discrepancies(now, session);
+    const auto found = discrepancies(now, session);
     result done;
-    done.status = changes.empty() && (!held || held->empty()) ? exit_done : exit_operation_failed;
+    done.status = changes.empty() && (!found || found->empty()) ? exit_done : exit_operation_failed;
     done.text = changes.empty() ? "nothing differs" : text_of(changes, session.output_page());
     done.shown = {{"differences", fields_of(changes)}};
-    show_read_back(held, done);
+    show_read_back(found, done);
     return done;
 }
 

@@ -1,5 +1,5 @@
 // The difference between what exists and what is wanted, object by object. What the accelerator holds beside it is
-// held.h.
+// discrepancies.h.
 //
 //     for (const node_change &one : differences(model_of(session), model_of(lines)))
 //         report(one.change, name_of(one.object));    // "removed", "path to 02:00:00:02:00:01 on RLU1P (6)"

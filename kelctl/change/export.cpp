@@ -75,8 +75,8 @@ exported exported_node(bool as_script, const session &session)
     const node_model model = model_of(session);
     const std::vector<invocation> lines = lines_of(model);
     exported made;
-    if (const auto held = discrepancies(model, session))
-        for (const discrepancy &one : *held)
+    if (const auto found = discrepancies(model, session))
+        for (const discrepancy &one : *found)
             made.warnings.push_back(without_position(text_of(one)));
     if (as_script) {
         for (const invocation &line : lines)

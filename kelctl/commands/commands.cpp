@@ -26,7 +26,7 @@ std::vector<command> all_rows()
 {
     std::vector<command> all;
     for (const auto &family :
-         {node_commands,      nodes_commands,      change_commands,      table_commands,   session_commands,
+         {node_file_commands, held_node_commands,  change_commands,      table_commands,   session_commands,
           parameter_commands, ebcom_commands,      path_commands,        pcep_commands,    group_commands,
           list_commands,      statistics_commands, watch_commands,       traffic_commands, replay_commands,
           time_commands,      trace_commands,      accelerator_commands, fault_commands,   sweep_commands})

@@ -12,8 +12,8 @@ namespace kelctl
 // Lives as long as the program, as invocations refer to it.
 const command_table &commands();
 
-std::vector<command> node_commands();        // up, check, plan
-std::vector<command> nodes_commands();       // nodes of other processes
+std::vector<command> node_file_commands();   // up, check, plan
+std::vector<command> held_node_commands();   // nodes of other processes
 std::vector<command> change_commands();      // export, diff, apply
 std::vector<command> table_commands();       // ports, codes, limits
 std::vector<command> session_commands();     // run, shell, help, exit, quit

@@ -57,7 +57,7 @@ result take_down_nothing(const invocation &, session &)
 
 } // namespace
 
-std::vector<command> nodes_commands()
+std::vector<command> held_node_commands()
 {
     return {
         {.name = "nodes",

@@ -119,7 +119,7 @@ result plan(const invocation &asked, session &session)
 
 } // namespace
 
-std::vector<command> node_commands()
+std::vector<command> node_file_commands()
 {
     return {
         {.name = "up",

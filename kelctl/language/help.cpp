@@ -5,6 +5,7 @@
 #include "kelctl/language/command_line.h"
 #include "kelctl/language/command_text.h"
 #include "kelctl/terminal/text.h"
+#include "kelctl/values/quantity_messages.h"
 
 #include <fmt/core.h>
 
@@ -177,11 +178,13 @@ std::span<const meaning> environment_variables()
     return variables;
 }
 
-std::string_view value_notations()
+std::string value_notations()
 {
-    return "Addresses are written 02:00:00:02:00:01, 02-00-00-02-00-01 or 0200.0002.0001, ports by name or number. "
-           "Numbers may be hexadecimal after 0x. Rates have the units kbit/s, Mbit/s and Gbit/s, sizes octets, KiB and "
-           "MiB; a number without a unit is in kbit/s or octets. Times require a unit: ns, us, ms or s.";
+    return fmt::format(
+        "Addresses are written 02:00:00:02:00:01, 02-00-00-02-00-01 or 0200.0002.0001, ports by name or number. "
+        "Numbers may be hexadecimal after 0x. The units of rates are {}, those of sizes {}; a number without a unit is "
+        "in {} or {}. Times require a unit: {}.",
+        names_of(rate_units), names_of(size_units), rate_units[0].name, size_units[0].name, names_of(duration_units));
 }
 
 std::string with_value(const argument &argument)

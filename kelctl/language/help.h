@@ -25,7 +25,7 @@ std::span<const meaning> options_without_command(); // given alone
 std::span<const meaning> environment_variables();   // that change what the program does
 
 // How values are written, wherever they are.
-std::string_view value_notations();
+std::string value_notations();
 
 // "--port PORT", "SCRIPT", "COMMAND..."
 std::string with_value(const argument &argument);

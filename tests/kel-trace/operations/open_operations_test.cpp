@@ -14,9 +14,9 @@ struct frame {
     std::string name;
 };
 
-TEST(Frames, AreLeftInnermostFirst)
+TEST(OpenOperations, AreLeftInnermostFirst)
 {
-    frames<frame> open;
+    open_operations<frame> open;
     cut_operations cut;
     std::string left;
     const auto note = [&](const frame &one) { left += one.name + " "; };
@@ -29,9 +29,9 @@ TEST(Frames, AreLeftInnermostFirst)
     EXPECT_EQ(cut, cut_operations());
 }
 
-TEST(Frames, ThatWereNotEnteredAreCutAtTheBeginning)
+TEST(OpenOperations, ThatWereNotEnteredAreCutAtTheBeginning)
 {
-    frames<frame> open;
+    open_operations<frame> open;
     cut_operations cut;
     open.enter({"one"});
     EXPECT_FALSE(open.leave("other", cut, [](const frame &) { FAIL(); }));
@@ -39,9 +39,9 @@ TEST(Frames, ThatWereNotEnteredAreCutAtTheBeginning)
     EXPECT_EQ(open.size(), 1U);
 }
 
-TEST(Frames, AreCutWhenOneAroundThemIsLeft)
+TEST(OpenOperations, AreCutWhenOneAroundThemIsLeft)
 {
-    frames<frame> open;
+    open_operations<frame> open;
     cut_operations cut;
     for (const char *name : {"outer", "middle", "inner"})
         open.enter({name});
@@ -50,7 +50,7 @@ TEST(Frames, AreCutWhenOneAroundThemIsLeft)
     EXPECT_TRUE(open.empty());
 }
 
-TEST(Frames, NameIsThatOfTheFunction)
+TEST(OpenOperations, NameIsThatOfTheFunction)
 {
     EXPECT_EQ(frame_name("kel_core_ic_pcep_stop()"), "kel_core_ic_pcep_stop");
 }

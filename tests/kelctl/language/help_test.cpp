@@ -205,8 +205,9 @@ TEST(Help, NotationsOfValuesAreToldOnce)
 {
     EXPECT_EQ(value_notations(),
               "Addresses are written 02:00:00:02:00:01, 02-00-00-02-00-01 or 0200.0002.0001, ports by name or number. "
-              "Numbers may be hexadecimal after 0x. Rates have the units kbit/s, Mbit/s and Gbit/s, sizes octets, KiB "
-              "and MiB; a number without a unit is in kbit/s or octets. Times require a unit: ns, us, ms or s.");
+              "Numbers may be hexadecimal after 0x. The units of rates are kbit/s, Mbit/s or Gbit/s, those of sizes "
+              "octets, KiB or MiB; a number without a unit is in kbit/s or octets. Times require a unit: ns, us, ms or "
+              "s.");
 }
 
 TEST(Help, GroupsWithoutACommandThereAreLeftOut)
