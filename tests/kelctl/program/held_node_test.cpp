@@ -19,6 +19,7 @@
 #include <memory>
 #include <regex>
 #include <sstream>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <thread>
@@ -602,6 +603,13 @@ public:
         }
     }
 
+    // Returns when so many octets wait to be read.
+    void wait_for(int octets) const
+    {
+        for (int waiting = 0; waiting < octets; std::this_thread::yield())
+            ASSERT_EQ(ioctl(socket_.number(), FIONREAD, &waiting), 0);
+    }
+
     // All that it hears until the node disconnects it.
     std::string hear() const
     {
@@ -623,7 +631,7 @@ TEST(HeldNode, DownOfALargeNodeIsReportedToTheEnd)
     const raw_client slow(node.socket());
     slow.say("{\"command\":[\"down\"]}\n");
     EXPECT_TRUE(node.program().shows("Taken down."));
-    std::this_thread::sleep_for(std::chrono::milliseconds(100)); // the node fills the socket, and waits
+    slow.wait_for(64 << 10); // the rest, several times as much, has to wait for the reader
     const std::string heard = slow.hear();
     const document answer = notation::read_json(heard.substr(heard.find('\n') + 1));
     EXPECT_EQ(answer.at("result").at("shown").at("undone").size(), 6'002u);
