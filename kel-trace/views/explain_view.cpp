@@ -40,6 +40,7 @@ std::string refusal_text(const complaint &why)
 std::string parameters_text(const std::vector<parameter> &parameters)
 {
     std::vector<std::string> parts;
+    parts.reserve(parameters.size());
     for (const parameter &one : parameters)
         parts.push_back(fmt::format("{}={}", one.name, kelctl::without_controls(one.value)));
     return kelctl::joined(parts, ", ");
