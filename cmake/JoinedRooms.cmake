@@ -1,6 +1,7 @@
-# With KEL_JOIN_ROOMS, each room of the largest targets is compiled as one file. From nothing that takes three fifths of the
-# processor time, since most of it goes into headers and templates that nearly every file of a room needs again; after a
-# change to one file its whole room is compiled, which takes five to ten seconds in place of two.
+# With KEL_JOIN_ROOMS, each room of the largest targets is compiled as one file. From nothing kelctl and what it needs take
+# 0.62 of the processor time that way, the demo build 0.72, since most of it goes into headers and templates that nearly
+# every file of a room needs again; after a change to one file its whole room is compiled, five to ten seconds in place of
+# two.
 function(join_rooms target)
     get_target_property(folder ${target} SOURCE_DIR)
     get_target_property(sources ${target} SOURCES)
