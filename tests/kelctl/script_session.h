@@ -7,6 +7,7 @@
 #include "kelctl/session/session.h"
 
 #include <string>
+#include <vector>
 
 namespace kelctl
 {
@@ -14,6 +15,14 @@ namespace kelctl
 inline invocation asked(const std::string &line)
 {
     return parse(commands(), words_of(line), source::script);
+}
+
+inline std::vector<invocation> all_asked(const std::vector<std::string> &lines)
+{
+    std::vector<invocation> all;
+    for (const std::string &line : lines)
+        all.push_back(asked(line));
+    return all;
 }
 
 // JSON, so that nothing is shown before the end of a command.

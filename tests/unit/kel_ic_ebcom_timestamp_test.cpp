@@ -11,13 +11,13 @@
 namespace
 {
 
-const std::string attached = R"(
+const std::string thread_attached = R"(
         timestamp_thread:
           API_CALL EBCOM kel_init_attach()
           > kel_init_attach()
 )";
 
-const std::string subscribed = attached + R"(
+const std::string subscribed = thread_attached + R"(
           API_CALL EBCOM vorn_tu_init()
           > vorn_tu_init((nil))
           API_CALL EBCOM vorn_tu_subscribe_adjnpuoffs(doamin=0)
@@ -269,7 +269,7 @@ TEST(TimestampThread, FailedAttachmentEndsIt)
 TEST(TimestampThread, FailedConnectionEndsIt)
 {
     scripted::fail_on_thread("vorn_tu_init", -4);
-    expect_end_after_start(attached + R"(
+    expect_end_after_start(thread_attached + R"(
           API_CALL EBCOM vorn_tu_init()
           > vorn_tu_init((nil)) = -4
           EXCEPTION GENERAL vorn_tu_init returned AGAIN(try again)
@@ -279,7 +279,7 @@ TEST(TimestampThread, FailedConnectionEndsIt)
 TEST(TimestampThread, FailedSubscriptionEndsIt)
 {
     scripted::fail_on_thread("vorn_tu_subscribe_adjnpuoffs", -12);
-    expect_end_after_start(attached + R"(
+    expect_end_after_start(thread_attached + R"(
           API_CALL EBCOM vorn_tu_init()
           > vorn_tu_init((nil))
           API_CALL EBCOM vorn_tu_subscribe_adjnpuoffs(doamin=0)

@@ -39,10 +39,6 @@ const std::string binding = R"(
           API_CALL PCEP ork_bind(ID2M): PCEP_ID=7 -> EHSFP
           > ork_bind(sys, id 7))";
 
-const std::string left = R"(
-          FN_EXIT PCEP
-)";
-
 size_t erase_lines(std::string &text, const std::string &beginning)
 {
     size_t erased = 0;
@@ -172,7 +168,7 @@ TEST(PcepAdd, PrintsBothLocationsAndBindsForTheLocalOneOnly)
     for (const pcep_side &local : sides) {
         for (const pcep_side &remote : sides) {
             EXPECT_EQ(add_pcep(7, local, remote), 0U);
-            expect_add(creation(local, remote) + (is_bound(local) ? binding : "") + left);
+            expect_add(creation(local, remote) + (is_bound(local) ? binding : "") + expected::left);
             EXPECT_EQ(kel_core_ic_pcep_rem(7), 0U);
             transcript::forget();
         }
@@ -187,7 +183,7 @@ TEST(PcepAdd, PrintsTheNamesOfLocationsThatNoAddressHas)
     for (const auto &[location, name] : locations) {
         scripted::classify_as(location);
         EXPECT_EQ(add_pcep(7, on_ob, on_eioa), 0U);
-        expect_add(creation({on_ob.mac, on_ob.mac_text, name}, {on_eioa.mac, on_eioa.mac_text, name}) + left);
+        expect_add(creation({on_ob.mac, on_ob.mac_text, name}, {on_eioa.mac, on_eioa.mac_text, name}) + expected::left);
         kel_core_ic_pcep_rem(7);
         transcript::forget();
     }
@@ -438,7 +434,7 @@ TEST_P(PcepAddRefusedWith, AtTheCreationIs13AndTheIdStaysFree)
     expect_entries({"7: id 0, refused"}); // the driver kit writes into the entry
 
     EXPECT_EQ(add_pcep(7, on_hsfp, on_ob), 0U);
-    expect_add(creation(on_hsfp, on_ob) + binding + left);
+    expect_add(creation(on_hsfp, on_ob) + binding + expected::left);
 }
 
 TEST_P(PcepAddRefusedWith, AtTheBindingIs13AndLeavesThePcepInTheDriverKit)
@@ -457,7 +453,7 @@ TEST(PcepAdd, AfterAFailedBindingCreatesAgain)
     EXPECT_EQ(add_pcep(7, on_hsfp, on_ob), 13U);
     transcript::forget();
     EXPECT_EQ(add_pcep(7, on_hsfp, on_ob), 0U);
-    expect_add(creation(on_hsfp, on_ob) + binding + left);
+    expect_add(creation(on_hsfp, on_ob) + binding + expected::left);
     expect_entries({"7: id 7, pcep 2"});
 }
 

@@ -55,10 +55,6 @@ std::string called(const member_operation &operation, uint32_t uc_pcep_id)
           > $2(ork, group 1, id $3))");
 }
 
-const std::string left = R"(
-          FN_EXIT PCEP
-)";
-
 // How many members the group 300 counts, seen by how many more it takes. Fills it up.
 uint32_t members_of_group_300(uint32_t uc_pcep_id)
 {
@@ -215,9 +211,9 @@ TEST_P(PcepMember, MayBeAGroupEvenItself)
     pcep_service_up();
     make_groups(300, 301);
     EXPECT_EQ(operation.call(300, 301), 0U);
-    transcript::expect(called(operation, 301) + left);
+    transcript::expect(called(operation, 301) + expected::left);
     EXPECT_EQ(operation.call(300, 300), 0U);
-    transcript::expect(called(operation, 300) + left);
+    transcript::expect(called(operation, 300) + expected::left);
 }
 
 TEST_P(PcepMember, BelongsToTheGroupThatIsNamed)
@@ -257,7 +253,7 @@ TEST(PcepMemberAdd, Takes16MembersAndNoMore)
         make_pcep(id);
     for (uint32_t id = 1; id <= most_members; ++id) {
         EXPECT_EQ(kel_core_ic_pcep_mc_member_add(300, id), 0U);
-        transcript::expect(called(add_member, id) + left);
+        transcript::expect(called(add_member, id) + expected::left);
     }
     expect_refused(add_member, 300, 17, 10, "");
     EXPECT_EQ(scripted::calls_of("ork_ebcom_multicast_member_add"), most_members);
@@ -332,7 +328,7 @@ TEST(PcepMemberRem, FromAnEmptyGroupWrapsTheCount)
     make_pcep(7);
     make_group(300);
     EXPECT_EQ(kel_core_ic_pcep_mc_member_rem(300, 7), 0U);
-    transcript::expect(called(remove_member, 7) + left);
+    transcript::expect(called(remove_member, 7) + expected::left);
     expect_refused(add_member, 300, 7, 10, "");
     EXPECT_EQ(kel_core_ic_pcep_mc_group_rem(300), 6U);
     transcript::expect(refusal("kel_core_ic_pcep_mc_group_rem", 6, ""));

@@ -29,10 +29,6 @@ const std::string deletion = R"(
           API_CALL PCEP ork_ebcom_pcep_delete(pcep_id=7)
           > ork_ebcom_pcep_delete(ork, pcep 1))";
 
-const std::string left = R"(
-          FN_EXIT PCEP
-)";
-
 void expect_refused_as_free(uint32_t pcep_id)
 {
     transcript::forget();
@@ -125,7 +121,7 @@ TEST(PcepRem, GoesByTheLocationOfTheAdd)
     make_pcep(8, on_ob);
     scripted::classify_as(2);
     EXPECT_EQ(kel_core_ic_pcep_rem(7), 0U);
-    transcript::expect(entered + unbinding + deletion + left);
+    transcript::expect(entered + unbinding + deletion + expected::left);
     scripted::classify_as(3);
     EXPECT_EQ(kel_core_ic_pcep_rem(8), 0U);
     EXPECT_EQ(scripted::calls_of("ork_unbind"), 1U);

@@ -54,6 +54,11 @@ octets record(size_t size, const std::vector<std::pair<size_t, octets>> &parts);
 namespace expected
 {
 
+// The end of an operation of the PCEP side.
+inline const std::string left = R"(
+          FN_EXIT PCEP
+)";
+
 // The whole of an operation that ends with one refusal of its own and makes no call.
 std::string refusal(const std::string &operation, uint32_t rc, const std::string &detail);
 

@@ -23,14 +23,6 @@ namespace
 
 using lines = std::vector<std::string>;
 
-std::vector<invocation> node_of(const lines &commands_of_it)
-{
-    std::vector<invocation> read;
-    for (const std::string &line : commands_of_it)
-        read.push_back(asked(line));
-    return read;
-}
-
 const std::string pcep_7 = "pcep add 7 --remote-id 9 --local 02:00:00:03:00:01 --remote 02:00:00:02:00:01 --vlan ";
 const std::string pcep_8 = "pcep add 8 --remote-id 9 --local 02:00:00:02:00:08 --remote 02:00:00:02:00:01 --vlan ";
 
@@ -110,11 +102,11 @@ public:
     uint32_t run()
     {
         here_.emplace();
-        for (const invocation &line : node_of(old_node))
+        for (const invocation &line : all_asked(old_node))
             if (here_->perform(line).status != exit_done)
                 return 1; // the fault struck before the change
         before_ = bare(*current_snapshot(), true);
-        done_ = apply(node_of(new_node), false, *here_);
+        done_ = apply(all_asked(new_node), false, *here_);
         after_ = bare(*current_snapshot(), true);
         return 0;
     }

@@ -28,14 +28,6 @@ using testing::SizeIs;
 
 using lines = std::vector<std::string>;
 
-std::vector<invocation> node_of(const lines &commands_of_it)
-{
-    std::vector<invocation> read;
-    for (const std::string &line : commands_of_it)
-        read.push_back(asked(line));
-    return read;
-}
-
 lines with_service(lines more)
 {
     lines all = {"ebcom params set --mtu 1500 --ether-type 0x88b5 --settings 1,2", "ebcom interface create",
@@ -102,11 +94,11 @@ TEST_F(Apply, MakesAnyNodeAnyOther)
         const lines wanted = random_node(seed + 1000).lines();
         const auto expected = of(wanted);
         up(random_node(seed).lines());
-        const result done = apply(node_of(wanted), false, here);
+        const result done = apply(all_asked(wanted), false, here);
         EXPECT_EQ(done.status, exit_done);
         EXPECT_THAT(done.warnings, IsEmpty());
         EXPECT_EQ(bare_now(), expected);
-        const result left = difference_from(node_of(wanted), here);
+        const result left = difference_from(all_asked(wanted), here);
         EXPECT_EQ(left.status, exit_done)
             << notation::to_json(left.shown) << (left.warnings.empty() ? "" : left.warnings[0].message);
         for (const undone_command &undone : take_down(here))
@@ -119,7 +111,7 @@ TEST_F(Apply, DoesNothingWhereNothingDiffers)
 {
     const lines node = with_service({to_1_on_p, "pcep start", pcep(7, 1)});
     up(node);
-    const result done = apply(node_of(node), false, here);
+    const result done = apply(all_asked(node), false, here);
     EXPECT_EQ(done.status, exit_done);
     EXPECT_THAT(done.shown.at("steps"), IsEmpty());
     EXPECT_EQ(done.text->text(), "nothing differs");
@@ -129,7 +121,7 @@ TEST_F(Apply, DryRunShowsTheStepsAndDoesNothing)
 {
     up(with_service({to_1_on_p, to_2_on_q}));
     const auto before = bare_now();
-    const result done = apply(node_of(with_service({to_1_faster, to_2_on_q})), true, here);
+    const result done = apply(all_asked(with_service({to_1_faster, to_2_on_q})), true, here);
     EXPECT_EQ(done.status, exit_done);
     EXPECT_EQ(done.text->text(), "ebcom path remove 02:00:00:02:00:01 --port RLU1P\n"
                                  "ebcom path add 02:00:00:02:00:01 --port RLU1P --rate \"9 Mbit/s\" --burst \"4 KiB\"\n"
@@ -148,7 +140,8 @@ TEST_F(Apply, OtherQueuesGoOnCounting)
         const std::string halfway = counter("02:00:00:02:00:02", "pkts_tx");
         const std::string changing = counter("02:00:00:02:00:01", "pkts_tx");
         if (changed)
-            EXPECT_EQ(apply(node_of(with_service({to_1_faster, to_2_on_q, to_3_on_q})), false, here).status, exit_done);
+            EXPECT_EQ(apply(all_asked(with_service({to_1_faster, to_2_on_q, to_3_on_q})), false, here).status,
+                      exit_done);
         EXPECT_EQ(counter("02:00:00:02:00:02", "pkts_tx"), halfway);
         EXPECT_EQ(counter("02:00:00:02:00:01", "pkts_tx"), changed ? "0" : changing);
         up({"time advance 100ms"});
@@ -169,7 +162,7 @@ TEST_F(Apply, MovingDestinationLosesNoFrame)
     up(with_service({to_1_on_p, to_2_on_q}));
     up({"traffic offer 02:00:00:02:00:01 --frames 1 --octets 100"});
     const std::string moved = "ebcom path add 02:00:00:02:00:01 --port RLU1Q --rate 8000 --burst 4096";
-    EXPECT_EQ(apply(node_of(with_service({to_2_on_q, moved})), false, here).status, exit_done);
+    EXPECT_EQ(apply(all_asked(with_service({to_2_on_q, moved})), false, here).status, exit_done);
     EXPECT_EQ(counter("02:00:00:02:00:01", "pkts_rx"), "0"); // it waits in the old queue, or is gone with it
     up({"traffic offer 02:00:00:02:00:01 --frames 1 --octets 100"});
     EXPECT_EQ(counter("02:00:00:02:00:01", "pkts_rx"), "1");
@@ -180,9 +173,9 @@ TEST_F(Apply, RestoresTheOldNodeAfterAFailure)
     up(with_service({to_1_on_p, to_2_on_q, "pcep start", pcep(7, 1), "group add 300", "group member add 300 7"}));
     const auto before = bare_now();
     ASSERT_EQ(softnode_faults_add("ork_ebcom_multicast_member_add:1=-9"), nullptr);
-    const result done =
-        apply(node_of(with_service({to_1_faster, "pcep start", pcep(7, 2), "group add 300", "group member add 300 7"})),
-              false, here);
+    const result done = apply(
+        all_asked(with_service({to_1_faster, "pcep start", pcep(7, 2), "group add 300", "group member add 300 7"})),
+        false, here);
     EXPECT_EQ(done.status, exit_operation_failed);
     EXPECT_THAT(done.failures, SizeIs(1));
     EXPECT_THAT(done.shown.at("left"), IsEmpty());
@@ -197,7 +190,7 @@ TEST_F(Apply, TakesBackTheReferenceOfARefusedPath)
     up(with_service({to_1_on_p}));
     const auto before = bare_now();
     ASSERT_EQ(softnode_faults_add("ork_ebcom_pcep_path_create:1=-9"), nullptr);
-    EXPECT_EQ(apply(node_of(with_service({to_1_on_p, to_2_on_q})), false, here).status, exit_operation_failed);
+    EXPECT_EQ(apply(all_asked(with_service({to_1_on_p, to_2_on_q})), false, here).status, exit_operation_failed);
     EXPECT_EQ(bare_now(), before);
 }
 
@@ -211,13 +204,13 @@ TEST_F(Apply, TakesBackWhatFailedStartsLeft)
         up({node.front()}); // parameters stay
         const auto before = bare_now();
         ASSERT_EQ(softnode_faults_add(fault), nullptr);
-        const result done = apply(node_of(node), false, here);
+        const result done = apply(all_asked(node), false, here);
         softnode_faults_clear();
         EXPECT_EQ(done.status, exit_operation_failed);
         EXPECT_EQ(notation::to_json(done.shown.at("left")), "[]");
         EXPECT_THAT(here.made.all(), SizeIs(1));
         EXPECT_EQ(bare_now(), before);
-        EXPECT_EQ(apply(node_of(node), false, here).status, exit_done);
+        EXPECT_EQ(apply(all_asked(node), false, here).status, exit_done);
         take_down(here);
     }
 }
@@ -228,7 +221,7 @@ TEST_F(Apply, ListsWhatCannotBeRestored)
     up(with_service({"pcep start", pcep(7, 1), "group add 300", "group member add 300 7"}));
     ASSERT_EQ(softnode_faults_add("ork_ebcom_pcep_delete:1=-9"), nullptr);
     const result done = apply(
-        node_of(with_service({"pcep start", pcep(7, 2), "group add 300", "group member add 300 7"})), false, here);
+        all_asked(with_service({"pcep start", pcep(7, 2), "group add 300", "group member add 300 7"})), false, here);
     EXPECT_EQ(done.status, exit_operation_failed);
     EXPECT_EQ(notation::to_json(done.shown.at("left")),
               R"([{"object":"PCEP 7","what":"removed"},{"object":"member 7 of group 300","what":"removed"},)"
@@ -247,14 +240,14 @@ TEST_F(Apply, AnotherMpIdIsRefusedByItsNameBeforeAnythingIsDone)
     lines wanted = with_service({to_2_on_q});
     wanted.insert(wanted.begin(), "mpid 6");
     for (const bool dry : {true, false}) {
-        const result done = apply(node_of(wanted), dry, here);
+        const result done = apply(all_asked(wanted), dry, here);
         EXPECT_EQ(done.status, exit_operation_failed);
         ASSERT_THAT(done.errors, SizeIs(1));
         EXPECT_EQ(done.errors[0].message,
                   "mpid: it cannot change from 5 to 6 in this process, because the library keeps it");
     }
     EXPECT_EQ(bare_now(), before);
-    EXPECT_EQ(apply(node_of(with_service({to_1_on_p})), false, here).status, exit_done); // one without an MP id
+    EXPECT_EQ(apply(all_asked(with_service({to_1_on_p})), false, here).status, exit_done); // one without an MP id
 }
 
 TEST_F(Apply, InterruptionRestoresTheOldNode)
@@ -263,7 +256,7 @@ TEST_F(Apply, InterruptionRestoresTheOldNode)
     const auto before = bare_now();
     const interruption_watch watch;
     std::raise(SIGINT);
-    const result done = apply(node_of(with_service({to_2_on_q})), false, here);
+    const result done = apply(all_asked(with_service({to_2_on_q})), false, here);
     EXPECT_EQ(done.status, exit_operation_failed);
     EXPECT_EQ(done.remark, "interrupted after 0 of 2 steps; the old node is restored");
     EXPECT_EQ(bare_now(), before);
@@ -273,7 +266,7 @@ TEST_F(Apply, ReportsTheReferenceThatARefusedPathMayLeaveBesideAnEqualOne)
 {
     up(with_service({to_1_on_p}));
     EXPECT_EQ(softnode_faults_add("ork_ebcom_pcep_path_create=-4"), nullptr);
-    const result done = apply(node_of(with_service({to_1_on_p, to_1_on_p})), false, here);
+    const result done = apply(all_asked(with_service({to_1_on_p, to_1_on_p})), false, here);
     EXPECT_EQ(done.status, exit_operation_failed);
     const fields &left = done.shown.at("left");
     ASSERT_EQ(left.size(), 1u) << notation::to_json(left);
@@ -291,7 +284,7 @@ TEST_F(Apply, WhatTheAcceleratorHeldOtherwiseBeforeIsAWarningOnly)
     for (const bool refused : {true, false}) {
         if (refused)
             ASSERT_EQ(softnode_faults_add("ork_ebcom_pcep_path_create:1=-9"), nullptr);
-        const result done = apply(node_of(wanted), false, here);
+        const result done = apply(all_asked(wanted), false, here);
         EXPECT_EQ(done.shown.at("applied").boolean(), !refused);
         EXPECT_EQ(done.remark, refused ? "the old node is restored" : "");
         ASSERT_THAT(done.warnings, SizeIs(1));
@@ -308,7 +301,7 @@ TEST_F(Apply, DryRunListsTwentyInterruptions)
         wanted.push_back(pcep(id, 2));
     }
     up(now);
-    EXPECT_THAT(apply(node_of(wanted), true, here).text->text(),
+    EXPECT_THAT(apply(all_asked(wanted), true, here).text->text(),
                 testing::EndsWith("interrupts PCEP 19\ninterrupts PCEP 20\ninterrupts 2 more; --all shows them\n"));
 }
 
@@ -316,9 +309,9 @@ TEST_F(Apply, DifferenceIsTroubleWhenTheAcceleratorHoldsSomethingElse)
 {
     const lines node = with_service({to_1_on_p});
     up(node);
-    EXPECT_EQ(difference_from(node_of(node), here).status, exit_done);
+    EXPECT_EQ(difference_from(all_asked(node), here).status, exit_done);
     softnode_reset();
-    const result done = difference_from(node_of(node), here);
+    const result done = difference_from(all_asked(node), here);
     EXPECT_EQ(done.status, exit_operation_failed);
     EXPECT_THAT(done.shown.at("differences"), IsEmpty());
     EXPECT_THAT(done.warnings, testing::Not(IsEmpty()));

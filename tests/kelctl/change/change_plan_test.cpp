@@ -19,17 +19,9 @@ using testing::SizeIs;
 
 using lines = std::vector<std::string>;
 
-node_model node_of(const lines &commands_of_it)
-{
-    std::vector<invocation> read;
-    for (const std::string &line : commands_of_it)
-        read.push_back(asked(line));
-    return model_of(read);
-}
-
 change_plan plan(const lines &now, const lines &wanted, std::optional<size_t> room = std::nullopt)
 {
-    return plan_between(node_of(now), node_of(wanted), commands(), room);
+    return plan_between(model_of(all_asked(now)), model_of(all_asked(wanted)), commands(), room);
 }
 
 lines steps(const lines &now, const lines &wanted, std::optional<size_t> room = std::nullopt)

@@ -15,18 +15,15 @@ namespace
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-node_model node_of(const std::vector<std::string> &lines)
+node_model model_with(const std::vector<std::string> &lines)
 {
-    std::vector<invocation> read;
-    for (const std::string &line : lines)
-        read.push_back(asked(line));
-    return model_of(read);
+    return model_of(all_asked(lines));
 }
 
 std::vector<std::string> rows(const std::vector<std::string> &now, const std::vector<std::string> &wanted)
 {
     std::vector<std::string> rows;
-    for (const node_change &one : differences(node_of(now), node_of(wanted)))
+    for (const node_change &one : differences(model_with(now), model_with(wanted)))
         rows.push_back(fmt::format("{}: {} [{}] [{}]", name_of(one.object), one.change, one.was, one.becomes));
     return rows;
 }
@@ -70,8 +67,8 @@ TEST(Difference, ShapingIsThatOfTheQueue)
 TEST(Difference, TextHasALineForEachObjectAsFarAsThePageGoes)
 {
     const auto changes =
-        differences(node_of({"ebcom path add 02:00:00:02:00:01 --port 6 --count 3"}),
-                    node_of({"ebcom path add 02:00:00:02:00:01 --port 6 --rate 1000 --burst 2000", "pcep start"}));
+        differences(model_with({"ebcom path add 02:00:00:02:00:01 --port 6 --count 3"}),
+                    model_with({"ebcom path add 02:00:00:02:00:01 --port 6 --rate 1000 --burst 2000", "pcep start"}));
     page narrow = page_for(stdout);
     narrow.most_rows = 2;
     EXPECT_EQ(text_of(changes, narrow), "changed  queue of RLU1P (6)\n"

@@ -57,14 +57,6 @@ protected:
         return texts;
     }
 
-    static node_model node_of(const std::vector<std::string> &lines)
-    {
-        std::vector<invocation> read;
-        for (const std::string &line : lines)
-            read.push_back(asked(line));
-        return model_of(read);
-    }
-
     void *a_scheduler() const
     {
         return reinterpret_cast<void *>(
@@ -246,9 +238,10 @@ TEST_F(Discrepancies, SchedulerTreeMayBeMadeByItself)
 {
     take_down(here);
     ASSERT_EQ(here.run("ebcom qos init").status, exit_done);
-    EXPECT_THAT(found(node_of({"ebcom params set --mtu 1500 --ether-type 0x88b5 --settings 1,2", "ebcom qos init"})),
+    EXPECT_THAT(found(model_of(
+                    all_asked({"ebcom params set --mtu 1500 --ether-type 0x88b5 --settings 1,2", "ebcom qos init"}))),
                 IsEmpty());
-    EXPECT_THAT(found(node_of({"ebcom params set --mtu 1500 --ether-type 0x88b5 --settings 1,2"})),
+    EXPECT_THAT(found(model_of(all_asked({"ebcom params set --mtu 1500 --ether-type 0x88b5 --settings 1,2"}))),
                 ElementsAre("scheduler tree: the accelerator holds it, but this process knows of no such one"));
 }
 

@@ -4,6 +4,7 @@
 #include "softnode/traffic/agenda.h"
 
 #include "softnode/traffic/scheduler.h"
+#include "traffic/instants.h"
 
 #include <gtest/gtest.h>
 
@@ -20,8 +21,6 @@ struct Debtor : Scheduler {
         shaper.charge(octets, 0);
     }
 };
-
-constexpr std::uint64_t millisecond = 1'000'000;
 
 class AgendaTest : public testing::Test
 {

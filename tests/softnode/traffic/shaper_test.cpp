@@ -2,17 +2,11 @@
  * shaper_test.cpp - limits together.
  */
 #include "softnode/traffic/shaper.h"
+#include "traffic/instants.h"
 
 #include <gtest/gtest.h>
 
 using namespace softnode;
-
-namespace
-{
-
-constexpr std::uint64_t millisecond = 1'000'000; /* of an octet at 8 kbit/s */
-
-} // namespace
 
 TEST(Shaper, WithoutALimitIsAlwaysOpen)
 {

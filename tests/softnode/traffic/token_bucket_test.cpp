@@ -2,6 +2,7 @@
  * token_bucket_test.cpp - a token bucket alone.
  */
 #include "softnode/traffic/token_bucket.h"
+#include "traffic/instants.h"
 
 #include <gtest/gtest.h>
 
@@ -14,7 +15,6 @@ namespace
 {
 
 constexpr std::uint32_t deepest = std::numeric_limits<std::uint32_t>::max();
-constexpr std::uint64_t millisecond = 1'000'000; /* of an octet at 8 kbit/s */
 
 /* Has frames of one length leave as early as they can, from time 0 on. @return when the last one left */
 Instant send(TokenBucket bucket, std::uint32_t frames, std::uint32_t octets)
