@@ -45,4 +45,14 @@ const argument_value &arguments::value(std::string_view name) const
     throw std::logic_error(fmt::format("no argument {} was given", name));
 }
 
+bool arguments::operator==(const arguments &other) const
+{
+    return values_ == other.values_;
+}
+
+std::strong_ordering arguments::operator<=>(const arguments &other) const
+{
+    return values_ <=> other.values_;
+}
+
 } // namespace kelctl

@@ -60,7 +60,9 @@ public:
         return get<std::string>(name);
     }
 
-    auto operator<=>(const arguments &) const = default;
+    // Defined once: defaulted here, every file that includes this would compile the comparison of all types of values.
+    bool operator==(const arguments &other) const;
+    std::strong_ordering operator<=>(const arguments &other) const;
 
 private:
     struct given_argument {

@@ -1,5 +1,5 @@
 // Arguments of a call as a failure report shows them: "dst_mac=02:00:00:02:00:01". One function for each type that a
-// call takes by its address; a record is shown by its members, whatever its name. Numbers are library_call.h.
+// call takes; a record is shown by its members, whatever its name.
 #pragma once
 
 #include "kel/kel_core_ic_ebcom.h"
@@ -14,6 +14,8 @@
 namespace kelctl
 {
 
+std::string argument_text(std::string_view name, int64_t number);
+std::string handle_text(std::string_view name, uint64_t handle); // hexadecimal
 std::string argument_text(std::string_view name, const mac_address &mac);
 std::string argument_text(std::string_view name, const std::array<uint8_t, 2> &numbers);
 std::string argument_text(std::string_view name,

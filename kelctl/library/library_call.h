@@ -11,8 +11,6 @@
 #include "kelctl/library/call_text.h"
 #include "kelctl/library/trace_entry.h"
 
-#include <fmt/core.h>
-
 #include <cstdint>
 #include <cstdio>
 #include <string>
@@ -52,7 +50,7 @@ template <typename Number> struct value {
 
     std::string text() const
     {
-        return fmt::format("{}={}", name, number);
+        return argument_text(name, number);
     }
 };
 
@@ -68,7 +66,7 @@ struct pointer {
 
     std::string text() const
     {
-        return fmt::format("{}=0x{:x}", name, number);
+        return handle_text(name, number);
     }
 };
 
@@ -155,7 +153,7 @@ template <typename... Parameters> std::string text_of_call(std::string_view name
 {
     std::string list;
     (add_text(list, parameters), ...);
-    return fmt::format("{}({})", name, list);
+    return std::string(name) + "(" + list + ")";
 }
 
 } // namespace kelctl

@@ -8,6 +8,7 @@
 #include "script_session.h"
 #include "softnode/softnode.h"
 
+#include <fmt/core.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

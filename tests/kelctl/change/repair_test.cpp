@@ -7,6 +7,7 @@
 #include "script_session.h"
 #include "softnode/softnode.h"
 
+#include <fmt/core.h>
 #include <gtest/gtest.h>
 
 namespace kelctl

@@ -8,6 +8,7 @@
 #include "kelctl/session/result_document.h"
 #include "notation/json.h"
 
+#include <fmt/core.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
