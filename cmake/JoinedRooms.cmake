@@ -17,6 +17,8 @@ function(join_rooms target)
         UNITY_BUILD ON
         UNITY_BUILD_MODE GROUP
         UNITY_BUILD_CODE_BEFORE_INCLUDE "#pragma GCC diagnostic ignored \"-Wshadow\"")
+    # GCC takes a joined file for a header, where a type from an unnamed namespace would be another one in each file.
+    target_compile_options(${target} PRIVATE $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-Wno-subobject-linkage>)
 endfunction()
 
 # join_apart(TARGET FILE...): files with a name in an unnamed namespace that another file of their room has, too. They are

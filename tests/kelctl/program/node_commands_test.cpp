@@ -338,8 +338,8 @@ TEST(Warnings, TellFaultRulesThatNoCallMet)
                                 .folder = KELCTL_SOURCE_DIR});
     EXPECT_EQ(up.status, 0);
     EXPECT_EQ(up.err, "kelctl: warning: no call matched the fault rule ork_bind:33=-4\n");
-    const auto json = run_kelctl({.arguments = {"run", "-", "--json"}, .in = "fault add ork_bind:33=-4\n"});
-    EXPECT_THAT(json.out,
+    const auto run = run_kelctl({.arguments = {"run", "-", "--json"}, .in = "fault add ork_bind:33=-4\n"});
+    EXPECT_THAT(run.out,
                 testing::HasSubstr(R"("warnings":[{"message":"no call matched the fault rule ork_bind:33=-4")"));
 }
 

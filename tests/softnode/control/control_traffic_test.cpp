@@ -157,7 +157,8 @@ TEST_F(ControlTraffic, WhatIsDroppedIsCountedByItsReason)
     EXPECT_EQ(softnode_traffic_dropped(SOFTNODE_DROP_NO_ROOM), queue_statistics().pkts_dropped);
     EXPECT_EQ(softnode_traffic_dropped(SOFTNODE_DROP_NO_WAY), 0U);
     EXPECT_EQ(softnode_traffic_dropped(SOFTNODE_DROP_NO_QUEUE), 0U);
-    EXPECT_EQ(softnode_traffic_dropped(static_cast<softnode_drop_reason>(SOFTNODE_DROP_NO_QUEUE + 1)), 0U);
+    int undefined = SOFTNODE_DROP_NO_QUEUE + 1;
+    EXPECT_EQ(softnode_traffic_dropped(static_cast<softnode_drop_reason>(undefined)), 0U);
 }
 
 TEST_F(WatchedTraffic, FramesThatLeaveAreReportedByIdentityWithTheirInstants)

@@ -17,9 +17,11 @@ void take_all_memory()
 {
     const rlimit none{0, 0};
     setrlimit(RLIMIT_AS, &none);
+    void *volatile taken; // or a compiler leaves the calls out
     for (std::size_t octets = std::size_t{1} << 20; octets > 0; octets /= 2)
-        while (std::malloc(octets) != nullptr)
-            ;
+        do
+            taken = std::malloc(octets);
+        while (taken != nullptr);
 }
 
 using NoMemory = ControlledNode;

@@ -34,7 +34,7 @@ protected:
 
     Refusal add_queue(Handle scheduler, Handle &queue)
     {
-        return graph.add_queue(params, facts::queue_kind, scheduler, facts::event_device, queue);
+        return graph.add_queue(queue_params, facts::queue_kind, scheduler, facts::event_device, queue);
     }
 
     Handle queue(Handle scheduler)
@@ -44,7 +44,7 @@ protected:
         return handle;
     }
 
-    kel_init_qos_queue_params params{1, 1000, 25'600, 64};
+    kel_init_qos_queue_params queue_params{1, 1000, 25'600, 64};
     Handle untouched = static_cast<Handle>(0x1234);
     softnode::QosGraph graph;
 };
@@ -178,8 +178,8 @@ TEST_F(QosGraph, AQueueIsKeptAsGivenUnderItsScheduler)
 TEST_F(QosGraph, AQueueOfAnotherModeOrKindIsRefused)
 {
     const Handle top = scheduler();
-    EXPECT_EQ(graph.add_queue(params, 4, top, facts::event_device, untouched), Refusal::invalid);
-    params.mode = 2;
+    EXPECT_EQ(graph.add_queue(queue_params, 4, top, facts::event_device, untouched), Refusal::invalid);
+    queue_params.mode = 2;
     EXPECT_EQ(add_queue(top, untouched), Refusal::invalid);
     EXPECT_EQ(untouched, static_cast<Handle>(0x1234));
     EXPECT_EQ(graph.queues().size(), 0U);
@@ -202,7 +202,7 @@ TEST_F(QosGraph, AQueueUnderADeletedSchedulerIsRefused)
 TEST_F(QosGraph, AQueueOnAnotherDeviceIsRefused)
 {
     const std::uint16_t elsewhere = facts::event_device + 1;
-    EXPECT_EQ(graph.add_queue(params, facts::queue_kind, scheduler(), elsewhere, untouched), Refusal::no_device);
+    EXPECT_EQ(graph.add_queue(queue_params, facts::queue_kind, scheduler(), elsewhere, untouched), Refusal::no_device);
 }
 
 TEST_F(QosGraph, TheQueueAfterTheLastOneThatFitsIsRefused)
@@ -240,8 +240,8 @@ TEST_F(QosGraph, AShapedQueueReadsBackAsGiven)
 TEST_F(QosGraph, AQueueIsShapedOnceItHasARateOrABucket)
 {
     const auto mode_with = [this](std::uint32_t rate, std::uint32_t bucket_size) {
-        params.rate = rate;
-        params.bucket_size = bucket_size;
+        queue_params.rate = rate;
+        queue_params.bucket_size = bucket_size;
         ork_qos_queue record{};
         EXPECT_EQ(graph.read_queue(queue(scheduler()), record), Refusal::granted);
         return record.shapingMode;
@@ -276,7 +276,7 @@ TEST_F(QosGraph, ASchedulerIsCheckedForWhatItIs)
 
 TEST_F(QosGraph, CountersAreTheirQueues)
 {
-    params = {1, 0, 7 * 512, 0};
+    queue_params = {1, 0, 7 * 512, 0};
     const Handle counted = queue(scheduler());
     const Handle idle = queue(scheduler());
     EXPECT_EQ(graph.enter(counted, there, {9, 300}, 0), 2U);
@@ -295,14 +295,14 @@ TEST_F(QosGraph, CountersAreTheirQueues)
 /* 800 kbit/s: an octet in 10 microseconds. */
 TEST_F(QosGraph, PeakSustainAndCorrectionOfASchedulerLimitWhatIsBelow)
 {
-    const auto second_leaves = [this](const ork_qos_scheduler_params &params) {
+    const auto second_leaves = [this](const ork_qos_scheduler_params &of_scheduler) {
         graph.reset();
         softnode::Handle limited = Handle::null;
-        EXPECT_EQ(graph.create_scheduler(params, limited), Refusal::granted);
+        EXPECT_EQ(graph.create_scheduler(of_scheduler, limited), Refusal::granted);
         kel_init_qos_queue_params unshaped{1, 0, 25'600, 0};
-        std::swap(this->params, unshaped);
+        std::swap(queue_params, unshaped);
         const Handle below = queue(limited);
-        std::swap(this->params, unshaped);
+        std::swap(queue_params, unshaped);
         graph.enter(below, there, {1, 100}, 0);
         EXPECT_TRUE(graph.depart(0));
         graph.enter(below, there, {1, 100}, 0);
@@ -330,7 +330,7 @@ TEST_F(QosGraph, AQueueHasItsSchedulersQuantumAndCorrection)
     given.lengthCorrection = 4;
     Handle above = Handle::null;
     ASSERT_EQ(graph.create_scheduler(given, above), Refusal::granted);
-    params = {1, 800, 25'600, 100};
+    queue_params = {1, 800, 25'600, 100};
     const Handle below = queue(above);
     EXPECT_EQ(graph.queues().at(below).quantum, 500U);
     EXPECT_EQ(graph.schedulers().at(above).quantum, 500U);
@@ -344,7 +344,7 @@ TEST_F(QosGraph, NothingHappensWhenADeletedSchedulerWouldHaveOpened)
 {
     ork_qos_scheduler_params given = scheduler_params();
     given.qosRates.peak = {800, 0};
-    params = {1, 0, 25'600, 0};
+    queue_params = {1, 0, 25'600, 0};
     Handle shut = Handle::null;
     ASSERT_EQ(graph.create_scheduler(given, shut), Refusal::granted);
     const Handle below = queue(shut);

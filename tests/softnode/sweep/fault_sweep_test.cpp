@@ -123,8 +123,8 @@ Drive with_a_thread()
 {
     return {[] {
         std::thread(follow_timing_unit).detach();
-        kel_attach_info attach{};
-        return kel_init_attach(&attach);
+        kel_attach_info info{};
+        return kel_init_attach(&info);
     }};
 }
 
@@ -175,8 +175,8 @@ TEST_F(FaultSweep, TellsHowFarItIsAndEndsWhenItShall)
 {
     Watched watched;
     const softnode_scenario scenario{[](void *) {
-                                         kel_attach_info attach{};
-                                         return kel_init_attach(&attach);
+                                         kel_attach_info info{};
+                                         return kel_init_attach(&info);
                                      },
                                      nullptr, nullptr, &watched, 0};
     const auto watch = [](void *context, std::size_t done, std::size_t planned) {
@@ -217,8 +217,8 @@ TEST_F(FaultSweep, IsNoneWhereAChildProcessCannotBeCreated)
     getrlimit(RLIMIT_NOFILE, &before);
     Starved starved{2};
     const softnode_scenario scenario{[](void *) {
-                                         kel_attach_info attach{};
-                                         return kel_init_attach(&attach);
+                                         kel_attach_info info{};
+                                         return kel_init_attach(&info);
                                      },
                                      nullptr, nullptr, &starved, 0};
     EXPECT_EQ(softnode_fault_sweep_watched(&scenario, Starved::watch), nullptr) << "after two runs";
