@@ -102,11 +102,11 @@ public:
     uint32_t run()
     {
         here_.emplace();
-        for (const invocation &line : all_asked(old_node))
+        for (const invocation &line : old_lines_)
             if (here_->perform(line).status != exit_done)
                 return 1; // the fault struck before the change
         before_ = bare(*current_snapshot(), true);
-        done_ = apply(all_asked(new_node), false, *here_);
+        done_ = apply(new_lines_, false, *here_);
         after_ = bare(*current_snapshot(), true);
         return 0;
     }
@@ -136,6 +136,8 @@ private:
         return left.empty() ? "old" : "reported";
     }
 
+    const std::vector<invocation> old_lines_ = all_asked(old_node);
+    const std::vector<invocation> new_lines_ = all_asked(new_node);
     std::optional<script_session> here_;
     std::multiset<std::string> before_;
     std::multiset<std::string> after_;
