@@ -106,13 +106,12 @@ template <auto Function> result queue_text(const invocation &asked, session &ses
 // Handles may have names of another node (--as); 0 is passed where none is given.
 result burst_record(const invocation &asked, session &session)
 {
-    const auto handle = [&](const char *name) {
-        return asked.given.has(name) ? session.handle_called(asked.given.get<uint64_t>(name)) : 0;
+    const auto given = [&](const char *name) {
+        return parameter::handle{asked.given.has(name) ? session.handle_called(asked.given.get<uint64_t>(name)) : 0};
     };
     ebcom_queue_stats stats{};
-    result done =
-        session.call(asked, kel_ic_ebcom_set_burst_stats, parameter::pointer{"queue_handle", handle("--queue")},
-                     parameter::pointer{"scheduler_handle", handle("--scheduler")}, parameter::output(stats));
+    result done = session.call(asked, kel_ic_ebcom_set_burst_stats, given("--queue"), given("--scheduler"),
+                               parameter::output(stats));
     done.shown = {{"max_burst_size", stats.max_burst_size}, {"current_burst_size", stats.current_burst_size}};
     return done;
 }

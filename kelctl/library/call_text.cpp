@@ -41,11 +41,6 @@ std::string argument_text(std::string_view name, int64_t number)
     return fmt::format("{}={}", name, number);
 }
 
-std::string handle_text(std::string_view name, uint64_t handle)
-{
-    return fmt::format("{}=0x{:x}", name, handle);
-}
-
 std::string argument_text(std::string_view name, const mac_address &mac)
 {
     return fmt::format("{}={}", name, to_text(mac));

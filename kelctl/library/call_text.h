@@ -15,7 +15,6 @@ namespace kelctl
 {
 
 std::string argument_text(std::string_view name, int64_t number);
-std::string handle_text(std::string_view name, uint64_t handle); // hexadecimal
 std::string argument_text(std::string_view name, const mac_address &mac);
 std::string argument_text(std::string_view name, const std::array<uint8_t, 2> &numbers);
 std::string argument_text(std::string_view name,

@@ -19,10 +19,9 @@ TEST(CallText, AddressesAreInTheirUsualForm)
     EXPECT_EQ(argument_text("dst_mac", board), "dst_mac=02:00:00:02:00:2a");
 }
 
-TEST(CallText, HandlesAreInHexadecimal)
+TEST(CallText, HandlesHaveNoText)
 {
-    EXPECT_EQ(text_of_call("f", parameter::value("number", 7), parameter::pointer{"queue_handle", 0x5d}),
-              "f(number=7, queue_handle=0x5d)");
+    EXPECT_EQ(text_of_call("f", parameter::value("number", 7), parameter::handle{0x5d}), "f(number=7)");
 }
 
 TEST(CallText, ParametersAreToldByTheirMembers)
