@@ -43,7 +43,7 @@ std::string settings_of(const node_object &one, const node_object &other)
 
 std::string shaping_text(const node_object &one, const node_object &other)
 {
-    const std::string settings = settings_of(one, other);
+    std::string settings = settings_of(one, other);
     if (one.asked.given.has("--rate"))
         return settings;
     return settings.empty() ? "unshaped" : "unshaped, " + settings;

@@ -51,7 +51,7 @@ std::optional<sweep_report> sweep_in_sight(const command_table &table, const std
 {
     const interruption_watch watch;
     std::optional<progress> shown;
-    const auto report = sweep(table, lines, time_limit, [&](size_t done, size_t planned) {
+    auto report = sweep(table, lines, time_limit, [&](size_t done, size_t planned) {
         if (!shown)
             shown.emplace("sweeping", planned, stderr, seen);
         else

@@ -184,10 +184,10 @@ using number_writer = std::string (*)(int64_t);
 
 // A kind whose values `read(text, range)` reads: in the range `allowed`, or with --raw in the range `raw`.
 template <typename Reader>
-argument_kind ranged(std::string placeholder, Reader read, const range &allowed, const range &raw,
+argument_kind ranged(const std::string &placeholder, Reader read, const range &allowed, const range &raw,
                      number_writer write = nullptr)
 {
-    return {.placeholder = std::move(placeholder),
+    return {.placeholder = placeholder,
             .allowed = std::string(allowed.text),
             .read = [=](std::string_view text) -> argument_value { return read(text, allowed); },
             .write = write,
@@ -408,7 +408,7 @@ argument_kind format()
             }};
 }
 
-argument_kind choice(std::vector<std::string> words)
+argument_kind choice(const std::vector<std::string> &words)
 {
     const std::string allowed = joined(words, ", ");
     return {.placeholder = "WORD",

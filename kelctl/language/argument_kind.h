@@ -85,7 +85,7 @@ argument_kind queue_handle();                              // hexadecimal; uint6
 argument_kind scheduler_handle();
 argument_kind handle_name(); // a handle of another node, which is offered to nobody
 argument_kind format();      // text, csv, json or the formatting library's number
-argument_kind choice(std::vector<std::string> words);
+argument_kind choice(const std::vector<std::string> &words);
 argument_kind file();          // that the command reads
 argument_kind new_file();      // that it writes
 argument_kind text();          // with --raw any octets, as \xHH

@@ -4,6 +4,7 @@
 
 #include "kel/kel_node_names.h"
 #include "kelctl/values/quantity_messages.h"
+#include "kelctl/views/counter_tables.h"
 
 #include <algorithm>
 #include <array>
@@ -123,12 +124,6 @@ fields queue_name(const fields &queue)
     return name.is_null() ? fields("no path") : name;
 }
 
-// One decimal of a microsecond.
-double microseconds(const fields &nanoseconds)
-{
-    return static_cast<double>(nanoseconds.number<uint64_t>() / 100) / 10;
-}
-
 fields counts_row(const fields &queue)
 {
     const fields &dropped = queue.at("dropped");
@@ -145,11 +140,9 @@ fields counts_row(const fields &queue)
 
 fields delays_row(const fields &queue)
 {
-    const fields &delay = queue.at("delay");
-    return {{"queue", queue_name(queue)},
-            {"median delay, us", microseconds(delay.at("median"))},
-            {"99 % within, us", microseconds(delay.at("p99"))},
-            {"largest delay, us", microseconds(delay.at("largest"))}};
+    fields row = {{"queue", queue_name(queue)}};
+    add_delays(row, queue.at("delay"));
+    return row;
 }
 
 } // namespace

@@ -4,9 +4,12 @@
 
 #include "kelctl/values/quantity_messages.h"
 
+#include <fmt/core.h>
+
 #include <algorithm>
 #include <span>
 #include <string_view>
+#include <utility>
 
 namespace kelctl
 {
@@ -79,20 +82,21 @@ void add_queues(fields &shown, const fields &queues, std::span<const column> col
 // One decimal of a microsecond.
 double microseconds(const fields &nanoseconds)
 {
-    return static_cast<double>(nanoseconds.number<uint64_t>() / 100) / 10;
+    const uint64_t tenths = nanoseconds.number<uint64_t>() / 100;
+    return static_cast<double>(tenths) / 10;
 }
 
 // Only queues that frames have entered.
-void add_delays(fields &shown, const fields &queues)
+void add_delay_table(fields &shown, const fields &queues)
 {
     for (const fields &queue : queues)
-        if (queue.at("deepest_frames").number<uint64_t>() != 0 || queue.at("frames").number<uint64_t>() != 0)
-            shown["delays"].push_back({{"queue", queue.at("name")},
-                                       {"median delay, us", microseconds(queue.at("median"))},
-                                       {"99 % within, us", microseconds(queue.at("p99"))},
-                                       {"largest delay, us", microseconds(queue.at("largest"))},
-                                       {"most frames waiting", queue.at("deepest_frames")},
-                                       {"most octets waiting", queue.at("deepest_octets")}});
+        if (queue.at("deepest_frames").number<uint64_t>() != 0 || queue.at("frames").number<uint64_t>() != 0) {
+            fields row = {{"queue", queue.at("name")}};
+            add_delays(row, queue);
+            row["most frames waiting"] = queue.at("deepest_frames");
+            row["most octets waiting"] = queue.at("deepest_octets");
+            shown["delays"].push_back(std::move(row));
+        }
 }
 
 // Nanoseconds without what is less than a millisecond, which says nothing of a time that a clock has measured.
@@ -109,11 +113,18 @@ fields pcep_row(const fields &pcep)
     fields row = {{"PCEP", pcep.at("id")}};
     for (const auto &[title, block] : pcep.at("counters").members())
         for (const auto &[name, value] : block.members())
-            row[row.find(name) ? title + " " + name : name] = value;
+            row[row.find(name) ? fmt::format("{} {}", title, name) : name] = value;
     return row;
 }
 
 } // namespace
+
+void add_delays(fields &row, const fields &delays)
+{
+    row["median delay, us"] = microseconds(delays.at("median"));
+    row["99 % within, us"] = microseconds(delays.at("p99"));
+    row["largest delay, us"] = microseconds(delays.at("largest"));
+}
 
 // Blocks of the service go through under the platform's titles; queues get columns that are the same everywhere.
 fields statistics_tables(const fields &read)
@@ -125,7 +136,7 @@ fields statistics_tables(const fields &read)
     for (const auto &[title, block] : ebcom.members())
         shown[title] = block;
     add_queues(shown, read.at("queues"), queue_counters, "counters");
-    add_delays(shown, read.at("delays"));
+    add_delay_table(shown, read.at("delays"));
     for (const fields &pcep : read.at("pceps"))
         shown["pceps"].push_back(pcep_row(pcep));
     return shown;
@@ -138,7 +149,7 @@ fields rates_tables(const fields &rates)
     fields shown = {{is_virtual ? "virtual time" : "time",
                      quantity_text(is_virtual ? nanoseconds : in_milliseconds(nanoseconds), duration_units)}};
     add_queues(shown, rates.at("queues"), queue_rates, "sent");
-    add_delays(shown, rates.at("delays"));
+    add_delay_table(shown, rates.at("delays"));
     if (rates.at("delays").empty() && !rates.at("queues").empty())
         shown["delays"] = "not known on this platform";
     add_table(shown, "pceps", rates.at("pceps"), pcep_rates);

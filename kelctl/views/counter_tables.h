@@ -13,4 +13,7 @@ fields statistics_tables(const fields &read);
 // For the result of rates_between() (node/rates.h): one step of the live view.
 fields rates_tables(const fields &rates);
 
+// Adds the columns of a queue's delays to a row: of "median", "p99" and "largest" in `delays`, in nanoseconds.
+void add_delays(fields &row, const fields &delays);
+
 } // namespace kelctl

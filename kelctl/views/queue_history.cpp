@@ -79,6 +79,7 @@ std::vector<plotted_queue> queue_history::steps() const
             queues[port].steps.push_back(step);
         }
     std::vector<plotted_queue> plotted;
+    plotted.reserve(queues.size());
     for (auto &[port, queue] : queues)
         plotted.push_back(std::move(queue));
     return plotted;

@@ -78,9 +78,8 @@ Refusal TextTable::add(std::span<const TableLine> lines)
     if (!grown)
         return Refusal::invalid;
     const bool whole = grown->size() < length_;
-    if (!whole)
-        *grown = cut(*std::move(grown), length_, layout_);
-    std::memcpy(buffer_, grown->c_str(), grown->size() + 1);
+    const std::string written = whole ? *std::move(grown) : cut(*std::move(grown), length_, layout_);
+    std::memcpy(buffer_, written.c_str(), written.size() + 1);
     return whole ? Refusal::granted : Refusal::full;
 }
 

@@ -155,8 +155,10 @@ Json fault_of(const MaybeFault &fault)
 /* A note that is an object is a part of the report, not a string with a document of its own. */
 Json read_note(const Json &sent)
 {
-    auto object = sent.is_null() ? std::nullopt : notation::try_read_json(sent.text());
-    return object && object->is_object() ? std::move(*object) : sent;
+    if (!sent.is_null())
+        if (auto object = notation::try_read_json(sent.text()); object && object->is_object())
+            return *std::move(object);
+    return sent;
 }
 
 /* A run that did not return has left nothing that could be looked at. */
