@@ -23,11 +23,11 @@ endfunction()
 
 # join_apart(TARGET FILE...): files with a name in an unnamed namespace that another file of their room has, too. They are
 # compiled as one file of their own.
-function(join_apart target first)
+function(join_apart target)
+    list(GET ARGN 0 first)
     cmake_path(GET first STEM name)
-    list(TRANSFORM ARGV PREPEND ${PROJECT_SOURCE_DIR}/)
-    list(POP_FRONT ARGV)
-    set_source_files_properties(${ARGV} TARGET_DIRECTORY ${target} PROPERTIES UNITY_GROUP apart-${name})
+    list(TRANSFORM ARGN PREPEND ${PROJECT_SOURCE_DIR}/)
+    set_source_files_properties(${ARGN} TARGET_DIRECTORY ${target} PROPERTIES UNITY_GROUP apart-${name})
 endfunction()
 
 foreach(target kel-socket softnode-engine kel-softnode kelctl-core kel-trace-core kel-exporter-core)
