@@ -606,8 +606,11 @@ public:
     // Returns when so many octets wait to be read.
     void wait_for(int octets) const
     {
-        for (int waiting = 0; waiting < octets; std::this_thread::yield())
+        for (int waiting = 0; waiting < octets; std::this_thread::yield()) {
+            char first;
+            ASSERT_NE(recv(socket_.number(), &first, 1, MSG_PEEK | MSG_DONTWAIT), 0) << "the node is gone";
             ASSERT_EQ(ioctl(socket_.number(), FIONREAD, &waiting), 0);
+        }
     }
 
     // All that it hears until the node disconnects it.
