@@ -43,9 +43,8 @@ void prepare(const std::string &file)
 // shows it as well, need not be mounted.
 fs::path preloaded_library()
 {
-    const fs::path library =
-        fs::canonical(reinterpret_cast<const char *>(getauxval(AT_EXECFN))).parent_path().parent_path() /
-        KEL_RECORD_LIBRARY;
+    fs::path library = fs::canonical(reinterpret_cast<const char *>(getauxval(AT_EXECFN))).parent_path().parent_path() /
+                       KEL_RECORD_LIBRARY;
     if (!fs::exists(library))
         throw std::runtime_error(fmt::format("{} is missing", library.string()));
     return library;
@@ -74,6 +73,7 @@ int run(const request &asked)
 
     std::vector<std::string> words = asked.program;
     std::vector<char *> arguments;
+    arguments.reserve(words.size() + 1);
     for (std::string &word : words)
         arguments.push_back(word.data());
     arguments.push_back(nullptr);

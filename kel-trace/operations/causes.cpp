@@ -60,6 +60,7 @@ std::string key_of(std::string_view operation, const complaint &why)
 template <typename Kept> std::vector<const Kept *> by_last(const std::map<std::string, Kept> &all)
 {
     std::vector<const Kept *> sorted;
+    sorted.reserve(all.size());
     for (const auto &[key, one] : all)
         sorted.push_back(&one);
     std::ranges::stable_sort(sorted, {}, &Kept::last);

@@ -32,7 +32,7 @@ inline std::string taken_reason()
     const bt_error *error = bt_current_thread_take_error();
     if (!error)
         return "it cannot be read";
-    const std::string reason = bt_error_cause_get_message(bt_error_borrow_cause_by_index(error, 0));
+    std::string reason = bt_error_cause_get_message(bt_error_borrow_cause_by_index(error, 0));
     bt_error_release(error);
     return reason;
 }
