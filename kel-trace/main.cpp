@@ -11,9 +11,9 @@
 #include "kel-trace/views/flame_chart.h"
 #include "kel-trace/views/preface.h"
 #include "kel-trace/views/report_view.h"
-#include "kelctl/terminal/terminal.h"
-#include "kelctl/terminal/text.h"
 #include "notation/json.h"
+#include "terminal/terminal.h"
+#include "terminal/text.h"
 
 #include <fmt/core.h>
 

@@ -10,11 +10,11 @@
 #include "kelctl/remote/messages.h"
 #include "kelctl/remote/node_names.h"
 #include "kelctl/remote/remote_node.h"
-#include "kelctl/session/fields_view.h"
-#include "kelctl/session/result_view.h"
+#include "kelctl/results/fields_view.h"
+#include "kelctl/results/result_view.h"
 #include "kelctl/session/session.h"
-#include "kelctl/terminal/terminal.h"
 #include "kelctl/values/exit_status.h"
+#include "terminal/terminal.h"
 
 #include <fmt/core.h>
 

@@ -1,8 +1,8 @@
 // One walk over the words for parsing, and a lenient one for completion.
 #include "options/program.h"
 
-#include "kelctl/terminal/terminal.h"
-#include "kelctl/terminal/text.h"
+#include "terminal/terminal.h"
+#include "terminal/text.h"
 
 #include <fmt/core.h>
 

@@ -1,7 +1,7 @@
 // Numeric addresses only: which address a name means is decided elsewhere, and may be another machine's address.
 #include "kel-exporter/serving/listener.h"
 
-#include "kelctl/terminal/text.h"
+#include "terminal/text.h"
 
 #include <fmt/core.h>
 

@@ -2,7 +2,7 @@
 // options/program.h. Times are read later, when the recording's first day is known.
 #include "kel-trace/language/request.h"
 
-#include "kelctl/terminal/text.h"
+#include "terminal/text.h"
 
 #include <fmt/core.h>
 

@@ -5,7 +5,7 @@
 #include "kel-trace/operations/parameters.h"
 #include "kel-trace/reading/instant.h"
 #include "kel-trace/views/preface.h"
-#include "kelctl/terminal/text.h"
+#include "terminal/text.h"
 #include "text/refusal.h"
 
 #include <fmt/core.h>

@@ -3,8 +3,8 @@
 
 #include "kel-trace/operations/causes.h"
 #include "kel-trace/reading/recording.h"
-#include "kelctl/terminal/terminal.h"
 #include "notation/document.h"
+#include "terminal/terminal.h"
 
 #include <optional>
 #include <string>

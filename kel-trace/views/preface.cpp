@@ -2,7 +2,7 @@
 #include "kel-trace/views/preface.h"
 
 #include "kel-trace/reading/instant.h"
-#include "kelctl/terminal/text.h"
+#include "terminal/text.h"
 
 #include <fmt/core.h>
 

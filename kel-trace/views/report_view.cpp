@@ -3,7 +3,7 @@
 
 #include "kel-trace/reading/instant.h"
 #include "kel-trace/views/preface.h"
-#include "kelctl/terminal/text.h"
+#include "terminal/text.h"
 
 #include <fmt/core.h>
 

@@ -3,8 +3,8 @@
 
 #include "kel-trace/operations/statistics.h"
 #include "kel-trace/reading/recording.h"
-#include "kelctl/terminal/terminal.h"
 #include "notation/document.h"
+#include "terminal/terminal.h"
 
 #include <string>
 

@@ -1,7 +1,7 @@
 // Running a program as a child process, and what may become of it.
 #include "kelctl/accelerator/drawing_program.h"
 
-#include "kelctl/terminal/text.h"
+#include "terminal/text.h"
 
 #include <fmt/core.h>
 

@@ -10,7 +10,7 @@
 #include "kelctl/input/interruption.h"
 #include "kelctl/language/command_text.h"
 #include "kelctl/node/load_node_file.h"
-#include "kelctl/terminal/text.h"
+#include "terminal/text.h"
 
 #include <fmt/core.h>
 

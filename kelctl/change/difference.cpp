@@ -2,8 +2,8 @@
 #include "kelctl/change/difference.h"
 
 #include "kelctl/language/command_text.h"
-#include "kelctl/terminal/text.h"
 #include "kelctl/values/ic_port.h"
+#include "terminal/text.h"
 
 #include <fmt/core.h>
 

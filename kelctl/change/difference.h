@@ -6,8 +6,8 @@
 #pragma once
 
 #include "kelctl/change/node_model.h"
-#include "kelctl/session/fields_view.h"
-#include "kelctl/session/result.h"
+#include "kelctl/results/fields_view.h"
+#include "kelctl/results/result.h"
 
 #include <string>
 #include <string_view>

@@ -3,10 +3,10 @@
 #include "kelctl/change/discrepancies.h"
 
 #include "kelctl/node/read_back.h"
-#include "kelctl/terminal/text.h"
 #include "kelctl/values/ic_port.h"
 #include "kelctl/values/mp_id.h"
 #include "kelctl/values/quantity_messages.h"
+#include "terminal/text.h"
 
 #include <fmt/core.h>
 

@@ -1,7 +1,7 @@
 // What exists, written so that it can be made again.
 #pragma once
 
-#include "kelctl/session/result.h"
+#include "kelctl/results/result.h"
 #include "kelctl/session/session.h"
 
 #include <string>

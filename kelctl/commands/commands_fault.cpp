@@ -3,9 +3,9 @@
 #include "kelctl/accelerator/software_accelerator.h"
 #include "kelctl/commands/commands.h"
 #include "kelctl/node/load_node_file.h"
-#include "kelctl/session/result.h"
-#include "kelctl/terminal/text.h"
+#include "kelctl/results/result.h"
 #include "kelctl/values/file_text.h"
+#include "terminal/text.h"
 
 #include <utility>
 

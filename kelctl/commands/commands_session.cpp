@@ -4,9 +4,9 @@
 #include "kelctl/jobs/shell.h"
 #include "kelctl/language/help.h"
 #include "kelctl/session/session.h"
-#include "kelctl/terminal/terminal.h"
-#include "kelctl/terminal/text.h"
 #include "kelctl/values/limits.h"
+#include "terminal/terminal.h"
+#include "terminal/text.h"
 
 #include <fmt/core.h>
 

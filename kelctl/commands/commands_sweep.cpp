@@ -4,8 +4,8 @@
 #include "kelctl/jobs/script.h"
 #include "kelctl/session/session.h"
 #include "kelctl/sweep/sweep_view.h"
-#include "kelctl/terminal/progress.h"
-#include "kelctl/terminal/text.h"
+#include "terminal/progress.h"
+#include "terminal/text.h"
 
 #include <fmt/core.h>
 

@@ -3,7 +3,7 @@
 #include "kel/kel_node_names.h"
 #include "kelctl/accelerator/software_accelerator.h"
 #include "kelctl/commands/commands.h"
-#include "kelctl/session/result.h"
+#include "kelctl/results/result.h"
 #include "kelctl/values/ic_port.h"
 #include "kelctl/values/limits.h"
 #include "platform/kei_util.h"

@@ -3,10 +3,10 @@
 #include "kelctl/commands/commands.h"
 #include "kelctl/input/interruption.h"
 #include "kelctl/session/session.h"
-#include "kelctl/terminal/progress.h"
-#include "kelctl/terminal/terminal.h"
 #include "kelctl/values/limits.h"
 #include "kelctl/values/quantity_messages.h"
+#include "terminal/progress.h"
+#include "terminal/terminal.h"
 
 #include <fmt/core.h>
 

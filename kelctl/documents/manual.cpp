@@ -2,9 +2,9 @@
 // same; only what belongs to no command is written here.
 #include "kelctl/documents/manual.h"
 
-#include "kelctl/documents/roff.h"
 #include "kelctl/language/help.h"
-#include "kelctl/terminal/text.h"
+#include "options/documents/roff.h"
+#include "terminal/text.h"
 
 #include <fmt/core.h>
 

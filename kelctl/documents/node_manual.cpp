@@ -2,9 +2,9 @@
 // commands.
 #include "kelctl/documents/node_manual.h"
 
-#include "kelctl/documents/roff.h"
 #include "kelctl/language/help.h"
 #include "kelctl/nodefile/node_keys.h"
+#include "options/documents/roff.h"
 
 #include <fmt/core.h>
 

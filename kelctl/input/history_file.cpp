@@ -1,8 +1,8 @@
 // Finding, creating and keeping the file.
 #include "kelctl/input/history_file.h"
 
-#include "kelctl/terminal/terminal.h"
-#include "kelctl/terminal/text.h"
+#include "terminal/terminal.h"
+#include "terminal/text.h"
 
 #include <fmt/core.h>
 

@@ -1,7 +1,7 @@
 // The signal handler and all that it touches: lock-free flags, and an eventfd that wakes a poll() that waits.
 #include "kelctl/input/interruption.h"
 
-#include "kelctl/terminal/terminal.h"
+#include "terminal/terminal.h"
 
 #include <array>
 #include <atomic>

@@ -2,7 +2,7 @@
 #include "kelctl/input/line_editor.h"
 
 #include "kelctl/input/interruption.h"
-#include "kelctl/terminal/terminal.h"
+#include "terminal/terminal.h"
 
 #include <fmt/core.h>
 

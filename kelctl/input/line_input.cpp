@@ -2,7 +2,7 @@
 #include "kelctl/input/line_input.h"
 
 #include "kelctl/input/interruption.h"
-#include "kelctl/terminal/text.h"
+#include "terminal/text.h"
 
 #include <algorithm>
 #include <array>

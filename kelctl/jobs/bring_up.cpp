@@ -8,12 +8,12 @@
 #include "kelctl/library/trace_log.h"
 #include "kelctl/node/load_node_file.h"
 #include "kelctl/node/read_back.h"
-#include "kelctl/session/failure_report.h"
-#include "kelctl/session/result_document.h"
-#include "kelctl/terminal/progress.h"
-#include "kelctl/terminal/terminal.h"
-#include "kelctl/terminal/text.h"
+#include "kelctl/results/failure_report.h"
+#include "kelctl/results/result_document.h"
 #include "kelctl/views/leftover.h"
+#include "terminal/progress.h"
+#include "terminal/terminal.h"
+#include "terminal/text.h"
 
 #include <fmt/core.h>
 

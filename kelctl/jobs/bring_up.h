@@ -10,7 +10,7 @@
 // is shown at once and kept for the result.
 #pragma once
 
-#include "kelctl/session/result.h"
+#include "kelctl/results/result.h"
 #include "kelctl/session/session.h"
 
 #include <cstdint>

@@ -4,10 +4,10 @@
 
 #include "kelctl/input/interruption.h"
 #include "kelctl/remote/node_names.h"
-#include "kelctl/session/failure_report.h"
-#include "kelctl/session/result_document.h"
-#include "kelctl/session/result_view.h"
-#include "kelctl/terminal/text.h"
+#include "kelctl/results/failure_report.h"
+#include "kelctl/results/result_document.h"
+#include "kelctl/results/result_view.h"
+#include "terminal/text.h"
 
 #include <fmt/core.h>
 

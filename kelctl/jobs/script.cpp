@@ -4,8 +4,8 @@
 #include "kelctl/input/interruption.h"
 #include "kelctl/language/command_line.h"
 #include "kelctl/session/session.h"
-#include "kelctl/terminal/text.h"
 #include "kelctl/values/file_text.h"
+#include "terminal/text.h"
 
 #include <fmt/core.h>
 

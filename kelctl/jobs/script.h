@@ -5,7 +5,7 @@
 
 #include "kelctl/language/command.h"
 #include "kelctl/node/load_node_file.h"
-#include "kelctl/session/result.h"
+#include "kelctl/results/result.h"
 #include "kelctl/values/problem.h"
 
 #include <cstdint>

@@ -12,9 +12,9 @@
 #include "kelctl/node/known_on_node.h"
 #include "kelctl/node/load_node_file.h"
 #include "kelctl/remote/messages.h"
-#include "kelctl/session/result_view.h"
-#include "kelctl/terminal/terminal.h"
-#include "kelctl/terminal/text.h"
+#include "kelctl/results/result_view.h"
+#include "terminal/terminal.h"
+#include "terminal/text.h"
 
 #include <fmt/core.h>
 

@@ -1,7 +1,7 @@
 // `kelctl shell`: commands as they are typed, or as they come through a pipe.
 #pragma once
 
-#include "kelctl/session/result.h"
+#include "kelctl/results/result.h"
 #include "kelctl/session/session.h"
 
 namespace kelctl

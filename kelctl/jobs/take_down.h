@@ -6,7 +6,7 @@
 //             report(one.command(), one.failures);
 #pragma once
 
-#include "kelctl/session/result.h"
+#include "kelctl/results/result.h"
 #include "kelctl/session/session.h"
 
 #include <string>

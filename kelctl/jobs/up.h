@@ -2,7 +2,7 @@
 // bring_up.h, the live view is watch.h.
 #pragma once
 
-#include "kelctl/session/result.h"
+#include "kelctl/results/result.h"
 #include "kelctl/session/session.h"
 
 namespace kelctl

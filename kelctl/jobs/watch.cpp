@@ -8,11 +8,11 @@
 #include "kelctl/node/read_back.h"
 #include "kelctl/remote/messages.h"
 #include "kelctl/remote/result_message.h"
-#include "kelctl/session/fields_view.h"
-#include "kelctl/terminal/redrawn_block.h"
-#include "kelctl/terminal/terminal.h"
+#include "kelctl/results/fields_view.h"
 #include "kelctl/views/counter_tables.h"
 #include "kelctl/views/queue_history.h"
+#include "terminal/redrawn_block.h"
+#include "terminal/terminal.h"
 
 #include <algorithm>
 #include <chrono>

@@ -3,10 +3,10 @@
 #include "kelctl/language/argument_kind.h"
 
 #include "kel/kel_node_names.h"
-#include "kelctl/terminal/text.h"
 #include "kelctl/values/ic_port.h"
 #include "kelctl/values/limits.h"
 #include "kelctl/values/quantity_messages.h"
+#include "terminal/text.h"
 
 #include <fmt/core.h>
 

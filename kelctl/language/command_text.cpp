@@ -2,7 +2,7 @@
 // compare the two.
 #include "kelctl/language/command_text.h"
 
-#include "kelctl/terminal/text.h"
+#include "terminal/text.h"
 
 #include <fmt/core.h>
 

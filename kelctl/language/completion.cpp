@@ -3,7 +3,7 @@
 #include "kelctl/language/completion.h"
 
 #include "kelctl/language/command_line.h"
-#include "kelctl/terminal/text.h"
+#include "terminal/text.h"
 
 #include <fmt/core.h>
 

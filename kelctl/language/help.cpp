@@ -4,8 +4,8 @@
 
 #include "kelctl/language/command_line.h"
 #include "kelctl/language/command_text.h"
-#include "kelctl/terminal/text.h"
 #include "kelctl/values/quantity_messages.h"
+#include "terminal/text.h"
 
 #include <fmt/core.h>
 

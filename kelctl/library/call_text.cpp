@@ -1,10 +1,10 @@
 // The text for each type. Rates and sizes get their units here: the library's records are in kbit/s, octets and blocks.
 #include "kelctl/library/call_text.h"
 
-#include "kelctl/terminal/text.h"
 #include "kelctl/values/ic_port.h"
 #include "kelctl/values/limits.h"
 #include "kelctl/values/quantity_messages.h"
+#include "terminal/text.h"
 
 #include <fmt/core.h>
 

@@ -3,7 +3,7 @@
 //
 //     refused by the driver kit: ork_qos_scheduler_create, code -7 (0xfffffff9): internal error
 //
-// The report around it is session/failure_report.h.
+// The report around it is results/failure_report.h.
 #pragma once
 
 #include "kelctl/library/library_call.h"

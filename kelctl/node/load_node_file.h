@@ -7,7 +7,7 @@
 #pragma once
 
 #include "kelctl/language/command.h"
-#include "kelctl/session/result.h"
+#include "kelctl/results/result.h"
 #include "kelctl/values/problem.h"
 
 #include <cstdint>

@@ -5,7 +5,7 @@
 #pragma once
 
 #include "kelctl/node/sample.h"
-#include "kelctl/session/result.h"
+#include "kelctl/results/result.h"
 
 #include <cstdint>
 #include <string>

@@ -4,7 +4,7 @@
 
 #include "kelctl/node/port_knowledge.h"
 #include "kelctl/node/statistics.h"
-#include "kelctl/session/result.h"
+#include "kelctl/results/result.h"
 #include "kelctl/session/session.h"
 
 #include <cstdint>

@@ -1,7 +1,7 @@
 // Everything that is counted of a node and drawn of it, in one document for those that watch it from outside.
 #pragma once
 
-#include "kelctl/session/result.h"
+#include "kelctl/results/result.h"
 #include "kelctl/session/session.h"
 
 namespace kelctl

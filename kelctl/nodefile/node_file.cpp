@@ -6,8 +6,8 @@
 #include "kelctl/nodefile/node_file.h"
 
 #include "kelctl/nodefile/toml.h"
-#include "kelctl/terminal/text.h"
 #include "kelctl/values/file_text.h"
+#include "terminal/text.h"
 
 #include <fmt/core.h>
 

@@ -3,8 +3,8 @@
 
 #include "kelctl/language/command_text.h"
 #include "kelctl/nodefile/node_keys.h"
-#include "kelctl/terminal/text.h"
 #include "kelctl/values/whole_number.h"
+#include "terminal/text.h"
 
 #include <fmt/core.h>
 

@@ -1,7 +1,7 @@
 // Looking into the folders of the sockets.
 #include "kelctl/remote/node_names.h"
 
-#include "kelctl/terminal/text.h"
+#include "terminal/text.h"
 
 #include <fmt/core.h>
 

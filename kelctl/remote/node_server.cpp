@@ -10,9 +10,9 @@
 #include "kelctl/remote/node_names.h"
 #include "kelctl/remote/octets.h"
 #include "kelctl/remote/result_message.h"
-#include "kelctl/terminal/text.h"
 #include "kelctl/values/file_text.h"
 #include "notation/json.h"
+#include "terminal/text.h"
 
 #include <fmt/core.h>
 

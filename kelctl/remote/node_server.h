@@ -7,7 +7,7 @@
 #pragma once
 
 #include "kelctl/node/statistics.h"
-#include "kelctl/session/result.h"
+#include "kelctl/results/result.h"
 #include "kelctl/session/session.h"
 #include "socket/server.h"
 

@@ -5,10 +5,10 @@
 #include "kelctl/language/command_text.h"
 #include "kelctl/remote/messages.h"
 #include "kelctl/remote/node_names.h"
-#include "kelctl/terminal/text.h"
 #include "kelctl/values/file_text.h"
 #include "notation/json.h"
 #include "socket/socket_error.h"
+#include "terminal/text.h"
 
 #include <fmt/core.h>
 

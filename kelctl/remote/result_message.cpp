@@ -3,7 +3,7 @@
 #include "kelctl/remote/result_message.h"
 
 #include "kelctl/remote/octets.h"
-#include "kelctl/session/result_document.h"
+#include "kelctl/results/result_document.h"
 
 #include <algorithm>
 #include <string_view>

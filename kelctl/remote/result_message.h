@@ -2,7 +2,7 @@
 // what a result holds, the other process holds as well, so it shows the same text, the same JSON and the same status.
 #pragma once
 
-#include "kelctl/session/result.h"
+#include "kelctl/results/result.h"
 
 namespace kelctl
 {

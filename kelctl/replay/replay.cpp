@@ -8,7 +8,7 @@
 #include "kelctl/node/read_back.h"
 #include "kelctl/replay/replay_steps.h"
 #include "kelctl/replay/replay_summary.h"
-#include "kelctl/session/fields_view.h"
+#include "kelctl/results/fields_view.h"
 #include "kelctl/values/file_text.h"
 #include "kelctl/values/quantity_messages.h"
 #include "kelctl/views/queue_plot.h"

@@ -1,7 +1,7 @@
 // `kelctl traffic replay`: a node brought up from its file, a capture sent through it, what left it captured again.
 #pragma once
 
-#include "kelctl/session/result.h"
+#include "kelctl/results/result.h"
 #include "kelctl/session/session.h"
 
 namespace kelctl

@@ -3,7 +3,7 @@
 
 #include "kelctl/node/port_knowledge.h"
 #include "kelctl/replay/replayed_frames.h"
-#include "kelctl/session/result.h"
+#include "kelctl/results/result.h"
 
 namespace kelctl
 {

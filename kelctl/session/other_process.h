@@ -8,8 +8,8 @@
 
 #include "kelctl/language/command.h"
 #include "kelctl/library/trace_entry.h"
-#include "kelctl/session/fields_view.h"
-#include "kelctl/session/result.h"
+#include "kelctl/results/fields_view.h"
+#include "kelctl/results/result.h"
 
 #include <vector>
 

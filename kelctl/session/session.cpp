@@ -5,12 +5,12 @@
 #include "kelctl/accelerator/software_accelerator.h"
 #include "kelctl/language/help.h"
 #include "kelctl/library/trace_log.h"
-#include "kelctl/session/result_document.h"
-#include "kelctl/session/result_view.h"
-#include "kelctl/terminal/terminal.h"
+#include "kelctl/results/result_document.h"
+#include "kelctl/results/result_view.h"
 #include "kelctl/values/mp_id.h"
 #include "notation/json.h"
 #include "platform/kei_util.h"
+#include "terminal/terminal.h"
 
 #include <fmt/core.h>
 

@@ -11,10 +11,10 @@
 #include "kelctl/language/command.h"
 #include "kelctl/language/known_words.h"
 #include "kelctl/library/library_call.h"
+#include "kelctl/results/fields_view.h"
+#include "kelctl/results/result.h"
 #include "kelctl/session/added_paths.h"
-#include "kelctl/session/fields_view.h"
 #include "kelctl/session/other_process.h"
-#include "kelctl/session/result.h"
 #include "kelctl/session/undo.h"
 
 #include <chrono>

@@ -8,7 +8,7 @@
 
 #include "kelctl/accelerator/software_accelerator.h"
 #include "kelctl/jobs/script.h"
-#include "kelctl/session/result.h"
+#include "kelctl/results/result.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,7 +1,7 @@
 // A sweep's report as a table and as JSON. The table has one row for all runs of one call with the same outcome.
 #include "kelctl/sweep/sweep_view.h"
 
-#include "kelctl/terminal/text.h"
+#include "terminal/text.h"
 
 #include <fmt/core.h>
 

@@ -1,8 +1,8 @@
 // A sweep's report, for people and for programs.
 #pragma once
 
-#include "kelctl/session/fields_view.h"
-#include "kelctl/session/result.h"
+#include "kelctl/results/fields_view.h"
+#include "kelctl/results/result.h"
 #include "kelctl/sweep/sweep.h"
 
 #include <string>

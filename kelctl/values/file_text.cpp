@@ -2,8 +2,8 @@
 // sent) is decided here alone.
 #include "kelctl/values/file_text.h"
 
-#include "kelctl/terminal/text.h"
 #include "kelctl/values/quantity_messages.h"
+#include "terminal/text.h"
 
 #include <fmt/core.h>
 

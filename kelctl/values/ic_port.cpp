@@ -2,8 +2,8 @@
 #include "kelctl/values/ic_port.h"
 
 #include "kel/kel_node_names.h"
-#include "kelctl/terminal/text.h"
 #include "kelctl/values/whole_number.h"
+#include "terminal/text.h"
 
 #include <fmt/core.h>
 

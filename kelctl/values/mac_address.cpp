@@ -1,7 +1,7 @@
 // Reading, writing, counting and locating addresses.
 #include "kelctl/values/mac_address.h"
 
-#include "kelctl/terminal/text.h"
+#include "terminal/text.h"
 #include "text/mac.h"
 
 #include <fmt/core.h>

@@ -1,9 +1,9 @@
 // Reading and setting MPID.
 #include "kelctl/values/mp_id.h"
 
-#include "kelctl/terminal/text.h"
 #include "kelctl/values/limits.h"
 #include "kelctl/values/whole_number.h"
+#include "terminal/text.h"
 
 #include <fmt/core.h>
 

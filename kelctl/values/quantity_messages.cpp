@@ -1,7 +1,7 @@
 // Messages about numbers with units.
 #include "kelctl/values/quantity_messages.h"
 
-#include "kelctl/terminal/text.h"
+#include "terminal/text.h"
 
 #include <fmt/core.h>
 

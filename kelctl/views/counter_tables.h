@@ -2,7 +2,7 @@
 // Add a column of the live view here; its value comes from node/rates.cpp.
 #pragma once
 
-#include "kelctl/session/result.h"
+#include "kelctl/results/result.h"
 
 namespace kelctl
 {

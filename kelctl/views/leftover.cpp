@@ -1,7 +1,7 @@
 // The kinds of objects, and what an object of each is called.
 #include "kelctl/views/leftover.h"
 
-#include "kelctl/terminal/text.h"
+#include "terminal/text.h"
 
 #include <fmt/core.h>
 

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "kelctl/accelerator/snapshot.h"
-#include "kelctl/session/result.h"
+#include "kelctl/results/result.h"
 
 #include <string>
 

@@ -4,11 +4,11 @@
 
 #include "kel/kel_core_ic_ebcom.h"
 #include "kel/kel_node_names.h"
-#include "kelctl/terminal/text.h"
 #include "kelctl/values/ic_port.h"
 #include "kelctl/values/mp_id.h"
 #include "kelctl/values/quantity_messages.h"
 #include "kelctl/views/destination_rows.h"
+#include "terminal/text.h"
 
 #include <fmt/core.h>
 

@@ -3,7 +3,7 @@
 
 #include "kelctl/accelerator/snapshot.h"
 #include "kelctl/node/port_knowledge.h"
-#include "kelctl/session/fields_view.h"
+#include "kelctl/results/fields_view.h"
 
 #include <optional>
 #include <string>

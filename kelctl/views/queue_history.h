@@ -5,7 +5,7 @@
 //     draw_plot("queues.svg", queue_plot(history.steps(), {"time", "mean delay"}));
 #pragma once
 
-#include "kelctl/session/result.h"
+#include "kelctl/results/result.h"
 #include "kelctl/views/queue_plot.h"
 
 #include <cstdint>

@@ -1,7 +1,7 @@
 // Queues over time as a picture: rate, backlog and delay of each, and where frames were dropped. Drawn by gnuplot.
 #pragma once
 
-#include "kelctl/session/result.h"
+#include "kelctl/results/result.h"
 
 #include <cstdint>
 #include <optional>

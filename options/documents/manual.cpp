@@ -1,7 +1,7 @@
 // The sections, in the order that man-pages(7) gives them.
 #include "options/documents/manual.h"
 
-#include "kelctl/documents/roff.h"
+#include "options/documents/roff.h"
 
 #include <fmt/core.h>
 

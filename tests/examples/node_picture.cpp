@@ -5,7 +5,7 @@
  */
 #include "kelctl/commands/commands.h"
 #include "kelctl/node/load_node_file.h"
-#include "kelctl/session/result.h"
+#include "kelctl/results/result.h"
 #include "kelctl/session/session.h"
 #include "softnode/softnode.h"
 

@@ -3,7 +3,7 @@
 
 #include "kelctl/commands/commands.h"
 #include "kelctl/language/command_line.h"
-#include "kelctl/session/result.h"
+#include "kelctl/results/result.h"
 #include "kelctl/session/session.h"
 
 #include <string>

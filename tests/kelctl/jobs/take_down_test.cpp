@@ -3,9 +3,9 @@
 
 #include "kelctl/library/trace_log.h"
 #include "kelctl/node/read_back.h"
-#include "kelctl/terminal/text.h"
 #include "script_session.h"
 #include "softnode/softnode.h"
+#include "terminal/text.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,10 +1,10 @@
 // Records of the library, fired by this thread and by others.
 #include "kelctl/library/trace_log.h"
 
-#include "captured_stream.h"
 #include "kel/kel_core_ic_ebcom.h"
-#include "kelctl/terminal/terminal.h"
 #include "softnode/softnode.h"
+#include "terminal/terminal.h"
+#include "tests/terminal/captured_stream.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

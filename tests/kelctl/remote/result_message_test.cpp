@@ -2,8 +2,8 @@
 #include "kelctl/remote/result_message.h"
 
 #include "kelctl/commands/commands.h"
-#include "kelctl/session/result_document.h"
-#include "kelctl/session/result_view.h"
+#include "kelctl/results/result_document.h"
+#include "kelctl/results/result_view.h"
 #include "notation/json.h"
 #include "script_session.h"
 #include "temporary_folder.h"

@@ -5,7 +5,7 @@
 #include "kelctl/language/command_line.h"
 #include "kelctl/language/command_text.h"
 #include "kelctl/library/trace_log.h"
-#include "kelctl/session/result_document.h"
+#include "kelctl/results/result_document.h"
 #include "notation/json.h"
 
 #include <fmt/core.h>

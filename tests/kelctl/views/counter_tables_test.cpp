@@ -1,7 +1,7 @@
 // Tables of given counters and rates, as a terminal without an end to its lines shows them.
 #include "kelctl/views/counter_tables.h"
 
-#include "kelctl/session/fields_view.h"
+#include "kelctl/results/fields_view.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 // Objects of given snapshots, by their names.
 #include "kelctl/views/leftover.h"
 
-#include "kelctl/terminal/text.h"
 #include "notation/json.h"
+#include "terminal/text.h"
 
 #include <gtest/gtest.h>
 

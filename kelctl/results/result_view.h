@@ -2,7 +2,7 @@
 #pragma once
 
 #include "kelctl/language/command.h"
-#include "kelctl/session/result.h"
+#include "kelctl/results/result.h"
 
 #include <string>
 #include <string_view>

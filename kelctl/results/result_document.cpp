@@ -1,6 +1,6 @@
 // The keys of the document, in their order. Members that hold nothing are null, not left out, where programs ask for
 // them in every document.
-#include "kelctl/session/result_document.h"
+#include "kelctl/results/result_document.h"
 
 #include "kelctl/library/explanation.h"
 #include "notation/json.h"

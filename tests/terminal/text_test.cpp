@@ -1,5 +1,5 @@
 // Foreign text and misspelt words.
-#include "kelctl/terminal/text.h"
+#include "terminal/text.h"
 
 #include <gtest/gtest.h>
 

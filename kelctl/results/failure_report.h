@@ -3,7 +3,7 @@
 #pragma once
 
 #include "kelctl/library/library_call.h"
-#include "kelctl/session/fields_view.h"
+#include "kelctl/results/fields_view.h"
 
 #include <string>
 #include <string_view>

@@ -1,5 +1,5 @@
 // Results as people are shown them.
-#include "kelctl/session/result_view.h"
+#include "kelctl/results/result_view.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 // When a progress line is due.
-#include "kelctl/terminal/progress.h"
+#include "terminal/progress.h"
 
-#include "kelctl/terminal/terminal.h"
+#include "terminal/terminal.h"
 
 #include <fmt/core.h>
 

@@ -1,7 +1,7 @@
 // What is written to draw a block again. A stream that is no terminal has no height to cut at.
-#include "kelctl/terminal/redrawn_block.h"
+#include "terminal/redrawn_block.h"
 
-#include "captured_stream.h"
+#include "tests/terminal/captured_stream.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 // Aligning names, values and columns. No command lays anything out by itself.
-#include "kelctl/session/fields_view.h"
+#include "kelctl/results/fields_view.h"
 
-#include "kelctl/terminal/text.h"
 #include "notation/json.h"
+#include "terminal/text.h"
 
 #include <fmt/core.h>
 

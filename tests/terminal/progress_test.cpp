@@ -1,7 +1,7 @@
 // Progress lines as they reach a stream.
-#include "kelctl/terminal/progress.h"
+#include "terminal/progress.h"
 
-#include "captured_stream.h"
+#include "tests/terminal/captured_stream.h"
 
 #include <gtest/gtest.h>
 

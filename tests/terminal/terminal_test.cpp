@@ -1,7 +1,7 @@
 // Painting on a pseudo-terminal and on files.
-#include "kelctl/terminal/terminal.h"
+#include "terminal/terminal.h"
 
-#include "captured_stream.h"
+#include "tests/terminal/captured_stream.h"
 
 #include <gtest/gtest.h>
 

@@ -1,12 +1,12 @@
 // The order of a result's parts, and the file and line in front of each. How values are laid out is fields_view.cpp,
 // what a failure's report says failure_report.cpp.
-#include "kelctl/session/result_view.h"
+#include "kelctl/results/result_view.h"
 
-#include "kelctl/session/failure_report.h"
-#include "kelctl/session/fields_view.h"
-#include "kelctl/session/result_document.h"
-#include "kelctl/terminal/terminal.h"
-#include "kelctl/terminal/text.h"
+#include "kelctl/results/failure_report.h"
+#include "kelctl/results/fields_view.h"
+#include "kelctl/results/result_document.h"
+#include "terminal/terminal.h"
+#include "terminal/text.h"
 
 #include <fmt/core.h>
 

@@ -1,5 +1,5 @@
 // Escape sequences and the questions to the system about a stream.
-#include "kelctl/terminal/terminal.h"
+#include "terminal/terminal.h"
 
 #include <fmt/core.h>
 

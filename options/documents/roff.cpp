@@ -1,5 +1,5 @@
 // Escapes text and writes requests of the man macros. Knows no command and no key.
-#include "kelctl/documents/roff.h"
+#include "options/documents/roff.h"
 
 #include <fmt/core.h>
 

@@ -1,5 +1,5 @@
 // The wording of a failure report. As JSON the same facts are written by result_document.cpp.
-#include "kelctl/session/failure_report.h"
+#include "kelctl/results/failure_report.h"
 
 #include "kelctl/library/explanation.h"
 #include "platform/kei_util.h"

@@ -1,7 +1,7 @@
 // Results that several commands have in common.
-#include "kelctl/session/result.h"
+#include "kelctl/results/result.h"
 
-#include "kelctl/terminal/text.h"
+#include "terminal/text.h"
 
 #include <fmt/core.h>
 

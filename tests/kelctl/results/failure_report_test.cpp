@@ -1,5 +1,5 @@
 // The wording of a given failure.
-#include "kelctl/session/failure_report.h"
+#include "kelctl/results/failure_report.h"
 
 #include "platform/kei_util.h"
 

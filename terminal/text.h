@@ -1,5 +1,5 @@
 // Text for a terminal: untrusted text made safe, misspelt words compared with known ones, lines wrapped and folded.
-// Tables and named values are session/fields_view.h.
+// Tables and named values are results/fields_view.h.
 #pragma once
 
 #include "text/quantity.h"

@@ -1,5 +1,5 @@
 // Named values as text.
-#include "kelctl/session/fields_view.h"
+#include "kelctl/results/fields_view.h"
 
 #include <gtest/gtest.h>
 

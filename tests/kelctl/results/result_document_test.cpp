@@ -1,5 +1,5 @@
 // The JSON document: its keys and their order.
-#include "kelctl/session/result_document.h"
+#include "kelctl/results/result_document.h"
 
 #include "kelctl/commands/commands.h"
 #include "kelctl/language/command_line.h"

@@ -10,8 +10,8 @@
 // Which columns a table of counters has is views/counter_tables.cpp. The same fields as JSON are result_document.h.
 #pragma once
 
-#include "kelctl/session/result.h"
-#include "kelctl/terminal/terminal.h"
+#include "kelctl/results/result.h"
+#include "terminal/terminal.h"
 
 #include <cstddef>
 #include <cstdio>

@@ -1,7 +1,7 @@
 // The escape sequences that move the cursor back over the last drawing.
-#include "kelctl/terminal/redrawn_block.h"
+#include "terminal/redrawn_block.h"
 
-#include "kelctl/terminal/terminal.h"
+#include "terminal/terminal.h"
 
 #include <fmt/core.h>
 

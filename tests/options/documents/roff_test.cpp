@@ -1,5 +1,5 @@
 // What of a text could be taken for a request.
-#include "kelctl/documents/roff.h"
+#include "options/documents/roff.h"
 
 #include <gtest/gtest.h>
 

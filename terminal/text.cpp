@@ -1,5 +1,5 @@
 // Escaping, comparing and guessing words.
-#include "kelctl/terminal/text.h"
+#include "terminal/text.h"
 
 #include "text/nearest.h"
 
