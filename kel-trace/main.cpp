@@ -12,8 +12,9 @@
 #include "kel-trace/views/preface.h"
 #include "kel-trace/views/report_view.h"
 #include "notation/json.h"
+#include "terminal/folding.h"
 #include "terminal/terminal.h"
-#include "terminal/text.h"
+#include "text/printable.h"
 
 #include <fmt/core.h>
 
@@ -38,17 +39,17 @@ enum exit_status { exit_done = 0, exit_found = 1, exit_wrong_input = 2 };
 // Prints text that is to be read on a terminal, folded to its width.
 void show_text(std::string_view text)
 {
-    const auto width = kelctl::line_width(stdout);
+    const auto width = terminal::line_width(stdout);
     while (!text.empty()) {
         const std::string_view line = text.substr(0, text.find('\n'));
         text.remove_prefix(std::min(line.size() + 1, text.size()));
-        kelctl::write(stdout, width ? kelctl::folded(line, *width) : fmt::format("{}\n", line));
+        terminal::write(stdout, width ? terminal::folded(line, *width) : fmt::format("{}\n", line));
     }
 }
 
 void show_json(const document &document)
 {
-    kelctl::write(stdout, notation::to_json(document) + "\n");
+    terminal::write(stdout, notation::to_json(document) + "\n");
 }
 
 // The preface comes first, so that a reader learns what is missing before the figures.
@@ -89,7 +90,7 @@ private:
         if (const auto instant = parse_instant(written, found_.first))
             return *instant;
         throw options::wrong_request(fmt::format("{}: {} is not a time such as \"2026-11-22 05:01:55\" or 05:01:55.5",
-                                                 option, kelctl::in_quotes(written)));
+                                                 option, text::in_quotes(written)));
     }
 
     bool is_asked(const thread_key &of) const
@@ -117,7 +118,7 @@ int explain(const request &asked)
         show_json(with_preface(found, &builder.cut(), explain_document(all, found, asked.last)));
     else
         show_text(preface_text(found, builder.cut()) +
-                  explain_text(all, found, asked.last, kelctl::painter_for(stdout)));
+                  explain_text(all, found, asked.last, terminal::painter_for(stdout)));
     return exit_done;
 }
 
@@ -138,7 +139,7 @@ int report(const request &asked)
     if (asked.json)
         show_json(with_preface(found, &sum.cut, report_document(all, found)));
     else
-        show_text(preface_text(found, sum.cut) + report_text(all, found, kelctl::painter_for(stdout)));
+        show_text(preface_text(found, sum.cut) + report_text(all, found, terminal::painter_for(stdout)));
     return exit_done;
 }
 
@@ -146,7 +147,7 @@ std::string finding_text(const finding &one)
 {
     constexpr int64_t second = 1'000'000'000;
     return fmt::format("{}.{:09} thread {} {} {}: {}\n", one.time / second, one.time % second, one.of.thread, one.event,
-                       one.location, kelctl::without_controls(one.what));
+                       one.location, text::without_controls(one.what));
 }
 
 // Records that the tracer discarded or a damaged file would be reported as broken promises of the library: such a
@@ -157,7 +158,7 @@ int check(const request &asked)
     document findings = document::array();
     promises kept(asked.partial, [&](const finding &one) {
         if (!asked.json)
-            return kelctl::write(stdout, finding_text(one));
+            return terminal::write(stdout, finding_text(one));
         findings.push_back({{"time", one.time},
                             {"of", thread_document(found, one.of)},
                             {"event", one.event},
@@ -187,7 +188,7 @@ int run(const std::vector<std::string> &words)
     const request asked = parse_request(words);
     if (!asked.answer)
         return views[static_cast<size_t>(*asked.view)](asked);
-    kelctl::write(stdout, *asked.answer);
+    terminal::write(stdout, *asked.answer);
     return exit_done;
 }
 
@@ -201,12 +202,12 @@ int main(int argc, char **argv)
         const int status = run({argv + 1, argv + argc});
         return options::is_printed("kel-trace") ? status : exit_found;
     } catch (const options::wrong_request &wrong) {
-        kelctl::write(stderr,
-                      fmt::format("kel-trace: {}\nkel-trace --help shows commands and options\n", wrong.what()));
+        terminal::write(stderr,
+                        fmt::format("kel-trace: {}\nkel-trace --help shows commands and options\n", wrong.what()));
     } catch (const unreadable &problem) {
-        kelctl::write(stderr, fmt::format("kel-trace: {}\n", problem.what()));
+        terminal::write(stderr, fmt::format("kel-trace: {}\n", problem.what()));
     } catch (const std::exception &problem) {
-        kelctl::write(stderr, fmt::format("kel-trace: {}\n", problem.what()));
+        terminal::write(stderr, fmt::format("kel-trace: {}\n", problem.what()));
         return exit_found;
     }
     return exit_wrong_input;

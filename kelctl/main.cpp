@@ -76,11 +76,11 @@ int offer(std::vector<word> words)
     if (!words.empty())
         words.pop_back();
     if (!words.empty() && words.back().text == node_option) {
-        write(stdout, lines_of(node_names(begun)));
+        terminal::write(stdout, lines_of(node_names(begun)));
         return exit_done;
     }
     if (!words.empty() && words.back().text == softnode_option) {
-        write(stdout, lines_of({.files = true}));
+        terminal::write(stdout, lines_of({.files = true}));
         return exit_done;
     }
     const bool first = words.empty();
@@ -90,7 +90,7 @@ int offer(std::vector<word> words)
     completion found = complete(commands(), words, begun, known, source::program);
     if (first && begun.starts_with("-"))
         offer_options_before_command(begun, found);
-    write(stdout, lines_of(found));
+    terminal::write(stdout, lines_of(found));
     return exit_done;
 }
 
@@ -109,7 +109,7 @@ void open_closed_standard_descriptors()
 
 void write_error(std::string_view what)
 {
-    write(stderr, line_on(page_for(stderr), fmt::format("kelctl: {}", what)));
+    terminal::write(stderr, line_on(page_for(stderr), fmt::format("kelctl: {}", what)));
 }
 
 // The node elsewhere is made in any case: it connects when it is asked first.
@@ -146,7 +146,7 @@ int main(int argc, char **argv)
     std::signal(SIGCHLD, SIG_DFL);
     try {
         const int status = run(words_of_arguments(argc, argv));
-        const auto failure = output_failure();
+        const auto failure = terminal::output_failure();
         if (!failure)
             return status;
         write_error(fmt::format("standard output cannot be written: {}", *failure));

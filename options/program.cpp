@@ -1,8 +1,10 @@
 // One walk over the words for parsing, and a lenient one for completion.
 #include "options/program.h"
 
+#include "terminal/folding.h"
 #include "terminal/terminal.h"
-#include "terminal/text.h"
+#include "text/nearest.h"
+#include "text/printable.h"
 
 #include <fmt/core.h>
 
@@ -26,8 +28,7 @@ template <typename Row> const Row &known(std::string_view kind, std::span<const 
         return *row;
     std::vector<std::string_view> names;
     std::ranges::transform(rows, std::back_inserter(names), &Row::name);
-    throw wrong_request(
-        fmt::format("unknown {} {}{}", kind, kelctl::in_quotes(name), kelctl::did_you_mean(name, names)));
+    throw wrong_request(fmt::format("unknown {} {}{}", kind, text::in_quotes(name), text::did_you_mean(name, names)));
 }
 
 // Takes an option and, from the words after it, its value.
@@ -120,15 +121,15 @@ std::vector<std::string> parse(const program &of, std::span<const std::string> w
 
 bool is_printed(std::string_view program)
 {
-    const auto failure = kelctl::output_failure();
+    const auto failure = terminal::output_failure();
     if (failure)
-        kelctl::write(stderr, fmt::format("{}: standard output cannot be written: {}\n", program, *failure));
+        terminal::write(stderr, fmt::format("{}: standard output cannot be written: {}\n", program, *failure));
     return !failure;
 }
 
 bool print(std::string_view program, std::string_view answer)
 {
-    kelctl::write(stdout, answer);
+    terminal::write(stdout, answer);
     return is_printed(program);
 }
 
@@ -136,7 +137,7 @@ std::string help_text(const program &of)
 {
     std::string text = fmt::format("usage: {} {}\n\n{}\n", of.name, of.usage, of.about);
     const auto add = [&](std::string_view left, std::string_view right) {
-        text += kelctl::wrapped(fmt::format("  {:<20}", left), right);
+        text += terminal::wrapped(fmt::format("  {:<20}", left), right);
     };
     if (!of.commands.empty())
         text += "\nCommands:\n";

@@ -7,7 +7,7 @@
 
 #include <utility>
 
-namespace kelctl
+namespace terminal
 {
 namespace
 {
@@ -44,4 +44,4 @@ void progress::leave_line()
         write(stream_, "\n");
 }
 
-} // namespace kelctl
+} // namespace terminal

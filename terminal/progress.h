@@ -11,7 +11,7 @@
 #include <cstdio>
 #include <string>
 
-namespace kelctl
+namespace terminal
 {
 
 class progress
@@ -34,4 +34,4 @@ private:
     bool in_line_ = false;
 };
 
-} // namespace kelctl
+} // namespace terminal

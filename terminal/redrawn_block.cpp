@@ -9,7 +9,7 @@
 #include <sys/ioctl.h>
 #include <utility>
 
-namespace kelctl
+namespace terminal
 {
 namespace
 {
@@ -65,4 +65,4 @@ void redrawn_block::leave()
         write(stream_, "\n");
 }
 
-} // namespace kelctl
+} // namespace terminal

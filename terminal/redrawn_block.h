@@ -10,7 +10,7 @@
 #include <cstdio>
 #include <string_view>
 
-namespace kelctl
+namespace terminal
 {
 
 class redrawn_block
@@ -32,4 +32,4 @@ private:
     size_t drawn_ = 0; // lines
 };
 
-} // namespace kelctl
+} // namespace terminal

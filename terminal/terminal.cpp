@@ -10,7 +10,7 @@
 #include <system_error>
 #include <unistd.h>
 
-namespace kelctl
+namespace terminal
 {
 namespace
 {
@@ -87,4 +87,4 @@ std::optional<std::string> output_failure()
     return std::generic_category().message(output_error);
 }
 
-} // namespace kelctl
+} // namespace terminal

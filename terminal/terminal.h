@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-namespace kelctl
+namespace terminal
 {
 
 // What a part of the text is. The escape sequence of each role is in terminal.cpp.
@@ -56,4 +56,4 @@ bool output_lost();
 // reader closed its end: it has read what it wanted, as `head` has.
 std::optional<std::string> output_failure();
 
-} // namespace kelctl
+} // namespace terminal

@@ -47,4 +47,15 @@ std::string_view nearest(std::string_view word, std::span<const std::string_view
     return best;
 }
 
+std::string did_you_mean(std::string_view word, std::span<const std::string_view> known)
+{
+    const std::string_view meant = nearest(word, known);
+    return meant.empty() ? "" : "; did you mean \"" + std::string(meant) + "\"?";
+}
+
+bool same_word(std::string_view a, std::string_view b)
+{
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) { return lower(x) == lower(y); });
+}
+
 } // namespace text

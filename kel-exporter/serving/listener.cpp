@@ -1,7 +1,7 @@
 // Numeric addresses only: which address a name means is decided elsewhere, and may be another machine's address.
 #include "kel-exporter/serving/listener.h"
 
-#include "terminal/text.h"
+#include "text/printable.h"
 
 #include <fmt/core.h>
 
@@ -49,7 +49,7 @@ address_list addresses(const std::string &written)
     if (host.empty() || !is_port(port) || getaddrinfo(host.c_str(), port.c_str(), &hints, &found) != 0)
         throw std::runtime_error(fmt::format(
             "{} is no address to listen on, such as 127.0.0.1:9477, [::1]:9477 or unix:/run/kel-exporter/http.sock",
-            kelctl::in_quotes(written)));
+            text::in_quotes(written)));
     return {found, freeaddrinfo};
 }
 

@@ -2,7 +2,7 @@
 // options/program.h. Times are read later, when the recording's first day is known.
 #include "kel-trace/language/request.h"
 
-#include "terminal/text.h"
+#include "text/printable.h"
 
 #include <fmt/core.h>
 
@@ -34,7 +34,7 @@ void set_last(options::request &asked, std::string_view value)
     uint64_t number = 0;
     const auto [stop, error] = std::from_chars(value.data(), value.data() + value.size(), number);
     if (error != std::errc{} || stop != value.data() + value.size() || number == 0)
-        throw wrong_request(fmt::format("--last: {} is not a number from 1", kelctl::in_quotes(value)));
+        throw wrong_request(fmt::format("--last: {} is not a number from 1", text::in_quotes(value)));
     static_cast<request &>(asked).last = number;
 }
 

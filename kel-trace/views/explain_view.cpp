@@ -5,8 +5,11 @@
 #include "kel-trace/operations/parameters.h"
 #include "kel-trace/reading/instant.h"
 #include "kel-trace/views/preface.h"
-#include "terminal/text.h"
+#include "terminal/terminal.h"
+#include "text/printable.h"
+#include "text/quantity.h"
 #include "text/refusal.h"
+#include "text/wording.h"
 
 #include <fmt/core.h>
 
@@ -18,8 +21,8 @@ namespace kel_trace
 namespace
 {
 
-using kelctl::colour;
 using notation::document;
+using terminal::colour;
 
 std::string_view event_text(event event)
 {
@@ -31,10 +34,10 @@ std::string_view event_text(event event)
 std::string refusal_text(const complaint &why)
 {
     if (why.by == text::library_itself)
-        return kelctl::without_controls(
+        return text::without_controls(
             fmt::format("the {}: {}{}{}", why.by, why.text, why.what.empty() ? "" : ", ", why.what));
     const std::string code = why.code ? fmt::format(" ({})", *why.code) : "";
-    return kelctl::without_controls(fmt::format("{} of the {}: {}{}", why.what, why.by, why.text, code));
+    return text::without_controls(fmt::format("{} of the {}: {}{}", why.what, why.by, why.text, code));
 }
 
 std::string parameters_text(const std::vector<parameter> &parameters)
@@ -42,24 +45,24 @@ std::string parameters_text(const std::vector<parameter> &parameters)
     std::vector<std::string> parts;
     parts.reserve(parameters.size());
     for (const parameter &one : parameters)
-        parts.push_back(fmt::format("{}={}", one.name, kelctl::without_controls(one.value)));
-    return kelctl::joined(parts, ", ");
+        parts.push_back(fmt::format("{}={}", one.name, text::without_controls(one.value)));
+    return text::joined(parts, ", ");
 }
 
 std::string times_text(uint64_t count)
 {
-    return count == 1 ? "once" : fmt::format("{} times", kelctl::with_separators(count));
+    return count == 1 ? "once" : fmt::format("{} times", text::with_separators(count));
 }
 
 // Times count from the operation's first record. The refusal is found again by its time, which is exact enough to mark
 // it.
-std::string records_text(const operation &operation, const complaint &why, const kelctl::painter &paint)
+std::string records_text(const operation &operation, const complaint &why, const terminal::painter &paint)
 {
     std::string text;
     const int64_t begin = operation.records().front().time;
     for (const kept_record &one : operation.records()) {
         std::string line = fmt::format("    +{:<12} {:<9} {}  ({})", duration_text(one.time - begin),
-                                       event_text(one.event), kelctl::without_controls(one.message), one.location);
+                                       event_text(one.event), text::without_controls(one.message), one.location);
         const bool refusal = one.time == why.time && is_exception(one.event);
         text += (refusal ? paint(colour::failure, line) : line) + "\n";
     }
@@ -71,27 +74,27 @@ std::string records_text(const operation &operation, const complaint &why, const
 std::string consequence_text(const consequence &one)
 {
     return fmt::format("    {}{}{}, {}: {}{}\n", one.operation, one.objects.empty() ? "" : " ",
-                       kelctl::joined(one.objects, ", "), times_text(one.count), refusal_text(one.why),
+                       text::joined(one.objects, ", "), times_text(one.count), refusal_text(one.why),
                        one.certain ? "" : " (likely: the records do not show it)");
 }
 
 // From the outside in: when and who, what failed and on what, why, how often, and then the records that show it.
-std::string cause_text(const cause &of, const recording &found, const kelctl::painter &paint)
+std::string cause_text(const cause &of, const recording &found, const terminal::painter &paint)
 {
     const operation &newest = of.newest;
     const complaint &why = *newest.failure();
     std::string text =
         fmt::format("\n{}  {}\n", paint(colour::heading, instant_text(why.time)), thread_text(found, newest.of));
     const auto objects = objects_of(newest);
-    text += fmt::format("  {} reported{}\n", newest.name, objects.empty() ? "" : ": " + kelctl::joined(objects, ", "));
+    text += fmt::format("  {} reported{}\n", newest.name, objects.empty() ? "" : ": " + text::joined(objects, ", "));
     text += fmt::format("  refused by {}\n", paint(colour::failure, refusal_text(why)));
     if (why.reporters.size() > 1)
-        text += fmt::format("  passed on by {}\n", kelctl::joined(why.reporters, ", "));
+        text += fmt::format("  passed on by {}\n", text::joined(why.reporters, ", "));
     if (const auto parameters = parameters_of(newest); !parameters.empty())
         text += fmt::format("  with {}\n", parameters_text(parameters));
     if (of.count > 1)
         text += fmt::format("  {} since {}{}{}\n", times_text(of.count), instant_text(of.first),
-                            of.objects.size() > 1 ? ": " + kelctl::joined(of.objects, ", ") : "",
+                            of.objects.size() > 1 ? ": " + text::joined(of.objects, ", ") : "",
                             of.more_objects ? ", ..." : "");
     if (!newest.framed)
         text += "  its entry was not recorded; earlier records are missing\n";
@@ -110,7 +113,7 @@ std::string aside_text(const aside &one, const recording &found)
 {
     const std::string what = one.error.empty()
                                  ? fmt::format("{} reported {}", one.what.reporter(), refusal_text(one.what))
-                                 : kelctl::without_controls(one.error);
+                                 : text::without_controls(one.error);
     return fmt::format("  {} {}, {}\n    in {}: {}\n", instant_text(one.last), thread_text(found, one.of),
                        times_text(one.count), one.operation, what);
 }
@@ -190,7 +193,7 @@ document cause_document(const cause &of, const recording &found)
 
 // What people look for is last, above the prompt: the newest cause.
 std::string explain_text(const causes &all, const recording &found, std::optional<uint64_t> last,
-                         const kelctl::painter &paint)
+                         const terminal::painter &paint)
 {
     const auto failures = all.failures();
     const auto asides = all.asides();
@@ -204,8 +207,8 @@ std::string explain_text(const causes &all, const recording &found, std::optiona
         count += one->count;
     if (failures.empty())
         return text + "\nNo operation reported a failure.\n";
-    text += fmt::format("\nFailures reported: {}. Causes: {}, the newest last.\n", kelctl::with_separators(count),
-                        kelctl::with_separators(failures.size()));
+    text += fmt::format("\nFailures reported: {}. Causes: {}, the newest last.\n", text::with_separators(count),
+                        text::with_separators(failures.size()));
     for (const cause *one : newest(failures, last))
         text += cause_text(*one, found, paint);
     return text;

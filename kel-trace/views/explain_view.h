@@ -14,7 +14,7 @@ namespace kel_trace
 
 // `last`: only so many, the newest. The text is not folded to a width: main.cpp does that.
 std::string explain_text(const causes &all, const recording &found, std::optional<uint64_t> last,
-                         const kelctl::painter &paint);
+                         const terminal::painter &paint);
 notation::document explain_document(const causes &all, const recording &found, std::optional<uint64_t> last);
 
 } // namespace kel_trace

@@ -2,7 +2,8 @@
 #include "kel-trace/views/preface.h"
 
 #include "kel-trace/reading/instant.h"
-#include "terminal/text.h"
+#include "text/printable.h"
+#include "text/wording.h"
 
 #include <fmt/core.h>
 
@@ -11,7 +12,7 @@ namespace kel_trace
 namespace
 {
 
-using kelctl::count_of;
+using text::count_of;
 
 // Each line says what to do about it, where anything can be done.
 std::string losses_text(const recording &found)
@@ -24,7 +25,7 @@ std::string losses_text(const recording &found)
         text += "The tracer discarded records that it did not count: record again with larger buffers.\n";
     for (const damaged_file &one : found.damaged)
         text += fmt::format("Damaged, the rest of the file is left out: {}: {}\n", one.file,
-                            kelctl::without_controls(one.why));
+                            text::without_controls(one.why));
     return text.empty() ? text : text + "The following covers the other records.\n";
 }
 
@@ -32,7 +33,7 @@ std::string losses_text(const recording &found)
 std::string process_name(const recording &found, const thread_key &of)
 {
     const auto name = found.process_names.find({of.host, of.process});
-    return name == found.process_names.end() ? "" : kelctl::without_controls(name->second);
+    return name == found.process_names.end() ? "" : text::without_controls(name->second);
 }
 
 } // namespace
@@ -83,7 +84,7 @@ notation::document preface_document(const recording &found, const cut_operations
 std::string host_text(const recording &found, uint32_t host)
 {
     const std::string &name = found.hosts.at(host);
-    return name.empty() ? "unnamed host" : kelctl::without_controls(name);
+    return name.empty() ? "unnamed host" : text::without_controls(name);
 }
 
 std::string thread_text(const recording &found, const thread_key &of)

@@ -3,7 +3,8 @@
 
 #include "kel-trace/reading/instant.h"
 #include "kel-trace/views/preface.h"
-#include "terminal/text.h"
+#include "terminal/terminal.h"
+#include "text/quantity.h"
 
 #include <fmt/core.h>
 
@@ -15,9 +16,9 @@ namespace kel_trace
 namespace
 {
 
-using kelctl::colour;
-using kelctl::with_separators;
 using notation::document;
+using terminal::colour;
+using text::with_separators;
 
 constexpr int64_t second = 1'000'000'000;
 constexpr std::string_view other_event = "other events of the library";
@@ -49,7 +50,7 @@ std::vector<const table::value_type *> by_total(const table &all)
 
 // `own`: the column of the time without operations within, which closed calls do not have.
 std::string table_text(const table &all, std::string_view heading, std::string_view reported, bool own,
-                       const kelctl::painter &paint)
+                       const terminal::painter &paint)
 {
     std::string text = fmt::format(
         "\n{}\n", paint(colour::heading,
@@ -67,7 +68,7 @@ std::string table_text(const table &all, std::string_view heading, std::string_v
 }
 
 // The busiest second is shown without a fraction.
-std::string host_report(const host_statistics &one, const kelctl::painter &paint)
+std::string host_report(const host_statistics &one, const terminal::painter &paint)
 {
     std::string text = table_text(one.operations, "Operations", "reported", true, paint);
     text += table_text(one.calls, "Closed calls, at most: until the thread's next record", "refused", false, paint);
@@ -113,7 +114,7 @@ document host_document(const host_statistics &one)
 
 } // namespace
 
-std::string report_text(const statistics &all, const recording &found, const kelctl::painter &paint)
+std::string report_text(const statistics &all, const recording &found, const terminal::painter &paint)
 {
     if (all.hosts().empty())
         return "";

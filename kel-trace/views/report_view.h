@@ -12,7 +12,7 @@ namespace kel_trace
 {
 
 // `found` names the hosts. Durations are in nanoseconds in the document, with units in the text.
-std::string report_text(const statistics &all, const recording &found, const kelctl::painter &paint);
+std::string report_text(const statistics &all, const recording &found, const terminal::painter &paint);
 notation::document report_document(const statistics &all, const recording &found);
 
 } // namespace kel_trace

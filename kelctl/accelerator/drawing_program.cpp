@@ -1,7 +1,7 @@
 // Running a program as a child process, and what may become of it.
 #include "kelctl/accelerator/drawing_program.h"
 
-#include "terminal/text.h"
+#include "text/printable.h"
 
 #include <fmt/core.h>
 
@@ -42,7 +42,7 @@ std::string end_of(GSubprocess *program, GBytes *told)
         return fmt::format("ended by signal {}", g_subprocess_get_term_sig(program));
     std::string text = text_in(told);
     text.erase(text.find_last_not_of('\n') + 1);
-    return text.empty() ? fmt::format("exit status {}", g_subprocess_get_exit_status(program)) : printable(text);
+    return text.empty() ? fmt::format("exit status {}", g_subprocess_get_exit_status(program)) : text::printable(text);
 }
 
 std::string not_installed(const drawing_program &program)

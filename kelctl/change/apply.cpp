@@ -10,7 +10,8 @@
 #include "kelctl/input/interruption.h"
 #include "kelctl/language/command_text.h"
 #include "kelctl/node/load_node_file.h"
-#include "terminal/text.h"
+#include "text/quantity.h"
+#include "text/wording.h"
 
 #include <fmt/core.h>
 
@@ -48,7 +49,8 @@ std::string text_of(const interruption &one)
 {
     if (one.object.kind != object_kind::queue)
         return fmt::format("interrupts {}", name_of(one.object));
-    return fmt::format("interrupts {}: {}", name_of(one.object), count_of(one.destinations.size(), "destination"));
+    return fmt::format("interrupts {}: {}", name_of(one.object),
+                       text::count_of(one.destinations.size(), "destination"));
 }
 
 std::string text_of(const std::vector<interruption> &interrupted, const page &page)
@@ -58,8 +60,8 @@ std::string text_of(const std::vector<interruption> &interrupted, const page &pa
     for (const interruption &one : std::span(interrupted).first(most))
         text += line_on(page, text_of(one));
     if (most < interrupted.size())
-        text += line_on(
-            page, fmt::format("interrupts {} more; --all shows them", with_separators(interrupted.size() - most)));
+        text += line_on(page, fmt::format("interrupts {} more; --all shows them",
+                                          text::with_separators(interrupted.size() - most)));
     return text;
 }
 

@@ -3,7 +3,8 @@
 
 #include "kelctl/language/command_text.h"
 #include "kelctl/values/ic_port.h"
-#include "terminal/text.h"
+#include "text/quantity.h"
+#include "text/wording.h"
 
 #include <fmt/core.h>
 
@@ -38,7 +39,7 @@ std::string settings_of(const node_object &one, const node_object &other)
         parts.push_back(each.is_option() ? fmt::format("{} {}", name, word_of(each.kind, *value))
                                          : word_of(each.kind, *value));
     }
-    return joined(parts, ", ");
+    return text::joined(parts, ", ");
 }
 
 std::string shaping_text(const node_object &one, const node_object &other)
@@ -161,7 +162,8 @@ std::string text_of(const std::vector<node_change> &changes, const page &page)
             text += line_on(page, "         from " + one.was) + line_on(page, "         to   " + one.becomes);
     }
     if (most < changes.size())
-        text += line_on(page, fmt::format("{} more objects; --all shows them", with_separators(changes.size() - most)));
+        text += line_on(page,
+                        fmt::format("{} more objects; --all shows them", text::with_separators(changes.size() - most)));
     return text;
 }
 

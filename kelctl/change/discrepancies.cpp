@@ -6,7 +6,7 @@
 #include "kelctl/values/ic_port.h"
 #include "kelctl/values/mp_id.h"
 #include "kelctl/values/quantity_messages.h"
-#include "terminal/text.h"
+#include "text/wording.h"
 
 #include <fmt/core.h>
 
@@ -221,7 +221,7 @@ private:
             const std::multiset<int64_t> members(group.members.begin(), group.members.end());
             if (members != found->second)
                 report(key, fmt::format("the accelerator holds the members {}",
-                                        members.empty() ? "none" : joined(members, ", ")));
+                                        members.empty() ? "none" : text::joined(members, ", ")));
             asked.erase(found);
         }
         for (const auto &[id, members] : asked)

@@ -5,7 +5,7 @@
 #include "kelctl/node/load_node_file.h"
 #include "kelctl/results/result.h"
 #include "kelctl/values/file_text.h"
-#include "terminal/text.h"
+#include "text/wording.h"
 
 #include <utility>
 
@@ -46,7 +46,7 @@ result add_faults(const invocation &asked, session &)
         return wrong_use(from_file ? "RULE and --file cannot be used together" : "a RULE or --file is required");
     if (from_file)
         return add_file(asked.given.text("--file"));
-    if (auto wrong = add_accelerator_faults(joined(rules, ";")))
+    if (auto wrong = add_accelerator_faults(text::joined(rules, ";")))
         return wrong_use(std::move(*wrong));
     return {};
 }

@@ -5,8 +5,10 @@
 #include "kelctl/language/help.h"
 #include "kelctl/session/session.h"
 #include "kelctl/values/limits.h"
+#include "terminal/folding.h"
 #include "terminal/terminal.h"
-#include "terminal/text.h"
+#include "text/printable.h"
+#include "text/wording.h"
 
 #include <fmt/core.h>
 
@@ -48,13 +50,13 @@ const argument words_of_a_command = {.name = "COMMAND",
 // Words may be those of a command, or the beginning of several.
 result show_help(const invocation &asked, session &session)
 {
-    const std::string words = joined(asked.given.get<std::vector<std::string>>("COMMAND"), " ");
+    const std::string words = text::joined(asked.given.get<std::vector<std::string>>("COMMAND"), " ");
     const source where = session.where;
     const command *row = session.table.find(words);
     const bool whole = row && row->allowed_in(where);
     if (!whole && session.table.next_words(words, where).empty())
-        return wrong_use(fmt::format("unknown command {}", in_quotes(words)));
-    const size_t width = line_width(stdout).value_or(usual_width);
+        return wrong_use(fmt::format("unknown command {}", text::in_quotes(words)));
+    const size_t width = terminal::line_width(stdout).value_or(terminal::usual_width);
     const std::string help = whole ? help_of(*row, where, width) : help_of_words(session.table, words, where, width);
     return {.shown = {{"help", help}}, .text = help};
 }

@@ -5,7 +5,8 @@
 #include "kelctl/session/session.h"
 #include "kelctl/sweep/sweep_view.h"
 #include "terminal/progress.h"
-#include "terminal/text.h"
+#include "terminal/terminal.h"
+#include "text/printable.h"
 
 #include <fmt/core.h>
 
@@ -50,7 +51,7 @@ std::optional<sweep_report> sweep_in_sight(const command_table &table, const std
                                            uint32_t time_limit, bool seen)
 {
     const interruption_watch watch;
-    std::optional<progress> shown;
+    std::optional<terminal::progress> shown;
     auto report = sweep(table, lines, time_limit, [&](size_t done, size_t planned) {
         if (!shown)
             shown.emplace("sweeping", planned, stderr, seen);
@@ -74,8 +75,8 @@ result swept(const sweep_report &report, const std::string &file)
     done.text = sweep_view(report, page_for(stdout));
     done.shown = sweep_fields(report);
     if (ended)
-        done.remark = fmt::format("{}: interrupted after {} of {} runs", without_controls(file), report.runs.size(),
-                                  report.planned);
+        done.remark = fmt::format("{}: interrupted after {} of {} runs", text::without_controls(file),
+                                  report.runs.size(), report.planned);
     return done;
 }
 
@@ -87,7 +88,7 @@ result sweep_script(const invocation &asked, session &session)
     if (!errors.empty())
         return wrong_input(file, std::move(errors), "nothing was run");
 
-    const bool seen = is_terminal(stderr) && !session.json() && !session.quiet();
+    const bool seen = terminal::is_terminal(stderr) && !session.json() && !session.quiet();
     const auto report = sweep_in_sight(session.table, lines, asked.given.number<uint32_t>("--time-limit"), seen);
     if (!report)
         return refused("cannot create a child process", file);

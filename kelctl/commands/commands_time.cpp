@@ -26,8 +26,8 @@ result advance(const invocation &asked, session &session)
     constexpr std::chrono::seconds unseen(1);
     const auto begin = std::chrono::steady_clock::now();
     const auto time = asked.given.number<uint64_t>("TIME");
-    progress shown("advancing time", pieces, stderr,
-                   is_terminal(stderr) && !session.json() && !session.tracing() && !session.quiet());
+    const bool seen = terminal::is_terminal(stderr) && !session.json() && !session.tracing() && !session.quiet();
+    terminal::progress shown("advancing time", pieces, stderr, seen);
     uint64_t passed = 0;
     for (uint64_t piece = 1; piece <= pieces && !interrupted(); ++piece) {
         const uint64_t end = time * piece / pieces;

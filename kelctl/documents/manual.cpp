@@ -4,7 +4,7 @@
 
 #include "kelctl/language/help.h"
 #include "options/documents/roff.h"
-#include "terminal/text.h"
+#include "text/wording.h"
 
 #include <fmt/core.h>
 
@@ -72,7 +72,7 @@ std::string_view restriction_of(const command &row)
 
 void add_command(roff_page &page, const command &row)
 {
-    page.subsection(joined(usage_of(row), " "));
+    page.subsection(text::joined(usage_of(row), " "));
     page.text(fmt::format("{}.", row.help));
     if (row.needs_accelerator)
         page.text("Requires the software accelerator.");

@@ -2,7 +2,8 @@
 #include "kelctl/input/history_file.h"
 
 #include "terminal/terminal.h"
-#include "terminal/text.h"
+#include "text/printable.h"
+#include "text/wording.h"
 
 #include <fmt/core.h>
 
@@ -62,7 +63,7 @@ history_file::history_file()
         return;
     }
     refusal_ = fmt::format("{}: not a regular file that you own and can write; the history is not saved",
-                           without_controls(file.string()));
+                           text::without_controls(file.string()));
     close(descriptor);
 }
 
@@ -80,13 +81,13 @@ void history_file::read_lines()
     }
     std::free(line);
     if (longer && ftruncate(fileno(file_.get()), 0) == 0)
-        write(file_.get(), joined(lines_, "\n") + "\n");
+        terminal::write(file_.get(), text::joined(lines_, "\n") + "\n");
 }
 
 void history_file::add(const std::string &line)
 {
     if (file_)
-        write(file_.get(), line + "\n");
+        terminal::write(file_.get(), line + "\n");
 }
 
 } // namespace kelctl

@@ -146,9 +146,9 @@ bool unwanted_within(std::chrono::milliseconds longest, int descriptor)
     const bool reloads = descriptor >= 0;
     if (!reloads)
         sleep_again(); // a reload that nobody takes here would wake it again and again
-    if (!output_lost() && !interrupted() && !(reloads && reload_noted))
+    if (!terminal::output_lost() && !interrupted() && !(reloads && reload_noted))
         poll(ends.data(), ends.size(), static_cast<int>(longest.count()));
-    return interrupted() || output_lost();
+    return interrupted() || terminal::output_lost();
 }
 
 bool input_before_interruption(int descriptor)

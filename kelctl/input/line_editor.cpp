@@ -38,7 +38,7 @@ constexpr struct {
 std::string listed(const std::vector<std::string> &words)
 {
     const auto longest = std::ranges::max(words, {}, &std::string::size);
-    const size_t room = line_width(stdout).value_or(80);
+    const size_t room = terminal::line_width(stdout).value_or(80);
     const size_t width = std::min(longest.size() + 2, room);
     const size_t columns = room / width;
     const size_t most = std::min(words.size(), most_listed);
@@ -127,12 +127,12 @@ std::optional<std::string> line_editor::next()
     if (terminated())
         return std::nullopt;
     if (interrupted()) { // what was typed is given up, as a shell does it
-        write(stdout, "^C\n");
+        terminal::write(stdout, "^C\n");
         take_interruption();
         return "";
     }
     if (!typed) {
-        write(stdout, "\n"); // Ctrl-D leaves the cursor behind the prompt
+        terminal::write(stdout, "\n"); // Ctrl-D leaves the cursor behind the prompt
         return std::nullopt;
     }
     std::string line(typed, static_cast<size_t>(length));
@@ -173,7 +173,7 @@ unsigned char line_editor::complete(const std::vector<std::string> &words, std::
     if (words.size() == 1)
         common += ' ';
     if (common.size() < begun.size() || common == begun) {
-        write(stdout, "\n" + listed(words));
+        terminal::write(stdout, "\n" + listed(words));
         return CC_REDISPLAY;
     }
     el_deletestr(editor_.get(), static_cast<int>(begun.size()));

@@ -2,7 +2,7 @@
 #include "kelctl/input/line_input.h"
 
 #include "kelctl/input/interruption.h"
-#include "terminal/text.h"
+#include "text/printable.h"
 
 #include <algorithm>
 #include <array>
@@ -23,8 +23,8 @@ std::optional<std::string> line_input::next()
     const size_t end = std::min(buffer_.find('\n'), buffer_.size());
     std::string line = buffer_.substr(0, end);
     buffer_.erase(0, end + 1);
-    if (std::exchange(at_beginning_, false) && line.starts_with(byte_order_mark))
-        line.erase(0, byte_order_mark.size());
+    if (std::exchange(at_beginning_, false) && line.starts_with(text::byte_order_mark))
+        line.erase(0, text::byte_order_mark.size());
     return line;
 }
 

@@ -11,9 +11,9 @@
 #include "kelctl/results/failure_report.h"
 #include "kelctl/results/result_document.h"
 #include "kelctl/views/leftover.h"
+#include "terminal/folding.h"
 #include "terminal/progress.h"
 #include "terminal/terminal.h"
-#include "terminal/text.h"
 
 #include <fmt/core.h>
 
@@ -30,7 +30,7 @@ namespace
 // Of what is shown on standard error.
 size_t error_width()
 {
-    return line_width(stderr).value_or(usual_width);
+    return terminal::line_width(stderr).value_or(terminal::usual_width);
 }
 
 std::string outcome_text(const std::optional<snapshot> &left)
@@ -106,8 +106,9 @@ bring_up::~bring_up()
 // Progress counts paths only: of anything else a node has a few hundred at most.
 bool bring_up::up()
 {
-    const bool redrawn = is_terminal(stderr) && !session_.tracing();
-    progress shown("adding paths", session_.json() || session_.quiet() ? 0 : size_of(lines_).paths, stderr, redrawn);
+    const bool redrawn = terminal::is_terminal(stderr) && !session_.tracing();
+    terminal::progress shown("adding paths", session_.json() || session_.quiet() ? 0 : size_of(lines_).paths, stderr,
+                             redrawn);
     session_.on_made = [&] { shown.show(session_.paths.size()); };
     result last;
     auto line = lines_.begin();

@@ -7,7 +7,8 @@
 #include "kelctl/results/failure_report.h"
 #include "kelctl/results/result_document.h"
 #include "kelctl/results/result_view.h"
-#include "terminal/text.h"
+#include "terminal/terminal.h"
+#include "text/printable.h"
 
 #include <fmt/core.h>
 
@@ -33,7 +34,7 @@ std::string problem_of(const result &done)
     if (!done.errors.empty())
         return fmt::format("{}\n{}", text_of(done.errors.front()), done.remark);
     if (!done.failures.empty())
-        return fmt::format("{}{}", report_of(done.failures.front(), {.paint = painter(false)}), done.remark);
+        return fmt::format("{}{}", report_of(done.failures.front(), {.paint = terminal::painter(false)}), done.remark);
     return done.remark;
 }
 
@@ -67,7 +68,7 @@ void held_node::hold()
     else
         node_.show({.text = fmt::format("Others reach the node with kelctl --node {}\n"
                                         "The node is up until Ctrl-C.",
-                                        without_controls(name_))});
+                                        text::without_controls(name_))});
     while (!session_.finished && !unwanted_within(manager_.rest_within(longest_wait), served_.number())) {
         manager_.alive();
         served_.serve();

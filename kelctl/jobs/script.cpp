@@ -5,7 +5,7 @@
 #include "kelctl/language/command_line.h"
 #include "kelctl/session/session.h"
 #include "kelctl/values/file_text.h"
-#include "terminal/text.h"
+#include "text/printable.h"
 
 #include <fmt/core.h>
 
@@ -41,7 +41,7 @@ result outcome(const tally &count, const std::vector<invocation> &lines, const s
     if (count.run == lines.size() || (count.status == exit_done && !interrupted()))
         return done;
     done.status = std::max(count.status, exit_operation_failed);
-    done.remark = fmt::format("{}: {}, {} of {} commands were run", without_controls(file),
+    done.remark = fmt::format("{}: {}, {} of {} commands were run", text::without_controls(file),
                               interrupted() ? "interrupted" : "stopped", count.run, lines.size());
     return done;
 }

@@ -14,7 +14,7 @@
 #include "kelctl/remote/messages.h"
 #include "kelctl/results/result_view.h"
 #include "terminal/terminal.h"
-#include "terminal/text.h"
+#include "text/wording.h"
 
 #include <fmt/core.h>
 
@@ -93,7 +93,7 @@ result run_piped_lines(session &session)
     result lines = {.shown_already = true};
     line_input input(STDIN_FILENO);
     uint32_t number = 0;
-    while (!session.finished && !output_lost())
+    while (!session.finished && !terminal::output_lost())
         if (const auto line = input.next())
             lines.status = std::max(lines.status, run_line(*line, {"-", ++number}, session));
         else
@@ -113,7 +113,7 @@ result run_piped_lines(session &session)
 result run_lines(session &session)
 {
     session.where = source::shell;
-    const bool typed = is_terminal(stdin) && is_terminal(stdout);
+    const bool typed = terminal::is_terminal(stdin) && terminal::is_terminal(stdout);
     return typed ? run_typed_lines(session) : run_piped_lines(session);
 }
 
@@ -125,10 +125,10 @@ result run_lines_on(loaded_lines loaded, const std::string &file, session &sessi
     node.show({.text = "", .warnings = std::move(loaded.warnings)});
     const bool is_up = node.up();
     if (is_up)
-        node.show(
-            {.text = line_on(session.output_page(),
-                             fmt::format("The node is up: {}, {}, {}", count_of(size.paths, "path"),
-                                         count_of(size.pceps, "PCEP"), count_of(size.groups, "multicast group")))});
+        node.show({.text = line_on(session.output_page(),
+                                   fmt::format("The node is up: {}, {}, {}", text::count_of(size.paths, "path"),
+                                               text::count_of(size.pceps, "PCEP"),
+                                               text::count_of(size.groups, "multicast group")))});
     result lines = is_up ? run_lines(session) : result{};
     const bool clean = node.down();
     result done = node.take_result(is_up && clean);

@@ -2,7 +2,8 @@
 #include "kelctl/jobs/take_down.h"
 
 #include "kelctl/language/command_text.h"
-#include "terminal/text.h"
+#include "terminal/folding.h"
+#include "text/wording.h"
 
 #include <fmt/core.h>
 
@@ -39,7 +40,7 @@ std::string name_of(const tally &counted)
     const auto &[kind, count] = counted;
     if (kind.several.empty())
         return std::string(kind.one);
-    return count_of(count, kind.one, kind.several);
+    return text::count_of(count, kind.one, kind.several);
 }
 
 // Lines break after commas.
@@ -47,7 +48,7 @@ std::string enumeration(std::string_view lead, std::vector<std::string> parts, s
 {
     for (size_t i = 0; i + 1 < parts.size(); ++i)
         parts[i] += ',';
-    return parts.empty() ? fmt::format("{}nothing\n", lead) : wrapped(lead, parts, width);
+    return parts.empty() ? fmt::format("{}nothing\n", lead) : terminal::wrapped(lead, parts, width);
 }
 
 // A successful undo removes the command from the session's stack itself (session::note); after a failure it is dropped

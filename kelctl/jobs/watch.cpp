@@ -108,7 +108,7 @@ private:
     const watch_options &options_;
     session &session_;
     const time_base base_ = node_.pass ? time_base::virtual_time : time_base::real_time;
-    redrawn_block block_{stdout, is_terminal(stdout) && !session_.tracing()};
+    terminal::redrawn_block block_{stdout, terminal::is_terminal(stdout) && !session_.tracing()};
     queue_history history_;
     fields first_ = {};
     result last_ = {};

@@ -6,7 +6,9 @@
 #include "kelctl/values/ic_port.h"
 #include "kelctl/values/limits.h"
 #include "kelctl/values/quantity_messages.h"
-#include "terminal/text.h"
+#include "text/nearest.h"
+#include "text/printable.h"
+#include "text/wording.h"
 
 #include <fmt/core.h>
 
@@ -27,9 +29,9 @@ int64_t read_number(std::string_view text, const range &allowed)
 {
     const auto value = parse_whole_number(text);
     if (!value)
-        throw wrong_value(fmt::format("{} is not a whole number", in_quotes(text)));
+        throw wrong_value(fmt::format("{} is not a whole number", text::in_quotes(text)));
     if (!allowed.holds(*value))
-        throw wrong_value(outside(printable(text), allowed));
+        throw wrong_value(outside(text::printable(text), allowed));
     return *value;
 }
 
@@ -40,7 +42,7 @@ template <const auto &Units> int64_t read_with_unit(std::string_view text, const
     if (!value)
         throw wrong_value(no_quantity(text, Units));
     if (*value > static_cast<uint64_t>(allowed.max) || !allowed.holds(static_cast<int64_t>(*value)))
-        throw wrong_value(outside(in_quotes(text), allowed));
+        throw wrong_value(outside(text::in_quotes(text), allowed));
     return static_cast<int64_t>(*value);
 }
 
@@ -89,7 +91,7 @@ std::vector<uint32_t> read_numbers(std::string_view text, size_t count, const ra
         rest.remove_prefix(comma + 1);
     }
     if (values.size() != count)
-        throw wrong_value(fmt::format("{} is not {} comma-separated numbers", in_quotes(text), count));
+        throw wrong_value(fmt::format("{} is not {} comma-separated numbers", text::in_quotes(text), count));
     return values;
 }
 
@@ -101,7 +103,7 @@ argument_value read_handle(std::string_view text)
     const std::string_view digits = text.substr(prefixed ? 2 : 0);
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value, 16);
     if (error != std::errc{} || end != digits.data() + digits.size())
-        throw wrong_value(fmt::format("{} is not a handle such as 0x5c00000001", in_quotes(text)));
+        throw wrong_value(fmt::format("{} is not a handle such as 0x5c00000001", text::in_quotes(text)));
     return value;
 }
 
@@ -110,8 +112,8 @@ argument_value read_choice(std::string_view text, const std::vector<std::string>
     if (std::find(words.begin(), words.end(), text) != words.end())
         return std::string(text);
     const std::vector<std::string_view> known(words.begin(), words.end());
-    throw wrong_value(
-        fmt::format("{} is not one of {}{}", in_quotes(text), joined(words, ", "), did_you_mean(text, known)));
+    throw wrong_value(fmt::format("{} is not one of {}{}", text::in_quotes(text), text::joined(words, ", "),
+                                  text::did_you_mean(text, known)));
 }
 
 argument_value read_format(std::string_view text)
@@ -121,8 +123,8 @@ argument_value read_format(std::string_view text)
         return int64_t{named - std::begin(format_names)};
     if (parse_whole_number(text))
         return read_number(text, octet_range);
-    throw wrong_value(
-        fmt::format("{} is not text, csv, json or a number{}", in_quotes(text), did_you_mean(text, format_names)));
+    throw wrong_value(fmt::format("{} is not text, csv, json or a number{}", text::in_quotes(text),
+                                  text::did_you_mean(text, format_names)));
 }
 
 argument_value read_text(std::string_view text)
@@ -141,7 +143,7 @@ argument_value read_escaped_text(std::string_view text)
         const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), octet, 16);
         if (error != std::errc{} || end != digits.data() + 2)
             throw wrong_value(fmt::format("{}: a backslash is followed by x and two hexadecimal digits",
-                                          in_quotes(text.substr(at, 4))));
+                                          text::in_quotes(text.substr(at, 4))));
         read.append(text.substr(0, at)) += static_cast<char>(octet);
     }
     return read.append(text);
@@ -151,7 +153,7 @@ argument_value read_escaped_text(std::string_view text)
 argument_value read_file(std::string_view text)
 {
     if (text.empty() || text.find('\0') != std::string_view::npos)
-        throw wrong_value(fmt::format("{} is not the name of a file", in_quotes(text)));
+        throw wrong_value(fmt::format("{} is not the name of a file", text::in_quotes(text)));
     return std::string(text);
 }
 
@@ -410,7 +412,7 @@ argument_kind format()
 
 argument_kind choice(const std::vector<std::string> &words)
 {
-    const std::string allowed = joined(words, ", ");
+    const std::string allowed = text::joined(words, ", ");
     return {.placeholder = "WORD",
             .allowed = allowed,
             .read = [words](std::string_view text) { return read_choice(text, words); },

@@ -3,7 +3,9 @@
 #include "kelctl/language/command_line.h"
 
 #include "kelctl/language/command_text.h"
-#include "terminal/text.h"
+#include "text/nearest.h"
+#include "text/printable.h"
+#include "text/wording.h"
 
 #include <fmt/core.h>
 
@@ -83,7 +85,7 @@ private:
         if (parts_.name.empty())
             throw wrong_line("A command is required", column_after(words_));
         throw wrong_line(fmt::format("\"{}\" requires one of these words: {}", parts_.name,
-                                     joined(table_.next_words(parts_.name, where_), ", ")),
+                                     text::joined(table_.next_words(parts_.name, where_), ", ")),
                          column_after(words_));
     }
 
@@ -92,18 +94,18 @@ private:
     [[noreturn]] void refuse_word(const word &word) const
     {
         if (word.text.starts_with("-"))
-            throw wrong_line(fmt::format("unknown option {}", in_quotes(word.text)), word.column);
+            throw wrong_line(fmt::format("unknown option {}", text::in_quotes(word.text)), word.column);
         const std::string asked = with_words_before(word.text);
         if (holds_command_words(word.text))
             throw wrong_line(fmt::format("{} is one word; write the words of a command without quotation marks: {}",
-                                         in_quotes(word.text), typed(asked, where_)),
+                                         text::in_quotes(word.text), typed(asked, where_)),
                              word.column);
         if (table_.find(asked))
-            throw wrong_line(fmt::format("{} cannot be used here", in_quotes(asked)), word.column);
-        const std::string_view meant = nearest(word.text, table_.next_words(parts_.name, where_));
+            throw wrong_line(fmt::format("{} cannot be used here", text::in_quotes(asked)), word.column);
+        const std::string_view meant = text::nearest(word.text, table_.next_words(parts_.name, where_));
         const std::string hint =
-            meant.empty() ? "" : fmt::format("; did you mean {}?", in_quotes(with_words_before(meant)));
-        throw wrong_line(fmt::format("unknown command {}{}", in_quotes(asked), hint), word.column);
+            meant.empty() ? "" : fmt::format("; did you mean {}?", text::in_quotes(with_words_before(meant)));
+        throw wrong_line(fmt::format("unknown command {}{}", text::in_quotes(asked), hint), word.column);
     }
 
     // Words of a command that quotation marks made one.
@@ -144,15 +146,15 @@ private:
             for (const argument &one : *list)
                 if (one.is_option())
                     known.emplace_back(one.name);
-        throw wrong_line(fmt::format("\"{}\" has no option {}{}", parts_.name, in_quotes(given.option),
-                                     did_you_mean(given.option, known)),
+        throw wrong_line(fmt::format("\"{}\" has no option {}{}", parts_.name, text::in_quotes(given.option),
+                                     text::did_you_mean(given.option, known)),
                          given.written.column);
     }
 
     void take_positional(const argument_word &given)
     {
         if (!given.meant)
-            throw wrong_line(fmt::format("unexpected argument {}", in_quotes(given.written.text)),
+            throw wrong_line(fmt::format("unexpected argument {}", text::in_quotes(given.written.text)),
                              given.written.column);
         if (given.meant->repeated)
             repeated_.push_back(given.written.text);

@@ -2,7 +2,7 @@
 // compare the two.
 #include "kelctl/language/command_text.h"
 
-#include "terminal/text.h"
+#include "text/wording.h"
 
 #include <fmt/core.h>
 
@@ -60,7 +60,7 @@ std::string word_of(const argument_kind &kind, const argument_value &value)
         [](uint64_t handle) { return fmt::format("0x{:x}", handle); },
         [](const std::string &text) { return text; },
         [](const mac_address &mac) { return to_text(mac); },
-        [](const std::vector<uint32_t> &numbers) { return joined(numbers, ","); },
+        [](const std::vector<uint32_t> &numbers) { return text::joined(numbers, ","); },
         [](const std::vector<std::string> &) { return std::string(); },
     };
     return std::visit(write, value);
@@ -104,7 +104,7 @@ std::string text_of(const invocation &asked)
 {
     std::vector<std::string> words = words_of(asked);
     std::ranges::transform(words, words.begin(), quoted);
-    return joined(words, " ");
+    return text::joined(words, " ");
 }
 
 } // namespace kelctl

@@ -3,7 +3,8 @@
 #include "kelctl/language/completion.h"
 
 #include "kelctl/language/command_line.h"
-#include "terminal/text.h"
+#include "text/nearest.h"
+#include "text/wording.h"
 
 #include <fmt/core.h>
 
@@ -41,7 +42,7 @@ public:
 private:
     void offer(const std::string &word, const std::string &help = "")
     {
-        if (same_word(word.substr(0, begun_.size()), begun_))
+        if (text::same_word(word.substr(0, begun_.size()), begun_))
             found_.candidates.push_back({word, help});
     }
 
@@ -61,7 +62,7 @@ private:
     std::string help_on(const std::string &words) const
     {
         const std::string_view help = table_.help_on(words);
-        return help.empty() ? joined(table_.next_words(words, where_), ", ") : std::string(help);
+        return help.empty() ? text::joined(table_.next_words(words, where_), ", ") : std::string(help);
     }
 
     // A value that is due comes before anything else, whatever the word begins with; then a value behind "=".

@@ -5,7 +5,7 @@
 #include "kelctl/language/command_line.h"
 #include "kelctl/language/command_text.h"
 #include "kelctl/values/quantity_messages.h"
-#include "terminal/text.h"
+#include "terminal/folding.h"
 
 #include <fmt/core.h>
 
@@ -66,8 +66,8 @@ std::string rows_text(const std::vector<help_row> &rows, size_t width)
     const bool apart = left > width / 2;
     std::string text;
     for (const help_row &row : rows)
-        text += apart ? wrapped("  ", row.left, width) + wrapped("      ", row.right, width)
-                      : wrapped(fmt::format("  {:<{}}", row.left, left - 2), row.right, width);
+        text += apart ? terminal::wrapped("  ", row.left, width) + terminal::wrapped("      ", row.right, width)
+                      : terminal::wrapped(fmt::format("  {:<{}}", row.left, left - 2), row.right, width);
     return text;
 }
 
@@ -140,7 +140,7 @@ std::string example_text(const command &row, source where, size_t width)
     std::vector<std::string> words;
     for (const word &one : words_of(example))
         words.push_back(example.substr(one.column - 1, one.end - one.column));
-    std::string lines = wrapped("  ", words, width - continued.size());
+    std::string lines = terminal::wrapped("  ", words, width - continued.size());
     if (where == source::program)
         for (size_t end = 0; (end = lines.find('\n', end)) + 1 < lines.size(); end += continued.size() + 1)
             lines.insert(end, continued);
@@ -222,10 +222,11 @@ std::string help_of(const command &row, source where, size_t width)
 {
     std::vector<std::string> usage = usage_of(row);
     usage.front() = typed(usage.front(), where);
-    const std::string details = row.details.empty() ? "" : "\n" + filled(row.details, width);
+    const std::string details = row.details.empty() ? "" : "\n" + terminal::filled(row.details, width);
     const std::string only = row.needs_accelerator ? "\nRequires the software accelerator.\n" : "";
-    return wrapped("", row.help, width) + "\n" + wrapped("Usage: ", usage, width) + argument_sections(row, width) +
-           details + only + function_section(row, width) + "\nExample:\n" + example_text(row, where, width);
+    return terminal::wrapped("", row.help, width) + "\n" + terminal::wrapped("Usage: ", usage, width) +
+           argument_sections(row, width) + details + only + function_section(row, width) + "\nExample:\n" +
+           example_text(row, where, width);
 }
 
 // Of the program alone it is also how it is used before and beside commands; the shell has none of that.
@@ -235,15 +236,16 @@ std::string help_of_words(const command_table &table, std::string_view words, so
         return section(heading, rows_of(meanings), width);
     };
     if (words.empty() && where == source::program)
-        return wrapped("", about, width) + "\n" +
-               wrapped("Usage: ", "kelctl [--node NAME | --softnode PATH] COMMAND ...", width) +
+        return terminal::wrapped("", about, width) + "\n" +
+               terminal::wrapped("Usage: ", "kelctl [--node NAME | --softnode PATH] COMMAND ...", width) +
                overview(table, where, width) + listed("Before a command", node_options) +
                listed("Instead of a command", program_options) + listed("Exit status", statuses) +
                listed("Environment", variables) + "\n" +
-               wrapped("", "\"kelctl help COMMAND\" shows the arguments of a command.", width);
+               terminal::wrapped("", "\"kelctl help COMMAND\" shows the arguments of a command.", width);
     if (words.empty())
         return overview(table, where, width).substr(1) + "\n" +
-               wrapped("", "\"help COMMAND\" shows the arguments of a command, or the commands of a group.", width);
+               terminal::wrapped("", "\"help COMMAND\" shows the arguments of a command, or the commands of a group.",
+                                 width);
     const std::string beginning = fmt::format("{} ", words);
     const auto begins = [&](const command &row) { return row.name.starts_with(beginning); };
     return section("Commands", command_rows(table, where, begins), width).substr(1);

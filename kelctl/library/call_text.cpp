@@ -4,7 +4,7 @@
 #include "kelctl/values/ic_port.h"
 #include "kelctl/values/limits.h"
 #include "kelctl/values/quantity_messages.h"
-#include "terminal/text.h"
+#include "text/wording.h"
 
 #include <fmt/core.h>
 
@@ -48,7 +48,7 @@ std::string argument_text(std::string_view name, const mac_address &mac)
 
 std::string argument_text(std::string_view name, const std::array<uint8_t, 2> &numbers)
 {
-    return fmt::format("{}={}", name, joined(numbers, ", "));
+    return fmt::format("{}={}", name, text::joined(numbers, ", "));
 }
 
 std::string argument_text(std::string_view, const kel_ebcom_global_params &params)

@@ -7,7 +7,9 @@
 
 #include "kelctl/nodefile/toml.h"
 #include "kelctl/values/file_text.h"
-#include "terminal/text.h"
+#include "text/nearest.h"
+#include "text/printable.h"
+#include "text/wording.h"
 
 #include <fmt/core.h>
 
@@ -62,7 +64,7 @@ std::optional<std::string> typed(const toml::node &value)
             words.push_back(std::move(*word));
         else
             return std::nullopt;
-    return joined(words, ",");
+    return text::joined(words, ",");
 }
 
 // One walk over the tables that there can be, not over those of the file: so the lines come in the order of a bring-up
@@ -109,10 +111,10 @@ private:
     void refuse(const toml::key &key, std::string_view name, const toml::node &value, std::string_view where,
                 std::span<const std::string_view> known)
     {
-        misspelt_.push_back(nearest(name, known));
+        misspelt_.push_back(text::nearest(name, known));
         read_.problems.push_back(
             {position_of(key.source()), fmt::format("unknown {} {}{}{}", value.is_table() ? "table" : "key",
-                                                    in_quotes(name), where, did_you_mean(name, known))});
+                                                    text::in_quotes(name), where, text::did_you_mean(name, known))});
     }
 
     bool is_misspelt(std::string_view name) const
@@ -277,7 +279,7 @@ private:
 // Without the name of the parser's setting that a document exceeds: it means nothing to the file's author.
 std::string parser_message(std::string_view description)
 {
-    return printable(description.substr(0, description.find(" (TOML_")));
+    return text::printable(description.substr(0, description.find(" (TOML_")));
 }
 
 // The first line that must not reach the parser, if there is one.

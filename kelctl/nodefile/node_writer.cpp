@@ -4,7 +4,7 @@
 #include "kelctl/language/command_text.h"
 #include "kelctl/nodefile/node_keys.h"
 #include "kelctl/values/whole_number.h"
-#include "terminal/text.h"
+#include "text/wording.h"
 
 #include <fmt/core.h>
 
@@ -19,7 +19,7 @@ namespace
 std::string toml_of(const argument_kind &kind, const argument_value &value)
 {
     if (const auto *numbers = std::get_if<std::vector<uint32_t>>(&value))
-        return fmt::format("[{}]", joined(*numbers, ", "));
+        return fmt::format("[{}]", text::joined(*numbers, ", "));
     const std::string word = word_of(kind, value);
     return parse_whole_number(word) ? word : fmt::format("\"{}\"", word); // addresses, ports, quantities
 }
@@ -38,7 +38,7 @@ std::string elements_of(const node_key &key, const invocation &line, const std::
     for (const invocation &one : lines)
         if (one.row->name == key.each && belongs_to(one, line))
             elements.push_back(toml_of(one.row->find_argument(key.argument)->kind, *one.given.find(key.argument)));
-    return fmt::format("[{}]", joined(elements, ", "));
+    return fmt::format("[{}]", text::joined(elements, ", "));
 }
 
 // "vlan = 100" with its line end; empty for a default.

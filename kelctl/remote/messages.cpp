@@ -29,7 +29,7 @@ fields message_of_page(const page &shown_on)
 // Without a member: lines as long as they are, 20 rows of a list, no colours.
 page page_of(const fields &message)
 {
-    page shown_on = {.paint = painter(message.find("colours") && message.at("colours").boolean())};
+    page shown_on = {.paint = terminal::painter(message.find("colours") && message.at("colours").boolean())};
     if (const fields *width = message.find("width"))
         shown_on.width = width->number<uint16_t>();
     if (const fields *rows = message.find("rows"); rows && rows->is_null())

@@ -10,6 +10,7 @@
 #include "kelctl/node/statistics.h"
 #include "kelctl/session/other_process.h"
 #include "kelctl/values/file_text.h"
+#include "terminal/terminal.h"
 
 #include <map>
 #include <string>
@@ -21,7 +22,7 @@ namespace kelctl
 // A command as words, which the node reads again: it trusts nobody's reading but its own.
 struct command_request {
     std::vector<std::string> words;
-    asker whom = {.shown_on = {.paint = painter(false)}};
+    asker whom = {.shown_on = {.paint = terminal::painter(false)}};
     std::map<std::string, sent_file> files = {}; // that the command reads, by the names in its words
 };
 

@@ -1,7 +1,7 @@
 // Looking into the folders of the sockets.
 #include "kelctl/remote/node_names.h"
 
-#include "terminal/text.h"
+#include "text/printable.h"
 
 #include <fmt/core.h>
 
@@ -57,12 +57,12 @@ std::optional<std::string> wrong_node_name(const std::string &name)
     if (name.empty())
         return "the name of a node is empty";
     if (name.size() > longest_name)
-        return fmt::format("the name of a node has at most {} octets: {} has {}", longest_name, in_quotes(name),
+        return fmt::format("the name of a node has at most {} octets: {} has {}", longest_name, text::in_quotes(name),
                            name.size());
-    if (name.front() == '.' || name.find('/') != name.npos || without_controls(name) != name)
+    if (name.front() == '.' || name.find('/') != name.npos || text::without_controls(name) != name)
         return fmt::format(
             "{} cannot be the name of a node: it begins with a dot, or has a slash or a control character",
-            in_quotes(name));
+            text::in_quotes(name));
     return std::nullopt;
 }
 

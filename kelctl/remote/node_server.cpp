@@ -12,7 +12,7 @@
 #include "kelctl/remote/result_message.h"
 #include "kelctl/values/file_text.h"
 #include "notation/json.h"
-#include "terminal/text.h"
+#include "text/printable.h"
 
 #include <fmt/core.h>
 
@@ -60,7 +60,7 @@ sockets::address address_for(const std::string &name, const std::optional<std::s
         return where;
     const auto *known = getgrnam(group->c_str());
     if (!known)
-        throw std::runtime_error(fmt::format("there is no group {}", in_quotes(*group)));
+        throw std::runtime_error(fmt::format("there is no group {}", text::in_quotes(*group)));
     where.group = known->gr_gid;
     return where;
 }
@@ -109,7 +109,7 @@ fields node_server::answer_to(const fields &request)
         return {{"result", message_of(take_state(session_))}};
     if (question == "sample")
         return sample(counted_of(request));
-    throw std::runtime_error(fmt::format("there is no question {}", in_quotes(question)));
+    throw std::runtime_error(fmt::format("there is no question {}", text::in_quotes(question)));
 }
 
 fields node_server::sample(const counted &which)

@@ -8,7 +8,7 @@
 #include "kelctl/values/file_text.h"
 #include "notation/json.h"
 #include "socket/socket_error.h"
-#include "terminal/text.h"
+#include "text/printable.h"
 
 #include <fmt/core.h>
 
@@ -51,7 +51,8 @@ remote_node::remote_node(std::string name, std::chrono::milliseconds patience)
 // that a killed process left behind answers nothing.
 void remote_node::connect()
 {
-    std::string why = fmt::format("there is no node {}; \"kelctl nodes\" lists those that there are", in_quotes(name_));
+    std::string why =
+        fmt::format("there is no node {}; \"kelctl nodes\" lists those that there are", text::in_quotes(name_));
     bool found = false;
     for (const auto &[name, path] : node_sockets(name_))
         try {

@@ -3,6 +3,7 @@
 
 #include "kelctl/library/explanation.h"
 #include "platform/kei_util.h"
+#include "terminal/terminal.h"
 
 #include <fmt/core.h>
 
@@ -36,7 +37,7 @@ std::string records_of(const failure &failure, bool tracer_installed, const page
 
 std::string report_of(const failure &failure, const page &page, std::string_view lead)
 {
-    const std::string failed = page.paint(colour::failure, "failed:");
+    const std::string failed = page.paint(terminal::colour::failure, "failed:");
     std::string report = line_on(page, fmt::format("{}{} {}", lead, failed, failure.operation));
     report += line_on(page, fmt::format("  code {}: {}", failure.code, kei_util_init_rc_str_get(failure.code)));
     if (const auto why = explanation_of(failure))

@@ -2,7 +2,10 @@
 #include "kelctl/results/fields_view.h"
 
 #include "notation/json.h"
-#include "terminal/text.h"
+#include "terminal/folding.h"
+#include "terminal/terminal.h"
+#include "text/quantity.h"
+#include "text/wording.h"
 
 #include <fmt/core.h>
 
@@ -47,7 +50,7 @@ std::string cell(const fields &value)
     std::vector<std::string> parts;
     for (const fields &part : value)
         parts.push_back(cell(part));
-    return parts.empty() ? "none" : joined(parts, ", ");
+    return parts.empty() ? "none" : text::joined(parts, ", ");
 }
 
 // A column: the rows' values of one name. Numbers are aligned to the right.
@@ -137,7 +140,7 @@ std::string head_of(const std::vector<column> &columns, const page &page)
     std::string head;
     for (size_t below = lines; below-- > 0;) {
         const std::string line = table_line(columns, [below](const column &one) { return title_line(one, below); });
-        head += line_on(page, page.paint(colour::heading, line));
+        head += line_on(page, page.paint(terminal::colour::heading, line));
     }
     return head;
 }
@@ -157,7 +160,7 @@ std::string table_text(const fields &rows, const page &page)
     std::vector<column> columns;
     for (const auto &[name, value] : rows[0].members())
         columns.push_back(column_of(name, {title(name)}, rows));
-    if (width_of(columns) > page.width.value_or(usual_width))
+    if (width_of(columns) > page.width.value_or(terminal::usual_width))
         for (column &one : columns)
             one = narrowed(one, rows);
 
@@ -187,12 +190,12 @@ size_t widest_title(const fields &shown)
 
 page page_for(std::FILE *stream)
 {
-    return {.paint = painter_for(stream), .width = line_width(stream)};
+    return {.paint = terminal::painter_for(stream), .width = terminal::line_width(stream)};
 }
 
 std::string line_on(const page &page, std::string_view line)
 {
-    return page.width ? folded(line, *page.width) : fmt::format("{}\n", line);
+    return page.width ? terminal::folded(line, *page.width) : fmt::format("{}\n", line);
 }
 
 std::string lines_on(const page &page, std::string_view text)
@@ -213,7 +216,7 @@ std::string fields_text(const fields &shown, const page &page)
     for (const auto &[name, value] : shown.members()) {
         const bool apart = !text.empty() && (is_table(value) || value.is_object());
         text += apart ? "\n" : "";
-        const std::string title_shown = page.paint(colour::heading, title(name));
+        const std::string title_shown = page.paint(terminal::colour::heading, title(name));
         if (is_table(value))
             text += table_text(value, page);
         else if (value.is_object())
@@ -234,7 +237,7 @@ std::string list_text(std::string_view name, const fields &rows, const page &pag
         shown[name].push_back(rows[i]);
     std::string text = fields_text(shown, page);
     if (most < rows.size())
-        text += line_on(page, fmt::format("{} more rows; --all shows them", with_separators(rows.size() - most)));
+        text += line_on(page, fmt::format("{} more rows; --all shows them", text::with_separators(rows.size() - most)));
     return text;
 }
 

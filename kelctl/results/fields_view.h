@@ -24,7 +24,7 @@ namespace kelctl
 
 // Where text is shown.
 struct page {
-    painter paint;
+    terminal::painter paint;
     std::optional<size_t> width = {};       // of its lines; none: as long as they are
     std::optional<size_t> most_rows = {20}; // of a list; none: all
 };

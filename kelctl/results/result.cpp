@@ -1,7 +1,8 @@
 // Results that several commands have in common.
 #include "kelctl/results/result.h"
 
-#include "terminal/text.h"
+#include "text/printable.h"
+#include "text/wording.h"
 
 #include <fmt/core.h>
 
@@ -43,7 +44,8 @@ result wrong_input(const std::string &file, std::vector<input_error> errors, std
 {
     result wrong;
     wrong.status = exit_wrong_input;
-    wrong.remark = fmt::format("{}: {}, {}", without_controls(file), count_of(errors.size(), "problem"), consequence);
+    wrong.remark =
+        fmt::format("{}: {}, {}", text::without_controls(file), text::count_of(errors.size(), "problem"), consequence);
     wrong.errors = std::move(errors);
     return wrong;
 }

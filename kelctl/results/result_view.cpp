@@ -6,7 +6,8 @@
 #include "kelctl/results/fields_view.h"
 #include "kelctl/results/result_document.h"
 #include "terminal/terminal.h"
-#include "terminal/text.h"
+#include "text/printable.h"
+#include "text/quantity.h"
 
 #include <fmt/core.h>
 
@@ -24,7 +25,7 @@ constexpr size_t most_errors = 20;
 
 std::string origin_text(const origin &from)
 {
-    return from.file.empty() ? "" : fmt::format("{}:{}: ", without_controls(from.file), from.line);
+    return from.file.empty() ? "" : fmt::format("{}:{}: ", text::without_controls(from.file), from.line);
 }
 
 // Of a line of another file, its own position says more than that of the script's line, which the remark then has.
@@ -37,7 +38,8 @@ std::string error_text(const input_error &error, const origin &from)
 
 std::string more_text(size_t more, std::string_view what, const page &page)
 {
-    return more == 0 ? "" : line_on(page, fmt::format("{} more {}; --all shows them", with_separators(more), what));
+    return more == 0 ? ""
+                     : line_on(page, fmt::format("{} more {}; --all shows them", text::with_separators(more), what));
 }
 
 std::string failures_text(const result &done, const origin &from, const manner &shown, bool tracer_installed,
@@ -73,7 +75,7 @@ void show(const result &done, const origin &from, const manner &shown, bool trac
     if (done.shown_already)
         return;
     if (!shown.quiet)
-        write(stdout, fields_text(done.text ? *done.text : done.shown, page_for(stdout)));
+        terminal::write(stdout, fields_text(done.text ? *done.text : done.shown, page_for(stdout)));
     const page page = page_for(stderr);
     std::string told = shown.quiet ? "" : errors_text(done.warnings, "warnings", from, shown, page, "warning: ");
     told += errors_text(done.errors, "problems", from, shown, page);
@@ -82,20 +84,20 @@ void show(const result &done, const origin &from, const manner &shown, bool trac
         told += complaints_text(origin_text(from) + "it", done.complaints, page);
     if (!done.remark.empty())
         told += lines_on(page, origin_text(from) + done.remark);
-    write(stderr, told);
+    terminal::write(stderr, told);
 }
 
 void show_wrong_line(const input_error &error, std::string_view hint, bool json)
 {
     if (json)
-        write(stdout, line_of(document_of(error)));
+        terminal::write(stdout, line_of(document_of(error)));
     else
-        write(stderr, lines_on(page_for(stderr), fmt::format("{}\n{}", text_of(error), hint)));
+        terminal::write(stderr, lines_on(page_for(stderr), fmt::format("{}\n{}", text_of(error), hint)));
 }
 
 std::string text_of(const input_error &error)
 {
-    std::string text = without_controls(error.file.empty() ? "kelctl" : error.file);
+    std::string text = text::without_controls(error.file.empty() ? "kelctl" : error.file);
     for (const uint32_t number : {error.at.line, error.at.column})
         text += number == 0 ? "" : fmt::format(":{}", number);
     return fmt::format("{}: {}", text, error.message);

@@ -117,9 +117,9 @@ result session::carry_out(const invocation &asked, const std::string &file)
         show_part(around, {.text = "", .warnings = unmatched_faults()}, {});
     std::ranges::move(around.warnings, std::back_inserter(done.warnings));
     if (shown_.json && (!shown_.quiet || done.status != exit_done))
-        write(stdout, line_of(document_of(done, asked, {file, asked.line}, tracer_installed())));
+        terminal::write(stdout, line_of(document_of(done, asked, {file, asked.line}, tracer_installed())));
     if (!shown_.json && is_wrong_use(done) && file.empty())
-        write(stderr, lines_on(page_for(stderr), help_hint(asked.row->name, here)));
+        terminal::write(stderr, lines_on(page_for(stderr), help_hint(asked.row->name, here)));
     show_as({});
     return done;
 }
@@ -270,7 +270,7 @@ trace_log &session::log()
 void session::stream(const fields &document) const
 {
     if (shown_.json && !shown_.quiet)
-        write(stdout, line_of(document));
+        terminal::write(stdout, line_of(document));
 }
 
 // What the program was asked for counts for every command.
@@ -296,13 +296,13 @@ void session::direct_trace()
 
 void session::show_record(const trace_entry &entry) const
 {
-    write(stderr, shown_.json ? json_line(entry) : line_on_terminal(entry));
+    terminal::write(stderr, shown_.json ? json_line(entry) : line_on_terminal(entry));
 }
 
 void session::report_missing_tracer()
 {
     if (!tracer_installed() && !std::exchange(missing_tracer_told_, true))
-        write(stderr, line_on(page_for(stderr), "no trace: the tracer is not installed on this machine"));
+        terminal::write(stderr, line_on(page_for(stderr), "no trace: the tracer is not installed on this machine"));
 }
 
 void session::remember(const invocation &asked)

@@ -1,7 +1,9 @@
 // A sweep's report as a table and as JSON. The table has one row for all runs of one call with the same outcome.
 #include "kelctl/sweep/sweep_view.h"
 
-#include "terminal/text.h"
+#include "terminal/folding.h"
+#include "terminal/terminal.h"
+#include "text/wording.h"
 
 #include <fmt/core.h>
 
@@ -37,8 +39,8 @@ std::string items_text(const fields &items)
     std::vector<std::string> parts;
     parts.reserve(counts.size());
     for (const auto &[kind, count] : counts)
-        parts.push_back(count_of(count, kind));
-    return joined(parts, ", ");
+        parts.push_back(text::count_of(count, kind));
+    return text::joined(parts, ", ");
 }
 
 // Reasons by the numbers that they are listed under.
@@ -57,7 +59,7 @@ public:
     {
         std::string text;
         for (size_t i = 0; i < whys_.size(); ++i)
-            text += folded(fmt::format("{:>4} {}", fmt::format("[{}]", i + 1), whys_[i]), width);
+            text += terminal::folded(fmt::format("{:>4} {}", fmt::format("[{}]", i + 1), whys_[i]), width);
         return text;
     }
 
@@ -116,16 +118,16 @@ std::string columns_text(const std::array<std::string, 4> &columns, size_t width
     const auto &[call, line, codes, outcome] = columns;
     const std::string lead = fmt::format("{:<{}}  {:>4}  {:<7}  ", call, width_of_calls, line, codes);
     return lead.size() + narrowest_outcome <= width
-               ? wrapped(lead, outcome, width)
-               : folded(fmt::format("{}  {}  {}  {}", call, line, codes, outcome), width);
+               ? terminal::wrapped(lead, outcome, width)
+               : terminal::folded(fmt::format("{}  {}  {}  {}", call, line, codes, outcome), width);
 }
 
-std::string row_text(const row &row, size_t width_of_calls, size_t width, const painter &paint)
+std::string row_text(const row &row, size_t width_of_calls, size_t width, const terminal::painter &paint)
 {
     const std::string line = row.line == 0 ? "-" : std::to_string(row.line);
-    const std::string codes = row.codes.empty() ? "-" : joined(row.codes, ",");
+    const std::string codes = row.codes.empty() ? "-" : text::joined(row.codes, ",");
     const std::string text = columns_text({row.call, line, codes, row.outcome}, width_of_calls, width);
-    return row.came_out > verdict::left_as_documented ? paint(colour::failure, text) : text;
+    return row.came_out > verdict::left_as_documented ? paint(terminal::colour::failure, text) : text;
 }
 
 std::string tally_text(const sweep_report &report)
@@ -137,7 +139,7 @@ std::string tally_text(const sweep_report &report)
         if (count > 0 || one == verdict::clean)
             parts.push_back(fmt::format("{} {}", count, name_of(one)));
     }
-    return fmt::format("{} runs: {}", report.runs.size(), joined(parts, "; "));
+    return fmt::format("{} runs: {}", report.runs.size(), text::joined(parts, "; "));
 }
 
 // A run's texts are empty where documents have null.
@@ -164,17 +166,17 @@ std::string sweep_view(const sweep_report &report, const page &page)
 {
     reasons reasons;
     const std::vector<row> rows = rows_of(report, reasons);
-    const size_t width = page.width.value_or(usual_width);
+    const size_t width = page.width.value_or(terminal::usual_width);
     size_t width_of_calls = 0;
     for (const row &one : rows)
         width_of_calls = std::max(width_of_calls, one.call.size());
     std::string text =
-        page.paint(colour::heading, columns_text({"call", "line", "code", "outcome"}, width_of_calls, width));
+        page.paint(terminal::colour::heading, columns_text({"call", "line", "code", "outcome"}, width_of_calls, width));
     for (const row &one : rows)
         text += row_text(one, width_of_calls, width, page.paint);
     if (const std::string list = reasons.list(width); !list.empty())
         text += fmt::format("\n{}", list);
-    return text + "\n" + wrapped("", tally_text(report), width);
+    return text + "\n" + terminal::wrapped("", tally_text(report), width);
 }
 
 fields sweep_fields(const sweep_report &report)

@@ -3,7 +3,7 @@
 #include "kelctl/values/file_text.h"
 
 #include "kelctl/values/quantity_messages.h"
-#include "terminal/text.h"
+#include "text/printable.h"
 
 #include <fmt/core.h>
 
@@ -51,8 +51,8 @@ bool is_input(const struct stat &file)
 // Without what some editors put in: a byte-order mark, carriage returns at the ends of lines.
 std::string plain(std::string text)
 {
-    if (text.starts_with(byte_order_mark))
-        text.erase(0, byte_order_mark.size());
+    if (text.starts_with(text::byte_order_mark))
+        text.erase(0, text::byte_order_mark.size());
     size_t kept = 0;
     for (size_t i = 0; i < text.size(); ++i)
         if (text[i] != '\r' || i + 1 == text.size() || text[i + 1] != '\n')

@@ -3,7 +3,8 @@
 
 #include "kel/kel_node_names.h"
 #include "kelctl/values/whole_number.h"
-#include "terminal/text.h"
+#include "text/nearest.h"
+#include "text/printable.h"
 
 #include <fmt/core.h>
 
@@ -43,7 +44,7 @@ std::vector<std::string_view> branch_names()
 std::optional<int32_t> port_by_name(std::string_view name)
 {
     for (int32_t port = 0; port < KEL_IELL_PORT_COUNT; ++port)
-        if (same_word(name, kel_branch_name(port)))
+        if (text::same_word(name, kel_branch_name(port)))
             return port;
     return std::nullopt;
 }
@@ -52,8 +53,8 @@ std::optional<int32_t> port_by_name(std::string_view name)
 std::string no_such_port(std::string_view written)
 {
     if (parse_whole_number(written))
-        return fmt::format("unknown port {}", printable(written));
-    return fmt::format("unknown port {}{}", in_quotes(written), did_you_mean(written, branch_names()));
+        return fmt::format("unknown port {}", text::printable(written));
+    return fmt::format("unknown port {}{}", text::in_quotes(written), text::did_you_mean(written, branch_names()));
 }
 
 bool is_port(int64_t number)

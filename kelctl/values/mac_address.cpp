@@ -1,8 +1,8 @@
 // Reading, writing, counting and locating addresses.
 #include "kelctl/values/mac_address.h"
 
-#include "terminal/text.h"
 #include "text/mac.h"
+#include "text/printable.h"
 
 #include <fmt/core.h>
 
@@ -86,7 +86,7 @@ std::optional<mac_address> parse_mac_address(std::string_view text)
 
 std::string no_mac_address(std::string_view written)
 {
-    return fmt::format("{} is not a MAC address such as 02:00:00:02:00:01", in_quotes(written));
+    return fmt::format("{} is not a MAC address such as 02:00:00:02:00:01", text::in_quotes(written));
 }
 
 std::string to_text(const mac_address &mac)

@@ -3,7 +3,7 @@
 
 #include "kelctl/values/limits.h"
 #include "kelctl/values/whole_number.h"
-#include "terminal/text.h"
+#include "text/printable.h"
 
 #include <fmt/core.h>
 
@@ -32,8 +32,8 @@ std::string wrong_mp_id()
     const auto id = text ? parse_whole_number(text) : std::nullopt;
     if (!text || (id && mpid_range.holds(*id) && own_mp_id() == *id))
         return "";
-    return fmt::format("MPID={} is not an MP id, {}; the library reads it as {}", printable(text), mpid_range.text,
-                       own_mp_id());
+    return fmt::format("MPID={} is not an MP id, {}; the library reads it as {}", text::printable(text),
+                       mpid_range.text, own_mp_id());
 }
 
 // Leaves an MPID that already means this id as it is, also where it is written in another way: the environment belongs

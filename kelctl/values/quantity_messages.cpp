@@ -1,7 +1,7 @@
 // Messages about numbers with units.
 #include "kelctl/values/quantity_messages.h"
 
-#include "terminal/text.h"
+#include "text/printable.h"
 
 #include <fmt/core.h>
 
@@ -18,7 +18,7 @@ std::string names_of(std::span<const unit> units)
 
 std::string no_quantity(std::string_view written, std::span<const unit> units)
 {
-    return fmt::format("{} is not a whole number with one of the units {}", in_quotes(written), names_of(units));
+    return fmt::format("{} is not a whole number with one of the units {}", text::in_quotes(written), names_of(units));
 }
 
 std::string no_multiple(uint64_t octets, uint32_t block)

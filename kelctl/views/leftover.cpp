@@ -1,7 +1,9 @@
 // The kinds of objects, and what an object of each is called.
 #include "kelctl/views/leftover.h"
 
-#include "terminal/text.h"
+#include "terminal/folding.h"
+#include "text/quantity.h"
+#include "text/wording.h"
 
 #include <fmt/core.h>
 
@@ -65,7 +67,7 @@ std::vector<kind> kinds_in(const snapshot &node)
 
 std::string amount_of(const kind &shown)
 {
-    return count_of(shown.names.size(), shown.one, shown.several);
+    return text::count_of(shown.names.size(), shown.one, shown.several);
 }
 
 // There may be thousands of paths: the first names show which ones they are.
@@ -75,9 +77,9 @@ std::string row(const kind &shown, size_t width)
     std::vector<std::string> parts = shown.names;
     if (count > most_names) {
         parts.resize(most_names);
-        parts.push_back(fmt::format("and {} more", with_separators(count - most_names)));
+        parts.push_back(fmt::format("and {} more", text::with_separators(count - most_names)));
     }
-    return wrapped(fmt::format("  {:<20} ", amount_of(shown) + ":"), parts, width);
+    return terminal::wrapped(fmt::format("  {:<20} ", amount_of(shown) + ":"), parts, width);
 }
 
 } // namespace
@@ -95,7 +97,7 @@ std::string contents_text(const snapshot &node)
     std::vector<std::string> amounts;
     for (const kind &one : kinds_in(node))
         amounts.push_back(amount_of(one));
-    return joined(amounts, ", ");
+    return text::joined(amounts, ", ");
 }
 
 fields leftover_fields(const snapshot &node)

@@ -8,7 +8,9 @@
 #include "kelctl/values/mp_id.h"
 #include "kelctl/values/quantity_messages.h"
 #include "kelctl/views/destination_rows.h"
-#include "terminal/text.h"
+#include "terminal/terminal.h"
+#include "text/quantity.h"
+#include "text/wording.h"
 
 #include <fmt/core.h>
 
@@ -78,7 +80,7 @@ public:
 
     std::string render()
     {
-        std::string view = page_.paint(colour::heading, "schedulers and queues") + "\n";
+        std::string view = page_.paint(terminal::colour::heading, "schedulers and queues") + "\n";
         for (const handle root : children_[0])
             view += subtree(root, 0);
         return view;
@@ -106,8 +108,8 @@ private:
         std::string handles = handle_text(top);
         if (levels > 1)
             handles += fmt::format(" - {}, a chain of {} levels", handle_text(last), levels);
-        return line_on(page_,
-                       fmt::format("{:{}}{}{}", "", 2 * depth, page_.paint(colour::faint, handles), group_text(last)));
+        return line_on(page_, fmt::format("{:{}}{}{}", "", 2 * depth, page_.paint(terminal::colour::faint, handles),
+                                          group_text(last)));
     }
 
     // The unit, where it is known. A unit without paths has a scheduler with nothing below.
@@ -130,8 +132,8 @@ private:
         for (const std::string &row : std::span(rows).first(most))
             view += line_on(page_, "      " + row);
         if (most < rows.size())
-            view += line_on(page_,
-                            fmt::format("      {} more rows; --all shows them", with_separators(rows.size() - most)));
+            view += line_on(
+                page_, fmt::format("      {} more rows; --all shows them", text::with_separators(rows.size() - most)));
         return view;
     }
 
@@ -170,8 +172,9 @@ fields service_fields(const snapshot &node, std::optional<size_t> added_paths)
                                   capabilities.max_multicast_members)},
         {"timestamp", node.timestamp_offset ? fmt::format("offset {}", *node.timestamp_offset) : "no offset"},
         {"paths",
-         fmt::format("{}to {} through {}", added_paths ? fmt::format("{} added, ", with_separators(*added_paths)) : "",
-                     count_of(node.paths.size(), "destination"), count_of(node.queues.size(), "queue"))}};
+         fmt::format("{}to {} through {}",
+                     added_paths ? fmt::format("{} added, ", text::with_separators(*added_paths)) : "",
+                     text::count_of(node.paths.size(), "destination"), text::count_of(node.queues.size(), "queue"))}};
 }
 
 std::string with_location(const mac_address &mac)
@@ -192,7 +195,7 @@ fields end_points(const snapshot &node)
                                   {"bound to", pcep.bound ? "EHSFP" : ""}});
     for (const snapshot::group &group : node.groups)
         shown["groups"].push_back(
-            {{"group", group.id}, {"members", group.members.empty() ? "none" : joined(group.members, " ")}});
+            {{"group", group.id}, {"members", group.members.empty() ? "none" : text::joined(group.members, " ")}});
     return shown;
 }
 

@@ -3,6 +3,8 @@
  */
 #include "softnode/faults/fault_text.h"
 
+#include "text/printable.h"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -91,9 +93,8 @@ std::optional<std::string> contents_of(const std::string &file)
 
 std::optional<FaultTextProblem> read_fault_text(std::string_view text, std::vector<FaultRule> &rules)
 {
-    constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF"; /* some editors write it */
-    if (text.starts_with(byte_order_mark))
-        text.remove_prefix(byte_order_mark.size());
+    if (text.starts_with(text::byte_order_mark))
+        text.remove_prefix(text::byte_order_mark.size());
     const auto bad = read_lines(text, rules);
     if (!bad)
         return std::nullopt;

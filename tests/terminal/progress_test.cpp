@@ -7,7 +7,7 @@
 
 #include <algorithm>
 
-namespace kelctl
+namespace terminal
 {
 namespace
 {
@@ -54,4 +54,4 @@ TEST(Progress, LineOfAJobThatEndsEarlyIsLeft)
 }
 
 } // namespace
-} // namespace kelctl
+} // namespace terminal

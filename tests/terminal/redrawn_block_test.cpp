@@ -13,7 +13,7 @@
 #include <string_view>
 #include <unistd.h>
 
-namespace kelctl
+namespace terminal
 {
 namespace
 {
@@ -75,4 +75,4 @@ TEST(RedrawnBlock, IsLeftWithAnEmptyLineOnATerminalOnly)
 }
 
 } // namespace
-} // namespace kelctl
+} // namespace terminal

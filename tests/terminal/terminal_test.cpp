@@ -11,7 +11,7 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
-namespace kelctl
+namespace terminal
 {
 namespace
 {
@@ -82,4 +82,4 @@ TEST(Write, TextGoesOutAsItIs)
 }
 
 } // namespace
-} // namespace kelctl
+} // namespace terminal

@@ -5,7 +5,9 @@
 
 #include <string>
 
+using text::did_you_mean;
 using text::nearest;
+using text::same_word;
 
 namespace
 {
@@ -21,6 +23,7 @@ TEST(Nearest, FindsTheWordWithAsManyLettersTooFewTooManyOrWrong)
     EXPECT_EQ(nearest("ether-type", words, 1), "ether_type");
     EXPECT_EQ(nearest("ic_prot_mtu", words, 2), "ic_port_mtu");
     EXPECT_EQ(nearest("ic_prot_mtu", words, 1), "");
+    EXPECT_EQ(nearest("ic_port", words), "");
     EXPECT_EQ(nearest("settings", words, 0), "settings");
 }
 
@@ -39,7 +42,9 @@ TEST(Nearest, GuessesNothingWhereSeveralAreEquallyNear)
 {
     constexpr std::string_view ports[] = {"RLU1P", "RLU2P", "RLU3P"};
     EXPECT_EQ(nearest("RLU9P", ports, 2), "");
-    EXPECT_EQ(nearest("RLU2Q", ports, 2), "RLU2P");
+    EXPECT_EQ(nearest("RLU2Q", ports), "RLU2P");
+    EXPECT_EQ(did_you_mean("RLU9P", ports), "");
+    EXPECT_EQ(did_you_mean("RUL2P", ports), "; did you mean \"RLU2P\"?");
 }
 
 TEST(Nearest, LeavesALetterOfTheWordThatIsGuessed)
@@ -54,4 +59,11 @@ TEST(Nearest, GuessesNothingForAWordThatIsFarLonger)
 {
     EXPECT_EQ(nearest(std::string(100'000, 'x'), words, 2), "");
     EXPECT_EQ(nearest("settings" + std::string(100'000, ' '), words, 2), "");
+}
+
+TEST(Nearest, CaseDoesNotTellWordsApart)
+{
+    EXPECT_TRUE(same_word("rlu1P", "RLU1p"));
+    EXPECT_FALSE(same_word("RLU1P", "RLU1"));
+    EXPECT_FALSE(same_word("RLU1", "RLU1P"));
 }

@@ -5,7 +5,7 @@
 #include "kelctl/node/read_back.h"
 #include "script_session.h"
 #include "softnode/softnode.h"
-#include "terminal/text.h"
+#include "terminal/folding.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -92,28 +92,28 @@ TEST_F(TakeDown, UndoesWhatAFailedCommandMayHaveLeft)
 
 TEST(TakeDownText, ProductsOfAKindAreCountedWhereTheFirstOneStands)
 {
-    EXPECT_EQ(undone_text({undone(path), undone(service), undone(path)}, usual_width),
+    EXPECT_EQ(undone_text({undone(path), undone(service), undone(path)}, terminal::usual_width),
               "undone: 2 paths removed, EBCOM service stopped\n");
-    EXPECT_EQ(products_text("kept: ", {service, path}, usual_width), "kept: EBCOM service, 1 path\n");
+    EXPECT_EQ(products_text("kept: ", {service, path}, terminal::usual_width), "kept: EBCOM service, 1 path\n");
 }
 
 TEST(TakeDownText, WhatWasRefusedIsNotUndone)
 {
-    EXPECT_EQ(undone_text({undone(path), undone(service, {{"stop()", 13, {}}})}, usual_width),
+    EXPECT_EQ(undone_text({undone(path), undone(service, {{"stop()", 13, {}}})}, terminal::usual_width),
               "undone: 1 path removed\n");
 }
 
 TEST(TakeDownText, LargeNumbersAreReadable)
 {
-    EXPECT_EQ(undone_text(std::vector<undone_command>(10'000, undone(path)), usual_width),
+    EXPECT_EQ(undone_text(std::vector<undone_command>(10'000, undone(path)), terminal::usual_width),
               "undone: 10,000 paths removed\n");
-    EXPECT_EQ(products_text("", std::vector<product>(999, path), usual_width), "999 paths\n");
+    EXPECT_EQ(products_text("", std::vector<product>(999, path), terminal::usual_width), "999 paths\n");
 }
 
 TEST(TakeDownText, NothingIsSaidAsSuch)
 {
-    EXPECT_EQ(undone_text({}, usual_width), "undone: nothing\n");
-    EXPECT_EQ(products_text("kept: ", {}, usual_width), "kept: nothing\n");
+    EXPECT_EQ(undone_text({}, terminal::usual_width), "undone: nothing\n");
+    EXPECT_EQ(products_text("kept: ", {}, terminal::usual_width), "kept: nothing\n");
 }
 
 } // namespace

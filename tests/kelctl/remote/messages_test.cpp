@@ -2,6 +2,7 @@
 #include "kelctl/remote/messages.h"
 
 #include "notation/json.h"
+#include "terminal/terminal.h"
 
 #include <gtest/gtest.h>
 
@@ -19,7 +20,8 @@ TEST(CommandRequest, ArrivesWhole)
 {
     const command_request asked = {
         .words = {"trace", "message", "a b", "\xff"},
-        .whom = {.shown_on = {.paint = painter(true), .width = 60, .most_rows = std::nullopt}, .traces = true},
+        .whom = {.shown_on = {.paint = terminal::painter(true), .width = 60, .most_rows = std::nullopt},
+                 .traces = true},
         .files = {{"rules", {"f:1=-4\n"}}, {"none", {"", "cannot be read: it is gone"}}}};
     const command_request arrived = request_of(sent(asked));
     EXPECT_EQ(arrived.words, asked.words);
@@ -39,7 +41,7 @@ TEST(CommandRequest, WordsAreEnough)
     EXPECT_FALSE(asked.whom.traces);
     EXPECT_FALSE(asked.whom.shown_on.paint.colours());
     EXPECT_EQ(asked.whom.shown_on.width, std::nullopt);
-    EXPECT_EQ(asked.whom.shown_on.most_rows, page{.paint = painter(false)}.most_rows);
+    EXPECT_EQ(asked.whom.shown_on.most_rows, page{.paint = terminal::painter(false)}.most_rows);
 }
 
 TEST(CommandRequest, MayRefuseColours)

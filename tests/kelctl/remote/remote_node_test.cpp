@@ -5,6 +5,7 @@
 #include "made_up_process.h"
 #include "script_session.h"
 #include "temporary_folder.h"
+#include "terminal/terminal.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -78,7 +79,8 @@ TEST_F(RemoteNode, FileOfACommandThatFailedStaysAsItIs)
     const made_up_process process(path, node_protocol,
                                   [](std::string_view) { return R"({"result":{"status":1},"tracer":false})"; });
     const std::string file = runtime.file_with("old");
-    const answer answered = there.carry_out(asked("export --output " + file), {.shown_on = {.paint = painter(false)}});
+    const answer answered =
+        there.carry_out(asked("export --output " + file), {.shown_on = {.paint = terminal::painter(false)}});
     EXPECT_EQ(answered.done.status, exit_operation_failed);
     EXPECT_EQ(std::filesystem::file_size(file), 3u);
 }

@@ -1,6 +1,8 @@
 // Named values as text.
 #include "kelctl/results/fields_view.h"
 
+#include "terminal/terminal.h"
+
 #include <gtest/gtest.h>
 
 namespace kelctl
@@ -10,7 +12,7 @@ namespace
 
 std::string plain(const fields &shown, std::optional<size_t> width = {})
 {
-    return fields_text(shown, {painter(false), width});
+    return fields_text(shown, {terminal::painter(false), width});
 }
 
 TEST(FieldsView, NothingIsNoText)
@@ -93,8 +95,8 @@ TEST(FieldsView, ValueThatARowHasNotIsNone)
 
 TEST(FieldsView, NamesArePainted)
 {
-    EXPECT_EQ(fields_text({{"vsi", 1}}, {painter(true)}), "\x1b[1mvsi\x1b[0m  1\n");
-    EXPECT_EQ(fields_text({{"rows", fields::array({{{"a", 1}}})}}, {painter(true)}), "\x1b[1ma\x1b[0m\n1\n");
+    EXPECT_EQ(fields_text({{"vsi", 1}}, {terminal::painter(true)}), "\x1b[1mvsi\x1b[0m  1\n");
+    EXPECT_EQ(fields_text({{"rows", fields::array({{{"a", 1}}})}}, {terminal::painter(true)}), "\x1b[1ma\x1b[0m\n1\n");
 }
 
 } // namespace

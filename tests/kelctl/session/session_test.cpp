@@ -7,6 +7,7 @@
 #include "kelctl/library/trace_log.h"
 #include "kelctl/results/result_document.h"
 #include "notation/json.h"
+#include "terminal/terminal.h"
 
 #include <fmt/core.h>
 #include <gmock/gmock.h>
@@ -315,7 +316,7 @@ TEST_F(Session, AnswersAnotherProcessAndShowsNothing)
     session session(commands(), source::program, {});
     CaptureStdout();
     CaptureStderr();
-    const answer given = session.answer_to(asked, {{.paint = painter(false), .width = 33}, true});
+    const answer given = session.answer_to(asked, {{.paint = terminal::painter(false), .width = 33}, true});
     EXPECT_EQ(GetCapturedStdout() + GetCapturedStderr(), "");
     EXPECT_EQ(given.done.shown.at("a"), 1);
     EXPECT_EQ(*given.done.text, "33");

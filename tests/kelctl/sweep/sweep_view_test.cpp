@@ -2,6 +2,7 @@
 #include "kelctl/sweep/sweep_view.h"
 
 #include "notation/json.h"
+#include "terminal/terminal.h"
 
 #include <gtest/gtest.h>
 
@@ -10,7 +11,7 @@ namespace kelctl
 namespace
 {
 
-const page plain{.paint = painter(false)};
+const page plain{.paint = terminal::painter(false)};
 
 sweep_run run_of(uint64_t call, uint32_t line, std::optional<uint32_t> code)
 {
@@ -59,11 +60,12 @@ TEST(SweepView, ReasonsAreListedOnceAndMarked)
 TEST(SweepView, RowsOfANarrowPageAreFolded)
 {
     const sweep_report report = {{}, {leaving(run_of(1, 3, 13), verdict::left_as_documented, "path", "a long reason")}};
-    EXPECT_EQ(sweep_view(report, {.paint = painter(false), .width = 40}), "call  line  code  outcome\n"
-                                                                          "ork_bind:1  3  13  left, as documented\n"
-                                                                          "    [1]: 2 paths\n"
-                                                                          "\n [1] a long reason\n"
-                                                                          "\n1 runs: 0 clean; 1 left, as documented\n");
+    EXPECT_EQ(sweep_view(report, {.paint = terminal::painter(false), .width = 40}),
+              "call  line  code  outcome\n"
+              "ork_bind:1  3  13  left, as documented\n"
+              "    [1]: 2 paths\n"
+              "\n [1] a long reason\n"
+              "\n1 runs: 0 clean; 1 left, as documented\n");
 }
 
 TEST(SweepView, OtherThreadsAndBadEndsAreNamed)

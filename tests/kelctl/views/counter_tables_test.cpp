@@ -2,6 +2,7 @@
 #include "kelctl/views/counter_tables.h"
 
 #include "kelctl/results/fields_view.h"
+#include "terminal/terminal.h"
 
 #include <gtest/gtest.h>
 
@@ -14,7 +15,7 @@ namespace
 
 std::string plain(const fields &shown)
 {
-    return fields_text(shown, {painter(false)});
+    return fields_text(shown, {terminal::painter(false)});
 }
 
 const fields nothing_read = {
@@ -143,7 +144,7 @@ TEST(RatesTables, FitFortyColumns)
                                    {"largest", 1'000'000'000'000},
                                    {"deepest_frames", 4'294'967'295},
                                    {"deepest_octets", 4'294'967'295}}})}};
-    std::istringstream lines(fields_text(rates_tables(rates), {.paint = painter(false), .width = 40}));
+    std::istringstream lines(fields_text(rates_tables(rates), {.paint = terminal::painter(false), .width = 40}));
     size_t count = 0;
     for (std::string line; std::getline(lines, line); ++count)
         EXPECT_LE(line.size(), 40u) << line;

@@ -2,7 +2,7 @@
 #include "kelctl/views/leftover.h"
 
 #include "notation/json.h"
-#include "terminal/text.h"
+#include "terminal/folding.h"
 
 #include <gtest/gtest.h>
 
@@ -31,19 +31,19 @@ snapshot small_node()
 
 TEST(Leftover, NothingOfAnEmptyNode)
 {
-    EXPECT_EQ(leftover_view({}, usual_width), "");
+    EXPECT_EQ(leftover_view({}, terminal::usual_width), "");
     EXPECT_EQ(contents_text({}), "");
     EXPECT_EQ(leftover_fields({}), fields::array());
 }
 
 TEST(Leftover, EveryKindHasALineWithItsNames)
 {
-    EXPECT_EQ(leftover_view(small_node(), usual_width), "  2 schedulers:        0x5c01 0x5c02\n"
-                                                        "  1 queue:             0x5c03\n"
-                                                        "  1 path:              02:00:00:02:00:01\n"
-                                                        "  1 PCEP:              7\n"
-                                                        "  2 multicast groups:  300 301\n"
-                                                        "  1 interface:         Ethernet device 7\n");
+    EXPECT_EQ(leftover_view(small_node(), terminal::usual_width), "  2 schedulers:        0x5c01 0x5c02\n"
+                                                                  "  1 queue:             0x5c03\n"
+                                                                  "  1 path:              02:00:00:02:00:01\n"
+                                                                  "  1 PCEP:              7\n"
+                                                                  "  2 multicast groups:  300 301\n"
+                                                                  "  1 interface:         Ethernet device 7\n");
 }
 
 TEST(Leftover, ContentsCountEveryKind)
@@ -56,7 +56,7 @@ TEST(Leftover, OnlyTheFirstOfManyAreNamed)
     snapshot node;
     for (uint32_t i = 0; i < 10'000; ++i)
         node.paths.push_back({counted_up(mac("02:00:00:02:00:00"), i), 0});
-    EXPECT_EQ(leftover_view(node, usual_width),
+    EXPECT_EQ(leftover_view(node, terminal::usual_width),
               "  10,000 paths:        02:00:00:02:00:00 02:00:00:02:00:01 02:00:00:02:00:02\n"
               "                       02:00:00:02:00:03 02:00:00:02:00:04 02:00:00:02:00:05\n"
               "                       02:00:00:02:00:06 02:00:00:02:00:07 02:00:00:02:00:08\n"

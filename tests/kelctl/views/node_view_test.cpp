@@ -1,6 +1,8 @@
 // Rendering of given snapshots. The whole of it, on a real node, is the expected output of up_test.cpp.
 #include "kelctl/views/node_view.h"
 
+#include "terminal/terminal.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -33,7 +35,7 @@ snapshot small_node()
 std::string plain(const snapshot &node, const port_knowledge &ports = {}, std::optional<size_t> added_paths = {},
                   std::optional<size_t> width = {})
 {
-    return node_view(node, ports, added_paths, {painter(false), width});
+    return node_view(node, ports, added_paths, {terminal::painter(false), width});
 }
 
 snapshot::pcep pcep(uint32_t id, const char *local_mac, const char *remote_mac)
@@ -88,7 +90,7 @@ TEST(NodeView, ThousandsOfDestinationsAreSummarisedUnlessAskedFor)
     for (uint32_t i = 0; i < 10'000; ++i)
         node.paths.push_back({counted_up(mac("02:00:00:02:00:00"), 2 * i), 0x20});
     EXPECT_THAT(plain(node), HasSubstr("      02:00:00:02:00:26 OB\n      9,980 more rows; --all shows them\n"));
-    const std::string all = node_view(node, {}, {}, {.paint = painter(false), .most_rows = {}});
+    const std::string all = node_view(node, {}, {}, {.paint = terminal::painter(false), .most_rows = {}});
     EXPECT_THAT(all, HasSubstr("      02:00:00:02:4e:1e OB\n"));
     EXPECT_THAT(all, testing::Not(HasSubstr("more rows")));
 }
@@ -122,7 +124,7 @@ TEST(NodeView, FitsItsPage)
 
 TEST(NodeView, ColoursChangeNothingElse)
 {
-    const std::string coloured = node_view(small_node(), {}, 1, {painter(true)});
+    const std::string coloured = node_view(small_node(), {}, 1, {terminal::painter(true)});
     EXPECT_THAT(coloured, HasSubstr("\x1b[1mschedulers and queues\x1b[0m\n"));
     EXPECT_EQ(std::regex_replace(coloured, std::regex("\x1b\\[[0-9;]*m"), ""), plain(small_node(), {}, 1));
 }

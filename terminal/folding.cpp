@@ -1,40 +1,20 @@
-// Escaping, comparing and guessing words.
-#include "terminal/text.h"
+// Where lines are broken, and how far the next ones are indented.
+#include "terminal/folding.h"
 
 #include "text/nearest.h"
+#include "text/printable.h"
 
 #include <fmt/core.h>
 
 #include <algorithm>
 #include <vector>
 
-namespace kelctl
+namespace terminal
 {
 namespace
 {
 
-constexpr size_t longest_shown = 160;
-constexpr size_t most_wrong_letters = 2;
 constexpr size_t narrowest_gap = 2; // blanks between columns
-
-bool is_control(char c)
-{
-    return static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
-}
-
-// Not the first octet of a UTF-8 sequence.
-bool continues_character(char c)
-{
-    return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
-}
-
-// Where to cut so that no UTF-8 sequence is torn apart.
-size_t cut_before(std::string_view text, size_t at)
-{
-    while (at > 0 && continues_character(text[at]))
-        --at;
-    return at;
-}
 
 // How many columns a terminal needs: none for an escape sequence, one for a UTF-8 sequence, also for that of a wide
 // character. The escape sequences are those of terminal.cpp, colours only: each ends with m.
@@ -44,7 +24,7 @@ size_t columns_of(std::string_view text)
     bool escape = false;
     for (const char c : text) {
         escape = escape || c == '\x1b';
-        columns += escape || continues_character(c) ? 0 : 1;
+        columns += escape || text::continues_character(c) ? 0 : 1;
         escape = escape && c != 'm';
     }
     return columns;
@@ -67,43 +47,6 @@ std::string_view first_word(std::string_view text, size_t width)
 }
 
 } // namespace
-
-std::string without_controls(std::string_view text)
-{
-    std::string shown(text);
-    std::replace_if(shown.begin(), shown.end(), is_control, '?');
-    return shown;
-}
-
-std::string printable(std::string_view text)
-{
-    if (text.size() <= longest_shown)
-        return without_controls(text);
-    return without_controls(text.substr(0, cut_before(text, longest_shown))) + "...";
-}
-
-std::string in_quotes(std::string_view text)
-{
-    return fmt::format("\"{}\"", printable(text));
-}
-
-bool same_word(std::string_view a, std::string_view b)
-{
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](char x, char y) { return text::lower(x) == text::lower(y); });
-}
-
-// A third wrong letter would make a guess of most short words.
-std::string_view nearest(std::string_view word, std::span<const std::string_view> known)
-{
-    return text::nearest(word, known, most_wrong_letters);
-}
-
-std::string did_you_mean(std::string_view word, std::span<const std::string_view> known)
-{
-    const std::string_view meant = nearest(word, known);
-    return meant.empty() ? "" : fmt::format("; did you mean \"{}\"?", meant);
-}
 
 std::string wrapped(std::string_view lead, std::string_view text, size_t width)
 {
@@ -173,10 +116,4 @@ std::string folded(std::string_view line, size_t width)
     return lines + last + "\n";
 }
 
-std::string count_of(uint64_t count, std::string_view one, std::string_view several)
-{
-    const std::string_view word = count == 1 || several.empty() ? one : several;
-    return fmt::format("{} {}{}", with_separators(count), word, count != 1 && several.empty() ? "s" : "");
-}
-
-} // namespace kelctl
+} // namespace terminal
