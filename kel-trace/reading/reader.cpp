@@ -69,8 +69,8 @@ public:
     }
 
     // Reads all streams. An exception must not pass through libbabeltrace2, which is C: it is kept for the caller of
-    // the graph. A stream stays out of the heap as long as it has the earliest event, because records often come in
-    // runs.
+    // the graph, and the messages that were not taken are given back. A stream stays out of the heap as long as it has
+    // the earliest event, because records often come in runs.
     void run()
     try {
         std::vector<stream *> by_time;
@@ -95,6 +95,9 @@ public:
         }
     } catch (...) {
         thrown = std::current_exception();
+        for (stream &one : streams_)
+            while (one.next < one.count)
+                give_back(one);
     }
 
     std::exception_ptr thrown;

@@ -104,7 +104,8 @@ line_editor::line_editor(history_file &history, completer complete)
     el_set(editor, EL_PROMPT, prompt_text);
     el_set(editor, EL_GETCFN, read_character);
     el_set(editor, EL_EDITOR, "emacs");
-    el_set(editor, EL_ADDFN, "complete", "complete the word before the cursor", complete_at_cursor);
+    // The narrow el_set() would copy the two texts and never free them.
+    el_wset(editor, EL_ADDFN, L"complete", L"complete the word before the cursor", complete_at_cursor);
     for (const auto &[key, command] : bindings)
         el_set(editor, EL_BIND, key, command, nullptr);
 
