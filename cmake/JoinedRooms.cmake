@@ -36,7 +36,6 @@ endforeach()
 join_apart(kelctl-core
     kelctl/change/discrepancies.cpp
     kelctl/commands/commands_pcep.cpp
-    kelctl/documents/node_manual.cpp
     kelctl/jobs/take_down.cpp
     kelctl/language/help.cpp)
 join_apart(kelctl-core kelctl/commands/commands_node_file.cpp kelctl/commands/commands_statistics.cpp)

@@ -54,7 +54,7 @@ std::string on_an_installed_machine(std::string example)
     return example;
 }
 
-void add_arguments(roff_page &page, const std::vector<argument> &arguments)
+void add_arguments(options::roff_page &page, const std::vector<argument> &arguments)
 {
     for (const argument &one : arguments)
         page.item(with_value(one), argument_text(one));
@@ -70,7 +70,7 @@ std::string_view restriction_of(const command &row)
     return row.allowed_in(source::program) ? "" : "Available in scripts and the shell only.";
 }
 
-void add_command(roff_page &page, const command &row)
+void add_command(options::roff_page &page, const command &row)
 {
     page.subsection(text::joined(usage_of(row), " "));
     page.text(fmt::format("{}.", row.help));
@@ -87,7 +87,7 @@ void add_command(roff_page &page, const command &row)
                       one.word.empty() ? "The library's function." : fmt::format("With --variant {}.", one.word));
 }
 
-void add_meanings(roff_page &page, std::span<const meaning> meanings)
+void add_meanings(options::roff_page &page, std::span<const meaning> meanings)
 {
     for (const auto &[what, means] : meanings)
         page.item(what, means);
@@ -98,7 +98,7 @@ void add_meanings(roff_page &page, std::span<const meaning> meanings)
 // The sections in the order of man-pages(7).
 std::string program_manual(const command_table &table, std::string_view version)
 {
-    roff_page page("kelctl", 1, "kelctl", version, "control process of a node's packet accelerator");
+    options::roff_page page("kelctl", 1, "kelctl", version, "control process of a node's packet accelerator");
     page.section("SYNOPSIS");
     page.text("kelctl [--node NAME | --softnode PATH] COMMAND [ARGUMENT]...");
     page.section("DESCRIPTION");

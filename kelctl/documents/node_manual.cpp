@@ -57,7 +57,7 @@ std::string whether_needed(const argument &argument, const node_table &table)
 }
 
 // Elements of an array are commands of their own, whose help says what each is.
-void add_key(roff_page &page, const node_key &key, const node_table &table, const command_table &rows)
+void add_key(options::roff_page &page, const node_key &key, const node_table &table, const command_table &rows)
 {
     if (!key.each.empty()) {
         page.item(key.name, fmt::format("array; each element: {}", rows.find(key.each)->help));
@@ -67,7 +67,7 @@ void add_key(roff_page &page, const node_key &key, const node_table &table, cons
     page.item(key.name, fmt::format("{}.\n{}", argument_text(meant), whether_needed(meant, table)));
 }
 
-void add_table(roff_page &page, const node_table &table, const command_table &rows)
+void add_table(options::roff_page &page, const node_table &table, const command_table &rows)
 {
     page.subsection(table.heading());
     page.text(fmt::format("{}\nEquivalent to \"{}\".", table.help, table.row));
@@ -79,7 +79,7 @@ void add_table(roff_page &page, const node_table &table, const command_table &ro
 
 std::string node_file_manual(const command_table &rows, std::string_view version)
 {
-    roff_page page("node.toml", 5, "kelctl", version, "description of a node for kelctl");
+    options::roff_page page("node.toml", 5, "kelctl", version, "description of a node for kelctl");
     page.section("DESCRIPTION");
     page.text(fmt::format("{}{}", description, value_notations()));
     page.section("TABLES AND KEYS");

@@ -2,24 +2,11 @@
 #include "kelctl/session/undo.h"
 
 #include <algorithm>
-#include <functional>
 #include <iterator>
-#include <tuple>
 #include <utility>
 
 namespace kelctl
 {
-namespace
-{
-
-// Any order that is the same each time: equal undo commands have to come together. The rows' addresses decide first,
-// and arguments are compared only within one row.
-bool comes_before(const invocation &one, const invocation &other)
-{
-    return std::tie(one.row, one.given) < std::tie(other.row, other.given);
-}
-
-} // namespace
 
 std::optional<invocation> undo_of(const invocation &asked, const command_table &table)
 {
@@ -31,38 +18,13 @@ std::optional<invocation> undo_of(const invocation &asked, const command_table &
     return undo;
 }
 
-bool undo_stack::by_undo::operator()(const entry &one, const entry &other) const
-{
-    return comes_before(one->undo, other->undo);
-}
-
-bool undo_stack::by_undo::operator()(const entry &one, const invocation &undo) const
-{
-    return comes_before(one->undo, undo);
-}
-
-bool undo_stack::by_undo::operator()(const invocation &undo, const entry &one) const
-{
-    return comes_before(undo, one->undo);
-}
-
-bool undo_stack::by_undo::operator()(const entry &one, const command *undo) const
-{
-    return std::less()(one->undo.row, undo);
-}
-
-bool undo_stack::by_undo::operator()(const command *undo, const entry &one) const
-{
-    return std::less()(undo, one->undo.row);
-}
-
-// Sorted by their numbers: the set has them in the order of their arguments.
+// Sorted by their numbers: the map has them in the order of their arguments.
 std::vector<const made_command *> undo_stack::made_by(std::string_view row) const
 {
-    const auto [first, end] = undone_by_.equal_range(table_.find(table_.find(row)->undo));
     std::vector<const made_command *> made;
-    for (auto one = first; one != end; ++one)
-        made.push_back(&**one);
+    if (const auto found = undone_by_.find(table_.find(table_.find(row)->undo)); found != undone_by_.end())
+        for (const auto &[given, one] : found->second)
+            made.push_back(&*one);
     std::ranges::sort(made, {}, &made_command::number);
     return made;
 }
@@ -70,7 +32,8 @@ std::vector<const made_command *> undo_stack::made_by(std::string_view row) cons
 void undo_stack::push(made_command made)
 {
     made.number = next_number_++;
-    undone_by_.insert(made_.insert(made_.end(), std::move(made)));
+    const entry newest = made_.insert(made_.end(), std::move(made));
+    undone_by_[newest->undo.row].emplace(newest->undo.given, newest);
 }
 
 // Of equal commands the newest one is undone. What has no undo but makes something (the MP id) stays on the stack, for
@@ -81,12 +44,11 @@ void undo_stack::note(const invocation &asked)
         return push({asked, std::move(*undo)});
     if (!asked.row->makes.one.empty())
         return push({asked, {}});
-    const auto [first, end] = undone_by_.equal_range(asked);
-    if (first == end)
-        return;
-    const entry newest = *std::prev(end);
-    undone_by_.erase(std::prev(end));
-    made_.erase(newest);
+    undone_by_one_row &undone = undone_by_[asked.row];
+    if (const auto [first, end] = undone.equal_range(asked.given); first != end) {
+        made_.erase(std::prev(end)->second);
+        undone.erase(std::prev(end));
+    }
 }
 
 void undo_stack::note_failed(const invocation &asked)
@@ -97,9 +59,10 @@ void undo_stack::note_failed(const invocation &asked)
 // It is the newest of all, and so of its equals.
 void undo_stack::drop_last()
 {
-    const entry last = std::prev(made_.end());
-    undone_by_.erase(std::prev(undone_by_.upper_bound(last)));
-    made_.erase(last);
+    const invocation &undo = made_.back().undo;
+    undone_by_one_row &undone = undone_by_[undo.row];
+    undone.erase(std::prev(undone.upper_bound(undo.given)));
+    made_.pop_back();
 }
 
 std::list<made_command> undo_stack::take_all()

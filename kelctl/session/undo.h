@@ -9,8 +9,8 @@
 
 #include <cstdint>
 #include <list>
+#include <map>
 #include <optional>
-#include <set>
 #include <string_view>
 #include <vector>
 
@@ -59,22 +59,14 @@ public:
 
 private:
     using entry = std::list<made_command>::iterator;
-
-    struct by_undo {
-        bool operator()(const entry &one, const entry &other) const;
-        bool operator()(const entry &one, const invocation &undo) const;
-        bool operator()(const invocation &undo, const entry &one) const;
-        bool operator()(const entry &one, const command *undo) const;
-        bool operator()(const command *undo, const entry &one) const;
-        using is_transparent = void;
-    };
+    using undone_by_one_row = std::multimap<arguments, entry>; // equal ones in the order of their making
 
     void push(made_command made);
 
     const command_table &table_;
     std::list<made_command> made_;
     uint64_t next_number_ = 0;
-    std::multiset<entry, by_undo> undone_by_; // equal ones in the order of their making
+    std::map<const command *, undone_by_one_row> undone_by_;
 };
 
 } // namespace kelctl

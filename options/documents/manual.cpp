@@ -12,7 +12,7 @@ namespace options
 namespace
 {
 
-void add_options(kelctl::roff_page &page, const program &of, std::string_view only)
+void add_options(roff_page &page, const program &of, std::string_view only)
 {
     for (const option &row : of.options)
         if (row.only == only)
@@ -20,7 +20,7 @@ void add_options(kelctl::roff_page &page, const program &of, std::string_view on
                       fmt::format("{}.", row.help));
 }
 
-void add_meanings(kelctl::roff_page &page, std::string_view heading, std::span<const meaning> meanings)
+void add_meanings(roff_page &page, std::string_view heading, std::span<const meaning> meanings)
 {
     page.section(heading);
     for (const auto &[what, means] : meanings)
@@ -31,7 +31,7 @@ void add_meanings(kelctl::roff_page &page, std::string_view heading, std::span<c
 
 int print_manual(const program &of, const manual &texts)
 {
-    kelctl::roff_page page(of.name, 1, of.name, KEL_VERSION, texts.about);
+    roff_page page(of.name, 1, of.name, KEL_VERSION, texts.about);
     page.section("SYNOPSIS");
     page.text(fmt::format("{} {}", of.name, of.usage));
     page.section("DESCRIPTION");

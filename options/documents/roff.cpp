@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cctype>
 
-namespace kelctl
+namespace options
 {
 namespace
 {
@@ -84,4 +84,4 @@ void roff_page::lines(std::string_view text, std::string_view for_an_empty_one)
     }
 }
 
-} // namespace kelctl
+} // namespace options

@@ -1,11 +1,10 @@
-// A manual page as it is built up: text in, requests of the man macros out. Small programs make their pages with it,
-// too (options/documents).
+// A manual page as it is built up: text in, requests of the man macros out.
 #pragma once
 
 #include <string>
 #include <string_view>
 
-namespace kelctl
+namespace options
 {
 
 class roff_page
@@ -39,4 +38,4 @@ private:
     std::string written_;
 };
 
-} // namespace kelctl
+} // namespace options

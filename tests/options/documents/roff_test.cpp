@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kelctl
+namespace options
 {
 namespace
 {
@@ -40,4 +40,4 @@ TEST(RoffPage, ExamplesKeepTheirLines)
 }
 
 } // namespace
-} // namespace kelctl
+} // namespace options
