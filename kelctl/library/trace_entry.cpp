@@ -11,9 +11,4 @@ std::string to_text(const trace_entry &entry)
     return fmt::format("{:<9} {:<7} {}  ({})", entry.event, entry.domain, entry.message, entry.location);
 }
 
-std::string text_line(const trace_entry &entry)
-{
-    return to_text(entry) + "\n";
-}
-
 } // namespace kelctl

@@ -18,7 +18,4 @@ struct trace_entry {
 // One line, without its end.
 std::string to_text(const trace_entry &entry);
 
-// The same with its end.
-std::string text_line(const trace_entry &entry);
-
 } // namespace kelctl

@@ -252,7 +252,7 @@ int main(int argc, char **argv)
     if (argc != 3)
         return 2;
     kelctl::trace_log log;
-    log.pass_to([](const kelctl::trace_entry &entry) { fmt::print(stderr, "{}", kelctl::text_line(entry)); });
+    log.pass_to([](const kelctl::trace_entry &entry) { fmt::print(stderr, "{}\n", kelctl::to_text(entry)); });
     generator.seed(static_cast<uint32_t>(std::atoi(argv[1])));
     bool started = false;
     for (int i = 0; i < std::atoi(argv[2]); ++i) {

@@ -76,7 +76,7 @@ TEST_F(TraceLog, PrintsEveryRecordOfEveryThreadOnALineOfItsOwn)
 {
     captured_stream out;
     trace_log log;
-    log.pass_to([&out](const trace_entry &entry) { terminal::write(out.stream(), text_line(entry)); });
+    log.pass_to([&out](const trace_entry &entry) { terminal::write(out.stream(), to_text(entry) + "\n"); });
     std::thread other([] {
         for (int i = 0; i < 100; ++i)
             refused_port();
