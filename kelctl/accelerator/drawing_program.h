@@ -1,5 +1,4 @@
-// Pictures drawn by another program, where it is installed. Each program has a pair of files that knows its arguments:
-// graphviz.h.
+// Pictures drawn by another program, where it is installed. Whoever needs a picture names the program and its argument.
 #pragma once
 
 #include <optional>

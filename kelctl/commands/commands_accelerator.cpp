@@ -1,6 +1,6 @@
 // Commands that show the software accelerator as a whole, snapshot and graph, and reset it. Its faults are in
 // commands_fault.cpp, its time and traffic in commands_time.cpp and commands_traffic.cpp.
-#include "kelctl/accelerator/graphviz.h"
+#include "kelctl/accelerator/drawing_program.h"
 #include "kelctl/accelerator/software_accelerator.h"
 #include "kelctl/commands/commands.h"
 #include "kelctl/node/read_back.h"
@@ -21,6 +21,8 @@ namespace
 constexpr std::string_view reset_details =
     R"(Deletes all objects and fault rules of the accelerator and sets its time to 0.
 The library keeps its own state: its handles are stale, its counts of paths stay.)";
+
+constexpr drawing_program graphviz = {"Graphviz's \"dot\"", "dot", "; --format dot needs no Graphviz"};
 
 // The timestamp thread of a start runs beside the script. Waiting for it makes every output the same.
 void settle_if_started(const session &session)
@@ -93,7 +95,7 @@ result draw(const invocation &asked, session &session)
     if (!dot)
         return refused("this software accelerator cannot draw a graph");
     dot = with_names(*std::move(dot), session);
-    const drawing drawn = format == "dot" ? drawing{*dot, ""} : drawn_by_graphviz(*dot, format);
+    const drawing drawn = format == "dot" ? drawing{*dot, ""} : drawn_by(graphviz, "-T" + format, *dot);
     if (!drawn.refused.empty())
         return refused(drawn.refused);
     return to_file ? written_picture(format, asked.given.text("--output"), drawn.picture)
