@@ -18,7 +18,6 @@
 #include <algorithm>
 #include <iterator>
 #include <optional>
-#include <span>
 #include <string>
 #include <utility>
 
@@ -55,14 +54,8 @@ std::string text_of(const interruption &one)
 
 std::string text_of(const std::vector<interruption> &interrupted, const page &page)
 {
-    const size_t most = std::min(interrupted.size(), page.most_rows.value_or(interrupted.size()));
-    std::string text;
-    for (const interruption &one : std::span(interrupted).first(most))
-        text += line_on(page, text_of(one));
-    if (most < interrupted.size())
-        text += line_on(page, fmt::format("interrupts {} more; --all shows them",
-                                          text::with_separators(interrupted.size() - most)));
-    return text;
+    return first_of(interrupted, "interrupts {} more", page,
+                    [&](const interruption &one) { return line_on(page, text_of(one)); });
 }
 
 void warn_of(const std::vector<discrepancy> &found, result &done)

@@ -3,14 +3,12 @@
 
 #include "kelctl/language/command_text.h"
 #include "kelctl/values/ic_port.h"
-#include "text/quantity.h"
 #include "text/wording.h"
 
 #include <fmt/core.h>
 
 #include <algorithm>
 #include <map>
-#include <span>
 #include <utility>
 
 namespace kelctl
@@ -154,17 +152,12 @@ fields fields_of(const std::vector<node_change> &changes)
 
 std::string text_of(const std::vector<node_change> &changes, const page &page)
 {
-    const size_t most = std::min(changes.size(), page.most_rows.value_or(changes.size()));
-    std::string text;
-    for (const node_change &one : std::span(changes).first(most)) {
-        text += line_on(page, fmt::format("{:<7}  {}", one.change, name_of(one.object)));
+    return first_of(changes, "{} more objects", page, [&](const node_change &one) {
+        std::string text = line_on(page, fmt::format("{:<7}  {}", one.change, name_of(one.object)));
         if (!one.was.empty())
             text += line_on(page, "         from " + one.was) + line_on(page, "         to   " + one.becomes);
-    }
-    if (most < changes.size())
-        text += line_on(page,
-                        fmt::format("{} more objects; --all shows them", text::with_separators(changes.size() - most)));
-    return text;
+        return text;
+    });
 }
 
 } // namespace kelctl

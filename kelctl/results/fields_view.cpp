@@ -227,6 +227,13 @@ std::string fields_text(const fields &shown, const page &page)
     return text;
 }
 
+std::string more_line(size_t count, std::string_view more, const page &page)
+{
+    if (count == 0)
+        return "";
+    return line_on(page, fmt::format(fmt::runtime(more), text::with_separators(count)) + "; --all shows them");
+}
+
 // Rows are counted, not lines: a table that is too wide continues further down with the same rows.
 std::string list_text(std::string_view name, const fields &rows, const page &page)
 {
@@ -235,10 +242,7 @@ std::string list_text(std::string_view name, const fields &rows, const page &pag
     shown[name] = fields::array();
     for (size_t i = 0; i < most; ++i)
         shown[name].push_back(rows[i]);
-    std::string text = fields_text(shown, page);
-    if (most < rows.size())
-        text += line_on(page, fmt::format("{} more rows; --all shows them", text::with_separators(rows.size() - most)));
-    return text;
+    return fields_text(shown, page) + more_line(rows.size() - most, "{} more rows", page);
 }
 
 } // namespace kelctl

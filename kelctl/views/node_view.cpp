@@ -14,9 +14,6 @@
 
 #include <fmt/core.h>
 
-#include <algorithm>
-#include <span>
-
 namespace kelctl
 {
 namespace
@@ -128,13 +125,8 @@ private:
         std::string view = line_on(page_, fmt::format("    {:<11} {}, threshold {}", queue_name(ports_, queue.self),
                                                       shaping, quantity_text(queue.threshold, size_units)));
         const auto rows = destination_rows(destinations_of(queue.self, queue_of_, ports_));
-        const size_t most = std::min(rows.size(), page_.most_rows.value_or(rows.size()));
-        for (const std::string &row : std::span(rows).first(most))
-            view += line_on(page_, "      " + row);
-        if (most < rows.size())
-            view += line_on(
-                page_, fmt::format("      {} more rows; --all shows them", text::with_separators(rows.size() - most)));
-        return view;
+        return view + first_of(rows, "      {} more rows", page_,
+                               [&](const std::string &row) { return line_on(page_, "      " + row); });
     }
 
     const port_knowledge &ports_;
