@@ -7,7 +7,6 @@
 #include "kelctl/results/result_document.h"
 #include "terminal/terminal.h"
 #include "text/printable.h"
-#include "text/quantity.h"
 
 #include <fmt/core.h>
 
@@ -38,8 +37,7 @@ std::string error_text(const input_error &error, const origin &from)
 
 std::string more_text(size_t more, std::string_view what, const page &page)
 {
-    return more == 0 ? ""
-                     : line_on(page, fmt::format("{} more {}; --all shows them", text::with_separators(more), what));
+    return more_line(more, fmt::format("{{}} more {}", what), page);
 }
 
 std::string failures_text(const result &done, const origin &from, const manner &shown, bool tracer_installed,
